@@ -1,0 +1,24 @@
+#pragma once
+
+#include <benchmark/benchmark.h>
+
+#include <string>
+
+namespace Kestrel::Bench {
+
+/** Registers one case: `work` names what is done ("list and fold 100,000 files"), `who` does it
+    ("ours", or the peer's name). The report puts the cases of one work in one row group and divides
+    each peer by ours. A case that calls `state.SetItemsProcessed` is reported per item. */
+template <class Body>
+void add(const std::string& work, const std::string& who, Body body) {
+    benchmark::RegisterBenchmark((work + "/" + who).c_str(), body);
+}
+
+/** States what ours should reach, in nanoseconds (per item where items are counted); the report
+    marks a work that misses it. */
+void target(const std::string& work, double nanoseconds);
+
+/** States how many times faster than `peer` ours should be (below 1: ours may cost more). */
+void targetRatio(const std::string& work, const std::string& peer, double times);
+
+} // namespace Kestrel::Bench

@@ -1,0 +1,145 @@
+#include <support/Bench.h>
+
+#include <QApplication>
+
+#include <algorithm>
+#include <cstdio>
+#include <map>
+#include <vector>
+
+namespace Kestrel::Bench {
+namespace {
+
+std::map<std::string, double>& targets() {
+    static std::map<std::string, double> all;
+    return all;
+}
+
+std::map<std::string, double>& ratioTargets() {
+    static std::map<std::string, double> all;
+    return all;
+}
+
+std::string readable(double nanoseconds) {
+    char text[32];
+    if (nanoseconds < 1e3)
+        std::snprintf(text, sizeof text, "%.1f ns", nanoseconds);
+    else if (nanoseconds < 1e6)
+        std::snprintf(text, sizeof text, "%.2f us", nanoseconds / 1e3);
+    else
+        std::snprintf(text, sizeof text, "%.2f ms", nanoseconds / 1e6);
+    return text;
+}
+
+// Keeps the minimum CPU time of all repetitions: the machine only ever adds to the true cost.
+class TableReporter : public benchmark::BenchmarkReporter {
+public:
+    bool ReportContext(const Context&) override { return true; }
+
+    void ReportRuns(const std::vector<Run>& runs) override {
+        for (const Run& run : runs) {
+            if (run.run_type != Run::RT_Iteration)
+                continue;
+            const std::string name = run.run_name.function_name;
+            if (run.error_occurred) {
+                std::fprintf(stderr, "%s: %s\n", name.c_str(), run.error_message.c_str());
+                failed = true;
+                continue;
+            }
+            const auto items = run.counters.find("items_per_second");
+            const double cost = items != run.counters.end()
+                                    ? 1e9 / items->second.value
+                                    : run.cpu_accumulated_time * 1e9 / double(run.iterations);
+            record(name, cost);
+        }
+        std::fprintf(stderr, ".");
+    }
+
+    void Finalize() override {
+        std::fprintf(stderr, "\n");
+        std::printf("%-62s %-26s %12s %9s\n", "work", "who", "cost", "ratio");
+        for (const auto& work : works) {
+            const auto ours = std::find_if(work.costs.begin(), work.costs.end(),
+                                           [](const auto& cost) { return cost.first == "ours"; });
+            bool first = true;
+            for (const auto& [who, cost] : work.costs) {
+                std::printf("%-62s %-26s %12s", first ? work.name.c_str() : "", who.c_str(),
+                            readable(cost).c_str());
+                if (ours != work.costs.end() && who != "ours") {
+                    const double times = cost / ours->second;
+                    std::printf(" %8.2fx", times);
+                    const auto wanted = ratioTargets().find(work.name + "/" + who);
+                    if (wanted != ratioTargets().end())
+                        std::printf("  target %.3gx: %s", wanted->second,
+                                    times >= wanted->second ? "met" : "MISSED");
+                } else if (who == "ours") {
+                    const auto wanted = targets().find(work.name);
+                    if (wanted != targets().end())
+                        std::printf("           target %s: %s", readable(wanted->second).c_str(),
+                                    cost <= wanted->second ? "met" : "MISSED");
+                }
+                std::printf("\n");
+                first = false;
+            }
+        }
+    }
+
+    bool failed = false;
+
+private:
+    struct Work {
+        std::string name;
+        std::vector<std::pair<std::string, double>> costs;
+    };
+
+    void record(const std::string& fullName, double cost) {
+        const auto slash = fullName.rfind('/');
+        const std::string name = fullName.substr(0, slash);
+        const std::string who = fullName.substr(slash + 1);
+        auto work = std::find_if(works.begin(), works.end(),
+                                 [&](const Work& each) { return each.name == name; });
+        if (work == works.end())
+            work = works.insert(works.end(), Work{name, {}});
+        for (auto& [known, best] : work->costs) {
+            if (known == who) {
+                best = std::min(best, cost);
+                return;
+            }
+        }
+        work->costs.emplace_back(who, cost);
+    }
+
+    std::vector<Work> works;
+};
+
+} // namespace
+
+void target(const std::string& work, double nanoseconds) {
+    targets()[work] = nanoseconds;
+}
+
+void targetRatio(const std::string& work, const std::string& peer, double times) {
+    ratioTargets()[work + "/" + peer] = times;
+}
+
+} // namespace Kestrel::Bench
+
+/** Defined once per benchmark executable: registers its cases. */
+void registerBenchmarks();
+
+int main(int argc, char** argv) {
+    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication application(argc, argv);
+
+    std::vector<char*> arguments(argv, argv + argc);
+    char repetitions[] = "--benchmark_repetitions=5";
+    char minimum[] = "--benchmark_min_time=0.1";
+    arguments.insert(arguments.begin() + 1, {repetitions, minimum});
+    int count = int(arguments.size());
+    benchmark::Initialize(&count, arguments.data());
+    registerBenchmarks();
+    Kestrel::Bench::TableReporter reporter;
+    benchmark::RunSpecifiedBenchmarks(&reporter);
+    return reporter.failed ? 1 : 0;
+}

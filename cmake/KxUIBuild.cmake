@@ -1,0 +1,75 @@
+# What every target of the tree shares: language level, warnings, sanitizers, deprecation fence.
+
+set(CMAKE_CXX_STANDARD 17)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set_property(GLOBAL PROPERTY AUTOGEN_TARGETS_FOLDER autogen)
+
+if(NOT CMAKE_BUILD_TYPE AND NOT CMAKE_CONFIGURATION_TYPES)
+  set(CMAKE_BUILD_TYPE Release CACHE STRING "Build type" FORCE)
+endif()
+
+add_library(kxui_build_flags INTERFACE)
+target_compile_options(kxui_build_flags INTERFACE
+  -Wall -Wextra -Wconversion -Wshadow -Woverloaded-virtual
+  # Vector and scalar float results must be the same bits, so nothing may be fused.
+  -ffp-contract=off
+  $<$<BOOL:${KXUI_WARNINGS_AS_ERRORS}>:-Werror>)
+target_compile_definitions(kxui_build_flags INTERFACE
+  QT_DISABLE_DEPRECATED_BEFORE=0x050F00
+  QT_NO_CAST_TO_ASCII
+  QT_NO_URL_CAST_FROM_STRING
+  QT_NO_NARROWING_CONVERSIONS_IN_CONNECT)
+
+if(KXUI_SANITIZE)
+  add_compile_options(-fsanitize=${KXUI_SANITIZE} -fno-omit-frame-pointer)
+  add_link_options(-fsanitize=${KXUI_SANITIZE})
+  if(KXUI_SANITIZE MATCHES "undefined")
+    add_compile_options(-fno-sanitize-recover=undefined)
+  endif()
+endif()
+
+# kxui_room(NAME SOURCES ... PUBLIC_HEADERS ... [PRIVATE_HEADERS ...])
+# Adds a room's files, named relative to its folder, to the library. Public headers are installed
+# and each is compiled alone by the target `header-checks`.
+function(kxui_room name)
+  cmake_parse_arguments(room "" "" "SOURCES;PUBLIC_HEADERS;PRIVATE_HEADERS" ${ARGN})
+  if(room_UNPARSED_ARGUMENTS)
+    message(FATAL_ERROR "kxui_room(${name}): unexpected ${room_UNPARSED_ARGUMENTS}")
+  endif()
+  foreach(file IN LISTS room_SOURCES room_PUBLIC_HEADERS room_PRIVATE_HEADERS)
+    target_sources(kxui_objects PRIVATE "${CMAKE_CURRENT_SOURCE_DIR}/${file}")
+  endforeach()
+  foreach(header IN LISTS room_PUBLIC_HEADERS)
+    set_property(GLOBAL APPEND PROPERTY KXUI_PUBLIC_HEADERS "${name}/${header}")
+  endforeach()
+endfunction()
+
+# kxui_room_tests(ROOM Case... [SOURCES helper.cpp ...] [LIBS target ...])
+# One executable per room from Case.cpp files; each Case is a QtTest class of that name and becomes
+# the ctest entry "room.Case". The executable links the library's objects, so that what is hidden
+# in the shared library can be tested too.
+function(kxui_room_tests room)
+  cmake_parse_arguments(arg "" "" "SOURCES;LIBS" ${ARGN})
+  set(sources)
+  foreach(case IN LISTS arg_UNPARSED_ARGUMENTS)
+    list(APPEND sources "${case}.cpp")
+  endforeach()
+  add_executable(test_${room} ${sources} ${arg_SOURCES})
+  set_target_properties(test_${room} PROPERTIES AUTOMOC ON)
+  target_link_libraries(test_${room} PRIVATE kxui_test_support ${arg_LIBS})
+  foreach(case IN LISTS arg_UNPARSED_ARGUMENTS)
+    add_test(NAME ${room}.${case} COMMAND test_${room} ${case})
+    kxui_test_environment(${room}.${case})
+  endforeach()
+endfunction()
+
+# The environment every test runs in: no screen, a UTF-8 locale, an unexpected warning is a failure.
+function(kxui_test_environment test)
+  set_tests_properties(${test} PROPERTIES
+    TIMEOUT 300
+    ENVIRONMENT "QT_QPA_PLATFORM=offscreen;QT_FATAL_WARNINGS=1;LC_ALL=C.UTF-8;TZ=UTC;QT_LOGGING_RULES=;ASAN_OPTIONS=detect_stack_use_after_return=1;LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/support/lsan.supp:print_suppressions=0;UBSAN_OPTIONS=print_stacktrace=1;TSAN_OPTIONS=halt_on_error=1")
+endfunction()

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <cstdint>
+
+namespace Kestrel::Base {
+
+/** A stretch of frames: first and last frame, both inclusive, and the step between frames. */
+struct FrameRange {
+    std::int32_t first = 0;
+    std::int32_t last = 0;
+    std::int32_t step = 1;
+
+    constexpr FrameRange() = default;
+    constexpr FrameRange(std::int32_t firstFrame, std::int32_t lastFrame,
+                         std::int32_t frameStep = 1) noexcept
+        : first(firstFrame)
+        , last(lastFrame)
+        , step(frameStep) {}
+};
+
+constexpr bool operator==(const FrameRange& a, const FrameRange& b) noexcept {
+    return a.first == b.first && a.last == b.last && a.step == b.step;
+}
+
+constexpr bool operator!=(const FrameRange& a, const FrameRange& b) noexcept {
+    return !(a == b);
+}
+
+} // namespace Kestrel::Base

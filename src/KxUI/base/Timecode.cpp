@@ -1,0 +1,1 @@
+#include <KxUI/base/Timecode.h>

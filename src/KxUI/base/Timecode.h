@@ -1,0 +1,3 @@
+#pragma once
+
+#include <KxUI/base/Time.h>

@@ -1,0 +1,7 @@
+#!/bin/sh
+# pkg-config.sh LIBDIR COMPILER SOURCE OUTPUT: builds SOURCE by the installed kxui.pc and runs it.
+set -eu
+export PKG_CONFIG_PATH="$1/pkgconfig"
+# shellcheck disable=SC2046 # the flags are words
+"$2" -fPIC "$3" -o "$4" $(pkg-config --cflags --libs kxui) -Wl,-rpath,"$1"
+exec "$4"
