@@ -1,1 +1,0 @@
-#include <KxUI/base/TimeBase.h>

@@ -1,0 +1,64 @@
+#pragma once
+
+#include <KxUI/Export.h>
+#include <KxUI/base/Time.h>
+#include <KxUI/base/TimeBase.h>
+#include <KxUI/base/Timecode.h>
+
+#include <QMetaType>
+#include <QObject>
+#include <QString>
+
+namespace Kestrel::UI {
+
+/** How times are shown, shared by the widgets of one viewer or timeline: time base, notation and
+   the timecode of frame 0. Widgets borrow it and listen to timeFormatChanged(). Interface thread.
+ */
+class KXUI_EXPORT TimeFormatter : public QObject {
+    Q_OBJECT
+
+public:
+    /** 25 frames per second, shown as timecode that starts at 0 and drops nothing. */
+    explicit TimeFormatter(QObject* parent = nullptr);
+    ~TimeFormatter() override;
+
+    /** The rate that times are counted and shown at. A base equal by rate is not stored. */
+    void setTimeBase(Kestrel::Base::TimeBase timeBase);
+    Kestrel::Base::TimeBase timeBase() const { return m_timeBase; }
+
+    /** Whether times are shown as timecode rather than frame numbers, and whether that timecode
+        drops frame labels at rates that allow it. */
+    void setTimeDisplayFormat(bool displayTimecode, bool displayDropFrames);
+    bool displayTimecode() const { return m_displayTimecode; }
+    bool displayDropFrames() const { return m_displayDropFrames; }
+
+    /** The notation that the two flags ask for; drop frame also at rates that do not allow it. */
+    Kestrel::Base::Timecode::DisplayType timeDisplayFormat() const;
+
+    /** The timecode of frame 0 as a number of frames, added to every time that is shown. A negative
+        start is stored, but shown as 0. */
+    void setTimecodeStart(Kestrel::Base::Time timecodeStart);
+    Kestrel::Base::Time timecodeStart() const { return m_timecodeStart; }
+
+    /** Sets everything, with one signal if anything differs. */
+    void setTimeDisplay(Kestrel::Base::TimeBase timeBase, bool displayTimecode,
+                        bool displayDropFrames, Kestrel::Base::Time timecodeStart);
+
+    /** The text of a time, dashes for InvalidTime. */
+    QString formatTime(Kestrel::Base::Time time) const;
+
+Q_SIGNALS:
+    /** The format became what the arguments say. */
+    void timeFormatChanged(Kestrel::Base::TimeBase timeBase, bool displayTimecode,
+                           bool displayDropFrames, Kestrel::Base::Time timecodeStart);
+
+private:
+    Kestrel::Base::TimeBase m_timeBase{25, false};
+    Kestrel::Base::Time m_timecodeStart = 0;
+    bool m_displayTimecode = true;
+    bool m_displayDropFrames = false;
+};
+
+} // namespace Kestrel::UI
+
+Q_DECLARE_METATYPE(Kestrel::Base::TimeBase)
