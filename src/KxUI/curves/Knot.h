@@ -1,0 +1,14 @@
+#pragma once
+
+namespace Kestrel::UI {
+
+/** One point that a `Curve` passes through. Coordinates are nominally in 0-1. */
+struct Knot {
+    float x = 0.0F;
+    float y = 0.0F;
+
+    /** Whether an editor shows the knot as selected; no part of the curve's shape. */
+    bool selected = false;
+};
+
+} // namespace Kestrel::UI
