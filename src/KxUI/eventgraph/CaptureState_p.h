@@ -1,0 +1,89 @@
+#pragma once
+
+#include <KxUI/eventgraph/EventGraphMode.h>
+#include <KxUI/eventgraph/EventTrack.h>
+#include <KxUI/eventgraph/Locks_p.h>
+
+#include <QMultiMap>
+
+#include <vector>
+
+namespace Kestrel::UI {
+
+class EventGraphView;
+class IEventGraphTimer;
+
+/** The duration that stands for "until stopped", in seconds. */
+constexpr float unlimitedDuration = 3.4028235e38f;
+
+/** The one mutex of the profiler; guards every event list, statistic and link between tracks.
+    Never destroyed, since threads may record until the very end of the process. */
+QMutex& profilerMutex();
+
+/** What recorders need to know of a view.
+
+    A recorder reads the pointer to it from a track without a lock, so the view may be gone when it
+    gets to lock the state. States are therefore never freed but handed to the next view: the lock
+    is always a lock, and whoever holds it looks whether the track still points here.
+
+    The lock is always taken before the mutex. `paused`, `mode`, `durationSeconds`, the times and
+    the timer change under the lock held for writing, the rest under the mutex. */
+class CaptureState {
+public:
+    /** A state for a new view. */
+    static CaptureState& acquire(EventGraphView* view, IEventGraphTimer* timer);
+
+    /** Unlinks all tracks and keeps the state for the next view. Takes the locks. */
+    void retire();
+
+    /** Starts the time anew and empties every track; what they held goes to `dropped`. Under the
+        lock held for writing; takes the mutex. */
+    void clear(std::vector<EventTrack::EventList>& dropped);
+
+    /** Pauses, and cuts a history to the duration of the capture. Locks as for clear(). */
+    void stop(std::vector<EventTrack::EventList>& dropped);
+
+    /** Gives the track a row, ahead of those of equal sort key. Under the lock (reading) and the
+        mutex; what the track held goes to `dropped` when a capture runs. */
+    void add(EventTrack& track, EventTrack::EventList& dropped);
+
+    /** Takes away the rows of every track of this sort key, and this track's link to the view.
+        Under the mutex. */
+    void remove(EventTrack& track);
+
+    /** Tells the view that its rows have changed. Under the mutex, so that the view is alive. */
+    void rowsChanged() const;
+
+    /** Every living track, and what refers to it. Under the mutex. */
+    static void trackBorn(EventTrack& track);
+    static void trackDies(EventTrack& track);
+
+    QReadWriteLock lock;
+    std::atomic<bool> paused{true};
+    EventGraphMode mode = EventGraphMode::Forwards;
+    float durationSeconds = unlimitedDuration;
+    int startTime = 0;
+    int endTime = 0;
+    IEventGraphTimer* timer = nullptr;
+
+    EventGraphView* view = nullptr;
+    QMultiMap<int, EventTrack*> tracks;
+    EventTrack* syncTrack = nullptr;
+
+private:
+    void removeRowsOf(const EventTrack& track);
+};
+
+/** A difference of two times of a clock that wraps. */
+inline qint32 timeDifference(qint32 later, qint32 earlier) {
+    return static_cast<qint32>(static_cast<quint32>(later) - static_cast<quint32>(earlier));
+}
+
+inline qint32 wrappingSum(qint32 a, qint32 b) {
+    return static_cast<qint32>(static_cast<quint32>(a) + static_cast<quint32>(b));
+}
+
+/** The integer part, held within the range of int; 0 for what is not a number. */
+int truncated(double value);
+
+} // namespace Kestrel::UI

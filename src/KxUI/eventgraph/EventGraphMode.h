@@ -1,0 +1,14 @@
+#pragma once
+
+namespace Kestrel::UI {
+
+/** How a capture uses the room that its tracks have. */
+enum class EventGraphMode : int {
+    /** From the start of the capture until a track is full or the capture's duration has passed. */
+    Forwards = 0,
+    /** Continuously; a full track forgets its oldest event, and the stop drops what is older than
+        the capture's duration. */
+    History = 1
+};
+
+} // namespace Kestrel::UI

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <KxUI/eventgraph/IEventGraphTimer.h>
+
+#include <atomic>
+
+namespace Kestrel::Test {
+
+/** A clock that stands until it is set. */
+class FakeTimer : public UI::IEventGraphTimer {
+public:
+    int time() override { return now; }
+
+    std::atomic<int> now{0};
+};
+
+} // namespace Kestrel::Test
