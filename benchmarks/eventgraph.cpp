@@ -1,0 +1,216 @@
+#include <support/Bench.h>
+
+#include <KxUI/eventgraph/EventAdder.h>
+#include <KxUI/eventgraph/EventGraphView.h>
+#include <KxUI/eventgraph/EventUserDataInt.h>
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QMutex>
+#include <QProcess>
+#include <QReadWriteLock>
+#include <QStandardPaths>
+#include <QTemporaryDir>
+#include <QThread>
+
+#include <malloc.h>
+
+#include <atomic>
+#include <chrono>
+#include <limits>
+#include <memory>
+
+using namespace Kestrel;
+using namespace Kestrel::UI;
+
+#if defined(KXUI_BENCH_LTTNG)
+void lttngPair(void* data);
+bool lttngEnabled();
+#endif
+
+namespace {
+
+using Type = EventTrack::Type;
+constexpr float unlimited = 3.4028235e38f;
+
+EventTrack makeTrack(int maxEvents) {
+    return EventTrack("Track", Qt::red, 0, EventTrack::TrackType::Timeline, 0, 1, maxEvents,
+                      maxEvents, 50, nullptr);
+}
+
+// Emptied outside the measured time whenever it is full, so that every pair is kept.
+void recordPairs(benchmark::State& state) {
+    constexpr int pairs = 1 << 18;
+    EventGraphView view;
+    EventTrack track = makeTrack(2 * pairs);
+    view.addTrack(&track);
+    view.start(unlimited, EventGraphMode::Forwards);
+    int left = pairs;
+    for (auto _ : state) {
+        if (left-- == 0) {
+            state.PauseTiming();
+            track.clear();
+            left = pairs - 1;
+            state.ResumeTiming();
+        }
+        const EventAdder adder(&track, nullptr, true);
+    }
+    if (track.events().size() != std::size_t(2 * (pairs - left)))
+        state.SkipWithError("events were lost");
+}
+
+void recordPaused(benchmark::State& state) {
+    EventGraphView view;
+    EventTrack track = makeTrack(100);
+    view.addTrack(&track);
+    for (auto _ : state)
+        const EventAdder adder(&track, nullptr, true);
+}
+
+void recordDisabled(benchmark::State& state) {
+    EventGraphView view;
+    EventTrack track = makeTrack(100);
+    view.addTrack(&track);
+    view.start(unlimited, EventGraphMode::Forwards);
+    bool enabled = false;
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(enabled);
+        const EventAdder adder(&track, nullptr, enabled);
+    }
+}
+
+// Reports a figure of its own in place of the CPU time of an iteration.
+void report(benchmark::State& state, double figure) {
+    state.counters["items_per_second"] = 1e9 / figure;
+}
+
+// The heap's growth.
+void memoryPerEvent(benchmark::State& state) {
+    constexpr int events = 1'000'000;
+    for (auto _ : state) {
+        EventGraphView view;
+        EventTrack track = makeTrack(events);
+        view.addTrack(&track);
+        view.start(unlimited, EventGraphMode::Forwards);
+        const std::size_t before = mallinfo2().uordblks;
+        for (int i = 0; i < events; ++i)
+            track.addEvent(Type::Sample, nullptr);
+        const std::size_t after = mallinfo2().uordblks;
+        report(state, double(after - before) / events);
+    }
+}
+
+// How long a recorder waits for the locks while a capture of a million held events starts anew.
+void startOverEvents(benchmark::State& state) {
+    constexpr int events = 1'000'000;
+    EventGraphView view;
+    EventTrack track = makeTrack(events);
+    view.addTrack(&track);
+    view.start(unlimited, EventGraphMode::Forwards);
+    std::int64_t best = std::numeric_limits<std::int64_t>::max();
+    for (auto _ : state) {
+        for (int i = 0; i < events; ++i)
+            track.addEvent(Type::Sample, new EventUserDataInt(i));
+        std::atomic<bool> done{false};
+        std::int64_t longest = 0;
+        std::atomic<bool> running{false};
+        std::unique_ptr<QThread> prober(QThread::create([&] {
+            using Clock = std::chrono::steady_clock;
+            while (!done) {
+                const auto from = Clock::now();
+                view.stateLock()->lockForRead();
+                EventGraphView::GetMutex()->lock();
+                EventGraphView::GetMutex()->unlock();
+                view.stateLock()->unlock();
+                const std::int64_t waited = std::chrono::nanoseconds(Clock::now() - from).count();
+                longest = std::max(longest, waited);
+                running = true;
+            }
+        }));
+        prober->start();
+        while (!running)
+            QThread::yieldCurrentThread();
+        view.start(unlimited, EventGraphMode::Forwards);
+        done = true;
+        prober->wait();
+        best = std::min(best, longest);
+        report(state, double(best));
+    }
+}
+
+#if defined(KXUI_BENCH_LTTNG)
+// A session daemon with a session that overwrites its buffers, so that nothing is written to disk.
+class LttngSession {
+public:
+    LttngSession() {
+        if (QStandardPaths::findExecutable("lttng-sessiond").isEmpty())
+            return;
+        m_ownDaemon = run("lttng-sessiond", {"--daemonize", "--no-kernel", "--pidfile", pidFile()});
+        m_session = run("lttng", {"create", "kxui-bench", "--snapshot"}) &&
+                    run("lttng", {"enable-event", "-s", "kxui-bench", "-u", "kxui_bench:*"}) &&
+                    run("lttng", {"start", "kxui-bench"});
+        for (int i = 0; i < 100 && m_session && !lttngEnabled(); ++i)
+            QThread::msleep(20);
+    }
+
+    ~LttngSession() {
+        if (m_session)
+            run("lttng", {"destroy", "kxui-bench"});
+        QFile file(pidFile());
+        if (m_ownDaemon && file.open(QIODevice::ReadOnly))
+            run("kill", {QString::fromLatin1(file.readAll()).trimmed()});
+    }
+
+private:
+    QString pidFile() const { return m_dir.filePath("pid"); }
+
+    static bool run(const QString& program, const QStringList& arguments) {
+        QProcess process;
+        process.setStandardOutputFile(QProcess::nullDevice());
+        process.setStandardErrorFile(QProcess::nullDevice());
+        process.start(program, arguments);
+        return process.waitForFinished(10'000) && process.exitCode() == 0;
+    }
+
+    QTemporaryDir m_dir;
+    bool m_ownDaemon = false;
+    bool m_session = false;
+};
+
+void recordLttng(benchmark::State& state) {
+    static std::unique_ptr<LttngSession> session;
+    if (!session) {
+        session = std::make_unique<LttngSession>();
+        qAddPostRoutine([] { session.reset(); }); // while processes can still be run
+    }
+    if (!lttngEnabled()) {
+        state.SkipWithError("no lttng session daemon");
+        return;
+    }
+    for (auto _ : state)
+        lttngPair(nullptr);
+}
+#endif
+
+} // namespace
+
+void registerBenchmarks() {
+    // The clock that costs microseconds when the zone is looked up at each call.
+    qunsetenv("TZ");
+
+    Bench::add("start/end pair", "ours", recordPairs);
+    Bench::target("start/end pair", 65);
+#if defined(KXUI_BENCH_LTTNG)
+    Bench::add("start/end pair", "lttng-ust", recordLttng);
+    Bench::targetRatio("start/end pair", "lttng-ust", 2);
+#endif
+    Bench::add("start/end pair, paused", "ours", recordPaused);
+    Bench::target("start/end pair, paused", 30);
+    Bench::add("start/end pair, disabled", "ours", recordDisabled);
+    Bench::target("start/end pair, disabled", 2);
+    Bench::add("memory per event (ns stands for bytes)", "ours", memoryPerEvent);
+    Bench::target("memory per event (ns stands for bytes)", 48);
+    Bench::add("start() over 1,000,000 events: longest wait for the locks", "ours",
+               startOverEvents);
+    Bench::target("start() over 1,000,000 events: longest wait for the locks", 200'000);
+}
