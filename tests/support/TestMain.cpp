@@ -1,7 +1,9 @@
 #include <support/TestRegistry.h>
 
 #include <QApplication>
+#include <QFile>
 #include <QStandardPaths>
+#include <QTemporaryDir>
 #include <QtTest>
 
 #include <cstdio>
@@ -13,6 +15,38 @@ std::vector<Case>& cases() {
     return all;
 }
 
+namespace {
+
+// A warning that the test did not announce by QTest::ignoreMessage is a failure.
+// (QT_FATAL_WARNINGS would end the process on announced ones, too.)
+int countWarnings(const QString& logName) {
+    QFile log(logName);
+    if (!log.open(QIODevice::ReadOnly))
+        return 1;
+    int count = 0;
+    while (!log.atEnd()) {
+        const QByteArray line = log.readLine();
+        // What the platform without a screen can't do is no news.
+        if ((line.startsWith("QWARN") || line.startsWith("QCRITICAL")) &&
+            !line.contains("This plugin does not support ")) {
+            std::fprintf(stderr, "unexpected warning: %s", line.constData());
+            ++count;
+        }
+    }
+    return count;
+}
+
+int run(QObject* test, const QStringList& arguments) {
+    const QTemporaryDir folder;
+    const QString logName = folder.filePath(QStringLiteral("log"));
+    QStringList all{arguments.first(), QStringLiteral("-o"), QStringLiteral("-,txt"),
+                    QStringLiteral("-o"), logName + QStringLiteral(",txt")};
+    all += arguments.mid(1);
+    const int failures = QTest::qExec(test, all);
+    return failures + countWarnings(logName);
+}
+
+} // namespace
 } // namespace Kestrel::Test
 
 // test_ROOM [CASE [QtTest arguments]]: runs one case, or all of them.
@@ -34,7 +68,7 @@ int main(int argc, char** argv) {
             continue;
         found = true;
         const auto object = testCase.make();
-        failures += QTest::qExec(object.get(), arguments);
+        failures += Kestrel::Test::run(object.get(), arguments);
     }
     if (!found) {
         std::fprintf(stderr, "no test case named \"%s\"\n", wanted.c_str());
