@@ -32,6 +32,22 @@ if(KXUI_SANITIZE)
   endif()
 endif()
 
+# kxui_moc_new_headers(TARGET): call when the target has all its sources. Ninja runs moc again when a
+# file changed that moc knows, but not when a header is new to the target, as after an update of the
+# tree; so a new list of files makes the last run of moc void.
+function(kxui_moc_new_headers target)
+  get_target_property(sources ${target} SOURCES)
+  set(list "${CMAKE_CURRENT_BINARY_DIR}/${target}.sources")
+  set(known "")
+  if(EXISTS "${list}")
+    file(READ "${list}" known)
+  endif()
+  if(NOT known STREQUAL sources)
+    file(WRITE "${list}" "${sources}")
+    file(REMOVE "${CMAKE_CURRENT_BINARY_DIR}/${target}_autogen/timestamp")
+  endif()
+endfunction()
+
 # kxui_room(NAME SOURCES ... PUBLIC_HEADERS ... [PRIVATE_HEADERS ...])
 # Adds a room's files, named relative to its folder, to the library. Public headers are installed
 # and each is compiled alone by the target `header-checks`.
@@ -60,6 +76,7 @@ function(kxui_room_tests room)
   endforeach()
   add_executable(test_${room} ${sources} ${arg_SOURCES})
   set_target_properties(test_${room} PROPERTIES AUTOMOC ON)
+  kxui_moc_new_headers(test_${room})
   target_link_libraries(test_${room} PRIVATE kxui_test_support ${arg_LIBS})
   foreach(case IN LISTS arg_UNPARSED_ARGUMENTS)
     add_test(NAME ${room}.${case} COMMAND test_${room} ${case})
