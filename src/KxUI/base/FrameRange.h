@@ -6,9 +6,9 @@ namespace Kestrel::Base {
 
 /** A stretch of frames: first and last frame, both inclusive, and the step between frames. */
 struct FrameRange {
-    std::int32_t first = 0;
-    std::int32_t last = 0;
-    std::int32_t step = 1;
+    std::int32_t first = 0; ///< The first frame.
+    std::int32_t last = 0;  ///< The last frame, part of the range.
+    std::int32_t step = 1;  ///< Frames from one to the next.
 
     constexpr FrameRange() = default;
     constexpr FrameRange(std::int32_t firstFrame, std::int32_t lastFrame,

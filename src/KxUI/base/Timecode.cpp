@@ -19,7 +19,7 @@ struct Fields {
     std::uint32_t frames = 0;
 };
 
-// The rates that drop labels, as compile-time constants: division by a constant is a
+// Rates are compile-time constants wherever they can be: dividing by a constant is a
 // multiplication.
 template <std::uint32_t fps>
 constexpr std::uint64_t skippedLabels(std::uint64_t count) noexcept {
@@ -36,7 +36,9 @@ constexpr std::uint64_t skippedLabels(std::uint64_t count) noexcept {
 template <class Rate>
 constexpr Fields split(std::uint64_t labels, Rate fps) noexcept {
     const std::uint64_t total = labels / fps;
-    const auto inDay = static_cast<std::uint32_t>(total % SecondsPerDay);
+    // Few times reach the second day, and the branch costs less than the division.
+    const auto inDay =
+        static_cast<std::uint32_t>(total < SecondsPerDay ? total : total % SecondsPerDay);
     Fields fields;
     fields.frames = static_cast<std::uint32_t>(labels - total * fps);
     fields.seconds = inDay % 60;
@@ -124,17 +126,21 @@ DisplayType allowedType(DisplayType type, const TimeBase& base) noexcept {
 
 // A typed text after the grammar accepted it.
 struct Entry {
-    enum Form { Number, Separated, Suffixed, Joined };
-    Form form = Number;
+    enum Form { Plain, Separated, Joined };
+    Form form = Plain;
     bool negative = false;
     std::int32_t runs = 1;              // runs of digits, also empty ones
     std::array<std::uint32_t, 4> run{}; // as typed, left to right, saturated at 2^31
     std::int32_t joined = 0;            // the number after "+"
-    char suffix = 0;                    // h, m or s
+    char suffix = 0;                    // h, m, s or none
 };
 
 constexpr bool isDigit(char c) noexcept {
     return c >= '0' && c <= '9';
+}
+
+constexpr bool isSeparator(char c) noexcept {
+    return c == ':' || c == ';' || c == '.';
 }
 
 // Reads digits up to `end`; one more than the largest 32-bit integer stands for all beyond it.
@@ -175,7 +181,7 @@ bool scan(std::string_view text, Entry& entry) noexcept {
     case '.':
         entry.form = Entry::Separated;
         while (at != end) {
-            if ((*at != ':' && *at != ';' && *at != '.') || entry.runs == 4)
+            if (!isSeparator(*at) || entry.runs == 4)
                 return false;
             at = readDigits(at + 1, end, entry.run[static_cast<std::size_t>(entry.runs++)]);
         }
@@ -183,7 +189,6 @@ bool scan(std::string_view text, Entry& entry) noexcept {
     case 'h':
     case 'm':
     case 's':
-        entry.form = Entry::Suffixed;
         entry.suffix = *at;
         return hasDigits && at + 1 == end;
     case '+': {
@@ -248,6 +253,20 @@ Reading readPacked(const Entry& entry, std::size_t length) noexcept {
     return {packed / 1000000 % 100, packed / 10000 % 100, packed / 100 % 100, packed % 100, filled};
 }
 
+constexpr bool readPair(const char* at, std::int32_t& value) noexcept {
+    value = (at[0] - '0') * 10 + (at[1] - '0');
+    return isDigit(at[0]) && isDigit(at[1]);
+}
+
+// "HH:MM:SS:FF", what format() writes and so by far the most common text.
+bool readCanonical(std::string_view text, Reading& reading) noexcept {
+    const char* const at = text.data();
+    return text.size() == 11 && readPair(at, reading.hours) && isSeparator(at[2]) &&
+           readPair(at + 3, reading.minutes) && isSeparator(at[5]) &&
+           readPair(at + 6, reading.seconds) && isSeparator(at[8]) &&
+           readPair(at + 9, reading.frames);
+}
+
 constexpr Time difference(Time a, Time b) noexcept {
     return static_cast<Time>(static_cast<std::uint64_t>(a) - static_cast<std::uint64_t>(b));
 }
@@ -299,33 +318,44 @@ std::size_t format(char* buffer, Time time, const TimeBase& base, DisplayType ty
 
 std::string toString(Time time, const TimeBase& base, DisplayType type, bool showPlus,
                      Time offset) {
-    char buffer[MaximumLength];
-    return std::string(buffer, format(buffer, time, base, type, showPlus, offset));
+    // Written where it stays, because the processor stalls on copying what it only just stored in
+    // pieces. Fifteen characters need no allocation; only frames of six digits need more.
+    std::string text("###############");
+    if (base.roundedFps() > 100000)
+        text.resize(MaximumLength);
+    text.erase(format(text.data(), time, base, type, showPlus, offset));
+    return text;
 }
 
 Time fromString(std::string_view text, const TimeBase& base, DisplayType type, Time offset,
                 std::int32_t* fieldCount) noexcept {
-    Entry entry;
-    if (!base.isValid() || !scan(text, entry))
+    if (!base.isValid())
         return InvalidTime;
+    type = allowedType(type, base);
+    const bool isTimecode = type == Timecode || type == DropFrameTimecode;
+
+    Reading reading;
+    Entry entry;
+    if (!isTimecode || !readCanonical(text, reading)) {
+        if (!scan(text, entry))
+            return InvalidTime;
+        if (isTimecode)
+            reading = entry.form == Entry::Separated ? readSeparated(entry)
+                                                     : readPacked(entry, text.size());
+    }
     if (type == Frames)
         return difference(withSign(entry.run[0], entry.negative), offset);
 
     if (fieldCount)
-        *fieldCount = 4;
-    switch (allowedType(type, base)) {
+        *fieldCount = reading.filled;
+    switch (type) {
     case Timecode:
     case DropFrameTimecode: {
-        const Reading reading =
-            entry.form == Entry::Separated ? readSeparated(entry) : readPacked(entry, text.size());
-        if (fieldCount)
-            *fieldCount = reading.filled;
         if (reading.minutes > 59 || reading.seconds > 59 ||
             reading.frames >= std::max(base.roundedFps(), 1))
             return InvalidTime;
-        const Time count =
-            fromFields(base, allowedType(type, base) == DropFrameTimecode, reading.hours,
-                       reading.minutes, reading.seconds, reading.frames);
+        const Time count = fromFields(base, type == DropFrameTimecode, reading.hours,
+                                      reading.minutes, reading.seconds, reading.frames);
         return difference(entry.negative ? -count : count, offset);
     }
     case FeetFrames40:
