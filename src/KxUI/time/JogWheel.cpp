@@ -13,8 +13,8 @@
 namespace Kestrel::UI {
 namespace {
 
-constexpr int Notch = 120;          // eighths of a degree
-constexpr double ValuesATurn = 40;  // how far a whole turn of the drawn wheel counts
+constexpr int Notch = 120;         // eighths of a degree
+constexpr double ValuesATurn = 40; // how far a whole turn of the drawn wheel counts
 constexpr double Turn = 6.283185307179586;
 
 class JogWheelAccessible : public QAccessibleWidget, public QAccessibleValueInterface {
@@ -62,9 +62,13 @@ JogWheel::JogWheel(QWidget* parent)
 
 JogWheel::~JogWheel() = default;
 
-QSize JogWheel::sizeHint() const { return QSize(22, 22); }
+QSize JogWheel::sizeHint() const {
+    return QSize(22, 22);
+}
 
-void JogWheel::setValue(int value) { setCandidate(value); }
+void JogWheel::setValue(int value) {
+    setCandidate(value);
+}
 
 void JogWheel::setRange(int minimum, int maximum) {
     m_minimum = minimum;
@@ -79,8 +83,8 @@ void JogWheel::setSensitivity(float sensitivity) {
 
 void JogWheel::setCandidate(double value) {
     // Clamped before it becomes an integer: a drag may reach far beyond 32 bits.
-    const double clamped = std::clamp(value, static_cast<double>(m_minimum),
-                                      static_cast<double>(m_maximum));
+    const double clamped =
+        std::clamp(value, static_cast<double>(m_minimum), static_cast<double>(m_maximum));
     const int whole = static_cast<int>(clamped);
     if (whole == m_value)
         return;
@@ -151,16 +155,15 @@ void JogWheel::paintEvent(QPaintEvent*) {
     if (radius <= 1)
         return;
     const QPointF middle = QRectF(rect()).center();
-    painter.setPen(QPen(hasFocus() ? colors.color(QPalette::Highlight)
-                                   : colors.color(QPalette::Text),
-                        hasFocus() ? 1.6 : 1.0));
+    painter.setPen(
+        QPen(hasFocus() ? colors.color(QPalette::Highlight) : colors.color(QPalette::Text),
+             hasFocus() ? 1.6 : 1.0));
     painter.setBrush(colors.color(QPalette::Button));
     painter.drawEllipse(middle, radius - 0.5, radius - 0.5);
 
     // The dimple goes round with the value, so that a turn of the wheel can be seen.
     const double angle = Turn * std::fmod(m_value, ValuesATurn) / ValuesATurn;
-    const QPointF dimple =
-        middle + QPointF(std::sin(angle), -std::cos(angle)) * (radius * 0.58);
+    const QPointF dimple = middle + QPointF(std::sin(angle), -std::cos(angle)) * (radius * 0.58);
     painter.setPen(Qt::NoPen);
     painter.setBrush(colors.color(isEnabled() ? QPalette::Text : QPalette::Mid));
     painter.drawEllipse(dimple, radius * 0.2, radius * 0.2);

@@ -17,7 +17,9 @@ Time parse(std::string_view text, const TimeFieldNotation& notation, Time offset
 }
 
 // a * b for values of 0 or more; 0 where the product does not fit.
-Time productOrZero(Time a, Time b) { return b != 0 && a > MaximumTime / b ? 0 : a * b; }
+Time productOrZero(Time a, Time b) {
+    return b != 0 && a > MaximumTime / b ? 0 : a * b;
+}
 
 TimeFieldEdit timeOrFailure(Time time) {
     if (time == InvalidTime)

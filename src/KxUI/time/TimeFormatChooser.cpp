@@ -93,9 +93,13 @@ void TimeFormatChooser::setTimeDisplay(bool displayTimecode, bool displayDropFra
     refresh();
 }
 
-void TimeFormatChooser::showTimecode() { setTimeDisplayFormat(true, m_displayDropFrames); }
+void TimeFormatChooser::showTimecode() {
+    setTimeDisplayFormat(true, m_displayDropFrames);
+}
 
-void TimeFormatChooser::showFrames() { setTimeDisplayFormat(false, m_displayDropFrames); }
+void TimeFormatChooser::showFrames() {
+    setTimeDisplayFormat(false, m_displayDropFrames);
+}
 
 void TimeFormatChooser::showActualTimecode() {}
 

@@ -14,8 +14,8 @@ namespace Kestrel::UI {
 class TimeField;
 class TimeFormatter;
 
-/** A button with a menu from which the user picks how a formatter and the fields attached to it show
-    times: timecode or frames. Interface thread. */
+/** A button with a menu from which the user picks how a formatter and the fields attached to it
+   show times: timecode or frames. Interface thread. */
 class KXUI_EXPORT TimeFormatChooser : public QToolButton {
     Q_OBJECT
 

@@ -11,7 +11,9 @@
 namespace Kestrel::UI {
 namespace {
 
-QIcon iconOf(const char* name) { return IconFactory::icon(QLatin1String(name)); }
+QIcon iconOf(const char* name) {
+    return IconFactory::icon(QLatin1String(name));
+}
 
 } // namespace
 
@@ -23,10 +25,10 @@ TransportControlsWidget::TransportControlsWidget(QWidget* parent)
     QToolButton* start =
         addButton("TCStart", tr("Go to start. (Home)"), tr("Jump To Beginning"), 1);
     m_jumpBackwards = addButton("TCIntervalBackward", QString(), tr("Jump Backwards"), 0);
-    QToolButton* frameBackwards = addButton(
-        "TCFrameBackward", tr("Go to previous frame. (Left)"), tr("Frame Backwards"), 2);
-    m_playBackwards = addButton("TCPlayBackward", tr("Play backwards/Stop. (J/K)"),
-                                tr("Play Backwards"), 3);
+    QToolButton* frameBackwards =
+        addButton("TCFrameBackward", tr("Go to previous frame. (Left)"), tr("Frame Backwards"), 2);
+    m_playBackwards =
+        addButton("TCPlayBackward", tr("Play backwards/Stop. (J/K)"), tr("Play Backwards"), 3);
 
     m_timeField = new TimeField(false, false, this);
     m_timeField->setMinimumHeight(24);

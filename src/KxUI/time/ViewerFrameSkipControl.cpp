@@ -35,10 +35,10 @@ ViewerFrameSkipControl::ViewerFrameSkipControl(QWidget* parent)
     m_increment = new QLineEdit(QStringLiteral("12"));
     m_increment->setFrame(false);
     m_increment->setAlignment(Qt::AlignCenter);
-    m_increment->setFixedWidth(m_increment->fontMetrics().horizontalAdvance(QStringLiteral(" 22 ")));
+    m_increment->setFixedWidth(
+        m_increment->fontMetrics().horizontalAdvance(QStringLiteral(" 22 ")));
     m_increment->setValidator(new QIntValidator(1, 999, m_increment));
-    m_increment->setToolTip(
-        tr("The number of frames skipped by clicking Skip Forwards/Backwards"));
+    m_increment->setToolTip(tr("The number of frames skipped by clicking Skip Forwards/Backwards"));
     m_increment->setAccessibleName(tr("Frames to skip"));
 
     auto* row = new QHBoxLayout(this);
@@ -63,7 +63,9 @@ void ViewerFrameSkipControl::setIncrement(int increment) {
     m_increment->setModified(false);
 }
 
-void ViewerFrameSkipControl::frameIncrementChanged(int value) { setIncrement(value); }
+void ViewerFrameSkipControl::frameIncrementChanged(int value) {
+    setIncrement(value);
+}
 
 void ViewerFrameSkipControl::finishedEditing() {
     if (!m_increment->isModified())
