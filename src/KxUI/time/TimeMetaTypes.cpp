@@ -9,6 +9,8 @@ void registerTimeMetaTypes() {
     static const bool registered = [] {
         qRegisterMetaType<Kestrel::Base::TimeBase>("Kestrel::Base::TimeBase");
         qRegisterMetaType<Kestrel::Base::Time>("Kestrel::Base::Time");
+        qRegisterMetaType<Kestrel::Base::Time>("Kestrel::Base::Time&");
+        qRegisterMetaType<const Kestrel::Base::Time*>("const Kestrel::Base::Time*");
         return true;
     }();
     Q_UNUSED(registered)

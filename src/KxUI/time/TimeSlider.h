@@ -1,0 +1,268 @@
+#pragma once
+
+#include <KxUI/Export.h>
+#include <KxUI/base/Time.h>
+#include <KxUI/time/TimeSliderModel.h>
+#include <KxUI/time/TimeSliderTime.h>
+
+#include <QColor>
+#include <QMetaType>
+#include <QWidget>
+
+#include <boost/icl/interval_set.hpp>
+
+#include <memory>
+
+class QGestureEvent;
+
+namespace Kestrel::UI {
+
+class TimeFormatter;
+
+/** The timeline strip under a viewer: a ruler over the visible part of a TimeSliderModel, an
+   overview of the whole clip along the top, the playback range and its marks, keyframes, what the
+   renderer has cached, and the playhead.
+
+    Mouse: drag to scrub; with the in/out lock on, drag the marks; Ctrl sets the nearer mark, or
+    drags both by either of them; Shift always scrubs and does not snap; Alt and the left button
+   pan; the right or middle button sweeps a range to zoom to, with Alt it zooms by dragging; the
+   wheel and a pinch zoom, a two-finger drag pans; the overview bar is dragged by its middle or its
+   edges. Keys, once focused (by Tab, unless the host sets another focus policy): Left and Right
+   step a frame, Home and End go to the ends of the clip.
+
+    What does not depend on the current time is rendered into an image in device pixels and rendered
+    again only after a change; a moving playhead repaints no more than where it was and is.
+
+    The model and the formatter are borrowed. Either may be deleted before the slider, which is then
+    empty. GUI thread only. */
+class KXUI_EXPORT TimeSlider : public QWidget {
+    Q_OBJECT
+
+public:
+    /** What a drag moves. */
+    enum HandleType {
+        NoHandle = 0,
+        InHandle = 1,
+        OutHandle = 2,
+        InOutHandle = 3, ///< both marks, their distance kept
+        PlayheadHandle = 4,
+        PanHandle = 5,           ///< the visible range, by the ruler
+        ZoomRectangleHandle = 6, ///< sweeps the range to zoom to
+        ZoomHandle = 7,          ///< zooms about the pressed time
+        RangeBarFirstHandle = 8, ///< left edge of the overview bar
+        RangeBarLastHandle = 9,  ///< right edge of the overview bar
+        RangeBarHandle = 10,     ///< the overview bar as a whole
+        DerivedHandle = 11       ///< a handle of a derived class
+    };
+    Q_ENUM(HandleType)
+
+    /** Bits of the constructor's `options`. */
+    enum Option {
+        /** The main transport slider: the playhead gets its line and, if set, its double; the
+           visible range follows it and never starts before frame 0; drags scroll past the edges. */
+        MainTransport = 1
+    };
+
+    /** Frames as a set of intervals. */
+    using FrameSet = boost::icl::interval_set<Base::Time>;
+
+    /** A slider with `numCacheBars` cache bars, without a parent. `options` is made of Option. */
+    TimeSlider(TimeSliderModel* model, TimeFormatter* formatter, int numCacheBars, int options);
+    ~TimeSlider() override;
+
+    /** What the slider shows and formats with; null once deleted. */
+    TimeSliderModel* model() const;
+    TimeFormatter* formatter() const;
+
+    QSize sizeHint() const override;
+
+    /** \name The visible range, kept in the model
+        Every change through the slider is followed by rangeChanged(). On the main transport slider
+       a range that starts before frame 0 is moved to start there.
+        @{ */
+
+    /** Limited to one frame before the clip's end; moves the last visible time to the frame after
+       it if need be. */
+    void setFirstVisibleTime(Base::Time time);
+    Base::Time firstVisibleTime() const;
+
+    /** At least one frame after the clip's start; moves the first visible time to the frame before
+       it if need be. */
+    void setLastVisibleTime(Base::Time time);
+    Base::Time lastVisibleTime() const;
+
+    void setTimeRange(TimeSliderTime first, TimeSliderTime last);
+
+    /** Makes `time` the first visible one, at the same length. */
+    void scrollToTime(Base::Time time);
+
+    /** Makes the range `factor` times shorter about a time that keeps its place. A factor other
+       than 1 changes the range by a frame at least; one of 0 or less, or not-a-number, does
+       nothing. zoomOrPanChanged() follows. */
+    void zoomAboutTime(Base::Time time, float factor);
+
+    /** The same, starting from the range `first` to `last` rather than the visible one. */
+    void zoomAboutTime(Base::Time time, float factor, TimeSliderTime first, TimeSliderTime last);
+
+    /** Shifts the range back by `time` frames. zoomOrPanChanged() follows unless `time` is 0. */
+    void pan(Base::Time time);
+
+    /** Where scrollTimeVisible() puts a time that comes into view: 1 puts a time from before the
+       range at its end, 3 one from after the range at its start; otherwise, and by default (2), it
+       goes to the centre. */
+    void setScrollMode(int mode);
+    int scrollMode() const;
+    /** @} */
+
+    /** The x of the left edge of a frame, in widget pixels; 5 for the invalid time. May lie outside
+        the widget. */
+    int clipTimeToX(Base::Time time) const;
+
+    /** The frame whose left edge is nearest to x; InvalidTime while there is no visible range. */
+    Base::Time XToClipTime(int x) const;
+
+    /** x limited to the ruler, 5 to width - 5. */
+    int clipXToVisible(int x) const;
+
+    /** \name Cache bars
+        `bar` counts from 0; another bar, or an invalid time, is silently ignored. Many single
+       frames may be reported at little cost: the bars repaint at most once a turn of the event
+       loop.
+        @{ */
+    int numCacheBars() const;
+    void displayFrameAsCached(Base::Time frame, int bar);
+    void clearCachedFrame(Base::Time frame, int bar);
+    void setCachedFrames(const FrameSet& frames, int bar);
+    void setCacheBarColor(const QColor& color, int bar);
+    /** @} */
+
+    /** The colour of this slider's playhead; an invalid colour, the initial one, stands for
+        StandardPlayheadColor(). On a keyframe the playhead has the keyframe colour. */
+    void setPlayheadColor(const QColor& color);
+
+    /** Shows the faint second playhead, otherwise the mouse's, at a time. */
+    void setPreviewPlayhead(Base::Time time);
+    void clearPreviewPlayhead();
+
+    /** The handle being dragged. */
+    HandleType dragHandle() const;
+
+    /** \name Settings of all sliders, for the host to make at start-up
+        Colours are Qt::magenta until set.
+        @{ */
+    static void SetInOutMarkerColor(const QColor& color);
+    static QColor InOutMarkerColor();
+    static void SetKeyFrameColor(const QColor& color);
+    static void SetStandardPlayheadColor(const QColor& color);
+    static QColor StandardPlayheadColor();
+
+    /** Draws a second line at the end of the current frame on main transport sliders. Off by
+        default. */
+    static void SetUseDoublePlayhead(bool on);
+
+    /** Keeps the playhead of main transport sliders in view. On by default. */
+    static void SetVisibleRangeFollowsPlayhead(bool on);
+    /** @} */
+
+public Q_SLOTS:
+    /** The model changed. */
+    void timeChanged(Kestrel::UI::TimeSliderModel::TimeFlags flags);
+
+    /** Shows the whole clip. */
+    void zoomToFit();
+
+    /** Shows the marked range if the lock is on, else the whole clip. */
+    void zoomToFitInOut();
+
+    /** Scrolls, at the same length, if the time is outside the visible range. */
+    void scrollTimeVisible(Kestrel::Base::Time time);
+
+    /** Scrolls so that the time falls at x. */
+    void scrollTimeToX(Kestrel::Base::Time time, int x);
+
+    /** Renders everything again at the next paint. */
+    void redraw();
+
+Q_SIGNALS:
+    /** The host should show a frame. Emitted by the host's transport. */
+    void seekVideoFrame(Kestrel::Base::Time frame, bool needsAccurateSeek);
+
+    /** False while the user drags a mark or the playhead; true at every press and release. */
+    void setDoUpdateTime(bool on);
+
+    /** The visible range was set to this. */
+    void rangeChanged(Kestrel::Base::Time first, Kestrel::Base::Time last);
+
+    /** A drag without Shift is about to use `time`; a listener may move it to a snap point. */
+    void snapTime(Kestrel::Base::Time& time);
+
+    /** The host should refill the cache bars. Emitted by the host's transport. */
+    void requestCacheBarUpdate();
+
+    /** A drag of marks or the playhead begins, moves, ends. `times` holds the dragged time, or the
+       in and out times for InOutHandle, for the duration of the call. */
+    void beginTimeDrag(Kestrel::UI::TimeSlider::HandleType dragHandle,
+                       const Kestrel::Base::Time* times);
+    void updateTimeDrag(const Kestrel::Base::Time* times);
+    void endTimeDrag();
+
+    /** A drag of marks has ended. */
+    void inOutTimesModified();
+
+    /** The user zoomed or panned. */
+    void zoomOrPanChanged();
+
+    /** The right or middle button was clicked without a drag. */
+    void rightOrMidClicked();
+
+protected:
+    /** Paints all that does not depend on the current time, on a background of the palette's window
+        colour, in widget coordinates. */
+    virtual void paintSlider(QPainter& painter);
+
+    /** Paints the playhead, its double and the one under the mouse. */
+    virtual void paintPlayHead(QPainter& painter);
+
+    /** The visible range or the size changed: what is drawn per column is out of date. */
+    virtual void updateIndicatorBars();
+
+    /** A left press hit no handle. Return true to start a drag of DerivedHandle, whose moves and
+        release then come to the hooks below; false to let the playhead have it. */
+    virtual bool pressHandle(QMouseEvent* event);
+
+    /** The drag of a DerivedHandle ended. */
+    virtual void releaseHandle(QMouseEvent* event);
+
+    /** A DerivedHandle was dragged to a time, snapped if a listener wished so. */
+    virtual void moveHandle(QMouseEvent* event, Base::Time time);
+
+    /** Called by paintSlider() right after the ticks. */
+    virtual void paintExtra(QPainter& painter);
+
+    /** For pressHandle(): emits beginTimeDrag(); endTimeDrag() will follow with the release. */
+    void announceTimeDrag(HandleType handle, const Base::Time* times);
+
+    /** Paints a playhead with its time and, on the main transport slider, its line. */
+    void paintPlayheadAtTime(QPainter& painter, Base::Time time, const QColor& color);
+
+    bool event(QEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void changeEvent(QEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void leaveEvent(QEvent* event) override;
+    void wheelEvent(QWheelEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void timerEvent(QTimerEvent* event) override;
+
+private:
+    struct Private;
+    const std::unique_ptr<Private> m;
+};
+
+} // namespace Kestrel::UI
+
+Q_DECLARE_METATYPE(const Kestrel::Base::Time*)

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QColor>
+
+class QPalette;
+
+namespace Kestrel::UI {
+
+/** The slider's colours, all from the palette. */
+struct TimeSliderColors {
+    QColor window;   ///< around the ruler
+    QColor empty;    ///< the ruler without a clip
+    QColor clip;     ///< the ruler
+    QColor playback; ///< the playback range
+    QColor outside;  ///< before and after the clip
+    QColor rangeBar;
+    QColor rangeBarHover;
+    QColor text;  ///< ticks and labels: of the palette's colours one that shows on all backgrounds
+    QColor sweep; ///< the zoom rectangle's edges
+    QColor focus;
+
+    static TimeSliderColors of(const QPalette& palette);
+};
+
+/** How well two colours tell apart, from 1 to 21 (the contrast ratio of WCAG 2.1). */
+double contrastRatio(const QColor& a, const QColor& b);
+
+} // namespace Kestrel::UI
