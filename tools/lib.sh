@@ -22,6 +22,14 @@ else
 fi
 fail() { printf '%s: %s\n' "$(basename "$0")" "$*" >&2; exit 1; }
 
+# Qt wants a private run-time folder and warns where the login made none.
+runtime_dir() {
+  [[ -z ${XDG_RUNTIME_DIR-} ]] || return 0
+  export XDG_RUNTIME_DIR=$KXUI_ROOT/build/runtime
+  mkdir -p "$XDG_RUNTIME_DIR"
+  chmod 700 "$XDG_RUNTIME_DIR"
+}
+
 # need PACKAGE...: installs by apt what is missing; nothing is asked of the network otherwise.
 need() {
   local package missing=()
