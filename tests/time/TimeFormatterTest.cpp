@@ -17,10 +17,6 @@ class TimeFormatterTest : public QObject {
 private slots:
     void startsAsTwentyFiveTimecode() {
         const TimeFormatter formatter;
-        QCOMPARE(formatter.parent(), nullptr);
-        QCOMPARE(formatter.timeBase(), TimeBase(25, false));
-        QCOMPARE(formatter.timeDisplayFormat(), Timecode::Timecode);
-        QCOMPARE(formatter.timecodeStart(), Time{0});
         QCOMPARE(formatter.formatTime(26), QStringLiteral("00:00:01:01"));
         QCOMPARE(formatter.formatTime(InvalidTime), QStringLiteral("--:--:--:--"));
     }
