@@ -1,0 +1,129 @@
+#pragma once
+
+#include <KxUI/Export.h>
+#include <KxUI/help/HelpServer.h>
+
+#include <QNetworkAccessManager>
+
+#include <map>
+#include <string>
+#include <vector>
+
+class QNetworkReply;
+
+namespace Kestrel::UI {
+
+/** Answers at which URL the help page of a node (the name of a documentation page) can be opened.
+
+    Three servers may have the page: 0 is the local HelpServer, which this class owns and starts, 1
+    the product's remote documentation site, 2 a custom one. A host calls checkNode() early, for
+    example when it creates a panel; the manager then asks the server by HTTP HEAD and remembers the
+    answer. getUrl() never waits: a page that the remote server does not have, or of which it has
+   not told yet, falls back to the local server.
+
+    The table of servers (their hosts and ports) is shared by the whole process and outlives the
+    manager. Nodes are put into URLs as they are; they should need no percent-encoding, which the
+    local server does not decode. GUI thread. */
+class KXUI_EXPORT HelpManager : public QNetworkAccessManager {
+    Q_OBJECT
+
+public:
+    /** Stands for the current server where an index is asked for. */
+    static constexpr int CurrentServer = -1;
+
+    /** The manager, created on first use; that starts the local server on a port of the system's
+        choice. Goes with the QCoreApplication at the latest. */
+    static HelpManager* instance();
+
+    /** Deletes the manager, if there is one. Allowed within a command callback. */
+    static void Destroy();
+
+    /** Makes a server the current one: 0 local, 1 remote, 2 custom. Starts the local server if that
+        has not been done. Selecting another than the local server asks it again for every node.
+        False, and no change of the current server, when `index` is out of range. */
+    bool setHelpServer(const int& index);
+
+    /** The index of the current server. */
+    int getHelpServer() const { return m_current; }
+
+    /** Changes the host of the current server and asks it again for every node. False for the local
+        server, which always is on the loopback. */
+    bool setCurrentHost(const std::string& host);
+
+    /** Changes the port of the current server and asks it again for every node. The local server
+        is replaced by one on the first free port from `port` to `port` + `range`, with the same
+        search path and command callback; other servers have no range. Allowed within a command
+        callback. Returns what setHelpServer() returns. */
+    bool setCurrentPort(const int& port, const int& range = 0);
+
+    /** Sets the function that the local server calls for POST requests. */
+    void setRequestHandler(HelpServer::RequestHandler handler);
+
+    /** Appends to the directories that the local server searches. */
+    void setSearchPath(const std::vector<const char*>& dirs);
+
+    /** Forgets the directories that the local server searches. */
+    void clearSearchPath();
+
+    /** The path of every URL, ending in a slash; "Documentation/html/" by default. */
+    void setCommonPath(const std::string& path) { m_commonPath = path; }
+
+    /** What stands before the common path in URLs of the local server; empty by default. */
+    void setLocalPathPrefix(const std::string& prefix) { m_localPathPrefix = prefix; }
+
+    /** Asks a server whether it has a node, unless that is known or under way; the local server is
+        asked whenever another one is. An index out of range asks nobody. */
+    void checkNode(const std::string& node, int index = CurrentServer);
+
+    /** The URL of a node on a server that has said that it has it, else on the local server on the
+        same condition, else an empty string. With `force`, the URL on the stated server whatever is
+        known of the node. Empty for an index out of range. */
+    std::string getUrl(const std::string& node, int index = CurrentServer, bool force = false);
+
+    /** "http://host:port/", path and node; ports 0 and 80 are left out. */
+    static std::string GenerateAddress(const std::string& host, int port, const std::string& path,
+                                       const std::string& node);
+
+protected:
+    HelpManager();
+    ~HelpManager() override;
+
+    /** Drops the pending reply about a node, from the local server or from the others; whatever it
+        says no longer counts. Leaves the node's state alone. */
+    void cancelPendingReply(const std::string& node, bool local);
+
+    /** Forgets what is known of every node on one side, and asks again: the local server or the
+        current one. */
+    void recheckNodes(bool local);
+
+protected slots:
+    /** Notes what a finished reply says about its node. */
+    void handleFinished();
+
+private:
+    enum class NodeState { Unchecked = 0, Pending = 1, NotFound = 2, Found = 3 };
+
+    struct NodeStates {
+        NodeState local = NodeState::Unchecked;
+        NodeState other = NodeState::Unchecked;
+
+        NodeState& of(bool isLocal) { return isLocal ? local : other; }
+    };
+
+    using PendingReplies = std::map<std::string, QNetworkReply*>;
+
+    PendingReplies& pendingReplies(bool local) { return local ? m_pendingLocal : m_pendingOther; }
+    std::string addressOf(const std::string& node, int index) const;
+    void startLocalServer(int port, int range);
+    QNetworkReply* requestHead(const std::string& address, bool local);
+
+    std::string m_commonPath = "Documentation/html/";
+    int m_current = 0;
+    HelpServer* m_localServer = nullptr;
+    std::map<std::string, NodeStates> m_nodes;
+    PendingReplies m_pendingLocal;
+    PendingReplies m_pendingOther;
+    std::string m_localPathPrefix;
+};
+
+} // namespace Kestrel::UI

@@ -1,0 +1,146 @@
+#pragma once
+
+#include <KxUI/Export.h>
+
+#include <QHostAddress>
+#include <QTcpServer>
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace Kestrel::UI {
+
+namespace Help {
+class HelpConnection;
+class HelpSeats;
+class RegularFile;
+struct CommandRequest;
+struct PageRequest;
+} // namespace Help
+
+/** A small HTTP/1.1 server for the loopback address. It gives the application's HTML documentation
+    to a web browser, and passes commands that the pages send by POST to the host application.
+
+    Pages are looked for below the directories of the search path, in order; nothing outside them is
+    served, unless a symbolic link there leads out. A response carries no length (but for images):
+    the end of the connection is its end. Each request is taken from one read.
+
+    Not everybody who can reach the loopback may command the host: a request that a browser sent on
+    behalf of a foreign page, told by its Host, Origin and Sec-Fetch-Site headers, is answered with
+    the not-found page. 64 clients are served at a time, others wait; one that asks for nothing is
+    closed after 30 seconds (sooner while others wait), one that sends more than 64 KiB at once.
+
+    All strings are 8-bit; paths in them are separated by "/". Lives in the GUI thread, where the
+    command callback is called too. */
+class KXUI_EXPORT HelpServer : public QTcpServer {
+    Q_OBJECT
+
+public:
+    /** Called with the command and its argument, both as the client sent them. It may open dialogs,
+        call the help manager and retire() this server, but not delete it. */
+    using RequestHandler = void (*)(std::string command, std::string argument);
+
+    /** A stopped server whose search path is the server root. `name` labels its log lines; an empty
+        one stands for "Local". Turns the verbose log on when the environment variable HELP_VERBOSE
+        is 1. Needs a QCoreApplication. */
+    explicit HelpServer(const std::string& name = {}, QObject* parent = nullptr);
+    ~HelpServer() override;
+
+    /** Listens on `host`, an IP address, at the first free port from `firstPort` to
+        `firstPort` + `range`, and returns whether it does. Port 0 lets the system choose.
+
+        False at once when already started, and when the range passes port 65535. One port beyond
+        the range is tried before giving up, and a server that got that port goes on listening
+        there although this returns false. */
+    bool start(const std::string& host, const int& firstPort, const int& range);
+
+    /** Stops listening. Requests that have been accepted are still answered. */
+    void close();
+
+    /** Closes, and deletes the server once its requests are answered and no command callback runs:
+        the way to be rid of it from within a callback. */
+    void retire();
+
+    /** A subdirectory of the server root that is searched after it. Rebuilds the search path, so
+        that what was appended is gone. */
+    void setRelativePath(const std::string& path);
+
+    /** Rebuilds the search path: the server root and, if there is one, the relative path below. */
+    void setSearchPath();
+
+    /** Appends directories to the search path. One that contains ".nova", the folder of a user's
+        settings, is followed by its own "Documentation/". Null pointers are skipped. */
+    void appendSearchPath(const std::vector<const char*>& dirs);
+
+    /** Forgets every directory; every page is then not found. */
+    void clearSearchPath();
+
+    /** Takes the search path, the relative path and the command callback of another server. */
+    void takeOver(const HelpServer& predecessor);
+
+    /** Sets what POST requests call; null for nothing. */
+    void setRequestHandler(RequestHandler handler) { m_requestHandler = handler; }
+
+    /** True while the command callback is being called. */
+    bool isInRequestHandler() const { return m_runningCommands > 0; }
+
+    /** Switches the log of all servers and of the help manager, and says so on standard output. */
+    static void setVerbose(bool verbose);
+
+    /** The address last listened on; "127.0.0.1" before the first start. */
+    const std::string& getHost() const { return m_host; }
+
+    /** The label in log lines. */
+    const std::string& getName() const { return m_name; }
+
+    /** The port bound by the last successful start, 0 before. */
+    std::uint16_t getPort() const { return m_port; }
+
+    /** As set, with a trailing slash; empty by default. */
+    const std::string& getRelativePath() const { return m_relativePath; }
+
+    /** The directories searched, in order, each with a trailing slash. */
+    const std::vector<std::string>& getSearchPath() const { return m_searchPath; }
+
+    /** True from a successful start to close(). */
+    bool getStarted() const { return m_started; }
+
+    /** The application's directory with a trailing slash. */
+    const std::string& getServerRoot();
+
+protected:
+    void incomingConnection(qintptr descriptor) override;
+
+private:
+    bool tryListen(const QHostAddress& address, std::uint16_t port);
+    void logSearchPath() const;
+    void deleteWhenIdle();
+
+    void handleError(QAbstractSocket::SocketError error);
+    void handleRequest(Help::HelpConnection& connection);
+    void handleRequestHEADOrGET(Help::HelpConnection& connection, const std::string& request,
+                                bool isHead);
+    void handleRequestPOST(Help::HelpConnection& connection, const std::string& request);
+    void runCommand(Help::HelpConnection& connection, const Help::CommandRequest& post);
+    Help::RegularFile findFile(const Help::PageRequest& page, std::string& path) const;
+    void sendImage(Help::HelpConnection& connection, Help::RegularFile file,
+                   const std::string& path, const std::string& fileType);
+    void sendPageNotFound(Help::HelpConnection& connection, std::string_view message);
+
+    RequestHandler m_requestHandler = nullptr;
+    bool m_started = false;
+    std::string m_name;
+    std::string m_host = "127.0.0.1";
+    std::uint16_t m_port = 0;
+    std::string m_serverRoot;
+    std::string m_relativePath;
+    std::vector<std::string> m_searchPath;
+
+    Help::HelpSeats* m_seats;
+    int m_runningCommands = 0;
+    bool m_retired = false;
+};
+
+} // namespace Kestrel::UI

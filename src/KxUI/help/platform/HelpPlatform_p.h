@@ -1,0 +1,55 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
+/** \file
+    What the help server needs of the operating system beyond Qt. */
+
+namespace Kestrel::UI::Help {
+
+/** A file to be served: a regular file, open for reading, that can never block the event loop.
+    Folders, FIFOs and devices count as missing; symbolic links are followed. */
+class RegularFile {
+public:
+    enum class State {
+        Missing,    ///< No regular file has this path.
+        Unreadable, ///< It exists but cannot be opened.
+        Open
+    };
+
+    /** No file; `Missing`. */
+    RegularFile() = default;
+    RegularFile(RegularFile&& other) noexcept;
+    RegularFile& operator=(RegularFile&& other) noexcept;
+    ~RegularFile();
+
+    /** Looks at `path` (8-bit, the platform's separator) and opens it if it is a regular file. */
+    static RegularFile open(const std::string& path);
+
+    State state() const { return m_state; }
+
+    /** Bytes at the time of opening. */
+    std::uint64_t size() const { return m_size; }
+
+    /** Reads the next bytes into `to`; returns how many, fewer than asked for only at the end of
+        the file or on an error. */
+    std::size_t read(char* to, std::size_t bytes);
+
+private:
+    State m_state = State::Missing;
+    int m_descriptor = -1;
+    std::uint64_t m_size = 0;
+};
+
+/** Lets `length` connections wait in the queue of a listening socket (the system may hold less). */
+void widenBacklog(std::intptr_t listeningSocket, int length);
+
+/** Tells the peer that nothing more will be sent, while what it sends can still be read. */
+void endSending(std::intptr_t socket);
+
+/** Closes a descriptor that no socket object took over. */
+void closeSocket(std::intptr_t socket);
+
+} // namespace Kestrel::UI::Help

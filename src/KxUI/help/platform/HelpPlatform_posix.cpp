@@ -1,0 +1,73 @@
+#include <KxUI/help/platform/HelpPlatform_p.h>
+
+#include <cerrno>
+#include <utility>
+
+#include <fcntl.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace Kestrel::UI::Help {
+
+RegularFile::RegularFile(RegularFile&& other) noexcept
+    : m_state(std::exchange(other.m_state, State::Missing))
+    , m_descriptor(std::exchange(other.m_descriptor, -1))
+    , m_size(std::exchange(other.m_size, 0)) {}
+
+RegularFile& RegularFile::operator=(RegularFile&& other) noexcept {
+    std::swap(m_state, other.m_state);
+    std::swap(m_descriptor, other.m_descriptor);
+    std::swap(m_size, other.m_size);
+    return *this;
+}
+
+RegularFile::~RegularFile() {
+    if (m_descriptor >= 0)
+        ::close(m_descriptor);
+}
+
+RegularFile RegularFile::open(const std::string& path) {
+    RegularFile file;
+    struct stat status {};
+    // Looked at before it is opened: opening alone can wake the writer of a FIFO or wind a tape.
+    if (::stat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode))
+        return file;
+    file.m_state = State::Unreadable;
+    // What was a file a moment ago may be a FIFO now.
+    file.m_descriptor = ::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
+    if (file.m_descriptor < 0)
+        return file;
+    if (::fstat(file.m_descriptor, &status) != 0 || !S_ISREG(status.st_mode))
+        return RegularFile();
+    file.m_size = static_cast<std::uint64_t>(status.st_size);
+    file.m_state = State::Open;
+    return file;
+}
+
+std::size_t RegularFile::read(char* to, std::size_t bytes) {
+    std::size_t done = 0;
+    while (done < bytes) {
+        const ssize_t now = ::read(m_descriptor, to + done, bytes - done);
+        if (now < 0 && errno == EINTR)
+            continue;
+        if (now <= 0)
+            break;
+        done += static_cast<std::size_t>(now);
+    }
+    return done;
+}
+
+void widenBacklog(std::intptr_t listeningSocket, int length) {
+    ::listen(static_cast<int>(listeningSocket), length);
+}
+
+void endSending(std::intptr_t socket) {
+    ::shutdown(static_cast<int>(socket), SHUT_WR);
+}
+
+void closeSocket(std::intptr_t socket) {
+    ::close(static_cast<int>(socket));
+}
+
+} // namespace Kestrel::UI::Help

@@ -1,0 +1,81 @@
+#include <KxUI/help/platform/HelpPlatform_p.h>
+
+#include <algorithm>
+#include <climits>
+#include <utility>
+
+#include <winsock2.h>
+
+#include <fcntl.h>
+#include <io.h>
+#include <share.h>
+#include <sys/stat.h>
+
+namespace Kestrel::UI::Help {
+namespace {
+
+// A device name such as "nul.html" passes for a file until its handle is asked.
+bool isOnDisk(int descriptor) {
+    return GetFileType(reinterpret_cast<HANDLE>(_get_osfhandle(descriptor))) == FILE_TYPE_DISK;
+}
+
+} // namespace
+
+RegularFile::RegularFile(RegularFile&& other) noexcept
+    : m_state(std::exchange(other.m_state, State::Missing))
+    , m_descriptor(std::exchange(other.m_descriptor, -1))
+    , m_size(std::exchange(other.m_size, 0)) {}
+
+RegularFile& RegularFile::operator=(RegularFile&& other) noexcept {
+    std::swap(m_state, other.m_state);
+    std::swap(m_descriptor, other.m_descriptor);
+    std::swap(m_size, other.m_size);
+    return *this;
+}
+
+RegularFile::~RegularFile() {
+    if (m_descriptor >= 0)
+        _close(m_descriptor);
+}
+
+RegularFile RegularFile::open(const std::string& path) {
+    RegularFile file;
+    struct _stat64 status {};
+    if (_stat64(path.c_str(), &status) != 0 || (status.st_mode & _S_IFMT) != _S_IFREG)
+        return file;
+    file.m_state = State::Unreadable;
+    if (_sopen_s(&file.m_descriptor, path.c_str(), _O_RDONLY | _O_BINARY | _O_NOINHERIT, _SH_DENYNO,
+                 0) != 0)
+        return file;
+    if (!isOnDisk(file.m_descriptor) || _fstat64(file.m_descriptor, &status) != 0)
+        return RegularFile();
+    file.m_size = static_cast<std::uint64_t>(status.st_size);
+    file.m_state = State::Open;
+    return file;
+}
+
+std::size_t RegularFile::read(char* to, std::size_t bytes) {
+    std::size_t done = 0;
+    while (done < bytes) {
+        const auto piece = static_cast<unsigned>(std::min<std::size_t>(bytes - done, INT_MAX));
+        const int now = _read(m_descriptor, to + done, piece);
+        if (now <= 0)
+            break;
+        done += static_cast<std::size_t>(now);
+    }
+    return done;
+}
+
+void widenBacklog(std::intptr_t listeningSocket, int length) {
+    ::listen(static_cast<SOCKET>(listeningSocket), length);
+}
+
+void endSending(std::intptr_t socket) {
+    ::shutdown(static_cast<SOCKET>(socket), SD_SEND);
+}
+
+void closeSocket(std::intptr_t socket) {
+    ::closesocket(static_cast<SOCKET>(socket));
+}
+
+} // namespace Kestrel::UI::Help
