@@ -1,0 +1,132 @@
+#include "play/Player.h"
+
+#include <QScopedValueRollback>
+
+#include <algorithm>
+
+namespace Kestrel::Workbench {
+
+using UI::TimeSliderModel;
+
+Player::Player(TimeSliderModel* model, QObject* parent)
+    : QObject(parent)
+    , m_model(model) {
+    m_monotonic.start();
+    m_timer.setSingleShot(true);
+    m_timer.setTimerType(Qt::PreciseTimer);
+    connect(&m_timer, &QTimer::timeout, this, &Player::tick);
+    connect(model, &TimeSliderModel::timeChanged, this, &Player::followModel);
+    connect(model, &TimeSliderModel::inOutTimesModified, this, [this] {
+        if (isPlaying())
+            anchor();
+    });
+}
+
+void Player::setTimeBase(Base::TimeBase base) {
+    if (!(base.rate() > 0.0F))
+        return;
+    m_clock.numerator = base.numerator();
+    m_clock.denominator = base.denominator();
+    if (isPlaying())
+        anchor();
+}
+
+double Player::achievedRate() {
+    return m_meter.rate(m_monotonic.nsecsElapsed());
+}
+
+void Player::pictureShown(Base::Time time) {
+    m_shownTime = time;
+    if (isPlaying() && !m_moving && time == m_model->currentTime())
+        m_meter.shownLate(m_monotonic.nsecsElapsed());
+}
+
+void Player::play(int direction) {
+    if (m_model->duration() == Base::InvalidTime)
+        return;
+    const bool wasPlaying = isPlaying();
+    m_clock.direction = direction < 0 ? -1 : 1;
+    const Base::Time end = m_clock.direction > 0 ? m_model->playbackEndTime()
+                                                 : m_model->playbackStartTime();
+    if (!wasPlaying && m_model->currentTime() == end) {
+        const QScopedValueRollback<bool> moving(m_moving, true);
+        m_model->setCurrentTime(m_clock.direction > 0 ? m_model->playbackStartTime()
+                                                      : m_model->playbackEndTime());
+    }
+    m_meter.reset();
+    anchor();
+    if (!wasPlaying)
+        emit playingChanged(true);
+}
+
+void Player::stop() {
+    if (!isPlaying())
+        return;
+    m_timer.stop();
+    emit playingChanged(false);
+}
+
+void Player::toggle() {
+    if (isPlaying())
+        stop();
+    else
+        play();
+}
+
+void Player::setLoops(bool loops) {
+    m_clock.loop = loops;
+    if (isPlaying())
+        anchor();
+}
+
+/** Reckons from the current time and moment on. */
+void Player::anchor() {
+    const Base::Time first = m_model->playbackStartTime();
+    m_clock.first = first;
+    m_clock.last = std::max(m_model->playbackEndTime(), first);
+    const Base::Time current = m_model->currentTime();
+    const bool inside = current >= m_clock.first && current <= m_clock.last;
+    m_clock.origin = inside ? current : m_clock.direction > 0 ? m_clock.first : m_clock.last;
+    m_clock.startNs = m_monotonic.nsecsElapsed();
+    m_ticks = 0;
+    m_meter.restart();
+    if (!inside) {
+        const QScopedValueRollback<bool> moving(m_moving, true);
+        m_model->setCurrentTime(m_clock.origin);
+    }
+    scheduleTick();
+}
+
+void Player::tick() {
+    const std::int64_t now = m_monotonic.nsecsElapsed();
+    const PlaybackClock::Position position = m_clock.at(now);
+    if (position.ticks > m_ticks) {
+        m_ticks = position.ticks;
+        {
+            const QScopedValueRollback<bool> moving(m_moving, true);
+            m_model->setCurrentTime(position.time);
+        }
+        if (!position.ended)
+            m_meter.reached(m_ticks, m_shownTime == position.time, now);
+    }
+    if (position.ended)
+        emit playingChanged(false);
+    else
+        scheduleTick();
+}
+
+void Player::scheduleTick() {
+    const std::int64_t wait = m_clock.momentOf(m_ticks + 1) - m_monotonic.nsecsElapsed();
+    constexpr std::int64_t millisecond = 1'000'000;
+    m_timer.start(int(std::clamp<std::int64_t>((wait + millisecond - 1) / millisecond, 0, 60'000)));
+}
+
+void Player::followModel(TimeSliderModel::TimeFlags flags) {
+    const bool movedByOthers = flags.testFlag(TimeSliderModel::CurrentTime) && !m_moving;
+    const bool clipChanged =
+        (flags & (TimeSliderModel::StartTime | TimeSliderModel::EndTime)) != 0;
+    if (isPlaying() && (movedByOthers || clipChanged))
+        anchor();
+}
+
+} // namespace Kestrel::Workbench
