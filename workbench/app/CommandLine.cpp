@@ -31,9 +31,9 @@ CommandLine parseCommandLine(const QStringList& arguments) {
     parser.setApplicationDescription(
         QStringLiteral("Opens folders of numbered frames, plays and scrubs them.\n"
                        "Without an argument it opens its sample."));
-    parser.addPositionalArgument(
-        QStringLiteral("paths"), QStringLiteral("Folders, or files of a shot to open."),
-        QStringLiteral("[DIR or FILE]..."));
+    parser.addPositionalArgument(QStringLiteral("paths"),
+                                 QStringLiteral("Folders, or files of a shot to open."),
+                                 QStringLiteral("[DIR or FILE]..."));
     const QCommandLineOption help = parser.addHelpOption();
     const QCommandLineOption version = parser.addVersionOption();
     const QCommandLineOption fps(QStringLiteral("fps"),

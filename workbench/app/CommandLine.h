@@ -30,7 +30,8 @@ struct CommandLine {
     std::size_t cacheBytes = std::size_t(1) << 30;
 };
 
-/** Reads the arguments, program name first. Paths are not looked at. Needs an application object. */
+/** Reads the arguments, program name first. Paths are not looked at. Needs an application object.
+ */
 CommandLine parseCommandLine(const QStringList& arguments);
 
 } // namespace Kestrel::Workbench

@@ -82,9 +82,12 @@ const DisplayTable& integerTable(Encoding encoding) {
     static const DisplayTable display =
         makeTable([](std::uint16_t code) { return code / 65535.0; });
     switch (encoding) {
-    case Encoding::SceneLinear: return linear;
-    case Encoding::FilmLog: return log;
-    case Encoding::Display: break;
+    case Encoding::SceneLinear:
+        return linear;
+    case Encoding::FilmLog:
+        return log;
+    case Encoding::Display:
+        break;
     }
     return display;
 }

@@ -30,6 +30,16 @@ FramePtr FrameCache::nearestPicture(Base::Time time) const {
     return ahead < behind ? after->second : before->second;
 }
 
+std::vector<Base::Time> FrameCache::pictureTimes() const {
+    std::vector<Base::Time> times;
+    times.reserve(m_frames.size());
+    for (const auto& [time, frame] : m_frames) {
+        if (frame->state == Frame::State::Ready)
+            times.push_back(time);
+    }
+    return times;
+}
+
 FrameCache::Outcome FrameCache::insert(const FramePtr& frame, const PlayOrder& order) {
     Outcome outcome;
     if (const auto old = m_frames.find(frame->time); old != m_frames.end())

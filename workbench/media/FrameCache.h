@@ -10,7 +10,8 @@
 namespace Kestrel::Workbench {
 
 /** Decoded frames up to a number of bytes. When it is full, the frame that will be needed last goes
-    first: the one farthest from the playhead, in the order of play. Used on the interface thread. */
+    first: the one farthest from the playhead, in the order of play. Used on the interface thread.
+ */
 class FrameCache {
 public:
     /** @param capacity  bytes that the frames may take together */
@@ -22,6 +23,9 @@ public:
     /** The picture closest to a time, or null when there is none; of two equally close ones the
         earlier. Frames without a picture do not count. */
     FramePtr nearestPicture(Base::Time time) const;
+
+    /** The times of all pictures held, in order. */
+    std::vector<Base::Time> pictureTimes() const;
 
     struct Outcome {
         /** False when the cache is full of frames that are needed sooner. */

@@ -19,7 +19,8 @@ namespace Kestrel::Workbench {
 
 namespace {
 
-/** Translated text of the decoder; it runs on worker threads, where tr() of a QObject is as good. */
+/** Translated text of the decoder; it runs on worker threads, where tr() of a QObject is as good.
+ */
 QString text(const char* source) {
     return QCoreApplication::translate("FrameDecoder", source);
 }
@@ -52,8 +53,8 @@ struct SampleCode {
 void requireReadableFile(const std::string& path) {
     struct stat status {};
     if (::stat(path.c_str(), &status) != 0)
-        throw DecodeFailure{text("The file cannot be found: %1")
-                                .arg(QString::fromLocal8Bit(std::strerror(errno)))};
+        throw DecodeFailure{
+            text("The file cannot be found: %1").arg(QString::fromLocal8Bit(std::strerror(errno)))};
     // Opening a pipe would wait for its writer.
     if (!S_ISREG(status.st_mode))
         throw DecodeFailure{text("This is not a regular file.")};
@@ -88,10 +89,10 @@ SampleCode sampleCodeFor(const OIIO::ImageSpec& spec) {
 
 QString describe(const OIIO::ImageInput& input, const OIIO::ImageSpec& spec) {
     const QString reader = QString::fromLatin1(input.format_name());
-    const QString format = reader == QLatin1String("openexr") ? QStringLiteral("EXR")
-                                                              : reader.toUpper();
-    const QString channels = spec.nchannels == 1 ? text("1 channel")
-                                                 : text("%1 channels").arg(spec.nchannels);
+    const QString format =
+        reader == QLatin1String("openexr") ? QStringLiteral("EXR") : reader.toUpper();
+    const QString channels =
+        spec.nchannels == 1 ? text("1 channel") : text("%1 channels").arg(spec.nchannels);
     return QStringLiteral("%1, %2, %3")
         .arg(format, QString::fromLatin1(spec.format.c_str()), channels);
 }
@@ -151,8 +152,8 @@ public:
         requireReadableFile(path);
         m_input = OIIO::ImageInput::open(path);
         if (!m_input)
-            throw DecodeFailure{text("The file cannot be read: %1")
-                                    .arg(readerMessage(OIIO::geterror()))};
+            throw DecodeFailure{
+                text("The file cannot be read: %1").arg(readerMessage(OIIO::geterror()))};
         m_spec = m_input->spec(0, 0);
         m_data = {m_spec.x, m_spec.y, m_spec.width, m_spec.height};
         m_display = {m_spec.full_x, m_spec.full_y, m_spec.full_width, m_spec.full_height};
@@ -170,8 +171,8 @@ public:
         const auto reduced = [factor](std::int64_t edge) {
             return int((edge + factor - 1) / factor);
         };
-        frame.image = QImage(reduced(m_display.width), reduced(m_display.height),
-                             QImage::Format_RGB32);
+        frame.image =
+            QImage(reduced(m_display.width), reduced(m_display.height), QImage::Format_RGB32);
         if (frame.image.isNull())
             throw std::bad_alloc();
         frame.image.fill(Qt::black);
@@ -192,8 +193,8 @@ private:
             if (edge > farthest || edge < -farthest)
                 throw DecodeFailure{text("The file's image window is damaged.")};
         }
-        const auto rows = std::min(m_data.bottom(), m_display.bottom()) -
-                          std::max(m_data.y, m_display.y);
+        const auto rows =
+            std::min(m_data.bottom(), m_display.bottom()) - std::max(m_data.y, m_display.y);
         if (m_data.width > m_limits.sourcePixels / std::max<std::int64_t>(rows, 1))
             throw DecodeFailure{text("The image is too large to show: %1 x %2 pixels.")
                                     .arg(m_data.width)
@@ -247,8 +248,8 @@ private:
                         span, code, image, factor, average);
             } else {
                 for (std::size_t c = 0; c < 3; ++c)
-                    readStrip(y, last, pick[c], pick[c] + 1, code,
-                              strip.data() + c * code.bytes(), span);
+                    readStrip(y, last, pick[c], pick[c] + 1, code, strip.data() + c * code.bytes(),
+                              span);
                 convert(strip, y, last, {0, 1, 2}, span, code, image, factor, average);
             }
         }
@@ -296,14 +297,13 @@ private:
         const std::int64_t right = std::min(m_data.right(), m_display.right());
         const std::int64_t bottom = std::min(last, m_display.bottom());
         for (std::int64_t y = std::max(first, m_display.y); y < bottom; ++y) {
-            const Sample* pixel =
-                samples + (std::size_t(y - first) * std::size_t(m_data.width) +
-                           std::size_t(left - m_data.x)) *
-                              span;
+            const Sample* pixel = samples + (std::size_t(y - first) * std::size_t(m_data.width) +
+                                             std::size_t(left - m_data.x)) *
+                                                span;
             const std::int64_t row = y - m_display.y;
             if (factor == 1) {
-                auto* out = reinterpret_cast<QRgb*>(image.scanLine(int(row))) +
-                            (left - m_display.x);
+                auto* out =
+                    reinterpret_cast<QRgb*>(image.scanLine(int(row))) + (left - m_display.x);
                 for (std::int64_t x = left; x < right; ++x, pixel += span)
                     *out++ = qRgb(codeOf(pixel[offsets[0]]), codeOf(pixel[offsets[1]]),
                                   codeOf(pixel[offsets[2]]));

@@ -1,5 +1,7 @@
 #include "media/Sequence.h"
 
+#include "media/Paths.h"
+
 #include <algorithm>
 #include <numeric>
 
@@ -52,12 +54,6 @@ std::vector<Sequence::Member>::const_iterator Sequence::find(Base::Time time) co
         std::lower_bound(m_members.begin(), m_members.end(), time,
                          [](const Member& member, Base::Time t) { return member.first < t; });
     return found != m_members.end() && found->first == time ? found : m_members.end();
-}
-
-std::string joinPath(const std::string& folder, const std::string& name) {
-    if (folder.empty() || folder.back() == '/')
-        return folder + name;
-    return folder + '/' + name;
 }
 
 } // namespace Kestrel::Workbench

@@ -22,7 +22,8 @@ public:
 
     /** @param title    what the user sees
         @param folder   the folder's path
-        @param members  time and file name, in any order; of two files for one time the first stays */
+        @param members  time and file name, in any order; of two files for one time the first stays
+     */
     Sequence(QString title, std::string folder, std::vector<Member> members);
 
     const QString& title() const { return m_title; }
@@ -55,8 +56,5 @@ private:
     std::vector<Member> m_members;
     Base::Time m_step = 1;
 };
-
-/** A folder's path and a name in it as one path. */
-std::string joinPath(const std::string& folder, const std::string& name);
 
 } // namespace Kestrel::Workbench

@@ -46,8 +46,8 @@ void Player::play(int direction) {
         return;
     const bool wasPlaying = isPlaying();
     m_clock.direction = direction < 0 ? -1 : 1;
-    const Base::Time end = m_clock.direction > 0 ? m_model->playbackEndTime()
-                                                 : m_model->playbackStartTime();
+    const Base::Time end =
+        m_clock.direction > 0 ? m_model->playbackEndTime() : m_model->playbackStartTime();
     if (!wasPlaying && m_model->currentTime() == end) {
         const QScopedValueRollback<bool> moving(m_moving, true);
         m_model->setCurrentTime(m_clock.direction > 0 ? m_model->playbackStartTime()
@@ -123,8 +123,7 @@ void Player::scheduleTick() {
 
 void Player::followModel(TimeSliderModel::TimeFlags flags) {
     const bool movedByOthers = flags.testFlag(TimeSliderModel::CurrentTime) && !m_moving;
-    const bool clipChanged =
-        (flags & (TimeSliderModel::StartTime | TimeSliderModel::EndTime)) != 0;
+    const bool clipChanged = (flags & (TimeSliderModel::StartTime | TimeSliderModel::EndTime)) != 0;
     if (isPlaying() && (movedByOthers || clipChanged))
         anchor();
 }

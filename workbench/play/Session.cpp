@@ -118,9 +118,8 @@ void Session::plan() {
     const std::size_t ahead = m_cacheFull ? 1 : std::clamp<std::size_t>(fitting, 1, farthestAhead);
     // While playing, frames that would come too late wait until the others are done.
     const double rate = double(m_formatter.timeBase().rate());
-    const auto late = m_player.isPlaying()
-                          ? std::size_t(std::ceil(m_pool.averageSeconds() * rate))
-                          : std::size_t(0);
+    const auto late = m_player.isPlaying() ? std::size_t(std::ceil(m_pool.averageSeconds() * rate))
+                                           : std::size_t(0);
     auto times = order().next(std::max(ahead, late + 1));
     std::rotate(times.begin(), times.begin() + std::ptrdiff_t(late % times.size()), times.end());
     std::vector<DecodePool::Request> requests;
@@ -165,8 +164,8 @@ PlayOrder Session::order() const {
     order.direction = m_player.direction();
     order.playhead = m_model.currentTime();
     order.first = order.direction != 0 ? m_model.playbackStartTime() : m_model.startTime();
-    order.last = std::max(order.direction != 0 ? m_model.playbackEndTime() : m_model.endTime(),
-                          order.first);
+    order.last =
+        std::max(order.direction != 0 ? m_model.playbackEndTime() : m_model.endTime(), order.first);
     return order;
 }
 

@@ -23,8 +23,8 @@ const std::array<float, 256>& lightTable() {
         std::array<float, 256> light{};
         for (std::size_t i = 0; i < light.size(); ++i) {
             const double signal = double(i) / 255.0;
-            light[i] = float(signal <= 0.04045 ? signal / 12.92
-                                               : std::pow((signal + 0.055) / 1.055, 2.4));
+            light[i] =
+                float(signal <= 0.04045 ? signal / 12.92 : std::pow((signal + 0.055) / 1.055, 2.4));
         }
         return light;
     }();
@@ -75,8 +75,8 @@ void paintNumber(QPainter& painter, const QSize& size, int frame, const QString&
 /** Eleven steps of grey and the six pure colours along the bottom. */
 void paintWedge(QPainter& painter, const QSize& size) {
     constexpr int steps = 11;
-    const std::array<QColor, 6> colours{QColor(190, 40, 40),  QColor(190, 190, 40),
-                                        QColor(40, 160, 60),  QColor(40, 170, 180),
+    const std::array<QColor, 6> colours{QColor(190, 40, 40), QColor(190, 190, 40),
+                                        QColor(40, 160, 60), QColor(40, 170, 180),
                                         QColor(40, 70, 180), QColor(170, 50, 160)};
     const double margin = size.height() / 24.0;
     const double width = (size.width() - 2 * margin) / (steps + double(colours.size()));

@@ -1,0 +1,105 @@
+#include "app/CommandLine.h"
+#include "app/MainWindow.h"
+#include "media/FrameDecoder.h"
+#include "media/Paths.h"
+#include "sample/SampleGenerator.h"
+#include "sample/SampleProgress.h"
+#include "tour/Tour.h"
+
+#include <QApplication>
+#include <QFile>
+#include <QFileInfo>
+
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
+#include <QTextCodec>
+#endif
+
+#include <cstdio>
+
+using namespace Kestrel::Workbench;
+
+namespace {
+
+enum ExitCode { Done = 0, Failed = 1, WrongUse = 2 };
+
+int complain(ExitCode code, const QString& message) {
+    std::fprintf(stderr, "kxui-workbench: %s\n", message.toUtf8().constData());
+    return code;
+}
+
+/** The arguments need an application object of their own: the one of the interface can only be made
+    where there is a screen, and --help must not need one. */
+CommandLine readArguments(int argc, char** argv) {
+    const QCoreApplication application(argc, argv);
+    return parseCommandLine(QCoreApplication::arguments());
+}
+
+bool hasScreen() {
+#ifdef Q_OS_LINUX
+    return qEnvironmentVariableIsSet("QT_QPA_PLATFORM") || qEnvironmentVariableIsSet("DISPLAY") ||
+           qEnvironmentVariableIsSet("WAYLAND_DISPLAY");
+#else
+    return true;
+#endif
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
+    // File names are UTF-8 here whatever the locale says, also in the C locale.
+    QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
+#endif
+    QCoreApplication::setOrganizationName(QStringLiteral("Kestrel"));
+    QCoreApplication::setApplicationName(QStringLiteral("kxui-workbench"));
+
+    CommandLine line = readArguments(argc, argv);
+    if (line.action == CommandLine::Action::Refuse)
+        return complain(WrongUse, line.text + QStringLiteral("\nTry --help."));
+    if (line.action == CommandLine::Action::ShowText) {
+        std::fputs(line.text.toUtf8().constData(), stdout);
+        return Done;
+    }
+    QList<QByteArray> paths;
+    for (const QString& path : line.paths) {
+        paths.append(QByteArray::fromStdString(absolutePath(path.toStdString())));
+        if (!QFileInfo::exists(QFile::decodeName(paths.last())))
+            return complain(WrongUse,
+                            QStringLiteral("there is no file or folder \"%1\"").arg(path));
+    }
+    const bool tour = !line.tourFolder.isEmpty();
+    if (tour) {
+        if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
+            qputenv("QT_QPA_PLATFORM", "offscreen");
+        qputenv("QT_SCALE_FACTOR", QByteArray::number(qMax(line.tourScale, 1)));
+    } else if (!hasScreen()) {
+        return complain(Failed, QStringLiteral("there is no screen to open a window on; "
+                                               "--tour OUT saves pictures without one"));
+    }
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
+    QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
+    QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+#endif
+    QGuiApplication::setHighDpiScaleFactorRoundingPolicy(
+        Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
+    QApplication application(argc, argv);
+    setUpImageReading();
+    applyTheme(line.darkPalette ? Theme::Dark : Theme::Light);
+
+    if (paths.isEmpty()) {
+        const SampleResult sample = provideSample(!tour);
+        if (!sample.message.isEmpty())
+            return complain(Failed, sample.message);
+        if (sample.folder.isEmpty())
+            return Failed;
+        paths.append(QFile::encodeName(sample.folder));
+    }
+    if (tour)
+        return Tour(line, paths).run();
+
+    MainWindow window(line.timeBase, line.cacheBytes,
+                      line.darkPalette ? Theme::Dark : Theme::Light);
+    window.show();
+    window.openPaths(paths);
+    return QApplication::exec();
+}

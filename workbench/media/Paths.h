@@ -1,0 +1,23 @@
+#pragma once
+
+#include <string>
+
+namespace Kestrel::Workbench {
+
+/** \file
+    Paths as the bytes of the file system. */
+
+/** A folder's path and a name in it as one path. */
+std::string joinPath(const std::string& folder, const std::string& name);
+
+/** The folder that a path lies in; "/" for the root itself. */
+std::string parentFolder(const std::string& path);
+
+/** The last part of a path. */
+std::string fileNameOf(const std::string& path);
+
+/** The absolute form of a path as a user writes it: `~` for the home folder, relative to the
+   current folder, without `.`, `..` and a closing slash. */
+std::string absolutePath(const std::string& path);
+
+} // namespace Kestrel::Workbench

@@ -1,0 +1,220 @@
+#include "panels/SequenceListPanel.h"
+
+#include "media/FolderNames.h"
+#include "media/Paths.h"
+#include "panels/FolderModel.h"
+
+#include <QComboBox>
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QLocale>
+#include <QStackedWidget>
+#include <QStyle>
+#include <QToolButton>
+#include <QTreeView>
+#include <QVBoxLayout>
+
+namespace Kestrel::Workbench {
+
+SequenceListPanel::SequenceListPanel(QWidget* parent)
+    : QWidget(parent)
+    , m_model(new FolderModel(this))
+    , m_path(new QComboBox)
+    , m_pages(new QStackedWidget)
+    , m_view(new QTreeView)
+    , m_message(new QLabel)
+    , m_summary(new QLabel) {
+    setObjectName(QStringLiteral("SequenceListPanel"));
+
+    auto* up = new QToolButton;
+    up->setIcon(style()->standardIcon(QStyle::SP_FileDialogToParent));
+    up->setToolTip(tr("Up one folder (Backspace)"));
+    up->setAccessibleName(tr("Up one folder"));
+    up->setAutoRaise(true);
+    connect(up, &QToolButton::clicked, this, &SequenceListPanel::goUp);
+
+    m_path->setEditable(true);
+    m_path->setInsertPolicy(QComboBox::NoInsert);
+    m_path->setAccessibleName(tr("Folder"));
+    m_path->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+    m_path->setMinimumWidth(80);
+    connect(m_path, QOverload<int>::of(&QComboBox::activated), this,
+            [this] { openFolder(m_path->currentData().toByteArray()); });
+    connect(m_path->lineEdit(), &QLineEdit::returnPressed, this, [this] {
+        const std::string path = absolutePath(m_path->currentText().toStdString());
+        if (folderProblem(path).isEmpty() || folderProblem(parentFolder(path)) != QString())
+            openFolder(QByteArray::fromStdString(path));
+        else
+            openFile(QByteArray::fromStdString(path));
+    });
+
+    m_view->setModel(m_model);
+    m_view->setRootIsDecorated(false);
+    m_view->setUniformRowHeights(true);
+    m_view->setAllColumnsShowFocus(true);
+    m_view->setAlternatingRowColors(true);
+    m_view->setSelectionMode(QAbstractItemView::SingleSelection);
+    m_view->setAccessibleName(tr("Sequences"));
+    m_view->setTextElideMode(Qt::ElideMiddle);
+    m_view->setFrameShape(QFrame::NoFrame);
+    QHeaderView* header = m_view->header();
+    header->setStretchLastSection(false);
+    header->setSectionResizeMode(FolderModel::NameColumn, QHeaderView::Stretch);
+    // Looks at the rows in view only, so that a long list costs no more than a short one.
+    header->setResizeContentsPrecision(0);
+    for (const int column :
+         {FolderModel::RangeColumn, FolderModel::MissingColumn, FolderModel::SizeColumn})
+        header->setSectionResizeMode(column, QHeaderView::ResizeToContents);
+    m_view->installEventFilter(this);
+    connect(m_view, &QTreeView::activated, this, &SequenceListPanel::activate);
+
+    m_message->setAlignment(Qt::AlignCenter);
+    m_message->setWordWrap(true);
+    m_message->setTextFormat(Qt::PlainText);
+    m_message->setMargin(16);
+    m_message->setFocusPolicy(Qt::StrongFocus);
+    m_message->installEventFilter(this);
+    m_pages->addWidget(m_view);
+    m_pages->addWidget(m_message);
+    m_summary->setContentsMargins(8, 2, 8, 4);
+
+    auto* top = new QHBoxLayout;
+    top->setContentsMargins(4, 4, 4, 4);
+    top->setSpacing(4);
+    top->addWidget(up);
+    top->addWidget(m_path, 1);
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->addLayout(top);
+    layout->addWidget(m_pages, 1);
+    layout->addWidget(m_summary);
+    connect(m_model, &FolderModel::completed, this, &SequenceListPanel::showSummary);
+}
+
+void SequenceListPanel::openFolder(const QByteArray& folder) {
+    m_model->setFolder(folder);
+    offerFolder(folder);
+    m_path->setCurrentIndex(m_path->findData(folder));
+    const QString problem = m_model->problem();
+    m_message->setText(problem);
+    m_pages->setCurrentWidget(problem.isEmpty() ? static_cast<QWidget*>(m_view) : m_message);
+    if (m_model->rowCount() > 0)
+        m_view->setCurrentIndex(m_model->index(0, 0));
+    showSummary();
+}
+
+void SequenceListPanel::offerFolder(const QByteArray& folder) {
+    if (m_path->findData(folder) < 0)
+        m_path->addItem(QString::fromUtf8(folder), folder);
+}
+
+void SequenceListPanel::openFile(const QByteArray& file) {
+    openFolder(QByteArray::fromStdString(parentFolder(file.toStdString())));
+    const std::string name = fileNameOf(file.toStdString());
+    const int row = m_model->rowOfFile(name);
+    if (row < 0)
+        return;
+    const Sequence sequence = m_model->sequence(row);
+    for (const auto& member : sequence.members()) {
+        if (member.second == name)
+            choose(row, member.first);
+    }
+}
+
+bool SequenceListPanel::chooseFirst() {
+    int first = -1;
+    for (int row = 0; row < m_model->rowCount(); ++row) {
+        if (m_model->isFolder(row))
+            continue;
+        if (first < 0)
+            first = row;
+        if (m_model->isSequence(row)) {
+            first = row;
+            break;
+        }
+    }
+    if (first >= 0)
+        choose(first, Base::InvalidTime);
+    return first >= 0;
+}
+
+void SequenceListPanel::reload() {
+    const int row = m_view->currentIndex().row();
+    openFolder(m_model->folder());
+    if (row >= 0 && row < m_model->rowCount())
+        m_view->setCurrentIndex(m_model->index(row, 0));
+}
+
+bool SequenceListPanel::eventFilter(QObject* watched, QEvent* event) {
+    // In the list these keys move through it, rather than along the timeline as elsewhere.
+    if (event->type() == QEvent::ShortcutOverride && watched == m_view) {
+        const int key = static_cast<QKeyEvent*>(event)->key();
+        if (key == Qt::Key_Home || key == Qt::Key_End)
+            event->accept();
+    }
+    if (event->type() == QEvent::KeyPress &&
+        static_cast<QKeyEvent*>(event)->key() == Qt::Key_Backspace) {
+        goUp();
+        return true;
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+void SequenceListPanel::activate(const QModelIndex& index) {
+    const int row = index.row();
+    // A link to a folder is known as one only after its status has come in.
+    const bool folder =
+        m_model->isFolder(row) ||
+        (!m_model->isSequence(row) && folderProblem(m_model->path(row).toStdString()).isEmpty());
+    if (folder)
+        openFolder(m_model->path(row));
+    else
+        choose(row, Base::InvalidTime);
+}
+
+void SequenceListPanel::choose(int row, Base::Time at) {
+    m_view->setCurrentIndex(m_model->index(row, 0));
+    const Sequence sequence = m_model->sequence(row);
+    if (!sequence.isEmpty())
+        emit sequenceChosen(sequence, at);
+}
+
+void SequenceListPanel::goUp() {
+    const QByteArray left = m_model->folder();
+    openFolder(QByteArray::fromStdString(parentFolder(left.toStdString())));
+    for (int row = 0; row < m_model->rowCount(); ++row) {
+        if (m_model->path(row) == left) {
+            m_view->setCurrentIndex(m_model->index(row, 0));
+            break;
+        }
+    }
+}
+
+void SequenceListPanel::showSummary() {
+    std::uint64_t bytes = 0;
+    std::int64_t files = 0;
+    int sequences = 0;
+    for (int row = 0; row < m_model->rowCount(); ++row) {
+        if (m_model->isSequence(row))
+            ++sequences;
+        if (const auto& status = m_model->status(row); status && !m_model->isFolder(row)) {
+            bytes += status->size;
+            files += status->files;
+        }
+    }
+    if (m_model->rowCount() == 0)
+        m_summary->clear();
+    else if (!m_model->isComplete())
+        m_summary->setText(tr("%1 sequences").arg(sequences));
+    else
+        m_summary->setText(tr("%1 sequences, %2 files, %3")
+                               .arg(sequences)
+                               .arg(files)
+                               .arg(QLocale().formattedDataSize(qint64(bytes), 1)));
+}
+
+} // namespace Kestrel::Workbench

@@ -1,0 +1,45 @@
+#pragma once
+
+#include "media/Frame.h"
+
+#include <QWidget>
+
+namespace Kestrel::Workbench {
+
+/** Paints one frame, fitted, at the full resolution of the screen; a frame without a picture as a
+    hatched card with the reason. */
+class ViewerCanvas : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit ViewerCanvas(QWidget* parent = nullptr);
+
+    /** The frame to show; null shows `hint` alone. */
+    void setFrame(const FramePtr& frame);
+
+    /** What is written where there is no frame. */
+    void setHint(const QString& hint);
+
+    /** Prefers speed to the finest scaling, for playback. */
+    void setFast(bool fast);
+
+    QSize sizeHint() const override;
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    void paintPicture(QPainter& painter);
+    void paintCard(QPainter& painter, const QString& title, const QString& message) const;
+
+    FramePtr m_frame;
+    QString m_hint;
+    bool m_fast = false;
+    /** Shape of the last picture: the card of a missing frame stands where its picture would. */
+    QSizeF m_shape{16, 9};
+    /** The frame's picture at the screen's resolution, kept while it is shown unchanged. */
+    QImage m_scaled;
+    FramePtr m_scaledFrame;
+};
+
+} // namespace Kestrel::Workbench

@@ -1,0 +1,214 @@
+#include "tour/Tour.h"
+
+#include "media/Paths.h"
+#include "panels/FolderModel.h"
+#include "panels/SequenceListPanel.h"
+#include "panels/TimelinePanel.h"
+#include "panels/ViewerPanel.h"
+#include "tour/TextTable.h"
+
+#include <KxUI/time/TimeSlider.h>
+
+#include <QApplication>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFileInfo>
+#include <QProcess>
+#include <QTemporaryDir>
+
+#include <cstdio>
+
+namespace Kestrel::Workbench {
+
+namespace {
+
+/** Sequences opened in a folder at most. */
+constexpr int mostVisits = 12;
+/** Seconds for the decodes of one sequence. */
+constexpr int decodeSeconds = 120;
+
+void print(const QString& text) {
+    std::fputs(text.toUtf8().constData(), stdout);
+    std::fflush(stdout);
+}
+
+QString shown(const QByteArray& path) {
+    return QString::fromUtf8(path);
+}
+
+} // namespace
+
+Tour::Tour(const CommandLine& line, QList<QByteArray> paths)
+    : m_line(line)
+    , m_paths(std::move(paths))
+    , m_scale(std::max(line.tourScale, 1))
+    , m_window(line.timeBase, line.cacheBytes, m_theme) {}
+
+int Tour::run() {
+    if (!QDir().mkpath(m_line.tourFolder)) {
+        std::fprintf(stderr, "kxui-workbench: the folder %s cannot be made\n",
+                     m_line.tourFolder.toUtf8().constData());
+        return 1;
+    }
+    m_window.show();
+    m_window.openPaths(m_paths);
+    if (m_line.tourScale == 0) {
+        for (const QByteArray& path : m_paths) {
+            const bool file = QFileInfo(QFile::decodeName(path)).isFile();
+            visitFolder(file ? QByteArray::fromStdString(parentFolder(path.toStdString())) : path);
+        }
+        print(QStringLiteral("Saved to %1\n").arg(m_line.tourFolder));
+        m_window.openPaths(m_paths);
+    }
+    showcase();
+    savePictures(Theme::Dark);
+    savePictures(Theme::Light);
+    if (m_line.tourScale == 0 && runOtherScale(2) != 0)
+        m_failed = true;
+    return m_failed ? 1 : 0;
+}
+
+void Tour::visitFolder(const QByteArray& folder) {
+    SequenceListPanel* list = m_window.list();
+    FolderModel* model = list->model();
+    list->openFolder(folder);
+    print(QStringLiteral("Listed %1\n").arg(shown(folder)));
+    if (!model->problem().isEmpty()) {
+        print(QStringLiteral("  %1\n\n").arg(model->problem()));
+        return;
+    }
+    waitFor([model] { return model->isComplete(); }, decodeSeconds);
+
+    TextTable table({QStringLiteral("Name"), QStringLiteral("Range"), QStringLiteral("Missing"),
+                     QStringLiteral("Size"), QStringLiteral("Decoded"),
+                     QStringLiteral("Unreadable"), QStringLiteral("Seconds")});
+    int visits = 0;
+    for (int row = 0; row < model->rowCount(); ++row) {
+        QStringList cells;
+        for (int column = 0; column < FolderModel::ColumnCount; ++column)
+            cells << model->index(row, column).data().toString();
+        if (model->isFolder(row) || visits == mostVisits) {
+            table.add(cells << QString() << QString() << QString());
+            continue;
+        }
+        ++visits;
+        Session* session = m_window.session();
+        const Sequence sequence = model->sequence(row);
+        QElapsedTimer timer;
+        timer.start();
+        session->open(sequence);
+        waitFor([session] { return session->isSettled(); }, decodeSeconds);
+        const std::size_t pictures = session->cache().pictureTimes().size();
+        table.add(cells << QStringLiteral("%1 of %2").arg(pictures).arg(sequence.members().size())
+                        << QString::number(session->cache().count() - pictures)
+                        << QString::number(double(timer.elapsed()) / 1000.0, 'f', 1));
+    }
+    print(table.text() + QLatin1Char('\n'));
+}
+
+/** Puts the window into a state that shows what it can: marks, keyframes, a filled cache. */
+void Tour::showcase() {
+    Session* session = m_window.session();
+    FolderModel* model = m_window.list()->model();
+    waitFor([&] { return model->isComplete() && session->isSettled(); }, decodeSeconds);
+    UI::TimeSliderModel* times = session->model();
+    const Base::Time length = times->duration();
+    if (length == Base::InvalidTime)
+        return;
+    const Base::Time start = times->startTime();
+    times->setInTime(start + length / 8, true);
+    times->setOutTime(start + length * 7 / 8, true);
+    times->setKeyFrames(
+        std::set<Base::Time>{start + length / 4, start + length / 3, start + length * 2 / 3});
+    times->setCurrentTime(start + length * 2 / 5);
+    waitFor([session] { return !session->isLoading(); }, decodeSeconds);
+}
+
+void Tour::savePictures(Theme theme) {
+    m_theme = theme;
+    m_window.setTheme(theme);
+    Session* session = m_window.session();
+    waitFor([session] { return session->isSettled(); }, decodeSeconds);
+    save(&m_window, QStringLiteral("main-window"));
+    save(m_window.list(), QStringLiteral("sequence-list"));
+    save(m_window.viewer(), QStringLiteral("viewer"));
+    save(m_window.timeline(), QStringLiteral("timeline"));
+    UI::TimeSlider* slider = m_window.timeline()->slider();
+    slider->zoomAboutTime(session->model()->currentTime(), 8.0F);
+    save(m_window.timeline(), QStringLiteral("timeline-zoomed"));
+    slider->zoomToFit();
+
+    SequenceListPanel empty;
+    empty.resize(m_window.list()->size());
+    const QTemporaryDir emptyFolder;
+    empty.openFolder(QFile::encodeName(emptyFolder.path()));
+    save(&empty, QStringLiteral("sequence-list-empty"));
+    saveDamaged();
+}
+
+/** A viewer on a frame that is missing and on one that cannot be read. */
+void Tour::saveDamaged() {
+    const Sequence& open = m_window.session()->sequence();
+    const QTemporaryDir folder;
+    if (open.isEmpty() || !folder.isValid())
+        return;
+    const QString good = folder.filePath(QStringLiteral("shot.0001"));
+    QFile::copy(QFile::decodeName(QByteArray::fromStdString(open.path(open.firstTime()))), good);
+    QFile::copy(good, folder.filePath(QStringLiteral("shot.0002")));
+    QFile damaged(folder.filePath(QStringLiteral("shot.0004")));
+    damaged.open(QIODevice::WriteOnly);
+    damaged.close();
+
+    Session session(m_line.timeBase, std::size_t(256) << 20);
+    ViewerPanel viewer(&session);
+    viewer.resize(m_window.viewer()->size());
+    session.open(Sequence(QStringLiteral("shot.####"), folder.path().toStdString(),
+                          {{1, "shot.0001"}, {2, "shot.0002"}, {4, "shot.0004"}}));
+    waitFor([&session] { return session.isSettled(); }, decodeSeconds);
+    session.model()->setCurrentTime(3);
+    save(&viewer, QStringLiteral("viewer-missing"));
+    session.model()->setCurrentTime(4);
+    waitFor([&session] { return !session.isLoading(); }, decodeSeconds);
+    save(&viewer, QStringLiteral("viewer-unreadable"));
+}
+
+void Tour::save(QWidget* widget, const QString& name) {
+    QApplication::processEvents();
+    const QString file =
+        QStringLiteral("%1-%2-%3x.png")
+            .arg(name, m_theme == Theme::Dark ? QStringLiteral("dark") : QStringLiteral("light"))
+            .arg(m_scale);
+    const QPixmap picture = widget->grab();
+    if (!picture.save(QDir(m_line.tourFolder).filePath(file))) {
+        std::fprintf(stderr, "kxui-workbench: %s cannot be saved\n", file.toUtf8().constData());
+        m_failed = true;
+        return;
+    }
+    print(QStringLiteral("  %1  %2 x %3\n")
+              .arg(file.leftJustified(34))
+              .arg(picture.width())
+              .arg(picture.height()));
+}
+
+bool Tour::waitFor(const std::function<bool()>& done, int seconds) {
+    QElapsedTimer timer;
+    timer.start();
+    while (!done()) {
+        if (timer.hasExpired(qint64(seconds) * 1000))
+            return false;
+        QApplication::processEvents(QEventLoop::WaitForMoreEvents, 100);
+    }
+    return true;
+}
+
+int Tour::runOtherScale(int scale) {
+    QStringList arguments = QCoreApplication::arguments().mid(1);
+    arguments << QStringLiteral("--tour-scale") << QString::number(scale);
+    QProcess process;
+    process.setProcessChannelMode(QProcess::ForwardedChannels);
+    process.start(QCoreApplication::applicationFilePath(), arguments);
+    process.waitForFinished(-1);
+    return process.exitStatus() == QProcess::NormalExit ? process.exitCode() : 1;
+}
+
+} // namespace Kestrel::Workbench
