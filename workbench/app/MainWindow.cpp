@@ -15,6 +15,7 @@
 #include <QFileDialog>
 #include <QMenuBar>
 #include <QSplitter>
+#include <QTreeView>
 #include <QVBoxLayout>
 
 namespace Kestrel::Workbench {
@@ -23,8 +24,8 @@ namespace {
 
 /** Adds an action with its keys; the callable is run when it is triggered. */
 template <typename Receiver, typename Function>
-QAction* addAction(QMenu* menu, const QString& text, const QKeySequence& keys, Receiver* receiver,
-                   Function function) {
+QAction* addItem(QMenu* menu, const QString& text, const QKeySequence& keys, Receiver* receiver,
+                 Function function) {
     QAction* action = menu->addAction(text);
     action->setShortcut(keys);
     QObject::connect(action, &QAction::triggered, receiver, function);
@@ -95,22 +96,22 @@ void MainWindow::setTheme(Theme theme) {
 
 void MainWindow::makeFileMenu() {
     QMenu* menu = menuBar()->addMenu(tr("&File"));
-    addAction(menu, tr("&Open Folder..."), QKeySequence::Open, this, [this] { askForFolder(); });
-    addAction(menu, tr("&Reload"), QKeySequence(Qt::Key_F5), this, [this] { reload(); });
+    addItem(menu, tr("&Open Folder..."), QKeySequence::Open, this, [this] { askForFolder(); });
+    addItem(menu, tr("&Reload"), QKeySequence(Qt::Key_F5), this, [this] { reload(); });
     menu->addSeparator();
-    addAction(menu, tr("&Quit"), QKeySequence::Quit, this, [this] { close(); });
+    addItem(menu, tr("&Quit"), QKeySequence::Quit, this, [this] { close(); });
 }
 
 void MainWindow::makePlaybackMenu() {
     UI::TimeSliderModel* model = m_session.model();
     Player* player = m_session.player();
     QMenu* menu = menuBar()->addMenu(tr("&Playback"));
-    QAction* play = addAction(menu, tr("&Play"), QKeySequence(Qt::Key_Space), player,
-                              [player] { player->toggle(); });
+    QAction* play = addItem(menu, tr("&Play"), QKeySequence(Qt::Key_Space), player,
+                            [player] { player->toggle(); });
     connect(player, &Player::playingChanged, play,
             [play](bool playing) { play->setText(playing ? tr("&Stop") : tr("&Play")); });
-    addAction(menu, tr("Play &Backwards"), QKeySequence(Qt::SHIFT | Qt::Key_Space), player,
-              [player] { player->isPlaying() ? player->stop() : player->play(-1); });
+    addItem(menu, tr("Play &Backwards"), QKeySequence(Qt::SHIFT | Qt::Key_Space), player,
+            [player] { player->isPlaying() ? player->stop() : player->play(-1); });
     QAction* loop = menu->addAction(tr("&Loop"));
     loop->setCheckable(true);
     loop->setChecked(player->loops());
@@ -124,7 +125,7 @@ void MainWindow::makePlaybackMenu() {
             model->setCurrentTime(qBound(model->startTime(), time, model->endTime()));
     };
     const auto addJump = [&](const QString& text, const QKeySequence& keys, auto target) {
-        addAction(menu, text, keys, player, [goTo, target, model] { goTo(target(*model)); });
+        addItem(menu, text, keys, player, [goTo, target, model] { goTo(target(*model)); });
     };
     using Model = UI::TimeSliderModel;
     addJump(tr("Step B&ack"), QKeySequence(Qt::Key_Left),
@@ -140,26 +141,26 @@ void MainWindow::makePlaybackMenu() {
 void MainWindow::makeMarksMenu() {
     UI::TimeSliderModel* model = m_session.model();
     QMenu* menu = menuBar()->addMenu(tr("&Marks"));
-    addAction(menu, tr("Mark &In"), QKeySequence(Qt::Key_I), model, &UI::TimeSliderModel::markIn);
-    addAction(menu, tr("Mark &Out"), QKeySequence(Qt::Key_O), model, &UI::TimeSliderModel::markOut);
-    addAction(menu, tr("Go to I&n"), QKeySequence(Qt::SHIFT | Qt::Key_I), model,
-              &UI::TimeSliderModel::goToInPoint);
-    addAction(menu, tr("Go to O&ut"), QKeySequence(Qt::SHIFT | Qt::Key_O), model,
-              &UI::TimeSliderModel::goToOutPoint);
-    addAction(menu, tr("&Clear In and Out"), QKeySequence(Qt::CTRL | Qt::Key_I), model,
-              &UI::TimeSliderModel::clearInOut);
+    addItem(menu, tr("Mark &In"), QKeySequence(Qt::Key_I), model, &UI::TimeSliderModel::markIn);
+    addItem(menu, tr("Mark &Out"), QKeySequence(Qt::Key_O), model, &UI::TimeSliderModel::markOut);
+    addItem(menu, tr("Go to I&n"), QKeySequence(Qt::SHIFT | Qt::Key_I), model,
+            &UI::TimeSliderModel::goToInPoint);
+    addItem(menu, tr("Go to O&ut"), QKeySequence(Qt::SHIFT | Qt::Key_O), model,
+            &UI::TimeSliderModel::goToOutPoint);
+    addItem(menu, tr("&Clear In and Out"), QKeySequence(Qt::CTRL | Qt::Key_I), model,
+            &UI::TimeSliderModel::clearInOut);
     QAction* lock = menu->addAction(tr("Play &Between Marks"));
     lock->setCheckable(true);
     connect(lock, &QAction::triggered, model, &UI::TimeSliderModel::enableInOutLock);
     connect(menu, &QMenu::aboutToShow, lock,
             [lock, model] { lock->setChecked(model->inOutLock()); });
     menu->addSeparator();
-    addAction(menu, tr("Set or Remove &Keyframe"), QKeySequence(Qt::CTRL | Qt::Key_K), this,
-              [this] { m_session.toggleKeyFrame(); });
-    addAction(menu, tr("&Previous Keyframe"), QKeySequence(Qt::CTRL | Qt::Key_Left), this,
-              [this] { m_session.goToKeyFrame(-1); });
-    addAction(menu, tr("Ne&xt Keyframe"), QKeySequence(Qt::CTRL | Qt::Key_Right), this,
-              [this] { m_session.goToKeyFrame(1); });
+    addItem(menu, tr("Set or Remove &Keyframe"), QKeySequence(Qt::CTRL | Qt::Key_K), this,
+            [this] { m_session.toggleKeyFrame(); });
+    addItem(menu, tr("&Previous Keyframe"), QKeySequence(Qt::CTRL | Qt::Key_Left), this,
+            [this] { m_session.goToKeyFrame(-1); });
+    addItem(menu, tr("Ne&xt Keyframe"), QKeySequence(Qt::CTRL | Qt::Key_Right), this,
+            [this] { m_session.goToKeyFrame(1); });
 }
 
 void MainWindow::makeViewMenu() {
@@ -183,9 +184,9 @@ void MainWindow::makeViewMenu() {
     drop->setEnabled(formatter->timeBase().isDropFrameRate());
     menu->addSeparator();
     UI::TimeSlider* slider = m_timeline->slider();
-    addAction(menu, tr("&Whole Clip"), QKeySequence(Qt::Key_F), slider, &UI::TimeSlider::zoomToFit);
-    addAction(menu, tr("&Marked Range"), QKeySequence(Qt::SHIFT | Qt::Key_F), slider,
-              &UI::TimeSlider::zoomToFitInOut);
+    addItem(menu, tr("&Whole Clip"), QKeySequence(Qt::Key_F), slider, &UI::TimeSlider::zoomToFit);
+    addItem(menu, tr("&Marked Range"), QKeySequence(Qt::SHIFT | Qt::Key_F), slider,
+            &UI::TimeSlider::zoomToFitInOut);
     menu->addSeparator();
     auto* themes = new QActionGroup(this);
     const auto addTheme = [&](const QString& text, Theme theme) {
