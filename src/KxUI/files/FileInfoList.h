@@ -1,0 +1,119 @@
+#pragma once
+
+#include <KxUI/Export.h>
+#include <KxUI/files/FileInfo.h>
+
+#include <QObject>
+
+#include <vector>
+
+class QFileInfo;
+
+namespace Kestrel::UI {
+
+/** A directory listing in natural order that can fold numbered files into image sequences.
+
+    A fill reads names only. The status of the items (size, time, kind, permission) follows one item
+    an event, when whoever is connected to lazyStatFetchNext() fetches it:
+
+    @code
+    connect(&list, &FileInfoList::lazyStatFetchNext, &list, [&list] {
+        list.fetchLazyStat();
+        list.onLazyStatFetchNext();
+    }, Qt::QueuedConnection);
+    connect(&list, &FileInfoList::fileInfoAvailable, view, &View::reload);
+    list.setShouldFilterSequences(true);
+    list.fill(directory);
+    @endcode
+
+    The connection must be queued: onLazyStatFetchNext() emits the signal for the next item.
+
+    Lives on one thread, as a rule the interface thread. */
+class KXUI_EXPORT FileInfoList : public QObject {
+    Q_OBJECT
+
+public:
+    explicit FileInfoList(QObject* parent = nullptr);
+    ~FileInfoList() override;
+
+    /** Lists a directory, `.` and `..` included, in place of what the list holds, and puts the
+        cursor of the status fetching at the first item; a relative path counts from the current
+        directory. Emits lazyStatFetchNext() when there are items.
+
+        Sequences are items of the text `img.####.exr 1-100`, with `,step` when the step is not 1;
+        members of different digit counts share a single #. When frames are missing, the present
+        ranges follow in brackets, or become items of their own (setSplitIncompleteSequences()).
+
+        @return the number of directory entries read; 0 when the directory cannot be read, for the
+                reason given by errorString() */
+    int fill(const QString& directory);
+
+    /** fill() for a directory whose name is given in the system's encoding. */
+    int fillRaw(const QByteArray& directory);
+
+    /** The directory filled last, as it was given. */
+    QString directory() const;
+
+    /** Why the last fill failed, in the system's words; empty when it did not. */
+    QString errorString() const;
+
+    /** Whether fill() folds numbered files into sequences; at first off. */
+    bool shouldFilterSequences() const { return m_filterSequences; }
+    void setShouldFilterSequences(bool filter);
+
+    /** Whether fill() makes an item of each present range of a sequence that misses frames; at
+       first off. */
+    bool splitIncompleteSequences() const { return m_splitIncomplete; }
+    void setSplitIncompleteSequences(bool split);
+
+    const std::vector<FileInfo>& getFileList() const { return m_files; }
+    std::vector<FileInfo>& getFileList() { return m_files; }
+
+    /** The item at an index from 0 to size() - 1. */
+    FileInfo& operator[](int index) { return m_files[static_cast<std::size_t>(index)]; }
+    const FileInfo& operator[](int index) const { return m_files[static_cast<std::size_t>(index)]; }
+
+    int size() const { return static_cast<int>(m_files.size()); }
+
+    void push_back(const FileInfo& info);
+
+    /** Adds a file with the status that `info` holds. */
+    void push_back(const QFileInfo& info);
+
+    /** The index of the item whose status is to be fetched; size() at the end. */
+    int lazyStatIndex() const { return static_cast<int>(m_cursor); }
+
+    /** The item whose status is to be fetched; null at the end. */
+    FileInfo* lazyStatItem();
+
+    /** Fetches the status of the item at the cursor and stores it; a sequence takes that of its
+        first frame. False at the end, and when the file is gone: its size and time are then 0. */
+    bool fetchLazyStat();
+
+public slots:
+    /** Puts the cursor at the first item and emits lazyStatFetchNext() when there is one. */
+    void startLazyStat();
+
+    /** Moves the cursor on by one item and emits lazyStatFetchNext(), or fileInfoAvailable() when
+        that reaches the end or the cursor is there already. Nothing for an empty list. */
+    void onLazyStatFetchNext();
+
+signals:
+    /** The cursor has reached the end of the list. */
+    void fileInfoAvailable();
+
+    /** The status of the item at the cursor is wanted. */
+    void lazyStatFetchNext();
+
+private:
+    class Builder;
+
+    std::vector<FileInfo> m_files;
+    QByteArray m_directory;
+    QString m_error;
+    std::size_t m_cursor = 0;
+    bool m_filterSequences = false;
+    bool m_splitIncomplete = false;
+};
+
+} // namespace Kestrel::UI

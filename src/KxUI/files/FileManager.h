@@ -1,0 +1,20 @@
+#pragma once
+
+#include <KxUI/Export.h>
+
+namespace Kestrel::UI {
+
+/** Process-wide settings of the file listing. */
+class KXUI_EXPORT FileManager {
+public:
+    FileManager() = delete;
+
+    /** Registers the extensions of the usual image formats as marks of sequences. Works once per
+        process; further calls do nothing. */
+    static void setInitialSequenceExtensions();
+
+    /** Makes one more extension mark sequences; see FileInfo::addSequenceFileExtension(). */
+    static void addSequenceFileExtension(const char* extension);
+};
+
+} // namespace Kestrel::UI

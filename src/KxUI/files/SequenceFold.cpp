@@ -1,0 +1,157 @@
+#include <KxUI/files/SequenceFold_p.h>
+
+#include <KxUI/files/NaturalOrder_p.h>
+
+#include <algorithm>
+#include <limits>
+#include <numeric>
+
+namespace Kestrel::UI {
+namespace {
+
+std::size_t digitsBegin(std::string_view name, std::size_t end) {
+    while (end > 0 && isDigit(name[end - 1]))
+        --end;
+    return end;
+}
+
+} // namespace
+
+void SequenceRun::start(std::size_t index, std::int32_t frame) {
+    begin = index;
+    count = 1;
+    firstFrame = lastFrame = frame;
+    step = 0;
+    missing = 0;
+    gaps.clear();
+}
+
+bool SequenceRun::add(std::int32_t frame) {
+    const auto members = static_cast<std::int64_t>(count++);
+    const std::int32_t previous = lastFrame;
+    lastFrame = frame;
+    if (frame <= previous)
+        return false;
+    const std::int32_t distance = frame - previous;
+    if (members == 1) {
+        step = distance;
+    } else if (distance != step) {
+        const std::int32_t divisor = std::gcd(distance, step);
+        if (divisor < step) {
+            // What was missing at the wider step is not carried over: 1, 5, 7, 8 miss 3 frames.
+            missing = (missing + members - 1) * (step / divisor - 1);
+            step = divisor;
+        }
+        missing += distance / step - 1;
+        if (missing != 0)
+            gaps.emplace_back(previous + 1, frame - 1);
+    }
+    return true;
+}
+
+std::vector<Base::FrameRange> SequenceRun::presentRanges() const {
+    std::vector<Base::FrameRange> ranges;
+    ranges.reserve(gaps.size() + 1);
+    std::int32_t start = firstFrame;
+    for (const auto& gap : gaps) {
+        ranges.emplace_back(start, gap.first - 1);
+        start = gap.last + 1;
+    }
+    if (start < lastFrame)
+        ranges.emplace_back(start, lastFrame);
+    return ranges;
+}
+
+std::optional<PatternRules::Frame> PatternRules::frameOf(std::string_view name) {
+    const std::size_t end = std::min(name.rfind('.'), name.size());
+    const std::size_t begin = digitsBegin(name, end);
+    if (begin == end)
+        return std::nullopt;
+    const std::size_t length = end - begin;
+    if (length >= 2 && name[begin] == '0')
+        m_narrowestPadding = std::min(m_narrowestPadding, length);
+    return Frame{name.substr(0, begin), name.substr(end), length < m_narrowestPadding ? 0 : length,
+                 frameNumber(name.substr(begin, length))};
+}
+
+bool PatternRules::join(const Frame& head, const Frame& next) const {
+    return head.padding == next.padding && head.prefix == next.prefix && head.suffix == next.suffix;
+}
+
+std::string PatternRules::pattern(const Frame& head) {
+    std::string text(head.prefix);
+    text += head.padding == 0 ? "%d" : "%0" + std::to_string(head.padding) + "d";
+    return text.append(head.suffix);
+}
+
+std::optional<FrameNameRules::Frame> FrameNameRules::frameOf(std::string_view name) const {
+    const std::size_t dot = name.rfind('.');
+    if (dot == 0 || name.empty())
+        return std::nullopt;
+    const bool fromEnd =
+        dot == std::string_view::npos || (dot + 1 < name.size() && isDigit(name[dot + 1]));
+    std::size_t last = fromEnd ? name.size() - 1 : dot;
+    while (last > 0 && !isDigit(name[last]))
+        --last;
+    if (last == 0)
+        return std::nullopt;
+    const std::size_t end = last + 1;
+
+    Frame frame;
+    frame.name = name;
+    frame.begin = digitsBegin(name, end);
+    frame.digits = frame.shortest = end - frame.begin;
+    frame.number = frameNumber(name.substr(frame.begin, frame.digits));
+    // A name may hold a # of its own.
+    frame.front = name.substr(0, std::min(name.find('#'), frame.begin));
+    const std::size_t lastHash = name.rfind('#');
+    frame.back =
+        name.substr(lastHash == std::string_view::npos ? end : std::max(lastHash + 1, end));
+    return frame;
+}
+
+bool FrameNameRules::join(Frame& head, const Frame& next) const {
+    if (head.front != next.front || head.back != next.back)
+        return false;
+    if (!head.mixed) {
+        const bool sameDigits = head.digits == next.digits;
+        const bool plain = head.name.size() - head.digits == head.front.size() + head.back.size() &&
+                           next.name.size() - next.digits == next.front.size() + next.back.size();
+        head.mixed = plain ? !sameDigits : frameName(head) != frameName(next);
+    }
+    head.shortest = std::min(head.shortest, next.digits);
+    return true;
+}
+
+std::string FrameNameRules::frameName(const Frame& head) {
+    std::string text;
+    text.reserve(head.name.size());
+    if (head.mixed)
+        return text.append(head.front).append(1, '#').append(head.back);
+    return text.append(head.name, 0, head.begin)
+        .append(head.digits, '#')
+        .append(head.name, head.begin + head.digits, std::string_view::npos);
+}
+
+std::int32_t frameNumber(std::string_view digits) noexcept {
+    std::int64_t value = 0;
+    for (const char digit : digits) {
+        value = value * 10 + (digit - '0');
+        if (value > std::numeric_limits<std::int32_t>::max())
+            return 0;
+    }
+    return static_cast<std::int32_t>(value);
+}
+
+std::string frameFileName(std::string_view frameName, std::int32_t frame, std::size_t width) {
+    const std::size_t first = frameName.find('#');
+    if (first == std::string_view::npos)
+        return std::string(frameName);
+    const std::string number = std::to_string(frame);
+    std::string text(frameName.substr(0, first));
+    if (width > number.size())
+        text.append(width - number.size(), '0');
+    return text.append(number).append(frameName.substr(frameName.rfind('#') + 1));
+}
+
+} // namespace Kestrel::UI

@@ -1,0 +1,158 @@
+#pragma once
+
+#include <KxUI/base/FrameRange.h>
+#include <KxUI/files/platform/Platform_p.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+/** \file
+    How a listing in natural grouping order becomes image sequences.
+
+    Two listings fold: filename_list() by frame patterns (`img%04d.exr`), FileInfoList by frame
+   names
+    (`img.####.exr`). They walk the names alike, end runs alike and count steps and missing frames
+    alike: foldSequences() and SequenceRun. They differ in what their rules say:
+
+    |                        | PatternRules                   | FrameNameRules                     |
+    |------------------------|--------------------------------|------------------------------------|
+    | the frame's digits     | stand right before the last    | the last ones before the last dot, |
+    |                        | dot, or end the name           | letters may follow; before the end |
+    |                        |                                | of the name when there is no dot   |
+    |                        |                                | or a digit follows it; never one   |
+    |                        |                                | digit that begins the name         |
+    | members agree in       | prefix, suffix and the padding | what is before the first and after |
+    |                        | of the pattern                 | the last # of the frame name       |
+    | a run with a directory | stays unfolded as a whole      | loses the directory; the walk goes |
+    | as its first member    |                                | on with the second member          |
+
+    The lists of gaps that runs record serve FrameNameRules only. */
+namespace Kestrel::UI {
+
+/** Neighbours in a listing that are frames of one sequence. */
+struct SequenceRun {
+    std::size_t begin = 0; ///< index of the first member
+    std::size_t count = 0; ///< members
+    std::int32_t firstFrame = 0;
+    std::int32_t lastFrame = 0;
+    std::int32_t step = 0;    ///< greatest common divisor of the distances; 0 for one member
+    std::int64_t missing = 0; ///< frames missing at this step
+    std::vector<Base::FrameRange> gaps; ///< the stretches where frames were found missing
+
+    /** Begins a run with its first member. */
+    void start(std::size_t index, std::int32_t frame);
+
+    /** Counts the next member in. False when its frame is not above the one before: the run ends
+        with this member. */
+    bool add(std::int32_t frame);
+
+    /** The stretches between the gaps. A single frame after the last gap is left out; that is how
+        listings have always been written. */
+    std::vector<Base::FrameRange> presentRanges() const;
+};
+
+/** Frame patterns: `shot0999.exr` is frame 999 of `shot%04d.exr`. */
+class PatternRules {
+public:
+    struct Frame {
+        std::string_view prefix;
+        std::string_view suffix;
+        std::size_t padding = 0; ///< digits that the pattern writes; 0 for `%d`
+        std::int32_t number = 0;
+    };
+
+    static constexpr bool keepsRunOfDirectory = true;
+
+    /** The frame of a name, if it has one. Unpadded numbers of at least as many digits as the
+        narrowest padded number so far (at first 4) count as padded, so names must be visited in
+        the order of the listing. */
+    std::optional<Frame> frameOf(std::string_view name);
+
+    /** Whether a name belongs to the run that `head` began. */
+    bool join(const Frame& head, const Frame& next) const;
+
+    /** The printf pattern of the sequence. */
+    static std::string pattern(const Frame& head);
+
+private:
+    std::size_t m_narrowestPadding = 4;
+};
+
+/** Frame names: `shot0999.exr` is frame 999 of `shot####.exr`. */
+class FrameNameRules {
+public:
+    struct Frame {
+        std::string_view name;
+        std::string_view front;   ///< before the first # of the frame name
+        std::string_view back;    ///< after the last # of the frame name
+        std::size_t begin = 0;    ///< where the digits of the frame begin in the name
+        std::size_t digits = 0;   ///< how many there are
+        std::int32_t number = 0;  ///< the frame
+        std::size_t shortest = 0; ///< the smallest count of digits among the members of the run
+        bool mixed = false;       ///< the members' frame names differ
+    };
+
+    static constexpr bool keepsRunOfDirectory = false;
+
+    /** The frame of a name, if it has one. */
+    std::optional<Frame> frameOf(std::string_view name) const;
+
+    /** Whether a name belongs to the run that `head` began; takes it into account in `head`. */
+    bool join(Frame& head, const Frame& next) const;
+
+    /** The name with a # for each digit of the frame, or with a single # when the members' frame
+        names differ. */
+    static std::string frameName(const Frame& head);
+};
+
+/** The decimal value of a run of digits; 0 when it exceeds 32 bits. */
+std::int32_t frameNumber(std::string_view digits) noexcept;
+
+/** The name of one frame: the text before the first # of a frame name, the number with at least
+    `width` digits, the text after the last #. */
+std::string frameFileName(std::string_view frameName, std::int32_t frame, std::size_t width);
+
+/** Walks a listing in grouping order, in linear time, and hands everything to a sink:
+    `addSequence(run, head)` for runs of two and more members,
+    `addFile(entry)` for other entries, and
+    `addHeadDirectory(entry)` for a directory whose name begins a run.
+    `isDirectory(entry)` is asked about the first members of runs only. */
+template <class Rules, class IsDirectory, class Sink>
+void foldSequences(const std::vector<Platform::Entry>& entries, Rules& rules,
+                   const IsDirectory& isDirectory, Sink& sink) {
+    SequenceRun run;
+    for (std::size_t i = 0; i < entries.size(); i += run.count) {
+        auto head = rules.frameOf(entries[i].view());
+        run.start(i, head ? head->number : 0);
+        bool headIsDirectory = false;
+        for (std::size_t next = i + 1; head && next < entries.size(); ++next) {
+            const auto frame = rules.frameOf(entries[next].view());
+            if (!frame || !rules.join(*head, *frame))
+                break;
+            if (run.count == 1)
+                headIsDirectory = isDirectory(entries[i]);
+            // Without a look at the members to come, else a folder of such directories would be
+            // walked once for each of them.
+            if (headIsDirectory && !Rules::keepsRunOfDirectory)
+                break;
+            if (!run.add(frame->number))
+                break;
+        }
+        if (run.count > 1 && !headIsDirectory) {
+            sink.addSequence(run, *head);
+            continue;
+        }
+        if (headIsDirectory)
+            sink.addHeadDirectory(entries[i]);
+        else
+            sink.addFile(entries[i]);
+        for (std::size_t member = 1; member < run.count; ++member)
+            sink.addFile(entries[i + member]);
+    }
+}
+
+} // namespace Kestrel::UI

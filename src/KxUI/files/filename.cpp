@@ -1,0 +1,237 @@
+#include <KxUI/files/filename.h>
+
+#include <KxUI/files/NaturalOrder_p.h>
+#include <KxUI/files/SequenceFold_p.h>
+#include <KxUI/files/filename_p.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+#include <mutex>
+#include <new>
+
+namespace Kestrel::UI {
+namespace {
+
+bool isSeparator(char c) {
+    return c == '/' || c == '\\';
+}
+
+bool hasDrive(const char* path) {
+    return path[0] != '\0' && path[1] == ':';
+}
+
+// The text without its last separator and what follows; empty when there is none.
+std::string_view beforeLastSeparator(std::string_view path) {
+    std::size_t end = path.size();
+    while (end > 0 && !isSeparator(path[end - 1]))
+        --end;
+    return path.substr(0, end == 0 ? 0 : end - 1);
+}
+
+// The status of the path asked for last, so that the questions a listing asks about one entry in a
+// row cost one status call.
+class StatusCache {
+public:
+    // All zero when there is no such file.
+    Platform::Status query(const char* path) {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        if (!m_asked || m_path != path) {
+            m_path = path;
+            m_asked = true;
+            // A drive alone is its current directory to the system; its root is meant.
+            const bool isDrive =
+                m_path.size() == 2 && m_path[1] == ':' &&
+                ((m_path[0] >= 'a' && m_path[0] <= 'z') || (m_path[0] >= 'A' && m_path[0] <= 'Z'));
+            m_status = {};
+            Platform::queryStatus(isDrive ? m_path + '/' : m_path, m_status);
+        }
+        return m_status;
+    }
+
+private:
+    std::mutex m_mutex;
+    std::string m_path;
+    bool m_asked = false;
+    Platform::Status m_status;
+};
+
+Platform::Status cachedStatus(const char* path) {
+    static StatusCache cache;
+    return path ? cache.query(path) : Platform::Status{};
+}
+
+// Collects a folded listing; new texts live in the listing's arena.
+class FoldedNames {
+public:
+    explicit FoldedNames(NameArena& names)
+        : m_names(names) {}
+
+    void addFile(const Platform::Entry& entry) { entries.push_back(entry); }
+
+    void addHeadDirectory(const Platform::Entry& entry) { add(std::string(entry.view()) + '/'); }
+
+    void addSequence(const SequenceRun& run, const PatternRules::Frame& head) {
+        std::string text = PatternRules::pattern(head);
+        text += ' ' + std::to_string(run.firstFrame) + '-' + std::to_string(run.lastFrame);
+        if (run.step > 1)
+            text += ',' + std::to_string(run.step);
+        if (run.missing != 0)
+            text += '(' + std::to_string(run.missing) + " missing)";
+        text += '\1';
+        add(text);
+    }
+
+    std::vector<Platform::Entry> entries;
+
+private:
+    void add(const std::string& text) {
+        entries.emplace_back(m_names.add(text), Platform::EntryType::Other);
+    }
+
+    NameArena& m_names;
+};
+
+// Names that a C caller frees one by one, then the array; null when memory runs out.
+char** copiedForCaller(const std::vector<Platform::Entry>& entries) {
+    auto** const array = static_cast<char**>(std::calloc(entries.size() + 1, sizeof(char*)));
+    if (!array)
+        return nullptr;
+    for (std::size_t i = 0; i < entries.size(); ++i) {
+        const std::size_t size = entries[i].length + std::size_t{1};
+        array[i] = static_cast<char*>(std::malloc(size));
+        if (!array[i]) {
+            while (i > 0)
+                std::free(array[--i]);
+            std::free(array);
+            return nullptr;
+        }
+        std::memcpy(array[i], entries[i].name, size);
+    }
+    return array;
+}
+
+int listDirectory(const char* dir, char**& array, bool fold) {
+    Platform::Listing listing;
+    if (Platform::readDirectory(dir, listing) != 0 || listing.entries.empty())
+        return 0;
+    if (fold) {
+        sortNaturally(listing.entries, NaturalOrder::Grouping);
+        PatternRules rules;
+        FoldedNames folded(listing.names);
+        foldSequences(
+            listing.entries, rules,
+            [&](const auto& entry) { return Platform::isDirectory(dir, entry); }, folded);
+        listing.entries = std::move(folded.entries);
+    }
+    sortNaturally(listing.entries, NaturalOrder::Plain);
+    array = copiedForCaller(listing.entries);
+    return array ? static_cast<int>(listing.entries.size()) : 0;
+}
+
+std::string absolutePath(const char* from, const char* cwd, int room, std::uint64_t& length) {
+    std::string base;
+    bool hasBase = false;
+    const char* rest = from;
+    if (!cwd && from[0] == '~') {
+        const char* const home = std::getenv("HOME");
+        if (home && home[0] != '\0') {
+            hasBase = true;
+            base = home;
+            if (from[1] == '\0') {
+                rest = from + 1;
+            } else if (isSeparator(from[1])) {
+                rest = from + 2;
+            } else {
+                // The user's name takes the place of the last component of HOME.
+                rest = from + 1;
+                base = beforeLastSeparator(base);
+            }
+        }
+    } else if (!isSeparator(from[0]) && !hasDrive(from)) {
+        hasBase = true;
+        base = cwd ? std::string(cwd) : Platform::currentDirectory();
+    }
+
+    while (rest[0] == '.') {
+        if (isSeparator(rest[1])) {
+            rest += 2;
+        } else if (rest[1] == '.' && isSeparator(rest[2]) && !base.empty()) {
+            rest += 3;
+            base = beforeLastSeparator(base);
+        } else {
+            break;
+        }
+    }
+
+    std::string path;
+    if (hasBase) {
+        const auto limit = static_cast<std::size_t>(std::max(room - 2, 0));
+        path = base.substr(0, std::min(base.size(), limit));
+        if (path.empty() || !isSeparator(path.back()))
+            path += '/';
+    }
+    path += rest;
+    length = path.size();
+    std::replace(path.begin(), path.end(), '\\', '/');
+    return path;
+}
+
+} // namespace
+
+std::uint64_t filename_size(const char* path) {
+    return cachedStatus(path).size;
+}
+
+std::int64_t filename_time(const char* path) {
+    return cachedStatus(path).time();
+}
+
+} // namespace Kestrel::UI
+
+using namespace Kestrel::UI;
+
+std::uint64_t filename_absolute(char* to, int tolen, const char* from, const char* cwd) {
+    if (!from)
+        from = "";
+    // Built aside: the caller's buffer may hold `from` or `cwd`.
+    std::uint64_t length = 0;
+    const std::string path = absolutePath(from, cwd, tolen, length);
+    if (to && tolen > 0) {
+        const std::size_t copied = std::min(path.size(), static_cast<std::size_t>(tolen - 1));
+        std::memcpy(to, path.data(), copied);
+        to[copied] = '\0';
+    }
+    return length;
+}
+
+const char* filename_name(const char* path) {
+    if (!path)
+        return nullptr;
+    const char* name = hasDrive(path) ? path + 2 : path;
+    for (const char* c = name; *c != '\0'; ++c) {
+        if (isSeparator(*c))
+            name = c + 1;
+    }
+    return name;
+}
+
+bool filename_isdir(const char* path) {
+    return cachedStatus(path).isDirectory();
+}
+
+int filename_list(const char* dir, struct dirent*** list, char sequences) {
+    if (!list)
+        return 0;
+    *list = nullptr;
+    if (!dir)
+        return 0;
+    try {
+        char** array = nullptr;
+        const int count = listDirectory(dir, array, sequences != 0);
+        *list = reinterpret_cast<struct dirent**>(array);
+        return count;
+    } catch (const std::bad_alloc&) {
+        return 0; // the caller may be C
+    }
+}

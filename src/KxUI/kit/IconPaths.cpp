@@ -1,0 +1,93 @@
+#include <KxUI/kit/IconPaths_p.h>
+
+#include <QMap>
+#include <QPolygonF>
+#include <QTransform>
+
+#include <initializer_list>
+
+namespace Kestrel::UI {
+namespace {
+
+QPainterPath box(qreal x, qreal y, qreal width, qreal height) {
+    QPainterPath path;
+    path.addRect(x, y, width, height);
+    return path;
+}
+
+QPainterPath polygon(std::initializer_list<QPointF> points) {
+    QPainterPath path;
+    path.addPolygon(QPolygonF(QVector<QPointF>(points)));
+    path.closeSubpath();
+    return path;
+}
+
+// A triangle that points right, from `left` to `right` around the middle line.
+QPainterPath triangle(qreal left, qreal right, qreal halfHeight = 5) {
+    return polygon({{left, 8 - halfHeight}, {right, 8}, {left, 8 + halfHeight}});
+}
+
+QPainterPath diamond(qreal middle, qreal half) {
+    return polygon(
+        {{middle, 8 - half}, {middle + half, 8}, {middle, 8 + half}, {middle - half, 8}});
+}
+
+IconPaths mirrored(const IconPaths& paths) {
+    const QTransform mirror(-1, 0, 0, 1, IconUnits, 0);
+    return {mirror.map(paths.solid), mirror.map(paths.pale)};
+}
+
+IconPaths turned(const IconPaths& paths) {
+    const QTransform turn(0, 1, 1, 0, 0, 0);
+    return {turn.map(paths.solid), turn.map(paths.pale)};
+}
+
+QMap<QString, IconPaths> makeIcons() {
+    const IconPaths end{triangle(3, 11) | box(11, 3, 2, 10), {}};
+    const IconPaths frame{triangle(7, 13, 4), box(4, 4, 2, 8)};
+    const IconPaths play{polygon({{4, 2}, {14, 8}, {4, 14}}), {}};
+    const IconPaths interval{triangle(3, 9, 4) | box(11, 2, 2, 12), box(9, 7, 2, 2)};
+    const IconPaths key{triangle(1, 7, 4) | diamond(11, 4), {}};
+    const IconPaths skip{triangle(2, 8, 4) | triangle(8, 14, 4), {}};
+    // A pane cut into two, one of them filled.
+    const QPainterPath frameLine = box(2, 2, 12, 12) - box(3, 3, 10, 10);
+    const IconPaths split{frameLine | box(7, 3, 2, 10), box(3, 3, 4, 10)};
+    QPainterPath lines;
+    for (const int y : {4, 7, 10})
+        lines |= box(3, y, 10, 1);
+
+    QMap<QString, IconPaths> icons;
+    const auto both = [&icons](const char* backward, const char* forward, const IconPaths& paths) {
+        icons.insert(QLatin1String(forward), paths);
+        icons.insert(QLatin1String(backward), mirrored(paths));
+    };
+    both("TCStart", "TCEnd", end);
+    both("TCFrameBackward", "TCFrameForward", frame);
+    both("TCPlayBackward", "TCPlayForward", play);
+    both("TCIntervalBackward", "TCIntervalForward", interval);
+    both("TCKeyBackward", "TCKeyForward", key);
+    both("FrameSkipBackwards", "FrameSkipForwards", skip);
+    icons.insert(QStringLiteral("TCStop"), {box(4, 4, 8, 8), {}});
+    // The panes' menus name their icons by these paths.
+    icons.insert(QStringLiteral(":/ui/qrc/images/HSplit.png"), split);
+    icons.insert(QStringLiteral(":/ui/qrc/images/VSplit.png"), turned(split));
+    icons.insert(QStringLiteral(":/ui/qrc/images/PanelMenu.png"), {lines, {}});
+    return icons;
+}
+
+const QMap<QString, IconPaths>& icons() {
+    static const QMap<QString, IconPaths> all = makeIcons();
+    return all;
+}
+
+} // namespace
+
+IconPaths iconPaths(const QString& name) {
+    return icons().value(name);
+}
+
+QStringList iconPathNames() {
+    return icons().keys();
+}
+
+} // namespace Kestrel::UI
