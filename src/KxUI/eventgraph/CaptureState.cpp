@@ -119,6 +119,41 @@ void CaptureState::removeRowsOf(const EventTrack& track) {
         row = row.value() == &track ? tracks.erase(row) : std::next(row);
 }
 
+std::vector<TrackInfo> CaptureState::trackInfos() const {
+    std::vector<TrackInfo> infos;
+    const MutexGuard guard(profilerMutex());
+    infos.reserve(static_cast<std::size_t>(tracks.size()));
+    for (EventTrack* track : tracks) {
+        const EventTrack::Fields& fields = track->m_fields;
+        infos.push_back({track, track->m_content, track->m_removed,
+                         track->m_removed + fields.events.size(), fields.name, fields.color,
+                         fields.sortKey, fields.type, fields.minValue, fields.maxValue,
+                         fields.graphHeight, fields.count != 0});
+    }
+    return infos;
+}
+
+quint64 CaptureState::copyEvents(const TrackInfo& info, quint64 from, std::size_t most,
+                                 std::vector<EventTrack::Event>& events) {
+    events.clear();
+    events.reserve(most);
+    const MutexGuard guard(profilerMutex());
+    const auto& living = registry().tracks;
+    if (living.find(info.track) == living.end() || info.track->m_content != info.content)
+        return from;
+    const auto& held = info.track->m_fields.events;
+    from = std::max(from, info.track->m_removed);
+    const auto skip = static_cast<std::size_t>(from - info.track->m_removed);
+    const std::size_t count = std::min(most, held.size() - std::min(skip, held.size()));
+    const auto first = held.begin() + static_cast<std::ptrdiff_t>(std::min(skip, held.size()));
+    events.assign(first, first + static_cast<std::ptrdiff_t>(count));
+    return from + count;
+}
+
+CaptureState& CaptureState::of(const EventGraphView& view) {
+    return view.m_state;
+}
+
 void CaptureState::trackBorn(EventTrack& track) {
     registry().tracks.insert(&track);
 }

@@ -20,6 +20,22 @@ constexpr float unlimitedDuration = 3.4028235e38f;
     Never destroyed, since threads may record until the very end of the process. */
 QMutex& profilerMutex();
 
+/** What a track was when it was looked at. */
+struct TrackInfo {
+    EventTrack* track = nullptr; ///< may be gone by now; only to be handed back
+    quint64 content = 0;         ///< changes when the events are replaced as a whole
+    quint64 firstEvent = 0;      ///< events are numbered from 0; this is the oldest held
+    quint64 endEvent = 0;        ///< one past the newest
+    QString name;
+    QColor color;
+    int sortKey = 0;
+    EventTrack::TrackType type = EventTrack::TrackType::Timeline;
+    float minValue = 0;
+    float maxValue = 0;
+    int graphHeight = 0;
+    bool hasSamples = false;
+};
+
 /** What recorders need to know of a view.
 
     A recorder reads the pointer to it from a track without a lock, so the view may be gone when it
@@ -53,6 +69,18 @@ public:
 
     /** Tells the view that its rows have changed. Under the mutex, so that the view is alive. */
     void rowsChanged() const;
+
+    /** The tracks that have rows, from top to bottom. Takes the mutex. */
+    std::vector<TrackInfo> trackInfos() const;
+
+    /** Copies at most `most` events from number `from` on, or from the oldest that is held after
+       it. Returns the number after the last one copied; when nothing is copied there is no more, or
+       the track is gone or has been cleared. Takes the mutex, so `most` says for how long. */
+    static quint64 copyEvents(const TrackInfo& info, quint64 from, std::size_t most,
+                              std::vector<EventTrack::Event>& events);
+
+    /** The state of a view. */
+    static CaptureState& of(const EventGraphView& view);
 
     /** Every living track, and what refers to it. Under the mutex. */
     static void trackBorn(EventTrack& track);

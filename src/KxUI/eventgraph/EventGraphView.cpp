@@ -1,8 +1,16 @@
 #include <KxUI/eventgraph/EventGraphView.h>
 
 #include <KxUI/eventgraph/CaptureState_p.h>
+#include <KxUI/eventgraph/EventGraphReader.h>
 #include <KxUI/eventgraph/EventGraphTimerQTime.h>
+#include <KxUI/eventgraph/EventGraphWriter.h>
+#include <KxUI/eventgraph/EventTrack.h>
 
+#include <QFile>
+#include <QFileInfo>
+#include <QMessageBox>
+#include <QPointer>
+#include <QSaveFile>
 #include <QTimerEvent>
 
 namespace Kestrel::UI {
@@ -107,6 +115,32 @@ void EventGraphView::removeTrack(EventTrack* track) {
 
 const QMultiMap<int, EventTrack*>& EventGraphView::tracks() const {
     return m_state.tracks;
+}
+
+bool EventGraphView::save(const QString& path, int flags) const {
+    const EventGraphWriter writer(*this, flags);
+    // A pipe or a device is written to; anything else is replaced when it is complete.
+    if (const QFileInfo info(path); info.exists() && !info.isFile()) {
+        QFile file(path);
+        return file.open(QIODevice::WriteOnly) && writer.write(&file) && file.flush();
+    }
+    QSaveFile file(path);
+    file.setDirectWriteFallback(true);
+    return file.open(QIODevice::WriteOnly) && writer.write(&file) && file.commit();
+}
+
+void EventGraphView::load(const QString& path) {
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return;
+    EventGraphReader reader(*this);
+    const bool complete = reader.read(&file);
+    const QPointer<EventGraphView> alive(this);
+    if (!complete)
+        QMessageBox::warning(this, tr("Open result"),
+                             tr("Error opening '%1':\n\n%2").arg(path, reader.errorString()));
+    if (alive)
+        update();
 }
 
 void EventGraphView::timerEvent(QTimerEvent* event) {

@@ -7,6 +7,7 @@
 #include <QWidget>
 
 #include <memory>
+#include <vector>
 
 QT_BEGIN_NAMESPACE
 class QMutex;
@@ -71,6 +72,14 @@ public:
     /** The rows from top to bottom, by sort key. Hold GetMutex() while other threads add tracks. */
     const QMultiMap<int, EventTrack*>& tracks() const;
 
+    /** Writes the capture to a file as EventGraphWriter does with these flags; false when the file
+        cannot be written. A file that was there is replaced only when all has been written. */
+    bool save(const QString& path, int flags) const;
+
+    /** Adds what a file holds, as by EventGraphReader, and shows a message box when it cannot be
+        read to its end. Does nothing when the file cannot be opened. */
+    void load(const QString& path);
+
 public Q_SLOTS:
     /** Stops the capture; a history is cut to the capture's duration. */
     void stop();
@@ -86,12 +95,15 @@ protected:
     void timerEvent(QTimerEvent* event) override;
 
 private:
+    friend class CaptureState;
+    friend class EventGraphReader;
     friend class EventTrack;
 
     void killStopTimer();
 
     std::unique_ptr<IEventGraphTimer> m_ownTimer;
     CaptureState& m_state;
+    std::vector<std::unique_ptr<EventTrack>> m_loadedTracks;
     int m_stopTimer = 0;
 };
 

@@ -1,0 +1,147 @@
+#include <KxUI/eventgraph/EventGraphReader.h>
+
+#include <KxUI/eventgraph/CaptureState_p.h>
+#include <KxUI/eventgraph/EventFileScanner_p.h>
+#include <KxUI/eventgraph/EventGraphView.h>
+#include <KxUI/eventgraph/EventUserDataString.h>
+#include <KxUI/eventgraph/XmlLimits_p.h>
+
+#include <QXmlStreamReader>
+
+#include <limits>
+
+namespace Kestrel::UI {
+
+// Where what is read goes.
+class EventGraphReader::Tracks {
+public:
+    explicit Tracks(EventGraphView& view)
+        : m_view(view) {}
+
+    void setTimes(int startTime, int endTime) {
+        CaptureState& capture = CaptureState::of(m_view);
+        const StateWriteGuard guard(capture.lock);
+        capture.startTime = startTime;
+        capture.endTime = endTime;
+    }
+
+    void begin(const QString& name, const QString& colorName, int priority) {
+        QColor color;
+        color.setNamedColor(colorName);
+        auto track =
+            std::make_unique<EventTrack>(name, color, priority, EventTrack::TrackType::Timeline,
+                                         0.0f, 1.0f, 5000, 10000, 100, nullptr);
+        m_view.addTrack(track.get());
+        track->clear();
+        {
+            const MutexGuard guard(profilerMutex());
+            track->m_fields.maxEvents = std::numeric_limits<int>::max();
+            track->m_fields.eventLimit = std::numeric_limits<int>::max();
+        }
+        m_startData = nullptr;
+        m_view.m_loadedTracks.push_back(std::move(track));
+    }
+
+    void add(int type, int time, EventUserDataIP userData) {
+        // The end of an activity has the data of its start when its own was left out.
+        if (static_cast<EventTrack::Type>(type) == EventTrack::Type::Start) {
+            m_startData = userData;
+        } else {
+            if (!userData)
+                userData = m_startData;
+            m_startData = nullptr;
+        }
+        // The time is the event's own, even where it is the number that means now elsewhere.
+        m_view.m_loadedTracks.back()->record(static_cast<EventTrack::Type>(type), userData, time,
+                                             EventTrack::TimeOf::Event);
+    }
+
+private:
+    EventGraphView& m_view;
+    EventUserDataIP m_startData;
+};
+
+EventGraphReader::EventGraphReader(EventGraphView& view)
+    : m_view(view) {}
+
+bool EventGraphReader::read(QIODevice* device) {
+    m_error.clear();
+    Tracks tracks(m_view);
+    XmlLimits limits(device);
+    if (device && !device->isSequential() && limits.violation().isEmpty()) {
+        const qint64 from = device->pos();
+        if (const auto file = scanEventFile(device)) {
+            tracks.setTimes(file->startTime, file->endTime);
+            for (const EventFile::Track& track : file->tracks) {
+                tracks.begin(track.name, track.color, track.priority);
+                for (const EventFile::Event& event : track.events)
+                    tracks.add(event.type, event.time, event.text);
+            }
+            return true;
+        }
+        device->seek(from);
+    }
+
+    limits.open(QIODevice::ReadOnly | QIODevice::Unbuffered);
+    QXmlStreamReader xml(&limits);
+    readDocument(xml, tracks);
+    if (!limits.violation().isEmpty())
+        xml.raiseError(limits.violation());
+    if (!xml.hasError())
+        return true;
+    m_error = tr("%1\nLine %2, column %3")
+                  .arg(xml.errorString(), QString::number(xml.lineNumber()),
+                       QString::number(xml.columnNumber()));
+    return false;
+}
+
+void EventGraphReader::readDocument(QXmlStreamReader& xml, Tracks& tracks) {
+    if (!xml.readNextStartElement())
+        return;
+    if (xml.name() != QLatin1String("EventGraph")) {
+        xml.raiseError(tr("The file doesn't contain an event graph"));
+        return;
+    }
+    const QXmlStreamAttributes attributes = xml.attributes();
+    tracks.setTimes(attributes.value(QLatin1String("StartTime")).toInt(),
+                    attributes.value(QLatin1String("EndTime")).toInt());
+    while (xml.readNextStartElement()) {
+        if (xml.name() == QLatin1String("Track"))
+            readTrack(xml, tracks);
+        else
+            xml.skipCurrentElement();
+    }
+    // What follows the root has to be read for its errors to be found.
+    while (!xml.atEnd())
+        xml.readNext();
+}
+
+void EventGraphReader::readTrack(QXmlStreamReader& xml, Tracks& tracks) {
+    const QXmlStreamAttributes attributes = xml.attributes();
+    tracks.begin(attributes.value(QLatin1String("Name")).toString(),
+                 attributes.value(QLatin1String("Color")).toString(),
+                 attributes.value(QLatin1String("Priority")).toInt());
+    while (xml.readNextStartElement()) {
+        if (xml.name() == QLatin1String("Event"))
+            readEvent(xml, tracks);
+        else
+            xml.skipCurrentElement();
+    }
+}
+
+void EventGraphReader::readEvent(QXmlStreamReader& xml, Tracks& tracks) {
+    const QXmlStreamAttributes attributes = xml.attributes();
+    const int type = attributes.value(QLatin1String("Type")).toInt();
+    const int time = attributes.value(QLatin1String("Time")).toInt();
+    EventUserDataIP userData;
+    while (xml.readNextStartElement()) {
+        if (xml.name() == QLatin1String("EventData"))
+            userData = new EventUserDataString(xml.readElementText());
+        else
+            xml.skipCurrentElement();
+    }
+    if (!xml.hasError())
+        tracks.add(type, time, std::move(userData));
+}
+
+} // namespace Kestrel::UI

@@ -1,0 +1,182 @@
+#include <KxUI/eventgraph/EventGraphWriter.h>
+
+#include <KxUI/eventgraph/CaptureState_p.h>
+#include <KxUI/eventgraph/EventGraphView.h>
+
+#include <QIODevice>
+#include <QXmlStreamWriter>
+
+#include <algorithm>
+
+namespace Kestrel::UI {
+namespace {
+
+bool isPlain(QChar c) {
+    const ushort u = c.unicode();
+    return (u >= 0x20 && u < 0xd800) || (u >= 0xe000 && u < 0xfffe) || u == '\t' || u == '\n' ||
+           u == '\r';
+}
+
+// The text with everything replaced that an XML document cannot carry: control characters,
+// non-characters and halves of surrogate pairs.
+QString writable(const QString& text) {
+    if (std::all_of(text.begin(), text.end(), isPlain))
+        return text;
+    QString mended = text;
+    for (int i = 0; i < mended.size(); ++i) {
+        if (isPlain(mended.at(i)))
+            continue;
+        if (mended.at(i).isHighSurrogate() && i + 1 < mended.size() &&
+            mended.at(i + 1).isLowSurrogate())
+            ++i;
+        else
+            mended[i] = QChar::ReplacementCharacter;
+    }
+    return mended;
+}
+
+// A QXmlStreamWriter that writes into a string, which it does several times as fast as to a device,
+// and a string that goes to the device in large pieces.
+class Document {
+public:
+    explicit Document(QIODevice* device)
+        : m_device(device) {
+        QByteArray declaration;
+        QXmlStreamWriter(&declaration).writeStartDocument();
+        m_text.reserve(pieceSize + pieceSize / 4);
+        m_xml.setAutoFormatting(true);
+        m_xml.writeStartDocument();
+        // To a string it is written without the encoding.
+        m_text = QString::fromLatin1(declaration);
+    }
+
+    // Call between elements: a piece must not end amid a surrogate pair.
+    void passOn() {
+        if (m_text.size() >= pieceSize)
+            flush();
+    }
+
+    bool finish() {
+        m_xml.writeEndDocument();
+        flush();
+        return !m_failed;
+    }
+
+    bool failed() const { return m_failed; }
+
+    QXmlStreamWriter& xml() { return m_xml; }
+
+private:
+    static constexpr int pieceSize = 1 << 18;
+
+    void flush() {
+        const QByteArray bytes = m_text.toUtf8();
+        m_failed = m_failed || m_device->write(bytes) != bytes.size();
+        m_text.resize(0);
+    }
+
+    QIODevice* m_device;
+    QString m_text;
+    QXmlStreamWriter m_xml{&m_text};
+    bool m_failed = false;
+};
+
+class Writing {
+public:
+    Writing(QIODevice* device, int flags)
+        : m_document(device)
+        , m_flags(flags) {}
+
+    bool write(const CaptureState& capture, int startTime, int endTime) {
+        QXmlStreamWriter& xml = m_document.xml();
+        xml.writeStartElement(QStringLiteral("EventGraph"));
+        xml.writeAttribute(QStringLiteral("StartTime"), QString::number(startTime));
+        xml.writeAttribute(QStringLiteral("EndTime"), QString::number(endTime));
+        for (const TrackInfo& track : capture.trackInfos())
+            writeTrack(track);
+        xml.writeEndElement();
+        return m_document.finish();
+    }
+
+private:
+    void writeTrack(const TrackInfo& track) {
+        QXmlStreamWriter& xml = m_document.xml();
+        xml.writeStartElement(QStringLiteral("Track"));
+        xml.writeAttribute(QStringLiteral("Name"), writable(track.name));
+        xml.writeAttribute(QStringLiteral("Color"), track.color.name());
+        xml.writeAttribute(QStringLiteral("Priority"), QString::number(track.sortKey));
+        constexpr std::size_t most = 1024;
+        for (quint64 next = track.firstEvent; !m_document.failed();) {
+            next = CaptureState::copyEvents(track, next, most, m_events);
+            if (m_events.empty())
+                break;
+            for (const EventTrack::Event& event : m_events)
+                writeEvent(event);
+        }
+        m_events.clear();
+        xml.writeEndElement();
+    }
+
+    void writeEvent(const EventTrack::Event& event) {
+        QXmlStreamWriter& xml = m_document.xml();
+        xml.writeStartElement(m_event);
+        const auto type = static_cast<std::size_t>(event.type);
+        xml.writeAttribute(m_type, m_types[type]);
+        if (event.time != m_lastTime || m_lastTimeText.isEmpty()) {
+            m_lastTime = event.time;
+            m_lastTimeText = QString::number(event.time);
+        }
+        xml.writeAttribute(m_time, m_lastTimeText);
+        if (m_flags & EventGraphWriter::IncludeUserData) {
+            const bool duplicate = (m_flags & EventGraphWriter::SkipDuplicates) &&
+                                   event.userData.get() == m_remembered.get();
+            if (event.userData && !duplicate)
+                writeText(event.userData->text());
+            m_remembered = event.userData;
+        }
+        xml.writeEndElement();
+        m_document.passOn();
+    }
+
+    void writeText(const QString& text) {
+        QXmlStreamWriter& xml = m_document.xml();
+        xml.writeStartElement(m_eventData);
+        // A reader turns carriage returns into line feeds unless they are references.
+        const QStringList parts = writable(text).split(QLatin1Char('\r'));
+        for (int i = 0; i < parts.size(); ++i) {
+            if (i > 0)
+                xml.writeEntityReference(QStringLiteral("#13"));
+            xml.writeCharacters(parts.at(i));
+        }
+        xml.writeEndElement();
+    }
+
+    Document m_document;
+    int m_flags;
+    // Counted, so that no later object can have the same address.
+    EventUserDataIP m_remembered;
+    std::vector<EventTrack::Event> m_events;
+
+    const QString m_event = QStringLiteral("Event");
+    const QString m_eventData = QStringLiteral("EventData");
+    const QString m_type = QStringLiteral("Type");
+    const QString m_time = QStringLiteral("Time");
+    const QString m_types[3] = {QStringLiteral("0"), QStringLiteral("1"), QStringLiteral("2")};
+    int m_lastTime = 0;
+    QString m_lastTimeText;
+};
+
+} // namespace
+
+EventGraphWriter::EventGraphWriter(const EventGraphView& view, int flags)
+    : m_view(view)
+    , m_flags(flags) {}
+
+bool EventGraphWriter::write(QIODevice* device) const {
+    if (!device)
+        return true;
+    return Writing(device, m_flags)
+        .write(CaptureState::of(m_view), m_view.startTime(), m_view.endTime());
+}
+
+} // namespace Kestrel::UI

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <QIODevice>
+#include <QString>
+
+namespace Kestrel::UI {
+
+/** Passes on the bytes of another device up to the point where they would make a stream reader do
+    more work than a capture needs: a document type declaration, elements nested beyond 64, more
+    than 64 attributes on an element, more than 4 GiB.
+
+    Looks at the bytes with a scanner that knows tags, quotes, comments and nothing else, at about a
+    nanosecond each. Whether the document is well formed is left to the reader. */
+class XmlLimits : public QIODevice {
+    Q_OBJECT
+
+public:
+    static constexpr int maximumDepth = 64;
+    static constexpr int maximumAttributes = 64;
+    static constexpr qint64 maximumSize = qint64(4) << 30;
+
+    /** Borrows `source`, open for reading. */
+    explicit XmlLimits(QIODevice* source);
+
+    /** Why the bytes ended before the source did; empty otherwise. */
+    QString violation() const { return m_violation; }
+
+    bool isSequential() const override { return true; }
+
+protected:
+    qint64 readData(char* data, qint64 size) override;
+    qint64 writeData(const char* data, qint64 size) override;
+
+private:
+    enum class In { Text, Open, Bang, StartTag, Value, EndTag, Instruction, Comment, Section };
+
+    void detectUnits(const char* data, qint64 size);
+    bool accept(unsigned char c);
+    bool violate(const QString& why);
+
+    QIODevice* m_source;
+    qint64 m_position = 0;
+    int m_unitSize = 1;   // 2 in UTF-16
+    int m_unitOffset = 0; // where the low byte of a unit stands
+    In m_in = In::Text;
+    unsigned char m_quote = 0;
+    unsigned char m_last = 0;
+    unsigned char m_secondLast = 0;
+    int m_depth = 0;
+    int m_attributes = 0;
+    QString m_violation;
+};
+
+} // namespace Kestrel::UI
