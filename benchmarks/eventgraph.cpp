@@ -2,7 +2,9 @@
 
 #include <KxUI/eventgraph/EventAdder.h>
 #include <KxUI/eventgraph/EventGraphView.h>
+#include <KxUI/eventgraph/EventGraphWriter.h>
 #include <KxUI/eventgraph/EventUserDataInt.h>
+#include <KxUI/eventgraph/EventUserDataString.h>
 
 #include <QCoreApplication>
 #include <QFile>
@@ -12,11 +14,15 @@
 #include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QThread>
+#include <QXmlStreamReader>
+#include <QXmlStreamWriter>
 
 #include <malloc.h>
 
 #include <atomic>
 #include <chrono>
+#include <deque>
+#include <functional>
 #include <limits>
 #include <memory>
 
@@ -138,6 +144,120 @@ void startOverEvents(benchmark::State& state) {
     }
 }
 
+// A capture of a million events in one track, the end of each activity with a text of its own.
+struct MillionEvents {
+    explicit MillionEvents(bool withData)
+        : track(makeTrack(count)) {
+        view.addTrack(&track);
+        view.start(unlimited, EventGraphMode::Forwards);
+        view.stop();
+        int time = view.startTime();
+        for (int i = 0; i < count / 2; ++i) {
+            track.addEvent(Type::Start, nullptr, time += 3);
+            track.addEvent(Type::End,
+                           withData ? new EventUserDataString(QString("frame %1.exr").arg(i))
+                                    : nullptr,
+                           time += 7);
+        }
+    }
+
+    static constexpr int count = 1'000'000;
+    EventGraphView view;
+    EventTrack track;
+};
+
+// The files are in memory where that is possible: the disk is not what is compared.
+QString filePath(const char* name) {
+    static const QTemporaryDir folder(QFile::exists("/dev/shm") ? "/dev/shm/kxui-XXXXXX"
+                                                                : QString());
+    return folder.filePath(name);
+}
+
+void saveOurs(benchmark::State& state, bool withData) {
+    const MillionEvents events(withData);
+    for (auto _ : state) {
+        if (!events.view.save(filePath("ours.xml"), EventGraphWriter::IncludeUserData))
+            state.SkipWithError("not saved");
+    }
+}
+
+// What one writes first.
+void savePlain(const EventGraphView& view, const QString& path) {
+    QFile file(path);
+    file.open(QIODevice::WriteOnly);
+    QXmlStreamWriter xml(&file);
+    xml.setAutoFormatting(true);
+    xml.writeStartDocument();
+    xml.writeStartElement("EventGraph");
+    xml.writeAttribute("StartTime", QString::number(view.startTime()));
+    xml.writeAttribute("EndTime", QString::number(view.endTime()));
+    for (const EventTrack* track : view.tracks()) {
+        xml.writeStartElement("Track");
+        xml.writeAttribute("Name", track->name());
+        xml.writeAttribute("Color", track->color().name());
+        xml.writeAttribute("Priority", QString::number(track->sortKey()));
+        for (const EventTrack::Event& event : track->events()) {
+            xml.writeStartElement("Event");
+            xml.writeAttribute("Type", QString::number(int(event.type)));
+            xml.writeAttribute("Time", QString::number(event.time));
+            if (event.userData)
+                xml.writeTextElement("EventData", event.userData->text());
+            xml.writeEndElement();
+        }
+        xml.writeEndElement();
+    }
+    xml.writeEndElement();
+    xml.writeEndDocument();
+}
+
+void saveStandard(benchmark::State& state, bool withData) {
+    const MillionEvents events(withData);
+    for (auto _ : state)
+        savePlain(events.view, filePath("plain.xml"));
+    events.view.save(filePath("ours.xml"), EventGraphWriter::IncludeUserData);
+    QFile ours(filePath("ours.xml")), plain(filePath("plain.xml"));
+    ours.open(QIODevice::ReadOnly);
+    plain.open(QIODevice::ReadOnly);
+    if (ours.readAll() != plain.readAll())
+        state.SkipWithError("the documents differ");
+}
+
+void loadOurs(benchmark::State& state, bool withData) {
+    savePlain(MillionEvents(withData).view, filePath("load.xml"));
+    for (auto _ : state) {
+        EventGraphView view;
+        view.load(filePath("load.xml"));
+        if (view.tracks().first()->events().size() != MillionEvents::count)
+            state.SkipWithError("not loaded");
+    }
+}
+
+void loadPlain(benchmark::State& state, bool withData) {
+    savePlain(MillionEvents(withData).view, filePath("load.xml"));
+    for (auto _ : state) {
+        std::deque<EventTrack::Event> events;
+        QFile file(filePath("load.xml"));
+        file.open(QIODevice::ReadOnly);
+        QXmlStreamReader xml(&file);
+        while (!xml.atEnd()) {
+            xml.readNext();
+            if (!xml.isStartElement())
+                continue;
+            if (xml.name() == "Event") {
+                const auto attributes = xml.attributes();
+                events.push_back({attributes.value("Time").toInt(),
+                                  Type(attributes.value("Type").toInt()),
+                                  0.0f,
+                                  {}});
+            } else if (xml.name() == "EventData") {
+                events.back().userData = new EventUserDataString(xml.readElementText());
+            }
+        }
+        if (events.size() != MillionEvents::count)
+            state.SkipWithError("not loaded");
+    }
+}
+
 #if defined(KXUI_BENCH_LTTNG)
 // A session daemon with a session that overwrites its buffers, so that nothing is written to disk.
 class LttngSession {
@@ -213,4 +333,15 @@ void registerBenchmarks() {
     Bench::add("start() over 1,000,000 events: longest wait for the locks", "ours",
                startOverEvents);
     Bench::target("start() over 1,000,000 events: longest wait for the locks", 200'000);
+
+    for (const bool withData : {false, true}) {
+        using std::placeholders::_1;
+        const std::string events = withData ? " 1,000,000 events with data" : " 1,000,000 events";
+        Bench::add("save" + events, "ours", std::bind(saveOurs, _1, withData));
+        Bench::add("save" + events, "QXmlStreamWriter loop", std::bind(saveStandard, _1, withData));
+        Bench::targetRatio("save" + events, "QXmlStreamWriter loop", 1 / 0.7);
+        Bench::add("load" + events, "ours", std::bind(loadOurs, _1, withData));
+        Bench::add("load" + events, "QXmlStreamReader loop", std::bind(loadPlain, _1, withData));
+        Bench::targetRatio("load" + events, "QXmlStreamReader loop", 1 / 0.9);
+    }
 }

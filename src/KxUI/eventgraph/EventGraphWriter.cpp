@@ -43,11 +43,11 @@ public:
         : m_device(device) {
         QByteArray declaration;
         QXmlStreamWriter(&declaration).writeStartDocument();
-        m_text.reserve(pieceSize + pieceSize / 4);
         m_xml.setAutoFormatting(true);
         m_xml.writeStartDocument();
         // To a string it is written without the encoding.
         m_text = QString::fromLatin1(declaration);
+        m_text.reserve(2 * pieceSize); // which also keeps the room when it is emptied
     }
 
     // Call between elements: a piece must not end amid a surrogate pair.
@@ -67,7 +67,7 @@ public:
     QXmlStreamWriter& xml() { return m_xml; }
 
 private:
-    static constexpr int pieceSize = 1 << 18;
+    static constexpr int pieceSize = 1 << 14;
 
     void flush() {
         const QByteArray bytes = m_text.toUtf8();
@@ -105,6 +105,17 @@ private:
         xml.writeAttribute(QStringLiteral("Name"), writable(track.name));
         xml.writeAttribute(QStringLiteral("Color"), track.color.name());
         xml.writeAttribute(QStringLiteral("Priority"), QString::number(track.sortKey));
+        if (track.firstEvent != track.endEvent)
+            writeEvents(track);
+        xml.writeEndElement();
+        xml.setAutoFormatting(true);
+    }
+
+    // The automatic format is made of many small pieces, each of which costs as much as a tag; here
+    // line break and indentation are one.
+    void writeEvents(const TrackInfo& track) {
+        QXmlStreamWriter& xml = m_document.xml();
+        xml.setAutoFormatting(false);
         constexpr std::size_t most = 1024;
         for (quint64 next = track.firstEvent; !m_document.failed();) {
             next = CaptureState::copyEvents(track, next, most, m_events);
@@ -114,11 +125,12 @@ private:
                 writeEvent(event);
         }
         m_events.clear();
-        xml.writeEndElement();
+        xml.writeCharacters(m_trackIndent);
     }
 
     void writeEvent(const EventTrack::Event& event) {
         QXmlStreamWriter& xml = m_document.xml();
+        xml.writeCharacters(m_eventIndent);
         xml.writeStartElement(m_event);
         const auto type = static_cast<std::size_t>(event.type);
         xml.writeAttribute(m_type, m_types[type]);
@@ -140,15 +152,18 @@ private:
 
     void writeText(const QString& text) {
         QXmlStreamWriter& xml = m_document.xml();
+        xml.writeCharacters(m_dataIndent);
         xml.writeStartElement(m_eventData);
+        const QString characters = writable(text);
         // A reader turns carriage returns into line feeds unless they are references.
-        const QStringList parts = writable(text).split(QLatin1Char('\r'));
-        for (int i = 0; i < parts.size(); ++i) {
-            if (i > 0)
-                xml.writeEntityReference(QStringLiteral("#13"));
-            xml.writeCharacters(parts.at(i));
+        int from = 0;
+        for (int at = 0; (at = characters.indexOf(QLatin1Char('\r'), from)) >= 0; from = at + 1) {
+            xml.writeCharacters(characters.mid(from, at - from));
+            xml.writeEntityReference(QStringLiteral("#13"));
         }
+        xml.writeCharacters(from == 0 ? characters : characters.mid(from));
         xml.writeEndElement();
+        xml.writeCharacters(m_eventIndent);
     }
 
     Document m_document;
@@ -157,6 +172,9 @@ private:
     EventUserDataIP m_remembered;
     std::vector<EventTrack::Event> m_events;
 
+    const QString m_trackIndent = QStringLiteral("\n    ");
+    const QString m_eventIndent = QStringLiteral("\n        ");
+    const QString m_dataIndent = QStringLiteral("\n            ");
     const QString m_event = QStringLiteral("Event");
     const QString m_eventData = QStringLiteral("EventData");
     const QString m_type = QStringLiteral("Type");
