@@ -1,0 +1,216 @@
+#pragma once
+
+#include <KxUI/Export.h>
+
+#include <QList>
+#include <QPointer>
+#include <QStringList>
+#include <QWidget>
+
+class QAction;
+class QMenu;
+class QStackedWidget;
+
+namespace Kestrel::UI {
+
+class DockMainWindow;
+class DockTabBar;
+class DockTitleBar;
+class DockWindow;
+class TitleBarButton;
+struct PaneMetrics;
+
+/** A pane of the workspace: host widgets as tabs, with a strip of tabs and a pane menu.
+
+    Lives in a DockSplitter of its controller's main window or of a floating window, and is deleted
+    when it is closed. The pages (the host's widgets) are reparented to no parent when their pane
+    dies, unless they have Qt::WA_DeleteOnClose or were never asked whether they may close. The
+    object name of a pane is its id in layouts, that of a page is the page's id. GUI thread. */
+class KXUI_EXPORT Dock : public QWidget {
+    Q_OBJECT
+
+public:
+    /** `controller` is borrowed and may be null; `parent` owns the pane until it is added to a
+        splitter, and may be null. The workspace options are read here. */
+    Dock(DockMainWindow* controller, DockWindow* parent);
+    ~Dock() override;
+
+    /** Adds a page as the last tab, or in the place of the placeholder of its name. A page that is
+        here already is only made current. `remember` also lists it in `rememberedWidgets`. */
+    void addWidget(QWidget* widget, bool makeCurrent, bool remember);
+
+    /** Inserts a page before the tab at `index`; -1 appends. Moves it when it is here already. */
+    void insertWidget(int index, QWidget* widget);
+
+    /** Inserts a page before or after the tab at `point` (in coordinates of the strip), whichever
+        side of its centre the point is on; appends where no tab is. */
+    void insertWidget(const QPoint& point, QWidget* widget);
+
+    /** `removeWidgetAndSetCurrentTab` with tab 0. */
+    void removeWidget(QWidget* widget);
+
+    /** Takes a page out, hidden and still a child of the stack; the caller gives it a new parent.
+        The current page stays current; if it is the one removed, tab `tab` becomes current. */
+    void removeWidgetAndSetCurrentTab(QWidget* widget, int tab);
+
+    /** Puts a placeholder and a tab for a page that is shown elsewhere, and shows the page. Returns
+        the placeholder, owned by the pane; null when the page is not in the workspace's layout. */
+    QWidget* restorePlaceHolderForWidget(QWidget* widget);
+
+    /** Makes a page current and reports it activated; null stands for the previously current tab.
+        A widget that is not a page of this pane is ignored. */
+    void setCurrentWidget(QWidget* widget);
+
+    /** Makes tab `index` current and reports its page activated; other indexes are ignored. */
+    void setCurrentTab(int index);
+
+    /** The same as `nextTab`. */
+    void cycleCurrentWidget();
+
+    /** Moves a page into a floating window of its own, the size of this pane, its frame's top left
+        at `global`. An emptied floating window of this pane closes. */
+    void floatWidgetAt(QWidget* widget, const QPoint& global);
+
+    /** Divides the room of this pane with a new pane, before (left of, above) or after it. Returns
+        the new pane, null when this pane is in no splitter. */
+    Dock* split(Qt::Orientation orientation, bool before);
+
+    /** Gives this pane all room of its enclosing splitters, or their sizes back. */
+    void setExpanded(bool expanded);
+    bool isExpanded() const { return m_expanded; }
+
+    /** Whether the window of this pane is full screen. */
+    bool isFullscreenDock() const;
+
+    bool titleVisible() const { return m_titleVisible; }
+
+    /** Marks the pane as the target of a tab drag, shown by a line or by a HoverWidget. */
+    void setHover(bool hover);
+
+    /** Focuses the pane unless it is the active one. */
+    void makeActive();
+
+    /** Height of the first tab, 0 without tabs; pixels. */
+    int tabBarHeight() const;
+
+    /** Repaints the strip. */
+    void updateTabs();
+
+    int count() const;
+    /** The page at `index`, null outside. */
+    QWidget* widget(int index) const;
+    QWidget* currentWidget() const;
+    /** Index of the current page, -1 when there is none. */
+    int currentTab() const;
+    QStackedWidget* stack() const { return m_stack; }
+    QMenu* menu() const { return m_menu; }
+    DockTabBar* tabBar() const { return m_tabBar; }
+    /** The workspace, null once it is gone. */
+    DockMainWindow* controller() const { return m_controller; }
+    /** Whether this is the only pane of its window. */
+    bool singlePanel() const;
+
+    /** The pages that `addWidget` was asked to remember and that still exist. */
+    QList<QWidget*> rememberedWidgets() const;
+
+    /** Ids of the pages that a layout put into this pane. */
+    QStringList& paneIDs() { return m_paneIDs; }
+    const QStringList& paneIDs() const { return m_paneIDs; }
+
+    /** The nearest enclosing DockWindow, null when there is none. */
+    DockWindow* dockWindow() const;
+
+    /** The pane that is `widget` or encloses it, null when there is none. */
+    static Dock* dockForWidget(const QWidget* widget);
+
+    /** Whether no splitter of several children encloses `widget`; true for null. */
+    static bool isTopLevel(const QWidget* widget);
+
+    QSize sizeHint() const override;
+
+Q_SIGNALS:
+    /** The mouse came over the pane or left it. */
+    void mouseOver(bool over);
+
+public Q_SLOTS:
+    /** `split` after this pane, side by side. */
+    void splitHorizontal();
+    /** `split` after this pane, one above the other. */
+    void splitVertical();
+    /** Moves all pages into a floating window; they come to stand in reverse order. */
+    void floatDock();
+    void floatActiveTab();
+    void closeActiveTab();
+    /** Closes every page but the current one. */
+    void closeInactiveTabs();
+    /** Closes the page at `index`; one that refuses stays. Other indexes are ignored. */
+    void closeTab(int index);
+    /** Takes tab `tab` off the strip; follows the stack, hosts use `removeWidget`. */
+    void removeTab(int tab);
+    /** Shows page `tab` and reports it activated; follows the strip, hosts use `setCurrentTab`. */
+    void showTab(int tab);
+    /** Turns the enclosing splitter by a quarter. */
+    void transposeDock();
+    /** Toggles full screen of the pane's window. */
+    void fullscreenDock();
+    /** Saves the layout to /tmp/layout.xml, for debugging. */
+    void dumpLayout();
+    /** Shows or hides the tabs and the title buttons. A hidden title leaves a thin bar that reveals
+        it while the mouse rests there. */
+    void setTitleVisible(bool visible);
+    /** Reads titles and icons of the pages again. */
+    void updateTitles();
+    void nextTab();
+    void prevTab();
+
+protected:
+    bool event(QEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
+    void enterEvent(QEvent* event) override;
+    void leaveEvent(QEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
+
+private:
+    friend class DockMainWindow;
+    friend class DockDragSession;
+
+    QMenu* createMenu();
+    void createTitleButtons();
+    /** The insertion that all ways of adding a page share. */
+    void insertPage(int index, QWidget* widget);
+    bool closePage(QWidget* widget);
+    void disconnectController() { m_controller = nullptr; }
+
+    bool parentCanBeClosed() const;
+    void closeWindowIfEmpty();
+    void applySingleTabRule();
+    PaneMetrics metrics() const;
+    void updateSizeLimits();
+    void layOut();
+    /** Lays out once control is back in the event loop, however often it is called before. */
+    void layOutLater();
+    bool hasFocusInside() const;
+
+    QList<QPointer<QWidget>> m_rememberedWidgets;
+    DockMainWindow* m_controller;
+    TitleBarButton* m_closeButton = nullptr;
+    TitleBarButton* m_floatButton = nullptr;
+    TitleBarButton* m_menuButton = nullptr;
+    DockTabBar* m_tabBar = nullptr;
+    DockTitleBar* m_titleBar = nullptr;
+    QStackedWidget* m_stack = nullptr;
+    QMenu* m_menu = nullptr;
+    QAction* m_showTabsAction = nullptr;
+    int m_previousTab = 0;
+    int m_titleHeight = 0;
+    bool m_titleVisible = true;
+    bool m_hover = false;
+    bool m_expanded = false;
+    bool m_layoutIsDue = false;
+    QStringList m_paneIDs;
+    QList<QPointer<QWidget>> m_refusedPages; // refused to close when the pane was closed last
+};
+
+} // namespace Kestrel::UI

@@ -1,0 +1,300 @@
+#include <KxUI/dock/DockDrag_p.h>
+
+#include <KxUI/dock/Dock.h>
+#include <KxUI/dock/DockMainWindow.h>
+#include <KxUI/dock/DockTabBar.h>
+#include <KxUI/dock/DockTreeEdit_p.h>
+#include <KxUI/dock/DockWindow.h>
+#include <KxUI/dock/HoverWidget.h>
+#include <KxUI/kit/WindowSystem_p.h>
+
+#include <QApplication>
+#include <QKeyEvent>
+#include <QStackedWidget>
+
+#include <algorithm>
+#include <utility>
+
+namespace Kestrel::UI {
+
+void StripDrag::press(const QPoint& position) {
+    end();
+    m_press = position;
+}
+
+void StripDrag::end() {
+    m_press.setX(-1);
+    m_index = -1;
+}
+
+StripDrag::Step StripDrag::move(const QPoint& position, bool leftHeld, int startDistance,
+                                const StripGeometry& strip) {
+    constexpr int Slack = 5; // how far outside the title bar a tab still belongs to it
+    if (!leftHeld || m_index >= strip.tabs.size()) {
+        end();
+        return {};
+    }
+    if (!isDragging()) {
+        const bool isPressed = m_press.x() != -1;
+        if (!isPressed || (position - m_press).manhattanLength() < 2 * startDistance)
+            return {};
+        for (int i = 0; i < strip.tabs.size(); ++i) {
+            if (strip.tabs.at(i).contains(m_press)) {
+                m_index = i;
+                m_left = strip.tabs.at(i).left();
+                m_grabOffset = m_press.x() - m_left;
+                return {Command::Begin, i};
+            }
+        }
+        return {};
+    }
+
+    if (!strip.titleBar.adjusted(-Slack, -Slack, Slack, Slack).contains(position))
+        return {Command::TearOff, std::exchange(m_index, -1)};
+
+    m_left = position.x() - m_grabOffset;
+    const int right = m_left + strip.tabs.at(m_index).width() - 1;
+    if (m_index > 0 && m_left <= strip.tabs.at(m_index - 1).left())
+        return {Command::Reorder, m_index - 1};
+    if (m_index < strip.tabs.size() - 1 && right >= strip.tabs.at(m_index + 1).right())
+        return {Command::Reorder, m_index + 1};
+    return {};
+}
+
+bool dockPage(QWidget* page, Dock* source, Dock* target, DockDropZone zone, int index) {
+    Dock* pane = target;
+    switch (zone) {
+    case DropLeft:
+        pane = target->split(Qt::Horizontal, true);
+        break;
+    case DropRight:
+        pane = target->split(Qt::Horizontal, false);
+        break;
+    case DropTop:
+        pane = target->split(Qt::Vertical, true);
+        break;
+    case DropBottom:
+        pane = target->split(Qt::Vertical, false);
+        break;
+    case DropCentre:
+        break;
+    }
+    if (!pane)
+        return false;
+    if (source && source->stack()->indexOf(page) >= 0 && source != pane)
+        source->stack()->removeWidget(page);
+    const QPointer<Dock> alive(pane);
+    const QPointer<QWidget> alivePage(page);
+    if (source && source->count() == 0 && source != pane && Dock::isTopLevel(source)) {
+        DockWindow* window = source->dockWindow();
+        if (window && window != source->controller()) {
+            page->setParent(nullptr);
+            window->close();
+        }
+    }
+    if (!alive || !alivePage)
+        return false;
+    pane->insertWidget(index, page);
+    pane->setCurrentWidget(page);
+    return true;
+}
+
+DockDragSession& DockDragSession::instance() {
+    static DockDragSession session;
+    return session;
+}
+
+bool DockDragSession::begin(DockTabBar* strip, QWidget* page, const QPoint& press,
+                            const QPoint& global) {
+    Dock* source = strip->dock();
+    if (m_active || !page || !source->controller())
+        return false;
+
+    m_active = true;
+    m_strip = strip;
+    m_source = source;
+    m_sourceIndex = source->stack()->indexOf(page);
+    m_sourceSize = source->size();
+    m_controller = source->controller();
+    m_page = page;
+    m_focus = isInside(page, QApplication::focusWidget()) ? QApplication::focusWidget() : nullptr;
+    m_press = press;
+    m_pageFlags = page->windowFlags();
+    m_pageActivates = !page->testAttribute(Qt::WA_ShowWithoutActivating);
+    m_target = nullptr;
+    m_zone = DropCentre;
+    m_dropIndex = -1;
+
+    connect(page, &QObject::destroyed, this, [this] {
+        m_page = nullptr;
+        cancel();
+    });
+    connect(qApp, &QGuiApplication::applicationStateChanged, this,
+            [this](Qt::ApplicationState state) {
+                if (state != Qt::ApplicationActive)
+                    cancel();
+            });
+    qApp->installEventFilter(this);
+
+    m_grabbed = grabMouse(strip);
+    page->hide();
+    page->setParent(nullptr);
+    page->move(global - press);
+    page->setWindowFlags(Qt::Tool | Qt::WindowStaysOnTopHint);
+    page->setAttribute(Qt::WA_ShowWithoutActivating);
+    setWindowOpacity(page, 0.75);
+    page->show();
+    return true;
+}
+
+void DockDragSession::moveTo(const QPoint& global) {
+    if (!m_active)
+        return;
+    if (!m_page || !m_controller || !m_source) {
+        cancel();
+        return;
+    }
+    m_page->move(global - m_press);
+    aim(global);
+}
+
+void DockDragSession::aim(const QPoint& global) {
+    Dock* target = m_controller->findDockAt(global);
+    DockDropZone zone = DropCentre;
+    if (target && m_controller->splitPanelsByDragging()) {
+        const QStackedWidget* stack = target->stack();
+        zone = dropZoneAt(stack->mapFromGlobal(global), stack->rect(), target->size());
+    }
+    setTarget(target, zone);
+    m_dropIndex = -1;
+    if (target) {
+        QVector<QRect> tabs;
+        const DockTabBar* strip = target->tabBar();
+        for (int i = 0; i < strip->count(); ++i)
+            tabs.append(strip->tabRect(i));
+        m_dropIndex = dropIndexAt(strip->mapFromGlobal(global), tabs);
+    }
+}
+
+void DockDragSession::setTarget(Dock* target, DockDropZone zone) {
+    m_zone = zone;
+    if (m_target != target) {
+        if (m_target)
+            m_target->setHover(false);
+        m_target = target;
+        if (m_target)
+            m_target->setHover(true);
+    }
+    if (m_hoverWidget)
+        m_hoverWidget->setZone(zone);
+}
+
+QWidget* DockDragSession::release() {
+    setTarget(nullptr, DropCentre);
+    delete m_hoverWidget;
+    qApp->removeEventFilter(this);
+    disconnect(qApp, nullptr, this, nullptr);
+    if (m_page)
+        disconnect(m_page, nullptr, this, nullptr);
+    if (m_strip && m_grabbed && QWidget::mouseGrabber() == m_strip)
+        m_strip->releaseMouse();
+    m_active = false;
+    if (m_page) {
+        m_page->setWindowFlags(m_pageFlags);
+        m_page->setAttribute(Qt::WA_ShowWithoutActivating, !m_pageActivates);
+        setWindowOpacity(m_page, 1.0);
+    }
+    return m_page;
+}
+
+void DockDragSession::drop(const QPoint& global, bool floating) {
+    if (!m_active)
+        return;
+    if (!m_page || !m_controller || !m_source) {
+        cancel();
+        return;
+    }
+    aim(global);
+    const QPointer<Dock> target = m_target;
+    const QPointer<Dock> source = m_source;
+    const QPointer<DockMainWindow> controller = m_controller;
+    const QPointer<QWidget> focus = m_focus;
+    const DockDropZone zone = m_zone;
+    const int index = zone == DropCentre ? m_dropIndex : -1;
+    const QPointer<QWidget> page = release();
+
+    const bool docked = target && !floating && page && dockPage(page, source, target, zone, index);
+    if (!docked && page && controller)
+        floatPage(page, source, controller, global - m_press);
+    if (source && controller)
+        source->setTitleVisible(!controller->hideSingleTabs() || source->count() != 1);
+    if (focus && focus->isVisible())
+        focus->setFocus(Qt::OtherFocusReason);
+}
+
+void DockDragSession::floatPage(QWidget* page, Dock* source, DockMainWindow* controller,
+                                const QPoint& global) {
+    if (source) {
+        source->floatWidgetAt(page, global);
+        return;
+    }
+    DockWindow* window = controller->addNewFloatingDock(page);
+    window->move(global);
+    window->resize(m_sourceSize);
+}
+
+void DockDragSession::cancel() {
+    if (!m_active)
+        return;
+    const QPointer<Dock> source = m_source;
+    const QPointer<DockMainWindow> controller = m_controller;
+    const QPointer<QWidget> focus = m_focus;
+    const QPoint at = m_page ? m_page->pos() : QPoint();
+    const QPointer<QWidget> page = release();
+    if (!page)
+        return;
+    page->hide();
+    if (source) {
+        source->insertWidget(std::min(m_sourceIndex, source->count()), page);
+        source->setCurrentWidget(page);
+    } else if (controller) {
+        floatPage(page, nullptr, controller, at);
+    }
+    if (focus && focus->isVisible())
+        focus->setFocus(Qt::OtherFocusReason);
+}
+
+void DockDragSession::forget(const Dock* dock) {
+    if (m_target == dock)
+        m_target = nullptr;
+    if (m_source == dock) {
+        m_source = nullptr;
+        cancel();
+    }
+}
+
+void DockDragSession::forget(const DockMainWindow* controller) {
+    if (m_controller == controller) {
+        m_controller = nullptr;
+        cancel();
+    }
+}
+
+HoverWidget* DockDragSession::hoverWidget() const { return m_hoverWidget; }
+
+void DockDragSession::setHoverWidget(HoverWidget* widget) { m_hoverWidget = widget; }
+
+bool DockDragSession::eventFilter(QObject* watched, QEvent* event) {
+    if (m_active &&
+        (event->type() == QEvent::ShortcutOverride || event->type() == QEvent::KeyPress)) {
+        if (static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape) {
+            event->accept();
+            if (event->type() == QEvent::KeyPress)
+                cancel();
+            return true;
+        }
+    }
+    return QObject::eventFilter(watched, event);
+}
+
+} // namespace Kestrel::UI

@@ -1,0 +1,122 @@
+#pragma once
+
+#include <KxUI/dock/DockDropZone.h>
+
+#include <QObject>
+#include <QPoint>
+#include <QPointer>
+#include <QRect>
+#include <QVector>
+#include <QWidget>
+
+namespace Kestrel::UI {
+
+class Dock;
+class DockMainWindow;
+class DockTabBar;
+class HoverWidget;
+
+/** What a drag along a strip of tabs looks at, in coordinates of the strip. */
+struct StripGeometry {
+    QRect titleBar;
+    QVector<QRect> tabs;
+};
+
+/** A drag along a strip, from the press on. Told of positions, it answers what to do; it does
+    nothing itself. */
+class StripDrag {
+public:
+    enum class Command {
+        None,
+        Begin,   ///< the tab under the press is taken hold of
+        Reorder, ///< the tab goes to `index`; confirmed by `moved`
+        TearOff, ///< tab `index` leaves the strip; the drag has ended here
+    };
+    struct Step {
+        Command command = Command::None;
+        int index = -1;
+    };
+
+    void press(const QPoint& position);
+    /** The mouse moved. Without the left button, the release was lost: all is forgotten. */
+    Step move(const QPoint& position, bool leftHeld, int startDistance, const StripGeometry& strip);
+    /** The tab arrived where `Reorder` asked it to go. */
+    void moved(int index) { m_index = index; }
+    void end();
+
+    bool isDragging() const { return m_index >= 0; }
+    int index() const { return m_index; } ///< of the dragged tab, -1 without a drag
+    int left() const { return m_left; }   ///< of the dragged tab
+    QPoint pressPosition() const { return m_press; }
+
+private:
+    QPoint m_press = QPoint(-1, 0); // x = -1: no press
+    int m_index = -1;
+    int m_left = 0;
+    int m_grabOffset = 0;
+};
+
+/** The drag of a page that left its pane: one at a time in the process, from tear-off to drop.
+   Holds nothing that may not die meanwhile: it then ends, and the page, if it still lives, goes
+   back or floats. */
+class DockDragSession : public QObject {
+    Q_OBJECT
+
+public:
+    static DockDragSession& instance();
+
+    /** Takes `page` out of the pane of `strip`; false, and nothing changed, without a workspace. */
+    bool begin(DockTabBar* strip, QWidget* page, const QPoint& press, const QPoint& global);
+    void moveTo(const QPoint& global);
+    /** Ends at `global`: docks the page there, or floats it when `floating` or over no pane. */
+    void drop(const QPoint& global, bool floating);
+    /** Ends as if nothing had been dragged. */
+    void cancel();
+    /** To be called by those who die. */
+    void forget(const Dock* dock);
+    void forget(const DockMainWindow* controller);
+
+    bool isActive() const { return m_active; }
+    QWidget* page() const { return m_page; }
+    Dock* source() const { return m_source; }
+    Dock* target() const { return m_target; }
+    DockDropZone zone() const { return m_zone; }
+    int dropIndex() const { return m_dropIndex; }
+    DockMainWindow* controller() const { return m_controller; }
+
+    HoverWidget* hoverWidget() const;
+    void setHoverWidget(HoverWidget* widget);
+
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    void aim(const QPoint& global);
+    void setTarget(Dock* target, DockDropZone zone);
+    /** Clears the session and gives the page its flags and opacity back. */
+    QWidget* release();
+    void floatPage(QWidget* page, Dock* source, DockMainWindow* controller, const QPoint& global);
+
+    bool m_active = false;
+    QPointer<QWidget> m_page;
+    QPointer<QWidget> m_focus; // inside the page, when it was torn off
+    QPointer<DockTabBar> m_strip;
+    QPointer<Dock> m_source;
+    QPointer<DockMainWindow> m_controller;
+    QPointer<Dock> m_target;
+    QPointer<HoverWidget> m_hoverWidget;
+    QPoint m_press;
+    int m_sourceIndex = 0;
+    QSize m_sourceSize;
+    Qt::WindowFlags m_pageFlags;
+    bool m_pageActivates = true;
+    bool m_grabbed = false;
+    DockDropZone m_zone = DropCentre;
+    int m_dropIndex = -1;
+};
+
+/** Puts `page` of `source` into `target` at `index`, or into a new pane on the side of `target`
+   that `zone` names, as a drop does; an emptied floating window closes. `source` may be null.
+   False, and nothing moved, when `target` cannot be split. */
+bool dockPage(QWidget* page, Dock* source, Dock* target, DockDropZone zone, int index);
+
+} // namespace Kestrel::UI

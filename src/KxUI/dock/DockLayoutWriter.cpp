@@ -1,0 +1,117 @@
+#include <KxUI/dock/DockLayout_p.h>
+
+#include <QIODevice>
+#include <QXmlStreamWriter>
+
+namespace Kestrel::UI {
+
+namespace {
+
+/** `text` with every character that XML 1.0 cannot hold replaced. The stream writer would write a
+    document that no reader takes. */
+QString writable(const QString& text) {
+    QString result = text;
+    for (int i = 0; i < result.size(); ++i) {
+        const QChar c = result.at(i);
+        if (c.isHighSurrogate() && i + 1 < result.size() && result.at(i + 1).isLowSurrogate()) {
+            ++i;
+            continue;
+        }
+        const bool isWhite =
+            c == QLatin1Char('\t') || c == QLatin1Char('\n') || c == QLatin1Char('\r');
+        const bool isControl = c.unicode() < 0x20 && !isWhite;
+        const bool isNonCharacter = c.unicode() >= 0xFFFE;
+        if (c.isSurrogate() || isControl || isNonCharacter)
+            result[i] = QChar(QChar::ReplacementCharacter);
+    }
+    return result;
+}
+
+class Writer {
+public:
+    explicit Writer(QIODevice* device)
+        : m_xml(device) {
+        m_xml.setAutoFormatting(true);
+    }
+
+    bool write(const Layout& layout) {
+        m_xml.writeStartDocument(QStringLiteral("1.0"));
+        m_xml.writeStartElement(QStringLiteral("layout"));
+        text("version", QStringLiteral("1.0"));
+        for (const LayoutWindow& window : layout.windows)
+            write(window);
+        m_xml.writeEndElement();
+        m_xml.writeEndDocument();
+        return !m_xml.hasError();
+    }
+
+private:
+    void text(const char* name, const QString& value) {
+        m_xml.writeAttribute(QLatin1String(name), writable(value));
+    }
+    void number(const char* name, int value) { text(name, QString::number(value, 10)); }
+    void flag(const char* name, bool value) {
+        if (value)
+            number(name, 1);
+    }
+
+    void write(const LayoutWindow& window) {
+        const SavedWindow& place = window.place;
+        m_xml.writeStartElement(QStringLiteral("window"));
+        number("x", place.rect.x());
+        number("y", place.rect.y());
+        number("w", place.rect.width());
+        number("h", place.rect.height());
+        flag("maximized", place.maximized);
+        flag("fullscreen", place.fullScreen);
+        number("screen", place.screen);
+        for (const LayoutSplitter& splitter : window.splitters)
+            write(splitter);
+        m_xml.writeEndElement();
+    }
+
+    void write(const LayoutSplitter& splitter) {
+        m_xml.writeStartElement(QStringLiteral("splitter"));
+        number("orientation", splitter.orientation);
+        for (std::size_t i = 0; i < splitter.children.size(); ++i) {
+            const LayoutSplit split = splitter.splits.value(int(i));
+            m_xml.writeStartElement(QStringLiteral("split"));
+            number("size", split.size);
+            if (split.stretch != 0)
+                number("stretch", split.stretch);
+            m_xml.writeEndElement();
+            std::visit([this](const auto& child) { write(child); }, splitter.children[i].value);
+        }
+        m_xml.writeEndElement();
+    }
+
+    void write(const LayoutPane& pane) {
+        m_xml.writeStartElement(QStringLiteral("dock"));
+        text("id", pane.id);
+        flag("hideTitles", pane.hideTitles);
+        if (pane.hasActivePage)
+            text("activePageId", pane.activePage);
+        if (pane.hasFocus)
+            text("focus", QStringLiteral("true"));
+        for (const LayoutPage& page : pane.pages) {
+            m_xml.writeStartElement(QStringLiteral("page"));
+            text("id", page.id);
+            if (!page.state.isEmpty())
+                text("layout", page.state);
+            m_xml.writeEndElement();
+        }
+        m_xml.writeEndElement();
+    }
+
+    void write(const LayoutStranger&) {}
+
+    QXmlStreamWriter m_xml;
+};
+
+} // namespace
+
+bool writeLayout(QIODevice* device, const Layout& layout) {
+    return Writer(device).write(layout);
+}
+
+} // namespace Kestrel::UI

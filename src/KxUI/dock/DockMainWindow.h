@@ -1,0 +1,189 @@
+#pragma once
+
+#include <KxUI/Export.h>
+#include <KxUI/dock/Dock.h>
+#include <KxUI/dock/DockLayoutError.h>
+#include <KxUI/dock/DockWindow.h>
+
+#include <QList>
+#include <QSet>
+#include <QStringList>
+
+#include <memory>
+
+class QAction;
+class QIODevice;
+
+namespace Kestrel::UI {
+
+class DockArrangeMenu;
+class DockPlaceHolder;
+
+/** The controller of a workspace and its main window: owns the floating windows, holds the options
+    that panes read when they are created, tells the host which page came, went or became active,
+    moves the focus, and saves and restores the arrangement.
+
+    The host derives from it and creates its pages in `createPage`. Set the options before panes are
+    made. GUI thread. */
+class KXUI_EXPORT DockMainWindow : public DockWindow {
+    Q_OBJECT
+
+public:
+    explicit DockMainWindow(QWidget* parent = nullptr);
+    ~DockMainWindow() override;
+
+    /** Whether a pane of one tab hides its title. Initially false. */
+    bool hideSingleTabs() const { return m_hideSingleTabs; }
+    void setHideSingleTabs(bool hide) { m_hideSingleTabs = hide; }
+
+    /** Whether panes have a button for their menu. Initially true. */
+    bool hasPanelMenu() const { return m_hasPanelMenu; }
+    void setHasPanelMenu(bool has) { m_hasPanelMenu = has; }
+
+    /** Whether dropping a tab near an edge of a pane splits it. Initially false. */
+    bool splitPanelsByDragging() const { return m_splitPanelsByDragging; }
+    void setSplitPanelsByDragging(bool split) { m_splitPanelsByDragging = split; }
+
+    /** Whether the current tab of the pane with the focus, or under the mouse, is coloured.
+        Initially false. */
+    bool highlightCurrentTab() const { return m_highlightCurrentTab; }
+    void setHighlightCurrentTab(bool highlight);
+
+    /** Whether each tab has a close button, instead of a close and a float button per pane.
+        Initially false. */
+    bool tabsAreClosable() const { return m_tabsAreClosable; }
+    void setTabsAreClosable(bool closable) { m_tabsAreClosable = closable; }
+
+    /** New actions, children of this window, for the host's menus: "Next Pane" (Ctrl+Alt+`),
+        "Previous Pane" (Ctrl+Shift+Alt+`), "Next Tab" (Ctrl+Shift+]), "Previous Tab"
+        (Ctrl+Shift+[). */
+    QAction* nextDockAction();
+    QAction* prevDockAction();
+    QAction* nextTabAction();
+    QAction* prevTabAction();
+
+    /** Makes a floating window; hosts override it for windows of their own. */
+    virtual DockWindow* createWindow();
+    /** Makes a pane without a parent; hosts override it for panes of their own. */
+    virtual Dock* createDock();
+    /** Makes the page that a layout names `id`, which may be changed. Null drops the page. A page
+        that exists may be returned; it moves. Here: a placeholder. */
+    virtual QWidget* createPage(QString& id);
+
+    /** A new floating window. With a page, it gets a pane holding it, and is shown. */
+    DockWindow* addNewFloatingDock(QWidget* widget);
+
+    QList<DockWindow*> floatingWindows() const { return m_floatingWindows; }
+    void setFloatingWindows(const QList<DockWindow*>& windows);
+
+    /** Replaces the tree of the main window; the old one is deleted later. */
+    void setRootSplitter(DockSplitter* splitter);
+
+    /** The pane with the focus, null when there is none. */
+    Dock* activeDock() const;
+    /** The current page of that pane. */
+    QWidget* activeTab() const;
+    /** The pane at a point of the desktop: the first floating window with a widget there decides,
+        then the main window. */
+    Dock* findDockAt(const QPoint& global) const;
+    /** Focuses the pane under the mouse, or this window over none; returns the pane. */
+    Dock* focusWidgetUnderCursor();
+    /** Every pane: those of the main window depth-first, then those of the floating windows. */
+    QList<Dock*> docks() const;
+    /** The pane that holds the widget (or is the pane) of that object name. When there is none and
+        `exact` is false, the first pane with a page whose name (with `usePaneIDs`: a pane id that)
+        begins with `name` up to its last "."; when `exact` is true, with `usePaneIDs`, the pane of
+        that pane id. */
+    Dock* findDockByName(const QString& name, bool exact, bool usePaneIDs) const;
+    /** Every pane that holds a page whose object name begins with `prefix`. */
+    QList<Dock*> getDocksWithPrefix(const QString& prefix) const;
+    QList<DockPlaceHolder*> placeHolders() const;
+
+    /** Whether a widget of that object name was in the workspace when the layout was last saved or
+        restored. */
+    bool isInLayout(const QString& name) const { return m_layoutIds.contains(name); }
+
+    /** Writes the arrangement as an XML document to an open device. The pane with `focusWidget`
+        (null: the application's focus widget) is marked as the one with the focus. Returns whether
+        the device took everything. */
+    bool saveLayout(QIODevice* device, QWidget* focusWidget);
+
+    /** Replaces the arrangement by that of a document on an open device. `useAvailableGeometry`
+        makes the main window fill its screen. When the document cannot be read to its end, what
+        could be read replaces the arrangement, the old tree stays hidden and parentless, a box
+       tells where the reader stopped, and the result is false. See `restoreWholeLayout`. */
+    bool restoreLayout(QIODevice* device, bool useAvailableGeometry);
+
+    /** Replaces the arrangement by that of a document, or changes nothing at all.
+
+        The whole document is read and checked first; a refused one leaves the workspace as it is
+       and says why in `error` (may be null). Pages of the workspace that the document names are
+       moved, not created again; only others are asked of `createPage`. Pages that it does not name
+       are taken out alive: hidden, without a parent, and reported removed. */
+    bool restoreWholeLayout(QIODevice* device, bool useAvailableGeometry,
+                            DockLayoutError* error = nullptr);
+
+    /** Whether a document begins as a layout of the known version; nothing else is checked. A
+        random-access device is put back to where it was. */
+    static bool IsLayoutValid(QIODevice* device);
+
+    /** The page that had the focus in the restored layout; the host gives it back when it likes. */
+    void setFocusPage(const QString& id) { m_focusPage = id; }
+    QString getFocusPage() const { return m_focusPage; }
+
+    /** Tells of a page; called by panes. */
+    void emitWidgetAdded(Dock* dock, QWidget* widget) { Q_EMIT widgetAdded(dock, widget); }
+    void emitWidgetRemoved(Dock* dock, QWidget* widget) { Q_EMIT widgetRemoved(dock, widget); }
+    void emitWidgetActivated(Dock* dock, QWidget* widget) { Q_EMIT widgetActivated(dock, widget); }
+    /** Passes a name on to whom it concerns; called by the host. */
+    void emitUpdateNovaScriptName(const QString& name) { Q_EMIT updateNovaScriptName(name); }
+
+Q_SIGNALS:
+    void widgetAdded(Kestrel::UI::Dock* dock, QWidget* widget);
+    void widgetRemoved(Kestrel::UI::Dock* dock, QWidget* widget);
+    void widgetActivated(Kestrel::UI::Dock* dock, QWidget* widget);
+    void updateNovaScriptName(QString name);
+
+public Q_SLOTS:
+    /** Focuses the next pane that has a page, round and round. Nothing without a focused pane. */
+    void nextDock();
+    void prevDock();
+    /** Goes to the next tab, after the last one to the first of the next pane. */
+    void nextTab();
+    void prevTab();
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+
+private Q_SLOTS:
+    void focusChanged(QWidget* old, QWidget* now);
+
+private:
+    friend class Dock;
+    friend class DockWindow;
+    friend class DockLayoutBuilder;
+    friend QString checkSanity(const DockMainWindow& workspace);
+
+    QAction* newAction(const QString& text, const char* id, void (DockMainWindow::*slot)());
+    QList<DockWindow*> windows() const;
+    void addFloatingDock(DockWindow* window);
+    void removeFloatingDock(DockWindow* window);
+    /** Focuses the next pane with a page, `step` panes on; returns it. */
+    Dock* walkFocus(int step);
+    void rebuildLayoutIds();
+    DockArrangeMenu* arrangeMenu();
+
+    QList<DockWindow*> m_floatingWindows;
+    QStringList m_layoutIds;
+    bool m_hideSingleTabs = false;
+    bool m_hasPanelMenu = true;
+    bool m_splitPanelsByDragging = false;
+    bool m_highlightCurrentTab = false;
+    bool m_tabsAreClosable = false;
+    QString m_focusPage;
+    QSet<Dock*> m_docks; // every pane of this controller, in the tree or not
+    std::unique_ptr<DockArrangeMenu> m_arrangeMenu;
+    bool m_restoring = false;
+};
+
+} // namespace Kestrel::UI

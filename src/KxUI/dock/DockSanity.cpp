@@ -1,0 +1,104 @@
+#include <KxUI/dock/DockSanity_p.h>
+
+#include <KxUI/dock/DockDrag_p.h>
+#include <KxUI/dock/DockMainWindow.h>
+#include <KxUI/dock/DockSplitter.h>
+#include <KxUI/dock/DockTabBar.h>
+#include <KxUI/dock/DockTreeEdit_p.h>
+
+#include <QSet>
+#include <QStackedWidget>
+
+namespace Kestrel::UI {
+
+namespace {
+
+class Inspector {
+public:
+    explicit Inspector(const DockMainWindow& workspace)
+        : m_workspace(workspace) {}
+
+    QString inspectWindow(const DockWindow& window) {
+        if (window.controller() != &m_workspace)
+            return QStringLiteral("a window has another controller");
+        if (window.isFloating() != (&window != &m_workspace))
+            return QStringLiteral("the floating flag of a window is wrong");
+        const DockSplitter* root = window.rootSplitter();
+        if (!root || root != window.centralWidget())
+            return QStringLiteral("the root splitter is not the central widget");
+        return inspectBranch(*root, true);
+    }
+
+    QString inspectDrag() const {
+        const DockDragSession& drag = DockDragSession::instance();
+        if (!drag.isActive())
+            return drag.hoverWidget() ? QStringLiteral("a drop indicator without a drag")
+                                      : QString();
+        if (!drag.page() || !drag.source() || !drag.controller())
+            return QStringLiteral("a drag lost its page, its source or its workspace");
+        if (drag.page()->parentWidget() || m_pages.contains(drag.page()))
+            return QStringLiteral("a dragged page is still in a pane");
+        return {};
+    }
+
+private:
+    QString inspectBranch(const DockSplitter& splitter, bool isRoot) {
+        if (splitter.count() == 0 && !isRoot)
+            return QStringLiteral("an empty splitter inside the tree");
+        for (int i = 0; i < splitter.count(); ++i) {
+            const QWidget* child = splitter.widget(i);
+            if (child->parentWidget() != &splitter)
+                return QStringLiteral("a child of a splitter has another parent");
+            QString trouble;
+            if (const auto* branch = qobject_cast<const DockSplitter*>(child))
+                trouble = inspectBranch(*branch, false);
+            else if (const auto* dock = qobject_cast<const Dock*>(child))
+                trouble = inspectPane(*dock);
+            if (!trouble.isEmpty())
+                return trouble;
+        }
+        return {};
+    }
+
+    QString inspectPane(const Dock& dock) {
+        if (dock.controller() != &m_workspace)
+            return QStringLiteral("a pane has another controller");
+        const DockTabBar* strip = dock.tabBar();
+        const QStackedWidget* stack = dock.stack();
+        if (strip->count() != stack->count())
+            return QStringLiteral("%1 tabs for %2 pages").arg(strip->count()).arg(stack->count());
+        if (strip->currentIndex() != stack->currentIndex())
+            return QStringLiteral("the current tab is not the current page");
+        for (int i = 0; i < stack->count(); ++i) {
+            const QWidget* page = stack->widget(i);
+            if (strip->tabData(i).value<QObject*>() != page)
+                return QStringLiteral("a tab names another page");
+            if (page->parentWidget() != stack)
+                return QStringLiteral("a page has another parent than its stack");
+            if (m_pages.contains(page))
+                return QStringLiteral("a page is in two places");
+            m_pages.insert(page);
+        }
+        if (dock.focusProxy() && !isInside(&dock, dock.focusProxy()))
+            return QStringLiteral("the focus of a pane lies outside it");
+        return {};
+    }
+
+    const DockMainWindow& m_workspace;
+    QSet<const QWidget*> m_pages;
+};
+
+} // namespace
+
+QString checkSanity(const DockMainWindow& workspace) {
+    Inspector inspector(workspace);
+    const auto windows = workspace.windows();
+    for (const DockWindow* window : windows) {
+        const QString trouble = inspector.inspectWindow(*window);
+        if (!trouble.isEmpty())
+            return trouble;
+    }
+    return inspector.inspectDrag();
+}
+
+} // namespace Kestrel::UI

@@ -1,0 +1,93 @@
+#include <KxUI/dock/DockSplitter.h>
+
+#include <KxUI/dock/DockTreeEdit_p.h>
+
+#include <QApplication>
+#include <QEvent>
+
+namespace Kestrel::UI {
+
+namespace {
+
+int runningEdits = 0;
+
+} // namespace
+
+DockTreeEdit::DockTreeEdit() {
+    ++runningEdits;
+}
+
+DockTreeEdit::~DockTreeEdit() {
+    --runningEdits;
+}
+
+bool DockTreeEdit::isRunning() {
+    return runningEdits > 0;
+}
+
+FocusKeeper::FocusKeeper(const QWidget* subtree) {
+    QWidget* focus = QApplication::focusWidget();
+    if (isInside(subtree, focus))
+        m_focus = focus;
+}
+
+FocusKeeper::~FocusKeeper() {
+    if (m_focus && !m_focus->hasFocus() && m_focus->isVisible())
+        m_focus->setFocus(Qt::OtherFocusReason);
+}
+
+bool isInside(const QWidget* ancestor, const QWidget* widget) {
+    for (; widget; widget = widget->parentWidget()) {
+        if (widget == ancestor)
+            return true;
+    }
+    return false;
+}
+
+DockSplitter::DockSplitter(Qt::Orientation orientation)
+    : QSplitter(orientation) {
+    setAttribute(Qt::WA_DeleteOnClose);
+    setAttribute(Qt::WA_QuitOnClose, false);
+}
+
+DockSplitter::~DockSplitter() = default;
+
+void DockSplitter::expand(int index) {
+    if (index == -1) {
+        if (!m_savedSizes.isEmpty() && m_savedSizes.size() == count())
+            setSizes(m_savedSizes);
+        m_savedSizes.clear();
+        return;
+    }
+    if (index < 0 || index >= count())
+        return;
+    if (m_savedSizes.size() != count())
+        m_savedSizes = sizes();
+    QList<int> expanded;
+    for (int i = 0; i < count(); ++i)
+        expanded.append(i == index ? 100 : 0);
+    setSizes(expanded);
+}
+
+QList<int> DockSplitter::realSizes() const {
+    // Children that came or went since the expansion make the kept sizes meaningless.
+    return m_savedSizes.size() == count() && !m_savedSizes.isEmpty() ? m_savedSizes : sizes();
+}
+
+void DockSplitter::updateDocks() {
+    const QWidget* parent = parentWidget();
+    if (count() > 0 || DockTreeEdit::isRunning() || !parent || parent == window())
+        return;
+    hide();
+    setParent(nullptr);
+    close();
+}
+
+bool DockSplitter::event(QEvent* event) {
+    const bool handled = QSplitter::event(event);
+    if (event->type() == QEvent::LayoutRequest || event->type() == QEvent::ChildRemoved)
+        updateDocks();
+    return handled;
+}
+
+} // namespace Kestrel::UI

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <KxUI/Export.h>
+
+#include <QPoint>
+#include <QTabBar>
+
+#include <memory>
+
+class QStylePainter;
+
+namespace Kestrel::UI {
+
+class Dock;
+class DockTitleBar;
+class StripDrag;
+struct StripGeometry;
+
+/** The strip of tabs of a pane. A tab dragged along the strip changes its place; dragged out of the
+    title bar it leaves the pane and follows the mouse until it is dropped. Control with a press
+    floats the tab. GUI thread. */
+class KXUI_EXPORT DockTabBar : public QTabBar {
+    Q_OBJECT
+
+public:
+    DockTabBar(Dock* dock, DockTitleBar* titleBar);
+    ~DockTabBar() override;
+
+    Dock* dock() const { return m_dock; }
+
+public Q_SLOTS:
+    /** Tells whether the mouse is over the pane, which colours the current tab when the workspace
+        highlights it. */
+    void onMouseOverDock(bool on);
+
+protected:
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    StripGeometry geometryOfStrip() const;
+    void movePage(int from, int to);
+    void paintTab(int index, QStylePainter& painter);
+
+    Dock* m_dock;
+    DockTitleBar* m_titleBar;
+    std::unique_ptr<StripDrag> m_drag;
+    bool m_hover = false;
+};
+
+} // namespace Kestrel::UI

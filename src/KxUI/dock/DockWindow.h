@@ -1,0 +1,59 @@
+#pragma once
+
+#include <KxUI/Export.h>
+#include <KxUI/kit/SnappableWindow.h>
+
+#include <QMainWindow>
+#include <QVector>
+
+namespace Kestrel::UI {
+
+class Dock;
+class DockMainWindow;
+class DockSplitter;
+
+/** A window of the workspace: a tree of splitters with panes as its leaves. Floating windows are
+   tool windows above the main window; every window deletes itself when it is closed. GUI thread. */
+class KXUI_EXPORT DockWindow : public QMainWindow, public SnappableWindow {
+    Q_OBJECT
+
+public:
+    /** `controller` is borrowed; it is the window itself for the main window. `parent` owns the
+        window. */
+    DockWindow(DockMainWindow* controller, QWidget* parent);
+    ~DockWindow() override;
+
+    /** Adds a pane at the end of the root splitter. */
+    void addWidget(Dock* dock);
+
+    DockSplitter* rootSplitter() const { return m_rootSplitter; }
+
+    /** The workspace, null after `disconnectController`. */
+    DockMainWindow* controller() const { return m_controller; }
+
+    /** Whether the window is one of the controller's floating windows. */
+    bool isFloating() const { return m_floating; }
+
+    /** The first pane, depth-first, that has the pane id `id`, or one beginning with it when not
+        `exact`. Null when there is none, and for an empty id. */
+    Dock* findDockWithPaneID(const QString& id, bool exact) const;
+
+    /** The panes of this window, depth-first in the order of the splitters. */
+    QList<Dock*> panes() const;
+
+    /** Leaves the workspace: nothing is reported to it any more. */
+    void disconnectController();
+
+protected:
+    bool event(QEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
+
+private:
+    friend class DockMainWindow;
+
+    bool m_floating = false;
+    DockMainWindow* m_controller;
+    DockSplitter* m_rootSplitter;
+};
+
+} // namespace Kestrel::UI

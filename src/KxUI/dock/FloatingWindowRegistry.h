@@ -1,0 +1,33 @@
+#pragma once
+
+#include <KxUI/Export.h>
+
+#include <QList>
+#include <QObject>
+
+class QWidget;
+
+namespace Kestrel::UI {
+
+/** The floating windows that are alive. Windows are borrowed; one that is destroyed leaves by
+   itself. GUI thread. */
+class KXUI_EXPORT FloatingWindowRegistry : public QObject {
+    Q_OBJECT
+
+public:
+    explicit FloatingWindowRegistry(QObject* parent = nullptr);
+    ~FloatingWindowRegistry() override;
+
+    /** Adds a window; null and one that is listed already are ignored. */
+    void addWindow(QWidget* window);
+    void removeWindow(QWidget* window);
+    QList<QWidget*> windows() const { return m_windows; }
+
+public Q_SLOTS:
+    void windowDestroyed(QObject* window);
+
+private:
+    QList<QWidget*> m_windows;
+};
+
+} // namespace Kestrel::UI

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <KxUI/Export.h>
+#include <KxUI/dock/DockDropZone.h>
+
+#include <QWidget>
+
+namespace Kestrel::UI {
+
+/** The indicator of a drop: a translucent window over the target pane with a dashed outline around
+    the part that the drop would take. */
+class KXUI_EXPORT HoverWidget : public QWidget {
+    Q_OBJECT
+
+public:
+    HoverWidget();
+    ~HoverWidget() override;
+
+    DockDropZone zone() const { return m_zone; }
+    void setZone(DockDropZone zone);
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+
+private:
+    /** Desktops that do not blend windows would show a black sheet: only the outline is left. */
+    void updateShape();
+
+    DockDropZone m_zone = DropCentre;
+};
+
+} // namespace Kestrel::UI

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <KxUI/Export.h>
+
+#include <QPushButton>
+
+namespace Kestrel::UI {
+
+class DockTitleBar;
+
+/** A small flat button in the title bar of a pane: its icon and 2 pixels around it. */
+class KXUI_EXPORT TitleBarButton : public QPushButton {
+    Q_OBJECT
+
+public:
+    explicit TitleBarButton(DockTitleBar* titleBar);
+    ~TitleBarButton() override;
+
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override { return sizeHint(); }
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+};
+
+} // namespace Kestrel::UI

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <KxUI/Export.h>
+
+#include <QRect>
+
+namespace Kestrel::UI {
+
+/** What a WidgetTracker knows of a widget. */
+class KXUI_EXPORT TrackedWidget {
+public:
+    TrackedWidget() = default;
+    /** `rect` is the frame rectangle at registration; `save` also stores the place in the settings;
+        `tolerance` in pixels. */
+    TrackedWidget(const QRect& rect, bool save, int tolerance = 10)
+        : m_rect(rect)
+        , m_save(save)
+        , m_tolerance(tolerance) {}
+
+    QRect rect() const { return m_rect; }
+    bool save() const { return m_save; }
+    int tolerance() const { return m_tolerance; }
+
+    /** Whether `rect` is not inside the stored rectangle shifted right and down by the tolerance.
+        Shifted, not grown: a widget that did not move at all counts as moved, on purpose. */
+    bool hasMoved(const QRect& rect) const {
+        return !m_rect.translated(m_tolerance, m_tolerance).contains(rect);
+    }
+
+private:
+    QRect m_rect;
+    bool m_save = false;
+    int m_tolerance = 10;
+};
+
+} // namespace Kestrel::UI

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <KxUI/Export.h>
+
+#include <QObject>
+
+class QCloseEvent;
+class QHideEvent;
+class QMoveEvent;
+class QResizeEvent;
+
+namespace Kestrel::UI {
+
+/** Tells by signals when the widgets it is installed on move, change size, hide or are asked to
+    close. Lets every event through. GUI thread. */
+class KXUI_EXPORT WidgetMonitorEventFilter : public QObject {
+    Q_OBJECT
+
+public:
+    explicit WidgetMonitorEventFilter(QObject* parent = nullptr);
+    ~WidgetMonitorEventFilter() override;
+
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+Q_SIGNALS:
+    void moveEvent(QObject* object, QMoveEvent* event);
+    void resizeEvent(QObject* object, QResizeEvent* event);
+    void hideEvent(QObject* object, QHideEvent* event);
+    void closeEvent(QObject* object, QCloseEvent* event);
+};
+
+} // namespace Kestrel::UI

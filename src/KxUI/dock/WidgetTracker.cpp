@@ -1,0 +1,124 @@
+#include <KxUI/dock/WidgetTracker.h>
+
+#include <KxUI/dock/WidgetMonitorEventFilter.h>
+#include <KxUI/kit/WindowPlacement.h>
+#include <KxUI/settings/AppSettings.h>
+
+#include <QCoreApplication>
+#include <QPointer>
+#include <QSplitter>
+#include <QWidget>
+
+namespace Kestrel::UI {
+
+namespace {
+
+WidgetMonitorEventFilter& monitor() {
+    static QPointer<WidgetMonitorEventFilter> instance;
+    if (!instance)
+        instance = new WidgetMonitorEventFilter(QCoreApplication::instance());
+    return *instance;
+}
+
+/** The splitters whose state is kept with the widget: named, and not like the widget, whose name is
+    the key of its rectangle. */
+QList<QSplitter*> rememberedSplitters(const QWidget* widget) {
+    QList<QSplitter*> splitters = widget->findChildren<QSplitter*>();
+    for (int i = splitters.size() - 1; i >= 0; --i) {
+        const QString name = splitters.at(i)->objectName();
+        if (name.isEmpty() || name == widget->objectName())
+            splitters.removeAt(i);
+    }
+    return splitters;
+}
+
+void placeAt(QWidget* widget, const QRect& rect) {
+    const QRect place = WindowPlacement::PulledBack(rect, WindowPlacement::AvailableAreas());
+    widget->resize(place.size());
+    widget->move(place.topLeft());
+}
+
+} // namespace
+
+WidgetTracker::WidgetTracker(QObject* parent)
+    : QObject(parent) {}
+
+WidgetTracker::~WidgetTracker() = default;
+
+void WidgetTracker::registerWidget(QWidget* widget, bool save) {
+    m_trackedWidgets.insert(widget->objectName(), TrackedWidget(widget->frameGeometry(), save));
+    WidgetMonitorEventFilter& events = monitor();
+    if (!m_listens) {
+        m_listens = true;
+        connect(&events, &WidgetMonitorEventFilter::closeEvent, this, &WidgetTracker::onCloseEvent);
+        connect(&events, &WidgetMonitorEventFilter::hideEvent, this, &WidgetTracker::onHideEvent);
+    }
+    widget->installEventFilter(&events);
+}
+
+void WidgetTracker::unregisterWidget(QWidget* widget) {
+    // The monitor stays on the widget: another tracker may listen to it.
+    m_trackedWidgets.remove(widget->objectName());
+}
+
+void WidgetTracker::clearRegisteredWidgets() {
+    m_trackedWidgets.clear();
+}
+
+bool WidgetTracker::restoreWidget(QWidget* widget) {
+    const QString name = widget->objectName();
+    if (name.isEmpty())
+        return false;
+    const AppSettings settings;
+    const QRect rect = settings.value(name).toRect();
+    if (!rect.isValid())
+        return moveWidgetToRegisteredRect(widget);
+
+    placeAt(widget, rect);
+    WindowPlacement::MoveAside(widget);
+    const auto splitters = rememberedSplitters(widget);
+    for (QSplitter* splitter : splitters) {
+        const QByteArray state = settings.value(splitter->objectName()).toByteArray();
+        if (!state.isNull())
+            splitter->restoreState(state);
+    }
+    return true;
+}
+
+void WidgetTracker::registerWidgetRect(QWidget* widget) {
+    if (!widget->objectName().isEmpty())
+        m_registeredRects.insert(widget->objectName(), QRect(widget->pos(), widget->size()));
+}
+
+void WidgetTracker::saveWidgetLocation(QObject* object) {
+    auto* widget = qobject_cast<QWidget*>(object);
+    if (!widget || widget->objectName().isEmpty())
+        return;
+    const auto tracked = m_trackedWidgets.constFind(widget->objectName());
+    if (tracked == m_trackedWidgets.constEnd())
+        return;
+    if (tracked->save()) {
+        AppSettings settings;
+        settings.setValue(widget->objectName(), QRect(widget->pos(), widget->size()));
+        const auto splitters = rememberedSplitters(widget);
+        for (const QSplitter* splitter : splitters)
+            settings.setValue(splitter->objectName(), splitter->saveState());
+    }
+    registerWidgetRect(widget);
+}
+
+bool WidgetTracker::moveWidgetToRegisteredRect(QWidget* widget) {
+    const auto rect = m_registeredRects.constFind(widget->objectName());
+    if (widget->objectName().isEmpty() || rect == m_registeredRects.constEnd())
+        return false;
+    placeAt(widget, *rect);
+    return true;
+}
+
+void WidgetTracker::onCloseEvent(QObject* object, QCloseEvent*) {
+    saveWidgetLocation(object);
+}
+
+void WidgetTracker::onHideEvent(QObject*, QHideEvent*) {}
+
+} // namespace Kestrel::UI

@@ -1,0 +1,16 @@
+#include <KxUI/kit/FloatingWindowStyle.h>
+
+#include <QWidget>
+
+namespace Kestrel::UI {
+
+void FloatingWindowStyle::Apply(QWidget* window, QWidget* parent) {
+    const Qt::WindowFlags flags = Qt::Tool | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
+                                  Qt::WindowSystemMenuHint | Qt::WindowMinMaxButtonsHint |
+                                  Qt::WindowCloseButtonHint;
+    // Through setParent, so that a window made without a parent still floats above the given one.
+    window->setParent(parent, flags);
+    window->setAttribute(Qt::WA_QuitOnClose, false);
+}
+
+} // namespace Kestrel::UI

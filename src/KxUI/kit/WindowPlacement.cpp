@@ -1,0 +1,107 @@
+#include <KxUI/kit/WindowPlacement.h>
+
+#include <QApplication>
+#include <QScreen>
+#include <QWidget>
+
+#include <algorithm>
+
+namespace Kestrel::UI {
+
+namespace {
+
+constexpr int GraspableSide = 32; // what must be seen of a window for the user to take hold of it
+constexpr int Step = 24;
+
+bool isGraspable(const QRect& window, const QRect& area) {
+    const QRect seen = window.intersected(area);
+    return seen.width() >= std::min(GraspableSide, window.width()) &&
+           seen.height() >= std::min(GraspableSide, window.height()) && !seen.isEmpty();
+}
+
+QRect movedInto(QRect window, const QRect& area) {
+    window.setSize(window.size().boundedTo(area.size()));
+    window.moveLeft(
+        std::max(area.left(), std::min(window.left(), area.right() + 1 - window.width())));
+    window.moveTop(
+        std::max(area.top(), std::min(window.top(), area.bottom() + 1 - window.height())));
+    return window;
+}
+
+} // namespace
+
+QVector<QRect> WindowPlacement::AvailableAreas() {
+    QVector<QRect> areas;
+    const auto screens = QGuiApplication::screens();
+    for (const QScreen* screen : screens)
+        areas.append(screen->availableGeometry());
+    return areas;
+}
+
+QRect WindowPlacement::PulledBack(const QRect& window, const QVector<QRect>& areas) {
+    const auto graspable = [&](const QRect& area) { return isGraspable(window, area); };
+    if (areas.isEmpty() || std::any_of(areas.begin(), areas.end(), graspable))
+        return window;
+    return movedInto(window, areas.first());
+}
+
+QPoint WindowPlacement::PositionAside(const QRect& window, const QVector<QRect>& others,
+                                      const QRect& avoid, const QVector<QRect>& areas) {
+    const auto obscures = [&](const QRect& place) {
+        return (!avoid.isNull() && place.intersects(avoid)) ||
+               std::any_of(others.begin(), others.end(),
+                           [&](const QRect& other) { return place.contains(other); });
+    };
+    if (!obscures(window))
+        return window.topLeft();
+
+    const auto home = std::find_if(areas.begin(), areas.end(), [&](const QRect& area) {
+        return area.contains(window.center());
+    });
+    if (home == areas.end())
+        return window.topLeft();
+
+    QVector<QPoint> candidates;
+    for (int i = 1; i <= 8; ++i)
+        candidates.append(window.topLeft() + QPoint(i * Step, i * Step));
+    QVector<QRect> obstacles = others;
+    if (!avoid.isNull())
+        obstacles.prepend(avoid);
+    for (const QRect& obstacle : qAsConst(obstacles)) {
+        candidates << QPoint(obstacle.right() + 1, window.top())
+                   << QPoint(obstacle.left() - window.width(), window.top())
+                   << QPoint(window.left(), obstacle.bottom() + 1)
+                   << QPoint(window.left(), obstacle.top() - window.height());
+    }
+    for (const QPoint& candidate : qAsConst(candidates)) {
+        const QRect place(candidate, window.size());
+        if (home->contains(place) && !obscures(place))
+            return candidate;
+    }
+    return window.topLeft();
+}
+
+bool WindowPlacement::MoveAside(QWidget* window, const QWidget* avoid) {
+    const QRect frame = window->frameGeometry();
+    const QVector<QRect> areas = AvailableAreas();
+    QRect place = PulledBack(frame, areas);
+
+    QVector<QRect> others;
+    const auto windows = QApplication::topLevelWidgets();
+    for (const QWidget* other : windows) {
+        const bool isFurniture = other->windowType() == Qt::Popup ||
+                                 other->windowType() == Qt::ToolTip ||
+                                 other->windowType() == Qt::Desktop;
+        if (other != window && other->isVisible() && !other->isMinimized() && !isFurniture)
+            others.append(other->frameGeometry());
+    }
+    const QRect avoided = avoid ? QRect(avoid->mapToGlobal(QPoint()), avoid->size()) : QRect();
+    place.moveTopLeft(PositionAside(place, others, avoided, areas));
+    if (place == frame)
+        return false;
+    window->resize(window->size() - (frame.size() - place.size()));
+    window->move(place.topLeft());
+    return true;
+}
+
+} // namespace Kestrel::UI
