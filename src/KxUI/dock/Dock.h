@@ -175,6 +175,7 @@ protected:
 private:
     friend class DockMainWindow;
     friend class DockDragSession;
+    friend class DockLayoutBuilder;
 
     QMenu* createMenu();
     void createTitleButtons();

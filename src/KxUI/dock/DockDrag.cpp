@@ -1,6 +1,7 @@
 #include <KxUI/dock/DockDrag_p.h>
 
 #include <KxUI/dock/Dock.h>
+#include <KxUI/dock/DockGeometry_p.h>
 #include <KxUI/dock/DockMainWindow.h>
 #include <KxUI/dock/DockTabBar.h>
 #include <KxUI/dock/DockTreeEdit_p.h>
@@ -280,9 +281,13 @@ void DockDragSession::forget(const DockMainWindow* controller) {
     }
 }
 
-HoverWidget* DockDragSession::hoverWidget() const { return m_hoverWidget; }
+HoverWidget* DockDragSession::hoverWidget() const {
+    return m_hoverWidget;
+}
 
-void DockDragSession::setHoverWidget(HoverWidget* widget) { m_hoverWidget = widget; }
+void DockDragSession::setHoverWidget(HoverWidget* widget) {
+    m_hoverWidget = widget;
+}
 
 bool DockDragSession::eventFilter(QObject* watched, QEvent* event) {
     if (m_active &&

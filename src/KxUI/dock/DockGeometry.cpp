@@ -30,7 +30,7 @@ PaneLayout layOutPane(const PaneMetrics& m) {
             pane.width() >= 2 * m.margin + m.closeHint.width() + m.floatHint.width() + menuSpace;
         const QRect title(0, 0, pane.width(), height);
         const auto place = [&](const QSize& size) {
-            const QRect button(QPoint(right - m.margin - size.width() + 1,
+            const QRect button(QPoint(right - m.margin - size.width(),
                                       title.top() + (title.height() - size.height()) / 2),
                                size);
             right -= size.width() + 1;

@@ -206,8 +206,9 @@ LayoutReading readLayout(QIODevice* device) {
     if (document.size() > MaxLayoutBytes) {
         LayoutReading refused;
         refused.error.reason = DockMainWindow::tr("The layout is larger than 64 MiB.");
+        document.truncate(int(MaxLayoutBytes));
         refused.error.line = document.count('\n') + 1;
-        refused.error.column = document.size() - 1 - (document.lastIndexOf('\n') + 1);
+        refused.error.column = document.size() - (document.lastIndexOf('\n') + 1);
         return refused;
     }
     return Reader(document).read();

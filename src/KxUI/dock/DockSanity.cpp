@@ -8,6 +8,7 @@
 
 #include <QSet>
 #include <QStackedWidget>
+#include <QVariant>
 
 namespace Kestrel::UI {
 

@@ -50,6 +50,7 @@ protected:
 
 private:
     friend class DockMainWindow;
+    friend class DockLayoutBuilder;
 
     bool m_floating = false;
     DockMainWindow* m_controller;

@@ -2,6 +2,7 @@
 
 #include <KxUI/dock/DockTitleBar.h>
 
+#include <QMenu>
 #include <QStyle>
 #include <QStyleOptionToolButton>
 #include <QStylePainter>

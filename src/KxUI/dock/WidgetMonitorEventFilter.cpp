@@ -1,7 +1,5 @@
 #include <KxUI/dock/WidgetMonitorEventFilter.h>
 
-#include <QCloseEvent>
-
 namespace Kestrel::UI {
 
 WidgetMonitorEventFilter::WidgetMonitorEventFilter(QObject* parent)

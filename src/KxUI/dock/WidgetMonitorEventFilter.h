@@ -2,12 +2,8 @@
 
 #include <KxUI/Export.h>
 
+#include <QCloseEvent>
 #include <QObject>
-
-class QCloseEvent;
-class QHideEvent;
-class QMoveEvent;
-class QResizeEvent;
 
 namespace Kestrel::UI {
 

@@ -3,13 +3,12 @@
 #include <KxUI/Export.h>
 #include <KxUI/dock/TrackedWidget.h>
 
+#include <QCloseEvent>
 #include <QMap>
 #include <QObject>
 #include <QRect>
 #include <QString>
 
-class QCloseEvent;
-class QHideEvent;
 class QWidget;
 
 namespace Kestrel::UI {

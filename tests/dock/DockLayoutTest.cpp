@@ -1,0 +1,432 @@
+#include "Workspace.h"
+
+#include <KxUI/dock/DockGeometry_p.h>
+#include <KxUI/dock/DockLayout_p.h>
+#include <KxUI/dock/DockPlaceHolder.h>
+
+#include <support/TestRegistry.h>
+
+#include <QApplication>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QTimer>
+
+Q_DECLARE_METATYPE(Kestrel::UI::SavedWindow)
+
+using namespace Kestrel::UI;
+using namespace Kestrel::Test;
+
+namespace {
+
+const char* const Example = R"(<?xml version="1.0" encoding="UTF-8"?>
+<layout version="1.0">
+    <window x="10" y="20" w="700" h="500" screen="0">
+        <splitter orientation="1">
+            <split size="300"/>
+            <dock id="dock1" activePageId="b">
+                <page id="a" layout="zoom=2"/>
+                <page id="b"/>
+            </dock>
+            <split size="396" stretch="1"/>
+            <splitter orientation="2">
+                <split size="200"/>
+                <dock id="dock2" hideTitles="1" activePageId="c">
+                    <page id="c"/>
+                </dock>
+                <split size="296"/>
+                <dock id="dock3"/>
+            </splitter>
+        </splitter>
+    </window>
+    <window x="40" y="50" w="200" h="150" screen="0">
+        <splitter orientation="2">
+            <split size="150"/>
+            <dock id="" activePageId="d">
+                <page id="d"/>
+            </dock>
+        </splitter>
+    </window>
+</layout>
+)";
+
+/** For a comparison that names the first line that differs. Which pane has the focus depends on
+   what window is active. */
+QStringList lines(QByteArray document) {
+    return QString(document.replace(" focus=\"true\"", "")).split('\n');
+}
+
+QByteArray wrapped(const QByteArray& contents) {
+    return "<layout version=\"1.0\"><window x=\"0\" y=\"0\" w=\"400\" h=\"300\" screen=\"0\">" +
+           contents + "</window></layout>";
+}
+
+LayoutReading parsed(QByteArray document) {
+    QBuffer buffer(&document);
+    buffer.open(QIODevice::ReadOnly);
+    return readLayout(&buffer);
+}
+
+/** A restore that fails shows a box; answers it and returns its text. */
+QString boxText(const std::function<void()>& action) {
+    QString text;
+    QTimer timer;
+    timer.setInterval(10);
+    QObject::connect(&timer, &QTimer::timeout, [&] {
+        if (auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget())) {
+            text = box->windowTitle() + "|" + box->text();
+            box->button(QMessageBox::Ok)->click();
+        }
+    });
+    timer.start();
+    action();
+    return text;
+}
+
+} // namespace
+
+class DockLayoutTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void theStatedFormComesBackByteForByte() {
+        Workspace workspace;
+        show(workspace);
+        QVERIFY(workspace.restored(Example));
+        settle();
+        SANE(workspace);
+        QCOMPARE(lines(workspace.saved()), lines(Example));
+        QCOMPARE(workspace.page("a")->m_layoutState, QString("zoom=2"));
+        QVERIFY(!workspace.docks().at(1)->titleVisible());
+        QVERIFY(workspace.isInLayout("dock3"));
+        QVERIFY(!workspace.isInLayout("e"));
+        QCOMPARE(workspace.docks().first()->paneIDs(), QStringList({"a", "b"}));
+    }
+
+    void unknownThingsAreSkipped() {
+        QByteArray document = Example;
+        document.replace(
+            "<split size=\"300\"/>",
+            "<tray><dock id=\"no\"><page/></dock></tray><split size=\"300\" x=\"y\"/>");
+        document.replace("<page id=\"b\"/>",
+                         "<note/><page id=\"b\"><dock/></page><page id=\"none\"/>");
+        Workspace workspace;
+        show(workspace);
+        QVERIFY(workspace.restored(document));
+        settle();
+        QCOMPARE(lines(workspace.saved()), lines(Example));
+    }
+
+    void savingAgainAndAgainChangesNothing() {
+        Workspace workspace;
+        show(workspace);
+        QVERIFY(workspace.restored(Example));
+        settle();
+        const QByteArray first = workspace.saved();
+        for (int i = 0; i < 10; ++i) {
+            QVERIFY(i % 2 ? workspace.restored(first) : workspace.wholeRestored(first));
+            settle();
+            const int widgets = QApplication::allWidgets().size();
+            QCOMPARE(lines(workspace.saved()), lines(first));
+            QVERIFY(workspace.wholeRestored(first));
+            settle();
+            QCOMPARE(QApplication::allWidgets().size(), widgets);
+            SANE(workspace);
+        }
+        QCOMPARE(workspace.floatingWindows().size(), 1);
+    }
+
+    void chainsAndExpansionsAreSavedPlain() {
+        Workspace workspace;
+        Dock* left = workspace.pane({"a"});
+        show(workspace);
+        Dock* right = left->split(Qt::Horizontal, false);
+        right->addWidget(workspace.page("b"), true, false);
+        const QByteArray plain = workspace.saved();
+        right->setExpanded(true);
+        QCOMPARE(workspace.saved(), plain);
+        right->setExpanded(false);
+
+        auto* chain = new DockSplitter(Qt::Vertical);
+        auto* inner = new DockSplitter(Qt::Horizontal);
+        chain->addWidget(inner);
+        inner->addWidget(left);
+        inner->addWidget(right);
+        workspace.rootSplitter()->addWidget(chain);
+        settle();
+        QCOMPARE(workspace.saved().count("<splitter"), 1);
+        SANE(workspace);
+    }
+
+    void unwritableTextIsReplaced() {
+        Workspace workspace;
+        Page* page = workspace.page(QString("tab\t&<") + QChar(1) + QChar(0xD800) + QChar(0xFFFF));
+        page->m_layoutState = QString(QChar(0xDC00)) + "x" + QString::fromUcs4(U"\U0001F600", 1);
+        Dock* dock = workspace.pane({});
+        dock->addWidget(page, true, false);
+        const LayoutReading reading = parsed(workspace.saved());
+        QVERIFY(!reading.error);
+        const auto& splitter = reading.layout.windows.front().splitters.front();
+        const auto& pane = std::get<LayoutPane>(splitter.children.front().value);
+        const QString bad(QChar::ReplacementCharacter);
+        QCOMPARE(pane.pages.first().id, "tab\t&<" + bad + bad + bad);
+        QCOMPARE(pane.pages.first().state, bad + "x" + QString::fromUcs4(U"\U0001F600", 1));
+
+        QBuffer closed;
+        QTest::ignoreMessage(QtWarningMsg, "QIODevice::write (QBuffer): device not open");
+        QVERIFY(!writeLayout(&closed, Layout()));
+    }
+
+    void focusIsMarkedAndRead() {
+        Workspace workspace;
+        workspace.pane({"a"});
+        workspace.pane({"b"});
+        QBuffer buffer;
+        buffer.open(QIODevice::ReadWrite);
+        QVERIFY(workspace.saveLayout(&buffer, workspace.page("b")));
+        QCOMPARE(buffer.data().count("focus=\"true\""), 1);
+        buffer.seek(0);
+        QVERIFY(DockMainWindow::IsLayoutValid(&buffer));
+        QCOMPARE(buffer.pos(), qint64(0));
+        QVERIFY(workspace.restoreLayout(&buffer, true));
+        QCOMPARE(workspace.getFocusPage(), QString("b"));
+    }
+
+    void refused_data() {
+        QTest::addColumn<QByteArray>("document");
+        QTest::addColumn<QString>("reason");
+        QTest::newRow("nothing") << QByteArray() << "Premature end of document.";
+        QTest::newRow("other root") << QByteArray("<scene version=\"1.0\"/>")
+                                    << "The file is not a Kestrel panel layout version 1.0 file.";
+        QTest::newRow("other version")
+            << QByteArray("<layout version=\"2.0\"/>")
+            << "The file is not a Kestrel panel layout version 1.0 file.";
+        QTest::newRow("cut") << QByteArray(Example).left(300) << "Premature end of document.";
+        QTest::newRow("doctype") << QByteArray("<!DOCTYPE layout [<!ENTITY a \"b\">]>") +
+                                        wrapped("")
+                                 << "A layout cannot have a document type declaration.";
+        QTest::newRow("nesting") << wrapped(QByteArray("<splitter>").repeated(101) +
+                                            QByteArray("</splitter>").repeated(101))
+                                 << "The layout has too many nested splitters.";
+        QTest::newRow("strange nesting") << wrapped(QByteArray("<a>").repeated(1001))
+                                         << "The layout has too many nested elements.";
+        QTest::newRow("panes") << wrapped("<splitter>" + QByteArray("<dock/>").repeated(10001) +
+                                          "</splitter>")
+                               << "The layout has too many elements.";
+        QTest::newRow("windows") << "<layout version=\"1.0\">" +
+                                        QByteArray("<window/>").repeated(10001) + "</layout>"
+                                 << "The layout has too many elements.";
+        QTest::newRow("size") << QByteArray(int(MaxLayoutBytes) + 1, '\n')
+                              << "The layout is larger than 64 MiB.";
+    }
+    void refused() {
+        QFETCH(QByteArray, document);
+        Workspace workspace;
+        workspace.pane({"a", "b"});
+        workspace.addNewFloatingDock(workspace.page("c"));
+        const QByteArray before = workspace.saved();
+        DockLayoutError error;
+        QVERIFY(!workspace.wholeRestored(document, &error));
+        QTEST(error.reason, "reason");
+        QVERIFY(error.line > 0 && error.column >= 0);
+        QCOMPARE(workspace.saved(), before);
+        SANE(workspace);
+    }
+
+    void aFailedRestoreKeepsWhatItGot() {
+        Workspace workspace;
+        Dock* old = workspace.pane({"x"});
+        workspace.addNewFloatingDock(workspace.page("y"));
+        const QPointer<DockWindow> oldWindow(workspace.floatingWindows().first());
+        show(workspace);
+        const QByteArray cut =
+            QByteArray(Example).left(QByteArray(Example).indexOf("<dock id=\"dock3"));
+        bool restored = true;
+        const QString text = boxText([&] { restored = workspace.restored(cut); });
+        QVERIFY(!restored);
+        QCOMPARE(text, QString("Dock Layout|Parse error at line %1, column %2:\n%3")
+                           .arg(parsed(cut).error.line)
+                           .arg(parsed(cut).error.column)
+                           .arg("Premature end of document."));
+        settle();
+        QCOMPARE(workspace.docks().size(), 2);
+        QVERIFY(!old->isVisible());
+        QVERIFY(oldWindow && oldWindow->isVisible());
+        QVERIFY(workspace.floatingWindows().isEmpty());
+        SANE(workspace);
+        QWidget* oldRoot = old->window();
+        delete oldRoot;
+        delete oldWindow;
+    }
+
+    void oddNumbersAreClamped() {
+        Workspace workspace;
+        show(workspace);
+        QVERIFY(workspace.restored(
+            "<layout version=\"1.0\"><window x=\"99999999999\" y=\"-2147483648\" w=\"2147483647\" "
+            "h=\"-5\" screen=\"-7\"><splitter orientation=\"9\"><split size=\"2147483647\" "
+            "stretch=\"99999\"/><dock/><split size=\"2147483647\" stretch=\"-3\"/><dock/>"
+            "<split size=\"-1\"/></splitter></window></layout>"));
+        settle();
+        QCOMPARE(workspace.rootSplitter()->orientation(), Qt::Vertical);
+        QCOMPARE(workspace.rootSplitter()->widget(0)->sizePolicy().verticalStretch(), 255);
+        SANE(workspace);
+    }
+
+    void aWholeRestoreKeepsPages() {
+        Workspace workspace;
+        workspace.pane({"a", "extra"});
+        Dock* dock = workspace.pane({"c"});
+        DockWindow* window = dock->controller()->addNewFloatingDock(workspace.page("d"));
+        show(workspace);
+        const QPointer<DockWindow> oldWindow(window);
+        const QList<QWidget*> before = {workspace.page("a"), workspace.page("c"),
+                                        workspace.page("d"), workspace.page("extra")};
+        QSignalSpy removed(&workspace, &DockMainWindow::widgetRemoved);
+        workspace.m_created = 0;
+        // From inside a window that the restore takes away.
+        QTimer::singleShot(0, oldWindow, [&] { QVERIFY(workspace.wholeRestored(Example)); });
+        settle();
+        QVERIFY(!oldWindow);
+        QCOMPARE(workspace.m_created, 1);
+        QCOMPARE(removed.size(), 1);
+        QCOMPARE(lines(workspace.saved()), lines(Example));
+        for (QWidget* page : before)
+            QCOMPARE(workspace.m_pages[page->objectName()].data(), page);
+        QVERIFY(!workspace.page("extra")->parentWidget());
+        SANE(workspace);
+    }
+
+    void aPageNamedTwiceIsInOnePlace() {
+        Workspace workspace;
+        const QByteArray twice = wrapped(
+            "<splitter><dock><page id=\"a\"/></dock><dock><page id=\"a\"/></dock></splitter>");
+        QVERIFY(workspace.restored(twice));
+        SANE(workspace);
+        QVERIFY(workspace.wholeRestored(twice));
+        SANE(workspace);
+        QCOMPARE(workspace.docks().size(), 2);
+    }
+
+    void pagesMayRestoreAndDestroyWhileTheyAreMade() {
+        class Meddler : public Workspace {
+        public:
+            QWidget* createPage(QString& id) override {
+                if (id == "b")
+                    m_nested = restored(Example) || wholeRestored(Example);
+                QCoreApplication::processEvents();
+                if (id == "c")
+                    delete m_pages["a"];
+                return Workspace::createPage(id);
+            }
+            bool m_nested = false;
+        } workspace;
+        show(workspace);
+        QVERIFY(workspace.restored(Example));
+        QVERIFY(!workspace.m_nested);
+        settle();
+        SANE(workspace);
+        QCOMPARE(names(workspace.docks().first()), QStringList({"b"}));
+    }
+
+    void placeHoldersStandForUnknownPages() {
+        DockMainWindow workspace;
+        workspace.setAttribute(Qt::WA_DeleteOnClose, false);
+        QByteArray document = Example;
+        for (int i = 0; i < 3; ++i) {
+            QBuffer buffer(&document);
+            buffer.open(QIODevice::ReadOnly);
+            QVERIFY(workspace.restoreLayout(&buffer, false));
+            settle();
+        }
+        QCOMPARE(workspace.placeHolders().size(), 4);
+        const auto widgets = QApplication::allWidgets();
+        QCOMPARE(std::count_if(widgets.begin(), widgets.end(),
+                               [](QWidget* w) { return qobject_cast<DockPlaceHolder*>(w); }),
+                 4);
+    }
+
+    void windowsArePlanned_data() {
+        const QRect one(0, 20, 1000, 780);
+        const QRect two(1000, 0, 800, 600);
+        const QSize frame(4, 24);
+        const QSize none(0, 0);
+        QTest::addColumn<SavedWindow>("saved");
+        QTest::addColumn<bool>("fill");
+        QTest::addColumn<QVector<QRect>>("areas");
+        QTest::addColumn<QSize>("frame");
+        QTest::addColumn<QRect>("rect");
+        QTest::addColumn<bool>("fullScreen");
+        const auto row = [&](const char* name, const QRect& rect, int screen, bool maximized,
+                             bool fullScreen, bool fill, const QVector<QRect>& areas,
+                             const QSize& frameSize, const QRect& expected, bool fullExpected) {
+            QTest::newRow(name) << SavedWindow{rect, screen, maximized, fullScreen} << fill << areas
+                                << frameSize << expected << fullExpected;
+        };
+        const QVector<QRect> single = {one};
+        const QVector<QRect> both = {one, two};
+        const QRect small(50, 60, 300, 200);
+        row("as it was", small, 0, false, false, false, single, frame, small, false);
+        row("below the top bar", {50, 0, 300, 200}, 0, false, false, false, single, frame,
+            {50, 20, 300, 200}, false);
+        row("fills the screen", small, 0, false, false, true, single, frame, {0, 20, 996, 756},
+            false);
+        row("too tall and wide", {0, 20, 3000, 3000}, 0, false, false, false, single, frame,
+            {0, 20, 996, 756}, false);
+        row("only the frame too large", {0, 20, 998, 770}, 0, false, false, false, single, frame,
+            {0, 20, 996, 756}, false);
+        row("just fits", {0, 20, 996, 756}, 0, false, false, false, single, frame,
+            {0, 20, 996, 756}, false);
+        row("spans screens", {100, 20, 1500, 500}, 0, false, false, false, both, frame,
+            {100, 20, 1500, 500}, false);
+        row("maximized on one of two", {1000, 0, 1500, 900}, 1, true, false, false, both, frame,
+            {1000, 0, 796, 576}, false);
+        row("off to the right", {5000, 5000, 300, 200}, 0, false, false, false, single, none,
+            {700, 600, 300, 200}, false);
+        row("off to the left", {-5000, 100, 300, 200}, 0, false, false, false, single, none,
+            {0, 100, 300, 200}, false);
+        row("on the second", {1100, 50, 300, 200}, 1, false, false, false, both, frame,
+            {1100, 50, 300, 200}, false);
+        row("second gone", {1100, 50, 300, 200}, 1, false, false, false, single, none,
+            {700, 50, 300, 200}, false);
+        row("negative screen", small, -3, false, false, false, both, frame, small, false);
+        row("full screen", {0, 0, 1000, 800}, 0, false, true, false, single, frame,
+            {166, 150, 666, 520}, true);
+        row("full screen, screen gone", {1000, 0, 800, 600}, 1, false, true, false, single, frame,
+            {166, 150, 666, 520}, false);
+        row("nothing", {}, 0, false, false, false, single, frame, {0, 20, 0, 0}, false);
+        row("no screens", small, 0, false, true, false, {}, frame, small, false);
+    }
+    void windowsArePlanned() {
+        QFETCH(SavedWindow, saved);
+        QFETCH(bool, fill);
+        QFETCH(QVector<QRect>, areas);
+        QFETCH(QSize, frame);
+        const WindowPlan plan = planWindow(saved, fill, areas, frame);
+        QTEST(plan.rect, "rect");
+        QTEST(plan.fullScreen, "fullScreen");
+        if (!saved.fullScreen && !fill) {
+            saved.rect = plan.rect;
+            QCOMPARE(planWindow(saved, fill, areas, frame).rect, plan.rect);
+        }
+    }
+
+    void windowsDoNotDrift() {
+        Workspace workspace;
+        show(workspace);
+        QByteArray document = Example;
+        document.replace("w=\"700\" h=\"500\"", "w=\"5000\" h=\"5000\"");
+        document.replace("x=\"40\" y=\"50\"", "x=\"-900\" y=\"-90\" maximized=\"1\"");
+        QVERIFY(workspace.restored(document));
+        settle();
+        const QByteArray first = workspace.saved();
+        for (int i = 0; i < 5; ++i) {
+            QVERIFY(workspace.restored(workspace.saved()));
+            settle();
+            QCOMPARE(lines(workspace.saved()), lines(first));
+        }
+    }
+};
+
+KXUI_TEST(DockLayoutTest);
+#include "DockLayoutTest.moc"
