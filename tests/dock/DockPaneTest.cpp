@@ -280,7 +280,7 @@ private Q_SLOTS:
         QTest::newRow("crowded") << 100 << false << false << QRect(0, 0, 57, 24)
                                  << QRect(78, 2, 20, 20) << true;
         QTest::newRow("too narrow")
-            << 65 << true << false << QRect(22, 0, 0, 24) << QRect(40, 2, 20, 20) << false;
+            << 62 << true << false << QRect(22, 0, 0, 24) << QRect(40, 2, 20, 20) << false;
     }
     void layOut() {
         QFETCH(int, width);

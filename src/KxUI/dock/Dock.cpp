@@ -3,7 +3,6 @@
 #include <KxUI/dock/DockArrangeMenu_p.h>
 #include <KxUI/dock/DockDrag_p.h>
 #include <KxUI/dock/DockGeometry_p.h>
-#include <KxUI/dock/DockIcons_p.h>
 #include <KxUI/dock/DockMainWindow.h>
 #include <KxUI/dock/DockPlaceHolder.h>
 #include <KxUI/dock/DockSplitter.h>
@@ -14,6 +13,7 @@
 #include <KxUI/dock/HoverWidget.h>
 #include <KxUI/dock/TitleBarButton.h>
 #include <KxUI/kit/FullScreen.h>
+#include <KxUI/kit/IconFactory.h>
 #include <KxUI/kit/WindowSystem_p.h>
 
 #include <QApplication>
@@ -79,10 +79,10 @@ Dock::Dock(DockMainWindow* controller, DockWindow* parent)
 
 QMenu* Dock::createMenu() {
     auto* menu = new QMenu(tr("Panel"));
-    connect(menu->addAction(dockIcon(QStringLiteral(":/ui/qrc/images/HSplit.png")),
+    connect(menu->addAction(IconFactory::icon(QStringLiteral(":/ui/qrc/images/HSplit.png")),
                             tr("Split Vertical")),
             &QAction::triggered, this, &Dock::splitVertical);
-    connect(menu->addAction(dockIcon(QStringLiteral(":/ui/qrc/images/VSplit.png")),
+    connect(menu->addAction(IconFactory::icon(QStringLiteral(":/ui/qrc/images/VSplit.png")),
                             tr("Split Horizontal")),
             &QAction::triggered, this, &Dock::splitHorizontal);
     menu->addSeparator();
@@ -111,7 +111,7 @@ QMenu* Dock::createMenu() {
 void Dock::createTitleButtons() {
     if (m_controller && m_controller->hasPanelMenu()) {
         m_menuButton = new TitleBarButton(m_titleBar);
-        m_menuButton->setIcon(dockIcon(QStringLiteral(":/ui/qrc/images/PanelMenu.png")));
+        m_menuButton->setIcon(IconFactory::icon(QStringLiteral(":/ui/qrc/images/PanelMenu.png")));
         m_menuButton->setAccessibleName(m_menu->title());
         m_menuButton->setMenu(m_menu);
     }
