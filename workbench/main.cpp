@@ -77,7 +77,8 @@ int main(int argc, char** argv) {
                                                "--tour OUT saves pictures without one"));
     }
 #if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
-    QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
+    // The tour's pictures have exactly the scale that they name.
+    QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling, !tour);
     QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
 #endif
     QGuiApplication::setHighDpiScaleFactorRoundingPolicy(
