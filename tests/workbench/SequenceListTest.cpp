@@ -61,16 +61,16 @@ private slots:
         QTRY_VERIFY(model.isComplete());
         QCOMPARE(model.rowCount(), 5);
         QCOMPARE(cells(model, 0), (QStringList{"zz", "", "", ""}));
-        QCOMPARE(cells(model, 1),
+        const int gappy = model.rowOfFile("b.0003.exr");
+        QCOMPARE(cells(model, gappy),
                  (QStringList{"b.####.exr", QString::fromUtf8("1–10"), "6", "4.0 KiB"}));
-        QCOMPARE(model.rowOfFile("b.0003.exr"), 1);
         QCOMPARE(model.rowOfFile("b.0004x.exr"), -1);
 
         QVERIFY(panel.chooseFirst());
         QCOMPARE(chosen.count(), 1);
         const auto shot = chosen.takeFirst().at(0).value<Sequence>();
-        QCOMPARE(shot.members().size(), std::size_t(4));
-        QCOMPARE(shot.lastTime(), Time(10));
+        QCOMPARE(shot.members().size(), std::size_t(3)); // the first in natural order
+        QCOMPARE(shot.lastTime(), Time(11));
 
         panel.openFile(QFile::encodeName(folder.filePath(QString::fromUtf8("é a10.png"))));
         QCOMPARE(chosen.count(), 1);

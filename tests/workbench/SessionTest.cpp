@@ -83,7 +83,7 @@ private slots:
         QSignalSpy uncached(&session, &Session::frameUncached);
         session.open(m_shot, 1);
         QTRY_VERIFY(session.isSettled() && !session.isLoading());
-        QCOMPARE(session.cache().count(), std::size_t(2));
+        QCOMPARE(session.cache().pictureTimes().size(), std::size_t(2));
         session.model()->setCurrentTime(12);
         QVERIFY(session.isLoading());
         QVERIFY(session.shownFrame() && session.shownFrame()->time < 3);
