@@ -7,7 +7,8 @@
 #include <KxUI/time/TimeSliderColors_p.h>
 #include <KxUI/time/TimeSliderDrag_p.h>
 #include <KxUI/time/TimeSliderGeometry_p.h>
-#include <KxUI/time/TimeSliderStrip_p.h>
+#include <KxUI/time/TimeSliderIndicators_p.h>
+#include <KxUI/time/TimeSliderPainter_p.h>
 
 #include <QAccessible>
 #include <QApplication>
@@ -33,9 +34,8 @@ using Base::Time;
 using Geometry = TimeSliderGeometry;
 
 constexpr int FontPixels = 9;
-constexpr int PlayheadTextY = 12; // baseline of the labels of the playhead and the marks
-constexpr int PlayheadTop = 13;
-constexpr int PlayheadTip = 20;
+constexpr int HoverAlpha = 140;
+constexpr int DoublePlayheadAlpha = 100;
 constexpr int AutoScrollMilliseconds = 100;
 constexpr float WheelStep = 1.1F;
 constexpr float WheelStepBack = 0.9090909F;
@@ -58,49 +58,6 @@ Settings& settings() {
 QPointer<QLabel>& timePopup() {
     static QPointer<QLabel> popup;
     return popup;
-}
-
-qreal scaleOf(const QPainter& painter) {
-    const QTransform transform = painter.deviceTransform();
-    return qBound(0.1, std::hypot(transform.m11(), transform.m12()), 16.0);
-}
-
-// While it lives, the painter's coordinates are device pixels, so that edges fall between pixels
-// and images are copied rather than resampled at any scale.
-class DeviceSpace {
-public:
-    explicit DeviceSpace(QPainter& painter)
-        : m_painter(painter)
-        , m_scale(scaleOf(painter)) {
-        m_painter.save();
-        if (m_scale != 1)
-            m_painter.scale(1 / m_scale, 1 / m_scale);
-    }
-    ~DeviceSpace() { m_painter.restore(); }
-    Q_DISABLE_COPY(DeviceSpace)
-
-    int operator()(int pixels) const { return qRound(pixels * m_scale); }
-    QRect operator()(const QRect& rect) const {
-        const int left = (*this)(rect.x());
-        const int top = (*this)(rect.y());
-        return {left, top, (*this)(rect.x() + rect.width()) - left,
-                (*this)(rect.y() + rect.height()) - top};
-    }
-    int lineWidth() const { return std::max(qRound(m_scale), 1); }
-
-private:
-    QPainter& m_painter;
-    qreal m_scale;
-};
-
-struct CacheBar {
-    TimeSlider::FrameSet frames;
-    QColor color = QColor(74, 158, 92);
-    TimeSliderStrip strip;
-};
-
-bool isFrame(Time time) {
-    return time != InvalidTime && time != TimeSliderTime::Max; // the end of the last does not exist
 }
 
 } // namespace
@@ -132,12 +89,9 @@ struct TimeSlider::Private {
     TimeSliderColors colors;
     TimeGlyphs glyphs;
 
-    std::vector<CacheBar> cacheBars;
-    TimeSliderStrip keyFrames;
-    bool stripsStale = true;
-    bool stripUpdateQueued = false;
-    int dirtyColumn = 0;
-    int dirtyColumnEnd = 0;
+    TimeSliderIndicators indicators;
+    bool indicatorUpdateQueued = false;
+    TimeSliderColumns dirtyColumns;
 
     bool isMain() const { return (options & MainTransport) != 0; }
 
@@ -172,6 +126,8 @@ struct TimeSlider::Private {
     }
 
     TimeSliderRange playback() const {
+        if (!model)
+            return {};
         TimeSliderRange range{model->startTime(), model->endTime()};
         if (model->inOutLock() && model->inTime() != InvalidTime)
             range.first = model->inTime();
@@ -184,23 +140,10 @@ struct TimeSlider::Private {
         return formatter ? formatter->formatTime(time.time()) : QString();
     }
 
-    // In pixels of the widget, rounded up.
-    int textWidth(const QString& label) const { return qCeil(glyphs.width(label) / scale); }
-
-    int cacheBarY(std::size_t bar) const {
-        return Geometry::cacheBarY(static_cast<int>(bar), static_cast<int>(cacheBars.size()));
-    }
-
-    QRect stripsRect(int x, int end) const {
-        const int bottom =
-            cacheBars.empty() ? Geometry::KeyFrameY : cacheBarY(cacheBars.size() - 1);
-        return {x, Geometry::KeyFrameY, end - x,
-                bottom + Geometry::StripHeight - Geometry::KeyFrameY};
-    }
-
+    // Whether there is a place for a playhead at this time.
     bool isShown(Time time) const {
-        const TimeSliderRange range = visible();
-        return range.first <= time && range.last + 1 >= time;
+        const Geometry ruler = geometry();
+        return ruler.hasClip() && ruler.visible.first <= time && ruler.visible.last + 1 >= time;
     }
 
     QColor colorAt(Time time) const {
@@ -209,22 +152,15 @@ struct TimeSlider::Private {
         return playheadColor.isValid() ? playheadColor : settings().standardPlayhead;
     }
 
-    // A playhead's label in the widget, generously: for what to repaint.
-    QRect playheadTextRect(int x, Time time) const {
-        const int labelWidth = textWidth(text(time));
-        const int left = qBound(0, x - labelWidth / 2, std::max(q->width() - labelWidth, 0));
-        const int top = PlayheadTextY + qFloor(glyphs.top() / scale) - 1;
-        return {left - 1, top, labelWidth + 3, PlayheadTop - top};
-    }
-
     QRegion playheadRegion(Time time) const {
         if (!isShown(time))
             return {};
         const Geometry ruler = geometry();
         const int x = ruler.timeToX(time);
-        const int bottom = isMain() ? q->height() : PlayheadTip + 1;
-        QRegion region(playheadTextRect(x, time) |
-                       QRect(x - 7, PlayheadTop - 1, 15, bottom - PlayheadTop + 1));
+        constexpr int top = TimeSliderPainter::PlayheadTop - 1;
+        const int bottom = isMain() ? q->height() : TimeSliderPainter::PlayheadTip + 1;
+        QRegion region(TimeSliderPainter::playheadTextRect(ruler, glyphs, scale, time, text(time)) |
+                       QRect(x - 7, top, 15, bottom - top));
         if (isMain() && settings().doublePlayhead) {
             const int end = ruler.timeToX((TimeSliderTime(time) + 1).time());
             region += QRect(end - 1, Geometry::Margin, 3, q->height() - Geometry::Margin);
@@ -258,10 +194,8 @@ struct TimeSlider::Private {
     void setCurrentTime(Time time) {
         q->update(playheadRegion(currentTime) + playheadRegion(time));
         currentTime = time;
-        if (QAccessible::isActive()) {
-            QAccessibleValueChangeEvent change(q, qlonglong{time});
-            QAccessible::updateAccessibility(&change);
-        }
+        QAccessibleValueChangeEvent change(q, qlonglong{time});
+        QAccessible::updateAccessibility(&change);
         if (settings().followPlayhead && isMain() && !drag.isActive())
             q->scrollTimeVisible(time);
     }
@@ -271,65 +205,23 @@ struct TimeSlider::Private {
         return isMain() && range.first < 0 ? range.shifted(TimeSliderTime(0) - range.first) : range;
     }
 
-    void queueStripUpdate(int x, int end) {
-        x = std::max(x, 0);
-        end = std::min(end, q->width());
+    // At most one update a turn of the event loop, however many frames are reported one by one.
+    void queueIndicatorUpdate(const TimeSliderColumns& columns) {
+        const int x = std::max(columns.x, 0);
+        const int end = std::min(columns.end, q->width());
         if (x >= end)
             return;
-        if (stripUpdateQueued) {
-            dirtyColumn = std::min(dirtyColumn, x);
-            dirtyColumnEnd = std::max(dirtyColumnEnd, end);
+        if (indicatorUpdateQueued) {
+            dirtyColumns = {std::min(dirtyColumns.x, x), std::max(dirtyColumns.end, end)};
             return;
         }
-        stripUpdateQueued = true;
-        dirtyColumn = x;
-        dirtyColumnEnd = end;
-        QMetaObject::invokeMethod(
-            q,
-            [this] {
-                stripUpdateQueued = false;
-                q->update(stripsRect(dirtyColumn, dirtyColumnEnd));
-            },
-            Qt::QueuedConnection);
-    }
-
-    CacheBar* bar(int index) {
-        const auto place = static_cast<std::size_t>(index);
-        return index >= 0 && place < cacheBars.size() ? &cacheBars[place] : nullptr;
-    }
-
-    void fillFrame(CacheBar& target, Time frame, const QColor& color) {
-        if (stripsStale)
-            return; // all of it is about to be filled anyway
-        const Geometry ruler = geometry();
-        const int x = ruler.timeToX(frame);
-        const int end = ruler.timeToX(frame + 1);
-        target.strip.fill(x, end, color);
-        queueStripUpdate(x, end);
-    }
-
-    void fillStrips() {
-        stripsStale = false;
-        const Geometry ruler = geometry();
-        for (CacheBar& each : cacheBars) {
-            each.strip.reset(ruler.width, scale);
-            for (const auto& interval : each.frames) {
-                const TimeSliderTime end = TimeSliderTime(boost::icl::last(interval)) + 1;
-                each.strip.fill(ruler.timeToX(boost::icl::first(interval)),
-                                ruler.timeToX(end.time()), each.color);
-            }
-        }
-        keyFrames.reset(ruler.width, scale);
-        if (!model || !ruler.visible.isValid())
-            return;
-        const std::set<Time>& times = model->keyFrames();
-        const auto end = times.upper_bound(ruler.visible.last.time());
-        for (auto time = times.lower_bound(ruler.visible.first.time()); time != end; ++time) {
-            const int x = ruler.timeToX(*time);
-            const int next = ruler.timeToX((TimeSliderTime(*time) + 1).time());
-            // A keyframe shows even where many frames share a column.
-            keyFrames.fill(x, std::max(next, x + 1), settings().keyFrame);
-        }
+        indicatorUpdateQueued = true;
+        dirtyColumns = {x, end};
+        const auto update = [this] {
+            indicatorUpdateQueued = false;
+            q->update(indicators.area(dirtyColumns));
+        };
+        QMetaObject::invokeMethod(q, update, Qt::QueuedConnection);
     }
 
     // Zooms by a part of a step. What rounds to no change is kept for the next time, since a range
@@ -339,9 +231,7 @@ struct TimeSlider::Private {
         const bool isSmall = pendingZoom < WheelStep && pendingZoom > WheelStepBack;
         if (isSmall && zoomedRangeByRounding(visible(), about, pendingZoom) == visible())
             return;
-        const float zoom = pendingZoom;
-        pendingZoom = 1;
-        q->zoomAboutTime(about, zoom);
+        q->zoomAboutTime(about, pendingZoom);
     }
 
     void gesture(QGestureEvent* event) {
@@ -489,35 +379,33 @@ struct TimeSlider::Private {
 
     // -- Painting
 
-    void prepareGlyphs(qreal deviceScale) {
-        scale = deviceScale;
-        glyphs.prepare(q->font(), FontPixels, deviceScale);
+    void prepareGlyphs(qreal paintScale) {
+        scale = paintScale;
+        glyphs.prepare(q->font(), FontPixels, paintScale);
     }
 
     // Brings the image up to date with everything it depends on.
-    void ensureSliderImage(qreal deviceScale) {
+    void ensureSliderImage(qreal paintScale) {
         const QPalette& palette = q->palette();
         const bool paletteChanged =
             palette.cacheKey() != paletteKey || palette.currentColorGroup() != colorGroup;
-        const QSize size(qCeil(q->width() * deviceScale), qCeil(q->height() * deviceScale));
+        const QSize size(qCeil(q->width() * paintScale), qCeil(q->height() * paintScale));
         if (paletteChanged) {
             paletteKey = palette.cacheKey();
             colorGroup = palette.currentColorGroup();
             colors = TimeSliderColors::of(palette);
         }
-        if (deviceScale != scale)
-            stripsStale = true;
-        if (!sliderDirty && !paletteChanged && size == sliderImage.size() && deviceScale == scale &&
+        if (!sliderDirty && !paletteChanged && size == sliderImage.size() && paintScale == scale &&
             imageMarkerColor == settings().inOutMarker)
             return;
         sliderDirty = false;
         imageMarkerColor = settings().inOutMarker;
-        prepareGlyphs(deviceScale);
+        prepareGlyphs(paintScale);
         if (size != sliderImage.size())
             sliderImage = QImage(size, QImage::Format_RGB32);
         sliderImage.fill(colors.window);
         QPainter painter(&sliderImage);
-        painter.scale(deviceScale, deviceScale);
+        painter.scale(paintScale, paintScale);
         QFont font = q->font();
         font.setStyleStrategy(QFont::PreferDefault);
         font.setPixelSize(FontPixels);
@@ -525,155 +413,18 @@ struct TimeSlider::Private {
         q->paintSlider(painter);
     }
 
-    // A time's text centred on x, but kept inside the widget.
-    void drawTextPinned(QPainter& painter, const DeviceSpace& device, int x, int baseline,
-                        const QString& label, const QColor& color) {
-        const int labelWidth = glyphs.width(label);
-        const int right = std::max(device(q->width()) - labelWidth, 0);
-        glyphs.draw(painter, qBound(0, device(x) - labelWidth / 2, right), device(baseline), label,
-                    color);
+    TimeSliderPainter painterFor(QPainter& painter, const Geometry& ruler) {
+        return {painter, ruler, playback(), colors, glyphs, formatter};
     }
 
-    void paintBands(QPainter& painter, const Geometry& ruler) {
+    void paintBelowPlayhead(QPainter& painter, const QRegion& region) const {
         const DeviceSpace device(painter);
-        for (const TimeSliderBand& band : planBands(ruler, playback())) {
-            const QColor& color = band.kind == TimeSliderBand::Clip       ? colors.clip
-                                  : band.kind == TimeSliderBand::Playback ? colors.playback
-                                                                          : colors.outside;
-            painter.fillRect(device(QRect(band.x, Geometry::Margin, band.end - band.x,
-                                          ruler.height - Geometry::Margin)),
-                             color);
-        }
-    }
-
-    void paintTicks(QPainter& painter, const Geometry& ruler) {
-        const DeviceSpace device(painter);
-        const int labelY = ruler.height - 1;
-        const QString firstText = text(ruler.visible.first);
-        const QString lastText = text(ruler.visible.last);
-        TimeSliderLabels labels(ruler, textWidth(firstText), textWidth(lastText));
-
-        std::vector<QRect> lines;
-        lines.reserve(1024);
-        const auto addLine = [&](int x, int above, int below) {
-            const int top = device(Geometry::Baseline - above);
-            lines.emplace_back(device(x), top, device.lineWidth(),
-                               device(Geometry::Baseline + below + 1) - top);
-        };
-
-        const int firstX = ruler.timeToX(ruler.visible.first.time());
-        addLine(firstX, 6, 3);
-        drawTextPinned(painter, device, firstX, labelY, firstText, colors.text);
-
-        const TimeSliderTicks ticks = TimeSliderTicks::plan(ruler);
-        ticks.forEach(ruler.visible, [&](Time time, TimeSliderTicks::Kind kind) {
-            const int x = ruler.timeToX(time);
-            if (x < Geometry::Margin || x >= ruler.width - Geometry::Margin)
-                return;
-            addLine(x, TimeSliderTicks::rows(kind), 0);
-            if (kind != TimeSliderTicks::Major)
-                return;
-            const QString label = text(time);
-            if (labels.take(x, textWidth(label)))
-                drawTextPinned(painter, device, x, labelY, label, colors.text);
-        });
-
-        const int lastX = ruler.timeToX(ruler.visible.last.time());
-        addLine(lastX, 6, 6);
-        if (labels.lastFits())
-            drawTextPinned(painter, device, lastX, labelY, lastText, colors.text);
-
-        painter.setPen(Qt::NoPen);
-        painter.setBrush(colors.text);
-        painter.drawRects(lines.data(), static_cast<int>(lines.size()));
-    }
-
-    void paintRangeBar(QPainter& painter, const Geometry& ruler) {
-        const DeviceSpace device(painter);
-        const int x = qBound(0, ruler.timeToRangeBarX(ruler.visible.first), ruler.width);
-        const int end = qBound(0, ruler.timeToRangeBarX(ruler.visible.last + 1), ruler.width);
-        const QRect bar(x, 0, std::max(end - x, 1), Geometry::RangeBarHeight);
-        painter.fillRect(device(bar), rangeBarHover ? colors.rangeBarHover : colors.rangeBar);
-    }
-
-    // Tints a frame over the height of the ruler.
-    void drawHighlightFrame(QPainter& painter, const DeviceSpace& device, const Geometry& ruler,
-                            TimeSliderTime frame, const QColor& color) {
-        const int x = ruler.clampX(ruler.timeToX(frame.time()));
-        const int end = ruler.clampX(ruler.timeToX((frame + 1).time()));
-        QColor tint = color;
-        tint.setAlpha(70);
-        painter.fillRect(
-            device(QRect(x, Geometry::Margin, end - x, ruler.height - Geometry::Margin)), tint);
-    }
-
-    void paintMarks(QPainter& painter, const Geometry& ruler) {
-        const DeviceSpace device(painter);
-        const QColor color = settings().inOutMarker;
-        const auto paintMark = [&](Time time) {
-            const int x = ruler.clampX(ruler.timeToX(time));
-            drawHighlightFrame(painter, device, ruler, time, color);
-            painter.fillRect(
-                device(QRect(x - 1, Geometry::Margin, 2, ruler.height - Geometry::Margin)), color);
-            const int barX = qBound(0, ruler.timeToRangeBarX(time), ruler.width);
-            painter.fillRect(device(QRect(barX, 0, 2, Geometry::RangeBarHeight)), color);
-            return x;
-        };
-        const Time in = model->inTime();
-        const Time out = model->outTime();
-        const int inX = in != InvalidTime ? paintMark(in) : -1;
-        const int outX = out != InvalidTime ? paintMark(out) : ruler.width;
-
-        // A label that had to change sides is left out where it would run into the other mark.
-        int inEnd = inX;
-        if (in != InvalidTime) {
-            const QString label = text(in);
-            const int labelWidth = textWidth(label);
-            const bool hasRoom = inX - labelWidth - 4 >= 0;
-            const int x = hasRoom ? inX - labelWidth - 4 : inX + 4;
-            if (hasRoom || x + labelWidth < outX) {
-                glyphs.draw(painter, device(x), device(PlayheadTextY), label, color);
-                inEnd = std::max(inEnd, x + labelWidth);
-            }
-        }
-        if (out != InvalidTime) {
-            const QString label = text(out);
-            const int labelWidth = textWidth(label);
-            const bool hasRoom = outX + 4 + labelWidth <= ruler.width;
-            const int x = hasRoom ? outX + 4 : outX - labelWidth - 4;
-            if (hasRoom || x > inEnd + 1)
-                glyphs.draw(painter, device(x), device(PlayheadTextY), label, color);
-        }
-    }
-
-    void paintZoomRectangle(QPainter& painter, const Geometry& ruler) {
-        const TimeSliderRange swept = drag.zoomRectangle();
-        if (!swept.isValid() || swept.first == swept.last)
-            return;
-        const DeviceSpace device(painter);
-        const int x = qBound(-1, ruler.timeToX(swept.first.time()), ruler.width);
-        const int end = qBound(-1, ruler.timeToX(swept.last.time()), ruler.width);
-        QColor veil = colors.sweep;
-        veil.setAlpha(25);
-        painter.fillRect(device(QRect(x, -1, end - x, ruler.height + 2)), veil);
-        for (const int edge : {x, end})
-            painter.fillRect(device(edge), 0, device.lineWidth(), device(ruler.height),
-                             colors.sweep);
-    }
-
-    void paintStatic(QPainter& painter, const QRegion& region) const {
-        const DeviceSpace device(painter);
+        const bool hasClip = geometry().hasClip();
         for (const QRect& rect : region) {
             const QRect part = device(rect);
             painter.drawImage(part.topLeft(), sliderImage, part);
-            const auto drawStrip = [&](const TimeSliderStrip& strip, int y) {
-                if (rect.bottom() >= y && rect.top() < y + Geometry::StripHeight)
-                    strip.draw(painter, part.left(), part.left() + part.width(), device(y),
-                               device(y + Geometry::StripHeight));
-            };
-            for (std::size_t i = 0; i < cacheBars.size(); ++i)
-                drawStrip(cacheBars[i].strip, cacheBarY(i));
-            drawStrip(keyFrames, Geometry::KeyFrameY);
+            if (hasClip)
+                indicators.draw(painter, device, rect);
         }
     }
 };
@@ -689,7 +440,7 @@ TimeSlider::TimeSlider(TimeSliderModel* model, TimeFormatter* formatter, int num
     m->model = model;
     m->formatter = formatter;
     m->options = options;
-    m->cacheBars.resize(static_cast<std::size_t>(std::max(numCacheBars, 0)));
+    m->indicators.setBars(numCacheBars);
     m->prepareGlyphs(devicePixelRatioF());
     setAttribute(Qt::WA_OpaquePaintEvent);
     setAttribute(Qt::WA_MouseTracking);
@@ -758,6 +509,7 @@ void TimeSlider::setTimeRange(TimeSliderTime first, TimeSliderTime last) {
     if (!m->model)
         return;
     const TimeSliderRange range = m->allowed({first, last});
+    m->pendingZoom = 1;
     m->settingRange = true;
     // In the order in which neither end pushes the other.
     if (range.first > m->model->lastVisibleTime()) {
@@ -819,41 +571,25 @@ int TimeSlider::clipXToVisible(int x) const {
 }
 
 int TimeSlider::numCacheBars() const {
-    return static_cast<int>(m->cacheBars.size());
+    return m->indicators.bars();
 }
 
 void TimeSlider::displayFrameAsCached(Time frame, int bar) {
-    CacheBar* target = m->bar(bar);
-    if (!target || !isFrame(frame))
-        return;
-    target->frames.add(FrameSet::interval_type::right_open(frame, frame + 1));
-    m->fillFrame(*target, frame, target->color);
+    m->queueIndicatorUpdate(m->indicators.setFrame(m->geometry(), bar, frame, true));
 }
 
 void TimeSlider::clearCachedFrame(Time frame, int bar) {
-    CacheBar* target = m->bar(bar);
-    if (!target || !isFrame(frame))
-        return;
-    target->frames.subtract(FrameSet::interval_type::right_open(frame, frame + 1));
-    m->fillFrame(*target, frame, Qt::transparent);
+    m->queueIndicatorUpdate(m->indicators.setFrame(m->geometry(), bar, frame, false));
 }
 
 void TimeSlider::setCachedFrames(const FrameSet& frames, int bar) {
-    CacheBar* target = m->bar(bar);
-    if (!target || target->frames == frames)
-        return;
-    target->frames = frames;
-    m->stripsStale = true;
-    m->queueStripUpdate(0, width());
+    if (m->indicators.setFrames(bar, frames))
+        m->queueIndicatorUpdate({0, width()});
 }
 
 void TimeSlider::setCacheBarColor(const QColor& color, int bar) {
-    CacheBar* target = m->bar(bar);
-    if (!target || target->color == color)
-        return;
-    target->color = color;
-    m->stripsStale = true;
-    m->queueStripUpdate(0, width());
+    if (m->indicators.setColor(bar, color))
+        m->queueIndicatorUpdate({0, width()});
 }
 
 void TimeSlider::setPlayheadColor(const QColor& color) {
@@ -911,8 +647,8 @@ void TimeSlider::timeChanged(TimeSliderModel::TimeFlags flags) {
     if ((flags & range) && !m->settingRange)
         updateIndicatorBars();
     if (flags & Model::KeyFrames) {
-        m->stripsStale = true;
-        m->queueStripUpdate(0, width());
+        m->indicators.invalidate();
+        m->queueIndicatorUpdate({0, width()});
         update(m->playheadRegion(m->currentTime) + m->playheadRegion(m->hoverTime));
     }
     if ((flags & Model::CurrentTime) && m->model)
@@ -957,61 +693,50 @@ void TimeSlider::paintSlider(QPainter& painter) {
         return;
     }
     const bool hasRange = ruler.visible.length() >= 1;
-    m->paintBands(painter, ruler);
-    if (hasRange)
-        m->paintTicks(painter, ruler);
+    {
+        TimeSliderPainter background = m->painterFor(painter, ruler);
+        background.paintBands();
+        if (hasRange)
+            background.paintTicks();
+    }
     paintExtra(painter);
-    if (hasRange)
-        m->paintRangeBar(painter, ruler);
-    if (hasRange && m->model->inOutLock())
-        m->paintMarks(painter, ruler);
-    m->paintZoomRectangle(painter, ruler);
+    if (!hasRange)
+        return;
+    TimeSliderPainter foreground = m->painterFor(painter, ruler);
+    foreground.paintRangeBar(m->rangeBarHover);
+    if (m->model->inOutLock())
+        foreground.paintMarks(m->model->inTime(), m->model->outTime(), settings().inOutMarker);
+    foreground.paintZoomRectangle(m->drag.zoomRectangle());
 }
 
 void TimeSlider::paintPlayHead(QPainter& painter) {
     if (m->isShown(m->hoverTime) && !m->rangeBarHover) {
         QColor faint = m->colorAt(m->hoverTime);
-        faint.setAlpha(140);
+        faint.setAlpha(HoverAlpha);
         paintPlayheadAtTime(painter, m->hoverTime, faint);
     }
     if (!m->isShown(m->currentTime))
         return;
     const QColor color = m->colorAt(m->currentTime);
     if (m->isMain() && settings().doublePlayhead) {
-        const Geometry ruler = m->geometry();
-        const int end = ruler.timeToX((TimeSliderTime(m->currentTime) + 1).time());
-        const QRect label = m->playheadTextRect(ruler.timeToX(m->currentTime), m->currentTime);
-        const bool isCovered = end >= label.left() && end <= label.right();
-        const int top = isCovered ? PlayheadTop : Geometry::Margin;
         QColor faint = color;
-        faint.setAlpha(100);
-        const DeviceSpace device(painter);
-        painter.fillRect(device(end), device(top), device.lineWidth(),
-                         device(height()) - device(top), faint);
+        faint.setAlpha(DoublePlayheadAlpha);
+        const Geometry ruler = m->geometry();
+        m->painterFor(painter, ruler).paintPlayheadEnd(m->currentTime, faint);
     }
     paintPlayheadAtTime(painter, m->currentTime, color);
 }
 
 void TimeSlider::paintPlayheadAtTime(QPainter& painter, Time time, const QColor& color) {
-    const int x = m->geometry().timeToX(time);
-    painter.save();
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(color);
-    const QPointF triangle[] = {{x - 6.0, 13.0}, {x + 7.0, 13.0}, {x + 0.5, 20.0}};
-    painter.drawConvexPolygon(triangle, 3);
-    painter.restore();
-
-    const DeviceSpace device(painter);
-    if (m->isMain())
-        painter.fillRect(device(x), device(PlayheadTip), device.lineWidth(),
-                         device(height()) - device(PlayheadTip), color);
-    m->drawTextPinned(painter, device, x, PlayheadTextY, m->text(time), color);
+    const Geometry ruler = m->geometry();
+    // Where marks are shown the label may come to stand on one of theirs.
+    const bool plate = m->model && m->model->inOutLock();
+    m->painterFor(painter, ruler).paintPlayhead(time, color, m->isMain(), plate);
 }
 
 void TimeSlider::updateIndicatorBars() {
-    m->stripsStale = true;
-    update(m->stripsRect(0, width()));
+    m->indicators.invalidate();
+    update(m->indicators.area({0, width()}));
 }
 
 bool TimeSlider::pressHandle(QMouseEvent*) {
@@ -1039,15 +764,15 @@ bool TimeSlider::event(QEvent* event) {
 
 void TimeSlider::paintEvent(QPaintEvent* event) {
     QPainter painter(this);
-    m->ensureSliderImage(scaleOf(painter));
-    if (m->stripsStale)
-        m->fillStrips();
-    m->paintStatic(painter, event->region());
+    m->ensureSliderImage(deviceScale(painter));
+    static const std::set<Time> none;
+    m->indicators.update(m->geometry(), m->scale, m->model ? m->model->keyFrames() : none,
+                         settings().keyFrame);
+    m->paintBelowPlayhead(painter, event->region());
     paintPlayHead(painter);
     if (hasFocus()) {
-        painter.setPen(m->colors.focus);
-        painter.setBrush(Qt::NoBrush);
-        painter.drawRect(rect().adjusted(0, 0, -1, -1));
+        constexpr int top = Geometry::RangeBarHeight;
+        painter.fillRect(0, top, width(), Geometry::Margin - top, m->colors.focus);
     }
 }
 

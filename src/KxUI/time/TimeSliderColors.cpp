@@ -60,10 +60,15 @@ TimeSliderColors TimeSliderColors::of(const QPalette& palette) {
                                    {colors.window}, VisibleShape);
     colors.rangeBarHover = firstVisible({colors.rangeBar.lighter(130), colors.rangeBar.darker(130)},
                                         {colors.rangeBar}, VisibleShape);
-    colors.text = firstVisible({palette.color(QPalette::WindowText), palette.color(QPalette::Text),
-                                palette.color(QPalette::BrightText), palette.color(QPalette::Base),
-                                palette.color(QPalette::Shadow)},
-                               {colors.clip, colors.playback, colors.outside}, ReadableText);
+    const auto textOn = [&palette](const QColor& preferred,
+                                   std::initializer_list<QColor> backgrounds) {
+        return firstVisible({preferred, palette.color(QPalette::Text),
+                             palette.color(QPalette::BrightText), palette.color(QPalette::Base),
+                             palette.color(QPalette::Shadow)},
+                            backgrounds, ReadableText);
+    };
+    colors.text = textOn(palette.color(QPalette::WindowText), {colors.clip, colors.playback});
+    colors.outsideText = textOn(colors.text, {colors.outside});
     colors.sweep =
         firstVisible({Qt::white, colors.text}, {colors.clip, colors.playback}, VisibleShape);
     colors.focus = palette.color(QPalette::Highlight);

@@ -15,9 +15,10 @@ struct TimeSliderColors {
     QColor outside;  ///< before and after the clip
     QColor rangeBar;
     QColor rangeBarHover;
-    QColor text;  ///< ticks and labels: of the palette's colours one that shows on all backgrounds
-    QColor sweep; ///< the zoom rectangle's edges
-    QColor focus;
+    QColor text;        ///< ticks and labels: the palette's colour that shows on the ruler
+    QColor outsideText; ///< the same before and after the clip, `text` if that shows there too
+    QColor sweep;       ///< the zoom rectangle's edges
+    QColor focus;       ///< the line under the overview bar of a slider with the keyboard
 
     static TimeSliderColors of(const QPalette& palette);
 };

@@ -1,0 +1,1 @@
+kxui_room_bench(time SOURCES time.cpp)

@@ -1,1 +1,0 @@
-kxui_room_bench(undo SOURCES undo.cpp)

@@ -1,0 +1,620 @@
+#include <support/TestRegistry.h>
+
+#include <KxUI/time/TimeFormatter.h>
+#include <KxUI/time/TimeSlider.h>
+
+#include <QAccessible>
+#include <QApplication>
+#include <QCursor>
+#include <QGestureEvent>
+#include <QLabel>
+#include <QPaintEvent>
+#include <QPainter>
+#include <QSignalSpy>
+#include <QWheelEvent>
+#include <QtTest>
+
+#include <limits>
+#include <memory>
+#include <random>
+
+using Kestrel::Base::InvalidTime;
+using Kestrel::Base::Time;
+using Kestrel::UI::TimeFormatter;
+using Kestrel::UI::TimeSlider;
+using Kestrel::UI::TimeSliderModel;
+using Kestrel::UI::TimeSliderTime;
+
+namespace {
+
+/** A slider that counts what it paints and has a handle of its own at frame 90. */
+class Slider : public TimeSlider {
+public:
+    Slider(TimeSliderModel* model, TimeFormatter* formatter, int options)
+        : TimeSlider(model, formatter, 2, options) {}
+
+    int renders = 0;
+    std::vector<QRegion> paints;
+    QStringList* log = nullptr;
+
+protected:
+    void paintSlider(QPainter& painter) override {
+        ++renders;
+        TimeSlider::paintSlider(painter);
+    }
+    void paintEvent(QPaintEvent* event) override {
+        paints.push_back(event->region());
+        TimeSlider::paintEvent(event);
+    }
+    bool pressHandle(QMouseEvent* event) override {
+        const Time time = XToClipTime(event->x());
+        if (time != 90)
+            return false;
+        announceTimeDrag(DerivedHandle, &time);
+        return true;
+    }
+    void moveHandle(QMouseEvent*, Time time) override {
+        *log << QStringLiteral("derived %1").arg(time);
+    }
+    void releaseHandle(QMouseEvent*) override { *log << QStringLiteral("derived end"); }
+};
+
+/** 100 frames on 500 pixels: frame t is at x = 5 + 5 t. */
+struct Stage {
+    explicit Stage(int options = TimeSlider::MainTransport)
+        : slider(&model, &formatter, options) {
+        formatter.setTimeDisplayFormat(false, false);
+        model.setTimes(0, InvalidTime, InvalidTime, 99, 50);
+        slider.zoomToFit();
+        slider.resize(510, 37);
+        slider.show();
+        QCoreApplication::processEvents();
+
+        slider.log = &log;
+        QObject::connect(&slider, &TimeSlider::setDoUpdateTime,
+                         [this](bool on) { log << (on ? "allow" : "hold"); });
+        QObject::connect(&slider, &TimeSlider::beginTimeDrag,
+                         [this](TimeSlider::HandleType handle, const Time* times) {
+                             log << QStringLiteral("begin %1: ").arg(handle) + list(handle, times);
+                         });
+        QObject::connect(&slider, &TimeSlider::updateTimeDrag, [this](const Time* times) {
+            log << "update " + list(slider.dragHandle(), times);
+        });
+        QObject::connect(&slider, &TimeSlider::endTimeDrag, [this] { log << "end"; });
+        QObject::connect(&slider, &TimeSlider::inOutTimesModified, [this] { log << "marks"; });
+        QObject::connect(&slider, &TimeSlider::zoomOrPanChanged, [this] { log << "zoom"; });
+        QObject::connect(&slider, &TimeSlider::rightOrMidClicked, [this] { log << "click"; });
+        QObject::connect(&slider, &TimeSlider::rangeChanged, [this](Time first, Time last) {
+            log << QStringLiteral("range %1 %2").arg(first).arg(last);
+        });
+    }
+
+    static QString list(TimeSlider::HandleType handle, const Time* times) {
+        return handle == TimeSlider::InOutHandle
+                   ? QStringLiteral("%1 %2").arg(times[0]).arg(times[1])
+                   : QString::number(times[0]);
+    }
+
+    void mouse(QEvent::Type type, QPoint at, Qt::MouseButton button, Qt::MouseButtons buttons,
+               Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+        QMouseEvent event(type, at, slider.mapToGlobal(at), button, buttons, modifiers);
+        QApplication::sendEvent(&slider, &event);
+    }
+    void press(QPoint at, Qt::MouseButton button = Qt::LeftButton,
+               Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+        mouse(QEvent::MouseButtonPress, at, button, button, modifiers);
+    }
+    void move(QPoint at, Qt::MouseButton button = Qt::LeftButton,
+              Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+        mouse(QEvent::MouseMove, at, Qt::NoButton, button, modifiers);
+    }
+    void release(QPoint at, Qt::MouseButton button = Qt::LeftButton,
+                 Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+        mouse(QEvent::MouseButtonRelease, at, button, Qt::NoButton, modifiers);
+    }
+    bool wheel(int delta, QPoint at = {255, 20}, bool vertical = true) {
+        QWheelEvent event(at, slider.mapToGlobal(at), {},
+                          vertical ? QPoint(0, delta) : QPoint(delta, 0), Qt::NoButton,
+                          Qt::NoModifier, Qt::NoScrollPhase, false);
+        event.ignore();
+        QApplication::sendEvent(&slider, &event);
+        return event.isAccepted();
+    }
+    std::pair<Time, Time> visible() const {
+        return {slider.firstVisibleTime(), slider.lastVisibleTime()};
+    }
+    // Until what was queued is updated and what was updated is painted.
+    void settle() {
+        for (int turn = 0; turn < 3; ++turn)
+            QCoreApplication::processEvents();
+    }
+    // What has been painted since the last call, pixels counted once.
+    int paintedPixels() {
+        settle();
+        int pixels = 0;
+        for (const QRegion& region : slider.paints) {
+            for (const QRect& rect : region)
+                pixels += rect.width() * rect.height();
+        }
+        slider.paints.clear();
+        return pixels;
+    }
+    QImage grab(qreal scale = 1) {
+        QImage image(slider.size() * scale, QImage::Format_RGB32);
+        image.setDevicePixelRatio(scale);
+        slider.render(&image);
+        return image;
+    }
+
+    TimeFormatter formatter;
+    TimeSliderModel model;
+    Slider slider;
+    QStringList log;
+};
+
+constexpr int x(int frame) {
+    return 5 + 5 * frame;
+}
+
+using Frames = TimeSlider::FrameSet;
+
+Frames frames(Time first, Time end) {
+    return Frames(Frames::interval_type::right_open(first, end));
+}
+
+} // namespace
+
+class TimeSliderTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void cleanup() {
+        TimeSlider::SetUseDoublePlayhead(false);
+        TimeSlider::SetVisibleRangeFollowsPlayhead(true);
+    }
+
+    // Marks at 20 and 60 where "marks" is set, the playhead at 50; press, move, release.
+    void drags_data() {
+        QTest::addColumn<bool>("marks");
+        QTest::addColumn<QPoint>("from");
+        QTest::addColumn<QPoint>("to");
+        QTest::addColumn<int>("button");
+        QTest::addColumn<int>("modifiers");
+        QTest::addColumn<int>("handle");
+        QTest::addColumn<QString>("emitted");
+        QTest::addColumn<QString>("result"); // in, out, current, first, last
+        constexpr int left = Qt::LeftButton, right = Qt::RightButton, middle = Qt::MiddleButton;
+        constexpr int none = Qt::NoModifier, ctrl = Qt::ControlModifier, alt = Qt::AltModifier,
+                      shift = Qt::ShiftModifier;
+        const auto row = [](const char* name, bool marks, QPoint from, QPoint to, int button,
+                            int modifiers, int handle, const char* emitted, const char* result) {
+            QTest::newRow(name) << marks << from << to << button << modifiers << handle
+                                << QString(emitted) << QString(result);
+        };
+        row("in mark, grabbed beside it", true, {x(20) + 7, 30}, {x(30) + 7, 30}, left, none, 1,
+            "allow, hold, begin 1: 20, update 30, allow, end, marks", "30 60 50 0 99");
+        row("in mark past the out mark", true, {x(20), 30}, {x(70), 30}, left, none, 1,
+            "allow, hold, begin 1: 20, update 70, allow, end, marks", "70 - 50 0 99");
+        row("out mark", true, {x(60) - 7, 30}, {x(55) - 7, 30}, left, none, 2,
+            "allow, hold, begin 2: 60, update 55, allow, end, marks", "20 55 50 0 99");
+        row("not caught 8 pixels off", true, {x(60) + 8, 30}, {x(60) + 8, 30}, left, none, 4,
+            "allow, hold, allow", "20 60 62 0 99");
+        row("both marks, to the end of the clip", true, {x(60), 30}, {x(400), 30}, left, ctrl, 3,
+            "allow, hold, begin 3: 20 60, update 59 99, allow, end, marks", "59 99 50 0 99");
+        row("ctrl sets the out mark", false, {x(70), 30}, {x(72), 30}, left, ctrl, 2,
+            "allow, hold, begin 2: 70, update 72, allow, end, marks", "- 72 50 0 99");
+        row("ctrl sets the in mark", true, {x(40), 30}, {x(40), 30}, left, ctrl, 1,
+            "allow, hold, begin 1: 40, allow, end, marks", "40 60 50 0 99");
+        row("playhead in the upper half", false, {x(50) + 5, 10}, {x(70), 10}, left, none, 4,
+            "allow, hold, begin 4: 70, update 70, allow, end", "- - 70 0 99");
+        row("playhead not before the clip", false, {x(10), 30}, {-50, 30}, left, none, 4,
+            "allow, hold, begin 4: 0, update 0, allow, end", "- - 0 0 99");
+        row("shift scrubs on a mark", true, {x(20), 30}, {x(21), 30}, left, shift, 4,
+            "allow, hold, begin 4: 21, update 21, allow, end", "20 60 21 0 99");
+        row("pan", false, {x(50), 30}, {x(40), 30}, left, alt, 5,
+            "allow, range 10 109, zoom, allow", "- - 50 10 109");
+        row("pan stops at frame 0", false, {x(50), 30}, {x(60), 30}, left, alt, 5,
+            "allow, range 0 99, zoom, allow", "- - 50 0 99");
+        row("zoom rectangle", false, {x(20), 30}, {x(40), 30}, right, none, 6,
+            "allow, allow, range 20 39, zoom", "- - 50 20 39");
+        row("zoom rectangle backwards", false, {x(40), 30}, {x(20), 30}, middle, none, 6,
+            "allow, allow, range 20 39, zoom", "- - 50 20 39");
+        row("right click", false, {x(20), 30}, {x(20), 30}, right, none, 6, "allow, allow, click",
+            "- - 50 0 99");
+        row("middle click that trembled", false, {x(20), 30}, {x(21), 30}, middle, none, 6,
+            "allow, allow, click", "- - 50 0 99");
+        row("drag zoom", false, {x(0), 30}, {x(0) + 116, 30}, right, alt, 7,
+            "allow, range 0 49, zoom, allow", "- - 50 0 49");
+        row("overview, left edge", false, {5, 2}, {x(10), 2}, left, none, 8,
+            "allow, range 10 99, zoom, allow", "- - 50 10 99");
+        row("overview, right edge", false, {500, 2}, {400, 2}, left, none, 9,
+            "allow, range 0 79, zoom, allow", "- - 50 0 79");
+        row("overview, right edge held", false, {500, 2}, {500, 3}, left, none, 9, "allow, allow",
+            "- - 50 0 99");
+        row("overview as a whole", false, {200, 2}, {250, 2}, left, none, 10,
+            "allow, range 10 109, zoom, allow", "- - 50 10 109");
+        row("handle of the derived class", false, {x(90), 30}, {x(80), 30}, left, none, 11,
+            "allow, begin 11: 90, derived 80, derived end, allow, end", "- - 50 0 99");
+    }
+    void drags() {
+        QFETCH(bool, marks);
+        QFETCH(QPoint, from);
+        QFETCH(QPoint, to);
+        QFETCH(int, button);
+        QFETCH(int, modifiers);
+        Stage stage;
+        if (marks)
+            stage.model.setTimes(0, 20, 60, 99, 50);
+        stage.log.clear();
+        const auto mouseButton = Qt::MouseButton(button);
+        const auto keys = Qt::KeyboardModifiers(modifiers);
+        stage.press(from, mouseButton, keys);
+        QTEST(int(stage.slider.dragHandle()), "handle");
+        stage.move(to, mouseButton, keys);
+        stage.move(to, mouseButton, keys); // not a move any more
+        stage.release(to, mouseButton, keys);
+        QCOMPARE(stage.slider.dragHandle(), TimeSlider::NoHandle);
+        QTEST(stage.log.join(QStringLiteral(", ")), "emitted");
+        QStringList result;
+        for (const Time time :
+             {stage.model.inTime(), stage.model.outTime(), stage.model.currentTime(),
+              stage.slider.firstVisibleTime(), stage.slider.lastVisibleTime()})
+            result << (time == InvalidTime ? QStringLiteral("-") : QString::number(time));
+        QTEST(result.join(QLatin1Char(' ')), "result");
+    }
+
+    void pressesThatGrabNothing() {
+        Stage stage;
+        stage.slider.setTimeRange(20, 60);
+        stage.press({x(90), 2}); // beside the overview bar
+        QCOMPARE(stage.slider.dragHandle(), TimeSlider::NoHandle);
+        stage.release({x(90), 2});
+        stage.model.setTimes(0, InvalidTime, InvalidTime, -1, 50); // a clip without frames
+        stage.press({x(40), 30});
+        QCOMPARE(stage.slider.dragHandle(), TimeSlider::NoHandle);
+        QCOMPARE(stage.model.currentTime(), 50);
+    }
+
+    void aSecondPressEndsTheFirstDrag() {
+        Stage stage;
+        stage.press({x(50), 10});
+        stage.move({x(55), 10});
+        stage.log.clear();
+        stage.press({x(60), 10}, Qt::RightButton);
+        stage.release({x(60), 10}, Qt::LeftButton); // not the button that drags now
+        QCOMPARE(stage.slider.dragHandle(), TimeSlider::ZoomRectangleHandle);
+        QCOMPARE(stage.log.join(QLatin1Char(' ')), QStringLiteral("allow end"));
+        stage.slider.hide();
+        QCOMPARE(stage.slider.dragHandle(), TimeSlider::NoHandle);
+    }
+
+    void snapsWithoutShift() {
+        Stage stage;
+        QVERIFY(QObject::connect(&stage.slider, SIGNAL(snapTime(Kestrel::Base::Time&)), this,
+                                 SLOT(snapToTens(Kestrel::Base::Time&))));
+        stage.press({x(50), 10});
+        stage.move({x(58), 10});
+        QCOMPARE(stage.model.currentTime(), 60);
+        stage.move({x(63), 10}, Qt::LeftButton, Qt::ShiftModifier);
+        QCOMPARE(stage.model.currentTime(), 63);
+        stage.release({x(63), 10});
+    }
+    void snapToTens(Kestrel::Base::Time& time) { time = (time + 5) / 10 * 10; }
+
+    void derivedHandleShowsItsTime() {
+        Stage stage;
+        const auto popup = [] {
+            for (QWidget* widget : QApplication::topLevelWidgets()) {
+                if (auto* label = qobject_cast<QLabel*>(widget))
+                    return label;
+            }
+            return static_cast<QLabel*>(nullptr);
+        };
+        stage.press({x(90), 30});
+        QVERIFY(!popup());
+        stage.move({x(80), 30});
+        QVERIFY(popup());
+        QCOMPARE(popup()->text(), QStringLiteral("80"));
+        QCOMPARE(popup()->pos(), stage.slider.mapToGlobal(QPoint(x(80) - 50, -26)));
+        stage.release({x(80), 30});
+        QVERIFY(!popup());
+    }
+
+    void scrollsWhileDraggedOutside() {
+        Stage stage;
+        stage.slider.setTimeRange(10, 59);
+        stage.press({x(50), 10});
+        QCursor::setPos(stage.slider.mapToGlobal(QPoint(600, 10)));
+        QTRY_VERIFY(stage.slider.firstVisibleTime() >= 14);
+        QVERIFY(stage.model.currentTime() > 59); // the playhead went along
+        stage.release({505, 10});
+        const Time first = stage.slider.firstVisibleTime();
+        QTest::qWait(150);
+        QCOMPARE(stage.slider.firstVisibleTime(), first);
+        QCursor::setPos(0, 0);
+    }
+
+    void wheelAndGesturesZoomAndPan() {
+        Stage stage;
+        stage.slider.setTimeRange(0, 110);
+        QVERIFY(stage.wheel(120, {5, 20}));
+        QCOMPARE(stage.visible(), std::pair(Time(0), Time(100)));
+        QVERIFY(stage.wheel(-120, {5, 20}));
+        QCOMPARE(stage.visible(), std::pair(Time(0), Time(110)));
+        QVERIFY(!stage.wheel(120, {255, 20}, false));
+        QCOMPARE(stage.visible(), std::pair(Time(0), Time(110)));
+
+        // A notch in fifteen touches is a notch, also where a touch is less than a frame.
+        stage.slider.setTimeRange(0, 11);
+        for (int touch = 0; touch < 15; ++touch)
+            stage.wheel(8, {5, 20});
+        QCOMPARE(stage.visible(), std::pair(Time(0), Time(10)));
+
+        stage.slider.setTimeRange(0, 100);
+        QPinchGesture pinch;
+        pinch.setCenterPoint(stage.slider.mapToGlobal(QPoint(5, 20)));
+        for (const qreal factor : {2.0, 0.0, -1.0}) {
+            pinch.setScaleFactor(factor);
+            QGestureEvent event({&pinch});
+            QApplication::sendEvent(&stage.slider, &event);
+        }
+        QCOMPARE(stage.visible(), std::pair(Time(0), Time(50)));
+
+        stage.slider.setTimeRange(100, 199);
+        QPanGesture pan;
+        pan.setOffset({-50, 0});
+        QGestureEvent event({&pan});
+        QApplication::sendEvent(&stage.slider, &event);
+        QCOMPARE(stage.visible(), std::pair(Time(110), Time(209)));
+    }
+
+    void visibleRange() {
+        Stage stage;
+        QSignalSpy ranges(&stage.slider,
+                          SIGNAL(rangeChanged(Kestrel::Base::Time, Kestrel::Base::Time)));
+        stage.slider.setTimeRange(-20, 30); // not before frame 0 on the main slider
+        QCOMPARE(stage.visible(), std::pair(Time(0), Time(50)));
+        QCOMPARE(ranges.count(), 1);
+        QCOMPARE(ranges.at(0).at(1).value<Time>(), 50);
+        stage.slider.setFirstVisibleTime(80);
+        QCOMPARE(stage.visible(), std::pair(Time(80), Time(81)));
+        stage.slider.setFirstVisibleTime(500);
+        QCOMPARE(stage.visible(), std::pair(Time(98), Time(99)));
+        stage.slider.setLastVisibleTime(40);
+        QCOMPARE(stage.visible(), std::pair(Time(39), Time(40)));
+        stage.slider.setTimeRange(10, 59);
+        stage.slider.scrollToTime(20);
+        QCOMPARE(stage.visible(), std::pair(Time(20), Time(69)));
+        stage.slider.scrollTimeToX(40, 105);
+        QCOMPARE(stage.visible(), std::pair(Time(30), Time(79)));
+        QCOMPARE(stage.slider.clipTimeToX(40), 105);
+        stage.model.setTimes(0, 20, 60, 99, 50);
+        stage.slider.zoomToFitInOut();
+        QCOMPARE(stage.visible(), std::pair(Time(20), Time(60)));
+        stage.slider.zoomToFit();
+        QCOMPARE(stage.visible(), std::pair(Time(0), Time(99)));
+
+        stage.slider.setTimeRange(0, 9);
+        stage.model.setCurrentTime(70); // followed to the centre
+        QCOMPARE(stage.visible(), std::pair(Time(66), Time(75)));
+        TimeSlider::SetVisibleRangeFollowsPlayhead(false);
+        stage.model.setCurrentTime(5);
+        QCOMPARE(stage.visible(), std::pair(Time(66), Time(75)));
+
+        Stage other(0);
+        other.slider.setTimeRange(-20, 30);
+        QCOMPARE(other.visible(), std::pair(Time(-20), Time(30)));
+    }
+
+    void keys() {
+        Stage stage;
+        QVERIFY(stage.slider.focusPolicy() & Qt::TabFocus);
+        for (const auto& [key, time] : {std::pair(Qt::Key_Right, 51), std::pair(Qt::Key_Left, 50),
+                                        std::pair(Qt::Key_Home, 0), std::pair(Qt::Key_End, 99)}) {
+            QTest::keyClick(&stage.slider, key);
+            QCOMPARE(stage.model.currentTime(), time);
+        }
+        QKeyEvent shifted(QEvent::KeyPress, Qt::Key_Left, Qt::ShiftModifier);
+        QApplication::sendEvent(&stage.slider, &shifted);
+        QVERIFY(!shifted.isAccepted()); // the host's
+    }
+
+    void paintsOnlyWhatChanged() {
+        Stage stage;
+        stage.slider.setTimeRange(0, 499);
+        stage.paintedPixels();
+        const int renders = stage.slider.renders;
+
+        stage.model.setCurrentTime(52);
+        const int step = stage.paintedPixels();
+        QVERIFY(step > 0 && step < 80 * 37);
+        stage.model.setCurrentTime(400); // far: the old place and the new one
+        QVERIFY(stage.paintedPixels() < 2 * 60 * 37);
+        stage.move({x(30), 20}, Qt::NoButton);
+        QVERIFY(stage.paintedPixels() < 60 * 37);
+        stage.model.setKeyFrames(std::set<int>{1, 2});
+        stage.paintedPixels();
+        QCOMPARE(stage.slider.renders, renders);
+
+        for (Time frame = 0; frame < 400; ++frame)
+            stage.slider.displayFrameAsCached(frame, 0);
+        stage.settle();
+        QCOMPARE(int(stage.slider.paints.size()), 1);
+        QCOMPARE(stage.paintedPixels(), 400 * 6); // their columns on the rows of all strips
+        QCOMPARE(stage.slider.renders, renders);
+
+        stage.move({x(30), 2}, Qt::NoButton); // the overview bar lights up
+        QVERIFY(stage.paintedPixels() < 510 * 5 + 60 * 37);
+        stage.model.setInTime(20, true);
+        stage.paintedPixels();
+        QCOMPARE(stage.slider.renders, renders + 2);
+    }
+
+    void indicatorsStandOnTheirFrames() {
+        Stage stage;
+        TimeSlider::SetKeyFrameColor(Qt::blue);
+        stage.slider.setCacheBarColor(Qt::green, 0);
+        stage.slider.setCacheBarColor(Qt::yellow, 1);
+        stage.slider.setCachedFrames(frames(10, 20), 0);
+        stage.grab();
+        stage.slider.displayFrameAsCached(20, 0); // adds to columns that are filled
+        stage.slider.clearCachedFrame(12, 0);
+        stage.slider.displayFrameAsCached(30, 1);
+        for (const int bar : {-1, 2})
+            stage.slider.displayFrameAsCached(0, bar);
+        for (const Time time : {InvalidTime, TimeSliderTime::Max, -TimeSliderTime::Max})
+            stage.slider.displayFrameAsCached(time, 0);
+        stage.model.setKeyFrames(std::set<int>{40});
+        for (const int scale : {1, 2}) {
+            const QImage image = stage.grab(scale);
+            const auto columns = [&](int y, QColor color) {
+                QStringList runs;
+                int start = -1;
+                for (int column = 0; column <= image.width(); ++column) {
+                    const bool on =
+                        column < image.width() && image.pixelColor(column, y * scale) == color;
+                    if (on && start < 0)
+                        start = column;
+                    if (!on && start >= 0) {
+                        runs << QStringLiteral("%1-%2").arg(start / scale).arg(column / scale);
+                        start = -1;
+                    }
+                }
+                return runs.join(QLatin1Char(' '));
+            };
+            QCOMPARE(columns(24, Qt::green), QStringLiteral("55-65 70-110"));
+            QCOMPARE(columns(26, Qt::yellow), QStringLiteral("155-160"));
+            QCOMPARE(columns(22, Qt::blue), QStringLiteral("205-210"));
+        }
+        TimeSlider::SetKeyFrameColor(Qt::magenta);
+    }
+
+    void rendersOncePerScaleAndPalette() {
+        Stage stage;
+        const int renders = stage.slider.renders;
+        // A tick is two device pixels wide at scale 2, without a blurred edge.
+        const QImage image = stage.grab(2);
+        QCOMPARE(stage.slider.renders, renders + 1);
+        const QColor tick = image.pixelColor(2 * x(10), 2 * 18);
+        QVERIFY(image.pixelColor(2 * x(10) - 1, 2 * 18) != tick);
+        QCOMPARE(image.pixelColor(2 * x(10) + 1, 2 * 18), tick);
+        QCOMPARE(image.pixelColor(2 * x(10) + 2, 2 * 18), image.pixelColor(2 * x(10) - 1, 2 * 18));
+
+        QPalette palette = stage.slider.palette();
+        palette.setColor(QPalette::Window, QColor(12, 34, 56));
+        stage.slider.setPalette(palette);
+        QCOMPARE(stage.grab(2).pixelColor(0, 40), QColor(12, 34, 56));
+    }
+
+    void aClipWithoutFramesIsPlain() {
+        Stage stage;
+        stage.slider.setCachedFrames(frames(0, 50), 0);
+        stage.model.setTimes(0, 10, 20, -1, 0);
+        const QImage image = stage.grab();
+        const QRgb plain = stage.slider.palette().color(QPalette::Midlight).rgb();
+        for (const QPoint& at : {QPoint(5, 5), QPoint(8, 15), QPoint(60, 23), QPoint(504, 36)})
+            QCOMPARE(image.pixel(at), plain);
+    }
+
+    void isKnownToAssistiveTechnology() {
+        Stage stage;
+        auto* interface = QAccessible::queryAccessibleInterface(&stage.slider);
+        QVERIFY(interface && interface->valueInterface());
+        QCOMPARE(interface->role(), QAccessible::Slider);
+        QCOMPARE(interface->text(QAccessible::Name), QStringLiteral("Timeline"));
+        stage.formatter.setTimeDisplayFormat(true, false);
+        QCOMPARE(interface->text(QAccessible::Value), QStringLiteral("00:00:02:00"));
+        QCOMPARE(interface->valueInterface()->currentValue().toLongLong(), 50);
+        QCOMPARE(interface->valueInterface()->maximumValue().toLongLong(), 99);
+        QCOMPARE(interface->valueInterface()->minimumValue().toLongLong(), 0);
+        interface->valueInterface()->setCurrentValue(1000);
+        QCOMPARE(stage.model.currentTime(), 99);
+        stage.slider.setAccessibleName(QStringLiteral("Shot"));
+        QCOMPARE(interface->text(QAccessible::Name), QStringLiteral("Shot"));
+    }
+
+    void outlivesItsModelAndFormatter() {
+        auto model = std::make_unique<TimeSliderModel>();
+        auto formatter = std::make_unique<TimeFormatter>();
+        TimeSlider slider(model.get(), formatter.get(), 1, TimeSlider::MainTransport);
+        model->setTimes(0, 5, 10, 20, 3);
+        slider.zoomToFit();
+        slider.show();
+        slider.grab();
+        connect(&slider, &TimeSlider::updateTimeDrag, this, [&] { model.reset(); });
+        QTest::mousePress(&slider, Qt::LeftButton, Qt::NoModifier, {slider.clipTimeToX(5), 30});
+        QMouseEvent move(QEvent::MouseMove, {200, 30}, Qt::NoButton, Qt::LeftButton, {});
+        QApplication::sendEvent(&slider, &move); // deletes the model under the drag
+        QVERIFY(!slider.model());
+        QTest::mouseRelease(&slider, Qt::LeftButton, Qt::NoModifier, {200, 30});
+        QTest::keyClick(&slider, Qt::Key_Right);
+        slider.grab();
+        formatter.reset();
+        slider.zoomToFitInOut();
+        slider.grab();
+        QCOMPARE(slider.XToClipTime(7), InvalidTime);
+    }
+
+    // Any input at any size and any times: no fault, and every begun drag is ended once.
+    void survivesAnything() {
+        std::mt19937 random(3);
+        const auto pick = [&random](int n) { return int(random() % unsigned(n)); };
+        const Time times[] = {InvalidTime,   -TimeSliderTime::Max, -1, 0, 7, 1000,
+                              Time(1) << 45, TimeSliderTime::Max};
+        const auto time = [&] { return pick(3) == 0 ? times[pick(8)] : Time(pick(120)); };
+        Stage stage;
+        TimeSlider::SetUseDoublePlayhead(true);
+        for (int step = 0; step < 4000; ++step) {
+            const QPoint at(pick(600) - 20, pick(40));
+            const auto button = Qt::MouseButton(pick(4) == 0 ? 1 << pick(3) : 1);
+            const auto keys = Qt::KeyboardModifiers(pick(8) << 25); // Shift, Ctrl, Alt
+            switch (pick(12)) {
+            case 0:
+            case 1:
+                stage.press(at, button, keys);
+                break;
+            case 2:
+            case 3:
+                stage.move(at, button, keys);
+                break;
+            case 4:
+                stage.release(at, button, keys);
+                break;
+            case 5:
+                stage.wheel(pick(300) - 150, at);
+                break;
+            case 6:
+                stage.model.setTimes(pick(2) == 0 ? 0 : time(), time(), time(),
+                                     pick(2) == 0 ? 99 : time(), time());
+                break;
+            case 7:
+                stage.slider.setTimeRange(time(), time());
+                break;
+            case 8:
+                stage.slider.zoomAboutTime(time(), float(pick(40)) / 20);
+                stage.slider.pan(time());
+                break;
+            case 9:
+                stage.slider.resize(pick(4) == 0 ? pick(21) : pick(600), pick(50));
+                break;
+            case 10:
+                stage.slider.displayFrameAsCached(time(), pick(2));
+                stage.model.setKeyFrames(std::set<Time>{time(), time()});
+                break;
+            case 11:
+                if (!stage.slider.size().isEmpty())
+                    stage.grab(1 + pick(2));
+                QCoreApplication::processEvents();
+                break;
+            }
+        }
+        stage.slider.hide();
+        const QStringList begins = stage.log.filter(QRegularExpression(QStringLiteral("^begin")));
+        QVERIFY(begins.size() > 50);
+        QCOMPARE(stage.log.filter(QRegularExpression(QStringLiteral("^end$"))).size(),
+                 begins.size());
+    }
+};
+
+KXUI_TEST(TimeSliderTest);
+#include "TimeSliderTest.moc"
