@@ -133,21 +133,43 @@ std::vector<TrackInfo> CaptureState::trackInfos() const {
     return infos;
 }
 
-quint64 CaptureState::copyEvents(const TrackInfo& info, quint64 from, std::size_t most,
-                                 std::vector<EventTrack::Event>& events) {
-    events.clear();
-    events.reserve(most);
+template <class Function>
+quint64 CaptureState::visitEvents(const TrackInfo& info, quint64 from, std::size_t most,
+                                  Function visit) {
     const MutexGuard guard(profilerMutex());
     const auto& living = registry().tracks;
     if (living.find(info.track) == living.end() || info.track->m_content != info.content)
         return from;
-    const auto& held = info.track->m_fields.events;
-    from = std::max(from, info.track->m_removed);
-    const auto skip = static_cast<std::size_t>(from - info.track->m_removed);
-    const std::size_t count = std::min(most, held.size() - std::min(skip, held.size()));
-    const auto first = held.begin() + static_cast<std::ptrdiff_t>(std::min(skip, held.size()));
-    events.assign(first, first + static_cast<std::ptrdiff_t>(count));
-    return from + count;
+    const EventTrack::EventList& held = info.track->m_fields.events;
+    const quint64 first = std::max(from, info.track->m_removed);
+    const auto skip = static_cast<std::size_t>(first - info.track->m_removed);
+    if (skip >= held.size())
+        return from;
+    const std::size_t count = std::min(most, held.size() - skip);
+    const auto begin = held.begin() + static_cast<std::ptrdiff_t>(skip);
+    std::for_each(begin, begin + static_cast<std::ptrdiff_t>(count), visit);
+    return first + count;
+}
+
+quint64 CaptureState::copyEvents(const TrackInfo& info, quint64 from, std::size_t most,
+                                 std::vector<EventTrack::Event>& events) {
+    events.clear();
+    events.reserve(most);
+    return visitEvents(info, from, most,
+                       [&](const EventTrack::Event& event) { events.push_back(event); });
+}
+
+quint64 CaptureState::copyPlain(const TrackInfo& info, quint64 from, std::size_t most,
+                                std::vector<PlainEvent>& events) {
+    return visitEvents(info, from, most, [&](const EventTrack::Event& event) {
+        events.push_back({event.time, event.type, event.value});
+    });
+}
+
+QString CaptureState::tooltipText(const TrackInfo& info) {
+    const MutexGuard guard(profilerMutex());
+    const auto& living = registry().tracks;
+    return living.find(info.track) == living.end() ? QString() : info.track->tooltipLocked();
 }
 
 CaptureState& CaptureState::of(const EventGraphView& view) {

@@ -79,6 +79,20 @@ public:
     static quint64 copyEvents(const TrackInfo& info, quint64 from, std::size_t most,
                               std::vector<EventTrack::Event>& events);
 
+    /** What is drawn of an event. */
+    struct PlainEvent {
+        int time;
+        EventTrack::Type type;
+        float value;
+    };
+
+    /** As copyEvents, without the user data; appends to `events`. */
+    static quint64 copyPlain(const TrackInfo& info, quint64 from, std::size_t most,
+                             std::vector<PlainEvent>& events);
+
+    /** The track's addition to tooltips; empty when it is gone. Takes the mutex. */
+    static QString tooltipText(const TrackInfo& info);
+
     /** The state of a view. */
     static CaptureState& of(const EventGraphView& view);
 
@@ -99,6 +113,9 @@ public:
     EventTrack* syncTrack = nullptr;
 
 private:
+    template <class Function>
+    static quint64 visitEvents(const TrackInfo& info, quint64 from, std::size_t most,
+                               Function visit);
     void removeRowsOf(const EventTrack& track);
 };
 

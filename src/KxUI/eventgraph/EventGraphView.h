@@ -2,6 +2,8 @@
 
 #include <KxUI/Export.h>
 #include <KxUI/eventgraph/EventGraphMode.h>
+#include <KxUI/eventgraph/EventHitTestMode.h>
+#include <KxUI/eventgraph/EventTrack.h>
 
 #include <QMultiMap>
 #include <QWidget>
@@ -11,14 +13,21 @@
 
 QT_BEGIN_NAMESPACE
 class QMutex;
+class QPainter;
 class QReadWriteLock;
+class QScrollBar;
+class QTextEdit;
 QT_END_NAMESPACE
 
 namespace Kestrel::UI {
 
 class CaptureState;
-class EventTrack;
 class IEventGraphTimer;
+struct Scene;
+struct SceneRow;
+struct TrackIndex;
+struct TrackInfo;
+struct ViewColors;
 
 /** Owns a capture: switches recording on and off, keeps the tracks in order and draws them.
 
@@ -72,6 +81,53 @@ public:
     /** The rows from top to bottom, by sort key. Hold GetMutex() while other threads add tracks. */
     const QMultiMap<int, EventTrack*>& tracks() const;
 
+    /** Pixels from one background stripe to the next; 0 or less for none. Default 40. */
+    void setBackgroundStripeSpacing(int pixels);
+    int backgroundStripeSpacing() const { return m_stripeSpacing; }
+
+    /** A track at whose starts and samples lines run through all rows; null for none. Borrowed, and
+        forgotten when it leaves the view. */
+    void setSyncTrack(EventTrack* track);
+    EventTrack* syncTrack() const;
+
+    /** Whether tracks without activities or samples have no row. Default false. */
+    void setHideEmptyTracks(bool hide);
+    bool hideEmptyTracks() const { return m_hideEmptyTracks; }
+
+    /** Default DirectHitOnly. */
+    void setHitTestMode(EventHitTestMode mode);
+    EventHitTestMode hitTestMode() const { return m_hitTestMode; }
+
+    /** Pixels per millisecond; 1 at first. */
+    float horizontalScale() const { return m_scale; }
+
+    /** The text for the event at a point of the view, and where that event is; empty without one.
+     */
+    QString eventTextAt(const QPoint& point, QRect* hitRect = nullptr) const;
+
+    /** The whole capture without scrolling; 200 x 100 while it runs. */
+    QSize sizeHint() const override;
+
+    /** Zooms by steps, positive to the larger, with a point of the view staying where it is. */
+    void zoomAbout(int x, int steps);
+
+    /** Makes the whole capture, or the selection, as large as fits. Nothing without a selection. */
+    void zoomToFit();
+    void zoomToSelection();
+
+    /** The selected time in milliseconds since the start; equal when nothing is selected. */
+    int selectionStart() const { return m_selectionStart; }
+    int selectionEnd() const { return m_selectionEnd; }
+    void setSelection(int start, int end);
+
+    /** Selects and shows the next (or previous) track whose name, or event whose text holds `text`
+        in any case, after what was found before; wraps around. False when nothing does. */
+    bool findNext(const QString& text, bool backwards = false);
+
+    /** Writes the capture for trace viewers, in the Trace Event Format as JSON: activities,
+       instants and counters. False when the file cannot be written. */
+    bool exportTrace(const QString& path) const;
+
     /** Writes the capture to a file as EventGraphWriter does with these flags; false when the file
         cannot be written. A file that was there is replaced only when all has been written. */
     bool save(const QString& path, int flags) const;
@@ -91,20 +147,82 @@ Q_SIGNALS:
     /** After a capture has stopped. */
     void captureStopped();
 
+    /** After the size, scale or times of what is shown have changed. */
+    void layoutChanged();
+
+    /** After another span of time has been selected. */
+    void selectionChanged();
+
+public Q_SLOTS:
+    /** Hides the text of an event. */
+    void hidePopup();
+
 protected:
+    void paintEvent(QPaintEvent* event) override;
+    void wheelEvent(QWheelEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
     void timerEvent(QTimerEvent* event) override;
 
 private:
     friend class CaptureState;
+    friend class EventGraph;
+    friend class TimeRuler;
     friend class EventGraphReader;
     friend class EventTrack;
 
+    // What a search found: an event of a row, or with entry -1 the row itself.
+    struct Found {
+        int row = -1;
+        qint64 entry = -1;
+        int start = 0;
+        int end = 0;
+    };
+    enum class Dragging { None, Pressed, Selecting };
+
     void killStopTimer();
+    void relayout();
+    int span() const;
+    const Scene& scene() const;
+    const TrackIndex& index(const SceneRow& row) const;
+    static QString userText(const TrackInfo& track, quint64 event);
+    void paintRows(QPainter& painter, const QRect& visible) const;
+    void paintStripes(QPainter& painter, const QRect& visible, const ViewColors& colors) const;
+    void paintSyncLines(QPainter& painter, const QRect& visible, const ViewColors& colors) const;
+    void paintName(QPainter& painter, const SceneRow& row, const ViewColors& colors) const;
+    void paintSelection(QPainter& painter, const QRect& visible, const ViewColors& colors) const;
+    void paintRecording(QPainter& painter) const;
+    void showPopup(const QString& text, const QPoint& globalPosition);
+    QRect visiblePart() const;
+    QScrollBar* scrollBar(Qt::Orientation orientation) const;
+    void setScale(float scale, int fixedX);
+    void scrollTo(int horizontal);
+    void showTimes(int start, int end);
+    static qint64 firstMatch(const TrackInfo& track, const QString& text, qint64 low, qint64 high);
+    static qint64 lastMatch(const TrackInfo& track, const QString& text, qint64 low, qint64 high);
+    static bool isMatch(const EventTrack::Event& event, const QString& text);
+    bool showFound(const Found& found);
 
     std::unique_ptr<IEventGraphTimer> m_ownTimer;
     CaptureState& m_state;
     std::vector<std::unique_ptr<EventTrack>> m_loadedTracks;
     int m_stopTimer = 0;
+
+    int m_stripeSpacing = 40;
+    float m_scale = 1.0f;
+    bool m_hideEmptyTracks = false;
+    EventHitTestMode m_hitTestMode = EventHitTestMode::DirectHitOnly;
+    mutable std::unique_ptr<Scene> m_scene;
+    QWidget* m_popup = nullptr;
+    QTextEdit* m_popupText = nullptr;
+    Dragging m_dragging = Dragging::None;
+    int m_dragX = 0;
+    int m_selectionStart = 0;
+    int m_selectionEnd = 0;
+    Found m_found;
 };
 
 } // namespace Kestrel::UI

@@ -229,6 +229,10 @@ void EventTrack::contentReplaced() {
 
 QString EventTrack::trackTooltipText() const {
     const MutexGuard guard(profilerMutex());
+    return tooltipLocked();
+}
+
+QString EventTrack::tooltipLocked() const {
     const auto mean = [](const char* label, double value) {
         return QLatin1String(label) + QString::number(value, 'g', 6);
     };

@@ -158,6 +158,7 @@ private:
     void clearLocked(const CaptureState* capture, EventList& dropped);
     void finaliseLocked(int startTime, EventList& dropped);
     void contentReplaced();
+    QString tooltipLocked() const;
     template <class Function>
     void withLocks(Function function);
 

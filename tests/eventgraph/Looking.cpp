@@ -1,0 +1,353 @@
+#include "FakeTimer.h"
+
+#include <KxUI/eventgraph/EventGraphGeometry_p.h>
+#include <KxUI/eventgraph/EventGraphPainting_p.h>
+#include <KxUI/eventgraph/EventGraphView.h>
+#include <KxUI/eventgraph/EventStatistics_p.h>
+#include <KxUI/eventgraph/EventTraceWriter_p.h>
+#include <KxUI/eventgraph/EventUserDataString.h>
+#include <support/TestRegistry.h>
+
+#include <QBuffer>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QtTest>
+
+#include <cmath>
+#include <limits>
+#include <map>
+#include <random>
+
+using namespace Kestrel::UI;
+using Kestrel::Test::FakeTimer;
+using PlainEvent = CaptureState::PlainEvent;
+using Type = EventTrack::Type;
+using TrackType = EventTrack::TrackType;
+using Events = std::vector<PlainEvent>;
+Q_DECLARE_METATYPE(Events)
+
+namespace {
+
+constexpr int largest = std::numeric_limits<int>::max();
+
+TrackInfo info(TrackType type, int height = 40) {
+    TrackInfo track;
+    track.type = type;
+    track.minValue = -1;
+    track.maxValue = 1;
+    track.graphHeight = height;
+    return track;
+}
+
+TrackIndex timeline(const Events& events) {
+    return makeIndex(info(TrackType::Timeline), 0, events);
+}
+
+// "A 10-20" for an activity, "I 7" for an instant.
+QString described(const std::optional<EventHit>& hit) {
+    if (!hit)
+        return "none";
+    const QString rect = QString(" x %1+%2").arg(hit->rect.x()).arg(hit->rect.width());
+    return (hit->kind == EventHit::Kind::Activity ? QString("A %1-%2").arg(hit->time).arg(hit->end)
+                                                  : QString("I %1").arg(hit->time)) +
+           rect;
+}
+
+Events randomTimeline(std::mt19937& random, int count, bool sorted) {
+    const auto upTo = [&](int n) { return int(random() % unsigned(n)); };
+    const int longest = 1 << upTo(8);
+    Events events;
+    int time = upTo(50);
+    bool open = upTo(2);
+    for (int i = 0; i < count; ++i) {
+        time += upTo(4) == 0 ? 0 : upTo(longest);
+        const int at = sorted ? time : time - upTo(200);
+        if (upTo(5) == 0) {
+            events.push_back({at, Type::Sample, 0});
+        } else {
+            events.push_back({at, open ? Type::End : Type::Start, 0});
+            open = !open && upTo(30) != 0; // now and then a start without an end
+        }
+    }
+    return events;
+}
+
+float randomScale(std::mt19937& random) {
+    return std::exp2(float(int(random() % 40u)) / 4.0f - 7.0f);
+}
+
+} // namespace
+
+class Looking : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void zoomLadder_data() {
+        QTest::addColumn<float>("scale");
+        QTest::addColumn<int>("delta");
+        QTest::addColumn<int>("span");
+        QTest::addColumn<float>("expected");
+        const float root = std::exp2(0.25f);
+        QTest::newRow("in") << 1.0f << 120 << 1000 << root;
+        QTest::newRow("out") << 1.0f << -120 << 1000 << 1 / root;
+        QTest::newRow("three notches") << 2.0f << 360 << 1000 << 2 * root * root * root;
+        QTest::newRow("part of a notch") << 1.0f << 119 << 1000 << 1.0f;
+        QTest::newRow("part of a notch out") << 1.0f << -239 << 1000 << 1 / root;
+        QTest::newRow("onto the ladder") << 1.05f << 120 << 1000 << root;
+        QTest::newRow("half away from zero") << std::exp2(0.125f) << 0 << 1000 << root;
+        // 2^14 x 1000 fits into a widget, the next step does not.
+        QTest::newRow("stops at the largest width") << 16384.0f << 120 << 1000 << 16384.0f;
+        QTest::newRow("a day") << 1.0f << 12000 << 86'400'000 << std::exp2(-2.5f);
+        QTest::newRow("stops far out")
+            << 1.0f << std::numeric_limits<int>::min() << 1000 << std::exp2(-30.0f);
+    }
+
+    void zoomLadder() {
+        QFETCH(float, scale);
+        QFETCH(int, delta);
+        QFETCH(int, span);
+        QTEST(zoomed(scale, delta, span), "expected");
+    }
+
+    void positions() {
+        const TimeScale half{0.5f};
+        QCOMPARE(half.x(0), 200);
+        QCOMPARE(half.x(3), 201);
+        QCOMPARE(half.x(-3), 199);
+        QCOMPARE(TimeScale{1e30f}.x(largest), largest);
+        QCOMPARE(TimeScale{1e30f}.x(-largest), std::numeric_limits<int>::min() + 200);
+        QCOMPARE(viewSize(100, 1.0f, 0), QSize(1000, 500));
+        QCOMPARE(viewSize(1001, 0.5f, 700), QSize(700, 700));
+        QCOMPARE(viewSize(largest, 1e10f, qint64(1) << 40), QSize(largestExtent, largestExtent));
+        QCOMPARE(viewSize(-5, 1.0f, 0), QSize(1000, 500));
+        QCOMPARE(graphY(0.5f, 0, 1, 40, 100), 80);
+        QCOMPARE(graphY(0.99f, 0, 1, 40, 100), 61);
+        QCOMPARE(graphY(1e38f, 0, 1e-38f, 40, 100), 100 - largestExtent);
+        QCOMPARE(graphY(std::nanf(""), 0, 1, 40, 100), 100);
+        QCOMPARE(tickStep(1.0f, 90), 100.0);
+        QCOMPARE(tickStep(0.5f, 90), 200.0);
+        QCOMPARE(tickStep(100.0f, 90), 1.0);
+
+        // The time under the cursor stays there, wherever the view was scrolled to.
+        QCOMPARE(scrollAfterZoom(600, 0, 1.0f, 2.0f, 5000, 1000), 400);
+        QCOMPARE(scrollAfterZoom(1600, 1000, 1.0f, 2.0f, 5000, 1000), 2400);
+        QCOMPARE(scrollAfterZoom(50, 0, 1.0f, 2.0f, 5000, 1000), 0);
+        QCOMPARE(scrollAfterZoom(600, 0, 2.0f, 1.0f, 5000, 1000), 0);
+        QCOMPARE(scrollAfterZoom(4900, 4000, 1.0f, 2.0f, 5000, 1000), 4000);
+    }
+
+    void hitTable_data() {
+        QTest::addColumn<Events>("events");
+        QTest::addColumn<int>("x");
+        QTest::addColumn<QString>("direct");
+        QTest::addColumn<QString>("next");
+        const Events two{
+            {10, Type::Start, 0}, {20, Type::End, 0}, {30, Type::Start, 0}, {30, Type::End, 0}};
+        const QString first = "A 10-20 x 210+10", second = "A 30-30 x 230+1";
+        QTest::newRow("before") << two << 209 << "none" << first;
+        QTest::newRow("first pixel") << two << 210 << first << first;
+        QTest::newRow("last pixel") << two << 219 << first << first;
+        QTest::newRow("between") << two << 220 << "none" << second;
+        QTest::newRow("without width") << two << 230 << second << second;
+        QTest::newRow("behind") << two << 231 << "none"
+                                << "none";
+        const Events instants{
+            {5, Type::Sample, 0}, {6, Type::Start, 0}, {7, Type::Sample, 0}, {9, Type::End, 0}};
+        QTest::newRow("1 pixel before an instant") << instants << 204 << "I 5 x 204+3"
+                                                   << "I 5 x 204+3";
+        QTest::newRow("2 pixels before") << instants << 203 << "none"
+                                         << "A 6-9 x 206+3";
+        QTest::newRow("oldest first") << instants << 206 << "I 5 x 204+3"
+                                      << "I 5 x 204+3";
+        QTest::newRow("within an activity") << instants << 208 << "I 7 x 206+3"
+                                            << "I 7 x 206+3";
+        QTest::newRow("open when it began") << Events{{4, Type::End, 0}} << 202 << "A 0-4 x 200+4"
+                                            << "A 0-4 x 200+4";
+        QTest::newRow("still open") << Events{{4, Type::Start, 0}} << 206 << "none"
+                                    << "none";
+        QTest::newRow("beyond the view")
+            << Events{{2000, Type::Start, 0}, {2100, Type::End, 0}} << 300 << "none"
+            << "none";
+    }
+
+    void hitTable() {
+        QFETCH(Events, events);
+        QFETCH(int, x);
+        const TrackIndex index = timeline(events);
+        TimelineProbe probe{{1.0f}, x, 1000, EventHitTestMode::DirectHitOnly};
+        QTEST(described(hitTimeline(index, probe)), "direct");
+        probe.mode = EventHitTestMode::AllowNext;
+        QTEST(described(hitTimeline(index, probe)), "next");
+    }
+
+    // What the index finds and covers is what a walk through all events does.
+    void indexEqualsWalk_data() {
+        QTest::addColumn<unsigned>("seed");
+        for (unsigned seed = 1; seed <= 60; ++seed)
+            QTest::addRow("seed %u", seed) << seed;
+    }
+
+    void indexEqualsWalk() {
+        QFETCH(unsigned, seed);
+        std::mt19937 random(seed);
+        const Events events = randomTimeline(random, 400, seed % 6 != 0);
+        const TrackIndex index = timeline(events);
+        const TimeScale scale{randomScale(random)};
+        for (int i = 0; i < 400; ++i) {
+            const TimelineProbe probe{scale, 190 + int(random() % 1000u), 900,
+                                      EventHitTestMode(random() % 2u)};
+            QCOMPARE(described(hitTimeline(index, probe)),
+                     described(hitTimelineLinear(events, probe)));
+        }
+
+        const int left = 200 + int(random() % 100u), right = left + 700;
+        std::map<int, bool> painted, covered;
+        int start = 0;
+        for (const PlainEvent& event : events) {
+            if (event.type == Type::Start)
+                start = event.time;
+            if (event.type != Type::End)
+                continue;
+            const int from = scale.x(start), to = std::max(scale.x(event.time), from + 1);
+            for (int x = std::max(from, left); x < std::min(to, right); ++x)
+                painted[x] = x == from && to - from >= 3;
+        }
+        int last = left;
+        for (const ColumnRun& run : spanColumns(index, scale, left, right)) {
+            QVERIFY(run.from >= last && run.from < run.to && run.to <= right);
+            last = run.to;
+            for (int x = run.from; x < run.to; ++x)
+                covered[x] = run.edge;
+        }
+        if (index.sorted)
+            QCOMPARE(covered, painted);
+    }
+
+    void graphEqualsWalk_data() { indexEqualsWalk_data(); }
+
+    void graphEqualsWalk() {
+        QFETCH(unsigned, seed);
+        std::mt19937 random(seed);
+        Events events;
+        int time = int(random() % 100u);
+        for (int i = 0; i < 20'000; ++i) {
+            time += int(random() % 4u) / 2;
+            events.push_back({time, Type::Sample,
+                              std::sin(float(i) / 100.0f) * (random() % 200u ? 1.0f : 3.0f)});
+        }
+        const TrackIndex index = makeIndex(info(TrackType::Value), 0, events);
+        const TimeScale scale{randomScale(random)};
+        const int bottom = 100, top = bottom - 40;
+        for (int i = 0; i < 40; ++i) {
+            const QPoint point(200 + int(random() % 600u), top - 5 + int(random() % 50u));
+            const auto hit = hitGraph(index, scale, point, bottom);
+            const auto expected = std::find_if(events.begin(), events.end(), [&](const auto& each) {
+                return std::abs(scale.x(each.time) - point.x()) <= 2 &&
+                       std::abs(graphY(each.value, -1, 1, 40, bottom) - point.y()) <= 2;
+            });
+            QCOMPARE(hit.has_value(), expected != events.end());
+            if (hit)
+                QCOMPARE(int(hit->event), int(expected - events.begin()));
+        }
+
+        const int left = 250, right = 800;
+        std::vector<std::pair<int, int>> reach(std::size_t(right - left), {1000, -1000});
+        const auto include = [&](int from, int to, int y) {
+            y = std::min(std::max(y, top), bottom - 1);
+            for (int x = std::max(from, left); x < std::min(to, right); ++x) {
+                auto& [high, low] = reach[std::size_t(x - left)];
+                high = std::min(high, y);
+                low = std::max(low, y);
+            }
+        };
+        for (std::size_t i = 0; i < events.size(); ++i) {
+            const int y = graphY(events[i].value, -1, 1, 40, bottom);
+            const int next = i + 1 < events.size() ? scale.x(events[i + 1].time) : right;
+            include(scale.x(events[i].time), next + 1, y);
+        }
+        for (const GraphRun& run : graphColumns(index, scale, left, right, bottom)) {
+            for (int x = run.from; x < run.to; ++x) {
+                QCOMPARE(reach[std::size_t(x - left)], std::make_pair(run.top, run.bottom));
+                reach[std::size_t(x - left)] = {1000, -1000};
+            }
+        }
+        for (const auto& column : reach)
+            QCOMPARE(column, std::make_pair(1000, -1000));
+    }
+
+    void statistics() {
+        std::vector<double> values;
+        for (int i = 200; i > 0; --i)
+            values.push_back(i);
+        const EventStatistics all = statisticsOf(values);
+        QCOMPARE(all.count, std::size_t(200));
+        QCOMPARE(QList<double>({all.minimum, all.mean, all.maximum, all.median, all.percentile95,
+                                all.percentile99}),
+                 QList<double>({1, 100.5, 200, 100, 190, 198}));
+        QCOMPARE(statisticsOf(std::vector<double>{7}).percentile99, 7.0);
+        QCOMPARE(statisticsOf(std::vector<double>{}).count, std::size_t(0));
+        const TrackIndex index = timeline({{5, Type::Start, 0}, {9, Type::End, 0}});
+        QCOMPARE(statisticsOf(index).maximum, 4.0);
+    }
+
+    void exportedTrace() {
+        FakeTimer timer;
+        timer.now = 1000;
+        EventGraphView view(nullptr, &timer);
+        EventTrack time("Decode \"a\"", Qt::red, 1, TrackType::Timeline, 0, 1, 9, 900, 20, nullptr);
+        EventTrack value("Cache", Qt::red, 2, TrackType::Value, 0, 1, 9, 900, 20, nullptr);
+        view.addTrack(&time);
+        view.addTrack(&value);
+        view.start(3.4028235e38f, EventGraphMode::Forwards);
+        QStringList expected;
+        std::mt19937 random(1);
+        for (int i = 0; i < 100; ++i) {
+            const int from = timer.now += int(random() % 9u);
+            const QString text = QString("f\\%1\n\u0001é🎬").arg(i);
+            time.addEvent(Type::Start, nullptr);
+            timer.now += int(random() % 9u);
+            time.addEvent(Type::End, i % 3 ? new EventUserDataString(text) : nullptr);
+            expected << QString("X %1 %2 %3")
+                            .arg(from - 1000)
+                            .arg(timer.now - from)
+                            .arg(i % 3 ? text : QString());
+            time.addEvent(Type::Sample, new EventUserDataString(text));
+            expected << QString("i %1 0 %2").arg(timer.now - 1000).arg(text);
+        }
+        for (const float sample : {0.25f, std::nanf(""), -3e30f, 1.0f / 0.0f, 7.0f}) {
+            value.addEvent(sample);
+            if (std::isfinite(sample))
+                expected << QString("C %1 %2").arg(timer.now - 1000).arg(double(sample));
+        }
+        view.stop();
+
+        QBuffer buffer;
+        buffer.open(QIODevice::WriteOnly);
+        QVERIFY(writeEventTrace(view, &buffer));
+        QJsonParseError error;
+        const QJsonDocument document = QJsonDocument::fromJson(buffer.data(), &error);
+        QVERIFY2(error.error == QJsonParseError::NoError, qPrintable(error.errorString()));
+        QStringList read, names;
+        for (const QJsonValue& each : document.object()["traceEvents"].toArray()) {
+            const QJsonObject event = each.toObject();
+            const QString phase = event["ph"].toString();
+            const QJsonObject arguments = event["args"].toObject();
+            const QString at = QString::number(event["ts"].toDouble() / 1000);
+            if (phase == "M")
+                names << arguments["name"].toString();
+            else if (phase == "C")
+                read << QString("C %1 %2").arg(at).arg(arguments["value"].toDouble());
+            else
+                read << QString("%1 %2 %3 %4")
+                            .arg(phase, at)
+                            .arg(event["dur"].toDouble() / 1000)
+                            .arg(arguments["text"].toString());
+        }
+        QCOMPARE(read, expected);
+        QVERIFY(names.contains("Decode \"a\""));
+    }
+};
+
+KXUI_TEST(Looking);
+#include "Looking.moc"

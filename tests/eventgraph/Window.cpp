@@ -1,0 +1,420 @@
+#include "FakeTimer.h"
+
+#include <KxUI/eventgraph/EventGraph.h>
+#include <KxUI/eventgraph/EventGraphView.h>
+#include <KxUI/eventgraph/EventTrack.h>
+#include <KxUI/eventgraph/EventUserDataString.h>
+#include <support/TestRegistry.h>
+
+#include <QAction>
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDoubleSpinBox>
+#include <QFileDialog>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTextEdit>
+#include <QTreeWidget>
+#include <QtTest>
+
+using namespace Kestrel::UI;
+using Kestrel::Test::FakeTimer;
+using Type = EventTrack::Type;
+using TrackType = EventTrack::TrackType;
+
+namespace {
+
+constexpr float unlimited = 3.4028235e38f;
+
+EventTrack* makeTrack(const QString& name, int key, TrackType type = TrackType::Timeline) {
+    return new EventTrack(name, Qt::red, key, type, 0, 10, 5000, 10000, 60, nullptr);
+}
+
+// A window with a capture: activities of 40 ms every 100 ms, and a graph below.
+struct Captured {
+    Captured() {
+        window.addTrack(time.get());
+        window.addTrack(value.get());
+        window.addTrack(empty.get());
+        view.start(unlimited, EventGraphMode::Forwards);
+        for (int i = 0; i < 50; ++i) {
+            time->addEvent(Type::Start, nullptr);
+            timer.now += 40;
+            value->addEvent(float(i % 10));
+            time->addEvent(Type::End, new EventUserDataString(QString("frame %1").arg(i)));
+            timer.now += 60;
+        }
+        view.stop();
+        window.show();
+    }
+
+    QAction* action(const QString& text) const {
+        for (QAction* each : window.findChildren<QAction*>()) {
+            if (each->text() == text)
+                return each;
+        }
+        return nullptr;
+    }
+
+    template <class Widget>
+    Widget* widget(const QString& text) const {
+        for (Widget* each : window.findChildren<Widget*>()) {
+            if (each->property("text").toString() == text)
+                return each;
+        }
+        return nullptr;
+    }
+
+    QScrollArea* area() const { return window.findChild<QScrollArea*>(); }
+
+    FakeTimer timer;
+    std::unique_ptr<EventTrack> time{makeTrack("Decode", 1)};
+    std::unique_ptr<EventTrack> value{makeTrack("Cache", 2, TrackType::Value)};
+    std::unique_ptr<EventTrack> empty{makeTrack("Idle", 3)};
+    EventGraph window{nullptr, &timer};
+    EventGraphView& view{*window.view()};
+};
+
+// Answers the modal boxes that come up: with a path in a file dialog, with the default in a message
+// box, whose title and text are kept.
+class Answers : public QObject {
+public:
+    Answers() { m_timer = startTimer(5); }
+
+    QStringList paths;
+    QStringList seen;
+
+protected:
+    void timerEvent(QTimerEvent*) override {
+        QWidget* const box = QApplication::activeModalWidget();
+        if (auto* const message = qobject_cast<QMessageBox*>(box)) {
+            seen << message->windowTitle() + "|" + message->text();
+            message->accept();
+        } else if (auto* const dialog = qobject_cast<QFileDialog*>(box)) {
+            seen << dialog->windowTitle() + "|" + dialog->nameFilters().join(";;");
+            if (paths.isEmpty()) {
+                dialog->reject();
+                return;
+            }
+            dialog->findChild<QLineEdit*>("fileNameEdit")->setText(paths.takeFirst());
+            QMetaObject::invokeMethod(dialog, "accept");
+        }
+    }
+
+private:
+    int m_timer;
+};
+
+} // namespace
+
+class Window : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void eventTexts_data() {
+        QTest::addColumn<QPoint>("point");
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QRect>("rect");
+        QTest::newRow("activity") << QPoint(310, 5)
+                                  << "frame 1, Start=100, Duration=40, Mean Duration=40"
+                                  << QRect(300, 0, 40, 24);
+        QTest::newRow("between") << QPoint(350, 5) << QString() << QRect();
+        // Sample 3 of value 3 stands at 340 ms, 18 pixels above the end of the row.
+        QTest::newRow("sample") << QPoint(541, 64) << "Time=340, Value=3, Mean Value=4.5"
+                                << QRect(538, 64, 5, 5);
+        QTest::newRow("beside a sample") << QPoint(543, 66) << QString() << QRect();
+        QTest::newRow("below the rows") << QPoint(310, 300) << QString() << QRect();
+    }
+
+    void eventTexts() {
+        QFETCH(QPoint, point);
+        const Captured capture;
+        QRect rect;
+        QTEST(capture.view.eventTextAt(point, &rect), "text");
+        QTEST(rect, "rect");
+    }
+
+    void allowNext() {
+        Captured capture;
+        auto* const box = capture.window.findChildren<QComboBox*>().at(1);
+        QCOMPARE(box->itemText(1), QString("Allow next"));
+        QCOMPARE(capture.view.eventTextAt({350, 5}), QString());
+        box->setCurrentIndex(1);
+        QVERIFY(capture.view.eventTextAt({350, 5}).startsWith("frame 2, "));
+    }
+
+    void sizes() {
+        Captured capture;
+        EventGraphView& view = capture.view;
+        QCOMPARE(view.sizeHint(), QSize(5200, 500));
+        QCOMPARE(view.size(), view.sizeHint());
+        std::unique_ptr<EventTrack> tall(
+            new EventTrack("Tall", Qt::red, 9, TrackType::Value, 0, 1, 9, 9, 600, nullptr));
+        view.addTrack(tall.get());
+        QCOMPARE(view.sizeHint().height(), 24 + 60 + 24 + 600);
+        capture.widget<QCheckBox>("Hide Empty Tracks")->setChecked(true);
+        QVERIFY(view.hideEmptyTracks());
+        QCOMPARE(view.sizeHint().height(), 500);
+        QCOMPARE(view.size(), view.sizeHint());
+        view.start(unlimited, EventGraphMode::Forwards);
+        QCOMPARE(view.size(), QSize(200, 100));
+        view.stop();
+        QCOMPARE(view.size(), QSize(1000, 500));
+    }
+
+    void wheelKeepsTheTimeUnderTheCursor() {
+        Captured capture;
+        EventGraphView& view = capture.view;
+        QScrollBar* const bar = capture.area()->horizontalScrollBar();
+        const auto wheel = [&](int viewportX, int delta) {
+            const QPointF at(viewportX - view.x(), 10);
+            QWheelEvent event(at, view.mapToGlobal(at.toPoint()), {}, {0, delta}, Qt::NoButton,
+                              Qt::NoModifier, Qt::NoScrollPhase, false);
+            QApplication::sendEvent(&view, &event);
+            QVERIFY(event.isAccepted());
+            QCOMPARE(view.x(), -bar->value());
+        };
+        const auto timeAt = [&](int viewportX) {
+            return double(viewportX - view.x() - 200) / double(view.horizontalScale());
+        };
+        bar->setValue(1500);
+        for (const int delta : {120, 240, -120, 480, -240}) {
+            const double before = timeAt(500);
+            wheel(500, delta);
+            QVERIFY(std::abs(timeAt(500) - before) < 1.5);
+        }
+        QCOMPARE(view.horizontalScale(), std::exp2(1.0f));
+        wheel(500, -12000);
+        QCOMPARE(bar->value(), 0);
+        wheel(500, 120 * 500);
+        QVERIFY(view.width() > 8'000'000 && view.width() <= 16'777'215);
+        capture.window.grab();
+
+        QTest::keyClick(&view, Qt::Key_F);
+        QVERIFY(view.width() <= capture.area()->viewport()->width());
+        view.setSelection(1000, 1400);
+        QTest::keyClick(&view, Qt::Key_Z);
+        QVERIFY(timeAt(200) <= 1000 && timeAt(capture.area()->viewport()->width()) >= 1400);
+        QVERIFY(timeAt(200) > 700);
+        QTest::keyClick(&view, Qt::Key_Escape);
+        QCOMPARE(view.selectionStart(), view.selectionEnd());
+    }
+
+    void pressAndDrag() {
+        Captured capture;
+        EventGraphView& view = capture.view;
+        auto* const popup = view.findChild<QTextEdit*>();
+        QVERIFY(popup->isReadOnly() && !popup->isVisible());
+        QTest::mousePress(&view, Qt::LeftButton, {}, {310, 5});
+        QVERIFY(popup->isVisible());
+        QCOMPARE(popup->toPlainText(), view.eventTextAt({310, 5}));
+        const QFontMetrics metrics(popup->document()->defaultFont());
+        QCOMPARE(popup->window()->size(), metrics.size(0, popup->toPlainText()) + QSize(30, 30));
+        QTest::mousePress(&view, Qt::LeftButton, {}, {320, 5});
+        QVERIFY(!popup->isVisible());
+        QTest::mousePress(&view, Qt::LeftButton, {}, {310, 5});
+        QVERIFY(popup->isVisible());
+        capture.area()->horizontalScrollBar()->setValue(77);
+        QVERIFY(!popup->isVisible());
+
+        QTest::mousePress(&view, Qt::LeftButton, {}, {350, 5});
+        QTest::mouseMove(&view, {450, 5});
+        QMouseEvent move(QEvent::MouseMove, QPointF(450, 5), Qt::NoButton, Qt::LeftButton, {});
+        QApplication::sendEvent(&view, &move);
+        QTest::mouseRelease(&view, Qt::LeftButton, {}, {450, 5});
+        QCOMPARE(view.selectionStart(), 150);
+        QCOMPARE(view.selectionEnd(), 250);
+        QTest::mouseClick(&view, Qt::LeftButton, {}, {350, 5});
+        QCOMPARE(view.selectionEnd(), view.selectionStart());
+    }
+
+    void controls() {
+        Captured capture;
+        EventGraphView& view = capture.view;
+        QAction* const single = capture.action("Single shot");
+        QAction* const start = capture.action("Start");
+        const auto combos = capture.window.findChildren<QComboBox*>();
+        QComboBox* const mode = combos.at(0);
+        auto* const duration = capture.window.findChild<QDoubleSpinBox*>();
+        QCOMPARE(duration->value(), 2.0);
+        const QList<QWidget*> frozen{capture.widget<QLabel>("    Capture Mode: "),
+                                     mode,
+                                     capture.widget<QLabel>("    Capture Duration/s: "),
+                                     duration,
+                                     capture.widget<QLabel>("    Event hit test mode: "),
+                                     combos.at(1),
+                                     capture.widget<QCheckBox>("Include user data"),
+                                     capture.widget<QCheckBox>("Skip duplicates")};
+        const auto state = [&] {
+            const bool enabled = frozen.first()->isEnabled();
+            for (QWidget* widget : frozen) {
+                if (!widget || widget->isEnabled() != enabled)
+                    return QString("mixed");
+            }
+            if (capture.action("Save")->isEnabled() != enabled ||
+                !capture.widget<QCheckBox>("Hide Empty Tracks")->isEnabled() ||
+                !capture.action("Load")->isEnabled())
+                return QString("mixed");
+            return QString("%1%2 %3 %4")
+                .arg(single->isEnabled() ? "single " : "")
+                .arg(start->text())
+                .arg(start->isEnabled() ? "on" : "off")
+                .arg(enabled ? "free" : "frozen");
+        };
+        QCOMPARE(state(), QString("single Start on free"));
+        start->trigger();
+        QCOMPARE(view.durationSeconds(), unlimited);
+        QCOMPARE(state(), QString("Stop on frozen"));
+        start->trigger();
+        QVERIFY(view.paused());
+        QCOMPARE(state(), QString("single Start on free"));
+        single->trigger();
+        QCOMPARE(view.durationSeconds(), 2.0f);
+        QCOMPARE(state(), QString("Start off frozen"));
+        view.stop();
+        mode->setCurrentIndex(1);
+        QCOMPARE(state(), QString("Start on free"));
+        start->trigger();
+        QVERIFY(view.mode() == EventGraphMode::History && view.durationSeconds() == 2.0f);
+        QCOMPARE(state(), QString("Stop on frozen"));
+        start->trigger();
+        QCOMPARE(state(), QString("Start on free"));
+        capture.window.start(5, EventGraphMode::Forwards);
+        QCOMPARE(duration->value(), 5.0);
+        QCOMPARE(mode->currentIndex(), 0);
+        QCOMPARE(state(), QString("Start off frozen"));
+        capture.window.stop();
+        QCOMPARE(state(), QString("single Start on free"));
+
+        // Text that is no duration starts nothing.
+        mode->setCurrentIndex(1);
+        duration->findChild<QLineEdit*>()->setText("");
+        start->trigger();
+        QVERIFY(view.paused());
+    }
+
+    void saveAndLoad() {
+        Captured capture;
+        const QTemporaryDir folder;
+        const QString path = folder.filePath("capture.xml"),
+                      filter = "XML (*.xml);;All files (*.*)";
+        Answers answers;
+        answers.paths << path;
+        capture.action("Save")->trigger();
+        QCOMPARE(answers.seen, QStringList({"Save events file|" + filter,
+                                            "Save result|Event data saved to '" + path + "'"}));
+        answers.seen.clear();
+        answers.paths << path;
+        capture.action("Load")->trigger();
+        QCOMPARE(answers.seen, QStringList("Load events file|" + filter));
+        EventGraph* loaded = nullptr;
+        for (QWidget* widget : QApplication::topLevelWidgets()) {
+            if (widget->windowTitle() == "Events " + path)
+                loaded = qobject_cast<EventGraph*>(widget);
+        }
+        QVERIFY(loaded);
+        QCOMPARE(loaded->view()->tracks().size(), 3);
+        QCOMPARE(loaded->view()->size(), QSize(5200, 500));
+        QVERIFY(loaded->view()->eventTextAt({310, 5}).startsWith("frame 1, Start=100"));
+        delete loaded;
+
+        answers.seen.clear();
+        QFile broken(path);
+        QVERIFY(broken.open(QIODevice::WriteOnly) && broken.write("<Graph/>") > 0);
+        broken.close();
+        capture.view.load(path);
+        QCOMPARE(answers.seen,
+                 QStringList("Open result|Error opening '" + path +
+                             "':\n\nThe file doesn't contain an event graph\nLine 1, column 8"));
+    }
+
+    void search() {
+        Captured capture;
+        EventGraphView& view = capture.view;
+        QStringList found;
+        for (int i = 0; i < 7; ++i) {
+            QVERIFY(view.findNext("FRAME 4"));
+            found << QString::number(view.selectionStart());
+        }
+        // 4, 40 to 49: then around.
+        QCOMPARE(found, QStringList({"400", "4000", "4100", "4200", "4300", "4400", "4500"}));
+        QVERIFY(view.findNext("frame 4", true));
+        QCOMPARE(view.selectionStart(), 4400);
+        for (int i = 0; i < 5; ++i)
+            QVERIFY(view.findNext("frame 4", true));
+        QCOMPARE(view.selectionStart(), 400);
+        QVERIFY(view.findNext("frame 4", true));
+        QCOMPARE(view.selectionStart(), 4900);
+        QVERIFY(view.visibleRegion().boundingRect().contains(QPoint(5100, 5)));
+        QVERIFY(view.findNext("idle"));
+        QVERIFY(view.findNext("idle"));
+        QVERIFY(!view.findNext("nothing"));
+        QVERIFY(!view.findNext(""));
+    }
+
+    void statisticsTable() {
+        Captured capture;
+        capture.action("Statistics")->setChecked(true);
+        const auto* const table = capture.window.findChild<QTreeWidget*>();
+        QVERIFY(table->isVisible());
+        const auto row = [&](const QString& name) {
+            QStringList cells;
+            for (const QTreeWidgetItem* item : table->findItems(name, Qt::MatchExactly)) {
+                for (int column = 1; column < 9; ++column)
+                    cells << item->text(column);
+            }
+            return cells.join(' ');
+        };
+        QCOMPARE(row("Decode"), QString("ms 50 40 40 40 40 40 40"));
+        QCOMPARE(row("Cache"), QString(" 50 0 4.5 9 4 9 9"));
+        QCOMPARE(row("Idle").simplified(), QString("ms 0"));
+        capture.view.clear();
+        QCOMPARE(row("Decode").simplified(), QString("ms 0"));
+    }
+
+    void theWindowOfTheProcess() {
+        EventGraph* const window = EventGraph::instance();
+        QVERIFY(window && window == EventGraph::instance() && !window->parent());
+        QVERIFY(window->paused());
+        QCOMPARE(window->windowTitle(), QString("Events"));
+        QWidget parent;
+        QVERIFY(EventGraph(&parent).windowFlags() & Qt::Tool);
+    }
+
+    // Any state can be painted: no rows, rows without height, a dead sync track, odd numbers.
+    void paintsAnything() {
+        Captured capture;
+        EventGraphView& view = capture.view;
+        view.setBackgroundStripeSpacing(0);
+        EventTrack odd("Odd", QColor(), 5, TrackType::Value, 1, 1, 1, 1, -7, nullptr);
+        EventTrack flat("Flat", Qt::white, 6, TrackType::Value, 1, 1, 9, 9, 40, nullptr);
+        view.addTrack(&odd);
+        view.addTrack(&flat);
+        {
+            const std::unique_ptr<EventTrack> sync(makeTrack("Sync", 7));
+            view.addTrack(sync.get());
+            view.setSyncTrack(sync.get());
+        }
+        QVERIFY(!view.syncTrack());
+        view.setSyncTrack(capture.time.get());
+        flat.addEvent(Type::Sample, nullptr, 40);
+        flat.addEvent(Type::Sample, nullptr, -40);
+        capture.time->addEvent(Type::Start, nullptr, -100);
+        capture.time->addEvent(Type::End, nullptr, 100);
+        QVERIFY(!capture.window.grab().isNull());
+        capture.window.setBackgroundStripeSpacing(std::numeric_limits<int>::max());
+        view.setSelection(-5, 100000);
+        QVERIFY(!capture.window.grab().isNull());
+        view.start(unlimited, EventGraphMode::Forwards);
+        QVERIFY(!capture.window.grab().isNull());
+    }
+};
+
+KXUI_TEST(Window);
+#include "Window.moc"
