@@ -64,12 +64,16 @@ function(kxui_room name)
   endforeach()
 endfunction()
 
-# kxui_room_tests(ROOM Case... [SOURCES helper.cpp ...] [LIBS target ...])
+# kxui_room_tests(ROOM Case... [SOURCES helper.cpp ...] [LIBS target ...] [HOST])
 # One executable per room from Case.cpp files; each Case is a QtTest class of that name and becomes
 # the ctest entry "room.Case". The executable links the library's objects, so that what is hidden
-# in the shared library can be tested too.
+# in the shared library can be tested too; with HOST it does not, for what uses the library as a host.
 function(kxui_room_tests room)
-  cmake_parse_arguments(arg "" "" "SOURCES;LIBS" ${ARGN})
+  cmake_parse_arguments(arg "HOST" "" "SOURCES;LIBS" ${ARGN})
+  set(support kxui_test_support)
+  if(arg_HOST)
+    set(support kxui_test_main)
+  endif()
   set(sources)
   foreach(case IN LISTS arg_UNPARSED_ARGUMENTS)
     list(APPEND sources "${case}.cpp")
@@ -77,7 +81,7 @@ function(kxui_room_tests room)
   add_executable(test_${room} ${sources} ${arg_SOURCES})
   set_target_properties(test_${room} PROPERTIES AUTOMOC ON)
   kxui_moc_new_headers(test_${room})
-  target_link_libraries(test_${room} PRIVATE kxui_test_support ${arg_LIBS})
+  target_link_libraries(test_${room} PRIVATE ${support} ${arg_LIBS})
   foreach(case IN LISTS arg_UNPARSED_ARGUMENTS)
     add_test(NAME ${room}.${case} COMMAND test_${room} ${case})
     kxui_test_environment(${room}.${case})

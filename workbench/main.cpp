@@ -34,6 +34,13 @@ CommandLine readArguments(int argc, char** argv) {
     return parseCommandLine(QCoreApplication::arguments());
 }
 
+/** The platform without a screen says over and over what it cannot do; nobody has to read it. */
+void quietly(QtMsgType type, const QMessageLogContext& context, const QString& message) {
+    if (!message.startsWith(QLatin1String("This plugin does not support ")))
+        std::fprintf(stderr, "%s\n",
+                     qFormatLogMessage(type, context, message).toUtf8().constData());
+}
+
 bool hasScreen() {
 #ifdef Q_OS_LINUX
     return qEnvironmentVariableIsSet("QT_QPA_PLATFORM") || qEnvironmentVariableIsSet("DISPLAY") ||
@@ -69,6 +76,7 @@ int main(int argc, char** argv) {
     }
     const bool tour = !line.tourFolder.isEmpty();
     if (tour) {
+        qInstallMessageHandler(quietly);
         if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
             qputenv("QT_QPA_PLATFORM", "offscreen");
         qputenv("QT_SCALE_FACTOR", QByteArray::number(qMax(line.tourScale, 1)));
@@ -77,7 +85,8 @@ int main(int argc, char** argv) {
                                                "--tour OUT saves pictures without one"));
     }
 #if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
-    QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
+    // The tour's pictures have exactly the scale that they name.
+    QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling, !tour);
     QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
 #endif
     QGuiApplication::setHighDpiScaleFactorRoundingPolicy(

@@ -56,7 +56,7 @@ MainWindow::MainWindow(Base::TimeBase timeBase, std::size_t cacheBytes, Theme th
     splitter->addWidget(aboveEachOther({m_viewer, m_timeline, new StatusLine(&m_session)}));
     splitter->setStretchFactor(0, 0);
     splitter->setStretchFactor(1, 1);
-    splitter->setSizes({380, 900});
+    splitter->setSizes({400, 880});
     splitter->setChildrenCollapsible(false);
     setCentralWidget(splitter);
 

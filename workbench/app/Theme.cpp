@@ -18,7 +18,7 @@ constexpr Shades darkShades{0xff2d2d2d, 0xff232323, 0xff282828, 0xff3a3a3a, 0xff
                             0xff242424, 0xff1f1f1f, 0xff101010};
 constexpr Shades lightShades{0xffd8d8d8, 0xffececec, 0xffe4e4e4, 0xffdedede, 0xff1e1e1e,
                              0xff848484, 0xff5b82ab, 0xffffffff, 0xfff4f4f4, 0xffe6e6e6,
-                             0xffb4b4b4, 0xff8c8c8c, 0xff5a5a5a};
+                             0xffb4b4b4, 0xff7c7c7c, 0xff5a5a5a};
 
 } // namespace
 

@@ -57,7 +57,7 @@ void ViewerCanvas::paintEvent(QPaintEvent*) {
         paintPicture(painter);
         break;
     case Frame::State::Missing:
-        paintCard(painter, tr("Missing frame"), m_frame->message);
+        paintCard(painter, tr("Frame %1 is missing").arg(m_frame->time), m_frame->message);
         break;
     case Frame::State::Unreadable:
         paintCard(painter, tr("Frame %1 cannot be shown").arg(m_frame->time), m_frame->message);

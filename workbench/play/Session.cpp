@@ -174,11 +174,10 @@ FramePtr Session::missingFrame(Base::Time time) const {
     frame->time = time;
     frame->state = Frame::State::Missing;
     const bool outside = time < m_sequence.firstTime() || time > m_sequence.lastTime();
-    frame->message = outside ? tr("Frame %1 lies outside the sequence, which has %2 to %3.")
-                                   .arg(time)
+    frame->message = outside ? tr("The sequence goes from %1 to %2.")
                                    .arg(m_sequence.firstTime())
                                    .arg(m_sequence.lastTime())
-                             : tr("Frame %1 is missing.").arg(time);
+                             : tr("%1 has no file for it.").arg(m_sequence.title());
     return frame;
 }
 

@@ -50,6 +50,8 @@ int Tour::run() {
                      m_line.tourFolder.toUtf8().constData());
         return 1;
     }
+    // Laid out and styled as on a screen, without a platform window.
+    m_window.setAttribute(Qt::WA_DontShowOnScreen);
     m_window.show();
     m_window.openPaths(m_paths);
     if (m_line.tourScale == 0) {

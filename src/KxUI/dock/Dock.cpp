@@ -735,6 +735,7 @@ void Dock::closeEvent(QCloseEvent* event) {
     DockWindow* window = dockWindow();
     const bool closesWindow = window && window != m_controller && isTopLevel(this);
     // Deletion comes later; until then the pane is no part of the workspace any more.
+    DockDragSession::instance().forget(this);
     hide();
     setParent(nullptr);
     if (closesWindow)

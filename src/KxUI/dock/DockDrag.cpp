@@ -11,6 +11,7 @@
 
 #include <QApplication>
 #include <QKeyEvent>
+#include <QMouseEvent>
 #include <QStackedWidget>
 
 #include <algorithm>
@@ -61,6 +62,19 @@ StripDrag::Step StripDrag::move(const QPoint& position, bool leftHeld, int start
         return {Command::Reorder, m_index + 1};
     return {};
 }
+
+namespace {
+
+/** To a widget that had the focus before its page was dragged: the window it came to was not active
+    while the page was a window of its own. */
+void giveBackFocus(QWidget* focus) {
+    if (!focus || !focus->isVisible())
+        return;
+    focus->window()->activateWindow();
+    focus->setFocus(Qt::OtherFocusReason);
+}
+
+} // namespace
 
 bool dockPage(QWidget* page, Dock* source, Dock* target, DockDropZone zone, int index) {
     Dock* pane = target;
@@ -229,8 +243,7 @@ void DockDragSession::drop(const QPoint& global, bool floating) {
         floatPage(page, source, controller, global - m_press);
     if (source && controller)
         source->setTitleVisible(!controller->hideSingleTabs() || source->count() != 1);
-    if (focus && focus->isVisible())
-        focus->setFocus(Qt::OtherFocusReason);
+    giveBackFocus(focus);
 }
 
 void DockDragSession::floatPage(QWidget* page, Dock* source, DockMainWindow* controller,
@@ -261,8 +274,7 @@ void DockDragSession::cancel() {
     } else if (controller) {
         floatPage(page, nullptr, controller, at);
     }
-    if (focus && focus->isVisible())
-        focus->setFocus(Qt::OtherFocusReason);
+    giveBackFocus(focus);
 }
 
 void DockDragSession::forget(const Dock* dock) {
@@ -290,14 +302,22 @@ void DockDragSession::setHoverWidget(HoverWidget* widget) {
 }
 
 bool DockDragSession::eventFilter(QObject* watched, QEvent* event) {
-    if (m_active &&
-        (event->type() == QEvent::ShortcutOverride || event->type() == QEvent::KeyPress)) {
-        if (static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape) {
-            event->accept();
-            if (event->type() == QEvent::KeyPress)
-                cancel();
-            return true;
-        }
+    switch (event->type()) {
+    case QEvent::ShortcutOverride:
+    case QEvent::KeyPress:
+        if (static_cast<QKeyEvent*>(event)->key() != Qt::Key_Escape)
+            break;
+        event->accept();
+        if (event->type() == QEvent::KeyPress)
+            cancel();
+        return true;
+    case QEvent::MouseMove:
+        // Without the button down, the release went to somebody else.
+        if (!static_cast<QMouseEvent*>(event)->buttons().testFlag(Qt::LeftButton))
+            cancel();
+        break;
+    default:
+        break;
     }
     return QObject::eventFilter(watched, event);
 }

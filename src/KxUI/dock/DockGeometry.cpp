@@ -55,12 +55,14 @@ DockDropZone dropZoneAt(const QPoint& point, const QRect& stack, const QSize& pa
     constexpr int Deepest = 30;
     const int mx = std::min(pane.width() / 3, Deepest);
     const int my = std::min(pane.height() / 3, Deepest);
-    if (point.y() < stack.top() || stack.adjusted(mx, my, -mx, -my).contains(point))
-        return DropCentre;
     const int left = point.x() - stack.left();
     const int right = stack.right() - point.x();
     const int top = point.y() - stack.top();
     const int bottom = stack.bottom() - point.y();
+    // By distances: a stack thinner than its edge zones has no inside.
+    const bool isInside = left >= mx && right >= mx && top >= my && bottom >= my;
+    if (point.y() < stack.top() || isInside)
+        return DropCentre;
     if (left < right && left < top && left < bottom)
         return DropLeft;
     if (right < top && right < bottom)

@@ -23,6 +23,8 @@ DockTabBar::DockTabBar(Dock* dock, DockTitleBar* titleBar)
     , m_drag(std::make_unique<StripDrag>()) {
     setFocusPolicy(Qt::NoFocus);
     setDrawBase(false);
+    // A move without a button tells that a release was lost.
+    setMouseTracking(true);
     if (dock->controller() && dock->controller()->tabsAreClosable()) {
         setTabsClosable(true);
         connect(this, &QTabBar::tabCloseRequested, dock, &Dock::closeTab);

@@ -1,6 +1,7 @@
 #include <KxUI/dock/DockWindow.h>
 
 #include <KxUI/dock/Dock.h>
+#include <KxUI/dock/DockDrag_p.h>
 #include <KxUI/dock/DockMainWindow.h>
 #include <KxUI/dock/DockSplitter.h>
 #include <KxUI/kit/FloatingWindowStyle.h>
@@ -84,6 +85,10 @@ bool DockWindow::event(QEvent* event) {
 
 void DockWindow::closeEvent(QCloseEvent* event) {
     const QPointer<DockWindow> alive(this);
+    // A page that is being dragged comes home first, to be closed with the others.
+    DockDragSession& drag = DockDragSession::instance();
+    if (drag.source() && drag.source()->dockWindow() == this)
+        drag.cancel();
     QVector<QPointer<Dock>> docks;
     const auto all = panes();
     for (Dock* dock : all)

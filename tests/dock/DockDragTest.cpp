@@ -1,0 +1,344 @@
+#include "Mouse.h"
+#include "Workspace.h"
+
+#include <KxUI/dock/DockDrag_p.h>
+#include <KxUI/dock/DockGeometry_p.h>
+#include <KxUI/dock/HoverWidget.h>
+
+#include <support/TestRegistry.h>
+
+#include <QApplication>
+#include <QStackedWidget>
+
+#include <functional>
+
+using namespace Kestrel::UI;
+using namespace Kestrel::Test;
+
+namespace {
+
+DockDragSession& drag() {
+    return DockDragSession::instance();
+}
+
+/** Two panes side by side, the left one with tabs a, b, c and the right one with x. */
+struct TwoPanes {
+    explicit TwoPanes(bool splitByDragging = true) {
+        workspace.setSplitPanelsByDragging(splitByDragging);
+        left = workspace.pane({"a", "b", "c"});
+        show(workspace);
+        right = left->split(Qt::Horizontal, false);
+        right->addWidget(workspace.page("x"), true, false);
+        settle();
+    }
+    QPoint centre(const Dock* dock) const {
+        return dock->stack()->mapToGlobal(dock->stack()->rect().center());
+    }
+    Workspace workspace;
+    Dock* left;
+    Dock* right;
+};
+
+using Event = std::function<void(TwoPanes&, Mouse&)>;
+
+} // namespace
+
+Q_DECLARE_METATYPE(Event)
+
+class DockDragTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void stripDrags() {
+        StripGeometry strip;
+        strip.titleBar = QRect(-22, 0, 300, 24);
+        strip.tabs = {QRect(0, 0, 50, 24), QRect(50, 0, 80, 24), QRect(130, 0, 40, 24)};
+        using Command = StripDrag::Command;
+        StripDrag machine;
+        const auto at = [&](int x, int y, bool held = true) {
+            return machine.move({x, y}, held, 10, strip);
+        };
+        QCOMPARE(at(300, 300).command, Command::None);
+        machine.press({60, 10});
+        QCOMPARE(at(70, 19).command, Command::None);
+        QCOMPARE(at(70, 20).command, Command::Begin);
+        QCOMPARE(machine.index(), 1);
+        // Near its place, then over the left neighbour's left, then beyond the right one's right.
+        QCOMPARE(at(65, 10).command, Command::None);
+        QCOMPARE(machine.left(), 55);
+        QCOMPARE(at(10, 10).command, Command::Reorder);
+        QCOMPARE(at(10, 10).index, 0);
+        QCOMPARE(at(100, 10).index, 2);
+        QCOMPARE(at(99, 10).command, Command::None);
+        QCOMPARE(at(60, 28).command, Command::None);
+        const StripDrag::Step torn = at(60, 29);
+        QCOMPARE(torn.command, Command::TearOff);
+        QCOMPARE(torn.index, 1);
+        QVERIFY(!machine.isDragging());
+
+        machine.press({60, 10});
+        at(60, 40);
+        QCOMPARE(at(60, 60, false).command, Command::None);
+        QCOMPARE(at(60, 90).command, Command::None);
+        // The tabs went away under the drag.
+        machine.press({150, 10});
+        QCOMPARE(at(150, 40).index, 2);
+        strip.tabs.removeLast();
+        QCOMPARE(at(150, 90).command, Command::None);
+        // A press beside the tabs drags nothing.
+        machine.press({250, 10});
+        QCOMPARE(at(250, 90).command, Command::None);
+    }
+
+    void zones_data() {
+        QTest::addColumn<QSize>("pane");
+        QTest::addColumn<QPoint>("point");
+        QTest::addColumn<int>("zone");
+        const auto row = [](const char* name, const QSize& pane, const QPoint& point, int zone) {
+            QTest::newRow(name) << pane << point << zone;
+        };
+        // The title takes 24 pixels, so the stack is that much lower than the pane.
+        const QSize large(300, 324);
+        row("centre", large, {150, 150}, DropCentre);
+        row("on the tabs", large, {2, -1}, DropCentre);
+        row("left", large, {29, 150}, DropLeft);
+        row("just not left", large, {30, 150}, DropCentre);
+        row("right", large, {270, 150}, DropRight);
+        row("just not right", large, {269, 150}, DropCentre);
+        row("top", large, {150, 29}, DropTop);
+        row("just not top", large, {150, 30}, DropCentre);
+        row("bottom", large, {150, 270}, DropBottom);
+        row("corner, nearer to the left", large, {3, 4}, DropLeft);
+        row("corner, equally near", large, {4, 4}, DropTop);
+        row("lower corner, equally near", large, {4, 295}, DropBottom);
+        const QSize narrow(60, 324);
+        row("narrow, left", narrow, {19, 150}, DropLeft);
+        row("narrow, centre", narrow, {20, 150}, DropCentre);
+        row("narrow, right", narrow, {40, 150}, DropRight);
+        const QSize tiny(3, 30);
+        row("tiny, left", tiny, {0, 3}, DropLeft);
+        row("tiny, below", tiny, {1, 5}, DropBottom);
+    }
+    void zones() {
+        QFETCH(QSize, pane);
+        QFETCH(QPoint, point);
+        const QRect stack(0, 0, pane.width(), pane.height() - 24);
+        QTEST(int(dropZoneAt(point, stack, pane)), "zone");
+    }
+
+    void drops_data() {
+        QTest::addColumn<int>("zone");
+        QTest::newRow("as a tab") << int(DropCentre);
+        QTest::newRow("left") << int(DropLeft);
+        QTest::newRow("right") << int(DropRight);
+        QTest::newRow("above") << int(DropTop);
+        QTest::newRow("below") << int(DropBottom);
+    }
+    void drops() {
+        QFETCH(int, zone);
+        TwoPanes panes;
+        const QRect stack = panes.right->stack()->rect();
+        QPoint at = stack.center();
+        if (zone & (DropLeft | DropRight))
+            at.setX(zone == DropLeft ? 3 : stack.right() - 3);
+        if (zone & (DropTop | DropBottom))
+            at.setY(zone == DropTop ? 3 : stack.bottom() - 3);
+        at = panes.right->stack()->mapToGlobal(at);
+
+        Mouse mouse(panes.left);
+        mouse.tearOff(1);
+        Page* page = panes.workspace.page("b");
+        QCOMPARE(drag().page(), page);
+        QVERIFY(page->isVisible() && page->isWindow());
+        QCOMPARE(page->windowType(), Qt::Tool);
+        SANE(panes.workspace);
+        mouse.move(at);
+        QCOMPARE(drag().target(), panes.right);
+        QCOMPARE(int(drag().zone()), zone);
+        QVERIFY(drag().hoverWidget());
+        QCOMPARE(int(drag().hoverWidget()->zone()), zone);
+        SANE(panes.workspace);
+        mouse.release(at);
+        settle();
+        SANE(panes.workspace);
+        QVERIFY(!drag().isActive());
+        QVERIFY(!page->isWindow() && page->isVisible());
+        Dock* pane = Dock::dockForWidget(page);
+        if (zone == DropCentre) {
+            QCOMPARE(names(panes.right), QStringList({"x", "b"}));
+            QCOMPARE(pane->currentWidget(), page);
+            return;
+        }
+        QCOMPARE(names(pane), QStringList({"b"}));
+        const auto* splitter = qobject_cast<QSplitter*>(pane->parentWidget());
+        QCOMPARE(splitter->orientation(),
+                 zone & (DropLeft | DropRight) ? Qt::Horizontal : Qt::Vertical);
+        const bool before = zone & (DropLeft | DropTop);
+        QCOMPARE(splitter->indexOf(pane) - splitter->indexOf(panes.right), before ? -1 : 1);
+    }
+
+    void withoutSplittingEveryDropIsATab() {
+        TwoPanes panes(false);
+        Mouse mouse(panes.left);
+        mouse.tearOff(0);
+        // Left of the centre of the first tab: before it.
+        const QPoint at = Mouse(panes.right).tab(0) - QPoint(3, 0);
+        mouse.move(at);
+        QVERIFY(!drag().hoverWidget());
+        QCOMPARE(drag().dropIndex(), 0);
+        mouse.release(at);
+        QCOMPARE(names(panes.right), QStringList({"a", "x"}));
+        mouse.tearOff(0);
+        const QPoint edge = panes.right->stack()->mapToGlobal(QPoint(1, 100));
+        mouse.move(edge);
+        QCOMPARE(int(drag().zone()), 0);
+        mouse.release(edge);
+        QCOMPARE(names(panes.right), QStringList({"a", "x", "b"}));
+        SANE(panes.workspace);
+    }
+
+    void floatsWithControlAndOverNothing() {
+        TwoPanes panes;
+        const QPoint press = panes.left->tabBar()->tabRect(2).center();
+        Mouse mouse(panes.left);
+        mouse.tearOff(2);
+        mouse.release(panes.centre(panes.right), Qt::ControlModifier);
+        QCOMPARE(panes.workspace.floatingWindows().size(), 1);
+        QCOMPARE(panes.workspace.floatingWindows().first()->pos(),
+                 panes.centre(panes.right) - press);
+        SANE(panes.workspace);
+
+        mouse.tearOff(1);
+        const QPoint outside = panes.workspace.geometry().bottomRight() + QPoint(900, 900);
+        mouse.move(outside);
+        QVERIFY(!drag().target());
+        mouse.release(outside);
+        QCOMPARE(panes.workspace.floatingWindows().size(), 2);
+        QCOMPARE(names(panes.left), QStringList({"a"}));
+
+        mouse.press(mouse.tab(0), Qt::ControlModifier);
+        QCOMPARE(panes.workspace.floatingWindows().size(), 3);
+        QCOMPARE(panes.left->count(), 0);
+        mouse.release(mouse.tab(0));
+        settle();
+        SANE(panes.workspace);
+
+        // And back: the emptied windows close.
+        while (!panes.workspace.floatingWindows().isEmpty()) {
+            Mouse back(panes.workspace.floatingWindows().last()->panes().first());
+            back.tearOff(0);
+            // The other windows may lie above the pane.
+            const auto windows = panes.workspace.floatingWindows();
+            for (DockWindow* window : windows)
+                window->move(3000, 3000);
+            back.move(panes.centre(panes.right));
+            back.release(panes.centre(panes.right));
+            settle();
+            SANE(panes.workspace);
+        }
+        QCOMPARE(panes.right->count(), 4);
+    }
+
+    void reordersInTheStrip() {
+        TwoPanes panes;
+        const QStringList start = names(panes.left);
+        Mouse mouse(panes.left);
+        const QPoint from = mouse.tab(0);
+        mouse.press(from);
+        mouse.move(from + QPoint(25, 0));
+        QCOMPARE(names(panes.left), start);
+        mouse.move(mouse.tab(1) + QPoint(20, 0));
+        mouse.move(mouse.tab(1) + QPoint(21, 0));
+        QCOMPARE(names(panes.left), QStringList({"b", "a", "c"}));
+        mouse.move(mouse.tab(2) + QPoint(20, 0));
+        QCOMPARE(names(panes.left), QStringList({"b", "c", "a"}));
+        QCOMPARE(panes.left->currentWidget(), panes.workspace.page("a"));
+        mouse.release(mouse.tab(2));
+        QVERIFY(!drag().isActive());
+        SANE(panes.workspace);
+    }
+
+    void focusTravelsWithThePage() {
+        TwoPanes panes;
+        panes.left->setCurrentTab(1);
+        panes.workspace.page("b")->setFocus();
+        Mouse mouse(panes.left);
+        mouse.tearOff(1);
+        mouse.release(panes.centre(panes.right));
+        settle();
+        QVERIFY(panes.workspace.page("b")->hasFocus());
+    }
+
+    void ends_data() {
+        QTest::addColumn<Event>("event");
+        QTest::addColumn<bool>("pageIsBack");
+        const auto row = [](const char* name, bool pageIsBack, const Event& event) {
+            QTest::newRow(name) << event << pageIsBack;
+        };
+        row("page destroyed", false, [](TwoPanes& p, Mouse&) { delete p.workspace.page("b"); });
+        row("source destroyed", false, [](TwoPanes& p, Mouse&) { delete p.left; });
+        row("source closed", false, [](TwoPanes& p, Mouse&) {
+            p.left->close();
+            settle();
+        });
+        row("source hidden", true, [](TwoPanes& p, Mouse&) { p.left->hide(); });
+        row("target destroyed", false, [](TwoPanes& p, Mouse& mouse) {
+            delete p.right;
+            mouse.release(QPoint(-500, -500));
+        });
+        row("release lost", true,
+            [](TwoPanes&, Mouse& mouse) { mouse.move(QPoint(10, 10), Qt::NoButton); });
+        row("pressed again", true, [](TwoPanes&, Mouse& mouse) {
+            mouse.press(mouse.tab(0));
+            mouse.release(mouse.tab(0));
+        });
+        row("application deactivated", true, [](TwoPanes&, Mouse&) {
+            Q_EMIT qApp->applicationStateChanged(Qt::ApplicationInactive);
+        });
+        row("Escape", true,
+            [](TwoPanes& p, Mouse&) { QTest::keyClick(&p.workspace, Qt::Key_Escape); });
+        row("restore", true, [](TwoPanes& p, Mouse&) {
+            QVERIFY(p.workspace.wholeRestored(
+                "<layout version=\"1.0\"><window w=\"400\" h=\"300\"><splitter><dock>"
+                "<page id=\"a\"/><page id=\"b\"/><page id=\"c\"/></dock></splitter></window>"
+                "</layout>"));
+            settle();
+        });
+    }
+    void ends() {
+        QFETCH(Event, event);
+        QFETCH(bool, pageIsBack);
+        TwoPanes panes;
+        const QPointer<Page> page(panes.workspace.page("b"));
+        Mouse mouse(panes.left);
+        mouse.tearOff(1);
+        mouse.move(panes.centre(panes.right));
+        QVERIFY(drag().isActive());
+        event(panes, mouse);
+        QVERIFY(!drag().isActive());
+        QVERIFY(!drag().hoverWidget());
+        SANE(panes.workspace);
+        settle();
+        SANE(panes.workspace);
+        if (page) {
+            QVERIFY(!page->isWindow());
+            QVERIFY(!page->testAttribute(Qt::WA_ShowWithoutActivating));
+        }
+        if (pageIsBack)
+            QCOMPARE(names(Dock::dockForWidget(page)), QStringList({"a", "b", "c"}));
+    }
+
+    void theWorkspaceMayDieMeanwhile() {
+        auto panes = std::make_unique<TwoPanes>();
+        Page* page = panes->workspace.page("b");
+        panes->workspace.m_pages.remove("b");
+        Mouse mouse(panes->left);
+        mouse.tearOff(1);
+        panes.reset();
+        QVERIFY(!drag().isActive());
+        delete page;
+    }
+};
+
+KXUI_TEST(DockDragTest);
+#include "DockDragTest.moc"

@@ -1,0 +1,263 @@
+#include "UndoFixture.h"
+
+#include <KxUI/undo/UndoAction.h>
+
+#include <support/TestRegistry.h>
+
+#include <QSignalSpy>
+#include <QtTest>
+
+#include <array>
+#include <memory>
+#include <random>
+
+using Kestrel::UI::MultiStackUndoGroup;
+using Kestrel::UI::UndoableProject;
+
+namespace {
+
+using Projects = std::array<UndoableProject, 4>;
+
+QStringList texts(const MultiStackUndoGroup& group) {
+    QStringList all;
+    for (const auto* entry : group.undoCommands())
+        all += entry->command->text();
+    return all;
+}
+
+// The rules of the history once more, on numbers.
+struct Reference {
+    struct Entry {
+        QString text;
+        int project;
+    };
+    std::vector<Entry> entries;
+    int index = 0;
+
+    void perform(int project, int number, bool merges) {
+        for (auto i = entries.size(); i-- > std::size_t(index);) {
+            if (entries[i].project == project)
+                entries.erase(entries.begin() + std::ptrdiff_t(i));
+        }
+        int last = index;
+        while (last > 0 && entries[std::size_t(last - 1)].project != project)
+            --last;
+        if (merges && last > 0)
+            entries[std::size_t(last - 1)].text += QStringLiteral("+%1").arg(number);
+        else
+            entries.insert(entries.begin() + index++, {QString::number(number), project});
+    }
+
+    void remove(int project) {
+        for (auto i = entries.size(); i-- > 0;) {
+            if (entries[i].project != project)
+                continue;
+            entries.erase(entries.begin() + std::ptrdiff_t(i));
+            index -= int(i) < index ? 1 : 0;
+        }
+    }
+
+    QString textAt(int position) const {
+        return position >= 0 && position < int(entries.size()) ? entries[std::size_t(position)].text
+                                                               : QString();
+    }
+};
+
+void compare(const MultiStackUndoGroup& group, const Reference& reference,
+             const Projects& projects) {
+    QStringList expected;
+    std::array<QStringList, std::tuple_size<Projects>::value> documents;
+    for (const auto& entry : reference.entries) {
+        if (expected.size() < reference.index)
+            documents[std::size_t(entry.project)] += entry.text.split(QLatin1Char('+'));
+        expected += entry.text;
+    }
+    QCOMPARE(texts(group), expected);
+    QCOMPARE(group.index(), reference.index);
+    QCOMPARE(AddCommand::alive(), int(expected.size()));
+    for (std::size_t i = 0; i < projects.size(); ++i) {
+        QStringList document;
+        for (const int number : projects[i].document)
+            document += QString::number(number);
+        QCOMPARE(document, documents[i]);
+    }
+}
+
+} // namespace
+
+class MultiStackUndoGroupTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void cleanup() { QCOMPARE(AddCommand::alive(), 0); }
+    void randomOperations();
+    void signalsOfAStep();
+    void mergeThatChangesTheActions();
+    void changesFromWithinAreRefused();
+    void commandsOwnedAlreadyAreRefused();
+    void destructorLeavesCommands();
+};
+
+void MultiStackUndoGroupTest::randomOperations() {
+    std::mt19937 random(7);
+    const auto below = [&random](int end) { return int(random() % unsigned(end)); };
+    Projects projects;
+    MultiStackUndoGroup group;
+    const std::unique_ptr<QAction> undo(group.createUndoAction(nullptr));
+    const std::unique_ptr<QAction> redo(group.createRedoAction(nullptr));
+    Reference reference;
+    for (int number = 0; number < 20000; ++number) {
+        const int which = below(int(projects.size()));
+        UndoableProject* project = &projects[std::size_t(which)];
+        const int size = int(reference.entries.size());
+        switch (const int action = below(100)) {
+        case 0:
+            project->document.clear();
+            group.removeProject(project);
+            reference.remove(which);
+            break;
+        case 1:
+        case 2:
+            reference.index = below(size + 1);
+            group.makeIndex(reference.index);
+            break;
+        default:
+            if (action < 30) {
+                undo->trigger();
+                reference.index = std::max(reference.index - 1, 0);
+            } else if (action < 55) {
+                redo->trigger();
+                reference.index = std::min(reference.index + 1, size);
+            } else {
+                auto* command = new AddCommand(project, number, action < 65);
+                command->setObsolete(action % 2 == 0);
+                group.performCommand(command, project);
+                reference.perform(which, number, action < 65);
+            }
+        }
+        compare(group, reference, projects);
+        QCOMPARE(undo->text(), "Undo " + reference.textAt(reference.index - 1));
+        QCOMPARE(redo->text(), "Redo " + reference.textAt(reference.index));
+        QCOMPARE(undo->isEnabled(), reference.index > 0);
+        QCOMPARE(redo->isEnabled(), reference.index < int(reference.entries.size()));
+        if (QTest::currentTestFailed())
+            return;
+    }
+    for (UndoableProject& project : projects)
+        group.removeProject(&project);
+}
+
+void MultiStackUndoGroupTest::signalsOfAStep() {
+    UndoableProject project;
+    MultiStackUndoGroup group;
+    QStringList log;
+    using Group = MultiStackUndoGroup;
+    connect(&group, &Group::projectAboutToBeChanged, this, [&] { log += "about to"; });
+    connect(&group, &Group::projectChanged, this, [&] { log += "changed"; });
+    connect(&group, &Group::setRedoable, this, [&](bool on) { log += on ? "redo" : "no redo"; });
+    connect(&group, &Group::setUndoable, this, [&](bool on) { log += on ? "undo" : "no undo"; });
+    connect(&group, &Group::setUndoActionText, this, [&](const QString& text) { log += text; });
+    connect(&group, &Group::setRedoActionText, this, [&](const QString& text) { log += text; });
+    group.undo();
+    group.redo();
+    group.makeIndex(0);
+    QVERIFY(log.isEmpty());
+    group.performCommand(new AddCommand(&project, 1), &project);
+    QCOMPARE(log, (QStringList{"about to", "no redo", "undo", "1", "", "changed"}));
+    log.clear();
+    group.makeIndex(-5);
+    QCOMPARE(log, (QStringList{"about to", "redo", "no undo", "", "1", "changed"}));
+    log.clear();
+    group.removeProject(&project);
+    QCOMPARE(log, (QStringList{"no redo", "no undo", "", ""}));
+}
+
+void MultiStackUndoGroupTest::mergeThatChangesTheActions() {
+    UndoableProject project;
+    MultiStackUndoGroup group;
+    for (const int number : {1, 2, 3})
+        group.performCommand(new AddCommand(&project, number), &project);
+    group.makeIndex(2);
+    QSignalSpy redoable(&group, &MultiStackUndoGroup::setRedoable);
+    QSignalSpy undoText(&group, &MultiStackUndoGroup::setUndoActionText);
+    int sentBefore = -1;
+    connect(&group, &MultiStackUndoGroup::projectChanged, this,
+            [&] { sentBefore = redoable.count() + undoText.count(); });
+    group.performCommand(new AddCommand(&project, 4, true), &project);
+    QCOMPARE(texts(group), (QStringList{"1", "2+4"}));
+    QCOMPARE(sentBefore, 2);
+    QCOMPARE(redoable.takeFirst(), QVariantList{false});
+    QCOMPARE(undoText.takeFirst(), QVariantList{"2+4"});
+    group.removeProject(&project);
+}
+
+void MultiStackUndoGroupTest::changesFromWithinAreRefused() {
+    UndoableProject project;
+    UndoableProject other;
+    MultiStackUndoGroup group;
+    auto* command = new AddCommand(&project, 2);
+    const std::vector<std::pair<const char*, std::function<void()>>> calls{
+        {"performCommand", [&] { group.performCommand(new AddCommand(&other, 9), &other); }},
+        {"undo", [&] { group.undo(); }},
+        {"undo", [&] { group.makeIndex(0); }},
+        {"redo", [&] { group.redo(); }},
+        {"addProject", [&] { group.addProject(&other); }},
+        {"removeProject", [&] { group.removeProject(&project); }},
+    };
+    group.performCommand(new AddCommand(&project, 1), &project);
+    group.performCommand(command, &project);
+    group.performCommand(new AddCommand(&other, 3), &other);
+    for (const auto& [name, call] : calls) {
+        const QByteArray warning =
+            QByteArray("MultiStackUndoGroup::") + name + " - refused: the history is being changed";
+        command->meanwhile = call;
+        QTest::ignoreMessage(QtWarningMsg, warning.constData());
+        group.makeIndex(1);
+        QCOMPARE(group.index(), 1);
+        QTest::ignoreMessage(QtWarningMsg, warning.constData());
+        group.makeIndex(3);
+        QCOMPARE(texts(group), (QStringList{"1", "2", "3"}));
+        QCOMPARE(group.index(), 3);
+        QCOMPARE(AddCommand::alive(), 3);
+        QVERIFY(group.projects().isEmpty());
+    }
+    command->meanwhile = nullptr;
+    QStringList seen;
+    command->atEnd = [&] { seen = texts(group) + QStringList(group.undoText()); };
+    group.removeProject(&project);
+    QCOMPARE(seen, (QStringList{"3", "3"}));
+    group.removeProject(&other);
+}
+
+void MultiStackUndoGroupTest::commandsOwnedAlreadyAreRefused() {
+    UndoableProject project;
+    MultiStackUndoGroup group;
+    const char* again =
+        "MultiStackUndoGroup::performCommand - refused: the history has this command already";
+    auto* command = new AddCommand(&project, 1);
+    command->meanwhile = [&] { group.performCommand(command, &project); };
+    QTest::ignoreMessage(QtWarningMsg, again);
+    group.performCommand(command, &project);
+    QTest::ignoreMessage(QtWarningMsg, again);
+    group.performCommand(command, &project);
+    QTest::ignoreMessage(QtWarningMsg, "MultiStackUndoGroup::performCommand - refused: no command");
+    group.performCommand(nullptr, &project);
+    QCOMPARE(texts(group), QStringList{"1"});
+    group.removeProject(&project);
+}
+
+void MultiStackUndoGroupTest::destructorLeavesCommands() {
+    UndoableProject project;
+    const std::unique_ptr<QUndoCommand> command(new AddCommand(&project, 1));
+    {
+        MultiStackUndoGroup group;
+        group.performCommand(command.get(), &project);
+    }
+    QCOMPARE(AddCommand::alive(), 1);
+    command->undo();
+    QVERIFY(project.document.empty());
+}
+
+KXUI_TEST(MultiStackUndoGroupTest);
+
+#include "MultiStackUndoGroupTest.moc"

@@ -1,0 +1,119 @@
+#include <support/TestRegistry.h>
+
+#include "media/ChannelPick.h"
+#include "media/DisplayTable.h"
+#include "media/FolderNames.h"
+#include "media/Paths.h"
+#include "panels/FittedRect.h"
+
+#include <QDir>
+#include <QtTest>
+
+using namespace Kestrel::Workbench;
+using Members = std::vector<Sequence::Member>;
+
+/** What is worked out of names and numbers, without a file. */
+class MediaTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void channels() {
+        QCOMPARE(pickChannels({"R", "G", "B", "A"}), (ChannelPick{0, 1, 2}));
+        QCOMPARE(pickChannels({"Z", "b", "a", "g", "r"}), (ChannelPick{4, 3, 1}));
+        QCOMPARE(pickChannels({"depth.Z", "spec.R", "diff.R", "diff.B", "diff.G"}),
+                 (ChannelPick{2, 4, 3}));
+        QCOMPARE(pickChannels({"red", "green", "blue"}), (ChannelPick{0, 1, 2}));
+        QCOMPARE(pickChannels({"BY", "RY", "Y"}), (ChannelPick{2, 2, 2}));
+        QCOMPARE(pickChannels({"Z"}), (ChannelPick{0, 0, 0}));
+        QCOMPARE(pickChannels({"u", "v"}), (ChannelPick{0, 0, 0}));
+        QCOMPARE(pickChannels({"N.x", "N.y", "N.z", "id"}), (ChannelPick{0, 1, 2}));
+    }
+
+    void encodings() {
+        QCOMPARE(encodingOf("", true), Encoding::SceneLinear);
+        QCOMPARE(encodingOf("", false), Encoding::Display);
+        QCOMPARE(encodingOf("Linear", false), Encoding::SceneLinear);
+        QCOMPARE(encodingOf("sRGB", true), Encoding::Display);
+        QCOMPARE(encodingOf("KodakLog", false), Encoding::FilmLog);
+    }
+
+    void tables() {
+        const DisplayTable& half = halfTable(Encoding::SceneLinear);
+        QCOMPARE(int(half[0x0000]), 0);
+        QCOMPARE(int(half[0x3c00]), 255); // 1
+        QCOMPARE(int(half[0x3800]), 188); // 0.5
+        QCOMPARE(int(half[0x4800]), 255); // 8
+        QCOMPARE(int(half[0x7c00]), 255); // infinity
+        QCOMPARE(int(half[0x7e00]), 0);   // not a number
+        QCOMPARE(int(half[0xbc00]), 0);   // -1
+        QCOMPARE(int(halfTable(Encoding::Display)[0x3800]), 128);
+
+        const DisplayTable& log = integerTable(Encoding::FilmLog);
+        QCOMPARE(int(log[95 * 65535 / 1023]), 0);
+        QVERIFY(log[685 * 65535 / 1023 + 64] >= 254);
+        // Mid grey, code 470 by convention, is about 0.18 in light.
+        QVERIFY(std::abs(int(log[470 * 65535 / 1023]) - 118) <= 3);
+        QVERIFY(std::is_sorted(log.begin(), log.end()));
+        QCOMPARE(int(integerTable(Encoding::SceneLinear)[32768]), 188);
+    }
+
+    void sequences() {
+        const Sequence threes(QString(), "/d", {{7, "c"}, {1, "a"}, {4, "b"}, {4, "second"}});
+        QCOMPARE(threes.step(), Kestrel::Base::Time(3));
+        QCOMPARE(threes.missingCount(), Kestrel::Base::Time(0));
+        QCOMPARE(threes.path(4), std::string("/d/b"));
+        QCOMPARE(threes.path(5), std::string());
+        QCOMPARE(threes.heldTime(6).value_or(-1), Kestrel::Base::Time(4));
+        QVERIFY(!threes.heldTime(0) && !threes.heldTime(8));
+
+        const Sequence gap(QString(), "/d", {{1, "a"}, {2, "b"}, {5, "c"}});
+        QCOMPARE(gap.missingCount(), Kestrel::Base::Time(2));
+        QVERIFY(!gap.heldTime(3));
+        const Sequence single(QString(), "/", {{9, "a"}});
+        QCOMPARE(single.path(9), std::string("/a"));
+        QCOMPARE(single.missingCount(), Kestrel::Base::Time(0));
+        QCOMPARE(Sequence().lastTime(), Kestrel::Base::InvalidTime);
+    }
+
+    void hashedNames() {
+        QCOMPARE(hashedNameOf("shot.####.exr 1-10"), std::string("shot.####.exr"));
+        QCOMPARE(hashedNameOf("a b 1-2.##.exr 1-10,3 ( 1-4  7-10 )"),
+                 std::string("a b 1-2.##.exr"));
+        QCOMPARE(hashedNameOf("gr\xc3\xbc\xff#.png 1-10 ()"), std::string("gr\xc3\xbc\xff#.png"));
+        QCOMPARE(hashedNameOf("shot.0001.exr"), std::string());
+
+        const FolderNames names({"s.0001.exr", "s.0002.exr", "s.00x3.exr", "s.10000.exr",
+                                 "s.0001.exr.bak", "t#1.5.png", "t#1.6.png", "s..exr"});
+        QCOMPARE(names.members("s.####.exr"), (Members{{1, "s.0001.exr"}, {2, "s.0002.exr"}}));
+        QCOMPARE(names.members("s.#.exr").size(), std::size_t(3));
+        QCOMPARE(names.members("t#1.#.png"), (Members{{5, "t#1.5.png"}, {6, "t#1.6.png"}}));
+        QVERIFY(names.members("none.####.exr").empty() && names.members("plain").empty());
+        // Beyond 32 bits there is no frame.
+        QVERIFY(FolderNames({"a99999999999999999999.exr"}).members("a#.exr").empty());
+    }
+
+    void paths() {
+        QCOMPARE(joinPath("/a", "b"), std::string("/a/b"));
+        QCOMPARE(joinPath("/", "b"), std::string("/b"));
+        QCOMPARE(parentFolder("/a/b/"), std::string("/a"));
+        QCOMPARE(parentFolder("/a"), std::string("/"));
+        QCOMPARE(parentFolder("/"), std::string("/"));
+        QCOMPARE(fileNameOf("/a/b c"), std::string("b c"));
+        const std::string here = QDir::currentPath().toStdString();
+        QCOMPARE(absolutePath("."), here);
+        QCOMPARE(absolutePath("x/../y/"), here + "/y");
+        QCOMPARE(absolutePath("/a//b/."), std::string("/a/b"));
+        QCOMPARE(absolutePath("/odd\\name"), std::string("/odd\\name"));
+        QCOMPARE(absolutePath("~/x"), QDir::homePath().toStdString() + "/x");
+    }
+
+    void fitting() {
+        const QRectF area(10, 10, 100, 100);
+        QCOMPARE(fittedRect({200, 100}, area), QRectF(10, 35, 100, 50));
+        QCOMPARE(fittedRect({1, 4}, area), QRectF(47.5, 10, 25, 100));
+        QVERIFY(fittedRect({0, 4}, area).isEmpty() && fittedRect({1, 1}, QRectF()).isEmpty());
+    }
+};
+
+KXUI_TEST(MediaTest);
+#include "MediaTest.moc"

@@ -1,0 +1,209 @@
+#include <support/TestRegistry.h>
+
+#include "app/CommandLine.h"
+#include "app/FrameRate.h"
+#include "media/FrameCache.h"
+#include "play/PlaybackClock.h"
+#include "play/RateMeter.h"
+
+#include <QtTest>
+
+#include <limits>
+#include <random>
+
+using namespace Kestrel::Workbench;
+using Kestrel::Base::Time;
+
+namespace {
+
+constexpr std::int64_t second = 1'000'000'000;
+
+FramePtr frameOf(Time time, int bytes, Frame::State state = Frame::State::Ready) {
+    auto frame = std::make_shared<Frame>();
+    frame->time = time;
+    frame->state = state;
+    frame->image = QImage(bytes / 4, 1, QImage::Format_RGB32);
+    return frame;
+}
+
+} // namespace
+
+/** Time and memory of playback, as values. */
+class PlaybackTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void clockKeepsTheRate_data() {
+        QTest::addColumn<quint64>("numerator");
+        QTest::addColumn<quint64>("denominator");
+        QTest::newRow("24") << quint64(24) << quint64(1);
+        QTest::newRow("29.97") << quint64(30000) << quint64(1001);
+        QTest::newRow("0.1") << quint64(1) << quint64(10);
+        QTest::newRow("1000") << quint64(1000) << quint64(1);
+    }
+
+    void clockKeepsTheRate() {
+        QFETCH(quint64, numerator);
+        QFETCH(quint64, denominator);
+        PlaybackClock clock;
+        clock.numerator = numerator;
+        clock.denominator = denominator;
+        clock.startNs = 12345;
+        clock.last = std::numeric_limits<int>::max();
+        for (const std::uint64_t tick : {1ULL, 2ULL, 1001ULL, 86400ULL, 86400ULL * 1000}) {
+            const std::int64_t moment = clock.momentOf(tick);
+            QCOMPARE(clock.at(moment).ticks, tick);
+            QCOMPARE(clock.at(moment - 1).ticks, tick - 1);
+            QCOMPARE(clock.at(moment).time, Time(tick));
+        }
+        QCOMPARE(clock.at(0).ticks, std::uint64_t(0));
+    }
+
+    void clockStaysInRange() {
+        PlaybackClock clock;
+        clock.numerator = 10;
+        clock.first = -5;
+        clock.last = 4;
+        clock.origin = 3;
+        const auto timeAt = [&clock](double seconds) {
+            return clock.at(std::int64_t(seconds * 1e9)).time;
+        };
+        QCOMPARE(timeAt(0.1), Time(4));
+        QCOMPARE(timeAt(0.2), Time(-5));
+        QCOMPARE(timeAt(1.0), Time(3));
+        clock.direction = -1;
+        QCOMPARE(timeAt(0.8), Time(-5));
+        QCOMPARE(timeAt(0.9), Time(4));
+        clock.loop = false;
+        QVERIFY(!clock.at(8 * second / 10).ended);
+        QVERIFY(clock.at(9 * second / 10).ended);
+        QCOMPARE(timeAt(100.0), Time(-5));
+        clock.first = clock.last = clock.origin;
+        clock.loop = true;
+        QCOMPARE(timeAt(7.7), clock.origin);
+    }
+
+    void meter() {
+        RateMeter meter;
+        QCOMPARE(meter.rate(0), 0.0);
+        // 24 frames a second, of which every third is not shown in time and one of those late.
+        for (std::uint64_t tick = 1; tick <= 48; ++tick)
+            meter.reached(tick, tick % 3 != 0, std::int64_t(tick) * second / 24);
+        QCOMPARE(meter.dropped(), std::uint64_t(16));
+        QVERIFY(std::abs(meter.rate(2 * second) - 16.0) < 0.7);
+        meter.shownLate(2 * second);
+        meter.shownLate(2 * second);
+        QCOMPARE(meter.dropped(), std::uint64_t(15));
+        meter.restart();
+        meter.reached(1, true, 2 * second + 1);
+        meter.reached(11, true, 2 * second + 2);
+        QCOMPARE(meter.dropped(), std::uint64_t(24));
+        QCOMPARE(meter.rate(10 * second), 0.0);
+    }
+
+    void orderNamesTheNearestFirst() {
+        PlayOrder order;
+        order.first = 10;
+        order.last = 20;
+        order.playhead = 18;
+        QCOMPARE(order.next(4), (std::vector<Time>{18, 19, 17, 20}));
+        order.direction = 1;
+        QCOMPARE(order.next(5), (std::vector<Time>{18, 19, 20, 10, 11}));
+        order.direction = -1;
+        QCOMPARE(order.next(3), (std::vector<Time>{18, 17, 16}));
+        for (const int direction : {-1, 0, 1}) {
+            order.direction = direction;
+            const std::vector<Time> all = order.next(1000);
+            QCOMPARE(all.size(), std::size_t(11));
+            for (std::size_t i = 1; i < all.size(); ++i)
+                QVERIFY(order.distance(all[i - 1]) <= order.distance(all[i]));
+        }
+        order.direction = 1;
+        QVERIFY(order.distance(9) > order.distance(17));
+    }
+
+    // Against a plain search for the frame that is needed last, over random moves.
+    void cacheKeepsWhatIsNeededFirst() {
+        std::mt19937 random(7);
+        FrameCache cache(20000);
+        std::map<Time, std::size_t> kept;
+        PlayOrder order;
+        order.last = 60;
+        for (int step = 0; step < 4000; ++step) {
+            order.playhead = Time(random() % 61);
+            order.direction = int(random() % 3) - 1;
+            const auto frame = frameOf(Time(random() % 61), 400 + int(random() % 3000));
+            const auto outcome = cache.insert(frame, order);
+            kept.erase(frame->time);
+            for (const Time evicted : outcome.evicted) {
+                for (const auto& other : kept)
+                    QVERIFY(order.distance(evicted) >= order.distance(other.first));
+                QVERIFY(order.distance(evicted) > order.distance(frame->time));
+                QCOMPARE(kept.erase(evicted), std::size_t(1));
+            }
+            if (outcome.stored)
+                kept[frame->time] = frame->cost();
+            std::size_t bytes = 0;
+            for (const auto& [time, cost] : kept) {
+                bytes += cost;
+                QVERIFY(cache.find(time));
+            }
+            QCOMPARE(cache.bytes(), bytes);
+            QCOMPARE(cache.count(), kept.size());
+            QVERIFY(bytes <= cache.capacity());
+        }
+        QVERIFY(!cache.insert(frameOf(1, 40000), order).stored);
+    }
+
+    void cacheFindsTheNearestPicture() {
+        FrameCache cache(100000);
+        const PlayOrder order;
+        QVERIFY(!cache.nearestPicture(3));
+        for (const Time time : {10, 20, 30})
+            cache.insert(frameOf(time, 400), order);
+        cache.insert(frameOf(24, 4, Frame::State::Unreadable), order);
+        QCOMPARE(cache.nearestPicture(24)->time, Time(20));
+        QCOMPARE(cache.nearestPicture(26)->time, Time(30));
+        QCOMPARE(cache.nearestPicture(25)->time, Time(20));
+        QCOMPARE(cache.nearestPicture(-100)->time, Time(10));
+        QCOMPARE(cache.nearestPicture(100)->time, Time(30));
+        QCOMPARE(cache.pictureTimes(), (std::vector<Time>{10, 20, 30}));
+        cache.clear();
+        QCOMPARE(cache.bytes(), std::size_t(0));
+    }
+
+    void frameRates() {
+        QCOMPARE(parseFrameRate("24")->numerator(), std::uint64_t(24));
+        QCOMPARE(parseFrameRate("30000/1001")->denominator(), std::uint64_t(1001));
+        QCOMPARE(parseFrameRate("29.97")->numerator(), std::uint64_t(30000));
+        for (const char* bad : {"", "x", "0", "-24", "24/0", "1/2/3", "1e9", "nan", "24/x"})
+            QVERIFY2(!parseFrameRate(QString::fromLatin1(bad)), bad);
+        QCOMPARE(formatFrameRate(24.0), QStringLiteral("24"));
+        QCOMPARE(formatFrameRate(29.97003), QStringLiteral("29.97"));
+    }
+
+    void commandLine() {
+        const auto parse = [](const QStringList& arguments) {
+            return parseCommandLine(QStringList{QStringLiteral("kxui-workbench")} + arguments);
+        };
+        using Action = CommandLine::Action;
+        const CommandLine line =
+            parse({"a", "--fps", "30000/1001", "b", "--tour", "out", "--palette", "light"});
+        QCOMPARE(line.action, Action::Run);
+        QCOMPARE(line.paths, (QStringList{"a", "b"}));
+        QCOMPARE(line.timeBase.numerator(), std::uint64_t(30000));
+        QCOMPARE(line.tourFolder, QStringLiteral("out"));
+        QVERIFY(!line.darkPalette);
+        QVERIFY(parse({"--version"}).text.startsWith("kxui-workbench "));
+        QVERIFY(parse({"--help"}).text.contains("--tour"));
+        for (const QStringList& bad :
+             {QStringList{"--fps", "fast"}, QStringList{"--fps"}, QStringList{"--palette", "pink"},
+              QStringList{"--tour", ""}, QStringList{"--cache", "0"}, QStringList{"--unknown"}}) {
+            QCOMPARE(parse(bad).action, Action::Refuse);
+            QVERIFY(!parse(bad).text.isEmpty());
+        }
+    }
+};
+
+KXUI_TEST(PlaybackTest);
+#include "PlaybackTest.moc"

@@ -1,0 +1,175 @@
+#include "TestImages.h"
+
+#include <support/TestRegistry.h>
+
+#include "panels/TimelinePanel.h"
+#include "panels/ViewerPanel.h"
+#include "play/Session.h"
+
+#include <KxUI/time/TimeSlider.h>
+
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QtTest>
+
+using namespace Kestrel::Workbench;
+using Kestrel::Base::InvalidTime;
+using Kestrel::Base::Time;
+using Kestrel::Base::TimeBase;
+
+/** A session on real files, with its viewer and timeline. */
+class SessionTest : public QObject {
+    Q_OBJECT
+
+private:
+    QTemporaryDir m_folder;
+    Sequence m_shot;
+
+    /** Frames 1 to 12 without 5 and 6; 9 is empty. */
+    void writeShot() {
+        std::vector<Sequence::Member> members;
+        for (int frame = 1; frame <= 12; ++frame) {
+            if (frame == 5 || frame == 6)
+                continue;
+            const QString name = QStringLiteral("s.%1.exr").arg(frame, 4, 10, QLatin1Char('0'));
+            QVERIFY(Kestrel::Test::writeImage(m_folder.filePath(name)));
+            if (frame == 9)
+                QVERIFY(Kestrel::Test::truncate(m_folder.filePath(name), 0));
+            members.emplace_back(frame, name.toStdString());
+        }
+        m_shot = Sequence(QStringLiteral("s.####.exr"), m_folder.path().toStdString(), members);
+    }
+
+private slots:
+    void initTestCase() { writeShot(); }
+
+    void scrubbing() {
+        Session session(TimeBase(24, false), std::size_t(1) << 20);
+        ViewerPanel viewer(&session);
+        TimelinePanel timeline(&session);
+        QSignalSpy cached(&session, &Session::frameCached);
+        session.open(m_shot, 3);
+        QCOMPARE(session.model()->currentTime(), Time(3));
+        QCOMPARE(session.model()->playbackEndTime(), Time(12));
+        QVERIFY(session.isLoading());
+        QTRY_VERIFY(session.isSettled());
+        QCOMPARE(session.shownFrame()->time, Time(3));
+        QVERIFY(!session.isLoading());
+        QCOMPARE(cached.count(), 9);
+        QCOMPARE(session.cache().pictureTimes(), (std::vector<Time>{1, 2, 3, 4, 7, 8, 10, 11, 12}));
+
+        session.model()->setCurrentTime(5);
+        QCOMPARE(session.shownFrame()->state, Frame::State::Missing);
+        session.model()->setCurrentTime(9);
+        QCOMPARE(session.shownFrame()->state, Frame::State::Unreadable);
+        QVERIFY(session.shownFrame()->message.contains("empty"));
+        session.model()->setCurrentTime(40);
+        QCOMPARE(session.shownFrame()->state, Frame::State::Missing);
+        // Painting each of these states.
+        viewer.resize(300, 200);
+        QVERIFY(!viewer.grab().isNull());
+
+        session.open(Sequence());
+        QVERIFY(!session.shownFrame());
+        session.player()->play();
+        QVERIFY(!session.player()->isPlaying());
+        QVERIFY(!viewer.grab().isNull());
+    }
+
+    // A cache of two frames: the nearest stands in, the exact one follows, and it comes to rest.
+    void smallCache() {
+        Session session(TimeBase(24, false), 6000);
+        TimelinePanel timeline(&session);
+        QSignalSpy uncached(&session, &Session::frameUncached);
+        session.open(m_shot, 1);
+        QTRY_VERIFY(session.isSettled() && !session.isLoading());
+        QCOMPARE(session.cache().pictureTimes().size(), std::size_t(2));
+        session.model()->setCurrentTime(12);
+        QVERIFY(session.isLoading());
+        QVERIFY(session.shownFrame() && session.shownFrame()->time < 3);
+        QTRY_VERIFY(session.isSettled() && !session.isLoading());
+        QCOMPARE(session.shownFrame()->time, Time(12));
+        QVERIFY(uncached.count() >= 1);
+
+        // No room even for one: shown all the same.
+        Session tiny(TimeBase(24, false), 100);
+        tiny.open(m_shot, 2);
+        QTRY_VERIFY(tiny.isSettled() && !tiny.isLoading());
+        QCOMPARE(tiny.shownFrame()->time, Time(2));
+        QCOMPARE(tiny.cache().count(), std::size_t(0));
+    }
+
+    void openingAnotherDropsTheFirst() {
+        Session session(TimeBase(24, false), std::size_t(1) << 20);
+        session.open(m_shot);
+        session.open(
+            Sequence(QStringLiteral("one"), m_folder.path().toStdString(), {{70, "s.0001.exr"}}));
+        QTRY_VERIFY(session.isSettled() && !session.isLoading());
+        QCOMPARE(session.cache().pictureTimes(), (std::vector<Time>{70}));
+        QCOMPARE(session.model()->duration(), Time(1));
+    }
+
+    void playback() {
+        Session session(TimeBase(100, false), std::size_t(1) << 20);
+        session.open(m_shot, 12);
+        QTRY_VERIFY(session.isSettled());
+        Player* player = session.player();
+        session.model()->setInTime(2, true);
+        session.model()->setOutTime(4, true);
+        QSignalSpy moved(session.model(), &Kestrel::UI::TimeSliderModel::timeChanged);
+        player->play();
+        QCOMPARE(session.model()->currentTime(), Time(2));
+        QTRY_VERIFY(moved.count() > 8);
+        QVERIFY(session.model()->currentTime() >= 2 && session.model()->currentTime() <= 4);
+        session.model()->clearInOut();
+        session.model()->setCurrentTime(10);
+        player->setLoops(false);
+        QTRY_VERIFY(!player->isPlaying());
+        QCOMPARE(session.model()->currentTime(), Time(12));
+        player->play(-1);
+        QTRY_VERIFY(!player->isPlaying());
+        QCOMPARE(session.model()->currentTime(), Time(1));
+    }
+
+    void keyFrames() {
+        Session session(TimeBase(24, false), std::size_t(1) << 20);
+        session.toggleKeyFrame();
+        QVERIFY(session.model()->keyFrames().empty());
+        session.open(m_shot, 3);
+        session.toggleKeyFrame();
+        session.model()->setCurrentTime(8);
+        session.toggleKeyFrame();
+        session.goToKeyFrame(-1);
+        QCOMPARE(session.model()->currentTime(), Time(3));
+        session.goToKeyFrame(-1);
+        QCOMPARE(session.model()->currentTime(), Time(3));
+        session.goToKeyFrame(1);
+        QCOMPARE(session.model()->currentTime(), Time(8));
+        session.toggleKeyFrame();
+        QCOMPARE(session.model()->keyFrames(), std::set<Time>{3});
+
+        // A dragged time is drawn to the keyframe next to it.
+        TimelinePanel timeline(&session);
+        timeline.resize(1200, 41);
+        Time dragged = 4;
+        emit timeline.slider()->snapTime(dragged);
+        QCOMPARE(dragged, Time(4));
+        session.model()->setFirstVisibleTime(Time(0));
+        session.model()->setLastVisibleTime(Time(1000));
+        emit timeline.slider()->snapTime(dragged);
+        QCOMPARE(dragged, Time(3));
+    }
+
+    void steppedSequence() {
+        Session session(TimeBase(24, false), std::size_t(1) << 20);
+        session.open(Sequence(QString(), m_folder.path().toStdString(),
+                              {{1, "s.0001.exr"}, {3, "s.0003.exr"}, {5, "s.0004.exr"}}));
+        QTRY_VERIFY(session.isSettled());
+        session.model()->setCurrentTime(4);
+        QCOMPARE(session.shownFrame()->time, Time(3));
+        QVERIFY(!session.isLoading());
+    }
+};
+
+KXUI_TEST(SessionTest);
+#include "SessionTest.moc"
