@@ -197,24 +197,28 @@ void SequenceListPanel::goUp() {
 void SequenceListPanel::showSummary() {
     std::uint64_t bytes = 0;
     std::int64_t files = 0;
+    int folders = 0;
     int sequences = 0;
     for (int row = 0; row < m_model->rowCount(); ++row) {
-        if (m_model->isSequence(row))
-            ++sequences;
+        folders += int(m_model->isFolder(row));
+        sequences += int(m_model->isSequence(row));
         if (const auto& status = m_model->status(row); status && !m_model->isFolder(row)) {
             bytes += status->size;
             files += status->files;
         }
     }
-    if (m_model->rowCount() == 0)
-        m_summary->clear();
-    else if (!m_model->isComplete())
-        m_summary->setText(tr("%1 sequences").arg(sequences));
-    else
-        m_summary->setText(tr("%1 sequences, %2 files, %3")
-                               .arg(sequences)
-                               .arg(files)
-                               .arg(QLocale().formattedDataSize(qint64(bytes), 1)));
+    QStringList parts;
+    const auto add = [&parts](std::int64_t count, const QString& one, const QString& many) {
+        if (count > 0)
+            parts << (count == 1 ? one : many.arg(count));
+    };
+    add(folders, tr("1 folder"), tr("%1 folders"));
+    add(sequences, tr("1 sequence"), tr("%1 sequences"));
+    if (m_model->isComplete() && files > 0) {
+        add(files, tr("1 file"), tr("%1 files"));
+        parts << QLocale().formattedDataSize(qint64(bytes), 1);
+    }
+    m_summary->setText(parts.join(tr(", ")));
 }
 
 } // namespace Kestrel::Workbench
