@@ -29,52 +29,41 @@ constexpr std::array<unsigned char, 256> byteRanks() {
 
 constexpr auto ranks = byteRanks();
 
-// A run of digits compares by its length, then digit by digit.
-unsigned char* writeRun(std::string_view run, unsigned char* to) {
-    if (run.size() < 255) {
-        *to++ = static_cast<unsigned char>(run.size());
-    } else {
-        *to++ = 255;
-        for (int shift = 24; shift >= 0; shift -= 8)
-            *to++ = static_cast<unsigned char>(run.size() >> shift);
+// Writes the run of digits at `at`, which compares by its length, then digit by digit.
+unsigned char* writeRun(std::string_view name, std::size_t& at, unsigned char* to) {
+    unsigned char* const digits = to + 1;
+    unsigned char* end = digits;
+    do
+        *end++ = static_cast<unsigned char>(name[at++]);
+    while (at < name.size() && isDigit(name[at]));
+    const auto length = static_cast<std::uint32_t>(end - digits);
+    if (length < 255) {
+        *to = static_cast<unsigned char>(length);
+        return end;
     }
-    return std::copy(run.begin(), run.end(), to);
-}
-
-std::string_view digitsFrom(std::string_view name, std::size_t begin) {
-    std::size_t end = begin;
-    while (end < name.size() && isDigit(name[end]))
-        ++end;
-    return name.substr(begin, end - begin);
+    *to = 255;
+    std::copy_backward(digits, end, end + sizeof length);
+    for (std::size_t i = 0; i < sizeof length; ++i)
+        digits[i] = static_cast<unsigned char>(length >> (24 - 8 * i));
+    return end + sizeof length;
 }
 
 // No key is the beginning of another one: each ends with the mark of the end of its name, or with
-// numbers that tell their lengths.
-unsigned char* writeKey(std::string_view name, NaturalOrder order, unsigned char* to) {
-    bool hasDigits = false;
+// numbers that tell their lengths. `numbers` has room for another key.
+unsigned char* writeKey(std::string_view name, NaturalOrder order, unsigned char* to,
+                        unsigned char* numbers) {
+    unsigned char* numbersEnd = numbers;
     for (std::size_t at = 0; at < name.size();) {
         *to++ = ranks[static_cast<unsigned char>(name[at])];
-        if (!isDigit(name[at])) {
+        if (!isDigit(name[at]))
             ++at;
-            continue;
-        }
-        hasDigits = true;
-        const auto run = digitsFrom(name, at);
-        if (order == NaturalOrder::Plain)
-            to = writeRun(run, to);
-        at += run.size();
+        else if (order == NaturalOrder::Plain)
+            to = writeRun(name, at, to);
+        else
+            numbersEnd = writeRun(name, at, numbersEnd);
     }
     *to++ = ranks[0];
-    if (order == NaturalOrder::Grouping && hasDigits) {
-        for (std::size_t at = 0; at < name.size(); ++at) {
-            if (!isDigit(name[at]))
-                continue;
-            const auto run = digitsFrom(name, at);
-            to = writeRun(run, to);
-            at += run.size();
-        }
-    }
-    return to;
+    return std::copy(numbers, numbersEnd, to);
 }
 
 // At most three bytes for one of the name (rank, length and digit), the end, and for a run of 255
@@ -84,77 +73,109 @@ constexpr std::size_t keyBound(std::size_t nameLength) {
 }
 
 struct Key {
-    std::uint64_t word = 0; // the eight bytes that are being compared
-    const unsigned char* bytes = nullptr;
-    std::uint32_t length = 0;
-    std::uint32_t index = 0;
+    std::uint64_t word; // the eight bytes that are being compared
+    const unsigned char* bytes;
+    std::uint32_t length;
+    std::uint32_t index;
 };
 
 constexpr std::size_t wordSize = sizeof(Key::word);
 
+// One load where the compiler knows the idiom.
 std::uint64_t wordAt(const unsigned char* bytes) {
-    std::uint64_t word = 0;
-    for (std::size_t i = 0; i < wordSize; ++i)
-        word = word << 8 | bytes[i];
-    return word;
+    const auto at = [bytes](int i) { return std::uint64_t{bytes[i]} << (56 - 8 * i); };
+    return at(0) | at(1) | at(2) | at(3) | at(4) | at(5) | at(6) | at(7);
 }
 
-// Sorts keys that agree in their first `depth` bytes.
-void sortKeys(Key* first, Key* last, std::size_t depth) {
-    for (;; depth += wordSize) {
-        bool ordered = true;
-        bool same = true;
-        std::uint64_t previous = wordAt(first->bytes + depth);
-        for (Key* key = first; key != last; ++key) {
-            key->word = wordAt(key->bytes + depth);
-            ordered = ordered && previous <= key->word;
-            same = same && previous == key->word;
-            previous = key->word;
+class KeySort {
+public:
+    explicit KeySort(std::size_t count)
+        : m_scratch(new Key[count]) {}
+
+    // Sorts keys that agree in their first `depth` bytes.
+    void sort(Key* first, Key* last, std::size_t depth) {
+        for (;; depth += wordSize) {
+            for (Key* key = first; key != last; ++key)
+                key->word = wordAt(key->bytes + depth);
+            if (sortByWord(first, last))
+                break;
+            if (first->length <= depth + wordSize)
+                return;
         }
-        if (!ordered)
+        depth += wordSize;
+        while (first != last) {
+            Key* const end = std::find_if(first + 1, last,
+                                          [&](const Key& key) { return key.word != first->word; });
+            if (end - first > 1 && first->length > depth)
+                sort(first, end, depth);
+            first = end;
+        }
+    }
+
+private:
+    // False when all words are the same.
+    bool sortByWord(Key* first, Key* last) {
+        std::uint64_t differing = 0;
+        for (const Key* key = first; key != last; ++key)
+            differing |= key->word ^ first->word;
+        if (differing == 0)
+            return false;
+        if (last - first < 64) {
             std::sort(first, last, [](const Key& a, const Key& b) { return a.word < b.word; });
-        if (!same)
-            break;
-        if (first->length <= depth + wordSize)
-            return;
+            return true;
+        }
+        // By the first byte that differs, then each part by those behind it.
+        int shift = 56;
+        while (differing >> shift == 0)
+            shift -= 8;
+        std::array<std::uint32_t, 257> starts{};
+        for (const Key* key = first; key != last; ++key)
+            ++starts[(key->word >> shift & 0xFF) + 1];
+        for (std::size_t i = 1; i < starts.size(); ++i)
+            starts[i] += starts[i - 1];
+        auto next = starts;
+        for (const Key* key = first; key != last; ++key)
+            m_scratch[next[key->word >> shift & 0xFF]++] = *key;
+        std::copy(m_scratch.get(), m_scratch.get() + (last - first), first);
+        for (std::size_t i = 0; i < 256; ++i) {
+            if (starts[i + 1] - starts[i] > 1)
+                sortByWord(first + starts[i], first + starts[i + 1]);
+        }
+        return true;
     }
-    depth += wordSize;
-    while (first != last) {
-        Key* const end =
-            std::find_if(first + 1, last, [&](const Key& key) { return key.word != first->word; });
-        if (end - first > 1 && first->length > depth)
-            sortKeys(first, end, depth);
-        first = end;
-    }
-}
+
+    std::unique_ptr<Key[]> m_scratch;
+};
 
 } // namespace
 
 void sortNaturally(std::vector<Platform::Entry>& entries, NaturalOrder order) {
     if (entries.size() < 2)
         return;
+    std::size_t total = 0;
+    std::size_t longest = 0;
+    for (const auto& entry : entries) {
+        total += keyBound(entry.length);
+        longest = std::max<std::size_t>(longest, entry.length);
+    }
     // Words are read past the end of the last key.
-    std::size_t bound = wordSize;
-    for (const auto& entry : entries)
-        bound += keyBound(entry.length);
-    const std::unique_ptr<unsigned char[]> memory(new unsigned char[bound]);
-    std::vector<Key> keys(entries.size());
+    const std::unique_ptr<unsigned char[]> memory(new unsigned char[total + wordSize]);
+    const std::unique_ptr<unsigned char[]> numbers(new unsigned char[keyBound(longest)]);
+    const std::unique_ptr<Key[]> keys(new Key[entries.size()]);
     unsigned char* next = memory.get();
     for (std::size_t i = 0; i < entries.size(); ++i) {
-        unsigned char* const end = writeKey(entries[i].view(), order, next);
-        keys[i].bytes = next;
-        keys[i].length = static_cast<std::uint32_t>(end - next);
-        keys[i].index = static_cast<std::uint32_t>(i);
+        unsigned char* const end = writeKey(entries[i].view(), order, next, numbers.get());
+        keys[i] = {0, next, static_cast<std::uint32_t>(end - next), static_cast<std::uint32_t>(i)};
         next = end;
     }
     std::fill_n(next, wordSize, static_cast<unsigned char>(0));
 
-    sortKeys(keys.data(), keys.data() + keys.size(), 0);
+    KeySort(entries.size()).sort(keys.get(), keys.get() + entries.size(), 0);
 
     std::vector<Platform::Entry> sorted;
     sorted.reserve(entries.size());
-    for (const Key& key : keys)
-        sorted.push_back(entries[key.index]);
+    for (std::size_t i = 0; i < entries.size(); ++i)
+        sorted.push_back(entries[keys[i].index]);
     entries = std::move(sorted);
 }
 

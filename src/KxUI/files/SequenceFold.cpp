@@ -96,28 +96,31 @@ std::optional<FrameNameRules::Frame> FrameNameRules::frameOf(std::string_view na
     if (last == 0)
         return std::nullopt;
     const std::size_t end = last + 1;
-
-    Frame frame;
-    frame.name = name;
-    frame.begin = digitsBegin(name, end);
-    frame.digits = frame.shortest = end - frame.begin;
-    frame.number = frameNumber(name.substr(frame.begin, frame.digits));
+    const std::size_t begin = digitsBegin(name, end);
+    std::size_t before = begin;
+    std::size_t after = name.size() - end;
     // A name may hold a # of its own.
-    frame.front = name.substr(0, std::min(name.find('#'), frame.begin));
-    const std::size_t lastHash = name.rfind('#');
-    frame.back =
-        name.substr(lastHash == std::string_view::npos ? end : std::max(lastHash + 1, end));
-    return frame;
+    if (const auto hash = name.find('#'); hash != std::string_view::npos) {
+        before = std::min(before, hash);
+        after = std::min(after, name.size() - name.rfind('#') - 1);
+    }
+    const auto short32 = [](std::size_t size) { return static_cast<std::uint32_t>(size); };
+    return Frame{name,
+                 short32(begin),
+                 short32(end - begin),
+                 short32(before),
+                 short32(after),
+                 frameNumber(name.substr(begin, end - begin)),
+                 short32(end - begin)};
 }
 
 bool FrameNameRules::join(Frame& head, const Frame& next) const {
-    if (head.front != next.front || head.back != next.back)
+    if (head.front() != next.front() || head.back() != next.back())
         return false;
     if (!head.mixed) {
-        const bool sameDigits = head.digits == next.digits;
-        const bool plain = head.name.size() - head.digits == head.front.size() + head.back.size() &&
-                           next.name.size() - next.digits == next.front.size() + next.back.size();
-        head.mixed = plain ? !sameDigits : frameName(head) != frameName(next);
+        const bool plain = head.before + head.digits + head.after == head.name.size() &&
+                           next.before + next.digits + next.after == next.name.size();
+        head.mixed = plain ? head.digits != next.digits : frameName(head) != frameName(next);
     }
     head.shortest = std::min(head.shortest, next.digits);
     return true;
@@ -127,7 +130,7 @@ std::string FrameNameRules::frameName(const Frame& head) {
     std::string text;
     text.reserve(head.name.size());
     if (head.mixed)
-        return text.append(head.front).append(1, '#').append(head.back);
+        return text.append(head.front()).append(1, '#').append(head.back());
     return text.append(head.name, 0, head.begin)
         .append(head.digits, '#')
         .append(head.name, head.begin + head.digits, std::string_view::npos);

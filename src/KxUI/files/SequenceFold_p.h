@@ -87,13 +87,16 @@ class FrameNameRules {
 public:
     struct Frame {
         std::string_view name;
-        std::string_view front;   ///< before the first # of the frame name
-        std::string_view back;    ///< after the last # of the frame name
-        std::size_t begin = 0;    ///< where the digits of the frame begin in the name
-        std::size_t digits = 0;   ///< how many there are
-        std::int32_t number = 0;  ///< the frame
-        std::size_t shortest = 0; ///< the smallest count of digits among the members of the run
-        bool mixed = false;       ///< the members' frame names differ
+        std::uint32_t begin = 0;    ///< where the digits of the frame begin in the name
+        std::uint32_t digits = 0;   ///< how many there are
+        std::uint32_t before = 0;   ///< bytes before the first # of the frame name
+        std::uint32_t after = 0;    ///< bytes after the last # of the frame name
+        std::int32_t number = 0;    ///< the frame
+        std::uint32_t shortest = 0; ///< the smallest count of digits among the members of the run
+        bool mixed = false;         ///< the members' frame names differ
+
+        std::string_view front() const { return name.substr(0, before); }
+        std::string_view back() const { return name.substr(name.size() - after); }
     };
 
     static constexpr bool keepsRunOfDirectory = false;
@@ -124,12 +127,16 @@ std::string frameFileName(std::string_view frameName, std::int32_t frame, std::s
 template <class Rules, class IsDirectory, class Sink>
 void foldSequences(const std::vector<Platform::Entry>& entries, Rules& rules,
                    const IsDirectory& isDirectory, Sink& sink) {
+    // Sorted names lie scattered in memory.
+    constexpr std::size_t namesAhead = 16;
     SequenceRun run;
     for (std::size_t i = 0; i < entries.size(); i += run.count) {
         auto head = rules.frameOf(entries[i].view());
         run.start(i, head ? head->number : 0);
         bool headIsDirectory = false;
         for (std::size_t next = i + 1; head && next < entries.size(); ++next) {
+            if (next + namesAhead < entries.size())
+                Platform::prefetch(entries[next + namesAhead].name);
             const auto frame = rules.frameOf(entries[next].view());
             if (!frame || !rules.join(*head, *frame))
                 break;

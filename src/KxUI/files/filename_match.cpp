@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <bitset>
+#include <cstdint>
 #include <string_view>
 #include <vector>
 
@@ -35,9 +36,39 @@ struct Step {
 
     Kind kind = Kind::NotLookedAt;
     char literal = 0;
-    std::size_t next = 0;  // the position after this step
-    std::size_t index = 0; // of the set, or of the first alternative of the group
-    std::size_t count = 0; // of alternatives
+    std::uint32_t count = 0; // of a group: its alternatives
+    std::uint32_t index = 0; // of a set: where it is; of a group: where its first alternative is
+    std::size_t next = 0;    // the position after this step
+};
+
+// A set of pattern positions that knows the stretch it lies in.
+class Positions {
+public:
+    explicit Positions(std::size_t count)
+        : m_has(count) {}
+
+    bool has(std::size_t position) const { return m_has[position]; }
+    bool isEmpty() const { return m_end == 0; }
+    std::size_t begin() const { return m_begin; }
+    std::size_t end() const { return m_end; }
+
+    void add(std::size_t position) {
+        m_has[position] = true;
+        m_begin = std::min(m_begin, position);
+        m_end = std::max(m_end, position + 1);
+    }
+
+    void clear() {
+        for (std::size_t i = m_begin; i < m_end; ++i)
+            m_has[i] = false;
+        m_begin = m_has.size();
+        m_end = 0;
+    }
+
+private:
+    boost::container::small_vector<bool, 64> m_has;
+    std::size_t m_begin = m_has.size();
+    std::size_t m_end = 0;
 };
 
 class Matcher {
@@ -45,67 +76,100 @@ public:
     Matcher(std::string_view name, std::string_view pattern)
         : m_name(name)
         , m_pattern(pattern)
-        , m_steps(pattern.size())
-        , m_reached(pattern.size() + 1)
-        , m_reachedNext(pattern.size() + 1) {}
+        , m_steps(pattern.size()) {}
 
     bool matches() {
-        m_reached[0] = true;
-        for (std::size_t at = 0;; ++at) {
-            const bool alive = advance(at);
-            if (at == m_name.size())
-                return m_reached[m_pattern.size()];
-            if (!alive)
-                return false;
-            m_reached.swap(m_reachedNext);
-            std::fill(m_reachedNext.begin(), m_reachedNext.end(), false);
-        }
+        return m_pattern.find_first_of("{}|,") == nowhere ? matchesStraight() : matchesBranching();
     }
 
 private:
-    // Follows all positions reached before the character `at` of the name. Steps lead to higher
-    // positions only, so one sweep does. Whether any position is reached behind the character.
-    bool advance(std::size_t at) {
-        const bool atEnd = at == m_name.size();
-        const char c = atEnd ? '\0' : m_name[at];
-        bool alive = false;
-        const auto consume = [&](bool accepted, std::size_t next) {
-            if (accepted && !atEnd) {
-                m_reachedNext[next] = true;
-                alive = true;
+    bool matchesStraight() {
+        std::size_t at = 0;
+        std::size_t position = 0;
+        std::size_t starAt = 0;
+        std::size_t afterStar = nowhere;
+        while (at < m_name.size()) {
+            if (position < m_pattern.size()) {
+                const Step& step = stepAt(position);
+                if (step.kind == Step::Kind::AnyRun) {
+                    position = afterStar = step.next;
+                    starAt = at;
+                    continue;
+                }
+                if (accepts(step, m_name[at])) {
+                    position = step.next;
+                    ++at;
+                    continue;
+                }
             }
-        };
-        for (std::size_t position = 0; position < m_pattern.size(); ++position) {
-            if (!m_reached[position])
+            if (afterStar == nowhere)
+                return false;
+            position = afterStar;
+            at = ++starAt;
+        }
+        while (position < m_pattern.size() && m_pattern[position] == '*')
+            ++position;
+        return position == m_pattern.size();
+    }
+
+    bool matchesBranching() {
+        Positions first(m_pattern.size() + 1);
+        Positions second(m_pattern.size() + 1);
+        Positions* reached = &first;
+        Positions* reachedNext = &second;
+        reached->add(0);
+        for (const char& c : m_name) {
+            advance(*reached, &c, *reachedNext);
+            if (reachedNext->isEmpty())
+                return false;
+            reached->clear();
+            std::swap(reached, reachedNext);
+        }
+        advance(*reached, nullptr, *reachedNext);
+        return reached->has(m_pattern.size());
+    }
+
+    // Follows all positions reached, over the next character of the name if there is one. Steps
+    // lead to higher positions only, so one sweep does.
+    void advance(Positions& reached, const char* c, Positions& reachedNext) {
+        const std::size_t size = m_pattern.size();
+        for (auto at = reached.begin(); at < reached.end() && at < size; ++at) {
+            if (!reached.has(at))
                 continue;
-            const Step& step = stepAt(position);
+            const Step& step = stepAt(at);
             switch (step.kind) {
-            case Step::Kind::Literal:
-                consume(step.literal == c, step.next);
-                break;
-            case Step::Kind::AnyOne:
-                consume(true, step.next);
-                break;
             case Step::Kind::AnyRun:
-                m_reached[step.next] = true;
-                consume(true, position);
-                break;
-            case Step::Kind::OneOf:
-                consume(m_sets[step.index].test(bit(c)), step.next);
+                reached.add(step.next);
+                if (c)
+                    reachedNext.add(at);
                 break;
             case Step::Kind::Group:
-                for (std::size_t i = 0; i < step.count; ++i)
-                    m_reached[m_alternatives[step.index + i]] = true;
+                for (std::uint32_t i = 0; i < step.count; ++i)
+                    reached.add(m_alternatives[step.index + i]);
                 break;
             case Step::Kind::Jump:
-                m_reached[step.next] = true;
+                reached.add(step.next);
                 break;
-            case Step::Kind::NotLookedAt:
-            case Step::Kind::Dead:
+            default:
+                if (c && accepts(step, *c))
+                    reachedNext.add(step.next);
                 break;
             }
         }
-        return alive;
+    }
+
+    // Whether the step is one over this character.
+    bool accepts(const Step& step, char c) const {
+        switch (step.kind) {
+        case Step::Kind::Literal:
+            return step.literal == c;
+        case Step::Kind::AnyOne:
+            return true;
+        case Step::Kind::OneOf:
+            return m_sets[step.index].test(bit(c));
+        default:
+            return false;
+        }
     }
 
     const Step& stepAt(std::size_t position) {
@@ -126,10 +190,10 @@ private:
             break;
         case '{':
             step.kind = Step::Kind::Group;
-            step.index = m_alternatives.size();
+            step.index = static_cast<std::uint32_t>(m_alternatives.size());
             for (auto each = step.next; each != nowhere; each = nextAlternative(each))
                 m_alternatives.push_back(each);
-            step.count = m_alternatives.size() - step.index;
+            step.count = static_cast<std::uint32_t>(m_alternatives.size()) - step.index;
             break;
         case ',':
         case '|':
@@ -165,7 +229,7 @@ private:
             if (c == ']' && at > first) {
                 step.kind = Step::Kind::OneOf;
                 step.next = at + 1;
-                step.index = m_sets.size();
+                step.index = static_cast<std::uint32_t>(m_sets.size());
                 m_sets.push_back(inverted ? ~set : set);
                 return;
             }
@@ -232,8 +296,6 @@ private:
     std::string_view m_name;
     std::string_view m_pattern;
     boost::container::small_vector<Step, 32> m_steps;
-    boost::container::small_vector<bool, 128> m_reached;
-    boost::container::small_vector<bool, 128> m_reachedNext;
     std::vector<CharacterSet> m_sets;
     std::vector<std::size_t> m_alternatives; // where those of each group begin
 };

@@ -76,6 +76,13 @@ bool isAbsolute(std::string_view path);
 /** The current directory of the process; empty when it has none. */
 std::string currentDirectory();
 
+/** Tells the processor that an address is about to be read, where the compiler offers that. */
+inline void prefetch([[maybe_unused]] const void* address) {
+#if defined(__GNUC__)
+    __builtin_prefetch(address);
+#endif
+}
+
 /** A name in the system's encoding as UTF-8, and back. On POSIX systems names are bytes and pass
     through as they are. */
 std::string toUtf8(std::string_view name);
