@@ -7,101 +7,52 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
-#include <cstring>
 #include <random>
 
 namespace {
 
-// The pattern language as it is told: each alternative, each length of a star, one after the other.
-// Takes exponential time.
-class LiteralMatch {
-public:
-    static bool match(const char* s, const char* p) {
-        for (;;) {
-            switch (*p++) {
-            case '\0':
-                return *s == '\0';
-            case '?':
-                if (*s++ == '\0')
-                    return false;
-                break;
-            case '*':
-                if (*p == '\0')
-                    return true;
-                for (;; ++s) {
-                    if (match(s, p))
-                        return true;
-                    if (*s == '\0')
-                        return false;
-                }
-            case '[':
-                if (*s == '\0' || !inSet(*s++, p))
-                    return false;
-                break;
-            case '{':
-                for (;;) {
-                    if (match(s, p))
-                        return true;
-                    int depth = 0;
-                    for (bool next = false; !next;) {
-                        const char c = *p++;
-                        if (c == '\0' || (c == '}' && depth-- == 0))
-                            return false;
-                        if (c == '\\' && *p != '\0')
-                            ++p;
-                        depth += c == '{' ? 1 : 0;
-                        next = c == ',' || c == '|';
-                        if (next && depth > 0)
-                            return false;
-                    }
-                }
-            case ',':
-            case '|':
-                for (int depth = 0; *p != '\0';) {
-                    const char c = *p++;
-                    if (c == '\\' && *p != '\0')
-                        ++p;
-                    depth += c == '{' ? 1 : 0;
-                    if (c == '}' && depth-- == 0)
-                        break;
-                }
-                break;
-            case '}':
-                break;
-            case '\\':
-                if (*p != '\0')
-                    ++p;
-                [[fallthrough]];
-            default:
-                if (*s++ != p[-1])
-                    return false;
-            }
-        }
+// The position behind the group, or of its next alternative (null for none).
+const char* skipped(const char* p, bool toAlternative) {
+    for (int depth = 0; *p != '\0'; ++p) {
+        if (*p == '\\' && p[1] != '\0')
+            ++p;
+        else if (*p == '{')
+            ++depth;
+        else if (*p == '}' && depth-- == 0)
+            return toAlternative ? nullptr : p + 1;
+        else if (toAlternative && (*p == ',' || *p == '|'))
+            return depth == 0 ? p + 1 : nullptr;
     }
+    return toAlternative ? nullptr : p;
+}
 
-private:
-    // Leaves p behind the set.
-    static bool inSet(char c, const char*& p) {
-        const bool inverted = *p == '^' || *p == '!';
-        p += inverted ? 1 : 0;
-        bool found = false;
-        for (const char* const first = p; *p != '\0'; ++p) {
-            if (*p == ']' && p != first) {
-                ++p;
-                return found != inverted;
-            }
-            if (*p == '-' && p != first && p[1] != ']' && p[1] != '\0') {
-                const auto low = static_cast<signed char>(p[-1]);
-                const auto high = static_cast<signed char>(*++p);
-                found = found ||
-                        (low <= static_cast<signed char>(c) && static_cast<signed char>(c) <= high);
-            } else {
-                found = found || *p == c;
-            }
+// The pattern language without sets as it is told: one try after the other, in exponential time.
+bool literalMatch(const char* s, const char* p) {
+    switch (*p) {
+    case '\0':
+        return *s == '\0';
+    case '?':
+        return *s != '\0' && literalMatch(s + 1, p + 1);
+    case '*':
+        return literalMatch(s, p + 1) || (*s != '\0' && literalMatch(s + 1, p));
+    case '{':
+        for (++p; p; p = skipped(p, true)) {
+            if (literalMatch(s, p))
+                return true;
         }
         return false;
+    case '}':
+        return literalMatch(s, p + 1);
+    case ',':
+    case '|':
+        return literalMatch(s, skipped(p + 1, false));
+    case '\\':
+        p += p[1] != '\0' ? 1 : 0;
+        [[fallthrough]];
+    default:
+        return *s == *p && literalMatch(s + 1, p + 1);
     }
-};
+}
 
 } // namespace
 
@@ -109,56 +60,34 @@ class FilenameTest : public QObject {
     Q_OBJECT
 
 private slots:
-    void absolute_data() {
-        QTest::addColumn<QByteArray>("from");
-        QTest::addColumn<QByteArray>("cwd");
-        QTest::addColumn<QByteArray>("home");
-        QTest::addColumn<QByteArray>("expected");
-        const auto row = [](const char* from, const char* cwd, const char* home,
-                            const char* expected) {
-            QTest::addRow("%s in %s, home %s", from, cwd ? cwd : "-", home ? home : "-")
-                << QByteArray(from) << QByteArray(cwd) << QByteArray(home) << QByteArray(expected);
-        };
-        row("./../x", "/a/b", nullptr, "/a/x");
-        row("../x", "", nullptr, "/../x");
-        row("../../../x", "/a/b", nullptr, "/../x");
-        row(".", "/a/b", nullptr, "/a/b/.");
-        row("..", "/a/b", nullptr, "/a/b/..");
-        row("..x/y", "/a/b", nullptr, "/a/b/..x/y");
-        row("x", "/a/b/", nullptr, "/a/b/x");
-        row("../x", "/a/b/", nullptr, "/a/b/x");
-        row("", "/a", nullptr, "/a/");
-        row("..\\x\\y", "C:\\a\\b", nullptr, "C:/a/x/y");
-        row("\\x", "/a", nullptr, "/x");
-        row("C:", "/a", nullptr, "C:");
-        row("~/x", "/a", "/home/u", "/a/~/x");
-        row("~", nullptr, "/home/u", "/home/u/");
-        row("~/x", nullptr, "/home/u", "/home/u/x");
-        row("~bob/x", nullptr, "/home/u", "/home/bob/x");
-        row("~\\../x", nullptr, "/home/u", "/home/x");
-        row("~/x", nullptr, "", "~/x");
-    }
-
     void absolute() {
-        QFETCH(QByteArray, from);
-        QFETCH(QByteArray, cwd);
-        QFETCH(QByteArray, home);
-        QFETCH(QByteArray, expected);
-        const char* const base = cwd.isNull() ? nullptr : cwd.constData();
+        const char* const rows[][4] = {{"./../x", "/a/b", "", "/a/x"},
+                                       {"../x", "", "", "/../x"},
+                                       {"../../../x", "/a/b", "", "/../x"},
+                                       {".", "/a/b", "", "/a/b/."},
+                                       {"..x/y", "/a/b", "", "/a/b/..x/y"},
+                                       {"../x", "/a/b/", "", "/a/b/x"},
+                                       {"", "/a", "", "/a/"},
+                                       {"..\\x\\y", "C:\\a\\b", "", "C:/a/x/y"},
+                                       {"\\x", "/a", "", "/x"},
+                                       {"C:", "/a", "", "C:"},
+                                       {"~/x", "/a", "/home/u", "/a/~/x"},
+                                       {"~", nullptr, "/home/u", "/home/u/"},
+                                       {"~/../x", nullptr, "/home/u", "/home/x"},
+                                       {"~bob/x", nullptr, "/home/u", "/home/bob/x"},
+                                       {"~/x", nullptr, "", "~/x"}};
         const QByteArray kept = qgetenv("HOME");
-        qputenv("HOME", home);
-        char to[64];
-        QCOMPARE(filename_absolute(to, sizeof to, from, base), std::uint64_t(expected.size()));
-        QCOMPARE(QByteArray(to), expected);
-
-        // Never outside the buffer, and as much of the result as fits.
-        for (int room = 0; room < expected.size(); ++room) {
-            std::memset(to, '?', sizeof to);
-            const auto length = filename_absolute(to, room, from, base);
-            QCOMPARE(to[room], '?');
-            if (room > 0)
-                QVERIFY(expected.startsWith(to) || int(length) < expected.size());
-            QVERIFY(room == 0 || qstrlen(to) < unsigned(room));
+        for (const auto& [from, cwd, home, expected] : rows) {
+            qputenv("HOME", home);
+            char to[64];
+            QCOMPARE(filename_absolute(to, sizeof to, from, cwd), std::uint64_t(qstrlen(expected)));
+            QCOMPARE(to, expected);
+            // Never outside the buffer.
+            for (int room = 0; room < int(qstrlen(expected)); ++room) {
+                std::fill_n(to, sizeof to, '?');
+                filename_absolute(to, room, from, cwd);
+                QVERIFY(to[room] == '?' && (room == 0 || qstrlen(to) < unsigned(room)));
+            }
         }
         qputenv("HOME", kept);
     }
@@ -169,74 +98,56 @@ private slots:
         QCOMPARE(QString::fromUtf8(path), QDir::currentPath() + "/x");
         QCOMPARE(length, std::uint64_t(qstrlen(path)));
         char small[8];
-        QVERIFY(filename_absolute(small, sizeof small, "name", "/long/base") >= sizeof small);
+        QCOMPARE(filename_absolute(small, sizeof small, "name", "/long/base"), std::uint64_t(10));
         QCOMPARE(small, "/long/n");
     }
 
     void name() {
-        const auto last = [](const char* path) { return QByteArray(filename_name(path)); };
-        QCOMPARE(last("/a/b.exr"), QByteArray("b.exr"));
-        QCOMPARE(last("a\\b/c\\d"), QByteArray("d"));
-        QCOMPARE(last("dir/"), QByteArray(""));
-        QCOMPARE(last("C:foo"), QByteArray("foo"));
-        QCOMPARE(last("plain"), QByteArray("plain"));
-        QCOMPARE(last(""), QByteArray(""));
+        const char* const rows[][2] = {{"/a/b.exr", "b.exr"}, {"a\\b/c\\d", "d"}, {"dir/", ""},
+                                       {"C:foo", "foo"},      {"plain", "plain"}, {"", ""}};
+        for (const auto& [path, expected] : rows)
+            QCOMPARE(filename_name(path), expected);
         QVERIFY(filename_name(nullptr) == nullptr);
     }
 
-    void match_data() {
-        QTest::addColumn<QByteArray>("text");
-        QTest::addColumn<QByteArray>("pattern");
-        QTest::addColumn<bool>("expected");
-        const auto row = [](const char* text, const char* pattern, bool expected) {
-            QTest::addRow("%s %s", text, pattern)
-                << QByteArray(text) << QByteArray(pattern) << expected;
-        };
-        row("abc", "abc,def", true);
-        row("def", "abc,def", false);
-        row("a.dpx", "*.{exr,dpx}", true);
-        row("a.DPX", "*.{exr,dpx}", false);
-        row("bx", "[!a-c]x", false);
-        row("dx", "[^a-c]x", true);
-        row("]", "[]a]", true);
-        row("-", "[a-]", true);
-        row("\\", "[\\]", true);
-        row("b", "[c-a]", false);
-        row("d", "[a-c-e]", true);
-        row("\xff", "[\x80-\xff]", true);
-        row("a", "[\x80-z]", true);
-        row("a", "[a", false);
-        row("a", "{a,[b", true);
-        row("xbz", "x{a|b}z", true);
-        row("xbcz", "x{a,b{c,d}}z", true);
-        row("e", "{a{b,c}d,e}", false);
-        row("a*", "a\\*", true);
-        row("ab", "a\\*", false);
-        row("a\\", "a\\", true);
-        row("a,b", "{x,a\\,b}", true);
-        row("ab", "a}b", true);
-        row("", "*", true);
-        row("", "?", false);
-    }
-
     void match() {
-        QFETCH(QByteArray, text);
-        QFETCH(QByteArray, pattern);
-        QTEST(filename_match(text, pattern), "expected");
-    }
+        using Rows = std::vector<std::pair<const char*, const char*>>;
+        const Rows matching{{"abc", "abc,def"},
+                            {"a.dpx", "*.{exr,dpx}"},
+                            {"dx", "[^a-c]x"},
+                            {"]", "[]a]"},
+                            {"-", "[a-]"},
+                            {"\\", "[\\]"},
+                            {"d", "[a-c-e]"},
+                            {"\xff", "[\x80-\xff]"},
+                            {"a", "[\x80-z]"},
+                            {"a", "{a,[b"},
+                            {"xbz", "x{a|b}z"},
+                            {"xbcz", "x{a,b{c,d}}z"},
+                            {"a*", "a\\*"},
+                            {"a\\", "a\\"},
+                            {"a,b", "{x,a\\,b}"},
+                            {"ab", "a}b"},
+                            {"", "*"}};
+        const Rows different{
+            {"def", "abc,def"}, {"a.DPX", "*.{exr,dpx}"}, {"bx", "[!a-c]x"}, {"b", "[c-a]"},
+            {"a", "[a"},        {"e", "{a{b,c}d,e}"},     {"ab", "a\\*"},    {"", "?"},
+            {"", "[!a]"}};
+        for (const auto& [text, pattern] : matching)
+            QVERIFY2(filename_match(text, pattern), pattern);
+        for (const auto& [text, pattern] : different)
+            QVERIFY2(!filename_match(text, pattern), pattern);
 
-    void matchesLikeTheLiteralRules() {
         std::mt19937 random(11);
         const auto below = [&](int limit) { return int(random() % unsigned(limit)); };
-        const QByteArray signs("aabb-*?[]!^{},|\\");
         for (int round = 0; round < 300000; ++round) {
             QByteArray text;
             QByteArray pattern;
             for (int length = below(6); length > 0; --length)
-                text += "aab,]"[below(5)];
+                text += "aab,"[below(4)];
             for (int length = below(10); length > 0; --length)
-                pattern += signs[below(signs.size())];
-            if (filename_match(text, pattern) != LiteralMatch::match(text, pattern))
+                pattern += "aabb*?{},|\\{"[below(12)];
+            if (filename_match(text, pattern) != literalMatch(text, pattern))
                 QFAIL(qPrintable(QString("'%1' against '%2'").arg(text.data(), pattern.data())));
         }
     }
@@ -245,7 +156,6 @@ private slots:
     void hardPatternsEnd() {
         const QByteArray text(100, 'a');
         QVERIFY(!filename_match(text, QByteArray("*a").repeated(50) + 'b'));
-        QVERIFY(filename_match(text, QByteArray("*a").repeated(50)));
         QVERIFY(!filename_match(text, QByteArray("{a,a}").repeated(40)));
         QVERIFY(filename_match(text, QByteArray("{a,aa,*}").repeated(40)));
         QVERIFY(!filename_match(text, QByteArray("{").repeated(200)));
@@ -254,44 +164,32 @@ private slots:
     void statusCache() {
         QTemporaryDir root;
         QDir dir(root.path());
-        QVERIFY(dir.mkdir("sub"));
         const QByteArray sub = dir.filePath("sub").toUtf8();
-        QVERIFY(filename_isdir(sub));
-        QVERIFY(dir.rmdir("sub"));
-        QVERIFY(filename_isdir(sub));
-        QVERIFY(!filename_isdir(""));
+        QVERIFY(dir.mkdir("sub") && filename_isdir(sub));
+        QVERIFY(dir.rmdir("sub") && filename_isdir(sub));
+        QVERIFY(!filename_isdir("") && !filename_isdir(nullptr));
         QVERIFY(!filename_isdir(sub));
-        QVERIFY(dir.mkdir("sub"));
-        QVERIFY(!filename_isdir(sub));
+        QVERIFY(dir.mkdir("sub") && !filename_isdir(sub));
 
         QFile file(dir.filePath("file"));
         QVERIFY(file.open(QFile::WriteOnly) && file.write("12345") == 5);
         file.close();
         const QByteArray path = file.fileName().toUtf8();
-        QVERIFY(!filename_isdir(path));
-        QVERIFY(file.remove());
+        QVERIFY(!filename_isdir(path) && file.remove());
         QCOMPARE(Kestrel::UI::filename_size(path), std::uint64_t(5));
         QVERIFY(Kestrel::UI::filename_time(path) > 0);
-        QVERIFY(!filename_isdir(nullptr));
-    }
 
-    void driveMeansItsRoot() {
-        QTemporaryDir root;
         const QString kept = QDir::currentPath();
-        QVERIFY(QDir::setCurrent(root.path()));
-        QVERIFY(QDir().mkpath("C:") && QDir().mkpath("a/b"));
-        QVERIFY(filename_isdir("C:"));
-        QVERIFY(filename_isdir("a\\b"));
+        QVERIFY(QDir::setCurrent(root.path()) && QDir().mkpath("C:/a"));
+        QVERIFY(filename_isdir("C:") && filename_isdir("C:\\a"));
         QVERIFY(QDir::setCurrent(kept));
     }
 
     void unreadable() {
         struct dirent** list = nullptr;
-        QCOMPARE(filename_list("/no/such/folder", &list, 1), 0);
-        QVERIFY(!list);
-        QCOMPARE(filename_list("/dev/null", &list, 0), 0);
-        QVERIFY(!list);
-        QCOMPARE(filename_list(nullptr, &list, 0), 0);
+        for (const char* folder :
+             {"/no/such/folder", "/dev/null", static_cast<const char*>(nullptr)})
+            QVERIFY(filename_list(folder, &list, 1) == 0 && !list);
         QCOMPARE(filename_list("/", nullptr, 0), 0);
     }
 };

@@ -145,7 +145,7 @@ std::string absolutePath(const char* from, const char* cwd, int room, std::uint6
             } else {
                 // The user's name takes the place of the last component of HOME.
                 rest = from + 1;
-                base = beforeLastSeparator(base);
+                base.resize(beforeLastSeparator(base).size());
             }
         }
     } else if (!isSeparator(from[0]) && !hasDrive(from)) {
@@ -158,7 +158,7 @@ std::string absolutePath(const char* from, const char* cwd, int room, std::uint6
             rest += 2;
         } else if (rest[1] == '.' && isSeparator(rest[2]) && !base.empty()) {
             rest += 3;
-            base = beforeLastSeparator(base);
+            base.resize(beforeLastSeparator(base).size());
         } else {
             break;
         }
