@@ -5,10 +5,14 @@
 #include <KxUI/eventgraph/EventGraphWriter.h>
 #include <KxUI/eventgraph/EventUserDataInt.h>
 #include <KxUI/eventgraph/EventUserDataString.h>
+#include <KxUI/eventgraph/IEventGraphTimer.h>
+#include <KxUI/eventgraph/TrackIndex_p.h>
 
 #include <QCoreApplication>
 #include <QFile>
+#include <QImage>
 #include <QMutex>
+#include <QPainter>
 #include <QProcess>
 #include <QReadWriteLock>
 #include <QStandardPaths>
@@ -150,8 +154,7 @@ struct MillionEvents {
         : track(makeTrack(count)) {
         view.addTrack(&track);
         view.start(unlimited, EventGraphMode::Forwards);
-        view.stop();
-        int time = view.startTime();
+        int& time = clock.now;
         for (int i = 0; i < count / 2; ++i) {
             track.addEvent(Type::Start, nullptr, time += 3);
             track.addEvent(Type::End,
@@ -159,10 +162,15 @@ struct MillionEvents {
                                     : nullptr,
                            time += 7);
         }
+        view.stop();
     }
 
     static constexpr int count = 1'000'000;
-    EventGraphView view;
+    struct Clock : IEventGraphTimer {
+        int time() override { return now; }
+        int now = 1000;
+    } clock;
+    EventGraphView view{nullptr, &clock};
     EventTrack track;
 };
 
@@ -258,6 +266,68 @@ void loadPlain(benchmark::State& state, bool withData) {
     }
 }
 
+// 500,000 activities in a window 1920 pixels wide, all of them in sight.
+struct ManySpans {
+    ManySpans()
+        : events(true) {
+        for (int i = 0; i < 200 && events.view.sizeHint().width() > 1920; ++i)
+            events.view.zoomAbout(0, -1);
+        events.view.resize(1920, 500);
+        image = QImage(1920, 500, QImage::Format_ARGB32_Premultiplied);
+        events.view.render(&image);
+        for (const EventTrack::Event& event : events.track.events())
+            plain.push_back({event.time - events.view.startTime(), event.type, event.value});
+    }
+
+    MillionEvents events;
+    QImage image;
+    std::vector<CaptureState::PlainEvent> plain;
+};
+
+void repaintOurs(benchmark::State& state) {
+    ManySpans many;
+    for (auto _ : state)
+        many.events.view.render(&many.image);
+}
+
+void repaintEach(benchmark::State& state) {
+    ManySpans many;
+    const TimeScale scale{many.events.view.horizontalScale()};
+    for (auto _ : state) {
+        QPainter painter(&many.image);
+        painter.fillRect(many.image.rect(), Qt::white);
+        int start = 0;
+        for (const auto& event : many.plain) {
+            const int x = scale.x(event.time);
+            if (event.type == Type::Start)
+                start = x;
+            else
+                painter.fillRect(start, 3, std::max(x - start, 1), 18, Qt::red);
+        }
+    }
+}
+
+// At points all over the width.
+int nextPoint(int& x) {
+    x = (x + 613) % 1600;
+    return 200 + x;
+}
+
+void hitOurs(benchmark::State& state) {
+    const ManySpans many;
+    int x = 0;
+    for (auto _ : state)
+        benchmark::DoNotOptimize(many.events.view.eventTextAt({nextPoint(x), 10}));
+}
+
+void hitLinear(benchmark::State& state) {
+    const ManySpans many;
+    int x = 0;
+    for (auto _ : state)
+        benchmark::DoNotOptimize(hitTimelineLinear(
+            many.plain, {{many.events.view.horizontalScale()}, nextPoint(x), 1920, {}}));
+}
+
 #if defined(KXUI_BENCH_LTTNG)
 // A session daemon with a session that overwrites its buffers, so that nothing is written to disk.
 class LttngSession {
@@ -344,4 +414,11 @@ void registerBenchmarks() {
         Bench::add("load" + events, "QXmlStreamReader loop", std::bind(loadPlain, _1, withData));
         Bench::targetRatio("load" + events, "QXmlStreamReader loop", 1 / 0.9);
     }
+    Bench::add("repaint 500,000 spans", "ours", repaintOurs);
+    Bench::target("repaint 500,000 spans", 8e6);
+    Bench::add("repaint 500,000 spans", "one fillRect each", repaintEach);
+    Bench::add("hit test in 500,000 spans, with its text", "ours", hitOurs);
+    Bench::target("hit test in 500,000 spans, with its text", 10e3);
+    Bench::add("hit test in 500,000 spans, with its text", "one after the other, no text",
+               hitLinear);
 }

@@ -211,7 +211,7 @@ private Q_SLOTS:
                 continue;
             const int from = scale.x(start), to = std::max(scale.x(event.time), from + 1);
             for (int x = std::max(from, left); x < std::min(to, right); ++x)
-                painted[x] = x == from && to - from >= 3;
+                painted[x] = x == from && to - from >= narrowestWithEdge;
         }
         int last = left;
         for (const ColumnRun& run : spanColumns(index, scale, left, right)) {

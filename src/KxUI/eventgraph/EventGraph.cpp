@@ -60,6 +60,8 @@ EventGraph::EventGraph(QWidget* parent, IEventGraphTimer* timer)
 
     m_statistics->setHeaderLabels({tr("Track"), tr("Unit"), tr("Count"), tr("Min"), tr("Mean"),
                                    tr("Max"), tr("50 %"), tr("95 %"), tr("99 %")});
+    for (int column = 2; column < m_statistics->columnCount(); ++column)
+        m_statistics->headerItem()->setTextAlignment(column, Qt::AlignRight | Qt::AlignVCenter);
     m_statistics->setRootIsDecorated(false);
     m_statistics->setAlternatingRowColors(true);
     m_statistics->setSortingEnabled(true);
@@ -70,8 +72,8 @@ EventGraph::EventGraph(QWidget* parent, IEventGraphTimer* timer)
     auto* const splitter = new QSplitter(Qt::Vertical);
     splitter->addWidget(m_scrollArea);
     splitter->addWidget(m_statistics);
-    splitter->setStretchFactor(0, 3);
-    splitter->setStretchFactor(1, 1);
+    splitter->setStretchFactor(0, 1);
+    splitter->setSizes({2000, 1000}); // shares, for when the table is shown
 
     auto* const layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
@@ -275,7 +277,7 @@ bool EventGraph::hideEmptyTracks() const {
 }
 
 QSize EventGraph::sizeHint() const {
-    return {1100, 640};
+    return QWidget::sizeHint().expandedTo({1100, 640});
 }
 
 void EventGraph::captureStarting(bool timed) {

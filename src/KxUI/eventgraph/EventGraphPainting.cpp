@@ -9,7 +9,6 @@
 namespace Kestrel::UI {
 namespace {
 
-constexpr int narrowestWithEdge = 3;
 constexpr int narrowestWithText = 40;
 
 // One past the last column of a span, which has one column at least.

@@ -14,6 +14,9 @@ QT_END_NAMESPACE
 
 namespace Kestrel::UI {
 
+/** Spans of fewer columns are too narrow to show where they begin. */
+constexpr int narrowestWithEdge = 6;
+
 /** Neighbouring columns of pixels that look the same. */
 struct ColumnRun {
     int from;  ///< first x

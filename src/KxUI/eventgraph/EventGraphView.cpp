@@ -433,9 +433,11 @@ void EventGraphView::paintName(QPainter& painter, const SceneRow& row,
             painter.drawText(room, Qt::AlignRight | Qt::AlignTop, top);
             if (row.height >= 2 * metrics.height())
                 painter.drawText(room, Qt::AlignRight | Qt::AlignBottom, base);
-            room.setRight(
-                room.right() - 8 -
-                std::max(metrics.horizontalAdvance(top), metrics.horizontalAdvance(base)));
+            // In a low row the name stands beside them, not between.
+            if (row.height < 3 * metrics.height())
+                room.setRight(
+                    room.right() - 8 -
+                    std::max(metrics.horizontalAdvance(top), metrics.horizontalAdvance(base)));
         }
         painter.setPen(colors.text);
         painter.drawText(room, Qt::AlignVCenter | Qt::AlignLeft | Qt::TextSingleLine,

@@ -57,11 +57,6 @@ void TimeRuler::paintEvent(QPaintEvent*) {
         const QRect range =
             QRect(QPoint(std::max(from, -2), 0), QPoint(std::min(to, width() + 2), height() - 2));
         painter.fillRect(range, fill);
-        painter.setPen(colors.text);
-        painter.drawText(
-            QRect(8, 0, nameColumnWidth - 16, height()), Qt::AlignLeft | Qt::AlignVCenter,
-            tr("Selected: %1")
-                .arg(durationText(double(m_view.selectionEnd()) - m_view.selectionStart())));
     }
     const double step = tickStep(m_view.horizontalScale(), narrowestTick);
     const int left = std::max(scrolled, nameColumnWidth);
@@ -77,6 +72,19 @@ void TimeRuler::paintEvent(QPaintEvent*) {
         painter.drawText(QRect(at + 4, 0, narrowestTick, height() - 4),
                          Qt::AlignLeft | Qt::AlignVCenter, tickText(time, step));
     }
+    paintSelected(painter, colors);
+}
+
+// How long the selection is, above the names.
+void TimeRuler::paintSelected(QPainter& painter, const ViewColors& colors) const {
+    const int length = timeDifference(m_view.selectionEnd(), m_view.selectionStart());
+    if (length == 0)
+        return;
+    const QString text = tr("Selected: %1").arg(durationText(length));
+    const QRect chip(0, 0, fontMetrics().horizontalAdvance(text) + 20, height() - 1);
+    painter.fillRect(chip, colors.column);
+    painter.setPen(colors.text);
+    painter.drawText(chip.adjusted(8, 0, 0, -3), Qt::AlignLeft | Qt::AlignVCenter, text);
 }
 
 EventGraphScrollArea::EventGraphScrollArea(EventGraphView* view)

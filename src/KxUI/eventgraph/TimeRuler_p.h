@@ -5,6 +5,7 @@
 namespace Kestrel::UI {
 
 class EventGraphView;
+struct ViewColors;
 
 /** The times above a view, which stay in sight while the view scrolls downwards. */
 class TimeRuler : public QWidget {
@@ -19,6 +20,8 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
+    void paintSelected(QPainter& painter, const ViewColors& colors) const;
+
     EventGraphView& m_view;
 };
 
