@@ -67,13 +67,21 @@ EventGraph::EventGraph(QWidget* parent, IEventGraphTimer* timer)
     m_statistics->setSortingEnabled(true);
     m_statistics->sortByColumn(-1, Qt::AscendingOrder);
     m_statistics->header()->setStretchLastSection(false);
+    m_statistics->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
     m_statistics->header()->setSectionResizeMode(0, QHeaderView::Stretch);
     m_statistics->hide();
     auto* const splitter = new QSplitter(Qt::Vertical);
     splitter->addWidget(m_scrollArea);
     splitter->addWidget(m_statistics);
-    splitter->setStretchFactor(0, 1);
-    splitter->setSizes({2000, 1000}); // shares, for when the table is shown
+    splitter->setStretchFactor(0, 3);
+    splitter->setStretchFactor(1, 2);
+    connect(m_showStatistics, &QAction::toggled, this, [this, splitter](bool shown) {
+        const int height = splitter->height();
+        m_statistics->setVisible(shown);
+        if (shown)
+            splitter->setSizes({height * 3 / 5, height * 2 / 5});
+        fillStatistics();
+    });
 
     auto* const layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
@@ -213,10 +221,6 @@ void EventGraph::makeLookToolBar(QToolBar* bar) {
     m_showStatistics = bar->addAction(tr("Statistics"));
     m_showStatistics->setCheckable(true);
     m_showStatistics->setToolTip(tr("Show the distribution of durations and values of each track"));
-    connect(m_showStatistics, &QAction::toggled, this, [this](bool shown) {
-        m_statistics->setVisible(shown);
-        fillStatistics();
-    });
     add(tr("Export trace..."), tr("Write the capture for trace viewers (Chrome trace, JSON)"),
         [this] { exportTrace(); });
 }

@@ -391,22 +391,23 @@ void EventGraphView::paintSyncLines(QPainter& painter, const QRect& visible,
                                   [&](const auto& each) { return each.track.track == track; });
     if (!track || row == rows.end())
         return;
-    // Lines closer than this say nothing.
-    constexpr int closest = 4;
     const TimeScale scale{m_scale};
-    int next = std::max(visible.left(), nameColumnWidth);
+    const int left = std::max(visible.left(), nameColumnWidth);
     const auto draw = [&](const auto& events, auto timeOf) {
-        next = std::max(visible.left(), nameColumnWidth);
-        for (auto each = events.begin();; ++each) {
-            each = std::partition_point(each, events.end(), [&](const auto& candidate) {
-                return scale.x(timeOf(candidate)) < next;
+        const auto firstFrom = [&](int x) {
+            return std::partition_point(events.begin(), events.end(), [&](const auto& each) {
+                return scale.x(timeOf(each)) < x;
             });
-            if (each == events.end() || scale.x(timeOf(*each)) > visible.right())
-                return;
-            const int x = scale.x(timeOf(*each));
-            painter.fillRect(x, visible.top(), 1, visible.height(), colors.sync);
-            next = x + closest;
-        }
+        };
+        const auto last = firstFrom(visible.right() + 1);
+        const auto first = firstFrom(left);
+        // Lines that stand close together say nothing.
+        constexpr int closest = 12;
+        if ((last - first) * closest > visible.width())
+            return;
+        for (auto each = first; each < last; ++each)
+            painter.fillRect(scale.x(timeOf(*each)), visible.top(), 1, visible.height(),
+                             colors.sync);
     };
     const TrackIndex& sync = index(*row);
     draw(sync.spans, [](const TrackIndex::Span& span) { return span.start; });
@@ -434,7 +435,7 @@ void EventGraphView::paintName(QPainter& painter, const SceneRow& row,
             if (row.height >= 2 * metrics.height())
                 painter.drawText(room, Qt::AlignRight | Qt::AlignBottom, base);
             // In a low row the name stands beside them, not between.
-            if (row.height < 3 * metrics.height())
+            if (2 * row.height < 5 * metrics.height())
                 room.setRight(
                     room.right() - 8 -
                     std::max(metrics.horizontalAdvance(top), metrics.horizontalAdvance(base)));
