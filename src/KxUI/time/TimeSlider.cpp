@@ -729,8 +729,8 @@ void TimeSlider::paintPlayHead(QPainter& painter) {
 
 void TimeSlider::paintPlayheadAtTime(QPainter& painter, Time time, const QColor& color) {
     const Geometry ruler = m->geometry();
-    // Where marks are shown the label may come to stand on one of theirs.
-    const bool plate = m->model && m->model->inOutLock();
+    // The label may come to stand on one of a mark or of the other playhead.
+    const bool plate = m->hoverTime != InvalidTime || (m->model && m->model->inOutLock());
     m->painterFor(painter, ruler).paintPlayhead(time, color, m->isMain(), plate);
 }
 

@@ -8,13 +8,6 @@ namespace {
 
 using Base::Time;
 
-// Far outside any widget, and still safe to add to another coordinate.
-constexpr float farAway = 1 << 30;
-
-int toPixel(float x) {
-    return static_cast<int>(std::clamp(x, -farAway, farAway));
-}
-
 TimeSliderTime toTime(double time) {
     constexpr double limit = 9223372036854775808.0; // 2 to the 63rd
     if (time >= limit)
@@ -76,14 +69,6 @@ TimeSliderRange scrolledRange(const TimeSliderRange& range, TimeSliderTime time,
     return {first, first + span};
 }
 
-int TimeSliderGeometry::timeToX(Time time) const {
-    const TimeSliderTime length = visible.length();
-    if (time == Base::InvalidTime || !(length >= 1))
-        return Margin;
-    const float share = (TimeSliderTime(time) - visible.first).toFloat() / length.toFloat();
-    return Margin + toPixel(static_cast<float>(innerWidth()) * share);
-}
-
 Time TimeSliderGeometry::xToTime(int x) const {
     if (!visible.isValid())
         return Base::InvalidTime;
@@ -110,7 +95,8 @@ int TimeSliderGeometry::timeToRangeBarX(TimeSliderTime time) const {
         return Margin;
     const double pixels = static_cast<double>((time - clip.first).time()) * innerWidth() /
                           static_cast<double>(clip.length().time());
-    return Margin + static_cast<int>(std::clamp(pixels, double{-farAway}, double{farAway}));
+    constexpr double farAway{TimeSliderMapping::FarAway};
+    return Margin + static_cast<int>(std::clamp(pixels, -farAway, farAway));
 }
 
 TimeSliderTime TimeSliderGeometry::xToRangeBarTime(int x) const {

@@ -3,6 +3,7 @@
 #include <KxUI/base/Time.h>
 #include <KxUI/time/TimeSliderTime.h>
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 
@@ -75,6 +76,34 @@ struct TimeSliderGeometry {
     TimeSliderTime autoScroll(int x) const;
 };
 
+/** TimeSliderGeometry::timeToX() for many times: what they share is worked out once. */
+class TimeSliderMapping {
+public:
+    explicit TimeSliderMapping(const TimeSliderGeometry& geometry)
+        : m_first(geometry.visible.first)
+        , m_length(geometry.visible.length() >= 1 ? geometry.visible.length().toFloat() : 0)
+        , m_width(static_cast<float>(geometry.innerWidth())) {}
+
+    int operator()(Base::Time time) const {
+        if (time == Base::InvalidTime || !(m_length > 0))
+            return TimeSliderGeometry::Margin;
+        const float x = m_width * ((TimeSliderTime(time) - m_first).toFloat() / m_length);
+        return TimeSliderGeometry::Margin + static_cast<int>(std::clamp(x, -FarAway, FarAway));
+    }
+
+    /** Pixels far outside any widget, and still safe to add to another coordinate. */
+    static constexpr float FarAway = 1 << 30;
+
+private:
+    TimeSliderTime m_first;
+    float m_length; ///< in frames, 0 while nothing is visible
+    float m_width;
+};
+
+inline int TimeSliderGeometry::timeToX(Base::Time time) const {
+    return TimeSliderMapping(*this)(time);
+}
+
 /** A part of the ruler's background, from x up to but without end. */
 struct TimeSliderBand {
     enum Kind { Clip, Playback, Outside };
@@ -124,7 +153,7 @@ struct TimeSliderTicks {
         if (offset > span)
             return;
         auto time = static_cast<Base::Time>(origin + offset);
-        Base::Time place = time / unit % perMajor;
+        int place = static_cast<int>(time / unit % perMajor);
         if (place < 0)
             place += perMajor;
         for (std::uint64_t left = (span - offset) / static_cast<std::uint64_t>(unit);; --left) {

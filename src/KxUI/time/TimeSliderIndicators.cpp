@@ -23,6 +23,7 @@ void TimeSliderIndicators::Strip::reset(int columns) {
     if (row.width() != columns)
         row = QImage(columns, 1, QImage::Format_ARGB32_Premultiplied);
     row.fill(Qt::transparent);
+    isBlank = true;
 }
 
 void TimeSliderIndicators::Strip::fill(const TimeSliderColumns& columns, int width, qreal scale,
@@ -34,11 +35,14 @@ void TimeSliderIndicators::Strip::fill(const TimeSliderColumns& columns, int wid
     const int to = column(columns.end);
     if (from >= to)
         return;
+    isBlank = false;
     auto* pixels = reinterpret_cast<QRgb*>(row.scanLine(0));
     std::fill(pixels + from, pixels + to, qPremultiply(color.rgba()));
 }
 
 void TimeSliderIndicators::Strip::draw(QPainter& painter, const QRect& target) const {
+    if (isBlank)
+        return;
     const QRect part = target & QRect(0, target.y(), row.width(), target.height());
     for (int y = part.top(); y <= part.bottom(); ++y)
         painter.drawImage(QPoint(part.x(), y), row, QRect(part.x(), 0, part.width(), 1));

@@ -59,6 +59,7 @@ public:
 private:
     struct Strip {
         QImage row;
+        bool isBlank = true;
 
         void reset(int columns);
         void fill(const TimeSliderColumns& columns, int width, qreal scale, const QColor& color);

@@ -149,9 +149,10 @@ void TimeSliderPainter::paintTicks() {
         row(-TimeSliderTicks::rows(TimeSliderTicks::Tenth)),
     };
     const int bottom = row(1);
+    const TimeSliderMapping toX(m_geometry);
     const TimeSliderTicks ticks = TimeSliderTicks::plan(m_geometry);
     ticks.forEach(visible, [&](Time time, TimeSliderTicks::Kind kind) {
-        const int x = m_geometry.timeToX(time);
+        const int x = toX(time);
         if (x < Geometry::Margin || x >= m_geometry.width - Geometry::Margin)
             return;
         addLine(x, tops[static_cast<std::size_t>(kind)], bottom);

@@ -72,7 +72,8 @@ public:
     /** The range swept by a drag. */
     void paintZoomRectangle(const TimeSliderRange& swept);
 
-    /** A playhead with its time and, if wanted, the line down the widget. */
+    /** A playhead with its time and, if wanted, the line down the widget and a plate of the ruler's
+        colour under the time. */
     void paintPlayhead(Base::Time time, const QColor& color, bool line, bool plate);
 
     /** The line of the double playhead, at the end of the current frame. */
