@@ -8,13 +8,13 @@
 
 #include <QApplication>
 #include <QFile>
-#include <QFileInfo>
 
 #if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
 #include <QTextCodec>
 #endif
 
 #include <cstdio>
+#include <string>
 
 using namespace Kestrel::Workbench;
 
@@ -32,6 +32,15 @@ int complain(ExitCode code, const QString& message) {
 CommandLine readArguments(int argc, char** argv) {
     const QCoreApplication application(argc, argv);
     return parseCommandLine(QCoreApplication::arguments());
+}
+
+/** The bytes of an argument that was read as this text: a path need not be UTF-8. */
+std::string argumentBytes(const QString& text, int argc, char** argv) {
+    for (int i = 1; i < argc; ++i) {
+        if (QString::fromLocal8Bit(argv[i]) == text)
+            return argv[i];
+    }
+    return text.toStdString();
 }
 
 /** The platform without a screen says over and over what it cannot do; nobody has to read it. */
@@ -69,8 +78,9 @@ int main(int argc, char** argv) {
     }
     QList<QByteArray> paths;
     for (const QString& path : line.paths) {
-        paths.append(QByteArray::fromStdString(absolutePath(path.toStdString())));
-        if (!QFileInfo::exists(QFile::decodeName(paths.last())))
+        const std::string bytes = absolutePath(argumentBytes(path, argc, argv));
+        paths.append(QByteArray::fromStdString(bytes));
+        if (!pathExists(bytes))
             return complain(WrongUse,
                             QStringLiteral("there is no file or folder \"%1\"").arg(path));
     }
@@ -90,6 +100,12 @@ int main(int argc, char** argv) {
     QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
 #endif
     QApplication application(argc, argv);
+    if (tour) {
+        // Without a screen there is no desktop to say how large its text is.
+        QFont font = QApplication::font();
+        font.setPointSize(9);
+        QApplication::setFont(font);
+    }
     setUpImageReading();
     applyTheme(line.darkPalette ? Theme::Dark : Theme::Light);
 

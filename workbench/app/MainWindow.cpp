@@ -1,6 +1,6 @@
 #include "app/MainWindow.h"
 
-#include "media/FolderNames.h"
+#include "media/Paths.h"
 #include "panels/FolderModel.h"
 #include "panels/SequenceListPanel.h"
 #include "panels/StatusLine.h"
@@ -74,13 +74,13 @@ MainWindow::MainWindow(Base::TimeBase timeBase, std::size_t cacheBytes, Theme th
 
 void MainWindow::openPaths(const QList<QByteArray>& paths) {
     for (const QByteArray& path : paths) {
-        if (folderProblem(path.toStdString()).isEmpty())
+        if (isFolder(path.toStdString()))
             m_list->offerFolder(path);
     }
     if (paths.isEmpty())
         return;
     const QByteArray first = paths.first();
-    if (QFileInfo(QFile::decodeName(first)).isFile()) {
+    if (!isFolder(first.toStdString())) {
         m_list->openFile(first);
         return;
     }

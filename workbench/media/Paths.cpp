@@ -3,6 +3,7 @@
 #include <KxUI/files/filename.h>
 
 #include <filesystem>
+#include <system_error>
 #include <vector>
 
 namespace Kestrel::Workbench {
@@ -36,6 +37,16 @@ std::string absolutePath(const std::string& path) {
     if (clean.size() > 1 && clean.back() == '/')
         clean.pop_back();
     return clean;
+}
+
+bool pathExists(const std::string& path) {
+    std::error_code error;
+    return std::filesystem::exists(path, error);
+}
+
+bool isFolder(const std::string& path) {
+    std::error_code error;
+    return std::filesystem::is_directory(path, error);
 }
 
 } // namespace Kestrel::Workbench

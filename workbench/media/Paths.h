@@ -20,4 +20,8 @@ std::string fileNameOf(const std::string& path);
    current folder, without `.`, `..` and a closing slash. */
 std::string absolutePath(const std::string& path);
 
+/** Whether there is anything, or a folder, of this path. */
+bool pathExists(const std::string& path);
+bool isFolder(const std::string& path);
+
 } // namespace Kestrel::Workbench

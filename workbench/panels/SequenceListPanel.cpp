@@ -1,6 +1,5 @@
 #include "panels/SequenceListPanel.h"
 
-#include "media/FolderNames.h"
 #include "media/Paths.h"
 #include "panels/FolderModel.h"
 
@@ -45,10 +44,10 @@ SequenceListPanel::SequenceListPanel(QWidget* parent)
             [this] { openFolder(m_path->currentData().toByteArray()); });
     connect(m_path->lineEdit(), &QLineEdit::returnPressed, this, [this] {
         const std::string path = absolutePath(m_path->currentText().toStdString());
-        if (folderProblem(path).isEmpty() || folderProblem(parentFolder(path)) != QString())
-            openFolder(QByteArray::fromStdString(path));
-        else
+        if (pathExists(path) && !isFolder(path))
             openFile(QByteArray::fromStdString(path));
+        else
+            openFolder(QByteArray::fromStdString(path));
     });
 
     m_view->setModel(m_model);
@@ -169,7 +168,7 @@ void SequenceListPanel::activate(const QModelIndex& index) {
     // A link to a folder is known as one only after its status has come in.
     const bool folder =
         m_model->isFolder(row) ||
-        (!m_model->isSequence(row) && folderProblem(m_model->path(row).toStdString()).isEmpty());
+        (!m_model->isSequence(row) && Workbench::isFolder(m_model->path(row).toStdString()));
     if (folder)
         openFolder(m_model->path(row));
     else

@@ -12,9 +12,10 @@
 #include <QApplication>
 #include <QDir>
 #include <QElapsedTimer>
-#include <QFileInfo>
+#include <QEventLoop>
 #include <QProcess>
 #include <QTemporaryDir>
+#include <QTimer>
 
 #include <cstdio>
 
@@ -56,8 +57,8 @@ int Tour::run() {
     m_window.openPaths(m_paths);
     if (m_line.tourScale == 0) {
         for (const QByteArray& path : m_paths) {
-            const bool file = QFileInfo(QFile::decodeName(path)).isFile();
-            visitFolder(file ? QByteArray::fromStdString(parentFolder(path.toStdString())) : path);
+            const std::string bytes = path.toStdString();
+            visitFolder(isFolder(bytes) ? path : QByteArray::fromStdString(parentFolder(bytes)));
         }
         print(QStringLiteral("Saved to %1\n").arg(m_line.tourFolder));
         m_window.openPaths(m_paths);
@@ -122,8 +123,12 @@ void Tour::showcase() {
     times->setOutTime(start + length * 7 / 8, true);
     times->setKeyFrames(
         std::set<Base::Time>{start + length / 4, start + length / 3, start + length * 2 / 3});
-    times->setCurrentTime(start + length * 2 / 5);
+    times->setCurrentTime(start + length * 3 / 7);
     waitFor([session] { return !session->isLoading(); }, decodeSeconds);
+    // The line at the foot looks at its figures a few times a second.
+    QEventLoop loop;
+    QTimer::singleShot(400, &loop, &QEventLoop::quit);
+    loop.exec();
 }
 
 void Tour::savePictures(Theme theme) {
