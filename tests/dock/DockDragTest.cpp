@@ -294,6 +294,7 @@ private Q_SLOTS:
         });
         row("application deactivated", true, [](TwoPanes&, Mouse&) {
             Q_EMIT qApp->applicationStateChanged(Qt::ApplicationInactive);
+            settle();
         });
         row("Escape", true,
             [](TwoPanes& p, Mouse&) { QTest::keyClick(&p.workspace, Qt::Key_Escape); });

@@ -256,7 +256,17 @@ private Q_SLOTS:
         SANE(workspace);
         QWidget* oldRoot = old->window();
         delete oldRoot;
-        delete oldWindow;
+    }
+
+    /** Windows of the arrangement before are in no list any more. */
+    void leftoversOfAFailedRestoreMayOutliveTheWorkspace() {
+        auto workspace = std::make_unique<Workspace>();
+        std::unique_ptr<DockWindow> window(workspace->addNewFloatingDock(workspace->page("y")));
+        window->setParent(nullptr);
+        const std::unique_ptr<QWidget> oldRoot(workspace->rootSplitter());
+        boxText([&] { workspace->restored("<layout"); });
+        workspace.reset();
+        QVERIFY(!window->controller());
     }
 
     void oddNumbersAreClamped() {
@@ -295,6 +305,15 @@ private Q_SLOTS:
             QCOMPARE(workspace.m_pages[page->objectName()].data(), page);
         QVERIFY(!workspace.page("extra")->parentWidget());
         SANE(workspace);
+    }
+
+    void emptyBranchesAreLeftOut() {
+        Workspace workspace;
+        const QByteArray empty = wrapped("<splitter><split size=\"10\"/><splitter><splitter/>"
+                                         "</splitter><split size=\"20\"/><dock/></splitter>");
+        QVERIFY(workspace.restored(empty));
+        SANE(workspace);
+        QCOMPARE(workspace.rootSplitter()->count(), 1);
     }
 
     void aPageNamedTwiceIsInOnePlace() {

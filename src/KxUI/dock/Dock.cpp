@@ -543,7 +543,7 @@ void Dock::setHover(bool hover) {
         if (session.page())
             raiseWindow(session.page());
     } else if (!hover) {
-        delete session.hoverWidget();
+        session.setHoverWidget(nullptr);
     }
     update();
 }

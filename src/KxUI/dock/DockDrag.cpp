@@ -144,11 +144,17 @@ bool DockDragSession::begin(DockTabBar* strip, QWidget* page, const QPoint& pres
         m_page = nullptr;
         cancel();
     });
+    m_deactivated = false;
     connect(qApp, &QGuiApplication::applicationStateChanged, this,
-            [this](Qt::ApplicationState state) {
-                if (state != Qt::ApplicationActive)
-                    cancel();
-            });
+            [this](Qt::ApplicationState state) { m_deactivated = state != Qt::ApplicationActive; });
+    // Later, since the state also changes for a moment while our own windows come and go.
+    connect(
+        qApp, &QGuiApplication::applicationStateChanged, this,
+        [this] {
+            if (m_deactivated)
+                cancel();
+        },
+        Qt::QueuedConnection);
     qApp->installEventFilter(this);
 
     m_grabbed = grabMouse(strip);
@@ -206,7 +212,7 @@ void DockDragSession::setTarget(Dock* target, DockDropZone zone) {
 
 QWidget* DockDragSession::release() {
     setTarget(nullptr, DropCentre);
-    delete m_hoverWidget;
+    setHoverWidget(nullptr);
     qApp->removeEventFilter(this);
     disconnect(qApp, nullptr, this, nullptr);
     if (m_page)
@@ -265,8 +271,11 @@ void DockDragSession::cancel() {
     const QPointer<QWidget> focus = m_focus;
     const QPoint at = m_page ? m_page->pos() : QPoint();
     const QPointer<QWidget> page = release();
-    if (!page)
+    if (!page) {
+        if (source)
+            source->closeWindowIfEmpty();
         return;
+    }
     page->hide();
     if (source) {
         source->insertWidget(std::min(m_sourceIndex, source->count()), page);
@@ -278,8 +287,10 @@ void DockDragSession::cancel() {
 }
 
 void DockDragSession::forget(const Dock* dock) {
-    if (m_target == dock)
+    if (m_target == dock) {
         m_target = nullptr;
+        setHoverWidget(nullptr);
+    }
     if (m_source == dock) {
         m_source = nullptr;
         cancel();
@@ -298,6 +309,10 @@ HoverWidget* DockDragSession::hoverWidget() const {
 }
 
 void DockDragSession::setHoverWidget(HoverWidget* widget) {
+    if (m_hoverWidget) {
+        m_hoverWidget->hide();
+        m_hoverWidget->deleteLater();
+    }
     m_hoverWidget = widget;
 }
 

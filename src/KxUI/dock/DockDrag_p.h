@@ -85,6 +85,7 @@ public:
     DockMainWindow* controller() const { return m_controller; }
 
     HoverWidget* hoverWidget() const;
+    /** Takes the indicator over; the one before is deleted later. */
     void setHoverWidget(HoverWidget* widget);
 
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -110,6 +111,7 @@ private:
     Qt::WindowFlags m_pageFlags;
     bool m_pageActivates = true;
     bool m_grabbed = false;
+    bool m_deactivated = false;
     DockDropZone m_zone = DropCentre;
     int m_dropIndex = -1;
 };

@@ -256,6 +256,12 @@ void DockLayoutBuilder::fillSplitter(DockSplitter& splitter, const LayoutSplitte
     // No sizes at all would collapse every child.
     if (!sizes.isEmpty())
         splitter.setSizes(splitterSizes(sizes));
+    // Only now, since sizes count every child. An empty branch has no place in a workspace.
+    for (int i = splitter.count() - 1; i >= 0; --i) {
+        const auto* branch = qobject_cast<DockSplitter*>(splitter.widget(i));
+        if (branch && branch->count() == 0)
+            delete branch;
+    }
 }
 
 Dock* DockLayoutBuilder::makePane(const LayoutPane& layout) {

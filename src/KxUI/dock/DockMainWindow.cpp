@@ -28,8 +28,8 @@ DockMainWindow::~DockMainWindow() {
     for (Dock* dock : qAsConst(m_docks))
         dock->disconnectController();
     m_docks.clear();
-    const auto floating = m_floatingWindows;
-    for (DockWindow* window : floating)
+    const auto satellites = m_satellites;
+    for (DockWindow* window : satellites)
         window->disconnectController();
     disconnectController();
 }

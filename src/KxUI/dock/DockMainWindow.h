@@ -181,7 +181,8 @@ private:
     bool m_highlightCurrentTab = false;
     bool m_tabsAreClosable = false;
     QString m_focusPage;
-    QSet<Dock*> m_docks; // every pane of this controller, in the tree or not
+    QSet<Dock*> m_docks;            // every pane of this controller, in the tree or not
+    QSet<DockWindow*> m_satellites; // every other window of it, listed or not
     std::unique_ptr<DockArrangeMenu> m_arrangeMenu;
     bool m_restoring = false;
 };

@@ -36,13 +36,14 @@ DockWindow::DockWindow(DockMainWindow* controller, QWidget* parent)
     // The controller is not constructed yet when it is this window; only its address counts.
     if (static_cast<void*>(controller) != static_cast<void*>(this))
         FloatingWindowStyle::Apply(this, parent);
+    if (controller && static_cast<void*>(controller) != static_cast<void*>(this))
+        controller->m_satellites.insert(this);
     setAttribute(Qt::WA_DeleteOnClose);
     setWindowTitle(QStringLiteral(" "));
 }
 
 DockWindow::~DockWindow() {
-    if (m_controller)
-        m_controller->removeFloatingDock(this);
+    disconnectController();
 }
 
 void DockWindow::addWidget(Dock* dock) {
@@ -73,8 +74,10 @@ QList<Dock*> DockWindow::panes() const {
 }
 
 void DockWindow::disconnectController() {
-    if (m_controller && m_floating)
+    if (m_controller && static_cast<void*>(m_controller) != static_cast<void*>(this)) {
         m_controller->removeFloatingDock(this);
+        m_controller->m_satellites.remove(this);
+    }
     m_controller = nullptr;
 }
 

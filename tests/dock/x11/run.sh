@@ -1,0 +1,19 @@
+#!/bin/sh
+# Runs a command on a virtual screen of its own, with a window manager: run.sh COMMAND...
+# A desktop that the caller may be sitting at is never touched.
+folder=$(mktemp -d)
+cleanup() {
+    [ -z "${manager:-}" ] || kill "$manager" 2>/dev/null
+    [ -z "${server:-}" ] || kill "$server" 2>/dev/null
+    rm -rf "$folder"
+}
+trap cleanup EXIT
+mkfifo "$folder/display"
+Xvfb -displayfd 3 -screen 0 1280x1024x24 -nolisten tcp 3>"$folder/display" 2>/dev/null &
+server=$!
+read -r number <"$folder/display" || exit 1
+DISPLAY=:$number
+export DISPLAY
+HOME=$folder openbox 2>/dev/null &
+manager=$!
+KXUI_X11_TESTS=1 XDG_RUNTIME_DIR=$folder QT_QPA_PLATFORM=xcb "$@"
