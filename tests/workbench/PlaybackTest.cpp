@@ -74,13 +74,38 @@ private slots:
         clock.direction = -1;
         QCOMPARE(timeAt(0.8), Time(-5));
         QCOMPARE(timeAt(0.9), Time(4));
-        clock.loop = false;
+        clock.repeat = PlaybackClock::Repeat::Once;
         QVERIFY(!clock.at(8 * second / 10).ended);
         QVERIFY(clock.at(9 * second / 10).ended);
         QCOMPARE(timeAt(100.0), Time(-5));
         clock.first = clock.last = clock.origin;
-        clock.loop = true;
+        clock.repeat = PlaybackClock::Repeat::Loop;
         QCOMPARE(timeAt(7.7), clock.origin);
+    }
+
+    void clockBounces() {
+        PlaybackClock clock;
+        clock.numerator = 1;
+        clock.first = 10;
+        clock.last = 13;
+        clock.origin = 12;
+        clock.repeat = PlaybackClock::Repeat::Bounce;
+        QString times;
+        QString directions;
+        for (int seconds = 0; seconds < 9; ++seconds) {
+            const auto position = clock.at(seconds * second);
+            QVERIFY(!position.ended);
+            times += QString::number(position.time - 10);
+            directions += QLatin1Char(position.direction > 0 ? '>' : '<');
+        }
+        QCOMPARE(times, QStringLiteral("232101232"));
+        QCOMPARE(directions, QStringLiteral(">><<>>>><"));
+        clock.direction = -1;
+        clock.origin = 11;
+        QCOMPARE(clock.at(2 * second).time, Time(11));
+        QCOMPARE(clock.at(2 * second).direction, 1);
+        clock.first = clock.last = clock.origin;
+        QCOMPARE(clock.at(5 * second).time, Time(11));
     }
 
     void meter() {

@@ -123,7 +123,7 @@ private slots:
         QVERIFY(session.model()->currentTime() >= 2 && session.model()->currentTime() <= 4);
         session.model()->clearInOut();
         session.model()->setCurrentTime(10);
-        player->setLoops(false);
+        player->setRepeat(PlaybackClock::Repeat::Once);
         QTRY_VERIFY(!player->isPlaying());
         QCOMPARE(session.model()->currentTime(), Time(12));
         player->play(-1);
@@ -139,12 +139,7 @@ private slots:
         session.toggleKeyFrame();
         session.model()->setCurrentTime(8);
         session.toggleKeyFrame();
-        session.goToKeyFrame(-1);
-        QCOMPARE(session.model()->currentTime(), Time(3));
-        session.goToKeyFrame(-1);
-        QCOMPARE(session.model()->currentTime(), Time(3));
-        session.goToKeyFrame(1);
-        QCOMPARE(session.model()->currentTime(), Time(8));
+        QCOMPARE(session.model()->keyFrames(), (std::set<Time>{3, 8}));
         session.toggleKeyFrame();
         QCOMPARE(session.model()->keyFrames(), std::set<Time>{3});
 

@@ -5,9 +5,11 @@
 #include "panels/SequenceListPanel.h"
 #include "panels/StatusLine.h"
 #include "panels/TimelinePanel.h"
+#include "panels/TransportRow.h"
 #include "panels/ViewerPanel.h"
 
 #include <KxUI/time/TimeSlider.h>
+#include <KxUI/time/TransportControlsWidget.h>
 
 #include <QActionGroup>
 #include <QApplication>
@@ -103,39 +105,61 @@ void MainWindow::makeFileMenu() {
 }
 
 void MainWindow::makePlaybackMenu() {
-    UI::TimeSliderModel* model = m_session.model();
     Player* player = m_session.player();
+    Navigator* navigator = m_session.navigator();
     QMenu* menu = menuBar()->addMenu(tr("&Playback"));
     QAction* play = addItem(menu, tr("&Play"), QKeySequence(Qt::Key_Space), player,
                             [player] { player->toggle(); });
     connect(player, &Player::playingChanged, play,
             [play](bool playing) { play->setText(playing ? tr("&Stop") : tr("&Play")); });
-    addItem(menu, tr("Play &Backwards"), QKeySequence(Qt::SHIFT | Qt::Key_Space), player,
-            [player] { player->isPlaying() ? player->stop() : player->play(-1); });
-    QAction* loop = menu->addAction(tr("&Loop"));
-    loop->setCheckable(true);
-    loop->setChecked(player->loops());
-    connect(loop, &QAction::toggled, player, &Player::setLoops);
+    addItem(menu, tr("Play &Backwards"), QKeySequence(Qt::Key_J), player,
+            [player] { player->play(-1); });
+    addItem(menu, tr("S&top"), QKeySequence(Qt::Key_K), player, &Player::stop);
+    addItem(menu, tr("Play For&wards"), QKeySequence(Qt::Key_L), player,
+            [player] { player->play(1); });
+    makeRepeatMenu(menu->addMenu(tr("&Repeat")));
     menu->addSeparator();
 
-    // Stepping past an end is of no use here; and a step or a jump takes over from playback.
-    const auto goTo = [player, model](Base::Time time) {
-        player->stop();
-        if (model->duration() != Base::InvalidTime)
-            model->setCurrentTime(qBound(model->startTime(), time, model->endTime()));
+    // A pair of actions, there and back, on the same key with the arrows.
+    const auto addPair = [&](const QString& back, const QString& forward, int modifier,
+                             void (Navigator::*go)(int)) {
+        addItem(menu, back, QKeySequence(modifier | Qt::Key_Left), navigator,
+                [navigator, go] { (navigator->*go)(-1); });
+        addItem(menu, forward, QKeySequence(modifier | Qt::Key_Right), navigator,
+                [navigator, go] { (navigator->*go)(1); });
     };
-    const auto addJump = [&](const QString& text, const QKeySequence& keys, auto target) {
-        addItem(menu, text, keys, player, [goTo, target, model] { goTo(target(*model)); });
-    };
-    using Model = UI::TimeSliderModel;
-    addJump(tr("Step B&ack"), QKeySequence(Qt::Key_Left),
-            [](const Model& m) { return m.currentTime() - 1; });
-    addJump(tr("Step &Forward"), QKeySequence(Qt::Key_Right),
-            [](const Model& m) { return m.currentTime() + 1; });
-    addJump(tr("Go to S&tart"), QKeySequence(Qt::Key_Home),
-            [](const Model& m) { return m.playbackStartTime(); });
-    addJump(tr("Go to &End"), QKeySequence(Qt::Key_End),
-            [](const Model& m) { return m.playbackEndTime(); });
+    addPair(tr("Step B&ack"), tr("Step &Forward"), 0, &Navigator::step);
+    addPair(tr("Skip Back"), tr("Skip Forward"), Qt::SHIFT, &Navigator::skip);
+    addPair(tr("Jump Back"), tr("Jump Forward"), Qt::ALT, &Navigator::jump);
+    addPair(tr("Half Way to Previous Keyframe"), tr("Half Way to Next Keyframe"), Qt::CTRL,
+            &Navigator::goHalfWay);
+    addItem(menu, tr("Go to Star&t"), QKeySequence(Qt::Key_Home), navigator, &Navigator::goToStart);
+    addItem(menu, tr("Go to &End"), QKeySequence(Qt::Key_End), navigator, &Navigator::goToEnd);
+    addItem(menu, tr("Type a Ti&me"), QKeySequence(Qt::CTRL | Qt::Key_T),
+            m_timeline->transportRow()->transport(),
+            &UI::TransportControlsWidget::setFocusToTimecodeWidget);
+    menu->addSeparator();
+    QAction* keyframesOnly = menu->addAction(tr("Jump to &Keyframes Only"));
+    keyframesOnly->setCheckable(true);
+    connect(keyframesOnly, &QAction::toggled, navigator, [navigator](bool only) {
+        navigator->setJumpMode(only ? UI::KeyframesOnly : UI::KeyframesOrEdits);
+    });
+}
+
+void MainWindow::makeRepeatMenu(QMenu* menu) {
+    Player* player = m_session.player();
+    auto* kinds = new QActionGroup(this);
+    using Repeat = PlaybackClock::Repeat;
+    const std::pair<QString, Repeat> entries[] = {
+        {tr("&Once"), Repeat::Once}, {tr("&Loop"), Repeat::Loop}, {tr("&Bounce"), Repeat::Bounce}};
+    for (const auto& [text, repeat] : entries) {
+        QAction* action = menu->addAction(text);
+        action->setCheckable(true);
+        action->setChecked(repeat == player->repeat());
+        kinds->addAction(action);
+        connect(action, &QAction::triggered, player,
+                [player, kind = repeat] { player->setRepeat(kind); });
+    }
 }
 
 void MainWindow::makeMarksMenu() {
@@ -157,10 +181,6 @@ void MainWindow::makeMarksMenu() {
     menu->addSeparator();
     addItem(menu, tr("Set or Remove &Keyframe"), QKeySequence(Qt::CTRL | Qt::Key_K), this,
             [this] { m_session.toggleKeyFrame(); });
-    addItem(menu, tr("&Previous Keyframe"), QKeySequence(Qt::CTRL | Qt::Key_Left), this,
-            [this] { m_session.goToKeyFrame(-1); });
-    addItem(menu, tr("Ne&xt Keyframe"), QKeySequence(Qt::CTRL | Qt::Key_Right), this,
-            [this] { m_session.goToKeyFrame(1); });
 }
 
 void MainWindow::makeViewMenu() {
@@ -170,12 +190,18 @@ void MainWindow::makeViewMenu() {
     const auto addNotation = [&](const QString& text, bool timecode, bool dropFrames) {
         QAction* action = menu->addAction(text);
         action->setCheckable(true);
-        action->setChecked(formatter->displayTimecode() == timecode &&
-                           formatter->displayDropFrames() == dropFrames);
         notation->addAction(action);
         connect(action, &QAction::triggered, formatter, [formatter, timecode, dropFrames] {
             formatter->setTimeDisplayFormat(timecode, dropFrames);
         });
+        // The notation can be chosen under the timeline, too.
+        const auto showChoice = [action, formatter, timecode, dropFrames] {
+            if (formatter->displayTimecode() == timecode &&
+                (!timecode || formatter->displayDropFrames() == dropFrames))
+                action->setChecked(true);
+        };
+        connect(formatter, &UI::TimeFormatter::timeFormatChanged, action, showChoice);
+        showChoice();
         return action;
     };
     addNotation(tr("&Frames"), false, false);

@@ -37,6 +37,7 @@ public:
 private:
     void makeFileMenu();
     void makePlaybackMenu();
+    void makeRepeatMenu(QMenu* menu);
     void makeMarksMenu();
     void makeViewMenu();
     void askForFolder();

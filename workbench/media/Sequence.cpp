@@ -44,6 +44,18 @@ std::optional<Base::Time> Sequence::heldTime(Base::Time time) const {
     return find(held) == m_members.end() ? std::nullopt : std::make_optional(held);
 }
 
+std::set<Base::Time> Sequence::edits() const {
+    if (m_members.empty())
+        return {};
+    std::set<Base::Time> times{firstTime(), lastTime()};
+    for (std::size_t i = 1; i < m_members.size(); ++i) {
+        const Base::Time expected = m_members[i - 1].first + m_step;
+        if (m_members[i].first != expected)
+            times.insert({expected, m_members[i].first});
+    }
+    return times;
+}
+
 std::string Sequence::path(Base::Time time) const {
     const auto found = find(time);
     return found == m_members.end() ? std::string() : joinPath(m_folder, found->second);

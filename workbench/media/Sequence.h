@@ -5,6 +5,7 @@
 #include <QString>
 
 #include <optional>
+#include <set>
 #include <string>
 #include <utility>
 #include <vector>
@@ -44,6 +45,9 @@ public:
     /** The time whose file is shown at `time`: the time itself, or, between two steps, the step
         before it. Nothing when that file is missing or the time lies outside. */
     std::optional<Base::Time> heldTime(Base::Time time) const;
+
+    /** Where files begin or cease to be there, and the last time. */
+    std::set<Base::Time> edits() const;
 
     /** The path of the file for exactly this time; empty when there is none. */
     std::string path(Base::Time time) const;

@@ -1,6 +1,7 @@
 #include "panels/TimelinePanel.h"
 
 #include "app/Theme.h"
+#include "panels/TransportRow.h"
 #include "play/Session.h"
 
 #include <KxUI/time/TimeSlider.h>
@@ -18,11 +19,13 @@ TimelinePanel::TimelinePanel(Session* session, QWidget* parent)
     : QWidget(parent)
     , m_session(session)
     , m_slider(new TimeSlider(session->model(), session->formatter(), BarCount,
-                              TimeSlider::MainTransport)) {
+                              TimeSlider::MainTransport))
+    , m_transportRow(new TransportRow(session)) {
     setObjectName(QStringLiteral("TimelinePanel"));
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(4, 2, 4, 2);
     layout->addWidget(m_slider);
+    layout->addWidget(m_transportRow);
     applyColors();
 
     connect(session, &Session::frameCached, m_slider,

@@ -12,8 +12,10 @@ namespace Kestrel::Workbench {
 
 class Session;
 
+class TransportRow;
+
 /** The timeline of a session: the slider with a bar of the decoded frames and one of the frames
-   that have no file. */
+   that have no file, and the transport controls under it. */
 class TimelinePanel : public QWidget {
     Q_OBJECT
 
@@ -22,6 +24,7 @@ public:
     explicit TimelinePanel(Session* session, QWidget* parent = nullptr);
 
     UI::TimeSlider* slider() const { return m_slider; }
+    TransportRow* transportRow() const { return m_transportRow; }
 
 protected:
     void changeEvent(QEvent* event) override;
@@ -36,6 +39,7 @@ private:
 
     Session* m_session;
     UI::TimeSlider* m_slider;
+    TransportRow* m_transportRow;
 };
 
 } // namespace Kestrel::Workbench

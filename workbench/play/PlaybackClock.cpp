@@ -22,9 +22,25 @@ PlaybackClock::Position PlaybackClock::at(std::int64_t nowNs) const {
     const std::uint64_t before = direction > 0 ? std::uint64_t(origin) - std::uint64_t(first)
                                                : std::uint64_t(last) - std::uint64_t(origin);
     std::uint64_t offset = before + position.ticks;
+    position.direction = direction;
     if (offset >= length) {
-        position.ended = !loop;
-        offset = loop ? offset % length : length - 1;
+        switch (repeat) {
+        case Repeat::Once:
+            position.ended = true;
+            offset = length - 1;
+            break;
+        case Repeat::Loop:
+            offset %= length;
+            break;
+        case Repeat::Bounce:
+            // There and back again; the frames at the ends are shown once a turn.
+            offset = length == 1 ? 0 : offset % (2 * (length - 1));
+            if (offset >= length) {
+                offset = 2 * (length - 1) - offset;
+                position.direction = -direction;
+            }
+            break;
+        }
     }
     position.time = direction > 0 ? Base::Time(std::uint64_t(first) + offset)
                                   : Base::Time(std::uint64_t(last) - offset);

@@ -10,6 +10,9 @@ namespace Kestrel::Workbench {
     the start each time, so that nothing adds up to a drift. Moments are nanoseconds of any clock
     that only runs forwards. */
 struct PlaybackClock {
+    /** What happens at the end. */
+    enum class Repeat { Once, Loop, Bounce };
+
     /** Frames per second as a fraction, both at least 1 and below 2^32. */
     std::uint64_t numerator = 25;
     std::uint64_t denominator = 1;
@@ -21,13 +24,15 @@ struct PlaybackClock {
     std::int64_t startNs = 0;
     /** 1 forwards, -1 backwards. */
     int direction = 1;
-    bool loop = true;
+    Repeat repeat = Repeat::Loop;
 
     struct Position {
         Base::Time time = 0;
         /** Frames that have passed since the start. */
         std::uint64_t ticks = 0;
-        /** The end was passed without a loop; `time` is the last frame in play direction. */
+        /** The direction now; it turns round at each end where playback bounces. */
+        int direction = 1;
+        /** The end was passed and nothing repeats; `time` is the last frame in play direction. */
         bool ended = false;
     };
 

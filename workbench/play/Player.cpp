@@ -45,18 +45,19 @@ void Player::play(int direction) {
     if (m_model->duration() == Base::InvalidTime)
         return;
     const bool wasPlaying = isPlaying();
-    m_clock.direction = direction < 0 ? -1 : 1;
-    const Base::Time end =
-        m_clock.direction > 0 ? m_model->playbackEndTime() : m_model->playbackStartTime();
-    if (!wasPlaying && m_model->currentTime() == end) {
+    m_direction = direction < 0 ? -1 : 1;
+    const Base::Time start = m_model->playbackStartTime();
+    const Base::Time end = m_model->playbackEndTime();
+    const bool atEnd = m_model->currentTime() == (m_direction > 0 ? end : start);
+    if (!wasPlaying && atEnd && repeat() != PlaybackClock::Repeat::Bounce) {
         const QScopedValueRollback<bool> moving(m_moving, true);
-        m_model->setCurrentTime(m_clock.direction > 0 ? m_model->playbackStartTime()
-                                                      : m_model->playbackEndTime());
+        m_model->setCurrentTime(m_direction > 0 ? start : end);
     }
     m_meter.reset();
     anchor();
     if (!wasPlaying)
         emit playingChanged(true);
+    emit statusChanged();
 }
 
 void Player::stop() {
@@ -64,6 +65,7 @@ void Player::stop() {
         return;
     m_timer.stop();
     emit playingChanged(false);
+    emit statusChanged();
 }
 
 void Player::toggle() {
@@ -73,15 +75,19 @@ void Player::toggle() {
         play();
 }
 
-void Player::setLoops(bool loops) {
-    m_clock.loop = loops;
+void Player::setRepeat(PlaybackClock::Repeat repeat) {
+    if (repeat == m_clock.repeat)
+        return;
+    m_clock.repeat = repeat;
     if (isPlaying())
         anchor();
+    emit statusChanged();
 }
 
 /** Reckons from the current time and moment on. */
 void Player::anchor() {
     const Base::Time first = m_model->playbackStartTime();
+    m_clock.direction = m_direction;
     m_clock.first = first;
     m_clock.last = std::max(m_model->playbackEndTime(), first);
     const Base::Time current = m_model->currentTime();
@@ -100,19 +106,23 @@ void Player::anchor() {
 void Player::tick() {
     const std::int64_t now = m_monotonic.nsecsElapsed();
     const PlaybackClock::Position position = m_clock.at(now);
-    if (position.ticks > m_ticks) {
-        m_ticks = position.ticks;
-        {
-            const QScopedValueRollback<bool> moving(m_moving, true);
-            m_model->setCurrentTime(position.time);
-        }
-        if (!position.ended)
-            m_meter.reached(m_ticks, m_shownTime == position.time, now);
+    const bool moved = position.ticks > m_ticks;
+    const bool turned = position.direction != m_direction;
+    m_ticks = std::max(m_ticks, position.ticks);
+    m_direction = position.direction;
+    // First of all: who hears of the new time asks whether it plays, and may stop it.
+    if (!position.ended)
+        scheduleTick();
+    if (moved) {
+        const QScopedValueRollback<bool> moving(m_moving, true);
+        m_model->setCurrentTime(position.time);
     }
+    if (moved && !position.ended)
+        m_meter.reached(m_ticks, m_shownTime == position.time, now);
     if (position.ended)
         emit playingChanged(false);
-    else
-        scheduleTick();
+    if (position.ended || turned)
+        emit statusChanged();
 }
 
 void Player::scheduleTick() {

@@ -26,8 +26,9 @@ public:
 
     bool isPlaying() const { return m_timer.isActive(); }
     /** 1 or -1 while playing, else 0. */
-    int direction() const { return isPlaying() ? m_clock.direction : 0; }
-    bool loops() const { return m_clock.loop; }
+    int direction() const { return isPlaying() ? m_direction : 0; }
+    PlaybackClock::Repeat repeat() const { return m_clock.repeat; }
+    void setRepeat(PlaybackClock::Repeat repeat);
 
     /** Pictures a second that really were shown over the last second. */
     double achievedRate();
@@ -42,10 +43,11 @@ public slots:
     void play(int direction = 1);
     void stop();
     void toggle();
-    void setLoops(bool loops);
 
 signals:
     void playingChanged(bool playing);
+    /** Whether it plays, its direction or the kind of repeat changed. */
+    void statusChanged();
 
 private:
     void anchor();
@@ -58,6 +60,7 @@ private:
     QTimer m_timer;
     PlaybackClock m_clock;
     RateMeter m_meter;
+    int m_direction = 1;
     std::uint64_t m_ticks = 0;
     Base::Time m_shownTime = Base::InvalidTime;
     /** The model's current time is being moved by the player itself. */

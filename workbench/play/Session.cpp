@@ -72,16 +72,6 @@ void Session::toggleKeyFrame() {
     m_model.setKeyFrames(keys);
 }
 
-void Session::goToKeyFrame(int direction) {
-    const auto& keys = m_model.keyFrames();
-    if (direction > 0) {
-        if (const auto next = keys.upper_bound(m_model.currentTime()); next != keys.end())
-            m_model.setCurrentTime(*next);
-    } else if (const auto here = keys.lower_bound(m_model.currentTime()); here != keys.begin()) {
-        m_model.setCurrentTime(*std::prev(here));
-    }
-}
-
 void Session::showCurrent() {
     if (m_sequence.isEmpty())
         return;

@@ -3,6 +3,7 @@
 #include "media/DecodePool.h"
 #include "media/FrameCache.h"
 #include "media/Sequence.h"
+#include "play/Navigator.h"
 #include "play/Player.h"
 
 #include <KxUI/time/TimeFormatter.h>
@@ -24,6 +25,7 @@ public:
     UI::TimeSliderModel* model() { return &m_model; }
     UI::TimeFormatter* formatter() { return &m_formatter; }
     Player* player() { return &m_player; }
+    Navigator* navigator() { return &m_navigator; }
     const Sequence& sequence() const { return m_sequence; }
     const FrameCache& cache() const { return m_cache; }
 
@@ -42,9 +44,6 @@ public:
 
     /** Sets a keyframe at the current time, or removes the one that is there. */
     void toggleKeyFrame();
-
-    /** Goes to the next keyframe in a direction, 1 or -1, if there is one. */
-    void goToKeyFrame(int direction);
 
 signals:
     void sequenceChanged();
@@ -66,6 +65,7 @@ private:
     UI::TimeSliderModel m_model;
     UI::TimeFormatter m_formatter;
     Player m_player;
+    Navigator m_navigator{this};
     Sequence m_sequence;
     FrameCache m_cache;
     FramePtr m_shown;

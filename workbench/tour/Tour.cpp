@@ -4,6 +4,7 @@
 #include "panels/FolderModel.h"
 #include "panels/SequenceListPanel.h"
 #include "panels/TimelinePanel.h"
+#include "panels/TransportRow.h"
 #include "panels/ViewerPanel.h"
 #include "tour/TextTable.h"
 
@@ -140,6 +141,7 @@ void Tour::savePictures(Theme theme) {
     save(m_window.list(), QStringLiteral("sequence-list"));
     save(m_window.viewer(), QStringLiteral("viewer"));
     save(m_window.timeline(), QStringLiteral("timeline"));
+    save(m_window.timeline()->transportRow(), QStringLiteral("transport"));
     UI::TimeSlider* slider = m_window.timeline()->slider();
     slider->zoomAboutTime(session->model()->currentTime(), 8.0F);
     save(m_window.timeline(), QStringLiteral("timeline-zoomed"));

@@ -1,0 +1,120 @@
+#include "panels/TransportRow.h"
+
+#include "play/Session.h"
+
+#include <KxUI/time/JogWheel.h>
+#include <KxUI/time/TimeFormatChooser.h>
+#include <KxUI/time/TransportControlsWidget.h>
+#include <KxUI/time/ViewerFrameSkipControl.h>
+
+#include <QHBoxLayout>
+
+#include <algorithm>
+#include <climits>
+
+namespace Kestrel::Workbench {
+
+using UI::TransportControlsWidget;
+
+TransportRow::TransportRow(Session* session, QWidget* parent)
+    : QWidget(parent)
+    , m_session(session)
+    , m_transport(new TransportControlsWidget)
+    , m_jogWheel(new UI::JogWheel) {
+    setObjectName(QStringLiteral("TransportRow"));
+    setFocusPolicy(Qt::ClickFocus); // where the time field puts the focus at Escape
+
+    Navigator* navigator = session->navigator();
+    auto* chooser = new UI::TimeFormatChooser(session->formatter());
+    chooser->setMode(UI::TimeFormatChooser::TimelineMode);
+    m_transport->connectTimecodeWidgetToFormatChooser(chooser);
+    auto* skip = new UI::ViewerFrameSkipControl;
+    skip->setIncrement(navigator->skipLength());
+    m_jogWheel->setToolTip(tr("Drag to go through the frames"));
+
+    auto* layout = new QHBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(8);
+    layout->addWidget(chooser);
+    layout->addStretch(1);
+    layout->addWidget(m_transport, 2);
+    layout->addStretch(1);
+    layout->addWidget(skip);
+    layout->addWidget(m_jogWheel);
+
+    connectTransport();
+    using Skip = UI::ViewerFrameSkipControl;
+    connect(skip, &Skip::skipBackwardsButtonClicked, navigator,
+            [navigator] { navigator->skip(-1); });
+    connect(skip, &Skip::skipForwardsButtonClicked, navigator, [navigator] { navigator->skip(1); });
+    connect(skip, &Skip::incrementFieldValueChanged, navigator, &Navigator::setSkipLength);
+    connect(navigator, &Navigator::skipLengthChanged, skip, &Skip::frameIncrementChanged);
+    connect(m_jogWheel, &UI::JogWheel::valueChanged, this, [this](int value) {
+        // What the wheel is told by showTime() is no wish of the user's.
+        if (value != m_session->model()->currentTime())
+            m_session->navigator()->goTo(value);
+    });
+
+    connect(session->model(), &UI::TimeSliderModel::timeChanged, this, &TransportRow::showTime);
+    connect(session->player(), &Player::statusChanged, this, &TransportRow::showState);
+    connect(session, &Session::sequenceChanged, this, &TransportRow::showState);
+    showTime();
+    showState();
+}
+
+void TransportRow::connectTransport() {
+    Player* player = m_session->player();
+    Navigator* navigator = m_session->navigator();
+    using Row = TransportControlsWidget;
+    connect(m_transport, &Row::jumpToBeginningButtonClicked, navigator, &Navigator::goToStart);
+    connect(m_transport, &Row::jumpToEndButtonClicked, navigator, &Navigator::goToEnd);
+    connect(m_transport, &Row::jumpBackwardsButtonClicked, navigator,
+            [navigator] { navigator->jump(-1); });
+    connect(m_transport, &Row::jumpForwardButtonClicked, navigator,
+            [navigator] { navigator->jump(1); });
+    connect(m_transport, &Row::frameBackwardsButtonClicked, navigator,
+            [navigator] { navigator->step(-1); });
+    connect(m_transport, &Row::frameForwardsButtonClicked, navigator,
+            [navigator] { navigator->step(1); });
+    connect(m_transport, &Row::playBackwardsButtonClicked, player, [player] { player->play(-1); });
+    connect(m_transport, &Row::playForwardsButtonClicked, player, [player] { player->play(1); });
+    connect(m_transport, &Row::stop, player, &Player::stop);
+    connect(m_transport, &Row::rangeSet, navigator, &Navigator::markRange);
+    connect(m_transport, &Row::timeChanged, this, [this](Base::Time time) {
+        if (time == m_session->model()->currentTime())
+            return;
+        m_session->navigator()->goTo(time);
+        showTime(); // a time beyond the clip was brought back into it
+    });
+    m_transport->setMode(navigator->jumpMode());
+    connect(navigator, &Navigator::jumpModeChanged, m_transport, &Row::setMode);
+}
+
+void TransportRow::showState() {
+    const Player* player = m_session->player();
+    m_transport->setBounceMode(player->repeat() == PlaybackClock::Repeat::Bounce);
+    UI::PlaybackStatus status = UI::Stopped;
+    if (m_session->sequence().isEmpty())
+        status = UI::NoPlayback;
+    else if (player->isPlaying())
+        status = player->direction() > 0 ? UI::PlayingForwards : UI::PlayingBackwards;
+    m_transport->playbackStateChanged(status);
+    m_jogWheel->setEnabled(status != UI::NoPlayback);
+}
+
+void TransportRow::showTime() {
+    const UI::TimeSliderModel& model = *m_session->model();
+    const Base::Time current = model.currentTime();
+    m_transport->setCurrentTime(current);
+    if (current == Base::InvalidTime || model.duration() == Base::InvalidTime)
+        return;
+    const auto small = [](Base::Time time) {
+        return int(std::clamp<Base::Time>(time, INT_MIN, INT_MAX));
+    };
+    // The old value may be outside of the new range: that it moves is not the user's doing.
+    const QSignalBlocker blocker(m_jogWheel);
+    m_jogWheel->setRange(small(model.startTime()), small(model.endTime()));
+    m_jogWheel->setValue(small(current));
+}
+
+} // namespace Kestrel::Workbench
