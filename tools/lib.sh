@@ -8,7 +8,7 @@ cd "$KXUI_ROOT" || exit 1
 
 KXUI_PACKAGES_BUILD=(
   g++ cmake ninja-build ccache pkg-config
-  qtbase5-dev libboost-dev libboost-regex-dev libopenimageio-dev
+  qtbase5-dev libboost-dev libboost-regex-dev libhwy-dev libopenimageio-dev
   fonts-dejavu-core)
 KXUI_PACKAGES_TEST=(git clang-format libgsl-dev xvfb openbox xdotool x11-utils)
 KXUI_PACKAGES_BENCH=(

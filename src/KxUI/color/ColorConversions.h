@@ -1,0 +1,171 @@
+#pragma once
+
+#include <KxUI/Export.h>
+
+#include <array>
+#include <cstddef>
+
+/** \file
+    Colour spaces, conversions of single colours, and the rows of packed pixels that video frames
+    are made of. All arithmetic is in single precision. Every function is free of state and may be
+    called from any thread. */
+
+namespace Kestrel::UI {
+
+/** The YCbCr options offered to users, in the order of every combo box. Functions that take an
+    index treat any other number as `Rec709`. */
+namespace ColorSpace {
+
+enum Index : int { Rec709, Rec601, NovaLegacy, NovaLegacyMpeg, NovaLegacyYuvs };
+constexpr int Count = 5;
+
+} // namespace ColorSpace
+
+/** The text of an option as users see it. */
+KXUI_EXPORT const char* colorSpaceName(int index) noexcept;
+
+/** R = Y + crToRed Cr; G = Y + crToGreen Cr + cbToGreen Cb; B = Y + cbToBlue Cb, where Y is
+    nominally 0-1, Cb and Cr are nominally -0.5 to 0.5. */
+struct YCbCrToRgbCoefficients {
+    float crToRed;
+    float crToGreen;
+    float cbToGreen;
+    float cbToBlue;
+};
+
+/** Rows Y, Cb and Cr of the matrix for a column (R, G, B). */
+struct RgbToYCbCrMatrix {
+    std::array<float, 3> luma;
+    std::array<float, 3> cb;
+    std::array<float, 3> cr;
+};
+
+KXUI_EXPORT const YCbCrToRgbCoefficients& colorSpaceYCbCrToRgb(int index) noexcept;
+KXUI_EXPORT const RgbToYCbCrMatrix& colorSpaceRgbToYCbCr(int index) noexcept;
+
+/** ITU-R BT.601 with studio range: luma 16/255 to 235/255, chroma centred on 0. */
+KXUI_EXPORT void rgbToStudioYCbCr(float red, float green, float blue, float& luma, float& cb,
+                                  float& cr) noexcept;
+
+/** ITU-R BT.601 with full range, chroma centred on 0. */
+KXUI_EXPORT void rgbToFullYCbCr(float red, float green, float blue, float& luma, float& cb,
+                                float& cr) noexcept;
+
+/** NTSC's YIQ. */
+KXUI_EXPORT void yiqToRgb(float y, float i, float q, float& red, float& green,
+                          float& blue) noexcept;
+
+/** The hexcone model of Smith (1978). Hue is 0 up to but without 1, from red over green to blue;
+    saturation is 0-1 for colours without negative components; value is the largest component.
+    Greys, and colours without a positive component, have hue and saturation 0. */
+KXUI_EXPORT void rgbToHsv(float red, float green, float blue, float& hue, float& saturation,
+                          float& value) noexcept;
+
+/** Undoes `rgbToHsv`. The hue wraps around; one that is not finite counts as 0. */
+KXUI_EXPORT void hsvToRgb(float hue, float saturation, float value, float& red, float& green,
+                          float& blue) noexcept;
+
+/** How the pixels of a row are packed: components in their order in memory, then the bits of each.
+    16-bit samples and 32-bit words are in the machine's byte order, except V210, which is always
+    little-endian. Two pixels of a 4:2:2 layout (CbYCrY, YCbYCr, V210) share Cb and Cr. */
+enum class PixelLayout : int {
+    /** 8-bit 4:2:2, studio range; usual option `NovaLegacy`. */
+    CbYCrY8,
+    /** 8-bit 4:2:2, luma over 218 codes and chroma over 255; usual option `NovaLegacyMpeg`. */
+    CbYCrY8LegacyMpeg,
+    /** 8-bit 4:2:2, luma over 218 codes and chroma over 255. Decoding centres Cb on 127 and Cr on
+        128; encoding centres both on 128. Usual option `NovaLegacy`. */
+    YCbYCr8Legacy,
+    /** 8-bit 4:4:4, luma 0-219 without the offset of 16, chroma of studio range; usual option
+        `NovaLegacy`. */
+    AYCbCr8,
+    /** 8-bit 4:4:4, studio range; alpha is scaled as luma is. */
+    CbYCrA8,
+    /** 10-bit 4:2:2, studio range: six pixels in four words of three samples, lowest bits first.
+        Rows end at the last whole group of six. */
+    V210,
+    /** 16-bit 4:4:4, studio range. */
+    AYCbCr16,
+    /** As `AYCbCr16`, but encoding stores 8-bit studio codes times 255 (not 257). */
+    AYCbCr16From8,
+    /** Float 4:4:4. Luma is scaled from studio range without its offset being removed, chroma is
+        scaled and centred. Usual option `NovaLegacy`. */
+    AYCbCrFloat,
+
+    /** Codes 0-255 stand for 0-1; likewise, by their bits, below. */
+    RGB8,
+    RGBA8,
+    BGRA8,
+    /** A 32-bit word with red in its lowest ten bits and alpha in its highest two. */
+    RGB10A2,
+    RGB16,
+    RGBA16,
+    RGBFloat,
+    RGBAFloat,
+};
+
+constexpr int PixelLayoutCount = 17;
+
+/** The bytes that `pixels` pixels take: whole groups of two or six pixels where samples are
+    shared. */
+KXUI_EXPORT std::size_t rowBytes(PixelLayout layout, int pixels) noexcept;
+
+/** The option that frames of a layout are usually stored with; `Rec709` where each frame says for
+    itself, and for RGB layouts. */
+KXUI_EXPORT int rowColorSpace(PixelLayout layout) noexcept;
+
+/** A row of float pixels, one pointer to the first sample of each component. */
+struct PlanarRow {
+    float* alpha = nullptr;
+    float* red = nullptr;
+    float* green = nullptr;
+    float* blue = nullptr;
+    /** Floats from one pixel to the next: 1 for planes, 4 for interleaved RGBA. */
+    std::ptrdiff_t step = 1;
+};
+
+/** A `PlanarRow` to read from. */
+struct ConstPlanarRow {
+    ConstPlanarRow() = default;
+    ConstPlanarRow(const float* a, const float* r, const float* g, const float* b,
+                   std::ptrdiff_t floats = 1) noexcept
+        : alpha(a)
+        , red(r)
+        , green(g)
+        , blue(b)
+        , step(floats) {}
+    ConstPlanarRow(const PlanarRow& row) noexcept
+        : ConstPlanarRow(row.alpha, row.red, row.green, row.blue, row.step) {}
+
+    const float* alpha = nullptr;
+    const float* red = nullptr;
+    const float* green = nullptr;
+    const float* blue = nullptr;
+    std::ptrdiff_t step = 1;
+};
+
+/** Unpacks the first `pixels` pixels at `source` (any alignment, `rowBytes` of them are read).
+    Alpha is 1 for layouts without it, and is not written to a null `to.alpha`. RGB layouts ignore
+    the coefficients. `source` and `to` do not overlap. The bits of the result do not depend on the
+    processor. */
+KXUI_EXPORT void decodeRow(PixelLayout layout, const void* source, const PlanarRow& to, int pixels,
+                           const YCbCrToRgbCoefficients& coefficients) noexcept;
+
+/** Decodes with the coefficients of `rowColorSpace`. */
+KXUI_EXPORT void decodeRow(PixelLayout layout, const void* source, const PlanarRow& to,
+                           int pixels) noexcept;
+
+/** Packs `pixels` pixels into the `rowBytes` at `destination` (any alignment). A null `from.alpha`
+    stands for 1. Codes are rounded and limited to what the layout holds (8-bit studio luma to
+    1-254, 10-bit to 4-1019); what is not a number gets the lowest. Two pixels that share chroma get
+    the mean of theirs; a last one without a partner stands for both. RGB layouts ignore the matrix.
+    `from` and `destination` do not overlap. The bits of the result do not depend on the
+    processor. */
+KXUI_EXPORT void encodeRow(PixelLayout layout, const ConstPlanarRow& from, int pixels,
+                           void* destination, const RgbToYCbCrMatrix& matrix) noexcept;
+
+/** Encodes with the matrix of `rowColorSpace`. */
+KXUI_EXPORT void encodeRow(PixelLayout layout, const ConstPlanarRow& from, int pixels,
+                           void* destination) noexcept;
+
+} // namespace Kestrel::UI

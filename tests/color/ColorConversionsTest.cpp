@@ -1,0 +1,156 @@
+#include <KxUI/color/ColorConversions.h>
+
+#include <support/TestRegistry.h>
+
+#include <QtTest>
+
+#include <array>
+#include <cmath>
+#include <limits>
+
+using namespace Kestrel::UI;
+
+namespace {
+
+using Color = std::array<float, 3>;
+
+bool near(const Color& a, const Color& b, float tolerance) {
+    for (std::size_t i = 0; i < 3; ++i) {
+        if (!(std::abs(a[i] - b[i]) <= tolerance))
+            return false;
+    }
+    return true;
+}
+
+// The colour bars of 100 % amplitude, white to blue, that the standards print as 8-bit codes.
+constexpr std::array<Color, 7> Bars{
+    {{1, 1, 1}, {1, 1, 0}, {0, 1, 1}, {0, 1, 0}, {1, 0, 1}, {1, 0, 0}, {0, 0, 1}}};
+using BarCodes = std::array<std::array<int, 3>, 7>;
+constexpr BarCodes Bt601{{{235, 128, 128},
+                          {210, 16, 146},
+                          {170, 166, 16},
+                          {145, 54, 34},
+                          {106, 202, 222},
+                          {81, 90, 240},
+                          {41, 240, 110}}};
+constexpr BarCodes Bt709{{{235, 128, 128},
+                          {219, 16, 138},
+                          {188, 154, 16},
+                          {173, 42, 26},
+                          {78, 214, 230},
+                          {63, 102, 240},
+                          {32, 240, 118}}};
+
+} // namespace
+
+class ColorConversionsTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void options() {
+        QStringList names;
+        for (int i = 0; i < ColorSpace::Count; ++i)
+            names += QString::fromLatin1(colorSpaceName(i));
+        QCOMPARE(names.join(QLatin1Char('|')),
+                 "Rec 709|Rec 601|Nova Legacy|Nova Legacy MPEG|Nova Legacy YUVS");
+        for (const int unknown : {-1, 5}) {
+            QCOMPARE(&colorSpaceYCbCrToRgb(unknown), &colorSpaceYCbCrToRgb(0));
+            QCOMPARE(&colorSpaceRgbToYCbCr(unknown), &colorSpaceRgbToYCbCr(0));
+        }
+        QCOMPARE(colorSpaceYCbCrToRgb(4).cbToGreen, -0.37294F);
+        QCOMPARE(colorSpaceRgbToYCbCr(3).cr[2], -0.070817F);
+    }
+
+    // Each matrix undoes its coefficients, the legacy ones once their studio range is removed.
+    void matricesInvert() {
+        for (int i = 0; i < ColorSpace::Count; ++i) {
+            const RgbToYCbCrMatrix& m = colorSpaceRgbToYCbCr(i);
+            const YCbCrToRgbCoefficients& c = colorSpaceYCbCrToRgb(i);
+            for (const Color& bar : Bars) {
+                const auto dot = [&](const std::array<float, 3>& row) {
+                    return row[0] * bar[0] + row[1] * bar[1] + row[2] * bar[2];
+                };
+                const float y = dot(m.luma);
+                const Color back{y + c.crToRed * dot(m.cr),
+                                 y + c.crToGreen * dot(m.cr) + c.cbToGreen * dot(m.cb),
+                                 y + c.cbToBlue * dot(m.cb)};
+                QVERIFY2(near(back, bar, i < 2 ? 1e-5F : 0.012F), colorSpaceName(i));
+            }
+        }
+    }
+
+    void colourBars_data() {
+        QTest::addColumn<int>("option");
+        QTest::newRow("BT.601") << int(ColorSpace::Rec601);
+        QTest::newRow("BT.709") << int(ColorSpace::Rec709);
+    }
+    void colourBars() {
+        QFETCH(int, option);
+        const BarCodes& codes = option == ColorSpace::Rec601 ? Bt601 : Bt709;
+        for (std::size_t i = 0; i < Bars.size(); ++i) {
+            const ConstPlanarRow rgb(nullptr, &Bars[i][0], &Bars[i][1], &Bars[i][2]);
+            std::array<std::uint8_t, 4> packed{};
+            encodeRow(PixelLayout::CbYCrY8, rgb, 1, packed.data(), colorSpaceRgbToYCbCr(option));
+            QCOMPARE((std::array<int, 3>{packed[1], packed[0], packed[2]}), codes[i]);
+            Color back{};
+            const PlanarRow to{nullptr, &back[0], &back[1], &back[2], 1};
+            decodeRow(PixelLayout::CbYCrY8, packed.data(), to, 1, colorSpaceYCbCrToRgb(option));
+            QVERIFY(near(back, Bars[i], 0.009F));
+        }
+    }
+
+    void singleColours() {
+        Color out{};
+        rgbToStudioYCbCr(1, 1, 1, out[0], out[1], out[2]);
+        QVERIFY(near(out, {235.0F / 255, 0, 0}, 0.001F));
+        rgbToStudioYCbCr(0, 0, 1, out[0], out[1], out[2]);
+        QVERIFY(near(out, {0.1607451F, 0.439F, -0.071F}, 1e-6F));
+        rgbToFullYCbCr(1, 0, 0, out[0], out[1], out[2]);
+        QVERIFY(near(out, {0.299F, -0.168736F, 0.5F}, 1e-6F));
+        yiqToRgb(0.5F, 0.1F, -0.2F, out[0], out[1], out[2]);
+        QVERIFY(near(out, {0.47143F, 0.60227F, 0.04838F}, 1e-5F));
+    }
+
+    void hsv_data() {
+        QTest::addColumn<float>("h");
+        QTest::addColumn<float>("s");
+        QTest::addColumn<float>("v");
+        QTest::addColumn<QVector<float>>("rgb");
+        const float third = 1.0F / 3;
+        QTest::newRow("black") << 0.0F << 0.0F << 0.0F << QVector<float>{0, 0, 0};
+        QTest::newRow("grey") << 0.0F << 0.0F << 0.5F << QVector<float>{0.5F, 0.5F, 0.5F};
+        QTest::newRow("orange") << 0.5F / 6 << 1.0F << 1.0F << QVector<float>{1, 0.5F, 0};
+        QTest::newRow("green") << third << 0.5F << 0.8F << QVector<float>{0.4F, 0.8F, 0.4F};
+        QTest::newRow("cyan") << 0.5F << 1.0F << 2.0F << QVector<float>{0, 2, 2};
+        QTest::newRow("blue") << 2 * third << 1.0F << 1.0F << QVector<float>{0, 0, 1};
+        QTest::newRow("magenta") << 5.0F / 6 << 1.0F << 1.0F << QVector<float>{1, 0, 1};
+    }
+    void hsv() {
+        QFETCH(float, h);
+        QFETCH(float, s);
+        QFETCH(float, v);
+        QFETCH(QVector<float>, rgb);
+        Color out{};
+        rgbToHsv(rgb[0], rgb[1], rgb[2], out[0], out[1], out[2]);
+        QVERIFY(near(out, {h, s, v}, 1e-6F));
+        for (const float turns : {0.0F, 1.0F, -3.0F}) {
+            hsvToRgb(h + turns, s, v, out[0], out[1], out[2]);
+            QVERIFY(near(out, {rgb[0], rgb[1], rgb[2]}, 5e-6F));
+        }
+    }
+
+    void hueStaysBelowOne() {
+        Color out{};
+        rgbToHsv(1.0F, 0.0F, std::numeric_limits<float>::denorm_min(), out[0], out[1], out[2]);
+        QCOMPARE(out[0], 0.0F);
+        for (const float hue : {-1e-9F, NAN, INFINITY}) {
+            hsvToRgb(hue, 1, 1, out[0], out[1], out[2]);
+            QVERIFY(near(out, {1, 0, 0}, 1e-6F));
+        }
+        rgbToHsv(-1, -2, -3, out[0], out[1], out[2]);
+        QCOMPARE(out, (Color{0, 0, -1}));
+    }
+};
+
+KXUI_TEST(ColorConversionsTest);
+#include "ColorConversionsTest.moc"
