@@ -4,9 +4,8 @@
 
 #include <QtTest>
 
+#include <array>
 #include <cmath>
-#include <initializer_list>
-#include <limits>
 #include <locale>
 #include <random>
 #include <sstream>
@@ -17,19 +16,17 @@ using Kestrel::UI::Knot;
 
 namespace {
 
-Curve curveThrough(std::initializer_list<Knot> knots) {
+Curve curveThrough(const std::vector<Knot>& knots) {
     Curve curve(Curve::MaximumKnots, unsigned(knots.size()));
-    int index = 0;
-    for (const Knot& knot : knots)
-        curve.setKnot(index++, knot);
+    for (int i = 0; i < curve.numKnots(); ++i)
+        curve.setKnot(i, knots[std::size_t(i)]);
     return curve;
 }
 
-template <class Value>
-QString text(const Value& value, int precision = 6) {
+QString text(const Curve& curve, int precision = 6) {
     std::ostringstream stream;
     stream.precision(precision);
-    stream << value;
+    stream << curve;
     return QString::fromStdString(stream.str());
 }
 
@@ -52,30 +49,14 @@ class CurveTest : public QObject {
     Q_OBJECT
 
 private slots:
-    void construction_data() {
-        QTest::addColumn<unsigned>("capacity");
-        QTest::addColumn<unsigned>("count");
-        QTest::addColumn<QString>("expected");
-        QTest::newRow("identity") << 8U << 2U << "(0, 0), (1, 1)";
-        QTest::newRow("spaced") << 8U << 5U
-                                << "(0, 0), (0.25, 0.25), (0.5, 0.5), (0.75, 0.75), (1, 1)";
-        QTest::newRow("beyond the capacity") << 3U << 9U << "(0, 0), (0.5, 0.5), (1, 1)";
-        QTest::newRow("beyond eight") << 99U << 0U << "";
-    }
     void construction() {
-        QFETCH(unsigned, capacity);
-        QFETCH(unsigned, count);
-        const Curve curve(capacity, count);
-        QTEST(text(curve), "expected");
-        QCOMPARE(curve.maxKnots(), int(std::min(capacity, 8U)));
-        QCOMPARE(curve.isIdentity(), count == 2);
-    }
-
-    void aSingleKnotIsNotANumber() {
-        const Curve curve(8, 1);
-        QVERIFY(std::isnan(curve.knot(0).x) && std::isnan(curve.knot(0).y));
-        QVERIFY(curve != curve);
-        QCOMPARE(curve.span(0.5F), -1);
+        QVERIFY(Curve(8, 2).isIdentity());
+        QCOMPARE(text(Curve(8, 3)), "(0, 0), (0.5, 0.5), (1, 1)");
+        QCOMPARE(text(Curve(2, 9)), "(0, 0), (1, 1)");
+        QCOMPARE(Curve(99, 99).numKnots(), 8);
+        QCOMPARE(text(Curve(8, 0)), "");
+        QVERIFY(std::isnan(Curve(8, 1).knot(0).x));
+        QVERIFY(Curve(8, 1) != Curve(8, 1));
     }
 
     void identityTolerance() {
@@ -83,8 +64,6 @@ private slots:
         QVERIFY(curveThrough({{under, -under}, {1 - under, 1 + under}}).isIdentity());
         for (const float moved : {0.0001F, -0.0001F}) {
             QVERIFY(!curveThrough({{moved, 0}, {1, 1}}).isIdentity());
-            QVERIFY(!curveThrough({{0, moved}, {1, 1}}).isIdentity());
-            QVERIFY(!curveThrough({{0, 0}, {1 + moved, 1}}).isIdentity());
             QVERIFY(!curveThrough({{0, 0}, {1, 1 + moved}}).isIdentity());
         }
         QVERIFY(!Curve(8, 3).isIdentity());
@@ -94,60 +73,43 @@ private slots:
         Curve curve(3, 2);
         curve.removeKnotAt(0);
         curve.insertKnotAt(3);
-        curve.insertKnotAt(-1);
         QCOMPARE(curve, Curve(3, 2));
-
         curve.insertKnotAt(1);
         QCOMPARE(text(curve), "(0, 0), (1, 1), (1, 1)");
         curve.setKnot(1, {0.5F, 0.75F, true});
         curve.insertKnotAt(0);
-        QCOMPARE(text(curve), "(0, 0), (0.5, 0.75), (1, 1)");
-
-        Curve unselected = curve;
-        unselected.setKnot(1, {0.5F, 0.75F, false});
-        QCOMPARE(unselected, curve);
         curve.removeKnotAt(0);
-        QCOMPARE(text(curve), "(0.5, 0.75), (1, 1)");
+        QCOMPARE(curve, curveThrough({{0.5F, 0.75F}, {1, 1}}));
         QVERIFY(curve.knot(0).selected && !curve.knot(2).selected);
     }
 
-    void spans() {
-        const Curve curve = curveThrough({{0.1F, 0}, {0.4F, 1}, {0.4F, 0}, {0.9F, 1}});
-        const std::vector<std::pair<float, int>> expected{{0.05F, -1}, {0.1F, 0}, {0.39F, 0},
-                                                          {0.4F, 2},   {0.8F, 2}, {0.9F, 2},
-                                                          {7.0F, 2},   {NAN, -1}};
-        for (const auto& [x, span] : expected)
-            QCOMPARE(curve.span(x), span);
-    }
-
-    // Worked by hand: the only unknown second derivative of the first curve is -12. The two halves
-    // of the second are straight on either side of a step.
+    // Worked by hand: the only unknown second derivative of the hill is -12. The halves of the step
+    // are straight.
     void values() {
         const Curve hill = curveThrough({{0, 0}, {0.5F, 1}, {1, 0}});
         QCOMPARE(hill.valueAt(0.25F), 0.6875F);
         QCOMPARE(hill.valueAt(0.5F), 1.0F);
         const Curve step = curveThrough({{0.2F, 0.3F}, {0.5F, 0.3F}, {0.5F, 0.8F}, {0.9F, 0.6F}});
-        QCOMPARE(step.valueAt(-1.0F), 0.3F);
-        QCOMPARE(step.valueAt(0.49F), 0.3F);
-        QCOMPARE(step.valueAt(0.5F), 0.8F);
-        QCOMPARE(step.valueAt(0.7F), 0.7F);
-        QCOMPARE(step.valueAt(2.0F), 0.6F);
+        const struct {
+            float x, y;
+            int span;
+        } expected[]{{-1, 0.3F, -1},  {0.2F, 0.3F, 0}, {0.49F, 0.3F, 0}, {0.5F, 0.8F, 2},
+                     {0.7F, 0.7F, 2}, {0.9F, 0.6F, 2}, {7, 0.6F, 2}};
+        for (const auto& each : expected) {
+            QCOMPARE(step.valueAt(each.x), each.y);
+            QCOMPARE(step.span(each.x), each.span);
+        }
+        QCOMPARE(step.span(NAN), -1);
         QCOMPARE(Curve(8, 0).valueAt(0.5F), 0.0F);
     }
 
-    // Two knots that are merely near make an edge that a float still holds.
     void tablesEqualValues() {
-        const std::vector<Curve> curves{
-            Curve(),
-            Curve(8, 8),
-            Curve(8, 0),
-            curveThrough({{0.25F, 0.5F}, {0.3F, 0.1F}, {0.30001F, 0.9F}, {0.8F, 0.2F}}),
-            curveThrough({{0, 0}, {0.5F, 1}, {0.5F, 0}, {0.5F, 1}, {1, 0}}),
-            curveThrough({{0.6F, 0.1F}, {0.2F, 0.5F}, {0.9F, 0.3F}, {0.7F, 0.7F}}),
-            curveThrough({{-2, 5}, {0.1F, 0.5F}, {4, -3}}),
-        };
-        for (const Curve& curve : curves) {
-            for (const unsigned int size : {0U, 1U, 2U, 3U, 33U, 1024U, 70001U})
+        for (const Curve& curve :
+             {Curve(8, 8), Curve(8, 0),
+              curveThrough({{0.25F, 0.5F}, {0.3F, 0.1F}, {0.30001F, 0.9F}, {0.8F, 0.2F}}),
+              curveThrough({{0, 0}, {0.5F, 1}, {0.5F, 0}, {0.5F, 1}, {1, 0}}),
+              curveThrough({{-2, 5}, {0.1F, 0.5F}, {4, -3}})}) {
+            for (const unsigned int size : {0U, 1U, 2U, 33U, 70001U})
                 QCOMPARE(badEntries(curve, size), 0);
         }
     }
@@ -158,16 +120,10 @@ private slots:
         const auto upTo = [&](unsigned int limit) { return unsigned(random() % (limit + 1)); };
         const auto coordinate = [&] {
             const float unit = float(upTo(1000)) / 1000.0F;
-            switch (upTo(3)) {
-            case 0:
-                return unit;
-            case 1:
-                return float(upTo(4)) / 4.0F;
-            case 2:
-                return std::nextafter(float(upTo(4)) / 4.0F, unit);
-            default:
-                return std::ldexp(unit - 0.5F, int(upTo(200)) - 120);
-            }
+            const float quarter = float(upTo(4)) / 4.0F;
+            const std::array<float, 4> all{unit, quarter, std::nextafter(quarter, unit),
+                                           std::ldexp(unit - 0.5F, int(upTo(200)) - 120)};
+            return all[upTo(3)];
         };
         for (int round = 0; round < 20000; ++round) {
             Curve curve(8, 2 + upTo(6));
@@ -178,32 +134,25 @@ private slots:
     }
 
     void codes() {
-        const Curve curve = curveThrough({{0, -0.5F}, {1, 1.5F}});
-        std::vector<unsigned short> table(15, 77);
-        curve.buildRGBALUT(5, table.data(), 3);
-        const std::vector<unsigned short> expected{0,  77,    77, 0,  77,    77, 32768, 77,
-                                                   77, 65535, 77, 77, 65535, 77, 77};
-        QCOMPARE(table, expected);
-        Curve(8, 1).buildRGBALUT(2, table.data(), 1);
-        QCOMPARE(int(table[1]), 0);
+        std::vector<unsigned short> table(7, 77);
+        curveThrough({{0, -0.5F}, {1, 1.5F}}).buildRGBALUT(3, table.data(), 3);
+        QCOMPARE(table, (std::vector<unsigned short>{0, 77, 77, 32768, 77, 77, 65535}));
+        Curve(8, 1).buildRGBALUT(1, table.data(), 1);
+        QCOMPARE(int(table[0]), 0);
     }
 
     void reading_data() {
         QTest::addColumn<QString>("input");
         QTest::addColumn<QString>("expected");
         QTest::addColumn<bool>("good");
-        QTest::newRow("tight and loose") << "(0.25, 0.5),(0.75,1)"
-                                         << "(0.25, 0.5), (0.75, 1)" << true;
-        QTest::newRow("more than fit") << "(0, 0), (1, 1), (2, 2), (3, 3)"
-                                       << "(0, 0), (1, 1), (2, 2)" << true;
-        QTest::newRow("fewer than held") << "(0.5, 0)"
-                                         << "(0.5, 0), (1, 1)" << true;
-        QTest::newRow("unclosed") << "(0.5, 0), (3, 4"
-                                  << "(0.5, 0), (1, 1)" << true;
+        QTest::newRow("tight") << "(0.25, 0.5),(0.75,1)"
+                               << "(0.25, 0.5), (0.75, 1)" << true;
+        QTest::newRow("too many") << "(0,0)(1,1)(2,2)(3,3)"
+                                  << "(0, 0), (1, 1), (2, 2)" << true;
+        QTest::newRow("too few") << "(0.5, 0), (3, 4"
+                                 << "(0.5, 0), (1, 1)" << true;
         QTest::newRow("not numbers") << "(0.5, 0), (a, b), (3, 3)"
                                      << "(0.5, 0), (1, 1)" << false;
-        QTest::newRow("empty") << ""
-                               << "(0, 0), (1, 1)" << true;
     }
     void reading() {
         QFETCH(QString, input);
@@ -214,22 +163,19 @@ private slots:
         QTEST(!stream.fail(), "good");
     }
 
-    // A host that runs in a language with decimal commas, or groups of thousands.
+    // A host may run in a language with decimal commas.
     void textIgnoresTheLocale() {
         struct Commas : std::numpunct<char> {
             char do_decimal_point() const override { return ','; }
-            char do_thousands_sep() const override { return '.'; }
-            std::string do_grouping() const override { return "\3"; }
         };
         const std::locale previous = std::locale::global(std::locale({}, new Commas));
         const Curve written = curveThrough({{0.1F, 1.0F / 3}, {0.7F, -12345.5F}});
-        const QString asText = text(written, std::numeric_limits<float>::max_digits10);
+        std::istringstream stream(text(written, 9).toStdString());
         Curve read(8, 0);
-        std::istringstream stream(asText.toStdString());
         stream >> read;
         std::locale::global(previous);
-        QCOMPARE(asText, "(0.100000001, 0.333333343), (0.699999988, -12345.5)");
         QCOMPARE(read, written);
+        QVERIFY(stream.str().find("0.100000001, 0.3333") != std::string::npos);
     }
 };
 
