@@ -12,7 +12,11 @@ constexpr std::uint64_t pieceBytes = 64 * 1024;
 } // namespace
 
 HelpConnection::HelpConnection(QObject* parent)
-    : QTcpSocket(parent) {}
+    : QTcpSocket(parent) {
+    // Queued: the socket writes as long as it has something, so a piece that were added at once
+    // would keep it from the event loop until a fast client had the whole file.
+    connect(this, &QTcpSocket::bytesWritten, this, &HelpConnection::proceed, Qt::QueuedConnection);
+}
 
 QByteArray HelpConnection::takeInput(int bytes) {
     const QByteArray input = read(bytes - m_received + 1);
@@ -30,19 +34,12 @@ void HelpConnection::send(Response response) {
     m_response = std::move(response);
     m_lastProgress = Clock::now();
     sendPiece();
-    // Straight to the kernel: waiting for the event loop costs a turn.
-    flush();
-    if (!m_allQueued || bytesToWrite() > 0) {
-        // Only now, or flush() would pump the whole file while the client keeps up.
-        connect(this, &QTcpSocket::bytesWritten, this, &HelpConnection::proceed);
-    }
     if (!m_allQueued) {
         // A client that has ended its sending half would be taken for one that has gone, and lose
         // the rest of the body. A full buffer stops the socket from reading.
         ungetChar('\n');
         setReadBufferSize(1);
         m_moreMayCome = false;
-        sendPiece();
     }
     finish();
 }
@@ -63,6 +60,8 @@ void HelpConnection::sendPiece() {
     if (m_allQueued)
         piece += m_response.tail;
     m_written += std::max<qint64>(write(piece), 0);
+    // Straight to the kernel: waiting for the event loop costs a turn.
+    flush();
     if (m_allQueued && m_response.written)
         m_response.written(m_written);
 }

@@ -23,13 +23,13 @@ struct Limits {
 
     /** For a connection that asks for nothing while others may be waiting for its place: browsers
         open connections in advance, and open them anew when they need one. */
-    std::chrono::milliseconds idleWhenFull = std::chrono::milliseconds(500);
+    std::chrono::milliseconds idleWhenFull = std::chrono::milliseconds(200);
 
     /** For a client that goes on sending after it was answered. */
     std::chrono::milliseconds linger = std::chrono::seconds(2);
 
     /** Between two looks at the connections, and before accepting again after it failed. */
-    std::chrono::milliseconds sweep = std::chrono::milliseconds(250);
+    std::chrono::milliseconds sweep = std::chrono::milliseconds(100);
 };
 
 /** The connections of one server: no more at a time than there are seats, and none that sits idle
