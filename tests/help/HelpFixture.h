@@ -3,11 +3,13 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
+#include <QHostAddress>
 #include <QTcpSocket>
 #include <QTemporaryDir>
 #include <QTemporaryFile>
 #include <QtTest>
 
+#include <algorithm>
 #include <cstdio>
 #include <string>
 
@@ -15,39 +17,68 @@
 
 namespace Kestrel::Test {
 
+/** A file of tests/help/data. */
+inline QByteArray testData(const char* name) {
+    QFile file(QStringLiteral(KXUI_TEST_DATA) + QLatin1String(name));
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("missing");
+}
+
+/** Its lines without comments and blank ones. */
+inline QList<QByteArray> table(const char* name) {
+    QList<QByteArray> lines = testData(name).split('\n');
+    lines.erase(std::remove_if(lines.begin(), lines.end(),
+                               [](const auto& line) { return line.isEmpty() || line[0] == '#'; }),
+                lines.end());
+    return lines;
+}
+
+/** {N*x} repeated, and the escapes of C replaced. */
+inline QByteArray unescaped(const QByteArray& text) {
+    QByteArray bytes;
+    for (int i = 0; i < text.size(); ++i) {
+        const int star = text.indexOf('*', i);
+        const int end = text.indexOf('}', i);
+        if (text[i] == '{') {
+            bytes +=
+                text.mid(star + 1, end - star - 1).repeated(text.mid(i + 1, star - i - 1).toInt());
+            i = end;
+        } else if (text[i] != '\\') {
+            bytes += text[i];
+        } else if (text[++i] == 'x') {
+            bytes += QByteArray::fromHex(text.mid(i + 1, 2));
+            i += 2;
+        } else {
+            bytes += text[i] == 'r' ? '\r' : text[i] == 'n' ? '\n' : text[i] == 't' ? '\t' : '\\';
+        }
+    }
+    return bytes;
+}
+
 /** A folder of pages, with a trailing slash, beside a secret that must never be served. */
-class Site {
-public:
+struct Site {
     Site() {
-        QDir(m_dir.path()).mkpath(QStringLiteral("site/Documentation/html"));
+        QDir(dir.path()).mkpath(QStringLiteral("site/Documentation/html"));
         put("../secret.html", "SECRET");
     }
-
-    std::string path() const { return (m_dir.path() + QStringLiteral("/site/")).toStdString(); }
-    QString file(const char* name) const {
-        return QString::fromStdString(path()) + QLatin1String(name);
-    }
-
-    void put(const char* name, const QByteArray& bytes) {
+    QString file(const char* name) const { return dir.filePath(QLatin1String("site/") + name); }
+    std::string path() const { return file("").toStdString(); }
+    void put(const char* name, const QByteArray& bytes) const {
         QFile output(file(name));
         if (!output.open(QIODevice::WriteOnly) || output.write(bytes) != bytes.size())
             qFatal("cannot write %s", name);
     }
 
-private:
-    QTemporaryDir m_dir;
+    QTemporaryDir dir;
 };
 
 /** A client that speaks raw bytes. Client and server share the thread, so every step is in order.
  */
-class Client : public QTcpSocket {
-public:
+struct Client : QTcpSocket {
     explicit Client(quint16 port) {
         connectToHost(QHostAddress(QHostAddress::LocalHost), port);
         if (!waitForConnected())
             qFatal("cannot connect to port %d", int(port));
     }
-
     /** Hands the bytes to the kernel and gives the server turns to see them. */
     void say(const QByteArray& bytes) {
         write(bytes);
@@ -55,19 +86,16 @@ public:
         }
         turns();
     }
-
     /** Everything the server says until it hangs up; "TIMEOUT" if it does not. */
     QByteArray answer() {
         return QTest::qWaitFor([this] { return state() == UnconnectedState; }, 20000)
                    ? readAll()
                    : QByteArray("TIMEOUT");
     }
-
     bool isIgnored() {
         turns();
         return state() == ConnectedState && bytesAvailable() == 0;
     }
-
     static void turns() {
         for (int turn = 0; turn < 6; ++turn)
             QCoreApplication::processEvents();
@@ -92,12 +120,10 @@ public:
         dup2(m_file.handle(), fileno(m_stream));
     }
     ~Capture() {
-        std::fflush(m_stream);
         dup2(m_saved, fileno(m_stream));
         close(m_saved);
     }
     QByteArray text() {
-        std::fflush(m_stream);
         m_file.seek(0);
         return m_file.readAll();
     }
@@ -107,11 +133,5 @@ private:
     int m_saved;
     QTemporaryFile m_file;
 };
-
-inline QByteArray notFound(const QByteArray& message) {
-    return "HTTP/1.1 404 Not Found\r\nContent-Type: text/html\r\n\r\n<html><head><title>Page Not "
-           "Found</title></head><body><h1>Page not found</h1><p>" +
-           message + "</p></body></html>\r\n";
-}
 
 } // namespace Kestrel::Test

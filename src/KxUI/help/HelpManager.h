@@ -72,7 +72,8 @@ public:
     void setLocalPathPrefix(const std::string& prefix) { m_localPathPrefix = prefix; }
 
     /** Asks a server whether it has a node, unless that is known or under way; the local server is
-        asked whenever another one is. An index out of range asks nobody. */
+        asked whenever another one is. A server that says nothing for 30 seconds does not have it.
+        An index out of range asks nobody. */
     void checkNode(const std::string& node, int index = CurrentServer);
 
     /** The URL of a node on a server that has said that it has it, else on the local server on the

@@ -188,15 +188,14 @@ void HelpServer::handleRequestHEADOrGET(HelpConnection& connection, const std::s
     }
     log({"[Help] node: ", page->node});
     log({"[Help] fileType: ", page->fileType});
-    std::string path;
-    RegularFile file = findFile(*page, path);
+    RegularFile file = findFile(*page);
     if (file.state() == RegularFile::State::Missing) {
         sendPageNotFound(connection, page->path);
         return;
     }
     // A HEAD for an image gets the image too: that is how images have always been served here.
     if (isImage(page->fileType)) {
-        sendImage(connection, std::move(file), path, page->fileType);
+        sendImage(connection, std::move(file), page->fileType);
         return;
     }
     Response response;
@@ -215,7 +214,7 @@ void HelpServer::handleRequestHEADOrGET(HelpConnection& connection, const std::s
     connection.send(std::move(response));
 }
 
-RegularFile HelpServer::findFile(const PageRequest& page, std::string& path) const {
+RegularFile HelpServer::findFile(const PageRequest& page) const {
     const char separator = QDir::separator().toLatin1();
     const auto name = fileNameOf(page, separator);
     if (!name)
@@ -223,22 +222,21 @@ RegularFile HelpServer::findFile(const PageRequest& page, std::string& path) con
     for (const std::string& entry : m_searchPath) {
         if (entry.empty())
             continue;
-        path = entry;
+        std::string path = entry;
         std::replace(path.begin(), path.end(), '/', separator);
-        path += *name;
-        RegularFile file = RegularFile::open(path);
+        RegularFile file = RegularFile::open(path + *name);
         const bool exists = file.state() != RegularFile::State::Missing;
-        log({"[Help] file ", exists ? "exists: " : "not found: ", path});
+        log({"[Help] file ", exists ? "exists: " : "not found: ", file.path()});
         if (exists)
             return file;
     }
     return {};
 }
 
-void HelpServer::sendImage(HelpConnection& connection, RegularFile file, const std::string& path,
+void HelpServer::sendImage(HelpConnection& connection, RegularFile file,
                            const std::string& fileType) {
     if (file.state() != RegularFile::State::Open) {
-        log({"[Help] sendImage cannot find ", fileType, " file ", path});
+        log({"[Help] sendImage cannot find ", fileType, " file ", file.path()});
         return;
     }
     const std::string lines[] = {"HTTP/1.1 200 OK\r\n",

@@ -2,13 +2,14 @@
 
 #include <KxUI/Export.h>
 
-#include <QHostAddress>
 #include <QTcpServer>
 
 #include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
+
+class QHostAddress;
 
 namespace Kestrel::UI {
 
@@ -124,9 +125,9 @@ private:
                                 bool isHead);
     void handleRequestPOST(Help::HelpConnection& connection, const std::string& request);
     void runCommand(Help::HelpConnection& connection, const Help::CommandRequest& post);
-    Help::RegularFile findFile(const Help::PageRequest& page, std::string& path) const;
+    Help::RegularFile findFile(const Help::PageRequest& page) const;
     void sendImage(Help::HelpConnection& connection, Help::RegularFile file,
-                   const std::string& path, const std::string& fileType);
+                   const std::string& fileType);
     void sendPageNotFound(Help::HelpConnection& connection, std::string_view message);
 
     RequestHandler m_requestHandler = nullptr;

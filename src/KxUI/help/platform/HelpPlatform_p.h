@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <string>
+#include <utility>
 
 /** \file
     What the help server needs of the operating system beyond Qt. */
@@ -26,7 +27,10 @@ public:
     ~RegularFile();
 
     /** Looks at `path` (8-bit, the platform's separator) and opens it if it is a regular file. */
-    static RegularFile open(const std::string& path);
+    static RegularFile open(std::string path);
+
+    /** As given to open(). */
+    const std::string& path() const { return m_path; }
 
     State state() const { return m_state; }
 
@@ -38,6 +42,10 @@ public:
     std::size_t read(char* to, std::size_t bytes);
 
 private:
+    explicit RegularFile(std::string path)
+        : m_path(std::move(path)) {}
+
+    std::string m_path;
     State m_state = State::Missing;
     int m_descriptor = -1;
     std::uint64_t m_size = 0;

@@ -11,11 +11,13 @@
 namespace Kestrel::UI::Help {
 
 RegularFile::RegularFile(RegularFile&& other) noexcept
-    : m_state(std::exchange(other.m_state, State::Missing))
+    : m_path(std::move(other.m_path))
+    , m_state(std::exchange(other.m_state, State::Missing))
     , m_descriptor(std::exchange(other.m_descriptor, -1))
     , m_size(std::exchange(other.m_size, 0)) {}
 
 RegularFile& RegularFile::operator=(RegularFile&& other) noexcept {
+    std::swap(m_path, other.m_path);
     std::swap(m_state, other.m_state);
     std::swap(m_descriptor, other.m_descriptor);
     std::swap(m_size, other.m_size);
@@ -27,19 +29,19 @@ RegularFile::~RegularFile() {
         ::close(m_descriptor);
 }
 
-RegularFile RegularFile::open(const std::string& path) {
-    RegularFile file;
+RegularFile RegularFile::open(std::string path) {
+    RegularFile file(std::move(path));
     struct stat status {};
     // Looked at before it is opened: opening alone can wake the writer of a FIFO or wind a tape.
-    if (::stat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode))
+    if (::stat(file.m_path.c_str(), &status) != 0 || !S_ISREG(status.st_mode))
         return file;
     file.m_state = State::Unreadable;
     // What was a file a moment ago may be a FIFO now.
-    file.m_descriptor = ::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
+    file.m_descriptor = ::open(file.m_path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
     if (file.m_descriptor < 0)
         return file;
     if (::fstat(file.m_descriptor, &status) != 0 || !S_ISREG(status.st_mode))
-        return RegularFile();
+        return RegularFile(std::move(file.m_path));
     file.m_size = static_cast<std::uint64_t>(status.st_size);
     file.m_state = State::Open;
     return file;

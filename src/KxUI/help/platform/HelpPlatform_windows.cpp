@@ -22,11 +22,13 @@ bool isOnDisk(int descriptor) {
 } // namespace
 
 RegularFile::RegularFile(RegularFile&& other) noexcept
-    : m_state(std::exchange(other.m_state, State::Missing))
+    : m_path(std::move(other.m_path))
+    , m_state(std::exchange(other.m_state, State::Missing))
     , m_descriptor(std::exchange(other.m_descriptor, -1))
     , m_size(std::exchange(other.m_size, 0)) {}
 
 RegularFile& RegularFile::operator=(RegularFile&& other) noexcept {
+    std::swap(m_path, other.m_path);
     std::swap(m_state, other.m_state);
     std::swap(m_descriptor, other.m_descriptor);
     std::swap(m_size, other.m_size);
@@ -38,17 +40,17 @@ RegularFile::~RegularFile() {
         _close(m_descriptor);
 }
 
-RegularFile RegularFile::open(const std::string& path) {
-    RegularFile file;
+RegularFile RegularFile::open(std::string path) {
+    RegularFile file(std::move(path));
     struct _stat64 status {};
-    if (_stat64(path.c_str(), &status) != 0 || (status.st_mode & _S_IFMT) != _S_IFREG)
+    if (_stat64(file.m_path.c_str(), &status) != 0 || (status.st_mode & _S_IFMT) != _S_IFREG)
         return file;
     file.m_state = State::Unreadable;
-    if (_sopen_s(&file.m_descriptor, path.c_str(), _O_RDONLY | _O_BINARY | _O_NOINHERIT, _SH_DENYNO,
-                 0) != 0)
+    if (_sopen_s(&file.m_descriptor, file.m_path.c_str(), _O_RDONLY | _O_BINARY | _O_NOINHERIT,
+                 _SH_DENYNO, 0) != 0)
         return file;
     if (!isOnDisk(file.m_descriptor) || _fstat64(file.m_descriptor, &status) != 0)
-        return RegularFile();
+        return RegularFile(std::move(file.m_path));
     file.m_size = static_cast<std::uint64_t>(status.st_size);
     file.m_state = State::Open;
     return file;
