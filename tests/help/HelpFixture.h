@@ -54,7 +54,7 @@ inline QByteArray unescaped(const QByteArray& text) {
     return bytes;
 }
 
-/** A folder of pages, with a trailing slash, beside a secret that must never be served. */
+/** A folder of pages beside a secret that must never be served. */
 struct Site {
     Site() {
         QDir(dir.path()).mkpath(QStringLiteral("site/Documentation/html"));

@@ -40,24 +40,6 @@ private slots:
     }
     void cleanup() { HelpManager::Destroy(); }
 
-    void localNodes() {
-        QCOMPARE(HelpManager::GenerateAddress("h", 80, "", "n"), std::string("http://h/n"));
-        QCOMPARE(HelpManager::GenerateAddress("h", 8080, "a/", "n"),
-                 std::string("http://h:8080/a/n"));
-        const int port = localServer()->getPort();
-        QCOMPARE(m_manager->getUrl("local.html"), std::string());
-        m_manager->checkNode("local.html");
-        m_manager->checkNode("missing.html", 0);
-        QVERIFY(says("local.html", "not ready on Local"));
-        QTRY_COMPARE(m_manager->getUrl("local.html"), url(port, "local.html"));
-        QTRY_VERIFY(says("missing.html", "not found on Local"));
-        QCOMPARE(m_manager->getUrl("missing.html", 0, true), url(port, "missing.html"));
-        m_manager->setLocalPathPrefix("site/");
-        m_manager->setCommonPath("html/");
-        QCOMPARE(m_manager->getUrl("local.html"),
-                 "http://127.0.0.1:" + std::to_string(port) + "/site/html/local.html");
-    }
-
     void remoteNodesAndFallBack() {
         useRemote(m_remote->getPort());
         for (const char* node : {"both.html", "local.html", "remote.html", "missing.html"})
@@ -71,11 +53,18 @@ private slots:
         QTRY_VERIFY(says("missing.html", "not found on Custom"));
         QTRY_VERIFY(says("missing.html", "not found on Local"));
         QCOMPARE(m_manager->getUrl("missing.html"), std::string());
+        QCOMPARE(m_manager->getUrl("missing.html", 0, true), url(local, "missing.html"));
+        QCOMPARE(m_manager->getUrl("unchecked.html"), std::string());
         // A remote that has gone has nothing; what is known of the local one stays.
         m_remote->close();
         QVERIFY(m_manager->setHelpServer(HelpManager::CurrentServer));
         QTRY_VERIFY(says("both.html", "not found on Custom"));
         QCOMPARE(m_manager->getUrl("both.html"), url(local, "both.html"));
+        m_manager->setLocalPathPrefix("site/");
+        m_manager->setCommonPath("html/");
+        QCOMPARE(m_manager->getUrl("both.html"),
+                 "http://127.0.0.1:" + std::to_string(local) + "/site/html/both.html");
+        QCOMPARE(HelpManager::GenerateAddress("h", 80, "", "n"), std::string("http://h/n"));
     }
 
     void lateAndMissingReplies() {
