@@ -75,9 +75,12 @@ void TimeFormatChooserTest::entriesFollowModeAndNotation() {
 void TimeFormatChooserTest::choosesForFormatterAndFields() {
     TimeFormatter formatter;
     TimeFormatChooser chooser(&formatter);
+    formatter.setTimeBase(Kestrel::Base::TimeBase(50, false));
     TimeField field;
     chooser.addTimefield(&field);
     field.setTime(50, false);
+    QCOMPARE(field.text(), QStringLiteral("00:00:01:00")); // at once
+    formatter.setTimeBase(Kestrel::Base::TimeBase(25, false));
     chooser.setTimecodeStart(1001, 25);
     QCOMPARE(field.text(), QStringLiteral("00:00:03:00"));
     QCOMPARE(chooser.text(), QStringLiteral("TC"));

@@ -51,8 +51,11 @@ QAction* TimeFormatChooser::addEntry(const QString& text, void (TimeFormatChoose
 }
 
 void TimeFormatChooser::addTimefield(TimeField* field) {
-    if (m_formatter && field)
-        connect(m_formatter, &TimeFormatter::timeFormatChanged, field, &TimeField::setTimeDisplay);
+    if (!m_formatter || !field)
+        return;
+    connect(m_formatter, &TimeFormatter::timeFormatChanged, field, &TimeField::setTimeDisplay);
+    field->setTimeDisplay(m_formatter->timeBase(), m_formatter->displayTimecode(),
+                          m_formatter->displayDropFrames(), m_formatter->timecodeStart());
 }
 
 void TimeFormatChooser::setMode(Mode mode) {

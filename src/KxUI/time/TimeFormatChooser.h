@@ -32,7 +32,8 @@ public:
     explicit TimeFormatChooser(TimeFormatter* formatter, QWidget* parent = nullptr);
     ~TimeFormatChooser() override;
 
-    /** Lets the field follow the formatter. The field is borrowed. */
+    /** Lets the field show what the formatter says, now and whenever that changes. The field is
+        borrowed. */
     void addTimefield(TimeField* field);
 
     void setMode(Mode mode);
