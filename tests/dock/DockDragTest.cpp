@@ -59,7 +59,7 @@ private Q_SLOTS:
             return machine.move({x, y}, held, 10, strip);
         };
         QCOMPARE(at(300, 300).command, Command::None);
-        machine.press({60, 10});
+        machine.press({60, 10}, strip);
         QCOMPARE(at(70, 19).command, Command::None);
         QCOMPARE(at(70, 20).command, Command::Begin);
         QCOMPARE(machine.index(), 1);
@@ -76,17 +76,22 @@ private Q_SLOTS:
         QCOMPARE(torn.index, 1);
         QVERIFY(!machine.isDragging());
 
-        machine.press({60, 10});
+        machine.press({60, 10}, strip);
         at(60, 40);
         QCOMPARE(at(60, 60, false).command, Command::None);
         QCOMPARE(at(60, 90).command, Command::None);
         // The tabs went away under the drag.
-        machine.press({150, 10});
+        machine.press({150, 10}, strip);
         QCOMPARE(at(150, 40).index, 2);
         strip.tabs.removeLast();
         QCOMPARE(at(150, 90).command, Command::None);
+        // What the press scrolled under the mouse is not what was pressed.
+        strip.tabs = {QRect(0, 0, 50, 24), QRect(50, 0, 80, 24)};
+        machine.press({45, 10}, strip);
+        strip.tabs = {QRect(-20, 0, 50, 24), QRect(30, 0, 80, 24)};
+        QCOMPARE(at(45, 40).index, 0);
         // A press beside the tabs drags nothing.
-        machine.press({250, 10});
+        machine.press({250, 10}, strip);
         QCOMPARE(at(250, 90).command, Command::None);
     }
 

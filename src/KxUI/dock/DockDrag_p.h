@@ -37,7 +37,9 @@ public:
         int index = -1;
     };
 
-    void press(const QPoint& position);
+    /** The button went down, with the strip as it was before: making the pressed tab current may
+        scroll another one under the mouse. */
+    void press(const QPoint& position, const StripGeometry& strip);
     /** The mouse moved. Without the left button, the release was lost: all is forgotten. */
     Step move(const QPoint& position, bool leftHeld, int startDistance, const StripGeometry& strip);
     /** The tab arrived where `Reorder` asked it to go. */
@@ -51,6 +53,7 @@ public:
 
 private:
     QPoint m_press = QPoint(-1, 0); // x = -1: no press
+    int m_pressedIndex = -1;
     int m_index = -1;
     int m_left = 0;
     int m_grabOffset = 0;

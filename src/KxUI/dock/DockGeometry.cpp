@@ -22,7 +22,8 @@ PaneLayout layOutPane(const PaneMetrics& m) {
     const int menuSpace = m.hasMenu ? MenuButtonSpace : 0;
     const QSize largest = m.closeHint.expandedTo(m.floatHint);
     const int side = std::max(largest.width(), largest.height());
-    int height = std::max(side, m.lineSpacing) + 2 * m.margin + 2;
+    const int height =
+        std::max(std::max(side, m.lineSpacing) + 2 * m.margin + 2, m.stripHint.height());
 
     int right = pane.right();
     if (m.hasCloseButton) {
@@ -41,7 +42,6 @@ PaneLayout layOutPane(const PaneMetrics& m) {
         layout.floatButton = place(m.floatHint);
     }
 
-    height = std::max(height, m.stripHint.height());
     layout.titleHeight = height;
     layout.titleBar = QRect(0, 0, pane.width(), height);
     layout.menuButton = QRect(0, 0, menuSpace, height);

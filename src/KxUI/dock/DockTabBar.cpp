@@ -53,6 +53,7 @@ void DockTabBar::mousePressEvent(QMouseEvent* event) {
     DockDragSession::instance().cancel();
     m_drag->end();
     const QPointer<DockTabBar> alive(this);
+    const StripGeometry before = geometryOfStrip();
     QTabBar::mousePressEvent(event);
     // Making the pressed tab current ran host code.
     if (!alive || event->button() != Qt::LeftButton)
@@ -62,7 +63,7 @@ void DockTabBar::mousePressEvent(QMouseEvent* event) {
         m_dock->floatActiveTab();
         return;
     }
-    m_drag->press(event->pos());
+    m_drag->press(event->pos(), before);
     m_dock->setFocus(Qt::MouseFocusReason);
 }
 
@@ -167,6 +168,8 @@ void DockTabBar::paintTab(int index, QStylePainter& painter) {
             // Some styles paint tabs with the window colour, others with the button colour.
             option.palette.setColor(QPalette::Window, color);
             option.palette.setColor(QPalette::Button, color);
+            option.palette.setColor(QPalette::WindowText,
+                                    palette().color(QPalette::HighlightedText));
         }
     }
     painter.drawControl(QStyle::CE_TabBarTab, option);

@@ -69,8 +69,8 @@ QMap<QString, IconPaths> makeIcons() {
     both("FrameSkipBackwards", "FrameSkipForwards", skip);
     icons.insert(QStringLiteral("TCStop"), {box(4, 4, 8, 8), {}});
     // The panes' menus name their icons by these paths.
-    icons.insert(QStringLiteral(":/ui/qrc/images/HSplit.png"), split);
-    icons.insert(QStringLiteral(":/ui/qrc/images/VSplit.png"), turned(split));
+    icons.insert(QStringLiteral(":/ui/qrc/images/HSplit.png"), turned(split));
+    icons.insert(QStringLiteral(":/ui/qrc/images/VSplit.png"), split);
     icons.insert(QStringLiteral(":/ui/qrc/images/PanelMenu.png"), {lines, {}});
     return icons;
 }
