@@ -115,8 +115,8 @@ private Q_SLOTS:
         QCOMPARE(half.x(0), 200);
         QCOMPARE(half.x(3), 201);
         QCOMPARE(half.x(-3), 199);
-        QCOMPARE(TimeScale{1e30f}.x(largest), largest);
-        QCOMPARE(TimeScale{1e30f}.x(-largest), std::numeric_limits<int>::min() + 200);
+        QVERIFY(TimeScale{1e30f}.x(largest) > largestExtent);
+        QVERIFY(TimeScale{1e30f}.x(-largest) < -largestExtent);
         QCOMPARE(viewSize(100, 1.0f, 0), QSize(1000, 500));
         QCOMPARE(viewSize(1001, 0.5f, 700), QSize(700, 700));
         QCOMPARE(viewSize(largest, 1e10f, qint64(1) << 40), QSize(largestExtent, largestExtent));

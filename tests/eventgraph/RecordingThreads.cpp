@@ -26,7 +26,7 @@ private Q_SLOTS:
     void recordersAndControl_data() {
         QTest::addColumn<int>("operations");
 #if defined(__SANITIZE_THREAD__) || defined(__SANITIZE_ADDRESS__)
-        QTest::newRow("sanitised") << 1'000'000;
+        QTest::newRow("sanitised") << 3'000'000;
 #else
         QTest::newRow("ten million") << 10'000'000;
 #endif

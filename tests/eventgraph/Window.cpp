@@ -407,9 +407,14 @@ private Q_SLOTS:
         flat.addEvent(Type::Sample, nullptr, -40);
         capture.time->addEvent(Type::Start, nullptr, -100);
         capture.time->addEvent(Type::End, nullptr, 100);
+        capture.time->addEvent(Type::Start, nullptr, std::numeric_limits<int>::min());
+        capture.time->addEvent(Type::End, new EventUserDataString("far"),
+                               std::numeric_limits<int>::max() - 9);
         QVERIFY(!capture.window.grab().isNull());
         capture.window.setBackgroundStripeSpacing(std::numeric_limits<int>::max());
         view.setSelection(-5, 100000);
+        QVERIFY(view.findNext("far"));
+        view.eventTextAt({1000, 5});
         QVERIFY(!capture.window.grab().isNull());
         view.start(unlimited, EventGraphMode::Forwards);
         QVERIFY(!capture.window.grab().isNull());

@@ -12,6 +12,9 @@ namespace {
 constexpr int lowestLevel = -4 * 30;
 constexpr int highestLevel = 4 * 30;
 
+// Beyond any widget, and far enough from the ends of int to calculate with.
+constexpr int farthest = 1 << 28;
+
 float scaleOfLevel(int level) {
     return std::exp2(static_cast<float>(std::clamp(level, lowestLevel, highestLevel)) / 4.0f);
 }
@@ -29,8 +32,7 @@ int highestLevelFor(double span, int pixels) {
 
 int TimeScale::x(int time) const {
     const double offset = static_cast<double>(time) * static_cast<double>(pixelsPerMs);
-    return std::min(truncated(offset), std::numeric_limits<int>::max() - nameColumnWidth) +
-           nameColumnWidth;
+    return std::clamp(truncated(offset), -farthest, farthest) + nameColumnWidth;
 }
 
 double TimeScale::time(double x) const {

@@ -17,7 +17,7 @@ constexpr int largestExtent = 16'777'215;
 struct TimeScale {
     float pixelsPerMs = 1.0f;
 
-    /** 200 + trunc(time x scale), held within the range of int. */
+    /** 200 + trunc(time x scale), held within some distance beyond any widget. */
     int x(int time) const;
 
     /** The time, with fraction, at an x of the view. */

@@ -373,14 +373,13 @@ void EventGraphView::paintStripes(QPainter& painter, const QRect& visible,
                                   const ViewColors& colors) const {
     if (m_stripeSpacing <= 0)
         return;
-    const qint64 period = 2 * qint64(m_stripeSpacing);
+    const int spacing = std::min(m_stripeSpacing, largestExtent);
+    const int period = 2 * spacing;
     const int left = std::max(visible.left(), nameColumnWidth);
-    for (qint64 x = nameColumnWidth + (left - nameColumnWidth) / period * period;
-         x <= visible.right(); x += period) {
-        const int from = static_cast<int>(x) + m_stripeSpacing;
-        painter.fillRect(QRect(from, visible.top(), m_stripeSpacing, visible.height()) & visible,
+    for (int x = nameColumnWidth + (left - nameColumnWidth) / period * period; x <= visible.right();
+         x += period)
+        painter.fillRect(QRect(x + spacing, visible.top(), spacing, visible.height()) & visible,
                          colors.stripe);
-    }
 }
 
 void EventGraphView::paintSyncLines(QPainter& painter, const QRect& visible,

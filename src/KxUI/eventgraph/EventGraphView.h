@@ -170,7 +170,6 @@ protected:
 private:
     friend class CaptureState;
     friend class EventGraph;
-    friend class TimeRuler;
     friend class EventGraphReader;
     friend class EventTrack;
 
