@@ -135,7 +135,7 @@ void MainWindow::makePlaybackMenu() {
             &Navigator::goHalfWay);
     addItem(menu, tr("Go to Star&t"), QKeySequence(Qt::Key_Home), navigator, &Navigator::goToStart);
     addItem(menu, tr("Go to &End"), QKeySequence(Qt::Key_End), navigator, &Navigator::goToEnd);
-    addItem(menu, tr("Type a Ti&me"), QKeySequence(Qt::CTRL | Qt::Key_T),
+    addItem(menu, tr("Type a Ti&me"), QKeySequence(QStringLiteral("Ctrl+T")),
             m_timeline->transportRow()->transport(),
             &UI::TransportControlsWidget::setFocusToTimecodeWidget);
     menu->addSeparator();
@@ -167,11 +167,11 @@ void MainWindow::makeMarksMenu() {
     QMenu* menu = menuBar()->addMenu(tr("&Marks"));
     addItem(menu, tr("Mark &In"), QKeySequence(Qt::Key_I), model, &UI::TimeSliderModel::markIn);
     addItem(menu, tr("Mark &Out"), QKeySequence(Qt::Key_O), model, &UI::TimeSliderModel::markOut);
-    addItem(menu, tr("Go to I&n"), QKeySequence(Qt::SHIFT | Qt::Key_I), model,
+    addItem(menu, tr("Go to I&n"), QKeySequence(QStringLiteral("Shift+I")), model,
             &UI::TimeSliderModel::goToInPoint);
-    addItem(menu, tr("Go to O&ut"), QKeySequence(Qt::SHIFT | Qt::Key_O), model,
+    addItem(menu, tr("Go to O&ut"), QKeySequence(QStringLiteral("Shift+O")), model,
             &UI::TimeSliderModel::goToOutPoint);
-    addItem(menu, tr("&Clear In and Out"), QKeySequence(Qt::CTRL | Qt::Key_I), model,
+    addItem(menu, tr("&Clear In and Out"), QKeySequence(QStringLiteral("Ctrl+I")), model,
             &UI::TimeSliderModel::clearInOut);
     QAction* lock = menu->addAction(tr("Play &Between Marks"));
     lock->setCheckable(true);
@@ -179,7 +179,7 @@ void MainWindow::makeMarksMenu() {
     connect(menu, &QMenu::aboutToShow, lock,
             [lock, model] { lock->setChecked(model->inOutLock()); });
     menu->addSeparator();
-    addItem(menu, tr("Set or Remove &Keyframe"), QKeySequence(Qt::CTRL | Qt::Key_K), this,
+    addItem(menu, tr("Set or Remove &Keyframe"), QKeySequence(QStringLiteral("Ctrl+K")), this,
             [this] { m_session.toggleKeyFrame(); });
 }
 
@@ -211,7 +211,7 @@ void MainWindow::makeViewMenu() {
     menu->addSeparator();
     UI::TimeSlider* slider = m_timeline->slider();
     addItem(menu, tr("&Whole Clip"), QKeySequence(Qt::Key_F), slider, &UI::TimeSlider::zoomToFit);
-    addItem(menu, tr("&Marked Range"), QKeySequence(Qt::SHIFT | Qt::Key_F), slider,
+    addItem(menu, tr("&Marked Range"), QKeySequence(QStringLiteral("Shift+F")), slider,
             &UI::TimeSlider::zoomToFitInOut);
     menu->addSeparator();
     auto* themes = new QActionGroup(this);
