@@ -161,7 +161,12 @@ void addMemset(const std::string& work, std::size_t planes) {
 
 } // namespace
 
+/** Those of the wheel, in a file of their own. */
+void registerColorWheelBenchmarks();
+
 void registerBenchmarks() {
+    registerColorWheelBenchmarks();
+
     using namespace Kestrel::Bench;
 
     const std::string decode422 = "1080p frame: 8-bit 4:2:2 to planar float";
