@@ -42,7 +42,6 @@ private Q_SLOTS:
         const auto value = makeTrack(TrackType::Value, nullptr);
         const auto bytes = makeTrack(TrackType::Bandwidth, time.get());
 
-        std::atomic<EventGraphView*> shown{nullptr};
         std::atomic<int> left{operations};
         const auto record = [&](int number) {
             std::unique_ptr<EventTrack> own;
