@@ -80,7 +80,11 @@ public:
     bool restore(QByteArray state) {
         QBuffer buffer(&state);
         buffer.open(QIODevice::ReadOnly);
-        return restoreWholeLayout(&buffer, false);
+        const bool restored = restoreWholeLayout(&buffer, false);
+        // The screen of this platform is small, and a restored window fits its screen; the peers
+        // stay large, and so must this one for the same work.
+        resize(4000, 3000);
+        return restored;
     }
 
 private:

@@ -52,12 +52,6 @@ class DockDesktopTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase() {
-        if (QGuiApplication::platformName() != "xcb" ||
-            !qEnvironmentVariableIsSet("KXUI_X11_TESTS"))
-            QSKIP("needs the screen that x11/run.sh makes");
-    }
-
     void drops_data() {
         QTest::addColumn<double>("x");
         QTest::addColumn<double>("y");

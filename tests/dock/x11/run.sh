@@ -16,4 +16,4 @@ DISPLAY=:$number
 export DISPLAY
 HOME=$folder openbox 2>/dev/null &
 manager=$!
-KXUI_X11_TESTS=1 XDG_RUNTIME_DIR=$folder QT_QPA_PLATFORM=xcb "$@"
+XDG_RUNTIME_DIR=$folder QT_QPA_PLATFORM=xcb "$@"
