@@ -163,7 +163,6 @@ void MultiStackUndoViewTest::groupsComeAndGo() {
     {
         MultiStackUndoGroup second;
         view.setGroup(&second);
-        QCOMPARE(view.model()->rowCount(), 1);
         m_group->undo();
         QCOMPARE(view.currentIndex().row(), 0);
     }
@@ -171,9 +170,6 @@ void MultiStackUndoViewTest::groupsComeAndGo() {
     QTest::keyClick(&view, Qt::Key_Down);
     view.setGroup(m_group.get());
     QCOMPARE(view.currentIndex().row(), 9);
-    view.setGroup(nullptr);
-    QCOMPARE(view.model()->rowCount(), 0);
-    QCOMPARE(m_group->index(), 9);
 }
 
 KXUI_TEST(MultiStackUndoViewTest);

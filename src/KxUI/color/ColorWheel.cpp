@@ -193,7 +193,6 @@ void ColorWheel::paintEvent(QPaintEvent* event) {
     outline.setAlphaF(0.35);
 
     QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
     if (!isEnabled())
         painter.setOpacity(0.35);
     QRegion besideSquare = event->region();
@@ -208,6 +207,7 @@ void ColorWheel::paintEvent(QPaintEvent* event) {
         painter.setPen(outline);
         painter.drawRect(geometry.square());
     }
+    painter.setRenderHint(QPainter::Antialiasing); // slow for the pictures, which need none
     const QLineF ringMarker = geometry.ringMarkerOf(color, m_ringValue);
     drawRingMarker(painter,
                    {geometry.toWidget(ringMarker.p1()), geometry.toWidget(ringMarker.p2())});
