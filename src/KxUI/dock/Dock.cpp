@@ -119,7 +119,8 @@ void Dock::createTitleButtons() {
         return;
     const auto make = [this](QStyle::StandardPixmap icon, const QString& toolTip) {
         auto* button = new TitleBarButton(m_titleBar);
-        button->setIcon(style()->standardIcon(icon, nullptr, this));
+        button->setIcon(m_controller ? m_controller->sharedIcon(icon)
+                                     : style()->standardIcon(icon, nullptr, this));
         button->setToolTip(toolTip);
         button->setAccessibleName(toolTip);
         return button;

@@ -198,7 +198,9 @@ private:
 LayoutReading readLayout(QIODevice* device) {
     QByteArray document;
     while (document.size() <= MaxLayoutBytes) {
-        const QByteArray part = device->read(MaxLayoutBytes + 1 - document.size());
+        // In pieces: asked for the bound at once, the device would make room for all of it.
+        constexpr qint64 Piece = 64 << 10;
+        const QByteArray part = device->read(Piece);
         if (part.isEmpty())
             break;
         document += part;

@@ -337,6 +337,13 @@ DockArrangeMenu* DockMainWindow::arrangeMenu() {
     return m_arrangeMenu.get();
 }
 
+QIcon DockMainWindow::sharedIcon(QStyle::StandardPixmap which) {
+    QIcon& icon = m_sharedIcons[{style(), int(which)}];
+    if (icon.isNull())
+        icon = style()->standardIcon(which, nullptr, this);
+    return icon;
+}
+
 bool DockMainWindow::saveLayout(QIODevice* device, QWidget* focusWidget) {
     const QWidget* focus = focusWidget ? focusWidget : QApplication::focusWidget();
     const bool written = writeLayout(device, DockLayoutBuilder::capture(*this, focus));

@@ -5,9 +5,13 @@
 #include <KxUI/dock/DockLayoutError.h>
 #include <KxUI/dock/DockWindow.h>
 
+#include <QHash>
+#include <QIcon>
 #include <QList>
+#include <QPair>
 #include <QSet>
 #include <QStringList>
+#include <QStyle>
 
 #include <memory>
 
@@ -172,6 +176,9 @@ private:
     Dock* walkFocus(int step);
     void rebuildLayoutIds();
     DockArrangeMenu* arrangeMenu();
+    /** The style's icon, one for all panes: each icon that a style makes fills the pixmap cache
+        anew. */
+    QIcon sharedIcon(QStyle::StandardPixmap which);
 
     QList<DockWindow*> m_floatingWindows;
     QStringList m_layoutIds;
@@ -184,6 +191,7 @@ private:
     QSet<Dock*> m_docks;            // every pane of this controller, in the tree or not
     QSet<DockWindow*> m_satellites; // every other window of it, listed or not
     std::unique_ptr<DockArrangeMenu> m_arrangeMenu;
+    QHash<QPair<const QStyle*, int>, QIcon> m_sharedIcons;
     bool m_restoring = false;
 };
 
