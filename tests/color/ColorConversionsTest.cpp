@@ -111,31 +111,23 @@ private slots:
         QVERIFY(near(out, {0.47143F, 0.60227F, 0.04838F}, 1e-5F));
     }
 
-    void hsv_data() {
-        QTest::addColumn<float>("h");
-        QTest::addColumn<float>("s");
-        QTest::addColumn<float>("v");
-        QTest::addColumn<QVector<float>>("rgb");
-        const float third = 1.0F / 3;
-        QTest::newRow("black") << 0.0F << 0.0F << 0.0F << QVector<float>{0, 0, 0};
-        QTest::newRow("grey") << 0.0F << 0.0F << 0.5F << QVector<float>{0.5F, 0.5F, 0.5F};
-        QTest::newRow("orange") << 0.5F / 6 << 1.0F << 1.0F << QVector<float>{1, 0.5F, 0};
-        QTest::newRow("green") << third << 0.5F << 0.8F << QVector<float>{0.4F, 0.8F, 0.4F};
-        QTest::newRow("cyan") << 0.5F << 1.0F << 2.0F << QVector<float>{0, 2, 2};
-        QTest::newRow("blue") << 2 * third << 1.0F << 1.0F << QVector<float>{0, 0, 1};
-        QTest::newRow("magenta") << 5.0F / 6 << 1.0F << 1.0F << QVector<float>{1, 0, 1};
-    }
     void hsv() {
-        QFETCH(float, h);
-        QFETCH(float, s);
-        QFETCH(float, v);
-        QFETCH(QVector<float>, rgb);
-        Color out{};
-        rgbToHsv(rgb[0], rgb[1], rgb[2], out[0], out[1], out[2]);
-        QVERIFY(near(out, {h, s, v}, 1e-6F));
-        for (const float turns : {0.0F, 1.0F, -3.0F}) {
-            hsvToRgb(h + turns, s, v, out[0], out[1], out[2]);
-            QVERIFY(near(out, {rgb[0], rgb[1], rgb[2]}, 5e-6F));
+        const std::array<std::pair<Color, Color>, 7> known{
+            {{{0, 0, 0}, {0, 0, 0}},
+             {{0.5F, 0.5F, 0.5F}, {0, 0, 0.5F}},
+             {{1, 0.5F, 0}, {1.0F / 12, 1, 1}},
+             {{0.4F, 0.8F, 0.4F}, {2.0F / 6, 0.5F, 0.8F}},
+             {{0, 2, 2}, {0.5F, 1, 2}},
+             {{0, 0, 1}, {4.0F / 6, 1, 1}},
+             {{1, 0, 1}, {5.0F / 6, 1, 1}}}};
+        for (const auto& [rgb, hsv] : known) {
+            Color out{};
+            rgbToHsv(rgb[0], rgb[1], rgb[2], out[0], out[1], out[2]);
+            QVERIFY(near(out, hsv, 1e-6F));
+            for (const float turns : {0.0F, 1.0F, -3.0F}) {
+                hsvToRgb(hsv[0] + turns, hsv[1], hsv[2], out[0], out[1], out[2]);
+                QVERIFY(near(out, rgb, 5e-6F));
+            }
         }
     }
 

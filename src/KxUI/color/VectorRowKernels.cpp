@@ -80,8 +80,8 @@ HWY_INLINE Int field(Codes words) {
     return hn::BitCast(Signed(), hn::And(hn::ShiftRight<Shift>(words), mask));
 }
 
-// The whole part of codes, which are within the range of integers: on x86 `ConvertTo` spends four
-// more instructions on those that are not.
+// The whole part. What does not fit an integer becomes the most negative one on x86, where
+// `ConvertTo` would spend four more instructions on it.
 HWY_INLINE Int whole(V code) {
 #if HWY_ARCH_X86 && HWY_TARGET == HWY_SSE4
     return Int{_mm_cvttps_epi32(code.raw)};
@@ -93,16 +93,17 @@ HWY_INLINE Int whole(V code) {
 }
 
 template <int Shift>
-HWY_INLINE Codes placed(V code) {
-    return hn::ShiftLeft<Shift>(hn::BitCast(Word(), whole(code)));
+HWY_INLINE Codes placed(Int code) {
+    return hn::ShiftLeft<Shift>(hn::BitCast(Word(), code));
 }
 
 // ---- Codes to values and back, as in the scalar kernels.
 
 // Division of codes by the range that they span. A product with the reciprocal's upper bits is
-// exact, one with its lower bits corrects it: no slower than one multiplication by the rounded
-// reciprocal, which would be wrong for half of the codes. For the ranges of 8 and 10 bits, 57344
-// and 65535 the sum is the true quotient of every code (the tests try them all); the others divide.
+// exact, one with its lower bits corrects it, in less time than a division takes. (The product with
+// the rounded reciprocal alone is wrong for half of the codes.) For the ranges of 8 and 10 bits,
+// 57344 and 65535 the sum is the true quotient of every code, and the tests try them all; the other
+// ranges divide.
 template <bool ByProducts>
 struct Quotient {
     Quotient(float wanted, int lowerBits)
@@ -224,29 +225,37 @@ struct MatrixRow {
     V red, green, blue;
 };
 
-// A code is limited while it is a float; in this order of comparisons, what is not a number gets
-// the lowest.
+// Limits are whole numbers, and what is not a number gets the lowest code.
 template <class Kind>
 struct CodeRule {
     CodeRule(float codeRange, float codeOffset, float lowest, float highest)
         : range(constant(codeRange / Factor))
         , offset(constant(codeOffset / Factor))
         , low(constant(lowest))
-        , high(constant(highest)) {}
+        , high(constant(highest))
+        , lowCode(whole(low)) {}
 
-    HWY_INLINE V code(V value) const {
+    HWY_INLINE Int code(V value) const {
         V scaled = hn::Add(hn::Mul(value, range), offset);
         if constexpr (Factor != 1.0F)
             scaled = hn::Mul(scaled, constant(Factor));
         const V rounded = hn::Add(scaled, constant(0.5F));
-        if constexpr (HWY_ARCH_X86) // whose maximum of two is the second if either is not a number
-            return hn::Min(hn::Max(rounded, low), high);
+        // On x86 the minimum of two is the second if either is not a number.
+        if constexpr (HWY_ARCH_X86)
+            return hn::Max(whole(hn::Min(high, rounded)), lowCode);
         else
-            return hn::Min(hn::IfThenElse(hn::Gt(rounded, low), rounded, low), high);
+            return whole(hn::Min(hn::IfThenElse(hn::Gt(rounded, low), rounded, low), high));
     }
 
     static constexpr float Factor = std::is_same_v<Kind, YCbCrTimes255> ? 255.0F : 1.0F;
     V range, offset, low, high;
+    Int lowCode;
+};
+
+// What is stored of a pixel.
+template <class Lane>
+struct Stored {
+    Lane x, y, z;
 };
 
 template <class Kind>
@@ -262,14 +271,16 @@ struct Encoding {
                          scale.chromaHigh)
         , alphaRule(scale.alphaRange, scale.alphaOffset, 0.0F, scale.alphaHigh) {}
 
-    HWY_INLINE V alpha(V value) const {
+    using Lane = std::conditional_t<isFloat<Kind>, V, Int>;
+
+    HWY_INLINE Lane alpha(V value) const {
         if constexpr (isFloat<Kind>)
             return value;
         else
             return alphaRule.code(value);
     }
 
-    HWY_INLINE V first(V value) const {
+    HWY_INLINE Lane first(V value) const {
         if constexpr (std::is_same_v<Kind, FloatRgb>)
             return value;
         else if constexpr (isFloat<Kind>)
@@ -278,7 +289,7 @@ struct Encoding {
             return lumaRule.code(value);
     }
 
-    HWY_INLINE V other(V value) const {
+    HWY_INLINE Lane other(V value) const {
         if constexpr (std::is_same_v<Kind, FloatRgb>)
             return value;
         else if constexpr (isFloat<Kind>)
@@ -290,22 +301,15 @@ struct Encoding {
     }
 
     // Halving is exact, so the mean may wait for the multiplication by the range.
-    HWY_INLINE V meanChroma(V left, V right) const {
+    HWY_INLINE Int meanChroma(V left, V right) const {
         return halfChromaRule.code(hn::Add(left, right));
     }
 
-    // The codes of one pixel in each lane, in the roles of x, y and z.
-    HWY_INLINE Color codes(const Color& color) const {
-        Color codes = color;
-        if constexpr (!isRgb<Kind>) {
-            codes.red = lumaRow.of(color);
-            codes.green = cbRow.of(color);
-            codes.blue = crRow.of(color);
-        }
-        codes.red = first(codes.red);
-        codes.green = other(codes.green);
-        codes.blue = other(codes.blue);
-        return codes;
+    HWY_INLINE Stored<Lane> stored(const Color& color) const {
+        if constexpr (isRgb<Kind>)
+            return {first(color.red), other(color.green), other(color.blue)};
+        else
+            return {first(lumaRow.of(color)), other(cbRow.of(color)), other(crRow.of(color))};
     }
 
     MatrixRow lumaRow, cbRow, crRow;
@@ -412,7 +416,7 @@ struct PairCodes {
         return moved(lanes, [](std::size_t i) { return i % (Lanes / 2) * 2 + i / (Lanes / 2); });
     }
 
-    V leftLuma, rightLuma, cb, cr;
+    Int leftLuma, rightLuma, cb, cr;
 };
 
 template <int Cb, int Y0, int Cr, int Y1, class Kind>
@@ -434,7 +438,7 @@ HWY_INLINE Samples<Int> loadSamples(const Byte* from, Byte) {
     return {{field<0, 8>(words), field<8, 8>(words), field<16, 8>(words), field<24, 8>(words)}};
 }
 
-HWY_INLINE void storeSamples(const Samples<V>& from, Byte* to, Byte) {
+HWY_INLINE void storeSamples(const Samples<Int>& from, Byte* to, Byte) {
     storeWords(hn::Or(hn::Or(placed<0>(from.each[0]), placed<8>(from.each[1])),
                       hn::Or(placed<16>(from.each[2]), placed<24>(from.each[3]))),
                to);
@@ -447,7 +451,7 @@ HWY_INLINE Samples<Int> loadSamples(const Byte* from, std::uint16_t) {
     return {{field<0, 16>(low), field<16, 16>(low), field<0, 16>(high), field<16, 16>(high)}};
 }
 
-HWY_INLINE void storeSamples(const Samples<V>& from, Byte* to, std::uint16_t) {
+HWY_INLINE void storeSamples(const Samples<Int>& from, Byte* to, std::uint16_t) {
     const Codes low = hn::Or(placed<0>(from.each[0]), placed<16>(from.each[1]));
     const Codes high = hn::Or(placed<0>(from.each[2]), placed<16>(from.each[3]));
     hn::StoreInterleaved2(low, high, Word(), reinterpret_cast<std::uint32_t*>(to));
@@ -477,12 +481,12 @@ HWY_INLINE void decodePass(Quads<Sample, A, X, Y, Z>, const Byte* from, const Pl
 template <class Sample, int A, int X, int Y, int Z, class Kind>
 HWY_INLINE void encodePass(Quads<Sample, A, X, Y, Z>, const ConstPlanes& from, Byte* to,
                            const Encoding<Kind>& encoding) {
-    const Color color = encoding.codes(loadColor(from));
-    Samples<V> codes;
+    const auto stored = encoding.stored(loadColor(from));
+    Samples<typename Encoding<Kind>::Lane> codes;
     codes.each[A] = encoding.alpha(loadAlpha(from));
-    codes.each[X] = color.red;
-    codes.each[Y] = color.green;
-    codes.each[Z] = color.blue;
+    codes.each[X] = stored.x;
+    codes.each[Y] = stored.y;
+    codes.each[Z] = stored.z;
     storeSamples(codes, to, Sample());
 }
 
@@ -508,14 +512,13 @@ template <class Sample, class Kind>
 HWY_INLINE void encodePass(Triples<Sample>, const ConstPlanes& from, Byte* to,
                            const Encoding<Kind>& encoding) {
     using Part = hn::Rebind<Sample, F>;
-    const Color codes = encoding.codes(loadColor(from));
+    const auto codes = encoding.stored(loadColor(from));
     auto* const samples = reinterpret_cast<Sample*>(to);
     if constexpr (std::is_same_v<Sample, float>) {
-        hn::StoreInterleaved3(codes.red, codes.green, codes.blue, Part(), samples);
+        hn::StoreInterleaved3(codes.x, codes.y, codes.z, Part(), samples);
     } else {
-        const auto narrow = [](V code) HWY_ATTR { return hn::DemoteTo(Part(), whole(code)); };
-        hn::StoreInterleaved3(narrow(codes.red), narrow(codes.green), narrow(codes.blue), Part(),
-                              samples);
+        const auto narrow = [](Int code) HWY_ATTR { return hn::DemoteTo(Part(), code); };
+        hn::StoreInterleaved3(narrow(codes.x), narrow(codes.y), narrow(codes.z), Part(), samples);
     }
 }
 
@@ -531,9 +534,9 @@ HWY_INLINE void decodePass(Words10, const Byte* from, const Planes& to, const Ru
 template <class Kind>
 HWY_INLINE void encodePass(Words10, const ConstPlanes& from, Byte* to,
                            const Encoding<Kind>& encoding) {
-    const Color codes = encoding.codes(loadColor(from));
-    storeWords(hn::Or(hn::Or(placed<0>(codes.red), placed<10>(codes.green)),
-                      hn::Or(placed<20>(codes.blue), placed<30>(encoding.alpha(loadAlpha(from))))),
+    const auto codes = encoding.stored(loadColor(from));
+    storeWords(hn::Or(hn::Or(placed<0>(codes.x), placed<10>(codes.y)),
+                      hn::Or(placed<20>(codes.z), placed<30>(encoding.alpha(loadAlpha(from))))),
                to);
 }
 
@@ -607,15 +610,14 @@ HWY_INLINE void encodePass(Packing::V210, const ConstPlanes& from, Byte* to,
     alignas(64) std::array<std::int32_t, 6 * Lanes> luma;
     alignas(64) std::array<std::int32_t, 3 * Lanes> cb;
     alignas(64) std::array<std::int32_t, 3 * Lanes> cr;
-    const auto inOrder = [](V code) HWY_ATTR { return PairCodes::inOrder(whole(code)); };
     for (std::size_t pair = 0; pair < 3 * Lanes; pair += Lanes) {
         const std::size_t pixel = 2 * pair;
         const PairCodes codes({nullptr, from.red + pixel, from.green + pixel, from.blue + pixel},
                               encoding);
-        hn::StoreInterleaved2(inOrder(codes.leftLuma), inOrder(codes.rightLuma), Signed(),
-                              &luma[pixel]);
-        hn::Store(inOrder(codes.cb), Signed(), &cb[pair]);
-        hn::Store(inOrder(codes.cr), Signed(), &cr[pair]);
+        hn::StoreInterleaved2(PairCodes::inOrder(codes.leftLuma),
+                              PairCodes::inOrder(codes.rightLuma), Signed(), &luma[pixel]);
+        hn::Store(PairCodes::inOrder(codes.cb), Signed(), &cb[pair]);
+        hn::Store(PairCodes::inOrder(codes.cr), Signed(), &cr[pair]);
     }
     const auto word = [](std::int32_t low, std::int32_t middle, std::int32_t high) {
         return std::uint32_t(low) | std::uint32_t(middle) << 10 | std::uint32_t(high) << 20;
@@ -644,7 +646,7 @@ struct VectorRow {
 
     static void decode(const void* source, const PlanarRow& row, std::size_t pixels,
                        const CodeScale& scale, const YCbCrToRgbCoefficients& coefficients) {
-        const PlanarRow to = row;
+        const PlanarRow to = row; // a copy that stores of floats cannot change
         const Decoding<Kind, (Group::CodeBits > 10)> decoding(scale, coefficients);
         const auto* from = static_cast<const Byte*>(source);
         std::size_t done = 0;
