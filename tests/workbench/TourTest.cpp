@@ -77,7 +77,7 @@ private slots:
 
         const QStringList pictures = QDir(out).entryList(QDir::Files);
         for (const char* widget : {"main-window", "sequence-list", "viewer", "timeline",
-                                   "viewer-missing", "viewer-unreadable"}) {
+                                   "viewer-missing", "viewer-unreadable", "profiler"}) {
             for (const char* theme : {"dark", "light"}) {
                 QSize sizes[2];
                 for (const int scale : {1, 2}) {

@@ -8,6 +8,7 @@
 #include "panels/TransportRow.h"
 #include "panels/ViewerPanel.h"
 
+#include <KxUI/eventgraph/EventGraph.h>
 #include <KxUI/time/TimeSlider.h>
 #include <KxUI/time/TransportControlsWidget.h>
 
@@ -66,6 +67,7 @@ MainWindow::MainWindow(Base::TimeBase timeBase, std::size_t cacheBytes, Theme th
     makePlaybackMenu();
     makeMarksMenu();
     makeViewMenu();
+    makeToolsMenu();
     connect(m_list, &SequenceListPanel::sequenceChosen, this,
             [this](const Sequence& sequence, Base::Time at) {
                 m_session.open(sequence, at);
@@ -224,6 +226,21 @@ void MainWindow::makeViewMenu() {
     };
     addTheme(tr("Dar&k"), Theme::Dark);
     addTheme(tr("&Light"), Theme::Light);
+}
+
+void MainWindow::makeToolsMenu() {
+    QMenu* menu = menuBar()->addMenu(tr("&Tools"));
+    addItem(menu, tr("&Profiler"), QKeySequence(QStringLiteral("Ctrl+Shift+P")), this,
+            [this] { openProfiler(); });
+}
+
+void MainWindow::openProfiler() {
+    UI::EventGraph* profiler = UI::EventGraph::instance();
+    m_session.profiling()->addTo(profiler->view());
+    profiler->setAttribute(Qt::WA_QuitOnClose, false);
+    profiler->show();
+    profiler->raise();
+    profiler->activateWindow();
 }
 
 void MainWindow::askForFolder() {

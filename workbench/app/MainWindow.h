@@ -34,12 +34,17 @@ public:
 
     void setTheme(Theme theme);
 
+    /** Brings up the profiler's window, on this window's tracks. It does not keep the program
+        running when this window closes. */
+    void openProfiler();
+
 private:
     void makeFileMenu();
     void makePlaybackMenu();
     void makeRepeatMenu(QMenu* menu);
     void makeMarksMenu();
     void makeViewMenu();
+    void makeToolsMenu();
     void askForFolder();
     void reload();
 

@@ -1,16 +1,19 @@
 #include "media/DecodePool.h"
 
+#include "profile/FrameNote.h"
+
+#include <KxUI/eventgraph/EventAdder.h>
+
 #include <algorithm>
 #include <chrono>
 
 namespace Kestrel::Workbench {
 
-DecodePool::DecodePool(int threads, QObject* parent)
+DecodePool::DecodePool(const std::vector<UI::EventTrack*>& tracks, QObject* parent)
     : QObject(parent) {
-    const int count = std::max(threads, 1);
-    m_threads.reserve(std::size_t(count));
-    for (int i = 0; i < count; ++i)
-        m_threads.emplace_back([this] { work(); });
+    m_threads.reserve(tracks.size());
+    for (UI::EventTrack* track : tracks)
+        m_threads.emplace_back([this, track] { work(track); });
 }
 
 DecodePool::~DecodePool() {
@@ -50,7 +53,7 @@ std::size_t DecodePool::pending() const {
     return m_waiting.size() + m_running.size();
 }
 
-void DecodePool::work() {
+void DecodePool::work(UI::EventTrack* track) {
     std::unique_lock lock(m_mutex);
     for (;;) {
         m_wake.wait(lock, [this] { return m_quit || !m_waiting.empty(); });
@@ -62,19 +65,27 @@ void DecodePool::work() {
         const std::uint64_t round = m_round;
         lock.unlock();
 
-        const auto cancelled = [this, round] {
-            const std::lock_guard guard(m_mutex);
-            return m_round != round;
-        };
         const auto start = std::chrono::steady_clock::now();
-        const auto frame = std::make_shared<const Frame>(
-            decodeFrame(request.path, request.time, DecodeLimits(), cancelled));
+        const FramePtr frame = decode(request, round, track);
         const std::chrono::duration<double> spent = std::chrono::steady_clock::now() - start;
         QMetaObject::invokeMethod(
             this, [this, round, frame, spent] { deliver(round, frame, spent.count()); },
             Qt::QueuedConnection);
         lock.lock();
     }
+}
+
+FramePtr DecodePool::decode(const Request& request, std::uint64_t round,
+                            UI::EventTrack* track) const {
+    const auto cancelled = [this, round] {
+        const std::lock_guard guard(m_mutex);
+        return m_round != round;
+    };
+    UI::EventAdder activity(track, {}, true);
+    auto frame = std::make_shared<const Frame>(
+        decodeFrame(request.path, request.time, DecodeLimits(), cancelled));
+    activity.setUserData(new FrameNote(*frame));
+    return frame;
 }
 
 void DecodePool::deliver(std::uint64_t round, const FramePtr& frame, double seconds) {

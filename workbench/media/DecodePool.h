@@ -3,6 +3,8 @@
 #include "media/Frame.h"
 #include "media/FrameDecoder.h"
 
+#include <KxUI/eventgraph/EventTrack.h>
+
 #include <QObject>
 
 #include <condition_variable>
@@ -27,8 +29,9 @@ public:
         std::string path;
     };
 
-    /** @param threads  number of workers, at least 1 */
-    explicit DecodePool(int threads, QObject* parent = nullptr);
+    /** @param tracks  of the profiler: as many workers are made, and each records its decodes into
+        one; borrowed, and outlive the pool */
+    explicit DecodePool(const std::vector<UI::EventTrack*>& tracks, QObject* parent = nullptr);
     ~DecodePool() override;
 
     /** Replaces all that has not been begun; most wanted first. What is being decoded already is
@@ -48,7 +51,8 @@ signals:
     void frameDecoded(const Kestrel::Workbench::FramePtr& frame);
 
 private:
-    void work();
+    void work(UI::EventTrack* track);
+    FramePtr decode(const Request& request, std::uint64_t round, UI::EventTrack* track) const;
     void deliver(std::uint64_t round, const FramePtr& frame, double seconds);
 
     mutable std::mutex m_mutex;

@@ -2,6 +2,9 @@
 
 #include "app/Theme.h"
 #include "panels/FittedRect.h"
+#include "profile/FrameNote.h"
+
+#include <KxUI/eventgraph/EventAdder.h>
 
 #include <QPainter>
 
@@ -44,6 +47,8 @@ QSize ViewerCanvas::sizeHint() const {
 }
 
 void ViewerCanvas::paintEvent(QPaintEvent*) {
+    const UI::EventAdder activity(m_paintTrack, m_frame ? new FrameNote(m_frame->time) : nullptr,
+                                  true);
     QPainter painter(this);
     painter.fillRect(rect(), themeColors(palette()).surround);
     if (!m_frame) {

@@ -2,6 +2,8 @@
 
 #include "media/Frame.h"
 
+#include <KxUI/eventgraph/EventTrack.h>
+
 #include <QWidget>
 
 namespace Kestrel::Workbench {
@@ -23,6 +25,9 @@ public:
     /** Prefers speed to the finest scaling, for playback. */
     void setFast(bool fast);
 
+    /** A track of the profiler for the repaints, or null; borrowed, and outlives the canvas. */
+    void setPaintTrack(UI::EventTrack* track) { m_paintTrack = track; }
+
     QSize sizeHint() const override;
 
 protected:
@@ -32,6 +37,7 @@ private:
     void paintPicture(QPainter& painter);
     void paintCard(QPainter& painter, const QString& title, const QString& message) const;
 
+    UI::EventTrack* m_paintTrack = nullptr;
     FramePtr m_frame;
     QString m_hint;
     bool m_fast = false;

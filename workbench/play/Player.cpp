@@ -37,8 +37,9 @@ double Player::achievedRate() {
 
 void Player::pictureShown(Base::Time time) {
     m_shownTime = time;
-    if (isPlaying() && !m_moving && time == m_model->currentTime())
-        m_meter.shownLate(m_monotonic.nsecsElapsed());
+    if (isPlaying() && !m_moving && time == m_model->currentTime() &&
+        m_meter.shownLate(m_monotonic.nsecsElapsed()))
+        emit frameShown(time);
 }
 
 void Player::play(int direction) {
@@ -54,6 +55,7 @@ void Player::play(int direction) {
         m_model->setCurrentTime(m_direction > 0 ? start : end);
     }
     m_meter.reset();
+    m_reportedDrops = 0;
     anchor();
     if (!wasPlaying)
         emit playingChanged(true);
@@ -117,12 +119,26 @@ void Player::tick() {
         const QScopedValueRollback<bool> moving(m_moving, true);
         m_model->setCurrentTime(position.time);
     }
-    if (moved && !position.ended)
-        m_meter.reached(m_ticks, m_shownTime == position.time, now);
+    if (moved && !position.ended) {
+        const bool shown = m_shownTime == position.time;
+        m_meter.reached(m_ticks, shown, now);
+        reportDrops();
+        if (shown)
+            emit frameShown(position.time);
+    }
     if (position.ended)
         emit playingChanged(false);
     if (position.ended || turned)
         emit statusChanged();
+}
+
+void Player::reportDrops() {
+    const std::uint64_t drops = m_meter.droppedForGood();
+    if (drops == m_reportedDrops)
+        return;
+    const quint64 more = drops - m_reportedDrops;
+    m_reportedDrops = drops;
+    emit framesDropped(more);
 }
 
 void Player::scheduleTick() {

@@ -48,11 +48,16 @@ signals:
     void playingChanged(bool playing);
     /** Whether it plays, its direction or the kind of repeat changed. */
     void statusChanged();
+    /** While playing, the picture of a time came to the screen. */
+    void frameShown(Kestrel::Base::Time time);
+    /** Playback has passed so many frames whose pictures did not come in time. */
+    void framesDropped(quint64 frames);
 
 private:
     void anchor();
     void tick();
     void scheduleTick();
+    void reportDrops();
     void followModel(UI::TimeSliderModel::TimeFlags flags);
 
     UI::TimeSliderModel* m_model;
@@ -62,6 +67,7 @@ private:
     RateMeter m_meter;
     int m_direction = 1;
     std::uint64_t m_ticks = 0;
+    std::uint64_t m_reportedDrops = 0;
     Base::Time m_shownTime = Base::InvalidTime;
     /** The model's current time is being moved by the player itself. */
     bool m_moving = false;

@@ -22,12 +22,13 @@ void RateMeter::reached(std::uint64_t ticks, bool shown, std::int64_t nowNs) {
         ++m_dropped;
 }
 
-void RateMeter::shownLate(std::int64_t nowNs) {
+bool RateMeter::shownLate(std::int64_t nowNs) {
     if (!m_started || m_lastShown)
-        return;
+        return false;
     m_lastShown = true;
     --m_dropped;
     m_shown.push_back(nowNs);
+    return true;
 }
 
 double RateMeter::rate(std::int64_t nowNs) {

@@ -18,13 +18,19 @@ public:
         of that very frame was on the screen. */
     void reached(std::uint64_t ticks, bool shown, std::int64_t nowNs);
 
-    /** The picture of the tick reached last came late, but before the next. */
-    void shownLate(std::int64_t nowNs);
+    /** The picture of the tick reached last came late, but before the next. False when it had been
+        shown before, or no tick has been reached. */
+    bool shownLate(std::int64_t nowNs);
 
     /** Pictures a second over the last second before `nowNs`; 0 until two were shown. */
     double rate(std::int64_t nowNs);
 
     std::uint64_t dropped() const { return m_dropped; }
+
+    /** Those of them whose picture cannot come late any more. */
+    std::uint64_t droppedForGood() const {
+        return m_dropped - (m_started && !m_lastShown ? 1U : 0U);
+    }
 
 private:
     std::deque<std::int64_t> m_shown;

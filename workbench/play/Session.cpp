@@ -25,9 +25,10 @@ constexpr std::size_t requestsLeftBeforePlanning = 8;
 
 Session::Session(Base::TimeBase timeBase, std::size_t cacheBytes, QObject* parent)
     : QObject(parent)
+    , m_profiling(decodeThreads(), double(timeBase.rate()), cacheBytes)
     , m_player(&m_model)
     , m_cache(cacheBytes)
-    , m_pool(decodeThreads()) {
+    , m_pool(m_profiling.decodeTracks()) {
     m_formatter.setTimeBase(timeBase);
     m_player.setTimeBase(timeBase);
     connect(&m_model, &TimeSliderModel::timeChanged, this,
@@ -36,6 +37,10 @@ Session::Session(Base::TimeBase timeBase, std::size_t cacheBytes, QObject* paren
                     showCurrent();
             });
     connect(&m_player, &Player::playingChanged, this, [this] { plan(); });
+    connect(&m_player, &Player::frameShown, this,
+            [this](Base::Time time) { m_profiling.shown(time, m_player.achievedRate()); });
+    connect(&m_player, &Player::framesDropped, this,
+            [this](quint64 frames) { m_profiling.dropped(frames, m_model.currentTime()); });
     connect(&m_pool, &DecodePool::frameDecoded, this, &Session::takeIn);
 }
 
@@ -43,6 +48,7 @@ void Session::open(Sequence sequence, Base::Time at) {
     m_player.stop();
     m_pool.cancelAll();
     m_cache.clear();
+    m_profiling.cleared();
     m_frameBytes = 0;
     m_sequence = std::move(sequence);
     m_shown = nullptr;
@@ -131,8 +137,12 @@ void Session::plan() {
 void Session::takeIn(const FramePtr& frame) {
     m_frameBytes = frame->cost();
     const FrameCache::Outcome outcome = m_cache.insert(frame, order());
-    for (const Base::Time evicted : outcome.evicted)
+    for (const Base::Time evicted : outcome.evicted) {
+        m_profiling.evicted(evicted);
         emit frameUncached(evicted);
+    }
+    if (outcome.stored)
+        m_profiling.filled(*frame, m_cache.bytes());
     if (!outcome.stored)
         m_cacheFull = true;
     else if (frame->state == Frame::State::Ready)

@@ -5,6 +5,7 @@
 #include "media/Sequence.h"
 #include "play/Navigator.h"
 #include "play/Player.h"
+#include "profile/Profiling.h"
 
 #include <KxUI/time/TimeFormatter.h>
 #include <KxUI/time/TimeSliderModel.h>
@@ -28,6 +29,7 @@ public:
     Navigator* navigator() { return &m_navigator; }
     const Sequence& sequence() const { return m_sequence; }
     const FrameCache& cache() const { return m_cache; }
+    Profiling* profiling() { return &m_profiling; }
 
     /** Opens a sequence at a time (its first when InvalidTime) in place of the open one. */
     void open(Sequence sequence, Base::Time at = Base::InvalidTime);
@@ -62,6 +64,8 @@ private:
     PlayOrder order() const;
     FramePtr missingFrame(Base::Time time) const;
 
+    /** First: everything records into it until it is gone. */
+    Profiling m_profiling;
     UI::TimeSliderModel m_model;
     UI::TimeFormatter m_formatter;
     Player m_player;

@@ -8,6 +8,8 @@
 #include "panels/ViewerPanel.h"
 #include "tour/TextTable.h"
 
+#include <KxUI/eventgraph/EventGraph.h>
+#include <KxUI/eventgraph/EventGraphView.h>
 #include <KxUI/time/TimeSlider.h>
 
 #include <QApplication>
@@ -64,6 +66,7 @@ int Tour::run() {
         print(QStringLiteral("Saved to %1\n").arg(m_line.tourFolder));
         m_window.openPaths(m_paths);
     }
+    capturePlayback();
     showcase();
     savePictures(Theme::Dark);
     savePictures(Theme::Light);
@@ -110,6 +113,24 @@ void Tour::visitFolder(const QByteArray& folder) {
     print(table.text() + QLatin1Char('\n'));
 }
 
+/** Captures how a sequence that is not in the cache yet comes in and plays. */
+void Tour::capturePlayback() {
+    Session* session = m_window.session();
+    FolderModel* model = m_window.list()->model();
+    waitFor([&] { return model->isComplete() && session->isSettled(); }, decodeSeconds);
+    UI::EventGraph* profiler = UI::EventGraph::instance();
+    profiler->setAttribute(Qt::WA_DontShowOnScreen);
+    m_window.openProfiler();
+    profiler->view()->start(10.0F, UI::EventGraphMode::History);
+    session->open(Sequence(session->sequence()));
+    session->player()->play();
+    QEventLoop loop;
+    QTimer::singleShot(1500, &loop, &QEventLoop::quit);
+    loop.exec();
+    session->player()->stop();
+    profiler->stop();
+}
+
 /** Puts the window into a state that shows what it can: marks, keyframes, a filled cache. */
 void Tour::showcase() {
     Session* session = m_window.session();
@@ -153,6 +174,7 @@ void Tour::savePictures(Theme theme) {
     empty.openFolder(QFile::encodeName(emptyFolder.path()));
     save(&empty, QStringLiteral("sequence-list-empty"));
     saveDamaged();
+    saveProfiler();
 }
 
 /** A viewer on a frame that is missing and on one that cannot be read. */
@@ -179,6 +201,14 @@ void Tour::saveDamaged() {
     session.model()->setCurrentTime(4);
     waitFor([&session] { return !session.isLoading(); }, decodeSeconds);
     save(&viewer, QStringLiteral("viewer-unreadable"));
+}
+
+void Tour::saveProfiler() {
+    UI::EventGraph* profiler = UI::EventGraph::instance();
+    profiler->resize(1280, 560);
+    QApplication::processEvents();
+    profiler->view()->zoomToFit();
+    save(profiler, QStringLiteral("profiler"));
 }
 
 void Tour::save(QWidget* widget, const QString& name) {

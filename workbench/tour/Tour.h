@@ -25,9 +25,11 @@ public:
 
 private:
     void visitFolder(const QByteArray& folder);
+    void capturePlayback();
     void showcase();
     void savePictures(Theme theme);
     void saveDamaged();
+    void saveProfiler();
     void save(QWidget* widget, const QString& name);
     bool waitFor(const std::function<bool()>& done, int seconds);
     int runOtherScale(int scale);

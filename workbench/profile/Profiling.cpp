@@ -1,0 +1,119 @@
+#include "profile/Profiling.h"
+
+#include "profile/FrameNote.h"
+
+#include <KxUI/eventgraph/EventAdder.h>
+#include <KxUI/eventgraph/EventGraphView.h>
+#include <KxUI/eventgraph/EventUserDataString.h>
+
+#include <QCoreApplication>
+
+#include <algorithm>
+#include <atomic>
+
+namespace Kestrel::Workbench {
+
+using UI::EventAdder;
+using UI::EventTrack;
+
+namespace {
+
+constexpr double mebibyte = 1024.0 * 1024.0;
+
+/** Room for more than the fastest playback needs, and for an hour of the usual one. */
+constexpr int mostEventsPerSecond = 2000;
+constexpr int mostEvents = 200'000;
+constexpr int graphHeight = 72;
+
+constexpr QRgb playbackColor = 0xff5b8fd9;
+constexpr QRgb droppedColor = 0xffd9534f;
+constexpr QRgb paintColor = 0xffd9953b;
+constexpr QRgb cacheColor = 0xff4fa66a;
+constexpr QRgb decodeColor = 0xff9a77cf;
+
+QString name(const char* text) {
+    return QCoreApplication::translate("Profiling", text);
+}
+
+/** Tracks of equal key leave a view together, so no two have the same one in the process. */
+int nextKey() {
+    static std::atomic<int> key{0};
+    return ++key;
+}
+
+EventTrack activities(const QString& name, QRgb color) {
+    return EventTrack(name, QColor(color), nextKey(), EventTrack::TrackType::Timeline, 0.0F, 0.0F,
+                      mostEventsPerSecond, mostEvents, 0, nullptr);
+}
+
+EventTrack graph(const QString& name, QRgb color, double top) {
+    return EventTrack(name, QColor(color), nextKey(), EventTrack::TrackType::Value, 0.0F,
+                      std::max(float(top), 1.0F), mostEventsPerSecond, mostEvents, graphHeight,
+                      nullptr);
+}
+
+/** A moment as an activity without length: unlike an instant it is counted and measured. */
+void mark(EventTrack& track, UI::IEventUserData* note) {
+    const EventAdder moment(&track, note, true);
+}
+
+} // namespace
+
+Profiling::Profiling(int decodeThreads, double rate, std::size_t cacheBytes)
+    : m_shown(activities(name("Frame shown"), playbackColor))
+    , m_dropped(activities(name("Frames dropped"), droppedColor))
+    , m_rate(graph(name("Playback (fps)"), playbackColor, rate * 2.0))
+    , m_paint(activities(name("Viewer paint"), paintColor))
+    , m_fill(activities(name("Cache fill"), cacheColor))
+    , m_eviction(activities(name("Cache eviction"), droppedColor))
+    , m_memory(graph(name("Cache (MiB)"), cacheColor, double(cacheBytes) / mebibyte)) {
+    for (int thread = 1; thread <= decodeThreads; ++thread)
+        m_decode.emplace_back(activities(name("Decode %1").arg(thread), decodeColor));
+}
+
+std::vector<EventTrack*> Profiling::tracks() {
+    std::vector<EventTrack*> all{&m_shown, &m_dropped,  &m_rate,  &m_paint,
+                                 &m_fill,  &m_eviction, &m_memory};
+    for (EventTrack& track : m_decode)
+        all.push_back(&track);
+    return all;
+}
+
+void Profiling::addTo(UI::EventGraphView* view) {
+    for (EventTrack* track : tracks()) {
+        if (track->graph() != view)
+            view->addTrack(track);
+    }
+}
+
+std::vector<EventTrack*> Profiling::decodeTracks() {
+    std::vector<EventTrack*> all;
+    for (EventTrack& track : m_decode)
+        all.push_back(&track);
+    return all;
+}
+
+void Profiling::shown(Base::Time time, double rate) {
+    mark(m_shown, new FrameNote(time));
+    if (rate > 0.0)
+        m_rate.addEvent(float(rate));
+}
+
+void Profiling::dropped(std::uint64_t frames, Base::Time time) {
+    mark(m_dropped, new UI::EventUserDataString(name("%1 before frame %2").arg(frames).arg(time)));
+}
+
+void Profiling::filled(const Frame& frame, std::size_t cacheBytes) {
+    mark(m_fill, new FrameNote(frame));
+    m_memory.addEvent(float(double(cacheBytes) / mebibyte));
+}
+
+void Profiling::evicted(Base::Time time) {
+    mark(m_eviction, new FrameNote(time));
+}
+
+void Profiling::cleared() {
+    m_memory.addEvent(0.0F);
+}
+
+} // namespace Kestrel::Workbench
