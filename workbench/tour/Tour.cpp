@@ -12,6 +12,7 @@
 #include <KxUI/eventgraph/EventGraphView.h>
 #include <KxUI/time/TimeSlider.h>
 
+#include <QAction>
 #include <QApplication>
 #include <QDir>
 #include <QElapsedTimer>
@@ -205,7 +206,11 @@ void Tour::saveDamaged() {
 
 void Tour::saveProfiler() {
     UI::EventGraph* profiler = UI::EventGraph::instance();
-    profiler->resize(1280, 560);
+    profiler->resize(1280, 720);
+    for (QAction* action : profiler->findChildren<QAction*>()) {
+        if (action->isCheckable() && action->text() == UI::EventGraph::tr("Statistics"))
+            action->setChecked(true);
+    }
     QApplication::processEvents();
     profiler->view()->zoomToFit();
     save(profiler, QStringLiteral("profiler"));
