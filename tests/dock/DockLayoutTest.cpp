@@ -307,6 +307,20 @@ private Q_SLOTS:
         SANE(workspace);
     }
 
+    void theFocusStaysInItsPage() {
+        Workspace workspace;
+        workspace.pane({"a"});
+        workspace.pane({"b"});
+        workspace.resize(600, 400);
+        show(workspace);
+        workspace.page("b")->setFocus();
+        const QByteArray layout = workspace.saved();
+        QVERIFY(workspace.wholeRestored(layout));
+        settle();
+        QVERIFY(workspace.page("b")->hasFocus());
+        QCOMPARE(workspace.saved(), layout);
+    }
+
     void emptyBranchesAreLeftOut() {
         Workspace workspace;
         const QByteArray empty = wrapped("<splitter><split size=\"10\"/><splitter><splitter/>"

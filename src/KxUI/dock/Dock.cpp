@@ -133,6 +133,8 @@ void Dock::createTitleButtons() {
 
 Dock::~Dock() {
     DockDragSession::instance().forget(this);
+    // A page that lives on elsewhere would lose the focus with the pane that it stands for.
+    setFocusProxy(nullptr);
     disconnect(m_stack, nullptr, this, nullptr);
     disconnect(m_tabBar, nullptr, this, nullptr);
     const auto pages = pagesOf(*this);

@@ -387,6 +387,7 @@ bool DockMainWindow::restoreWholeLayout(QIODevice* device, bool useAvailableGeom
     // A pane outside every window could not be seen.
     reading.layout.loosePanes.clear();
     {
+        const FocusKeeper keeper(this);
         DockLayoutBuilder builder(*this, useAvailableGeometry);
         builder.replaceKeepingPages(reading.layout);
         builder.discardOldArrangement();

@@ -123,7 +123,8 @@ public:
         The whole document is read and checked first; a refused one leaves the workspace as it is
        and says why in `error` (may be null). Pages of the workspace that the document names are
        moved, not created again; only others are asked of `createPage`. Pages that it does not name
-       are taken out alive: hidden, without a parent, and reported removed. */
+       are taken out alive: hidden, without a parent, and reported removed. The focus stays in its
+       page. */
     bool restoreWholeLayout(QIODevice* device, bool useAvailableGeometry,
                             DockLayoutError* error = nullptr);
 

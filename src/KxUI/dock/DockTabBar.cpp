@@ -11,6 +11,7 @@
 #include <QStackedWidget>
 #include <QStyleOptionTab>
 #include <QStylePainter>
+#include <QToolButton>
 
 #include <algorithm>
 
@@ -22,6 +23,10 @@ DockTabBar::DockTabBar(Dock* dock, DockTitleBar* titleBar)
     , m_titleBar(titleBar)
     , m_drag(std::make_unique<StripDrag>()) {
     setFocusPolicy(Qt::NoFocus);
+    // Nor its scroll buttons, which would have the focus before any page.
+    const auto buttons = findChildren<QToolButton*>();
+    for (QToolButton* button : buttons)
+        button->setFocusPolicy(Qt::NoFocus);
     setDrawBase(false);
     // A move without a button tells that a release was lost.
     setMouseTracking(true);
