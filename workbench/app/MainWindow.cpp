@@ -49,6 +49,7 @@ QWidget* aboveEachOther(std::initializer_list<QWidget*> widgets) {
 
 MainWindow::MainWindow(Base::TimeBase timeBase, std::size_t cacheBytes, Theme theme)
     : m_session(timeBase, cacheBytes)
+    , m_help(this, m_session.navigator())
     , m_list(new SequenceListPanel)
     , m_viewer(new ViewerPanel(&m_session))
     , m_timeline(new TimelinePanel(&m_session))
@@ -68,6 +69,7 @@ MainWindow::MainWindow(Base::TimeBase timeBase, std::size_t cacheBytes, Theme th
     makeMarksMenu();
     makeViewMenu();
     makeToolsMenu();
+    makeHelpMenu();
     connect(m_list, &SequenceListPanel::sequenceChosen, this,
             [this](const Sequence& sequence, Base::Time at) {
                 m_session.open(sequence, at);
@@ -241,6 +243,14 @@ void MainWindow::openProfiler() {
     profiler->show();
     profiler->raise();
     profiler->activateWindow();
+}
+
+void MainWindow::makeHelpMenu() {
+    m_help.addPanel(m_list, "sequence-list.html");
+    m_help.addPanel(m_viewer, "viewer.html");
+    m_help.addPanel(m_timeline, "timeline.html");
+    m_help.addPanel(m_timeline->transportRow(), "transport.html");
+    m_help.fillMenu(menuBar()->addMenu(tr("&Help")));
 }
 
 void MainWindow::askForFolder() {

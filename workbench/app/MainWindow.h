@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/HelpDesk.h"
 #include "app/Theme.h"
 #include "play/Session.h"
 
@@ -45,10 +46,12 @@ private:
     void makeMarksMenu();
     void makeViewMenu();
     void makeToolsMenu();
+    void makeHelpMenu();
     void askForFolder();
     void reload();
 
     Session m_session;
+    HelpDesk m_help;
     SequenceListPanel* m_list;
     ViewerPanel* m_viewer;
     TimelinePanel* m_timeline;

@@ -1,0 +1,98 @@
+"use strict";
+
+// Every page and section: title, address, and the page that a section is on.
+const titles = [
+  ["KxUI Workbench help", "index.html"],
+  ["The panels", "index.html#panels", "KxUI Workbench help"],
+  ["How to get help", "index.html#this-help", "KxUI Workbench help"],
+  ["Getting started", "index.html#start", "KxUI Workbench help"],
+  ["Sequence list", "sequence-list.html"],
+  ["Opening a sequence", "sequence-list.html#open-sequence", "Sequence list"],
+  ["Going to another folder", "sequence-list.html#folders", "Sequence list"],
+  ["What the columns say", "sequence-list.html#columns", "Sequence list"],
+  ["Files that have changed", "sequence-list.html#reload", "Sequence list"],
+  ["Viewer", "viewer.html"],
+  ["The picture", "viewer.html#picture", "Viewer"],
+  ["Missing and unreadable frames", "viewer.html#missing", "Viewer"],
+  ["Dark and light", "viewer.html#theme", "Viewer"],
+  ["Timeline", "timeline.html"],
+  ["Scrubbing", "timeline.html#scrub", "Timeline"],
+  ["Zooming and panning", "timeline.html#zoom", "Timeline"],
+  ["Marks", "timeline.html#marks", "Timeline"],
+  ["Decoded and missing frames", "timeline.html#bars", "Timeline"],
+  ["Transport controls", "transport.html"],
+  ["Try it", "transport.html#try", "Transport controls"],
+  ["Playing", "transport.html#play", "Transport controls"],
+  ["Stepping and jumping", "transport.html#jump", "Transport controls"],
+  ["Typing a time", "transport.html#type", "Transport controls"],
+  ["How times are written", "transport.html#notation", "Transport controls"],
+];
+
+function matches(words) {
+  const wanted = words.toLowerCase().split(/\s+/).filter(Boolean);
+  if (!wanted.length) return [];
+  return titles.filter(([title, , page]) => {
+    const text = (title + " " + (page || "")).toLowerCase();
+    return wanted.every((word) => text.includes(word));
+  });
+}
+
+function makeSearch(place) {
+  const field = document.createElement("input");
+  field.type = "search";
+  field.placeholder = "Search titles";
+  field.setAttribute("aria-label", "Search titles");
+  const list = document.createElement("ul");
+  list.hidden = true;
+  field.addEventListener("input", () => {
+    list.replaceChildren(...matches(field.value).map(([title, address, page]) => {
+      const item = document.createElement("li");
+      const link = document.createElement("a");
+      link.href = address;
+      link.textContent = title;
+      link.addEventListener("click", () => { list.hidden = true; });
+      item.append(link);
+      if (page) {
+        const where = document.createElement("small");
+        where.textContent = page;
+        item.append(where);
+      }
+      return item;
+    }));
+    if (field.value.trim() && !list.childElementCount) {
+      const item = document.createElement("li");
+      item.textContent = "No title has these words.";
+      list.append(item);
+    }
+    list.hidden = !list.childElementCount;
+  });
+  field.addEventListener("keydown", (event) => {
+    const first = list.querySelector("a");
+    if (event.key === "Enter" && first) first.click();
+    if (event.key === "Escape") list.hidden = true;
+  });
+  place.append(field, list);
+}
+
+// A button with data-command tells it to the workbench that serves the page.
+function makeButton(button, answer) {
+  if (!location.protocol.startsWith("http")) {
+    button.disabled = true;
+    answer.textContent = "The buttons work on pages that the workbench opened.";
+    return;
+  }
+  button.addEventListener("click", async () => {
+    answer.textContent = "";
+    try {
+      const response = await fetch("/" + button.dataset.command, { method: "POST" });
+      answer.textContent = response.ok ? "Done: look at the workbench." : "The workbench declined.";
+    } catch (error) {
+      answer.textContent = "The workbench does not answer. Is it still open?";
+    }
+  });
+}
+
+document.querySelectorAll(".search").forEach(makeSearch);
+document.querySelectorAll("button[data-command]").forEach((button) => {
+  makeButton(button, document.getElementById(button.getAttribute("aria-describedby")));
+});
