@@ -125,13 +125,13 @@ void HelpDesk::open(const std::string& node) {
                      ? tr("The help pages are not installed.")
                      : tr("The help pages cannot be read at the moment. Try again."));
     else if (!QDesktopServices::openUrl(QUrl(QString::fromStdString(url))))
-        complain(tr("No browser could be started. The page is at %1")
-                     .arg(QString::fromStdString(url)));
+        complain(
+            tr("No browser could be started. The page is at %1").arg(QString::fromStdString(url)));
 }
 
 void HelpDesk::complain(const QString& message) {
-    auto* box = new QMessageBox(QMessageBox::Information, tr("Help"), message, QMessageBox::Ok,
-                                m_window);
+    auto* box =
+        new QMessageBox(QMessageBox::Information, tr("Help"), message, QMessageBox::Ok, m_window);
     box->setAttribute(Qt::WA_DeleteOnClose);
     box->setTextInteractionFlags(Qt::TextSelectableByMouse);
     box->open();

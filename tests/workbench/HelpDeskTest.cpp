@@ -1,0 +1,160 @@
+#include "HelpFixture.h"
+
+#include <support/TestRegistry.h>
+
+#include "panels/SequenceListPanel.h"
+#include "panels/TimelinePanel.h"
+#include "panels/TransportRow.h"
+#include "panels/ViewerPanel.h"
+
+#include <KxUI/help/HelpManager.h>
+#include <KxUI/time/TimeField.h>
+#include <KxUI/time/TimeSlider.h>
+
+#include <QDesktopServices>
+#include <QDir>
+#include <QTcpSocket>
+#include <QTreeView>
+#include <QUrl>
+
+#include <set>
+
+using namespace Kestrel::Workbench;
+using Kestrel::Base::Time;
+namespace UI = Kestrel::UI;
+
+/** Help in the workbench: which page F1 opens, what the pages may ask for, and whether the pages
+   hang together. */
+class HelpDeskTest : public QObject {
+    Q_OBJECT
+
+public slots:
+    /** Stands in for the user's browser. */
+    void browse(const QUrl& url) { m_opened = url; }
+
+private:
+    Kestrel::Test::HelpFixture m_workbench;
+    QUrl m_opened;
+
+    static QByteArray read(const QString& name) {
+        QFile file(QDir(QFile::decodeName(helpFolder())).filePath(name));
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
+
+    static QStringList all(const QByteArray& text, const char* pattern) {
+        QStringList found;
+        auto matches =
+            QRegularExpression(QLatin1String(pattern)).globalMatch(QString::fromUtf8(text));
+        while (matches.hasNext())
+            found << matches.next().captured(1);
+        return found;
+    }
+
+    QByteArray post(const QByteArray& target, const QByteArray& headers) {
+        QTcpSocket socket;
+        socket.connectToHost(QStringLiteral("127.0.0.1"), quint16(m_opened.port()));
+        socket.write("POST " + target + " HTTP/1.1\r\n" + headers + "\r\n");
+        if (!QTest::qWaitFor([&] { return socket.state() == QAbstractSocket::UnconnectedState; }))
+            return {};
+        return socket.readAll();
+    }
+
+private slots:
+    void initTestCase() {
+        m_workbench.open();
+        QDesktopServices::setUrlHandler(QStringLiteral("http"), this, "browse");
+        // The server has told of its pages soon after the panels were made.
+        UI::HelpManager* manager = UI::HelpManager::instance();
+        QTRY_VERIFY(!manager->getUrl("index.html").empty() &&
+                    !manager->getUrl("transport.html").empty());
+    }
+
+    void f1_data() {
+        QTest::addColumn<QWidget*>("clicked");
+        QTest::addColumn<QString>("page");
+        const MainWindow& window = *m_workbench.window;
+        TransportRow* row = window.timeline()->transportRow();
+        // A click into the viewer, which takes no keys, ends up at the panel.
+        QWidget* canvas = window.viewer()->childAt(window.viewer()->rect().center());
+        QTest::newRow("viewer") << canvas << "/viewer.html";
+        QTest::newRow("list") << window.list()->view()->viewport() << "/sequence-list.html";
+        QTest::newRow("slider") << static_cast<QWidget*>(window.timeline()->slider())
+                                << "/timeline.html";
+        QTest::newRow("transport")
+            << static_cast<QWidget*>(row->findChild<UI::TimeField*>()) << "/transport.html";
+    }
+
+    void f1() {
+        QFETCH(QWidget*, clicked);
+        QFETCH(QString, page);
+        m_opened.clear();
+        QTest::mouseClick(clicked, Qt::LeftButton);
+        QWidget* focus = QApplication::focusWidget();
+        QVERIFY(focus);
+        QTest::keyClick(focus, Qt::Key_F1);
+        QCOMPARE(m_opened.host(), QStringLiteral("127.0.0.1"));
+        QCOMPARE(m_opened.path(), page);
+    }
+
+    void nothingFocused() {
+        QCOMPARE(HelpDesk::nodeOf(nullptr), std::string("index.html"));
+        QCOMPARE(HelpDesk::nodeOf(m_workbench.window.get()), std::string("index.html"));
+    }
+
+    void commands_data() {
+        QTest::addColumn<QByteArray>("target");
+        QTest::addColumn<Time>("frame");
+        QTest::newRow("frame 1") << QByteArray("/go-to-frame-1") << Time(1);
+        QTest::newRow("frame 7") << QByteArray("/go-to-frame-7") << Time(7);
+        QTest::newRow("beyond the clip") << QByteArray("/go-to-frame-9000") << Time(40);
+        QTest::newRow("start") << QByteArray("/go-to-start") << Time(1);
+        QTest::newRow("end") << QByteArray("/go-to-end") << Time(40);
+        for (const char* nonsense :
+             {"/", "/go-to-frame-", "/go-to-frame-x", "/go-to-frame-3x", "/go-to-frame-+3",
+              "/go-to-frame-99999999999999999999", "/go-to-start-now", "/quit"})
+            QTest::newRow(nonsense) << QByteArray(nonsense) << Time(25);
+    }
+
+    void commands() {
+        QFETCH(QByteArray, target);
+        QFETCH(Time, frame);
+        m_workbench.goTo(25);
+        QCOMPARE(post(target, {}), QByteArray("HTTP/1.1 200 OK\r\n\r\n"));
+        QCOMPARE(m_workbench.current(), frame);
+        m_workbench.goTo(25);
+        QVERIFY(post(target, "Origin: http://elsewhere.invalid\r\n").startsWith("HTTP/1.1 404 "));
+        QCOMPARE(m_workbench.current(), Time(25));
+    }
+
+    /** Every link, picture and entry of the search leads somewhere, and every title can be found.
+     */
+    void pagesHangTogether() {
+        const QDir folder(QFile::decodeName(helpFolder()));
+        const QStringList pages = folder.entryList({QStringLiteral("*.html")});
+        QCOMPARE(pages.size(), 5);
+        std::set<QString> places;
+        QStringList links = all(read(QStringLiteral("help.js")), "\", \"(\\w[^\"]*\\.html[^\"]*)");
+        const std::set<QString> searchable(links.begin(), links.end());
+        QStringList files;
+        for (const QString& page : pages) {
+            const QByteArray text = read(page);
+            places.insert(page);
+            for (const QString& id : all(text, "<h2 id=\"([^\"]+)"))
+                places.insert(page + QLatin1Char('#') + id);
+            links += all(text, "href=\"([^\"]+\\.html[^\"]*)");
+            files += all(text, "(?:src|srcset|href)=\"([^\":]+\\.(?:png|js|css))");
+        }
+        QCOMPARE(searchable, places);
+        for (const QString& link : links)
+            QVERIFY2(places.count(link) == 1, qPrintable(link));
+        for (const QString& file : files) {
+            const QFileInfo info(folder.filePath(file));
+            QVERIFY2(info.isFile() && info.size() < 150 * 1000, qPrintable(file));
+        }
+    }
+
+    void cleanupTestCase() { QDesktopServices::unsetUrlHandler(QStringLiteral("http")); }
+};
+
+KXUI_TEST(HelpDeskTest);
+#include "HelpDeskTest.moc"
