@@ -10,7 +10,7 @@ KXUI_PACKAGES_BUILD=(
   g++ cmake ninja-build ccache pkg-config
   qtbase5-dev libboost-dev libboost-regex-dev libhwy-dev libopenimageio-dev
   fonts-dejavu-core)
-KXUI_PACKAGES_TEST=(git clang-format libgsl-dev xvfb openbox xdotool x11-utils)
+KXUI_PACKAGES_TEST=(git clang-format libgsl-dev xvfb openbox xdotool x11-utils chromium)
 KXUI_PACKAGES_BENCH=(
   libbenchmark-dev libltc-dev libavutil-dev libswscale-dev libyuv-dev libgsl-dev
   liblttng-ust-dev libqt-advanced-docking-system-dev nginx-light apache2-utils python3)
