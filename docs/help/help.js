@@ -26,6 +26,11 @@ const titles = [
   ["Stepping and jumping", "transport.html#jump", "Transport controls"],
   ["Typing a time", "transport.html#type", "Transport controls"],
   ["How times are written", "transport.html#notation", "Transport controls"],
+  ["Profiler", "profiler.html"],
+  ["Capturing", "profiler.html#capture", "Profiler"],
+  ["What the tracks say", "profiler.html#tracks", "Profiler"],
+  ["Looking around", "profiler.html#look", "Profiler"],
+  ["Saving and exporting", "profiler.html#keep", "Profiler"],
 ];
 
 function matches(words) {

@@ -2,6 +2,7 @@
 
 #include <support/TestRegistry.h>
 
+#include "app/HelpDesk.h"
 #include "app/MainWindow.h"
 #include "panels/ViewerPanel.h"
 #include "play/Session.h"
@@ -213,6 +214,7 @@ private slots:
             QVERIFY(profiler->isVisible());
             QVERIFY(profiler->isWindow());
             QVERIFY(profiler->view()->tracks().size() >= 9);
+            QCOMPARE(HelpDesk::nodeOf(profiler->view()), std::string("profiler.html"));
             profiler->start(unlimited, EventGraphMode::Forwards);
         }
         QCOMPARE(profiler->view()->tracks().size(), 0);

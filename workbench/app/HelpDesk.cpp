@@ -108,7 +108,8 @@ bool HelpDesk::obey(const std::string& command) {
 }
 
 void HelpDesk::openPage() {
-    open(nodeOf(QApplication::focusWidget()));
+    const QWidget* focus = QApplication::focusWidget();
+    open(nodeOf(focus ? focus : QApplication::activeWindow()));
 }
 
 void HelpDesk::openContents() {

@@ -239,6 +239,7 @@ void MainWindow::makeToolsMenu() {
 void MainWindow::openProfiler() {
     UI::EventGraph* profiler = UI::EventGraph::instance();
     m_session.profiling()->addTo(profiler->view());
+    m_help.addPanel(profiler, "profiler.html");
     profiler->setAttribute(Qt::WA_QuitOnClose, false);
     profiler->show();
     profiler->raise();
