@@ -13,7 +13,7 @@ KXUI_PACKAGES_BUILD=(
 KXUI_PACKAGES_TEST=(git clang-format libgsl-dev xvfb openbox xdotool x11-utils chromium)
 KXUI_PACKAGES_BENCH=(
   libbenchmark-dev libltc-dev libavutil-dev libswscale-dev libyuv-dev libgsl-dev
-  liblttng-ust-dev libqt-advanced-docking-system-dev nginx-light apache2-utils python3)
+  liblttng-ust-dev lttng-tools libqt-advanced-docking-system-dev nginx-light apache2-utils python3)
 
 if [[ -t 2 ]]; then
   say() { printf '\033[1m%s\033[0m\n' "$*" >&2; }
