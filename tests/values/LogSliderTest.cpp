@@ -24,7 +24,8 @@ LogScale scaleOf(int minExp, int maxExp, int precision) {
 QString keptTicks(int length, int spacing) {
     DecadeFlags all;
     all.fill(true);
-    const DecadeFlags kept = Kestrel::UI::thinnedTicks(all, scaleOf(0, 1, 1000), length, spacing);
+    const DecadeFlags kept =
+        Kestrel::UI::preprocessTicks(all, scaleOf(0, 1, 1000), length, spacing);
     QString text;
     for (int tick = 1; tick <= 10; ++tick) {
         if (kept[static_cast<std::size_t>(tick - 1)])
@@ -130,7 +131,8 @@ void LogSliderTest::ticksThinOutEvenly() {
     DecadeFlags withoutThree;
     withoutThree.fill(true);
     withoutThree[2] = false;
-    const DecadeFlags kept = Kestrel::UI::thinnedTicks(withoutThree, scaleOf(0, 1, 1000), 1000, 4);
+    const DecadeFlags kept =
+        Kestrel::UI::preprocessTicks(withoutThree, scaleOf(0, 1, 1000), 1000, 4);
     QVERIFY(!kept[1] && !kept[2] && !kept[3] && kept[4]);
 }
 

@@ -40,7 +40,8 @@ public slots:
     /** Takes the group to the row of `index`. */
     void setCurrentIndex(const QModelIndex& index);
 
-private slots:
+    /** What the group's announcements are connected to: the model begins a reset, and ends it and
+        selects the row of the current state. Call them in pairs. */
     void groupAboutToBeChanged();
     void groupChanged();
 

@@ -20,17 +20,18 @@ int LogScale::positionOf(double value) const {
     return static_cast<int>(std::log10(clamped) * precision);
 }
 
-int LogScale::pixelOf(double value, int origin, int length) const {
+int LogScale::tickPosition(double value, int origin, int length) const {
     const double first = static_cast<double>(minExp) * precision;
     const double last = static_cast<double>(maxExp) * precision;
     return static_cast<int>((positionOf(value) - first) / (last - first) * length) + origin;
 }
 
-DecadeFlags thinnedTicks(const DecadeFlags& flags, const LogScale& scale, int length, int spacing) {
+DecadeFlags preprocessTicks(const DecadeFlags& flags, const LogScale& scale, int length,
+                            int spacing) {
     const double unit = std::pow(10.0, scale.minExp);
     std::array<int, 11> pixel{};
     for (int tick = 1; tick <= 10; ++tick)
-        pixel[static_cast<std::size_t>(tick)] = scale.pixelOf(tick * unit, 0, length);
+        pixel[static_cast<std::size_t>(tick)] = scale.tickPosition(tick * unit, 0, length);
     const auto apart = [&](std::size_t a, std::size_t b) {
         return std::abs(pixel[a] - pixel[b]) > spacing;
     };
@@ -61,12 +62,12 @@ std::vector<LogTick> planTicks(const LogScale& scale, int origin, int length,
                                const std::vector<int>& labelSpacing) {
     DecadeFlags all;
     all.fill(true);
-    const DecadeFlags marks = thinnedTicks(all, scale, length, MarkSpacing);
+    const DecadeFlags marks = preprocessTicks(all, scale, length, MarkSpacing);
 
     std::vector<LogTick> ticks;
     for (int decade = scale.minExp; decade < scale.maxExp; ++decade) {
         const auto index = static_cast<std::size_t>(decade - scale.minExp);
-        const DecadeFlags labels = thinnedTicks(all, scale, length, labelSpacing[index]);
+        const DecadeFlags labels = preprocessTicks(all, scale, length, labelSpacing[index]);
         const double unit = std::pow(10.0, decade);
         // The tenth tick is the first one of the next decade.
         const int last = decade + 1 == scale.maxExp ? 10 : 9;
@@ -75,7 +76,7 @@ std::vector<LogTick> planTicks(const LogScale& scale, int origin, int length,
             LogTick tick;
             tick.wholePower = number == 1 || number == 10;
             tick.value = number == 10 ? std::pow(10.0, decade + 1) : number * unit;
-            tick.pixel = scale.pixelOf(tick.value, origin, length);
+            tick.pixel = scale.tickPosition(tick.value, origin, length);
             tick.marked = marks[flag];
             tick.labelled = labels[flag];
             if (!tick.marked && !tick.labelled)

@@ -18,7 +18,7 @@ struct LogScale {
     int positionOf(double value) const;
     /** Where a value lies along a groove of `length` pixels from `origin`; a negative length runs
         the other way. */
-    int pixelOf(double value, int origin, int length) const;
+    int tickPosition(double value, int origin, int length) const;
 };
 
 /** Which of the ticks 1 to 10 of a decade are kept; [0] is tick 1. */
@@ -26,7 +26,8 @@ using DecadeFlags = std::array<bool, 10>;
 
 /** Keeps those of the set flags that stand more than `spacing` pixels apart, by halving the decade,
     so that ticks thin out evenly as the groove gets shorter. Ticks 1 and 10 are kept always. */
-DecadeFlags thinnedTicks(const DecadeFlags& flags, const LogScale& scale, int length, int spacing);
+DecadeFlags preprocessTicks(const DecadeFlags& flags, const LogScale& scale, int length,
+                            int spacing);
 
 /** A tick of the scale. Its value is its number times ten to the power of its decade. */
 struct LogTick {
