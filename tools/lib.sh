@@ -11,6 +11,7 @@ KXUI_PACKAGES_BUILD=(
   qtbase5-dev libboost-dev libboost-regex-dev libhwy-dev libopenimageio-dev
   fonts-dejavu-core)
 KXUI_PACKAGES_TEST=(git clang-format libgsl-dev xvfb openbox xdotool x11-utils chromium)
+KXUI_PACKAGES_DOCS=(doxygen)
 KXUI_PACKAGES_BENCH=(
   libbenchmark-dev libltc-dev libavutil-dev libswscale-dev libyuv-dev libgsl-dev
   liblttng-ust-dev lttng-tools libqt-advanced-docking-system-dev nginx-light apache2-utils python3)

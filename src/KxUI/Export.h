@@ -1,7 +1,10 @@
 #pragma once
 
 /** \file
-    KXUI_EXPORT marks what the shared library shows to hosts; everything else is hidden. */
+    What the shared library shows to hosts.
+
+    \def KXUI_EXPORT
+    Marks a class or function that the shared library shows; everything else is hidden. */
 
 #if defined(_WIN32)
 #if defined(KXUI_BUILDING_LIBRARY)

@@ -15,7 +15,10 @@ struct FrameRange {
     std::int32_t last = 0;  ///< The last frame, part of the range.
     std::int32_t step = 1;  ///< Frames from one to the next.
 
+    /** Frame 0 alone. */
     constexpr FrameRange() = default;
+
+    /** Keeps the three as they are; nothing is checked. */
     constexpr FrameRange(std::int32_t firstFrame, std::int32_t lastFrame,
                          std::int32_t frameStep = 1) noexcept
         : first(firstFrame)
@@ -23,10 +26,11 @@ struct FrameRange {
         , step(frameStep) {}
 };
 
+/** Whether all three numbers are the same. */
 constexpr bool operator==(const FrameRange& a, const FrameRange& b) noexcept {
     return a.first == b.first && a.last == b.last && a.step == b.step;
 }
-
+/** Whether any of the three numbers differs. */
 constexpr bool operator!=(const FrameRange& a, const FrameRange& b) noexcept {
     return !(a == b);
 }

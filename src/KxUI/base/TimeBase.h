@@ -113,6 +113,7 @@ public:
         return true;
     }
 
+    /** The fraction as it was given, unreduced; in frames per second. */
     constexpr std::uint64_t numerator() const noexcept { return m_numerator; }
     constexpr std::uint64_t denominator() const noexcept { return m_denominator; }
 
@@ -143,6 +144,7 @@ public:
         return a.isValid() == b.isValid() && distance(a.m_rate, b.m_rate) < SameRate;
     }
 
+    /** Not equal, as operator==() has it. */
     friend constexpr bool operator!=(const TimeBase& a, const TimeBase& b) noexcept {
         return !(a == b);
     }

@@ -16,30 +16,41 @@ namespace Kestrel::UI {
     index treat any other number as `Rec709`. */
 namespace ColorSpace {
 
-enum Index : int { Rec709, Rec601, NovaLegacy, NovaLegacyMpeg, NovaLegacyYuvs };
+/** The options; the numbers are part of saved scripts. */
+enum Index : int {
+    Rec709,         ///< ITU-R BT.709, for high definition
+    Rec601,         ///< ITU-R BT.601, for standard definition
+    NovaLegacy,     ///< the host's former matrix for 8-bit video
+    NovaLegacyMpeg, ///< the host's former matrix for MPEG movies
+    NovaLegacyYuvs  ///< the host's former matrix for uncompressed 4:2:2 movies
+};
+
+/** How many options there are. */
 constexpr int Count = 5;
 
 } // namespace ColorSpace
 
-/** The text of an option as users see it. */
+/** The text of an option as users see it, never null; it lives as long as the process. */
 KXUI_EXPORT const char* colorSpaceName(int index) noexcept;
 
 /** R = Y + crToRed Cr; G = Y + crToGreen Cr + cbToGreen Cb; B = Y + cbToBlue Cb, where Y is
     nominally 0-1, Cb and Cr are nominally -0.5 to 0.5. */
 struct YCbCrToRgbCoefficients {
-    float crToRed;
-    float crToGreen;
-    float cbToGreen;
-    float cbToBlue;
+    float crToRed;   ///< what Cr adds to red
+    float crToGreen; ///< what Cr adds to green, negative
+    float cbToGreen; ///< what Cb adds to green, negative
+    float cbToBlue;  ///< what Cb adds to blue
 };
 
-/** Rows Y, Cb and Cr of the matrix for a column (R, G, B). */
+/** Rows Y, Cb and Cr of the matrix for a column (R, G, B), all nominally 0-1. */
 struct RgbToYCbCrMatrix {
-    std::array<float, 3> luma;
-    std::array<float, 3> cb;
-    std::array<float, 3> cr;
+    std::array<float, 3> luma; ///< weights of red, green and blue in Y
+    std::array<float, 3> cb;   ///< weights in Cb, which add up to 0
+    std::array<float, 3> cr;   ///< weights in Cr, which add up to 0
 };
 
+/** The coefficients of an option, for decoding and for encoding. They live as long as the
+    process. */
 KXUI_EXPORT const YCbCrToRgbCoefficients& colorSpaceYCbCrToRgb(int index) noexcept;
 KXUI_EXPORT const RgbToYCbCrMatrix& colorSpaceRgbToYCbCr(int index) noexcept;
 
@@ -92,18 +103,18 @@ enum class PixelLayout : int {
         scaled and centred. Usual option `NovaLegacy`. */
     AYCbCrFloat,
 
-    /** Codes 0-255 stand for 0-1; likewise, by their bits, below. */
-    RGB8,
-    RGBA8,
-    BGRA8,
+    RGB8,  ///< codes 0-255 stand for 0-1; likewise, by their bits, below
+    RGBA8, ///< 8-bit
+    BGRA8, ///< 8-bit
     /** A 32-bit word with red in its lowest ten bits and alpha in its highest two. */
     RGB10A2,
-    RGB16,
-    RGBA16,
-    RGBFloat,
-    RGBAFloat,
+    RGB16,     ///< 16-bit
+    RGBA16,    ///< 16-bit
+    RGBFloat,  ///< 32-bit floats, copied as they are
+    RGBAFloat, ///< 32-bit floats, copied as they are
 };
 
+/** How many layouts there are. */
 constexpr int PixelLayoutCount = 17;
 
 /** The bytes that `pixels` pixels take: whole groups of two or six pixels where samples are
@@ -114,19 +125,23 @@ KXUI_EXPORT std::size_t rowBytes(PixelLayout layout, int pixels) noexcept;
     itself, and for RGB layouts. */
 KXUI_EXPORT int rowColorSpace(PixelLayout layout) noexcept;
 
-/** A row of float pixels, one pointer to the first sample of each component. */
+/** A row of float pixels, one pointer to the first sample of each component. The memory is the
+    caller's. */
 struct PlanarRow {
-    float* alpha = nullptr;
-    float* red = nullptr;
-    float* green = nullptr;
-    float* blue = nullptr;
+    float* alpha = nullptr; ///< may stay null where alpha is not wanted
+    float* red = nullptr;   ///< not null
+    float* green = nullptr; ///< not null
+    float* blue = nullptr;  ///< not null
     /** Floats from one pixel to the next: 1 for planes, 4 for interleaved RGBA. */
     std::ptrdiff_t step = 1;
 };
 
 /** A `PlanarRow` to read from. */
 struct ConstPlanarRow {
+    /** No memory yet. */
     ConstPlanarRow() = default;
+
+    /** The members in their order. */
     ConstPlanarRow(const float* a, const float* r, const float* g, const float* b,
                    std::ptrdiff_t floats = 1) noexcept
         : alpha(a)
@@ -134,14 +149,15 @@ struct ConstPlanarRow {
         , green(g)
         , blue(b)
         , step(floats) {}
+    /** The same memory, to be read. */
     ConstPlanarRow(const PlanarRow& row) noexcept
         : ConstPlanarRow(row.alpha, row.red, row.green, row.blue, row.step) {}
 
-    const float* alpha = nullptr;
-    const float* red = nullptr;
-    const float* green = nullptr;
-    const float* blue = nullptr;
-    std::ptrdiff_t step = 1;
+    const float* alpha = nullptr; ///< null: alpha is 1
+    const float* red = nullptr;   ///< not null
+    const float* green = nullptr; ///< not null
+    const float* blue = nullptr;  ///< not null
+    std::ptrdiff_t step = 1;      ///< floats from one pixel to the next
 };
 
 /** Unpacks the first `pixels` pixels at `source` (any alignment, `rowBytes` of them are read).

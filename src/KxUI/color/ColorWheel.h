@@ -42,8 +42,9 @@ class KXUI_EXPORT ColorWheel : public QWidget {
     Q_OBJECT
 
 public:
+    /** What is drawn, and what a drag on it means. */
     enum DisplayMode {
-        PlainWheel = 0,
+        PlainWheel = 0,     ///< a disc of hue and saturation
         SquareWheel = 1,    ///< a hue ring around a saturation/value square
         ValueRingWheel = 2, ///< a disc within a value ring
         EmbeddedWheel = 3   ///< small, of a fixed size, without zoom
@@ -59,14 +60,15 @@ public:
 
     /** What a drag changes. */
     enum DragMode {
-        NoDrag = 0,
-        DragHue = 1,
-        DragSaturation = 2,
-        DragValue = 4,
-        DragPan = 8,
-        DragZoom = 16,
-        DragAbsolute = 64 ///< this drag is absolute whatever the interaction mode is
+        NoDrag = 0,         ///< there is no drag
+        DragHue = 1,        ///< the hue
+        DragSaturation = 2, ///< the saturation
+        DragValue = 4,      ///< the value
+        DragPan = 8,        ///< the view's place
+        DragZoom = 16,      ///< the view's magnification
+        DragAbsolute = 64   ///< this drag is absolute whatever the interaction mode is
     };
+    /** Bits of DragMode. */
     Q_DECLARE_FLAGS(DragModes, DragMode)
 
     /** Turns `pixels` colours, three floats red, green and blue each, into what the screen is to
@@ -112,9 +114,12 @@ public:
         each within -1.9 to 1.9. */
     QPointF pan() const { return m_pan; }
 
+    /** What is drawn. A wheel that was made as `EmbeddedWheel` keeps its size and stays without
+        zoom. */
     void setDisplayMode(DisplayMode mode);
     DisplayMode displayMode() const { return m_displayMode; }
 
+    /** How a drag moves the colour; counts from the next movement of a drag on. */
     void setInteractionMode(InteractionMode mode) { m_interactionMode = mode; }
     InteractionMode interactionMode() const { return m_interactionMode; }
 
@@ -153,7 +158,7 @@ public slots:
     void resetView();
 
 signals:
-    /** Around every drag of the user, also one that pans or zooms. */
+    /** Sent at the begin and at the end of every drag of the user, also one that pans or zooms. */
     void startDragSignal();
     void stopDragSignal();
 

@@ -27,6 +27,7 @@ public:
         `MaximumKnots` and the count to the capacity. A single knot lies at 0 / 0, not a number. */
     explicit Curve(unsigned int maxKnots = MaximumKnots, unsigned int numKnots = 2);
 
+    /** How many knots the curve has, 0 to maxKnots(). */
     int numKnots() const noexcept { return m_count; }
 
     /** How many knots the curve may grow to, at most `MaximumKnots`. */

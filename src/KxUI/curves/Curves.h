@@ -15,6 +15,7 @@ namespace Kestrel::UI {
     three. A channel without a curve, and alpha always, is left as it is. */
 class KXUI_EXPORT Curves {
 public:
+    /** The slots of every object. */
     static constexpr int MaximumCurves = 4;
 
     /** No curves in use; every slot holds the identity with room for eight knots. */
@@ -24,6 +25,7 @@ public:
         `Curve(maxKnots, numKnots)`. */
     Curves(int numCurves, unsigned int maxKnots, unsigned int numKnots);
 
+    /** How many curves are in use, 0 to `MaximumCurves`: those in the slots from 0 on. */
     int numCurves() const noexcept { return m_count; }
 
     /** The curve in a slot, in use or not; `slot` is limited to 0-3. */

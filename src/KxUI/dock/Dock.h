@@ -82,6 +82,7 @@ public:
     /** Whether the window of this pane is full screen. */
     bool isFullscreenDock() const;
 
+    /** Whether tabs and title buttons are shown; true at first. */
     bool titleVisible() const { return m_titleVisible; }
 
     /** Marks the pane as the target of a tab drag, shown by a line or by a HoverWidget. */
@@ -96,14 +97,19 @@ public:
     /** Repaints the strip. */
     void updateTabs();
 
+    /** The number of pages. */
     int count() const;
     /** The page at `index`, null outside. */
     QWidget* widget(int index) const;
+    /** The page that is shown, null when there is none. */
     QWidget* currentWidget() const;
     /** Index of the current page, -1 when there is none. */
     int currentTab() const;
+    /** The pages, in the order of their tabs; owned by the pane. */
     QStackedWidget* stack() const { return m_stack; }
+    /** The pane's menu, owned by the pane; a host may add to it. */
     QMenu* menu() const { return m_menu; }
+    /** The strip of tabs, owned by the pane. */
     DockTabBar* tabBar() const { return m_tabBar; }
     /** The workspace, null once it is gone. */
     DockMainWindow* controller() const { return m_controller; }
@@ -139,7 +145,9 @@ public Q_SLOTS:
     void splitVertical();
     /** Moves all pages into a floating window; they come to stand in reverse order. */
     void floatDock();
+    /** Moves the current page into a floating window, where it stands on the desktop. */
     void floatActiveTab();
+    /** `closeTab` of the current page. */
     void closeActiveTab();
     /** Closes every page but the current one. */
     void closeInactiveTabs();
@@ -160,6 +168,7 @@ public Q_SLOTS:
     void setTitleVisible(bool visible);
     /** Reads titles and icons of the pages again. */
     void updateTitles();
+    /** Goes to the next or the previous tab, round and round. */
     void nextTab();
     void prevTab();
 

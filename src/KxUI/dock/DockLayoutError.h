@@ -8,10 +8,11 @@ namespace Kestrel::UI {
 
 /** Why a layout document was refused. */
 struct KXUI_EXPORT DockLayoutError {
-    QString reason; ///< for the user, translated; empty: there was no error
-    qint64 line = 0;
-    qint64 column = 0;
+    QString reason;    ///< for the user, translated; empty: there was no error
+    qint64 line = 0;   ///< where in the document, from 1
+    qint64 column = 0; ///< characters into the line
 
+    /** Whether there was an error. */
     explicit operator bool() const { return !reason.isEmpty(); }
 };
 

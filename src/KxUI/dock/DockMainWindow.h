@@ -33,6 +33,8 @@ class KXUI_EXPORT DockMainWindow : public DockWindow {
     Q_OBJECT
 
 public:
+    /** An empty workspace: a window without panes. `parent` owns the window; without one, it
+        deletes itself when it is closed. */
     explicit DockMainWindow(QWidget* parent = nullptr);
     ~DockMainWindow() override;
 
@@ -58,9 +60,9 @@ public:
     bool tabsAreClosable() const { return m_tabsAreClosable; }
     void setTabsAreClosable(bool closable) { m_tabsAreClosable = closable; }
 
-    /** New actions, children of this window, for the host's menus: "Next Pane" (Ctrl+Alt+`),
-        "Previous Pane" (Ctrl+Shift+Alt+`), "Next Tab" (Ctrl+Shift+]), "Previous Tab"
-        (Ctrl+Shift+[). */
+    /** New actions, children of this window, for the host's menus: "Next Pane"
+       (Ctrl+Alt+Backquote), "Previous Pane" (Ctrl+Shift+Alt+Backquote), "Next Tab" (Ctrl+Shift+]),
+       "Previous Tab" (Ctrl+Shift+[). */
     QAction* nextDockAction();
     QAction* prevDockAction();
     QAction* nextTabAction();
@@ -77,7 +79,10 @@ public:
     /** A new floating window. With a page, it gets a pane holding it, and is shown. */
     DockWindow* addNewFloatingDock(QWidget* widget);
 
+    /** The floating windows, in the order in which they came. */
     QList<DockWindow*> floatingWindows() const { return m_floatingWindows; }
+    /** Makes these the floating windows; null and this window are left out. Windows that are no
+        longer listed stay as they are. */
     void setFloatingWindows(const QList<DockWindow*>& windows);
 
     /** Replaces the tree of the main window; the old one is deleted later. */
@@ -101,6 +106,7 @@ public:
     Dock* findDockByName(const QString& name, bool exact, bool usePaneIDs) const;
     /** Every pane that holds a page whose object name begins with `prefix`. */
     QList<Dock*> getDocksWithPrefix(const QString& prefix) const;
+    /** Every placeholder in a pane, in the order of docks(). */
     QList<DockPlaceHolder*> placeHolders() const;
 
     /** Whether a widget of that object name was in the workspace when the layout was last saved or
@@ -144,17 +150,24 @@ public:
     void emitUpdateNovaScriptName(const QString& name) { Q_EMIT updateNovaScriptName(name); }
 
 Q_SIGNALS:
+    /** A page came into a pane. */
     void widgetAdded(Kestrel::UI::Dock* dock, QWidget* widget);
+    /** A page left a pane, for another one or because it was closed. */
     void widgetRemoved(Kestrel::UI::Dock* dock, QWidget* widget);
+    /** A page became the one to work in: its tab was chosen, or the focus came into
+        its pane. */
     void widgetActivated(Kestrel::UI::Dock* dock, QWidget* widget);
+    /** The host passed on the name of its script; see emitUpdateNovaScriptName(). */
     void updateNovaScriptName(QString name);
 
 public Q_SLOTS:
     /** Focuses the next pane that has a page, round and round. Nothing without a focused pane. */
     void nextDock();
+    /** nextDock(), the other way round. */
     void prevDock();
     /** Goes to the next tab, after the last one to the first of the next pane. */
     void nextTab();
+    /** Goes to the previous tab, before the first one to the last of the previous pane. */
     void prevTab();
 
 protected:

@@ -13,6 +13,8 @@ class KXUI_EXPORT DockSplitter : public QSplitter {
     Q_OBJECT
 
 public:
+    /** A root without parent and children; adding it to a splitter or a window gives it an owner.
+     */
     explicit DockSplitter(Qt::Orientation orientation);
     ~DockSplitter() override;
 

@@ -23,9 +23,11 @@ class KXUI_EXPORT DockTabBar : public QTabBar {
     Q_OBJECT
 
 public:
+    /** A strip in `titleBar`, which owns it, for the pages of `dock`. Panes make their own. */
     DockTabBar(Dock* dock, DockTitleBar* titleBar);
     ~DockTabBar() override;
 
+    /** The pane whose pages the tabs stand for. */
     Dock* dock() const { return m_dock; }
 
 public Q_SLOTS:

@@ -14,6 +14,7 @@ class KXUI_EXPORT DockTitleBar : public QWidget {
     Q_OBJECT
 
 public:
+    /** The bar of `dock`, which owns it. Panes make their own. */
     explicit DockTitleBar(Dock* dock);
     ~DockTitleBar() override;
 

@@ -26,6 +26,7 @@ public:
     /** Adds a pane at the end of the root splitter. */
     void addWidget(Dock* dock);
 
+    /** The root of the tree, owned by the window; never null. */
     DockSplitter* rootSplitter() const { return m_rootSplitter; }
 
     /** The workspace, null after `disconnectController`. */

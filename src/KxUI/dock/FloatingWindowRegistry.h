@@ -20,10 +20,13 @@ public:
 
     /** Adds a window; null and one that is listed already are ignored. */
     void addWindow(QWidget* window);
+    /** Takes a window off the list; one that is not listed is ignored. */
     void removeWindow(QWidget* window);
+    /** The windows in the order in which they were added. */
     QList<QWidget*> windows() const { return m_windows; }
 
 public Q_SLOTS:
+    /** Takes a window off the list that is being destroyed; only its address is used. */
     void windowDestroyed(QObject* window);
 
 private:

@@ -13,9 +13,11 @@ class KXUI_EXPORT HoverWidget : public QWidget {
     Q_OBJECT
 
 public:
+    /** A hidden window for the whole pane, owned by whoever makes it. GUI thread. */
     HoverWidget();
     ~HoverWidget() override;
 
+    /** The part of the pane that is outlined; `DropCentre`, all of it, at first. */
     DockDropZone zone() const { return m_zone; }
     void setZone(DockDropZone zone);
 

@@ -13,6 +13,7 @@ class KXUI_EXPORT TitleBarButton : public QPushButton {
     Q_OBJECT
 
 public:
+    /** A button that `titleBar` owns. Panes make their own. */
     explicit TitleBarButton(DockTitleBar* titleBar);
     ~TitleBarButton() override;
 

@@ -9,6 +9,7 @@ namespace Kestrel::UI {
 /** What a WidgetTracker knows of a widget. */
 class KXUI_EXPORT TrackedWidget {
 public:
+    /** Nothing known: an empty rectangle that is not saved. */
     TrackedWidget() = default;
     /** `rect` is the frame rectangle at registration; `save` also stores the place in the settings;
         `tolerance` in pixels. */
@@ -17,8 +18,11 @@ public:
         , m_save(save)
         , m_tolerance(tolerance) {}
 
+    /** The frame rectangle at registration, in desktop coordinates. */
     QRect rect() const { return m_rect; }
+    /** Whether the place is stored in the settings, too. */
     bool save() const { return m_save; }
+    /** What hasMoved() shifts by, in pixels. */
     int tolerance() const { return m_tolerance; }
 
     /** Whether `rect` is not inside the stored rectangle shifted right and down by the tolerance.

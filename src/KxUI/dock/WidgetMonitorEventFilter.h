@@ -19,6 +19,8 @@ public:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 Q_SIGNALS:
+    /** What happened to `object`, told before the object hears of it. `event` lives for the
+        duration of the call, so connect directly. */
     void moveEvent(QObject* object, QMoveEvent* event);
     void resizeEvent(QObject* object, QResizeEvent* event);
     void hideEvent(QObject* object, QHideEvent* event);

@@ -25,7 +25,9 @@ public:
 
     /** Remembers `widget` when it is closed; `save` also across sessions. */
     void registerWidget(QWidget* widget, bool save);
+    /** Remembers the next closing of `widget` no longer; what is remembered stays. */
     void unregisterWidget(QWidget* widget);
+    /** `unregisterWidget` for every widget. */
     void clearRegisteredWidgets();
 
     /** Puts `widget` where it was, from the settings or else from the session, and its named
@@ -44,6 +46,7 @@ protected:
     bool moveWidgetToRegisteredRect(QWidget* widget);
 
 protected Q_SLOTS:
+    /** A widget is asked to close: remembers where it is. */
     void onCloseEvent(QObject* object, QCloseEvent* event);
     /** Hiding saves nothing. */
     void onHideEvent(QObject* object, QHideEvent* event);

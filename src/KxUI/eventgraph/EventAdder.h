@@ -18,6 +18,7 @@ public:
             m_track->addEvent(EventTrack::Type::Start, m_userData);
     }
 
+    /** Copies what the end will carry; no start is recorded. */
     EventAdder(const EventAdder&) = default;
     EventAdder& operator=(const EventAdder&) = default;
 
@@ -29,6 +30,7 @@ public:
     /** Replaces the user data that the end will carry. */
     void setUserData(EventUserDataIP userData) { m_userData = std::move(userData); }
 
+    /** What the end will carry. */
     EventUserDataIP userData() const { return m_userData; }
 
 private:

@@ -51,10 +51,13 @@ public:
     /** Sets duration (seconds) and mode in the toolbar and starts the view with them. */
     void start(float seconds, EventGraphMode mode);
 
+    /** What the view does, as EventGraphView has it. */
     bool paused() const;
     void addTrack(EventTrack* track);
     void removeTrack(EventTrack* track);
     void setBackgroundStripeSpacing(int pixels);
+
+    /** Whether tracks without activities or samples have no row; sets the check box, too. */
     void setHideEmptyTracks(bool hide);
     bool hideEmptyTracks() const;
 
@@ -68,6 +71,7 @@ public Q_SLOTS:
         duration. */
     void start();
 
+    /** Stops the capture. */
     void stop();
 
     /** Empties every track. */

@@ -118,6 +118,7 @@ public:
     /** The selected time in milliseconds since the start; equal when nothing is selected. */
     int selectionStart() const { return m_selectionStart; }
     int selectionEnd() const { return m_selectionEnd; }
+    /** Selects a time; both ends are brought into the capture and into order. */
     void setSelection(int start, int end);
 
     /** Selects and shows the next (or previous) track whose name, or event whose text holds `text`

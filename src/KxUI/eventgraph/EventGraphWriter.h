@@ -27,12 +27,13 @@ class EventGraphView;
     U+FFFD. */
 class KXUI_EXPORT EventGraphWriter {
 public:
+    /** What is written beside times and names. */
     enum Flag {
         IncludeUserData = 1, ///< write the text of user data
         SkipDuplicates = 2   ///< leave it out where it is the object of the event written before
     };
 
-    /** \param flags an or of Flag. Borrows the view. */
+    /** Borrows the view; `flags` is made of Flag. */
     EventGraphWriter(const EventGraphView& view, int flags);
 
     /** Writes the document to an open device; nothing to null. False when the device failed.

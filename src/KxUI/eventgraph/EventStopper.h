@@ -8,6 +8,7 @@ namespace Kestrel::UI {
     Borrows the track, which must outlive it. */
 class EventStopper {
 public:
+    /** Does nothing when the track is null. */
     explicit EventStopper(EventTrack* track)
         : m_track(track) {}
 

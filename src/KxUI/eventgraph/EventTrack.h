@@ -39,16 +39,21 @@ public:
         Bandwidth = 2 ///< bytes per second of each activity of a timeline track
     };
 
+    /** One event as it is kept. */
     struct Event {
-        qint32 time = 0; ///< milliseconds on the clock of the view
-        Type type = Type::Sample;
-        float value = 0; ///< the sampled value; 0 for a start and an end
-        EventUserDataIP userData;
+        qint32 time = 0;          ///< milliseconds on the clock of the view
+        Type type = Type::Sample; ///< what happened
+        float value = 0;          ///< the sampled value; 0 for a start and an end
+        EventUserDataIP userData; ///< what the recorder added; may be null
     };
 
+    /** Events, oldest first. */
     using EventList = std::deque<Event>;
 
     /** Makes a track that belongs to no view yet.
+        \param name shown at the left end of the row, and searched for
+        \param color the colour of activities and graphs
+        \param type what the track shows
         \param sortKey tracks stand in the view in the order of this number
         \param minValue, maxValue the range of the graph
         \param maxEventsPerSecond the room a capture of limited duration gives the track, per second
@@ -94,15 +99,17 @@ public:
     /** The mean as an addition to a tooltip, such as ", Mean Duration=12.5"; empty without one. */
     QString trackTooltipText() const;
 
+    /** What the track was made with. */
     QString name() const { return m_fields.name; }
     QColor color() const { return m_fields.color; }
     int sortKey() const { return m_fields.sortKey; }
     TrackType type() const { return m_fields.type; }
     /** Whether the track is drawn as a graph: every type but the timeline. */
     bool displayAsGraph() const { return m_fields.type != TrackType::Timeline; }
+    /** The values at the bottom and at the top of the graph. */
     float minValue() const { return m_fields.minValue; }
     float maxValue() const { return m_fields.maxValue; }
-    /** Pixels. */
+    /** The height of the row of a graph, in pixels. */
     int graphHeight() const { return m_fields.graphHeight; }
 
     /** The events, oldest first. Hold EventGraphView::GetMutex() while another thread may record.

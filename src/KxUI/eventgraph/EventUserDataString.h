@@ -7,6 +7,7 @@ namespace Kestrel::UI {
 /** User data: a text, shown as it is. */
 class KXUI_EXPORT EventUserDataString : public IEventUserData {
 public:
+    /** Keeps the text. */
     explicit EventUserDataString(const QString& text);
 
     QString text() const override;

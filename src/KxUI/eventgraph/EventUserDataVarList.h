@@ -13,6 +13,7 @@ namespace Kestrel::UI {
     Fill it before an event refers to it: the list itself is not guarded. */
 class KXUI_EXPORT EventUserDataVarList : public IEventUserData {
 public:
+    /** An empty list. */
     EventUserDataVarList();
 
     /** Adds a pair; a name may stand more than once. */

@@ -21,9 +21,9 @@ class KXUI_EXPORT FileInfo {
 public:
     /** The bits of the item's flags. */
     enum Flag : std::uint32_t {
-        Directory = 1,
-        Sequence = 2,
-        Writable = 4,
+        Directory = 1,             ///< a directory
+        Sequence = 2,              ///< a sequence of image files
+        Writable = 4,              ///< the process may write it
         AdditionalInfo = 8,        ///< size, time, kind and permission have been fetched
         SequenceNameBuilt = 16,    ///< constructSequenceName() has done its work
         Gaps = 64,                 ///< frames are missing
@@ -59,11 +59,12 @@ public:
         exists is not asked. */
     QByteArray rawFramePath(std::int32_t frame) const;
 
-    /** The name of the sequence with its range, `img.####.exr 1-100`; empty until it is built.
-       Items of a folded listing have it from the start. */
+    /** The name of the sequence with its range; empty until it is built. Items of a folded listing
+        have it from the start: `img.####.exr 1-100`. */
     QString sequenceName() const;
 
-    /** The sequence name followed by the present ranges: `img.####.exr 1-10 ( 1-3 5-10 )`. */
+    /** The sequence name followed by the present ranges. `img.####.exr 1-10 ( 1-3 5-10 )` misses
+        frame 4. */
     QString getSequenceLongName() const;
 
     /** Builds the sequence name once: the file name with its first # written numberOfHashes()
@@ -72,13 +73,16 @@ public:
        named already. */
     void constructSequenceName();
 
+    /** Bits of Flag. */
     std::uint32_t flags() const { return m_flags; }
 
-    /** Sets or clears bits of Flag. */
+    /** Sets or clears bits of Flag, given as a number or by name. */
     void setFlag(std::uint32_t flag, bool on = true);
     void setIsDirectory(bool isDirectory);
     void setIsSequence(bool isSequence);
 
+    /** Whether one bit of Flag is set; a file is whatever is no directory, sequences included.
+        isDir() and isWritable() tell nothing before hasAdditionalInfo(). */
     bool isDir() const { return hasFlag(Directory); }
     bool isFile() const { return !isDir(); }
     bool isSequence() const { return hasFlag(Sequence); }
@@ -94,7 +98,10 @@ public:
     /** Stores what a status call told. Times are seconds since 1970, sizes bytes. */
     void setAdditionalInfo(std::uint64_t size, std::int64_t lastModified, bool isDirectory,
                            bool isWritable);
+
+    /** The size in bytes, that of the first frame for a sequence; 0 before it was fetched. */
     std::uint64_t size() const { return m_size; }
+    /** Seconds since 1970; 0 before the status was fetched. */
     std::int64_t lastModified() const { return m_lastModified; }
 
     /** First and last frame of a sequence, and how many # stand for the number in its frame name.

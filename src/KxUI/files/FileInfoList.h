@@ -36,9 +36,9 @@ public:
     explicit FileInfoList(QObject* parent = nullptr);
     ~FileInfoList() override;
 
-    /** Lists a directory, `.` and `..` included, in place of what the list holds, and puts the
-        cursor of the status fetching at the first item; a relative path counts from the current
-        directory. Emits lazyStatFetchNext() when there are items.
+    /** Lists a directory in place of what the list holds, and puts the cursor of the status
+       fetching at the first item. The items `.` and `..` are listed, too. A relative path counts
+       from the current directory. Emits lazyStatFetchNext() when there are items.
 
         Sequences are items of the text `img.####.exr 1-100`, with `,step` when the step is not 1;
         members of different digit counts share a single #. When frames are missing, the present
@@ -66,6 +66,7 @@ public:
     bool splitIncompleteSequences() const { return m_splitIncomplete; }
     void setSplitIncompleteSequences(bool split);
 
+    /** The items. References to them hold until the list is filled again or grows. */
     const std::vector<FileInfo>& getFileList() const { return m_files; }
     std::vector<FileInfo>& getFileList() { return m_files; }
 
@@ -73,11 +74,13 @@ public:
     FileInfo& operator[](int index) { return m_files[static_cast<std::size_t>(index)]; }
     const FileInfo& operator[](int index) const { return m_files[static_cast<std::size_t>(index)]; }
 
+    /** The number of items. */
     int size() const { return static_cast<int>(m_files.size()); }
 
+    /** Adds a copy of an item at the end. */
     void push_back(const FileInfo& info);
 
-    /** Adds a file with the status that `info` holds. */
+    /** Adds a file at the end, with the status that `info` holds. */
     void push_back(const QFileInfo& info);
 
     /** The index of the item whose status is to be fetched; size() at the end. */

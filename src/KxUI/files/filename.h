@@ -4,7 +4,7 @@
     File name helpers with C signatures, for C and C++ hosts.
 
     Strings are 8-bit, UTF-8 by convention; on POSIX systems they are bytes and pass through
-    unchanged. Both `/` and `\` separate components, `X:` is a drive, results use `/` only.
+    unchanged. Both slash and backslash separate components, `X:` is a drive, results use `/` only.
     Character classes and case are ASCII, whatever the locale. The functions are meant for one
     thread at a time. */
 
@@ -20,7 +20,7 @@ extern "C" {
 
 struct dirent;
 
-/** Makes a path absolute and normalises its leading `./` and `../`.
+/** Makes a path absolute. Steps `./` and `../` that it begins with are resolved.
 
     @param to     receives the result, always NUL-terminated when `tolen` is at least 1
     @param tolen  size of `to` in bytes; what does not fit is cut off
@@ -49,7 +49,7 @@ KXUI_EXPORT bool filename_match(const char* name, const char* pattern);
    failure included, until another path is asked for. */
 KXUI_EXPORT bool filename_isdir(const char* path);
 
-/** Lists a directory in natural order (a9 before a10), `.` and `..` included.
+/** Lists a directory in natural order (a9 before a10). The entries `.` and `..` are listed, too.
 
     @param dir        the directory; empty means the current one
     @param list       receives an array of NUL-terminated names with a null pointer after the last;

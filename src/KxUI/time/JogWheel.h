@@ -18,6 +18,7 @@ public:
     explicit JogWheel(QWidget* parent = nullptr);
     ~JogWheel() override;
 
+    /** Within minimum() to maximum(). */
     int value() const { return m_value; }
 
     /** Brings the value into the range. A `maximum` below `minimum` becomes `minimum`. */

@@ -48,6 +48,7 @@ public:
     /** Whether the limits, if they are used, allow that time. */
     bool isInRange(Kestrel::Base::Time time) const;
 
+    /** The rate that times are counted, shown and read at. */
     void setTimeBase(Kestrel::Base::TimeBase timeBase);
     Kestrel::Base::TimeBase timeBase() const { return m_timeBase; }
 
@@ -56,6 +57,8 @@ public:
     void setTimeDisplayFormat(bool displayTimecode, bool displayDropFrames);
     bool displayTimecode() const { return m_displayTimecode; }
     bool displayDropFrames() const { return m_displayDropFrames; }
+
+    /** The notation that the two flags ask for. */
     Kestrel::Base::Timecode::DisplayType timeDisplayFormat() const;
 
     /** The timecode of frame 0 as a number of frames; a negative one counts too. */

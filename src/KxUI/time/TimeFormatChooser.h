@@ -36,6 +36,7 @@ public:
         borrowed. */
     void addTimefield(TimeField* field);
 
+    /** What the menu offers; a value that is no mode is ignored. */
     void setMode(Mode mode);
     Mode mode() const { return m_mode; }
 
@@ -47,11 +48,14 @@ public:
     void setTimeDisplay(bool displayTimecode, bool displayDropFrames,
                         Kestrel::Base::Time framesStart, Kestrel::Base::Time timecodeStart);
 
+    /** Timecode or frame numbers, and whether timecode drops frame labels at rates that allow it.
+     */
     void setTimeDisplayFormat(bool displayTimecode, bool displayDropFrames);
     bool displayTimecode() const { return m_displayTimecode; }
     bool displayDropFrames() const { return m_displayDropFrames; }
 
 public Q_SLOTS:
+    /** What the entries of the menu do. */
     void showTimecode();
     void showFrames();
     /** Reserved for times that do not start at the timecode start; changes nothing. */

@@ -41,11 +41,11 @@ class KXUI_EXPORT TimeSlider : public QWidget {
 public:
     /** What a drag moves. */
     enum HandleType {
-        NoHandle = 0,
-        InHandle = 1,
-        OutHandle = 2,
-        InOutHandle = 3, ///< both marks, their distance kept
-        PlayheadHandle = 4,
+        NoHandle = 0,            ///< nothing is dragged
+        InHandle = 1,            ///< the in mark
+        OutHandle = 2,           ///< the out mark
+        InOutHandle = 3,         ///< both marks, their distance kept
+        PlayheadHandle = 4,      ///< the current time
         PanHandle = 5,           ///< the visible range, by the ruler
         ZoomRectangleHandle = 6, ///< sweeps the range to zoom to
         ZoomHandle = 7,          ///< zooms about the pressed time
@@ -91,6 +91,7 @@ public:
     void setLastVisibleTime(Base::Time time);
     Base::Time lastVisibleTime() const;
 
+    /** Both ends at once; `first` comes before `last`. */
     void setTimeRange(TimeSliderTime first, TimeSliderTime last);
 
     /** Makes `time` the first visible one, at the same length. */
@@ -129,10 +130,14 @@ public:
        frames may be reported at little cost: the bars repaint at most once a turn of the event
        loop.
         @{ */
+    /** As the constructor was told. */
     int numCacheBars() const;
+    /** One frame is cached, or no longer. */
     void displayFrameAsCached(Base::Time frame, int bar);
     void clearCachedFrame(Base::Time frame, int bar);
+    /** Replaces the cached frames of a bar. */
     void setCachedFrames(const FrameSet& frames, int bar);
+    /** The colour in which a bar shows its cached frames. */
     void setCacheBarColor(const QColor& color, int bar);
     /** @} */
 
@@ -142,6 +147,7 @@ public:
 
     /** Shows the faint second playhead, otherwise the mouse's, at a time. */
     void setPreviewPlayhead(Base::Time time);
+    /** Hides it, until the mouse or the host shows it again. */
     void clearPreviewPlayhead();
 
     /** The handle being dragged. */
@@ -150,9 +156,12 @@ public:
     /** \name Settings of all sliders, for the host to make at start-up
         Colours are Qt::magenta until set.
         @{ */
+    /** Of the in and out marks. */
     static void SetInOutMarkerColor(const QColor& color);
     static QColor InOutMarkerColor();
+    /** Of keyframes, and of a playhead on one. */
     static void SetKeyFrameColor(const QColor& color);
+    /** Of playheads whose slider has no colour of its own. */
     static void SetStandardPlayheadColor(const QColor& color);
     static QColor StandardPlayheadColor();
 

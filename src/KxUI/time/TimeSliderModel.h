@@ -25,15 +25,16 @@ class KXUI_EXPORT TimeSliderModel : public QObject {
 public:
     /** What timeChanged() says has changed. */
     enum TimeFlag {
-        StartTime = 1,
-        EndTime = 2,
-        InTime = 4,  ///< changed or set again
-        OutTime = 8, ///< changed or set again
-        CurrentTime = 16,
-        KeyFrames = 32,
-        FirstVisibleTime = 64,
-        LastVisibleTime = 128
+        StartTime = 1,         ///< startTime()
+        EndTime = 2,           ///< endTime()
+        InTime = 4,            ///< inTime(), changed or set again
+        OutTime = 8,           ///< outTime(), changed or set again
+        CurrentTime = 16,      ///< currentTime()
+        KeyFrames = 32,        ///< keyFrames()
+        FirstVisibleTime = 64, ///< firstVisibleTime()
+        LastVisibleTime = 128  ///< lastVisibleTime()
     };
+    /** Bits of TimeFlag. */
     Q_DECLARE_FLAGS(TimeFlags, TimeFlag)
     Q_FLAG(TimeFlags)
 
@@ -76,6 +77,7 @@ public:
     void setFirstVisibleTime(TimeSliderTime time);
     void setLastVisibleTime(TimeSliderTime time);
 
+    /** Replaces the keyframes; they may lie outside the clip. */
     void setKeyFrames(const std::set<Base::Time>& keyFrames);
     void setKeyFrames(const std::set<int>& keyFrames);
 
@@ -112,6 +114,7 @@ public Q_SLOTS:
     void markIn();
     void markOut();
 
+    /** Goes to the first or the last frame of the clip. */
     void goToStart();
     void goToEnd();
 

@@ -19,12 +19,14 @@ public:
     /** The invalid time. */
     constexpr TimeSliderTime() noexcept = default;
 
+    /** That time; implicit, so that times and literals can be operands. */
     constexpr TimeSliderTime(Base::Time time) noexcept
         : m_time(time) {}
 
     /** The frame count, Kestrel::Base::InvalidTime when invalid. */
     constexpr Base::Time time() const noexcept { return m_time; }
 
+    /** Whether the time is set. */
     constexpr bool isValid() const noexcept { return m_time != Base::InvalidTime; }
 
     /** The stored value in single precision; an invalid time has no special case. */
@@ -100,19 +102,23 @@ public:
         return a.m_time % b.m_time;
     }
 
+    /** As the operator without the equals sign. */
     constexpr TimeSliderTime& operator+=(TimeSliderTime other) noexcept {
         return *this = *this + other;
     }
     constexpr TimeSliderTime& operator-=(TimeSliderTime other) noexcept {
         return *this = *this - other;
     }
+    /** As the operator without the equals sign. */
     constexpr TimeSliderTime& operator*=(int factor) noexcept { return *this = *this * factor; }
     TimeSliderTime& operator*=(float factor) noexcept { return *this = *this * factor; }
 
+    /** Compares valid times; false if either operand is invalid. */
     friend constexpr bool operator<(TimeSliderTime a, TimeSliderTime b) noexcept {
         return a.isValid() && b.isValid() && a.m_time < b.m_time;
     }
     friend constexpr bool operator>(TimeSliderTime a, TimeSliderTime b) noexcept { return b < a; }
+    /** Compares valid times; false if either operand is invalid, equal ones included. */
     friend constexpr bool operator<=(TimeSliderTime a, TimeSliderTime b) noexcept {
         return a.isValid() && b.isValid() && a.m_time <= b.m_time;
     }

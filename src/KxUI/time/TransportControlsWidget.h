@@ -29,6 +29,7 @@ public:
         ignored. */
     void setMode(TransportControlsMode mode);
 
+    /** What playbackStateChanged() was told last; NoPlayback at first. */
     PlaybackStatus playbackState() const { return m_playbackState; }
 
     /** In bounce mode playback turns round at the ends, so either play button stops it. */
@@ -37,6 +38,7 @@ public:
     /** Lets the time field follow the chooser's formatter. */
     void connectTimecodeWidgetToFormatChooser(TimeFormatChooser* chooser);
 
+    /** Whether the user may type a time. */
     void setTimecodeWidgetEnabled(bool enabled);
 
 public Q_SLOTS:
@@ -46,10 +48,12 @@ public Q_SLOTS:
     void playbackStateChanged(Kestrel::UI::PlaybackStatus state);
     /** Puts the keyboard focus into the time field, all its text selected. */
     void setFocusToTimecodeWidget();
+    /** What a click on a play button does: asks the host to play that way, or to stop. */
     void handlePlayForwardsButtonClicked();
     void handlePlayBackwardsButtonClicked();
 
 Q_SIGNALS:
+    /** The user clicked the button of that name; the host does what it says. */
     void jumpToBeginningButtonClicked();
     void jumpBackwardsButtonClicked();
     void frameBackwardsButtonClicked();

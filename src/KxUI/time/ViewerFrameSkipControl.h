@@ -29,6 +29,7 @@ public Q_SLOTS:
 Q_SIGNALS:
     /** The user typed another number of frames. */
     void incrementFieldValueChanged(int increment);
+    /** The user wants to skip as many frames as the field says. */
     void skipForwardsButtonClicked();
     void skipBackwardsButtonClicked();
 

@@ -24,6 +24,7 @@ class KXUI_EXPORT MultiStackUndoGroup : public QObject {
     Q_OBJECT
 
 public:
+    /** An empty history; `parent` owns the object, without one whoever made it does. */
     explicit MultiStackUndoGroup(QObject* parent = nullptr);
 
     /** Leaves the commands that are still in the history alone. A host that wants them deleted
@@ -51,6 +52,7 @@ public:
         answer to a step. */
     void makeIndex(int target);
 
+    /** Whether there is a step in that direction. */
     bool canUndo() const;
     bool canRedo() const;
 
@@ -82,12 +84,13 @@ public slots:
     void redo();
 
 signals:
+    /** Sent before and after a project came or left. */
     void projectAboutToBeAdded();
     void projectAdded();
     void projectAboutToBeRemoved();
     void projectRemoved();
 
-    /** Around every command that is performed, undone or redone. */
+    /** Sent before and after every command that is performed, undone or redone. */
     void projectAboutToBeChanged();
     void projectChanged();
 

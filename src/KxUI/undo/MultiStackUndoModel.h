@@ -24,6 +24,7 @@ public:
     /** Shows another group; null, or a group that was deleted, makes a model without rows. The
         group stays the host's. */
     void setGroup(MultiStackUndoGroup* group);
+    /** The group that is shown; null for none. */
     MultiStackUndoGroup* group() const;
 
     /** The selection model for the views on this model, owned by it. */

@@ -27,6 +27,7 @@ public:
 protected:
     void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
     QRegion visualRegionForSelection(const QItemSelection& selection) const override;
+    /** Reimplemented from Qt. */
     QItemSelectionModel::SelectionFlags
     selectionCommand(const QModelIndex& index, const QEvent* event = nullptr) const override;
 

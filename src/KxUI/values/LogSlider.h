@@ -21,6 +21,7 @@ class KXUI_EXPORT LogSlider : public QSlider {
 public:
     /** A vertical slider without a range, as a plain QSlider is. */
     explicit LogSlider(QWidget* parent = nullptr);
+    /** The same in the orientation given. */
     explicit LogSlider(Qt::Orientation orientation, QWidget* parent = nullptr);
     ~LogSlider() override;
 
