@@ -37,7 +37,7 @@ constexpr bool operator!=(const FrameRange& a, const FrameRange& b) noexcept {
 
 /** Reads "7", "1-10", "1-10x2" or "1-10,2": one frame, or the first and the last frame, in this
     order, with a step of 1 or more. Frames may be negative ("-5--1"). Nothing for any other text;
-    then `error`, where given, receives a message that quotes the text. */
+    then `error`, where given, receives a message that quotes the text. Any thread. */
 KXUI_EXPORT std::optional<FrameRange> parseFrameRange(std::string_view text,
                                                       std::string* error = nullptr);
 

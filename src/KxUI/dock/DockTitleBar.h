@@ -9,7 +9,7 @@ namespace Kestrel::UI {
 class Dock;
 
 /** The bar on top of a pane that carries its tabs and buttons. While the pane's title is hidden it
-   is a strip of 3 pixels, and shows the title while the mouse rests on it. */
+   is a strip of 3 pixels, and shows the title while the mouse rests on it. GUI thread. */
 class KXUI_EXPORT DockTitleBar : public QWidget {
     Q_OBJECT
 

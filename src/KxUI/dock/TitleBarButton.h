@@ -8,7 +8,8 @@ namespace Kestrel::UI {
 
 class DockTitleBar;
 
-/** A small flat button in the title bar of a pane: its icon and 2 pixels around it. */
+/** A small flat button in the title bar of a pane: its icon and 2 pixels around it. GUI
+    thread. */
 class KXUI_EXPORT TitleBarButton : public QPushButton {
     Q_OBJECT
 

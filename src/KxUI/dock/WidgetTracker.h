@@ -15,7 +15,7 @@ namespace Kestrel::UI {
 
 /** Remembers where named top-level widgets were, for the session and, when asked, in the settings,
     together with the state of the named splitters inside them. Widgets are known by their object
-    names; one without a name is never remembered. Widgets are borrowed. GUI thread. */
+    names; one without a name is never remembered. Widgets are borrowed and not null. GUI thread. */
 class KXUI_EXPORT WidgetTracker : public QObject {
     Q_OBJECT
 

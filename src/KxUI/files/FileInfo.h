@@ -16,7 +16,9 @@ namespace Kestrel::UI {
 
     Names are kept as the bytes that the system gave and shown decoded: as UTF-8 on POSIX systems
     whatever the locale, with replacement characters for what is not UTF-8. Nothing is cut. Member
-    files and the parent are borrowed; copies of an item borrow the same ones. */
+    files and the parent are borrowed; copies of an item borrow the same ones.
+
+    A value for one thread at a time. */
 class KXUI_EXPORT FileInfo {
 public:
     /** The bits of the item's flags. */
@@ -138,7 +140,8 @@ public:
     FileInfo* getParent() const { return m_parent; }
     void setParent(FileInfo* parent) { m_parent = parent; }
 
-    /** Makes an extension mark sequences for the whole process: `exr`, `.EXR` and `EXR` are one. */
+    /** Makes an extension mark sequences for the whole process: `exr`, `.EXR` and `EXR` are one.
+        Not while another thread lists files. */
     static void addSequenceFileExtension(const char* extension);
 
     /** Whether an extension, written in any of these forms, marks sequences. */

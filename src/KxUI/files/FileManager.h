@@ -4,7 +4,7 @@
 
 namespace Kestrel::UI {
 
-/** Process-wide settings of the file listing. */
+/** Process-wide settings of the file listing. To be made while no other thread lists files. */
 class KXUI_EXPORT FileManager {
 public:
     FileManager() = delete;

@@ -33,7 +33,7 @@ public:
     ~TimeFormatChooser() override;
 
     /** Lets the field show what the formatter says, now and whenever that changes. The field is
-        borrowed. */
+        borrowed; nothing for null. */
     void addTimefield(TimeField* field);
 
     /** What the menu offers; a value that is no mode is ignored. */

@@ -66,7 +66,8 @@ public:
     /** Frames as a set of intervals. */
     using FrameSet = boost::icl::interval_set<Base::Time>;
 
-    /** A slider with `numCacheBars` cache bars, without a parent. `options` is made of Option. */
+    /** A slider with `numCacheBars` cache bars, without a parent. `options` is made of Option.
+        Without a model (null) it stays empty. */
     TimeSlider(TimeSliderModel* model, TimeFormatter* formatter, int numCacheBars, int options);
     ~TimeSlider() override;
 

@@ -35,7 +35,8 @@ public:
     /** In bounce mode playback turns round at the ends, so either play button stops it. */
     void setBounceMode(bool bounce);
 
-    /** Lets the time field follow the chooser's formatter. */
+    /** Lets the time field follow the chooser's formatter. The chooser is borrowed; nothing for
+        null. */
     void connectTimecodeWidgetToFormatChooser(TimeFormatChooser* chooser);
 
     /** Whether the user may type a time. */

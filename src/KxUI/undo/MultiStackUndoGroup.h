@@ -71,7 +71,7 @@ public:
     QAction* createRedoAction(QObject* parent) const;
 
 public slots:
-    /** Registers a project. */
+    /** Registers a project, which is borrowed. */
     void addProject(Kestrel::UI::UndoableProject* project);
 
     /** Deletes the commands of a project, done and undone ones, and forgets the project. */
