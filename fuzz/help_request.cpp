@@ -1,32 +1,25 @@
 // Fuzzes what the help server decides about a request, and compares it with a strict parser.
-//   clang++ -std=c++17 -g -O1 -fsanitize=fuzzer,address,undefined -I src fuzz/help_request.cpp \
-//     src/KxUI/help/HelpRequest.cpp -o help_request && ./help_request fuzz/corpus/help_request
 
 #include <KxUI/help/HelpRequest_p.h>
+
+#include <support/Require.h>
 
 #include <boost/beast/http/parser.hpp>
 #include <boost/beast/http/string_body.hpp>
 
 #include <algorithm>
-#include <cstddef>
-#include <cstdint>
-#include <cstdlib>
 
+using Kestrel::Fuzz::require;
 using namespace Kestrel::UI::Help;
 
 namespace {
-
-void require(bool condition) {
-    if (!condition)
-        std::abort();
-}
 
 // No component of a served name may climb.
 void requireBelowEntry(std::string_view name, char separator) {
     while (!name.empty()) {
         const auto part = name.substr(0, name.find(separator));
         name.remove_prefix(std::min(name.size(), part.size() + 1));
-        require(part != "..");
+        require(part != "..", "no component climbs");
     }
 }
 
@@ -42,9 +35,9 @@ void compareWithStrictParser(const std::string& request, const PageRequest& page
     if (target.empty() || target.front() != '/')
         return;
     const std::string_view text(target.data() + 1, target.size() - 1);
-    require(page.path == text.substr(0, text.find('?')));
+    require(page.path == text.substr(0, text.find('?')), "the path of a strict parser");
     if (const auto mark = text.find('?'); mark != std::string_view::npos)
-        require(page.query == text.substr(mark + 1));
+        require(page.query == text.substr(mark + 1), "the query of a strict parser");
 }
 
 } // namespace
@@ -57,23 +50,26 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const Method method = methodOf(request);
     const auto page = parseRequestGET(request);
     const auto post = parseRequestPOST(request);
-    require(page.has_value() == post.has_value());
+    require(page.has_value() == post.has_value(), "GET and POST see the same page");
     if (page) {
-        require(page->path.find_first_of("? ") == std::string::npos);
-        require(page->path == page->node || page->path == page->node + '.' + page->fileType);
+        require(page->path.find_first_of("? ") == std::string::npos,
+                "a path ends at a mark or blank");
+        require(page->path == page->node || page->path == page->node + '.' + page->fileType,
+                "a path is node and type");
         for (const char separator : {'/', '\\'}) {
             if (const auto name = fileNameOf(*page, separator))
                 requireBelowEntry(*name, separator);
         }
         if (method == Method::Get || method == Method::Head)
             compareWithStrictParser(request, *page);
-        require(post->argument.find('\r') == std::string::npos);
+        require(post->argument.find('\r') == std::string::npos, "an argument is one line");
     }
     // What is no foreign request to port 80 stays none without its headers.
     if (!isForeign(request, 80))
-        require(!isForeign(request.substr(0, request.find('\n')), 80));
+        require(!isForeign(request.substr(0, request.find('\n')), 80),
+                "its headers make a request foreign");
     const std::string response = notFoundResponse(request);
-    require(escapeHtml(request).find_first_of("<>\"") == std::string::npos);
-    require(response.size() >= request.size());
+    require(escapeHtml(request).find_first_of("<>\"") == std::string::npos, "no markup is left");
+    require(response.size() >= request.size(), "the answer quotes the request");
     return 0;
 }
