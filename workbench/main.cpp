@@ -8,6 +8,7 @@
 
 #include <QApplication>
 #include <QFile>
+#include <QIcon>
 
 #if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
 #include <QTextCodec>
@@ -68,6 +69,7 @@ int main(int argc, char** argv) {
 #endif
     QCoreApplication::setOrganizationName(QStringLiteral("Kestrel"));
     QCoreApplication::setApplicationName(QStringLiteral("kxui-workbench"));
+    QGuiApplication::setDesktopFileName(QStringLiteral("kxui-workbench"));
 
     CommandLine line = readArguments(argc, argv);
     if (line.action == CommandLine::Action::Refuse)
@@ -106,6 +108,10 @@ int main(int argc, char** argv) {
         font.setPointSize(9);
         QApplication::setFont(font);
     }
+    QIcon icon;
+    for (const int size : {48, 256})
+        icon.addFile(QStringLiteral(":/icon/kxui-workbench-%1.png").arg(size), QSize(size, size));
+    QApplication::setWindowIcon(icon);
     setUpImageReading();
     applyTheme(line.darkPalette ? Theme::Dark : Theme::Light);
 

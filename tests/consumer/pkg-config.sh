@@ -1,7 +1,9 @@
 #!/bin/sh
-# pkg-config.sh LIBDIR COMPILER SOURCE OUTPUT: builds SOURCE by the installed kxui.pc and runs it.
+# pkg-config.sh LIBDIR COMPILER SOURCE OUTPUT ARGS: builds SOURCE by the installed kxui.pc and runs it.
 set -eu
 export PKG_CONFIG_PATH="$1/pkgconfig"
 # shellcheck disable=SC2046 # the flags are words
 "$2" -fPIC "$3" -o "$4" $(pkg-config --cflags --libs kxui) -Wl,-rpath,"$1"
-exec "$4"
+program=$4
+shift 4
+exec "$program" "$@"

@@ -1,12 +1,15 @@
-// A host in a few lines: the sequences of a folder, and a timeline for the first of them.
+// A host in fifty lines: lists the sequences of a folder, and shows a timeline and the transport
+// row for the first. `host FOLDER` opens the window, `host FOLDER PICTURE` saves it as a picture.
 
 #include <KxUI/Version.h>
 #include <KxUI/files/FileInfoList.h>
 #include <KxUI/time/TimeFormatter.h>
 #include <KxUI/time/TimeSlider.h>
 #include <KxUI/time/TimeSliderModel.h>
+#include <KxUI/time/TransportControlsWidget.h>
 
 #include <QApplication>
+#include <QVBoxLayout>
 
 #include <cstdio>
 
@@ -14,15 +17,44 @@ using namespace Kestrel::UI;
 
 int main(int argc, char** argv) {
     QApplication application(argc, argv);
+    const QStringList arguments = QApplication::arguments();
+
     FileInfoList list;
     list.setShouldFilterSequences(true);
-    std::printf("KxUI %s: %d entries\n", KXUI_VERSION_STRING, list.fill(QStringLiteral(".")));
+    if (list.fill(arguments.value(1, QStringLiteral("."))) == 0) {
+        std::fprintf(stderr, "host: %s\n", qPrintable(list.errorString()));
+        return 1;
+    }
+    int first = 1;
+    int last = 100;
+    for (int i = list.size() - 1; i >= 0; --i) {
+        if (list[i].isSequence()) {
+            std::printf("%s\n", qPrintable(list[i].sequenceName()));
+            first = list[i].startFrame();
+            last = list[i].endFrame();
+        }
+    }
 
+    QWidget window;
     TimeSliderModel model;
     TimeFormatter formatter;
-    TimeSlider slider(&model, &formatter, 1, TimeSlider::MainTransport);
-    model.setTimes(1001, Kestrel::Base::InvalidTime, Kestrel::Base::InvalidTime, 1240, 1001);
-    slider.zoomToFit();
-    std::printf("%s\n", qPrintable(formatter.formatTime(model.endTime())));
-    return slider.grab().isNull() ? 1 : 0;
+    auto* slider = new TimeSlider(&model, &formatter, 1, TimeSlider::MainTransport);
+    auto* transport = new TransportControlsWidget;
+    model.setTimes(first, Kestrel::Base::InvalidTime, Kestrel::Base::InvalidTime, last, first);
+    slider->zoomToFit();
+    QObject::connect(transport, &TransportControlsWidget::timeChanged, &model,
+                     &TimeSliderModel::setCurrentTime);
+    QObject::connect(&model, &TimeSliderModel::timeChanged, transport,
+                     [&] { transport->setCurrentTime(model.currentTime()); });
+    transport->playbackStateChanged(Stopped);
+
+    auto* layout = new QVBoxLayout(&window);
+    layout->addWidget(slider);
+    layout->addWidget(transport);
+    window.setWindowTitle(QStringLiteral("A host of KxUI " KXUI_VERSION_STRING));
+    window.resize(720, 120);
+    if (arguments.size() > 2)
+        return window.grab().save(arguments[2]) ? 0 : 1;
+    window.show();
+    return QApplication::exec();
 }
