@@ -48,15 +48,20 @@ function(kxui_moc_new_headers target)
   endif()
 endfunction()
 
-# kxui_room(NAME SOURCES ... PUBLIC_HEADERS ... [PRIVATE_HEADERS ...])
+# kxui_room(NAME SOURCES ... PUBLIC_HEADERS ... [PRIVATE_HEADERS ...] [PLAIN_SOURCES ...])
 # Adds a room's files, named relative to its folder, to the library. Public headers are installed
-# and each is compiled alone by the target `header-checks`.
+# and each is compiled alone by the target `header-checks`. Plain sources know no Qt, so that they
+# are built also where there is none.
 function(kxui_room name)
-  cmake_parse_arguments(room "" "" "SOURCES;PUBLIC_HEADERS;PRIVATE_HEADERS" ${ARGN})
+  cmake_parse_arguments(room "" "" "SOURCES;PLAIN_SOURCES;PUBLIC_HEADERS;PRIVATE_HEADERS" ${ARGN})
   if(room_UNPARSED_ARGUMENTS)
     message(FATAL_ERROR "kxui_room(${name}): unexpected ${room_UNPARSED_ARGUMENTS}")
   endif()
-  foreach(file IN LISTS room_SOURCES room_PUBLIC_HEADERS room_PRIVATE_HEADERS)
+  set(files ${room_PLAIN_SOURCES} ${room_PUBLIC_HEADERS} ${room_PRIVATE_HEADERS})
+  if(NOT KXUI_WITHOUT_QT)
+    list(APPEND files ${room_SOURCES})
+  endif()
+  foreach(file IN LISTS files)
     target_sources(kxui_objects PRIVATE "${CMAKE_CURRENT_SOURCE_DIR}/${file}")
   endforeach()
   foreach(header IN LISTS room_PUBLIC_HEADERS)
@@ -88,10 +93,29 @@ function(kxui_room_tests room)
   endforeach()
 endfunction()
 
+# kxui_plain_tests(ROOM Case... [LIBS target ...])
+# Tests that know no Qt and are built also where there is none: see tests/support/Plain.h.
+function(kxui_plain_tests room)
+  cmake_parse_arguments(arg "" "" "LIBS" ${ARGN})
+  list(TRANSFORM arg_UNPARSED_ARGUMENTS APPEND .cpp OUTPUT_VARIABLE sources)
+  add_executable(test_${room}_plain ${sources})
+  target_link_libraries(test_${room}_plain PRIVATE kxui_plain_main kxui_archive ${arg_LIBS})
+  foreach(case IN LISTS arg_UNPARSED_ARGUMENTS)
+    add_test(NAME ${room}.${case} COMMAND test_${room}_plain ${case})
+    kxui_test_environment(${room}.${case})
+  endforeach()
+endfunction()
+
 # Qt warns where there is no private run-time folder, and a warning fails a test.
 set(KXUI_TEST_RUNTIME_DIR "${PROJECT_BINARY_DIR}/runtime")
 file(MAKE_DIRECTORY "${KXUI_TEST_RUNTIME_DIR}")
 file(CHMOD "${KXUI_TEST_RUNTIME_DIR}" PERMISSIONS OWNER_READ OWNER_WRITE OWNER_EXECUTE)
+
+# Windows programs run in a Wine folder of this build, with no screen, no questions and nothing
+# written to the user's own folder.
+set(KXUI_WINE_ENVIRONMENT
+  "HOME=${PROJECT_BINARY_DIR}" "WINEPREFIX=${PROJECT_BINARY_DIR}/wine" DISPLAY=
+  WINEDEBUG=-all "WINEDLLOVERRIDES=mscoree,mshtml,winemenubuilder.exe=")
 
 # The environment every test runs in: no screen, a UTF-8 locale. That an unexpected warning is a
 # failure is tests/support/TestMain.cpp's work.
@@ -99,4 +123,8 @@ function(kxui_test_environment test)
   set_tests_properties(${test} PROPERTIES
     TIMEOUT 300
     ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;TZ=UTC;XDG_RUNTIME_DIR=${KXUI_TEST_RUNTIME_DIR};ASAN_OPTIONS=detect_stack_use_after_return=1;LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/support/lsan.supp:print_suppressions=0;UBSAN_OPTIONS=print_stacktrace=1;TSAN_OPTIONS=halt_on_error=1")
+  if(WIN32)
+    set_property(TEST ${test} APPEND PROPERTY ENVIRONMENT ${KXUI_WINE_ENVIRONMENT})
+    set_tests_properties(${test} PROPERTIES FIXTURES_REQUIRED wine)
+  endif()
 endfunction()

@@ -1,13 +1,19 @@
 #include <KxUI/files/filename.h>
 #include <KxUI/files/filename_p.h>
+#include <KxUI/files/platform/Platform_p.h>
 
-#include <support/TestRegistry.h>
+#include <support/Plain.h>
+#include <support/TempFolder.h>
 
-#include <QDir>
-#include <QTemporaryDir>
-#include <QtTest>
-
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+#include <fstream>
 #include <random>
+
+namespace fs = std::filesystem;
+using namespace Kestrel::UI;
+using Kestrel::Test::TempFolder;
 
 namespace {
 
@@ -54,146 +60,161 @@ bool literalMatch(const char* s, const char* p) {
     }
 }
 
+void setHome(const std::string& home) {
+#if defined(_WIN32)
+    ::_putenv_s("HOME", home.c_str());
+#else
+    ::setenv("HOME", home.c_str(), 1);
+#endif
+}
+
+std::string times(int count, const std::string& text) {
+    std::string all;
+    while (count-- > 0)
+        all += text;
+    return all;
+}
+
 } // namespace
 
-class FilenameTest : public QObject {
-    Q_OBJECT
-
-private slots:
-    void absolute() {
-        const char* const rows[][4] = {{"./../x", "/a/b", "", "/a/x"},
-                                       {"../x", "", "", "/../x"},
-                                       {"../../../x", "/a/b", "", "/../x"},
-                                       {".", "/a/b", "", "/a/b/."},
-                                       {"..x/y", "/a/b", "", "/a/b/..x/y"},
-                                       {"../x", "/a/b/", "", "/a/b/x"},
-                                       {"", "/a", "", "/a/"},
-                                       {"..\\x\\y", "C:\\a\\b", "", "C:/a/x/y"},
-                                       {"\\x", "/a", "", "/x"},
-                                       {"C:", "/a", "", "C:"},
-                                       {"~/x", "/a", "/home/u", "/a/~/x"},
-                                       {"~", nullptr, "/home/u", "/home/u/"},
-                                       {"~/../x", nullptr, "/home/u", "/home/x"},
-                                       {"~bob/x", nullptr, "/home/u", "/home/bob/x"},
-                                       {"~/x", nullptr, "", "~/x"}};
-        const QByteArray kept = qgetenv("HOME");
-        for (const auto& [from, cwd, home, expected] : rows) {
-            qputenv("HOME", home);
-            char to[64];
-            QCOMPARE(filename_absolute(to, sizeof to, from, cwd), std::uint64_t(qstrlen(expected)));
-            QCOMPARE(to, expected);
-            // Never outside the buffer.
-            for (int room = 0; room < int(qstrlen(expected)); ++room) {
-                std::fill_n(to, sizeof to, '?');
-                filename_absolute(to, room, from, cwd);
-                QVERIFY(to[room] == '?' && (room == 0 || qstrlen(to) < unsigned(room)));
-            }
+KXUI_PLAIN_TEST(FilenameTest, absolute) {
+    const char* const rows[][4] = {{"./../x", "/a/b", "", "/a/x"},
+                                   {"../x", "", "", "/../x"},
+                                   {"../../../x", "/a/b", "", "/../x"},
+                                   {".", "/a/b", "", "/a/b/."},
+                                   {"..x/y", "/a/b", "", "/a/b/..x/y"},
+                                   {"../x", "/a/b/", "", "/a/b/x"},
+                                   {"", "/a", "", "/a/"},
+                                   {"..\\x\\y", "C:\\a\\b", "", "C:/a/x/y"},
+                                   {"\\x", "/a", "", "/x"},
+                                   {"C:", "/a", "", "C:"},
+                                   {"~/x", "/a", "/home/u", "/a/~/x"},
+                                   {"~", nullptr, "/home/u", "/home/u/"},
+                                   {"~/../x", nullptr, "/home/u", "/home/x"},
+                                   {"~bob/x", nullptr, "/home/u", "/home/bob/x"},
+                                   {"~/x", nullptr, "", "~/x"}};
+    for (const auto& [from, cwd, home, expected] : rows) {
+        setHome(home);
+        const std::size_t length = std::strlen(expected);
+        char to[64];
+        COMPARE(filename_absolute(to, sizeof to, from, cwd), length);
+        COMPARE(std::string(to), expected);
+        // Never outside the buffer.
+        for (int room = 0; room < int(length); ++room) {
+            std::fill_n(to, sizeof to, '?');
+            filename_absolute(to, room, from, cwd);
+            CHECK(to[room] == '?' && (room == 0 || std::strlen(to) < unsigned(room)));
         }
-        qputenv("HOME", kept);
     }
+    char small[8];
+    COMPARE(filename_absolute(small, sizeof small, "name", "/long/base"), 10U);
+    COMPARE(std::string(small), "/long/n");
+}
 
-    void absoluteFromHere() {
-        char path[4096] = "./x";
+// What the system says of itself is in its own encoding.
+KXUI_PLAIN_TEST(FilenameTest, absoluteFromHereAndHome) {
+    const TempFolder root;
+    const std::string folder = root.utf8() + "/grüß";
+    fs::create_directory(fs::u8path(folder));
+    fs::current_path(fs::u8path(folder));
+    setHome(Platform::fromUtf8(folder));
+    for (const char* from : {"./x", "~/x"}) {
+        char path[4096];
+        std::strcpy(path, from);
         const auto length = filename_absolute(path, sizeof path, path, nullptr);
-        QCOMPARE(QString::fromUtf8(path), QDir::currentPath() + "/x");
-        QCOMPARE(length, std::uint64_t(qstrlen(path)));
-        char small[8];
-        QCOMPARE(filename_absolute(small, sizeof small, "name", "/long/base"), std::uint64_t(10));
-        QCOMPARE(small, "/long/n");
+        COMPARE(std::string(path), folder + "/x");
+        COMPARE(length, folder.size() + 2);
     }
+}
 
-    void name() {
-        const char* const rows[][2] = {{"/a/b.exr", "b.exr"}, {"a\\b/c\\d", "d"}, {"dir/", ""},
-                                       {"C:foo", "foo"},      {"plain", "plain"}, {"", ""}};
-        for (const auto& [path, expected] : rows)
-            QCOMPARE(filename_name(path), expected);
-        QVERIFY(filename_name(nullptr) == nullptr);
+KXUI_PLAIN_TEST(FilenameTest, name) {
+    const char* const rows[][2] = {{"/a/b.exr", "b.exr"}, {"a\\b/c\\d", "d"}, {"dir/", ""},
+                                   {"C:foo", "foo"},      {"plain", "plain"}, {"", ""}};
+    for (const auto& [path, expected] : rows)
+        COMPARE(std::string(filename_name(path)), expected);
+    CHECK(filename_name(nullptr) == nullptr);
+}
+
+KXUI_PLAIN_TEST(FilenameTest, match) {
+    using Rows = std::vector<std::pair<const char*, const char*>>;
+    const Rows matching{{"abc", "abc,def"},
+                        {"a.dpx", "*.{exr,dpx}"},
+                        {"dx", "[^a-c]x"},
+                        {"]", "[]a]"},
+                        {"-", "[a-]"},
+                        {"\\", "[\\]"},
+                        {"d", "[a-c-e]"},
+                        {"\xff", "[\x80-\xff]"},
+                        {"a", "[\x80-z]"},
+                        {"a", "{a,[b"},
+                        {"xbz", "x{a|b}z"},
+                        {"xbcz", "x{a,b{c,d}}z"},
+                        {"a*", "a\\*"},
+                        {"a\\", "a\\"},
+                        {"a,b", "{x,a\\,b}"},
+                        {"ab", "a}b"},
+                        {"", "*"}};
+    const Rows different{
+        {"def", "abc,def"}, {"a.DPX", "*.{exr,dpx}"}, {"bx", "[!a-c]x"}, {"b", "[c-a]"},
+        {"a", "[a"},        {"e", "{a{b,c}d,e}"},     {"ab", "a\\*"},    {"", "?"},
+        {"", "[!a]"}};
+    for (const auto& [text, pattern] : matching)
+        CHECK_FOR(filename_match(text, pattern), pattern);
+    for (const auto& [text, pattern] : different)
+        CHECK_FOR(!filename_match(text, pattern), pattern);
+
+    std::mt19937 random(11);
+    const auto below = [&](int limit) { return int(random() % unsigned(limit)); };
+    for (int round = 0; round < 300000; ++round) {
+        std::string text;
+        std::string pattern;
+        for (int length = below(6); length > 0; --length)
+            text += "aab,"[below(4)];
+        for (int length = below(10); length > 0; --length)
+            pattern += "aabb*?{},|\\{"[below(12)];
+        if (filename_match(text.c_str(), pattern.c_str()) !=
+            literalMatch(text.c_str(), pattern.c_str()))
+            FAIL("'" + text + "' against '" + pattern + "'");
     }
+}
 
-    void match() {
-        using Rows = std::vector<std::pair<const char*, const char*>>;
-        const Rows matching{{"abc", "abc,def"},
-                            {"a.dpx", "*.{exr,dpx}"},
-                            {"dx", "[^a-c]x"},
-                            {"]", "[]a]"},
-                            {"-", "[a-]"},
-                            {"\\", "[\\]"},
-                            {"d", "[a-c-e]"},
-                            {"\xff", "[\x80-\xff]"},
-                            {"a", "[\x80-z]"},
-                            {"a", "{a,[b"},
-                            {"xbz", "x{a|b}z"},
-                            {"xbcz", "x{a,b{c,d}}z"},
-                            {"a*", "a\\*"},
-                            {"a\\", "a\\"},
-                            {"a,b", "{x,a\\,b}"},
-                            {"ab", "a}b"},
-                            {"", "*"}};
-        const Rows different{
-            {"def", "abc,def"}, {"a.DPX", "*.{exr,dpx}"}, {"bx", "[!a-c]x"}, {"b", "[c-a]"},
-            {"a", "[a"},        {"e", "{a{b,c}d,e}"},     {"ab", "a\\*"},    {"", "?"},
-            {"", "[!a]"}};
-        for (const auto& [text, pattern] : matching)
-            QVERIFY2(filename_match(text, pattern), pattern);
-        for (const auto& [text, pattern] : different)
-            QVERIFY2(!filename_match(text, pattern), pattern);
+// Each of these would outlast any patience if alternatives were tried one by one.
+KXUI_PLAIN_TEST(FilenameTest, hardPatternsEnd) {
+    const std::string text(100, 'a');
+    const auto matches = [&](const std::string& pattern) {
+        return filename_match(text.c_str(), pattern.c_str());
+    };
+    CHECK(!matches(times(50, "*a") + 'b'));
+    CHECK(!matches(times(40, "{a,a}")));
+    CHECK(matches(times(40, "{a,aa,*}")));
+    CHECK(!matches(times(200, "{")));
+}
 
-        std::mt19937 random(11);
-        const auto below = [&](int limit) { return int(random() % unsigned(limit)); };
-        for (int round = 0; round < 300000; ++round) {
-            QByteArray text;
-            QByteArray pattern;
-            for (int length = below(6); length > 0; --length)
-                text += "aab,"[below(4)];
-            for (int length = below(10); length > 0; --length)
-                pattern += "aabb*?{},|\\{"[below(12)];
-            if (filename_match(text, pattern) != literalMatch(text, pattern))
-                QFAIL(qPrintable(QString("'%1' against '%2'").arg(text.data(), pattern.data())));
-        }
-    }
+KXUI_PLAIN_TEST(FilenameTest, statusCache) {
+    const TempFolder root;
+    const std::string sub = root.utf8() + "/sub";
+    const auto isDirectory = [](const std::string& path) { return filename_isdir(path.c_str()); };
+    CHECK(fs::create_directory(sub) && isDirectory(sub));
+    CHECK(fs::remove(sub) && isDirectory(sub));
+    CHECK(!isDirectory("") && !filename_isdir(nullptr));
+    CHECK(!isDirectory(sub));
+    CHECK(fs::create_directory(sub) && !isDirectory(sub));
 
-    // Each of these would outlast any patience if alternatives were tried one by one.
-    void hardPatternsEnd() {
-        const QByteArray text(100, 'a');
-        QVERIFY(!filename_match(text, QByteArray("*a").repeated(50) + 'b'));
-        QVERIFY(!filename_match(text, QByteArray("{a,a}").repeated(40)));
-        QVERIFY(filename_match(text, QByteArray("{a,aa,*}").repeated(40)));
-        QVERIFY(!filename_match(text, QByteArray("{").repeated(200)));
-    }
+    const std::string path = root.utf8() + "/grüß";
+    std::ofstream(fs::u8path(path)) << "12345";
+    CHECK(!isDirectory(path) && fs::remove(fs::u8path(path)));
+    COMPARE(filename_size(path.c_str()), 5U);
+    CHECK(filename_time(path.c_str()) > 0);
 
-    void statusCache() {
-        QTemporaryDir root;
-        QDir dir(root.path());
-        const QByteArray sub = dir.filePath("sub").toUtf8();
-        QVERIFY(dir.mkdir("sub") && filename_isdir(sub));
-        QVERIFY(dir.rmdir("sub") && filename_isdir(sub));
-        QVERIFY(!filename_isdir("") && !filename_isdir(nullptr));
-        QVERIFY(!filename_isdir(sub));
-        QVERIFY(dir.mkdir("sub") && !filename_isdir(sub));
+    const std::string file = sub + "/file";
+    std::ofstream(file) << "1";
+    CHECK(isDirectory(sub + '/') && isDirectory(sub + "\\"));
+    CHECK(!isDirectory(file + '/') && filename_size((file + '/').c_str()) == 0);
+}
 
-        QFile file(dir.filePath("file"));
-        QVERIFY(file.open(QFile::WriteOnly) && file.write("12345") == 5);
-        file.close();
-        const QByteArray path = file.fileName().toUtf8();
-        QVERIFY(!filename_isdir(path) && file.remove());
-        QCOMPARE(Kestrel::UI::filename_size(path), std::uint64_t(5));
-        QVERIFY(Kestrel::UI::filename_time(path) > 0);
-
-        const QString kept = QDir::currentPath();
-        QVERIFY(QDir::setCurrent(root.path()) && QDir().mkpath("C:/a"));
-        QVERIFY(filename_isdir("C:") && filename_isdir("C:\\a"));
-        QVERIFY(QDir::setCurrent(kept));
-    }
-
-    void unreadable() {
-        struct dirent** list = nullptr;
-        for (const char* folder :
-             {"/no/such/folder", "/dev/null", static_cast<const char*>(nullptr)})
-            QVERIFY(filename_list(folder, &list, 1) == 0 && !list);
-        QCOMPARE(filename_list("/", nullptr, 0), 0);
-    }
-};
-
-KXUI_TEST(FilenameTest);
-
-#include "FilenameTest.moc"
+KXUI_PLAIN_TEST(FilenameTest, unreadable) {
+    struct dirent** list = nullptr;
+    for (const char* folder : {"/no/such/folder", "/dev/null", static_cast<const char*>(nullptr)})
+        CHECK(filename_list(folder, &list, 1) == 0 && !list);
+    COMPARE(filename_list("/", nullptr, 0), 0);
+}

@@ -1,33 +1,26 @@
-#include <KxUI/files/FileInfoList.h>
 #include <KxUI/files/NaturalOrder_p.h>
 #include <KxUI/files/filename.h>
 
-#include <support/TestRegistry.h>
+#include <support/Plain.h>
+#include <support/TempFolder.h>
 
-#include <QTemporaryDir>
-#include <QtTest>
+#if !defined(KXUI_WITHOUT_QT)
+#include <KxUI/files/FileInfoList.h>
+#endif
 
+#include <algorithm>
 #include <cmath>
 #include <cstdlib>
+#include <cstring>
 #include <fcntl.h>
 #include <numeric>
 #include <random>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <utility>
 
 using namespace Kestrel::UI;
 using Names = std::vector<std::string>;
-
-static int statusCalls = 0;
-
-extern "C" {
-int __real_stat(const char* path, struct stat* record);
-
-int __wrap_stat(const char* path, struct stat* record) {
-    ++statusCalls;
-    return __real_stat(path, record);
-}
-}
 
 // The rules of listing and folding written down step by step, with no thought of speed.
 namespace Oracle {
@@ -70,6 +63,10 @@ void sort(Names& names, bool grouping) {
     std::sort(names.begin(), names.end(), [&](const std::string& a, const std::string& b) {
         return compare(a.c_str(), b.c_str(), grouping) < 0;
     });
+}
+
+bool has(const Names& names, const std::string& name) {
+    return std::find(names.begin(), names.end(), name) != names.end();
 }
 
 // A name cut at its frame number.
@@ -132,7 +129,7 @@ Run runAt(const Names& names, std::size_t i, std::string& text, Text textOf, Joi
     return run;
 }
 
-Names patternListing(Names names, const std::string& dir) {
+Names patternListing(Names names, const Names& directories) {
     sort(names, true);
     std::size_t width = 4;
     const auto pattern = [&](const std::string& name, int& number) -> std::string {
@@ -156,7 +153,7 @@ Names patternListing(Names names, const std::string& dir) {
     for (std::size_t i = 0; i < names.size();) {
         std::string text;
         const Run run = runAt(names, i, text, pattern, std::equal_to<>());
-        const bool isDirectory = run.count > 1 && filename_isdir((dir + "/" + names[i]).c_str());
+        const bool isDirectory = run.count > 1 && has(directories, names[i]);
         if (run.count > 1 && !isDirectory) {
             text += " " + run.range() + run.steps();
             if (run.missing != 0)
@@ -208,13 +205,13 @@ bool makeCommon(std::string& a, const std::string& b) {
 }
 
 // Items as texts; a sequence has a byte 1 before it.
-Names frameNameListing(Names names, const std::string& dir, bool split) {
+Names frameNameListing(Names names, const Names& directories, bool split) {
     sort(names, true);
     Names result;
     for (std::size_t i = 0; i < names.size();) {
         std::string F;
         const Run run = runAt(names, i, F, frameName, makeCommon);
-        if (run.count == 1 || filename_isdir((dir + "/" + names[i]).c_str())) {
+        if (run.count == 1 || has(directories, names[i])) {
             result.push_back(names[i++]);
             continue;
         }
@@ -252,34 +249,66 @@ Names frameNameListing(Names names, const std::string& dir, bool split) {
 
 namespace {
 
+#if defined(_WIN32)
+int makeDirectory(const std::string& path) {
+    return ::mkdir(path.c_str());
+}
+
+int makeLink(const char*, const std::string&) {
+    return -1;
+}
+
+// The system drops dots at the end of a name.
+std::string nameOnDisk(const std::string& name) {
+    return name.substr(0, name.find_last_not_of('.') + 1);
+}
+#else
+int makeDirectory(const std::string& path) {
+    return ::mkdir(path.c_str(), 0777);
+}
+
+int makeLink(const char* target, const std::string& path) {
+    return ::symlink(target, path.c_str());
+}
+
+std::string nameOnDisk(const std::string& name) {
+    return name;
+}
+#endif
+
 // A folder whose entries are made anew for each case.
 class Folder {
 public:
-    Folder() { QVERIFY(m_root.isValid()); }
-    ~Folder() { make({}); } // also names that the temporary folder could not remove
-
-    std::string path() const { return m_root.path().toStdString(); }
+    std::string path() const { return m_root.utf8(); }
     const Names& names() const { return m_names; }
+    const Names& directories() const { return m_directories; }
 
     // A name that ends with / becomes a directory, with > a link to one, with < a link to a file.
     void make(const Names& entries) {
-        for (const auto& old : m_names)
-            std::remove((path() + "/" + old).c_str());
-        m_names = {".", ".."};
+        for (std::size_t i = 2; i < m_names.size(); ++i) {
+            const std::string old = path() + "/" + m_names[i];
+            if (std::remove(old.c_str()) != 0)
+                ::rmdir(old.c_str());
+        }
+        m_names = m_directories = {".", ".."};
         for (std::string name : entries) {
             const char kind = name.back();
             if (kind == '/' || kind == '>' || kind == '<')
                 name.pop_back();
+            name = nameOnDisk(name);
             const std::string full = path() + "/" + name;
             int result = -1;
             if (kind == '/')
-                result = ::mkdir(full.c_str(), 0777);
+                result = makeDirectory(full);
             else if (kind == '>' || kind == '<')
-                result = ::symlink(kind == '>' ? "/" : "/dev/null", full.c_str());
+                result = makeLink(kind == '>' ? "/" : "/dev/null", full);
             else
                 result = ::close(::open(full.c_str(), O_CREAT | O_EXCL | O_WRONLY, 0666));
-            if (result == 0)
-                m_names.push_back(name);
+            if (result != 0)
+                continue;
+            m_names.push_back(name);
+            if (kind == '/' || kind == '>')
+                m_directories.push_back(name);
         }
     }
 
@@ -296,21 +325,10 @@ public:
         return names;
     }
 
-    // What a FileInfoList holds, with a byte 1 before a sequence.
-    Names items(bool fold, bool split) const {
-        FileInfoList list;
-        list.setShouldFilterSequences(fold);
-        list.setSplitIncompleteSequences(split);
-        list.fill(m_root.path());
-        Names names;
-        for (const FileInfo& info : list.getFileList())
-            names.push_back((info.isSequence() ? "\1" : "") + std::string(info.rawFileName()));
-        return names;
-    }
-
 private:
-    QTemporaryDir m_root;
+    Kestrel::Test::TempFolder m_root;
     Names m_names;
+    Names m_directories;
 };
 
 // A handful of sequences with steps, gaps and paddings, directories, links and odd names.
@@ -342,127 +360,163 @@ Names generated(std::mt19937& random) {
     return names;
 }
 
-QString shown(const Names& names) {
-    QString text;
+std::string shown(const Names& names) {
+    std::string text;
     for (const auto& name : names)
-        text += QString::fromLatin1(name.data(), int(name.size())) + QLatin1Char('\n');
+        text += name + '\n';
     return text;
 }
 
+// Without the marks of sequences and the entries of every folder.
+std::string visible(const Names& names) {
+    std::string text = shown(names);
+    text.erase(std::remove(text.begin(), text.end(), '\1'), text.end());
+    return text.substr(std::strlen(".\n..\n"));
+}
+
+// What is known to be right, so that the rules above cannot drift along with the code.
+const struct {
+    Names files, patterns, frameNames, split;
+} knownListings[] = {{{"r0010.dpx", "r0020.dpx", "r0040.dpx"},
+                      {"r%04d.dpx 10-40,10(1 missing)"},
+                      {"r####.dpx 10-40,10 ( 10-20 )"},
+                      {"r####.dpx 10-20"}},
+                     {{"a0001", "a0005", "a0007", "a0008"},
+                      {"a%04d 1-8(3 missing)"},
+                      {"a#### 1-8 ( 1-5  7-7 )"},
+                      {"a#### 1-5", "a0007"}},
+                     {{"a1.exr", "a2.exr", "a10.exr"},
+                      {"a%d.exr 1-10(7 missing)"},
+                      {"a#.exr 1-10 ( 1-2 )"},
+                      {"a#.exr 1-2"}},
+                     {{"x0001", "x0003", "x0004", "x0005"},
+                      {"x%04d 1-5(1 missing)"},
+                      {"x#### 1-5 ( 1-3  4-5 )"},
+                      {"x#### 1-3", "x#### 4-5"}},
+                     {{"s0999.exr", "s1000.exr"},
+                      {"s%04d.exr 999-1000"},
+                      {"s####.exr 999-1000"},
+                      {"s####.exr 999-1000"}},
+                     {{"d1.e/", "d2.e", "d3.e"},
+                      {"d1.e/", "d2.e", "d3.e"},
+                      {"d1.e", "d#.e 2-3"},
+                      {"d1.e", "d#.e 2-3"}}};
+
 } // namespace
 
-class FoldingTest : public QObject {
-    Q_OBJECT
+KXUI_PLAIN_TEST(FoldingTest, namesFollowTheRules) {
+    Folder folder;
+    std::mt19937 random(20);
+    for (int round = 0; round < 2000; ++round) {
+        folder.make(generated(random));
+        Names plain = folder.names();
+        Oracle::sort(plain, false);
+        COMPARE(shown(folder.list(false)), shown(plain));
+        COMPARE(shown(folder.list(true)),
+                shown(Oracle::patternListing(folder.names(), folder.directories())));
+    }
+}
 
-private slots:
-    void followsTheRules() {
-        Folder folder;
-        std::mt19937 random(20);
-        for (int round = 0; round < 2000; ++round) {
-            folder.make(generated(random));
-            const std::string dir = folder.path();
-            Names plain = folder.names();
-            Oracle::sort(plain, false);
-            QCOMPARE(shown(folder.list(false)), shown(plain));
-            QCOMPARE(shown(folder.items(false, false)), shown(plain));
-            QCOMPARE(shown(folder.list(true)), shown(Oracle::patternListing(folder.names(), dir)));
-            for (const bool split : {false, true})
-                QCOMPARE(shown(folder.items(true, split)),
-                         shown(Oracle::frameNameListing(folder.names(), dir, split)));
+KXUI_PLAIN_TEST(FoldingTest, knownNames) {
+    Folder folder;
+    for (const auto& listing : knownListings) {
+        folder.make(listing.files);
+        COMPARE(visible(folder.list(true)), shown(listing.patterns));
+    }
+}
+
+KXUI_PLAIN_TEST(FoldingTest, naturalOrder) {
+    std::mt19937 random(7);
+    const std::string alphabet("aAbBzZ_.0019\x7f\x80\xff", 15);
+    NameArena arena;
+    for (int round = 0; round < 400; ++round) {
+        Names names;
+        for (int i = 0; i < 200; ++i) {
+            std::string name;
+            while (name.size() < 12 && random() % 8 != 0)
+                name += alphabet[random() % alphabet.size()];
+            if (random() % 16 == 0)
+                name += std::string(253 + random() % 4, '9');
+            names.push_back(i % 10 == 9 ? names.front() : name);
+        }
+        for (const auto order : {NaturalOrder::Plain, NaturalOrder::Grouping}) {
+            std::vector<Platform::Entry> entries;
+            for (const auto& name : names)
+                entries.emplace_back(arena.add(name), Platform::EntryType::Other);
+            sortNaturally(entries, order);
+            Names sorted;
+            for (const auto& entry : entries)
+                sorted.emplace_back(entry.view());
+            Oracle::sort(names, order == NaturalOrder::Grouping);
+            COMPARE(shown(sorted), shown(names));
         }
     }
+}
 
-    // What is known to be right, so that the rules above cannot drift along with the code.
-    void knownListings() {
-        struct Listing {
-            Names files, patterns, frameNames, split;
-        };
-        const Listing listings[] = {{{"r0010.dpx", "r0020.dpx", "r0040.dpx"},
-                                     {"r%04d.dpx 10-40,10(1 missing)"},
-                                     {"r####.dpx 10-40,10 ( 10-20 )"},
-                                     {"r####.dpx 10-20"}},
-                                    {{"a0001", "a0005", "a0007", "a0008"},
-                                     {"a%04d 1-8(3 missing)"},
-                                     {"a#### 1-8 ( 1-5  7-7 )"},
-                                     {"a#### 1-5", "a0007"}},
-                                    {{"a1.exr", "a2.exr", "a10.exr"},
-                                     {"a%d.exr 1-10(7 missing)"},
-                                     {"a#.exr 1-10 ( 1-2 )"},
-                                     {"a#.exr 1-2"}},
-                                    {{"x0001", "x0003", "x0004", "x0005"},
-                                     {"x%04d 1-5(1 missing)"},
-                                     {"x#### 1-5 ( 1-3  4-5 )"},
-                                     {"x#### 1-3", "x#### 4-5"}},
-                                    {{"s0999.exr", "s1000.exr"},
-                                     {"s%04d.exr 999-1000"},
-                                     {"s####.exr 999-1000"},
-                                     {"s####.exr 999-1000"}},
-                                    {{"d1.e/", "d2.e", "d3.e"},
-                                     {"d1.e/", "d2.e", "d3.e"},
-                                     {"d1.e", "d#.e 2-3"},
-                                     {"d1.e", "d#.e 2-3"}}};
-        const auto visible = [](Names names) {
-            QString text = shown(names).remove(QChar(1));
-            return text.remove(0, int(strlen(".\n..\n")));
-        };
-        Folder folder;
-        for (const Listing& listing : listings) {
-            folder.make(listing.files);
-            QCOMPARE(visible(folder.list(true)), shown(listing.patterns));
-            QCOMPARE(visible(folder.items(true, false)), shown(listing.frameNames));
-            QCOMPARE(visible(folder.items(true, true)), shown(listing.split));
-        }
+#if !defined(KXUI_WITHOUT_QT)
+
+static int statusCalls = 0;
+
+extern "C" {
+int __real_stat(const char* path, struct stat* record);
+
+int __wrap_stat(const char* path, struct stat* record) {
+    ++statusCalls;
+    return __real_stat(path, record);
+}
+}
+
+// What a FileInfoList holds, with a byte 1 before a sequence.
+static Names items(const Folder& folder, bool fold, bool split) {
+    FileInfoList list;
+    list.setShouldFilterSequences(fold);
+    list.setSplitIncompleteSequences(split);
+    list.fill(QString::fromStdString(folder.path()));
+    Names names;
+    for (const FileInfo& info : list.getFileList())
+        names.push_back((info.isSequence() ? "\1" : "") + std::string(info.rawFileName()));
+    return names;
+}
+
+KXUI_PLAIN_TEST(FoldingTest, itemsFollowTheRules) {
+    Folder folder;
+    std::mt19937 random(20);
+    for (int round = 0; round < 2000; ++round) {
+        folder.make(generated(random));
+        COMPARE(shown(items(folder, false, false)), shown(folder.list(false)));
+        for (const bool split : {false, true})
+            COMPARE(shown(items(folder, true, split)),
+                    shown(Oracle::frameNameListing(folder.names(), folder.directories(), split)));
     }
+}
 
-    void naturalOrder() {
-        std::mt19937 random(7);
-        const std::string alphabet("aAbBzZ_.0019\x7f\x80\xff", 15);
-        NameArena arena;
-        for (int round = 0; round < 400; ++round) {
-            Names names;
-            for (int i = 0; i < 200; ++i) {
-                std::string name;
-                while (name.size() < 12 && random() % 8 != 0)
-                    name += alphabet[random() % alphabet.size()];
-                if (random() % 16 == 0)
-                    name += std::string(253 + random() % 4, '9');
-                names.push_back(i % 10 == 9 ? names.front() : name);
-            }
-            for (const auto order : {NaturalOrder::Plain, NaturalOrder::Grouping}) {
-                std::vector<Platform::Entry> entries;
-                for (const auto& name : names)
-                    entries.emplace_back(arena.add(name), Platform::EntryType::Other);
-                sortNaturally(entries, order);
-                Names sorted;
-                for (const auto& entry : entries)
-                    sorted.emplace_back(entry.view());
-                Oracle::sort(names, order == NaturalOrder::Grouping);
-                QCOMPARE(shown(sorted), shown(names));
-            }
-        }
+KXUI_PLAIN_TEST(FoldingTest, knownItems) {
+    Folder folder;
+    for (const auto& listing : knownListings) {
+        folder.make(listing.files);
+        COMPARE(visible(items(folder, true, false)), shown(listing.frameNames));
+        COMPARE(visible(items(folder, true, true)), shown(listing.split));
     }
+}
 
-    // The directory itself tells what a file is; only a link that heads a run is looked at.
-    void regularFilesCostNoStatusCall() {
-        Names names{"dir1.e/", "dir2.e/"};
-        for (int i = 1000; i < 3000; ++i)
-            names.push_back((i % 2 != 0 ? "odd." : "even.") + std::to_string(i) + ".exr");
-        Folder folder;
-        folder.make(names);
-        statusCalls = 0;
-        folder.list(true);
-        folder.list(false);
-        folder.items(true, false);
-        QCOMPARE(statusCalls, 0);
+// The directory itself tells what a file is; only a link that heads a run is looked at.
+KXUI_PLAIN_TEST(FoldingTest, regularFilesCostNoStatusCall) {
+    Names names{"dir1.e/", "dir2.e/"};
+    for (int i = 1000; i < 3000; ++i)
+        names.push_back((i % 2 != 0 ? "odd." : "even.") + std::to_string(i) + ".exr");
+    Folder folder;
+    folder.make(names);
+    statusCalls = 0;
+    folder.list(true);
+    folder.list(false);
+    items(folder, true, false);
+    COMPARE(statusCalls, 0);
 
-        names.insert(names.end(), {"link1.e>", "link2.e>"});
-        folder.make(names);
-        statusCalls = 0;
-        folder.list(true);
-        QCOMPARE(statusCalls, 1);
-    }
-};
+    names.insert(names.end(), {"link1.e>", "link2.e>"});
+    folder.make(names);
+    statusCalls = 0;
+    folder.list(true);
+    COMPARE(statusCalls, 1);
+}
 
-KXUI_TEST(FoldingTest);
-
-#include "FoldingTest.moc"
+#endif

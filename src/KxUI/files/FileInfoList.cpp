@@ -12,13 +12,6 @@
 namespace Kestrel::UI {
 namespace {
 
-// The directory as UTF-8 that holds wherever the process goes.
-std::string absoluteDirectory(const std::string& directory) {
-    return Platform::isAbsolute(directory)
-               ? directory
-               : Platform::joinedPath(Platform::currentDirectory(), Platform::fromUtf8(directory));
-}
-
 QByteArray rangeText(std::int32_t first, std::int32_t last) {
     return ' ' + QByteArray::number(first) + '-' + QByteArray::number(last);
 }
@@ -119,7 +112,7 @@ int FileInfoList::fillRaw(const QByteArray& directory) {
     }
     sortNaturally(listing.entries,
                   m_filterSequences ? NaturalOrder::Grouping : NaturalOrder::Plain);
-    Builder builder(*this, bytesOf(Platform::fromUtf8(absoluteDirectory(path))));
+    Builder builder(*this, bytesOf(Platform::fromUtf8(Platform::absolutePath(path))));
     if (m_filterSequences) {
         FrameNameRules rules;
         foldSequences(

@@ -134,10 +134,9 @@ std::string absolutePath(const char* from, const char* cwd, int room, std::uint6
     bool hasBase = false;
     const char* rest = from;
     if (!cwd && from[0] == '~') {
-        const char* const home = std::getenv("HOME");
-        if (home && home[0] != '\0') {
+        base = Platform::homeDirectory();
+        if (!base.empty()) {
             hasBase = true;
-            base = home;
             if (from[1] == '\0') {
                 rest = from + 1;
             } else if (isSeparator(from[1])) {

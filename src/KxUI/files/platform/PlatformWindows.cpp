@@ -44,6 +44,10 @@ std::string ansiPath(std::string_view path) {
     return text;
 }
 
+bool isSeparator(char c) {
+    return c == '/' || c == '\\';
+}
+
 EntryType entryType(DWORD attributes) {
     if (attributes & FILE_ATTRIBUTE_REPARSE_POINT)
         return EntryType::Unknown;
@@ -57,7 +61,7 @@ int readDirectory(const std::string& path, Listing& listing) {
     std::string filter = ansiPath(path);
     if (filter.empty())
         filter = ".";
-    if (filter.back() != '/' && filter.back() != '\\')
+    if (!isSeparator(filter.back()))
         filter += '/';
     filter += '*';
 
@@ -78,8 +82,14 @@ int readDirectory(const std::string& path, Listing& listing) {
 }
 
 bool queryStatus(const std::string& path, Status& status) {
+    // The call knows no directory by a path that ends with a separator, unless it is a root.
+    std::string_view asked = path;
+    while (asked.size() > 1 && isSeparator(asked.back()) && asked[asked.size() - 2] != ':')
+        asked.remove_suffix(1);
     struct _stat64i32 record {};
-    if (_stat64i32(ansiPath(path).c_str(), &record) != 0)
+    if (_stat64i32(ansiPath(asked).c_str(), &record) != 0)
+        return false;
+    if (asked.size() < path.size() && (record.st_mode & _S_IFDIR) == 0)
         return false;
     status.mode = record.st_mode;
     status.size = static_cast<std::uint32_t>(record.st_size);
@@ -95,9 +105,7 @@ bool isWritable(const std::string& path) {
 }
 
 bool isAbsolute(std::string_view path) {
-    const auto isSeparator = [](char c) { return c == '/' || c == '\\'; };
-    return (!path.empty() && isSeparator(path[0])) ||
-           (path.size() > 2 && path[1] == ':' && isSeparator(path[2]));
+    return (!path.empty() && isSeparator(path[0])) || (path.size() > 1 && path[1] == ':');
 }
 
 std::string currentDirectory() {

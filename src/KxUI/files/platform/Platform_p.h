@@ -73,8 +73,14 @@ bool isWritable(const std::string& path);
 /** Whether the path stands for itself, wherever the process is. */
 bool isAbsolute(std::string_view path);
 
+/** The path as one that stands for itself. */
+std::string absolutePath(const std::string& path);
+
 /** The current directory of the process; empty when it has none. */
 std::string currentDirectory();
+
+/** What the variable HOME says; empty when it says nothing. */
+std::string homeDirectory();
 
 /** Tells the processor that an address is about to be read, where the compiler offers that. */
 inline void prefetch([[maybe_unused]] const void* address) {

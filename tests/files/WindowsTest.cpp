@@ -1,0 +1,73 @@
+#include <KxUI/files/filename.h>
+#include <KxUI/files/filename_p.h>
+#include <KxUI/files/platform/Platform_p.h>
+
+#include <support/Plain.h>
+#include <support/TempFolder.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <fstream>
+#include <windows.h>
+
+namespace fs = std::filesystem;
+using namespace Kestrel::UI;
+using Kestrel::Test::TempFolder;
+
+namespace {
+
+std::string listed(const std::string& folder, bool sequences = false) {
+    struct dirent** list = nullptr;
+    const int count = filename_list(folder.c_str(), &list, sequences ? 1 : 0);
+    std::string names;
+    for (int i = 0; i < count; ++i) {
+        names += reinterpret_cast<const char*>(list[i]) + std::string("\n");
+        std::free(list[i]);
+    }
+    std::free(list);
+    return names;
+}
+
+} // namespace
+
+// Names are of the process's code page, paths of UTF-8.
+KXUI_PLAIN_TEST(WindowsTest, codePage) {
+    COMPARE(GetACP(), 1252U);
+    const TempFolder root;
+    const std::string folder = root.utf8() + "/\u20ac";
+    fs::create_directory(fs::u8path(folder));
+    for (const wchar_t* name : {L"gr\u00fc\u00df.exr", L"\u00c5.exr", L"\u65e5.exr"})
+        std::ofstream(fs::u8path(folder) / name) << "12345";
+    COMPARE(listed(folder), "\xc5.exr\n.\n..\n?.exr\ngr\xfc\xdf.exr\n");
+    COMPARE(listed(root.utf8()), "\x80\n.\n..\n");
+    COMPARE(filename_size((folder + "/gr\u00fc\u00df.exr").c_str()), 5U);
+    COMPARE(filename_size((folder + "/GR\u00dc\u00df.exr").c_str()), 5U);
+    // What the code page cannot say is no file, whatever stands in for it.
+    COMPARE(filename_size((folder + "/\u65e5.exr").c_str()), 0U);
+    COMPARE(listed(folder + "/\u65e5"), "");
+}
+
+KXUI_PLAIN_TEST(WindowsTest, drives) {
+    const TempFolder root;
+    fs::current_path(root.path());
+    for (const char* path : {"C:", "c:", "C:/", "C:\\", "C:\\windows", "c:/WINDOWS/", "/", "."})
+        CHECK_FOR(filename_isdir(path), path);
+    for (const char* path : {"Q:", "Q:/", "C", "C:/windows/win.ini/", "C:/no/such/folder"})
+        CHECK_FOR(!filename_isdir(path), path);
+    // The root, not the folder where the process is on that drive.
+    COMPARE(listed("C:"), listed("C:/"));
+    CHECK(listed("C:\\").find("windows\n") != std::string::npos);
+
+    const char* const rows[][2] = {
+        {"C:", "C:"}, {"C:x", "C:x"}, {"D:/x", "D:/x"}, {"/x", "/x"}, {"\\x", "\\x"}};
+    for (const auto& [path, expected] : rows)
+        COMPARE(Platform::absolutePath(path), expected);
+    std::string here = Platform::absolutePath("x");
+    std::replace(here.begin(), here.end(), '\\', '/');
+    COMPARE(here, root.utf8() + "/x");
+}
+
+// A link does not say what it leads to; only its status does.
+KXUI_PLAIN_TEST(WindowsTest, links) {
+    COMPARE(listed(KXUI_LINKS, true), ".\n..\nd1/\nd2\nf%d 1-2\1\n");
+}
