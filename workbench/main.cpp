@@ -128,6 +128,14 @@ int main(int argc, char** argv) {
 
     MainWindow window(line.timeBase, line.cacheBytes,
                       line.darkPalette ? Theme::Dark : Theme::Light);
+    if (!line.freshWorkspace)
+        window.rememberArrangement();
+    if (!line.layoutFile.isEmpty()) {
+        const QString problem = window.loadFrom(line.layoutFile);
+        if (!problem.isEmpty())
+            complain(Failed, QStringLiteral("\"%1\" is no workspace that can be shown: %2")
+                                 .arg(line.layoutFile, problem));
+    }
     window.show();
     window.openPaths(paths);
     return QApplication::exec();

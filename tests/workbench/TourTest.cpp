@@ -76,8 +76,10 @@ private slots:
                  qPrintable(result.output));
 
         const QStringList pictures = QDir(out).entryList(QDir::Files);
-        for (const char* widget : {"main-window", "sequence-list", "viewer", "timeline",
-                                   "viewer-missing", "viewer-unreadable", "profiler"}) {
+        for (const char* widget :
+             {"main-window", "sequence-list", "viewer", "timeline", "viewer-missing",
+              "viewer-unreadable", "profiler", "layout-review", "layout-grade", "layout-wide",
+              "floating-pane"}) {
             for (const char* theme : {"dark", "light"}) {
                 QSize sizes[2];
                 for (const int scale : {1, 2}) {

@@ -50,10 +50,16 @@ CommandLine parseCommandLine(const QStringList& arguments) {
     const QCommandLineOption cache(QStringLiteral("cache"),
                                    QStringLiteral("Memory for decoded frames in MiB."),
                                    QStringLiteral("MIB"), QStringLiteral("1024"));
+    const QCommandLineOption fresh(
+        QStringLiteral("fresh"),
+        QStringLiteral("Begin in the built-in workspace, and leave the last one as it was kept."));
+    const QCommandLineOption layout(QStringLiteral("layout"),
+                                    QStringLiteral("Begin in a saved workspace."),
+                                    QStringLiteral("FILE"));
     QCommandLineOption tourScale(QStringLiteral("tour-scale"), QString(), QStringLiteral("SCALE"),
                                  QStringLiteral("0"));
     tourScale.setFlags(QCommandLineOption::HiddenFromHelp);
-    parser.addOptions({fps, tour, palette, cache, tourScale});
+    parser.addOptions({fps, tour, palette, cache, fresh, layout, tourScale});
 
     if (!parser.parse(arguments))
         return refusal(parser.errorText());
@@ -77,6 +83,8 @@ CommandLine parseCommandLine(const QStringList& arguments) {
     if (name != QLatin1String("dark") && name != QLatin1String("light"))
         return refusal(QStringLiteral("\"%1\" is no palette; use dark or light.").arg(name));
     line.darkPalette = name == QLatin1String("dark");
+    line.freshWorkspace = parser.isSet(fresh);
+    line.layoutFile = parser.value(layout);
     bool valid = false;
     const uint mebibytes = parser.value(cache).toUInt(&valid);
     if (!valid || mebibytes < 1 || mebibytes > 1024 * 1024)

@@ -27,6 +27,10 @@ struct CommandLine {
     /** The screen scale whose pictures this process saves; 0 for all, each in its own process. */
     int tourScale = 0;
     bool darkPalette = true;
+    /** Begin in the built-in layout rather than in the last one, and do not keep this one. */
+    bool freshWorkspace = false;
+    /** The workspace file to begin with; empty for none. */
+    QString layoutFile;
     std::size_t cacheBytes = std::size_t(1) << 30;
 };
 

@@ -7,8 +7,12 @@
 #include "panels/TimelinePanel.h"
 #include "panels/TransportRow.h"
 #include "panels/ViewerPanel.h"
+#include "workspace/BuiltInLayouts.h"
+#include "workspace/PageKinds.h"
+#include "workspace/WorkspaceMenu.h"
 
 #include <KxUI/eventgraph/EventGraph.h>
+#include <KxUI/settings/AppSettings.h>
 #include <KxUI/time/TimeSlider.h>
 #include <KxUI/time/TransportControlsWidget.h>
 
@@ -18,8 +22,8 @@
 #include <QFileDialog>
 #include <QMenuBar>
 #include <QSplitter>
+#include <QStatusBar>
 #include <QTreeView>
-#include <QVBoxLayout>
 
 namespace Kestrel::Workbench {
 
@@ -35,64 +39,97 @@ QAction* addItem(QMenu* menu, const QString& text, const QKeySequence& keys, Rec
     return action;
 }
 
-QWidget* aboveEachOther(std::initializer_list<QWidget*> widgets) {
-    auto* column = new QWidget;
-    auto* layout = new QVBoxLayout(column);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->setSpacing(0);
-    for (QWidget* widget : widgets)
-        layout->addWidget(widget, widget == *widgets.begin() ? 1 : 0);
-    return column;
+QString profilerKey() {
+    return QStringLiteral("workspace/profilerIsOpen");
 }
 
 } // namespace
 
 MainWindow::MainWindow(Base::TimeBase timeBase, std::size_t cacheBytes, Theme theme)
-    : m_session(timeBase, cacheBytes)
+    : Workspace(&m_session)
+    , m_session(timeBase, cacheBytes)
     , m_help(this, m_session.navigator())
-    , m_list(new SequenceListPanel)
-    , m_viewer(new ViewerPanel(&m_session))
-    , m_timeline(new TimelinePanel(&m_session))
     , m_theme(theme) {
     setWindowTitle(QStringLiteral("KxUI Workbench"));
-    auto* splitter = new QSplitter(Qt::Horizontal);
-    splitter->addWidget(m_list);
-    splitter->addWidget(aboveEachOther({m_viewer, m_timeline, new StatusLine(&m_session)}));
-    splitter->setStretchFactor(0, 0);
-    splitter->setStretchFactor(1, 1);
-    splitter->setSizes({400, 880});
-    splitter->setChildrenCollapsible(false);
-    setCentralWidget(splitter);
-
+    connect(this, &Workspace::pageMade, this, &MainWindow::setUpPage);
     makeFileMenu();
     makePlaybackMenu();
     makeMarksMenu();
     makeViewMenu();
+    menuBar()->addMenu(new WorkspaceMenu(this));
     makeToolsMenu();
-    makeHelpMenu();
-    connect(m_list, &SequenceListPanel::sequenceChosen, this,
-            [this](const Sequence& sequence, Base::Time at) {
-                m_session.open(sequence, at);
-                setWindowTitle(tr("%1 - KxUI Workbench").arg(sequence.title()));
-            });
+    m_help.fillMenu(menuBar()->addMenu(tr("&Help")));
+    statusBar()->addWidget(new StatusLine(&m_session), 1);
+    statusBar()->setSizeGripEnabled(false);
     resize(1280, 720);
+    arrange(builtInLayouts().front());
+}
+
+MainWindow::~MainWindow() {
+    // Before the session that they show.
+    destroyPages();
+}
+
+SequenceListPanel* MainWindow::list() {
+    return static_cast<SequenceListPanel*>(page(QStringLiteral("Sequences")));
+}
+
+ViewerPanel* MainWindow::viewer() {
+    return static_cast<ViewerPanel*>(page(QStringLiteral("Viewer")));
+}
+
+TimelinePanel* MainWindow::timeline() {
+    return static_cast<TimelinePanel*>(page(QStringLiteral("Timeline")));
+}
+
+void MainWindow::setUpPage(const QString& id, QWidget* page) {
+    m_help.addPanel(page, pageKind(id)->help);
+    if (const auto* list = qobject_cast<SequenceListPanel*>(page)) {
+        connect(list, &SequenceListPanel::sequenceChosen, this,
+                [this](const Sequence& sequence, Base::Time at) {
+                    m_session.open(sequence, at);
+                    setWindowTitle(tr("%1 - KxUI Workbench").arg(sequence.title()));
+                });
+    } else if (const auto* timeline = qobject_cast<TimelinePanel*>(page)) {
+        m_help.addPanel(timeline->transportRow(), "transport.html");
+    }
+}
+
+void MainWindow::rememberArrangement() {
+    m_remembers = true;
+    QString problem;
+    if (!recall(&problem) && !problem.isEmpty())
+        statusBar()->showMessage(tr("The last workspace could not be restored. %1").arg(problem));
+    if (UI::AppSettings().value(profilerKey()).toBool())
+        openProfiler();
+}
+
+void MainWindow::closeEvent(QCloseEvent* event) {
+    if (m_remembers) {
+        remember();
+        const bool profiles = m_profiler && m_profiler->isVisible();
+        UI::AppSettings().setValue(profilerKey(), profiles);
+        if (profiles)
+            m_tracker.saveWidgetLocation(m_profiler);
+    }
+    Workspace::closeEvent(event);
 }
 
 void MainWindow::openPaths(const QList<QByteArray>& paths) {
     for (const QByteArray& path : paths) {
         if (isFolder(path.toStdString()))
-            m_list->offerFolder(path);
+            list()->offerFolder(path);
     }
     if (paths.isEmpty())
         return;
     const QByteArray first = paths.first();
     if (!isFolder(first.toStdString())) {
-        m_list->openFile(first);
+        list()->openFile(first);
         return;
     }
-    m_list->openFolder(first);
-    m_list->chooseFirst();
-    m_list->view()->setFocus();
+    list()->openFolder(first);
+    list()->chooseFirst();
+    list()->view()->setFocus();
 }
 
 void MainWindow::setTheme(Theme theme) {
@@ -139,9 +176,10 @@ void MainWindow::makePlaybackMenu() {
             &Navigator::goHalfWay);
     addItem(menu, tr("Go to Star&t"), QKeySequence(Qt::Key_Home), navigator, &Navigator::goToStart);
     addItem(menu, tr("Go to &End"), QKeySequence(Qt::Key_End), navigator, &Navigator::goToEnd);
-    addItem(menu, tr("Type a Ti&me"), QKeySequence(QStringLiteral("Ctrl+T")),
-            m_timeline->transportRow()->transport(),
-            &UI::TransportControlsWidget::setFocusToTimecodeWidget);
+    addItem(menu, tr("Type a Ti&me"), QKeySequence(QStringLiteral("Ctrl+T")), this, [this] {
+        showPage(timeline()->objectName());
+        timeline()->transportRow()->transport()->setFocusToTimecodeWidget();
+    });
     menu->addSeparator();
     QAction* keyframesOnly = menu->addAction(tr("Jump to &Keyframes Only"));
     keyframesOnly->setCheckable(true);
@@ -213,10 +251,10 @@ void MainWindow::makeViewMenu() {
     QAction* drop = addNotation(tr("&Drop-frame Timecode"), true, true);
     drop->setEnabled(formatter->timeBase().isDropFrameRate());
     menu->addSeparator();
-    UI::TimeSlider* slider = m_timeline->slider();
-    addItem(menu, tr("&Whole Clip"), QKeySequence(Qt::Key_F), slider, &UI::TimeSlider::zoomToFit);
-    addItem(menu, tr("&Marked Range"), QKeySequence(QStringLiteral("Shift+F")), slider,
-            &UI::TimeSlider::zoomToFitInOut);
+    addItem(menu, tr("&Whole Clip"), QKeySequence(Qt::Key_F), this,
+            [this] { timeline()->slider()->zoomToFit(); });
+    addItem(menu, tr("&Marked Range"), QKeySequence(QStringLiteral("Shift+F")), this,
+            [this] { timeline()->slider()->zoomToFitInOut(); });
     menu->addSeparator();
     auto* themes = new QActionGroup(this);
     const auto addTheme = [&](const QString& text, Theme theme) {
@@ -241,22 +279,22 @@ void MainWindow::openProfiler() {
     m_session.profiling()->addTo(profiler->view());
     m_help.addPanel(profiler, "profiler.html");
     profiler->setAttribute(Qt::WA_QuitOnClose, false);
+    if (m_remembers && !m_profiler) {
+        profiler->setObjectName(QStringLiteral("Profiler"));
+        if (auto* splitter = profiler->findChild<QSplitter*>())
+            splitter->setObjectName(QStringLiteral("Profiler.splitter"));
+        m_tracker.registerWidget(profiler, true);
+        m_tracker.restoreWidget(profiler);
+    }
+    m_profiler = profiler;
     profiler->show();
     profiler->raise();
     profiler->activateWindow();
 }
 
-void MainWindow::makeHelpMenu() {
-    m_help.addPanel(m_list, "sequence-list.html");
-    m_help.addPanel(m_viewer, "viewer.html");
-    m_help.addPanel(m_timeline, "timeline.html");
-    m_help.addPanel(m_timeline->transportRow(), "transport.html");
-    m_help.fillMenu(menuBar()->addMenu(tr("&Help")));
-}
-
 void MainWindow::askForFolder() {
     const QString folder = QFileDialog::getExistingDirectory(
-        this, tr("Open Folder"), QFile::decodeName(m_list->model()->folder()));
+        this, tr("Open Folder"), QFile::decodeName(list()->model()->folder()));
     if (!folder.isEmpty())
         openPaths({QFile::encodeName(folder)});
 }
@@ -265,12 +303,12 @@ void MainWindow::askForFolder() {
 void MainWindow::reload() {
     const Sequence open = m_session.sequence();
     const Base::Time at = m_session.model()->currentTime();
-    m_list->reload();
-    if (open.isEmpty() || open.folder() != m_list->model()->folder().toStdString())
+    list()->reload();
+    if (open.isEmpty() || open.folder() != list()->model()->folder().toStdString())
         return;
-    const int row = m_list->model()->rowOfFile(open.members().front().second);
+    const int row = list()->model()->rowOfFile(open.members().front().second);
     if (row >= 0)
-        m_session.open(m_list->model()->sequence(row), at);
+        m_session.open(list()->model()->sequence(row), at);
 }
 
 } // namespace Kestrel::Workbench

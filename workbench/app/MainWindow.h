@@ -3,11 +3,18 @@
 #include "app/HelpDesk.h"
 #include "app/Theme.h"
 #include "play/Session.h"
+#include "workspace/Workspace.h"
+
+#include <KxUI/dock/WidgetTracker.h>
 
 #include <QByteArray>
-#include <QMainWindow>
+#include <QPointer>
 
 class QMenu;
+
+namespace Kestrel::UI {
+class EventGraph;
+}
 
 namespace Kestrel::Workbench {
 
@@ -15,18 +22,26 @@ class SequenceListPanel;
 class TimelinePanel;
 class ViewerPanel;
 
-/** The window: sequence list, viewer and timeline round one session, and the menus that drive it.
- */
-class MainWindow : public QMainWindow {
+/** The window: a workspace of panels round one session, and the menus that drive it. It begins in
+   the first built-in layout. */
+class MainWindow : public Workspace {
     Q_OBJECT
 
 public:
     MainWindow(Base::TimeBase timeBase, std::size_t cacheBytes, Theme theme);
+    ~MainWindow() override;
 
     Session* session() { return &m_session; }
-    SequenceListPanel* list() const { return m_list; }
-    ViewerPanel* viewer() const { return m_viewer; }
-    TimelinePanel* timeline() const { return m_timeline; }
+
+    // The panels, in a pane or not.
+    SequenceListPanel* list();
+    ViewerPanel* viewer();
+    TimelinePanel* timeline();
+
+    /** Comes up arranged as the program was left last, with the tool windows that were open, and
+        keeps all that in the settings when it is closed. Says so when that arrangement cannot be
+        read; the window then stays as it is. To be called before the window is shown. */
+    void rememberArrangement();
 
     /** Lists the first of these folders and files and opens its sequence, or its first one; the
        other folders are offered in the list's path field. Absolute paths in the bytes of the file
@@ -39,7 +54,11 @@ public:
         running when this window closes. */
     void openProfiler();
 
+protected:
+    void closeEvent(QCloseEvent* event) override;
+
 private:
+    void setUpPage(const QString& id, QWidget* page);
     void makeFileMenu();
     void makePlaybackMenu();
     void makeRepeatMenu(QMenu* menu);
@@ -52,10 +71,10 @@ private:
 
     Session m_session;
     HelpDesk m_help;
-    SequenceListPanel* m_list;
-    ViewerPanel* m_viewer;
-    TimelinePanel* m_timeline;
+    UI::WidgetTracker m_tracker;
+    QPointer<UI::EventGraph> m_profiler; // once it was opened
     Theme m_theme;
+    bool m_remembers = false;
 };
 
 } // namespace Kestrel::Workbench

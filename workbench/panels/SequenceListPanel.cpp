@@ -68,6 +68,7 @@ SequenceListPanel::SequenceListPanel(QWidget* parent)
          {FolderModel::RangeColumn, FolderModel::MissingColumn, FolderModel::SizeColumn})
         header->setSectionResizeMode(column, QHeaderView::ResizeToContents);
     m_view->installEventFilter(this);
+    setFocusProxy(m_view);
     connect(m_view, &QTreeView::activated, this, &SequenceListPanel::activate);
 
     m_message->setAlignment(Qt::AlignCenter);

@@ -42,6 +42,8 @@ TimelinePanel::TimelinePanel(Session* session, QWidget* parent)
         if (handle == TimeSlider::PlayheadHandle)
             m_session->player()->stop();
     });
+    showMissingFrames();
+    refillCacheBar();
 }
 
 void TimelinePanel::changeEvent(QEvent* event) {

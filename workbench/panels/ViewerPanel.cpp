@@ -37,6 +37,7 @@ ViewerPanel::ViewerPanel(Session* session, QWidget* parent)
     connect(session, &Session::frameChanged, this, &ViewerPanel::showFrame);
     connect(&m_patience, &QTimer::timeout, this, &ViewerPanel::describeFrame);
     connect(session->player(), &Player::playingChanged, m_canvas, &ViewerCanvas::setFast);
+    m_canvas->setFast(session->player()->isPlaying());
     m_canvas->setPaintTrack(session->profiling()->paintTrack());
     m_canvas->setHint(tr("Open a sequence from the list: double click it or press Return."));
     showFrame();

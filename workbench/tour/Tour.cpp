@@ -7,7 +7,9 @@
 #include "panels/TransportRow.h"
 #include "panels/ViewerPanel.h"
 #include "tour/TextTable.h"
+#include "workspace/BuiltInLayouts.h"
 
+#include <KxUI/dock/Dock.h>
 #include <KxUI/eventgraph/EventGraph.h>
 #include <KxUI/eventgraph/EventGraphView.h>
 #include <KxUI/time/TimeSlider.h>
@@ -174,8 +176,25 @@ void Tour::savePictures(Theme theme) {
     const QTemporaryDir emptyFolder;
     empty.openFolder(QFile::encodeName(emptyFolder.path()));
     save(&empty, QStringLiteral("sequence-list-empty"));
+    saveLayouts();
     saveDamaged();
     saveProfiler();
+}
+
+/** The window in each of its layouts, and a panel that floats. */
+void Tour::saveLayouts() {
+    for (const BuiltInLayout& layout : builtInLayouts()) {
+        m_window.arrange(layout);
+        save(&m_window, QStringLiteral("layout-%1").arg(QLatin1String(layout.id)));
+    }
+    m_window.arrange(builtInLayouts().front());
+    UI::Dock::dockForWidget(m_window.timeline())->floatActiveTab();
+    const auto floating = m_window.floatingWindows();
+    for (UI::DockWindow* window : floating) {
+        window->resize(700, 130);
+        save(window, QStringLiteral("floating-pane"));
+    }
+    m_window.arrange(builtInLayouts().front());
 }
 
 /** A viewer on a frame that is missing and on one that cannot be read. */

@@ -28,6 +28,7 @@ private:
     void capturePlayback();
     void showcase();
     void savePictures(Theme theme);
+    void saveLayouts();
     void saveDamaged();
     void saveProfiler();
     void save(QWidget* widget, const QString& name);

@@ -128,6 +128,7 @@ void DockLayoutBuilder::replaceArrangement(const Layout& layout, const PageSourc
 }
 
 void DockLayoutBuilder::replaceKeepingPages(const Layout& layout) {
+    m_showsMain = m_workspace.isVisible();
     QStringList ids;
     for (const LayoutWindow& window : layout.windows) {
         for (const LayoutSplitter& splitter : window.splitters)
@@ -233,7 +234,8 @@ void DockLayoutBuilder::fillWindow(DockWindow& window, const LayoutWindow& layou
         return;
     placeWindow(window, layout.place, isMain);
     root->show();
-    window.show();
+    if (!isMain || m_showsMain)
+        window.show();
 }
 
 void DockLayoutBuilder::fillSplitter(DockSplitter& splitter, const LayoutSplitter& layout) {

@@ -56,6 +56,7 @@ private:
 
     DockMainWindow& m_workspace;
     const bool m_fillScreen;
+    bool m_showsMain = true;
     DockTreeEdit m_edit;
     PageSource m_pages;
     QSet<const QWidget*> m_placed;

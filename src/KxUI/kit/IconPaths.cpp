@@ -56,6 +56,29 @@ QMap<QString, IconPaths> makeIcons() {
     for (const int y : {4, 7, 10})
         lines |= box(3, y, 10, 1);
 
+    // What the panels of a host show: rows, a picture, a ruler, sliders, a clock.
+    IconPaths rows;
+    for (const int y : {2, 6, 10}) {
+        rows.pale |= box(2, y, 3, 3);
+        rows.solid |= box(6, y + 1, 8, 1);
+    }
+    const IconPaths picture{box(1, 3, 14, 10) - box(2, 4, 12, 8),
+                            polygon({{2, 12}, {6, 7}, {9, 10}, {11, 8}, {14, 12}})};
+    IconPaths ruler{polygon({{5, 2}, {11, 2}, {8, 6}}) | box(7, 5, 2, 9), {}};
+    for (const int x : {1, 4, 11, 14})
+        ruler.pale |= box(x, 10, 1, 4);
+    IconPaths sliders;
+    for (const QPoint knob : {QPoint(2, 9), QPoint(7, 3), QPoint(12, 7)}) {
+        const QPainterPath handle = box(knob.x(), knob.y(), 3, 3);
+        sliders.solid |= handle;
+        sliders.pale |= box(knob.x() + 1, 2, 1, 12) - handle;
+    }
+    QPainterPath rim;
+    rim.addEllipse(2, 2, 12, 12);
+    QPainterPath face;
+    face.addEllipse(3, 3, 10, 10);
+    const IconPaths clock{(rim - face) | box(8, 4, 1, 5) | box(8, 8, 4, 1), face};
+
     QMap<QString, IconPaths> icons;
     const auto both = [&icons](const char* backward, const char* forward, const IconPaths& paths) {
         icons.insert(QLatin1String(forward), paths);
@@ -68,6 +91,11 @@ QMap<QString, IconPaths> makeIcons() {
     both("TCKeyBackward", "TCKeyForward", key);
     both("FrameSkipBackwards", "FrameSkipForwards", skip);
     icons.insert(QStringLiteral("TCStop"), {box(4, 4, 8, 8), {}});
+    icons.insert(QStringLiteral("PageSequences"), rows);
+    icons.insert(QStringLiteral("PageViewer"), picture);
+    icons.insert(QStringLiteral("PageTimeline"), ruler);
+    icons.insert(QStringLiteral("PageGrade"), sliders);
+    icons.insert(QStringLiteral("PageHistory"), clock);
     // The panes' menus name their icons by these paths.
     icons.insert(QStringLiteral(":/ui/qrc/images/HSplit.png"), turned(split));
     icons.insert(QStringLiteral(":/ui/qrc/images/VSplit.png"), split);

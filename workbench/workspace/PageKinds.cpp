@@ -1,0 +1,51 @@
+#include "workspace/PageKinds.h"
+
+#include "panels/SequenceListPanel.h"
+#include "panels/TimelinePanel.h"
+#include "panels/ViewerPanel.h"
+
+#include <QCoreApplication>
+
+#include <algorithm>
+
+namespace Kestrel::Workbench {
+
+namespace {
+
+template <typename Panel>
+QWidget* make(Session* session) {
+    return new Panel(session);
+}
+
+template <>
+QWidget* make<SequenceListPanel>(Session* /*session*/) {
+    return new SequenceListPanel;
+}
+
+} // namespace
+
+const std::vector<PageKind>& pageKinds() {
+    static const std::vector<PageKind> kinds{
+        {"Sequences", QT_TRANSLATE_NOOP("PageKind", "Sequences"), "PageSequences",
+         "sequence-list.html", make<SequenceListPanel>},
+        {"Viewer", QT_TRANSLATE_NOOP("PageKind", "Viewer"), "PageViewer", "viewer.html",
+         make<ViewerPanel>},
+        {"Timeline", QT_TRANSLATE_NOOP("PageKind", "Timeline"), "PageTimeline", "timeline.html",
+         make<TimelinePanel>},
+    };
+    return kinds;
+}
+
+const PageKind* pageKind(const QString& id) {
+    const auto& kinds = pageKinds();
+    const auto found = std::find_if(kinds.begin(), kinds.end(), [&id](const PageKind& kind) {
+        return id == QLatin1String(kind.id);
+    });
+    return found == kinds.end() ? nullptr : &*found;
+}
+
+QString PageKind::translatedTitle() const {
+    return QCoreApplication::translate("PageKind", title);
+}
+
+} // namespace Kestrel::Workbench
