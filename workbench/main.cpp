@@ -138,5 +138,6 @@ int main(int argc, char** argv) {
     }
     window.show();
     window.openPaths(paths);
+    window.showPage(window.getFocusPage());
     return QApplication::exec();
 }

@@ -99,7 +99,8 @@ void MainWindow::rememberArrangement() {
     m_remembers = true;
     QString problem;
     if (!recall(&problem) && !problem.isEmpty())
-        statusBar()->showMessage(tr("The last workspace could not be restored. %1").arg(problem));
+        statusBar()->showMessage(tr("The last workspace could not be restored. %1").arg(problem),
+                                 20000);
     if (UI::AppSettings().value(profilerKey()).toBool())
         openProfiler();
 }

@@ -27,7 +27,7 @@ QString workspaceFolder() {
 } // namespace
 
 WorkspaceMenu::WorkspaceMenu(Workspace* workspace)
-    : QMenu(tr("&Workspace"))
+    : QMenu(tr("&Workspace"), workspace)
     , m_workspace(workspace) {
     addLayouts();
     addSeparator();

@@ -18,7 +18,7 @@ class WorkspaceMenu : public QMenu {
     Q_OBJECT
 
 public:
-    /** @param workspace  borrowed; outlives the menu */
+    /** @param workspace  owns the menu */
     explicit WorkspaceMenu(Workspace* workspace);
 
 private:
