@@ -11,6 +11,7 @@
 #include <QBuffer>
 #include <QFile>
 #include <QSaveFile>
+#include <QStackedWidget>
 
 namespace Kestrel::Workbench {
 
