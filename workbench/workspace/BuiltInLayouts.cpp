@@ -1,9 +1,6 @@
 #include "workspace/BuiltInLayouts.h"
 
 #include <QCoreApplication>
-#include <QGuiApplication>
-#include <QScreen>
-#include <QWidget>
 
 namespace Kestrel::Workbench {
 
@@ -48,34 +45,14 @@ constexpr char wide[] = R"(
   <dock id="foot" activePageId="Timeline"><page id="Timeline"/></dock>
 </splitter>)";
 
-/** Where the window is when it fills nothing, as its position with the frame and its size without.
- */
-QRect placeOf(const QWidget& window) {
-    if (!window.isMaximized() && !window.isFullScreen())
-        return QRect(window.pos(), window.size());
-    const QPoint frame = window.geometry().topLeft() - window.pos();
-    const QRect normal = window.normalGeometry();
-    return QRect(normal.topLeft() - frame, normal.size());
-}
-
 } // namespace
 
 QString BuiltInLayout::translatedName() const {
     return QCoreApplication::translate("BuiltInLayout", name);
 }
 
-QByteArray BuiltInLayout::document(const QWidget& window) const {
-    const QRect place = placeOf(window);
-    const auto attribute = [](const char* key, int value) {
-        return QByteArray(" ") + key + "=\"" + QByteArray::number(value) + "\"";
-    };
-    QByteArray document = "<layout version=\"1.0\"><window";
-    document += attribute("x", place.x()) + attribute("y", place.y());
-    document += attribute("w", place.width()) + attribute("h", place.height());
-    document += attribute("screen", qMax(0, QGuiApplication::screens().indexOf(window.screen())));
-    document += attribute("maximized", int(window.isMaximized()));
-    document += attribute("fullscreen", int(window.isFullScreen()));
-    return document + ">" + tree + "</window></layout>";
+QByteArray BuiltInLayout::document() const {
+    return QByteArray("<layout version=\"1.0\"><window>") + tree + "</window></layout>";
 }
 
 const std::vector<BuiltInLayout>& builtInLayouts() {

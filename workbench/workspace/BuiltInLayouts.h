@@ -5,8 +5,6 @@
 
 #include <vector>
 
-class QWidget;
-
 namespace Kestrel::Workbench {
 
 /** An arrangement of the pages that comes with the program. */
@@ -19,8 +17,8 @@ struct BuiltInLayout {
 
     QString translatedName() const;
 
-    /** The layout document that arranges `window` so and leaves it where and as large as it is. */
-    QByteArray document(const QWidget& window) const;
+    /** The layout document; it leaves the window where and as large as it is. */
+    QByteArray document() const;
 };
 
 /** Every layout; the first is the one that the program starts with. */

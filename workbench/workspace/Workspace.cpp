@@ -143,7 +143,7 @@ UI::Dock* Workspace::homeOf(const QString& id) {
 }
 
 void Workspace::arrange(const BuiltInLayout& layout) {
-    const QString problem = restore(layout.document(*this));
+    const QString problem = restore(layout.document());
     Q_ASSERT_X(problem.isEmpty(), "arrange", qPrintable(problem));
     Q_UNUSED(problem)
 }

@@ -128,7 +128,7 @@ void DockLayoutBuilder::replaceArrangement(const Layout& layout, const PageSourc
 }
 
 void DockLayoutBuilder::replaceKeepingPages(const Layout& layout) {
-    m_showsMain = m_workspace.isVisible();
+    m_keepsMain = true;
     QStringList ids;
     for (const LayoutWindow& window : layout.windows) {
         for (const LayoutSplitter& splitter : window.splitters)
@@ -219,7 +219,10 @@ void DockLayoutBuilder::build(const Layout& layout) {
 
 void DockLayoutBuilder::fillWindow(DockWindow& window, const LayoutWindow& layout, bool isMain) {
     const QPointer<DockWindow> alive(&window);
-    window.setWindowState(window.windowState() & ~Qt::WindowMaximized);
+    const bool staysHidden = isMain && m_keepsMain && !window.isVisible();
+    const bool staysPut = isMain && m_keepsMain && layout.place.rect.isEmpty();
+    if (!staysPut)
+        window.setWindowState(window.windowState() & ~Qt::WindowMaximized);
     if (logsRestore()) {
         qDebug() << "DockReader::readWindow starting restore"
                  << "screen:" << layout.place.screen << "maximized:" << layout.place.maximized
@@ -232,9 +235,10 @@ void DockLayoutBuilder::fillWindow(DockWindow& window, const LayoutWindow& layou
         fillSplitter(*root, splitter);
     if (!alive)
         return;
-    placeWindow(window, layout.place, isMain);
+    if (!staysPut)
+        placeWindow(window, layout.place, isMain);
     root->show();
-    if (!isMain || m_showsMain)
+    if (!staysHidden)
         window.show();
 }
 

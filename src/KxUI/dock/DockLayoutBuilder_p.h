@@ -56,7 +56,7 @@ private:
 
     DockMainWindow& m_workspace;
     const bool m_fillScreen;
-    bool m_showsMain = true;
+    bool m_keepsMain = false; // hidden when it is hidden, and in its place without another one
     DockTreeEdit m_edit;
     PageSource m_pages;
     QSet<const QWidget*> m_placed;
