@@ -58,10 +58,10 @@ EntryType entryType(DWORD attributes) {
 
 int readDirectory(const std::string& path, Listing& listing) {
     listing.entries.clear();
-    std::string filter = ansiPath(path);
-    if (filter.empty())
-        filter = ".";
-    if (!isSeparator(filter.back()))
+    // The path tells whether a separator is there: a byte of its converted form may only look so,
+    // as the last one of a Japanese name.
+    std::string filter = path.empty() ? "." : ansiPath(path);
+    if (path.empty() || !isSeparator(path.back()))
         filter += '/';
     filter += '*';
 
