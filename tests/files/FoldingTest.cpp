@@ -407,7 +407,7 @@ const struct {
 KXUI_PLAIN_TEST(FoldingTest, namesFollowTheRules) {
     Folder folder;
     std::mt19937 random(20);
-    for (int round = 0; round < 2000; ++round) {
+    for (int round = 0; round < 1000; ++round) {
         folder.make(generated(random));
         Names plain = folder.names();
         Oracle::sort(plain, false);
@@ -481,7 +481,7 @@ static Names items(const Folder& folder, bool fold, bool split) {
 KXUI_PLAIN_TEST(FoldingTest, itemsFollowTheRules) {
     Folder folder;
     std::mt19937 random(20);
-    for (int round = 0; round < 2000; ++round) {
+    for (int round = 0; round < 1000; ++round) {
         folder.make(generated(random));
         COMPARE(shown(items(folder, false, false)), shown(folder.list(false)));
         for (const bool split : {false, true})
