@@ -10,7 +10,7 @@ KXUI_PACKAGES_BUILD=(
   g++ cmake ninja-build ccache pkg-config
   qtbase5-dev libboost-dev libboost-regex-dev libhwy-dev libopenimageio-dev
   fonts-dejavu-core)
-KXUI_PACKAGES_TEST=(git clang-format libgsl-dev xvfb openbox xdotool x11-utils chromium)
+KXUI_PACKAGES_TEST=(git clang-format libgsl-dev xvfb openbox xdotool x11-utils imagemagick chromium)
 KXUI_PACKAGES_DOCS=(doxygen)
 KXUI_PACKAGES_FUZZ=(clang-14 libclang-rt-14-dev llvm-14)
 KXUI_PACKAGES_SHIP=(dpkg-dev lintian debootstrap abigail-tools)

@@ -224,9 +224,12 @@ private Q_SLOTS:
         auto* root = workspace.rootSplitter();
         QCOMPARE(root->orientation(), Qt::Horizontal);
         QCOMPARE(root->indexOf(right), 1);
+        root->setStretchFactor(1, 1);
         Dock* above = right->split(Qt::Vertical, true);
         auto* branch = qobject_cast<DockSplitter*>(above->parentWidget());
         QVERIFY(branch && branch != root);
+        settle();
+        QCOMPARE(branch->sizePolicy().horizontalStretch(), 1);
         QCOMPARE(branch->indexOf(above), 0);
         QCOMPARE(branch->indexOf(right), 1);
         QVERIFY(qAbs(branch->sizes().at(0) - branch->sizes().at(1)) <= 1);

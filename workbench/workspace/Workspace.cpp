@@ -5,7 +5,6 @@
 
 #include <KxUI/dock/Dock.h>
 #include <KxUI/dock/DockSplitter.h>
-#include <KxUI/kit/IconFactory.h>
 #include <KxUI/settings/AppSettings.h>
 
 #include <QBuffer>
@@ -79,7 +78,6 @@ QWidget* Workspace::page(const QString& id) {
         page = kind->make(m_session);
         page->setObjectName(id);
         page->setWindowTitle(kind->translatedTitle());
-        page->setWindowIcon(UI::IconFactory::icon(QLatin1String(kind->icon)));
         emit pageMade(id, page);
     }
     return page;

@@ -29,6 +29,7 @@
 #include <QStackedWidget>
 #include <QStyle>
 #include <QTextEdit>
+#include <QTimer>
 #include <QToolBar>
 
 #include <algorithm>
@@ -44,6 +45,13 @@ QIcon tabIcon(const QWidget* page) {
 bool isTextField(const QWidget* widget) {
     return qobject_cast<const QTextEdit*>(widget) || qobject_cast<const QPlainTextEdit*>(widget) ||
            qobject_cast<const QLineEdit*>(widget) || qobject_cast<const QDoubleSpinBox*>(widget);
+}
+
+/** `policy` with the stretch of another. */
+QSizePolicy stretched(QSizePolicy policy, const QSizePolicy& other) {
+    policy.setHorizontalStretch(other.horizontalStretch());
+    policy.setVerticalStretch(other.verticalStretch());
+    return policy;
 }
 
 QVector<QPointer<QWidget>> pagesOf(const Dock& dock) {
@@ -195,6 +203,9 @@ void Dock::updateTabs() {
 }
 
 void Dock::insertPage(int index, QWidget* page) {
+    // Views count as painted what they showed in the window that they come from, wherever that is.
+    if (page->testAttribute(Qt::WA_WState_Created) && page->window() != window())
+        QTimer::singleShot(0, this, [this] { update(); });
     // The tab first would make the stack show a page that it does not have yet.
     const int at = m_stack->insertWidget(index, page);
     m_tabBar->insertTab(at, tabIcon(page), page->windowTitle());
@@ -437,6 +448,9 @@ Dock* Dock::split(Qt::Orientation orientation, bool before) {
         const bool horizontal = orientation == Qt::Horizontal;
         const int length = horizontal ? width() : height();
         auto* branch = new DockSplitter(orientation);
+        // The branch stands in for this pane, whose stretch would set it against its new neighbour.
+        branch->setSizePolicy(stretched(branch->sizePolicy(), sizePolicy()));
+        setSizePolicy(stretched(sizePolicy(), QSizePolicy()));
         parent->insertWidget(index, branch);
         branch->addWidget(before ? fresh : this);
         branch->addWidget(before ? this : fresh);

@@ -34,7 +34,6 @@ start() {
   main=$(visible 'KxUI Workbench$') || fail 'no window'
   xdotool mousemove 2 2
   settle "$work/now.ppm"
-  eval "$(xdotool getwindowgeometry --shell "$main")" # X, Y, WIDTH, HEIGHT
 }
 
 quit() {
@@ -46,6 +45,9 @@ quit() {
 
 # From where to where, in the main window.
 drag() {
+  local X Y # of its contents, without the frame
+  X=$(xwininfo -id "$main" | awk '/Absolute upper-left X/ {print $NF}')
+  Y=$(xwininfo -id "$main" | awk '/Absolute upper-left Y/ {print $NF}')
   xdotool mousemove $((X + $1)) $((Y + $2)) mousedown 1
   for i in {1..10}; do
     xdotool mousemove $((X + $1 + ($3 - $1) * i / 10)) $((Y + $2 + ($4 - $2) * i / 10)) sleep 0.03
@@ -54,16 +56,17 @@ drag() {
 }
 
 start
-cp "$work/now.ppm" "$pictures/fresh.ppm"
+xdotool windowsize "$main" 1000 640 windowmove "$main" 60 50 sleep 0.3
+settle "$pictures/fresh.ppm"
 # The first tab of the pane on the left, to the right edge of the viewer.
-drag 60 36 $((WIDTH - 8)) 300
+drag 60 36 992 300
 settle "$pictures/docked.ppm"
 cmp -s "$pictures/fresh.ppm" "$pictures/docked.ppm" && fail 'the tab cannot be dragged'
 # The timeline by keys: to its pane, and from the pane's menu "Float Tab".
 xdotool key ctrl+t key Escape key ctrl+shift+m sleep 0.3 \
   key Down key Down key Down key Down key Down key Return
 floating=$(visible '^Timeline$') || fail 'nothing floats'
-xdotool windowmove "$floating" 500 700 sleep 0.3
+xdotool windowmove "$floating" 300 760 sleep 0.3
 xdotool key ctrl+alt+grave
 settle "$pictures/before.ppm"
 quit
