@@ -20,12 +20,12 @@
 #include <QCloseEvent>
 #include <QContextMenuEvent>
 #include <QDoubleSpinBox>
-#include <QFile>
 #include <QLayout>
 #include <QLineEdit>
 #include <QMenu>
 #include <QPainter>
 #include <QPlainTextEdit>
+#include <QSaveFile>
 #include <QStackedWidget>
 #include <QStyle>
 #include <QTextEdit>
@@ -490,9 +490,9 @@ bool Dock::isFullscreenDock() const {
 }
 
 void Dock::dumpLayout() {
-    QFile file(QStringLiteral("/tmp/layout.xml"));
-    if (file.open(QIODevice::WriteOnly | QIODevice::Truncate) && m_controller)
-        m_controller->saveLayout(&file, nullptr);
+    QSaveFile file(QStringLiteral("/tmp/layout.xml"));
+    if (m_controller && file.open(QIODevice::WriteOnly) && m_controller->saveLayout(&file, nullptr))
+        file.commit();
 }
 
 void Dock::setExpanded(bool expanded) {

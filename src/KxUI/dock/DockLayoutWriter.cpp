@@ -1,5 +1,7 @@
 #include <KxUI/dock/DockLayout_p.h>
 
+#include <KxUI/kit/Flush_p.h>
+
 #include <QIODevice>
 #include <QXmlStreamWriter>
 
@@ -111,7 +113,7 @@ private:
 } // namespace
 
 bool writeLayout(QIODevice* device, const Layout& layout) {
-    return Writer(device).write(layout);
+    return Writer(device).write(layout) && flushed(device);
 }
 
 } // namespace Kestrel::UI

@@ -35,7 +35,7 @@ template <class Write>
 bool writeFile(const QString& path, Write write) {
     if (const QFileInfo info(path); info.exists() && !info.isFile()) {
         QFile file(path);
-        return file.open(QIODevice::WriteOnly) && write(&file) && file.flush();
+        return file.open(QIODevice::WriteOnly) && write(&file);
     }
     QSaveFile file(path);
     file.setDirectWriteFallback(true);

@@ -2,6 +2,7 @@
 
 #include <KxUI/eventgraph/CaptureState_p.h>
 #include <KxUI/eventgraph/EventGraphView.h>
+#include <KxUI/kit/Flush_p.h>
 
 #include <QIODevice>
 #include <QXmlStreamWriter>
@@ -212,7 +213,8 @@ bool EventGraphWriter::write(QIODevice* device) const {
     if (!device)
         return true;
     return Writing(device, m_flags)
-        .write(CaptureState::of(m_view), m_view.startTime(), m_view.endTime());
+               .write(CaptureState::of(m_view), m_view.startTime(), m_view.endTime()) &&
+           flushed(device);
 }
 
 } // namespace Kestrel::UI

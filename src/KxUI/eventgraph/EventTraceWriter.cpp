@@ -2,6 +2,7 @@
 
 #include <KxUI/eventgraph/CaptureState_p.h>
 #include <KxUI/eventgraph/EventGraphView.h>
+#include <KxUI/kit/Flush_p.h>
 
 #include <QIODevice>
 
@@ -141,7 +142,7 @@ private:
 } // namespace
 
 bool writeEventTrace(const EventGraphView& view, QIODevice* device) {
-    return Trace(device).write(CaptureState::of(view), view.startTime());
+    return Trace(device).write(CaptureState::of(view), view.startTime()) && flushed(device);
 }
 
 } // namespace Kestrel::UI

@@ -19,13 +19,11 @@ bool isGraspable(const QRect& window, const QRect& area) {
            seen.height() >= std::min(GraspableSide, window.height()) && !seen.isEmpty();
 }
 
-QRect movedInto(QRect window, const QRect& area) {
-    window.setSize(window.size().boundedTo(area.size()));
-    window.moveLeft(
-        std::max(area.left(), std::min(window.left(), area.right() + 1 - window.width())));
-    window.moveTop(
-        std::max(area.top(), std::min(window.top(), area.bottom() + 1 - window.height())));
-    return window;
+QRect movedInto(const QRect& window, const QRect& area) {
+    const QSize size = window.size().boundedTo(area.size());
+    const int x = std::max(area.left(), std::min(window.left(), area.right() + 1 - size.width()));
+    const int y = std::max(area.top(), std::min(window.top(), area.bottom() + 1 - size.height()));
+    return {QPoint(x, y), size};
 }
 
 } // namespace

@@ -1,0 +1,317 @@
+#include "../eventgraph/FakeTimer.h"
+#include "../workbench/TestImages.h"
+#include "Faults.h"
+#include "media/FrameDecoder.h"
+#include "media/ItemStatus.h"
+
+#include <KxUI/dock/Dock.h>
+#include <KxUI/dock/DockLayoutError.h>
+#include <KxUI/dock/DockMainWindow.h>
+#include <KxUI/dock/WidgetTracker.h>
+#include <KxUI/eventgraph/EventGraphReader.h>
+#include <KxUI/eventgraph/EventGraphView.h>
+#include <KxUI/eventgraph/EventGraphWriter.h>
+#include <KxUI/eventgraph/EventTrack.h>
+#include <KxUI/eventgraph/EventUserDataString.h>
+#include <KxUI/files/FileInfoList.h>
+#include <KxUI/settings/AppSettings.h>
+#include <support/TestRegistry.h>
+
+#include <QBuffer>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QMessageBox>
+#include <QProcess>
+#include <QScreen>
+#include <QSplitter>
+#include <QTemporaryDir>
+#include <QTimer>
+#include <QtTest>
+
+#include <atomic>
+#include <cstdio>
+#include <random>
+#include <thread>
+
+using namespace Kestrel::UI;
+using namespace Kestrel::Workbench;
+using Kestrel::Test::FakeTimer;
+using Kestrel::Test::TestImage;
+
+namespace {
+
+/** Does a thing over and over on a thread of its own. */
+class Meanwhile {
+public:
+    template <class Deed>
+    explicit Meanwhile(Deed deed)
+        : m_thread([this, deed]() mutable {
+            while (!m_stop)
+                deed();
+        }) {}
+    ~Meanwhile() {
+        m_stop = true;
+        m_thread.join();
+    }
+
+private:
+    std::atomic<bool> m_stop{false};
+    std::thread m_thread;
+};
+
+QByteArray anyBytes(unsigned seed, int count) {
+    std::mt19937 random(seed);
+    QByteArray bytes;
+    while (bytes.size() < count)
+        bytes += char(random());
+    return bytes;
+}
+
+struct Workspace : DockMainWindow {
+    Workspace() { setAttribute(Qt::WA_DeleteOnClose, false); }
+
+    QWidget* createPage(QString& id) override {
+        auto* page = new QWidget;
+        page->setObjectName(id);
+        return page;
+    }
+
+    QByteArray saved() {
+        QBuffer buffer;
+        buffer.open(QIODevice::WriteOnly);
+        saveLayout(&buffer, nullptr);
+        return buffer.data();
+    }
+
+    bool restored(QByteArray document, bool whole) {
+        QBuffer buffer(&document);
+        buffer.open(QIODevice::ReadOnly);
+        return whole ? restoreWholeLayout(&buffer, false) : restoreLayout(&buffer, false);
+    }
+};
+
+} // namespace
+
+class ReadingTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() { m_folder = std::make_unique<QTemporaryDir>(); }
+
+    void garbageForSettings_data() {
+        QTest::addColumn<QByteArray>("content");
+        QTest::addColumn<bool>("known");
+        const QByteArray good = "[General]\nwindow=@Rect(40 50 300 200)\n";
+        for (const unsigned seed : {1U, 2U, 3U})
+            QTest::addRow("noise %u", seed) << anyBytes(seed, 20000) << false;
+        for (int i = 0; i < good.size(); ++i)
+            QTest::addRow("cut at %d", i) << good.left(i) << (i > good.indexOf(')'));
+        QTest::newRow("noise behind") << good + "x=" + anyBytes(4, 5000) << true;
+        QTest::newRow("brackets") << good + QByteArray("[").repeated(100000) << true;
+        const auto value = [&](const char* text, bool known) {
+            QTest::newRow(text) << "[General]\nwindow=" + QByteArray(text) + "\nsplit=@ByteArray(" +
+                                       anyBytes(5, 60).toPercentEncoding() + ")\n"
+                                << known;
+        };
+        value("@Rect(a b c d)", false);
+        value("@Rect(40 50)", false);
+        value("@Point(1 2)", false);
+        value("@Rect(-2147483648 -2147483648 300 200)", true);
+        value("@Rect(2147483000 0 300 200)", true);
+        value("@Rect(0 0 2147483647 2147483647)", true);
+        value("@ByteArray(\\xff", false);
+    }
+
+    // The window is where it can be seen, and what is kept next is read again.
+    void garbageForSettings() {
+        QFETCH(QByteArray, content);
+        QFETCH(bool, known);
+        QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, m_folder->path());
+        const QString path = AppSettings().fileName();
+        QVERIFY(QDir().mkpath(QFileInfo(path).path()));
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(content) == content.size());
+        file.close();
+
+        QWidget window;
+        window.setObjectName("window");
+        window.resize(200, 100);
+        QSplitter split(&window);
+        split.setObjectName("split");
+        WidgetTracker tracker;
+        QCOMPARE(tracker.restoreWidget(&window), known);
+        window.show();
+        const QRect place = window.geometry();
+        QVERIFY2(window.screen()->geometry().intersects(place), QTest::toString(place));
+
+        tracker.registerWidget(&window, true);
+        window.setGeometry(70, 80, 320, 240);
+        const QRect last(window.pos(), window.size());
+        window.close();
+        QCOMPARE(QSettings(path, QSettings::IniFormat).value("window").toRect(), last);
+    }
+
+    // Files come and go; those that stay are listed each time.
+    void filesVanishWhileListed() {
+        const QDir folder(m_folder->path());
+        const auto touch = [&](const QString& name) {
+            return QFile(folder.filePath(name)).open(QIODevice::WriteOnly);
+        };
+        for (int frame = 1; frame <= 40; ++frame)
+            QVERIFY(touch(QString("keep.%1.exr").arg(frame, 4, 10, QChar('0'))));
+        const Meanwhile churn([&, random = std::mt19937(1)]() mutable {
+            const QString name = QString("go.%1").arg(random() % 300, 4, 10, QChar('0'));
+            if (random() % 5 == 0)
+                folder.mkdir(name);
+            else if (!QFile::remove(folder.filePath(name)) && !folder.rmdir(name))
+                touch(name);
+        });
+        QElapsedTimer time;
+        time.start();
+        for (int round = 0; round < 20 || time.elapsed() < 500; ++round) {
+            FileInfoList list;
+            list.setShouldFilterSequences(round % 2 == 0);
+            list.fill(m_folder->path());
+            int kept = 0;
+            while (list.lazyStatItem()) {
+                const QString name = list.lazyStatItem()->fileName();
+                const bool stays = name.startsWith("keep");
+                kept += stays;
+                QVERIFY(list.fetchLazyStat() || !stays);
+                if (round % 2 == 0 && stays)
+                    QCOMPARE(name, QString("keep.####.exr 1-40"));
+                list.onLazyStatFetchNext();
+            }
+            QCOMPARE(kept, round % 2 == 0 ? 1 : 40);
+            const std::string path = m_folder->path().toStdString();
+            QVERIFY(readItemStatus(path, FolderNames::read(path), "", "go.####").files <= 300);
+        }
+        FileInfoList list;
+        QCOMPARE(list.fill(m_folder->filePath("gone")), 0);
+        QVERIFY(!list.errorString().isEmpty());
+    }
+
+    void filesVanishWhileDecoded_data() {
+        QTest::addColumn<QString>("name");
+        for (const char* name : {"a.exr", "a.png", "a.tif", "a.jpg", "a.dpx"})
+            QTest::newRow(name) << name;
+    }
+
+    // Removed, cut short, or written over: a picture or a reason, and the next one is whole again.
+    void filesVanishWhileDecoded() {
+        QFETCH(QString, name);
+        TestImage image;
+        image.spec = OIIO::ImageSpec(
+            300, 200, 3, name == "a.exr" ? OIIO::TypeDesc::HALF : OIIO::TypeDesc::UINT8);
+        const QString path = m_folder->filePath(name), good = m_folder->filePath("good-" + name);
+        QVERIFY(image.write(good));
+        const qint64 size = QFileInfo(good).size();
+        {
+            // The image library tells of damage on the standard error, too.
+            const Meanwhile churn([&, random = std::mt19937(2)]() mutable {
+                switch (random() % 4) {
+                case 0:
+                    QFile::remove(path);
+                    break;
+                case 1:
+                    QFile::resize(path, qint64(random() % unsigned(size)));
+                    break;
+                default:
+                    QFile::remove(path);
+                    QFile::copy(good, path);
+                }
+            });
+            QElapsedTimer time;
+            time.start();
+            for (int round = 0; round < 20 || time.elapsed() < 300; ++round) {
+                const Frame frame = decodeFrame(path.toStdString(), 1);
+                QVERIFY(frame.state == Frame::State::Ready
+                            ? frame.image.size() == QSize(300, 200)
+                            : frame.image.isNull() && !frame.message.isEmpty());
+            }
+        }
+        QFile::remove(path);
+        QVERIFY(QFile::copy(good, path));
+        QVERIFY(decodeFrame(path.toStdString(), 1).state == Frame::State::Ready);
+    }
+
+    // All or nothing by restoreWholeLayout; a sound workspace by restoreLayout, whatever is left.
+    void layoutCutAtAnyByte() {
+        Workspace workspace;
+        for (const char* names : {"a b", "c", "d e f"}) {
+            Dock* dock = workspace.createDock();
+            workspace.addWidget(dock);
+            for (QString name : QString(names).split(' '))
+                dock->addWidget(workspace.createPage(name), false, false);
+        }
+        workspace.show();
+        const QByteArray good = workspace.saved();
+        for (int bytes = 0; bytes < good.trimmed().size(); ++bytes) {
+            QVERIFY(!workspace.restored(good.left(bytes), true));
+            QCOMPARE(workspace.saved(), good);
+        }
+        QTimer closer;
+        connect(&closer, &QTimer::timeout, [] {
+            if (auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget()))
+                box->accept();
+        });
+        closer.start(0);
+        for (int bytes = 0; bytes < good.trimmed().size(); bytes += 13) {
+            QVERIFY(!workspace.restored(good.left(bytes), false));
+            workspace.saved();
+        }
+        QVERIFY(workspace.restored(good, true));
+        QCOMPARE(workspace.saved(), good);
+    }
+
+    void captureCutAtAnyByte() {
+        FakeTimer timer;
+        EventGraphView view(nullptr, &timer);
+        EventTrack track("a", Qt::red, 0, EventTrack::TrackType::Timeline, 0.0F, 1.0F, 100000,
+                         100000, 50, nullptr);
+        view.addTrack(&track);
+        view.start(1.0F, EventGraphMode::Forwards);
+        for (int i = 0; i < 20; ++i)
+            track.addEvent(EventTrack::Type::Sample, new EventUserDataString("data & more"), i);
+        view.stop();
+        QBuffer buffer;
+        buffer.open(QIODevice::WriteOnly);
+        QVERIFY(EventGraphWriter(view, EventGraphWriter::IncludeUserData).write(&buffer));
+        const QByteArray good = buffer.data();
+        for (int bytes = 0; bytes < good.size(); ++bytes) {
+            QByteArray cut = good.left(bytes);
+            QBuffer document(&cut);
+            document.open(QIODevice::ReadOnly);
+            EventGraphView loaded;
+            EventGraphReader reader(loaded);
+            QCOMPARE(reader.read(&document), bytes >= good.trimmed().size());
+            QCOMPARE(reader.errorString().isEmpty(), bytes >= good.trimmed().size());
+        }
+    }
+
+    // A sample that cannot be written is told about, and none is left that looks like one.
+    void fullDiskForTheSample() {
+        struct Limited : QProcess {
+            QString folder;
+            void setupChildProcess() override {
+                Kestrel::Test::befall(Kestrel::Test::Fault::FullDisk, 8, folder);
+            }
+        } workbench;
+        workbench.folder = m_folder->path();
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert("XDG_CACHE_HOME", m_folder->path());
+        workbench.setProcessEnvironment(environment);
+        workbench.start(KXUI_WORKBENCH, {"--tour", m_folder->filePath("tour")});
+        QVERIFY(workbench.waitForFinished());
+        QCOMPARE(workbench.exitStatus(), QProcess::NormalExit);
+        QCOMPARE(workbench.exitCode(), 1);
+        const QByteArray said = workbench.readAllStandardError();
+        QVERIFY2(said.contains("The sample cannot be written"), said.constData());
+    }
+
+private:
+    std::unique_ptr<QTemporaryDir> m_folder;
+};
+
+KXUI_TEST(ReadingTest);
+#include "ReadingTest.moc"
