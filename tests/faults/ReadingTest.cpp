@@ -1,27 +1,16 @@
-#include "../eventgraph/FakeTimer.h"
 #include "../workbench/TestImages.h"
-#include "Faults.h"
 #include "media/FrameDecoder.h"
 #include "media/ItemStatus.h"
 
 #include <KxUI/dock/Dock.h>
-#include <KxUI/dock/DockLayoutError.h>
 #include <KxUI/dock/DockMainWindow.h>
 #include <KxUI/dock/WidgetTracker.h>
-#include <KxUI/eventgraph/EventGraphReader.h>
-#include <KxUI/eventgraph/EventGraphView.h>
-#include <KxUI/eventgraph/EventGraphWriter.h>
-#include <KxUI/eventgraph/EventTrack.h>
-#include <KxUI/eventgraph/EventUserDataString.h>
 #include <KxUI/files/FileInfoList.h>
 #include <KxUI/settings/AppSettings.h>
 #include <support/TestRegistry.h>
 
 #include <QBuffer>
-#include <QDir>
-#include <QElapsedTimer>
 #include <QMessageBox>
-#include <QProcess>
 #include <QScreen>
 #include <QSplitter>
 #include <QTemporaryDir>
@@ -29,13 +18,11 @@
 #include <QtTest>
 
 #include <atomic>
-#include <cstdio>
 #include <random>
 #include <thread>
 
 using namespace Kestrel::UI;
 using namespace Kestrel::Workbench;
-using Kestrel::Test::FakeTimer;
 using Kestrel::Test::TestImage;
 
 namespace {
@@ -262,51 +249,6 @@ private Q_SLOTS:
         }
         QVERIFY(workspace.restored(good, true));
         QCOMPARE(workspace.saved(), good);
-    }
-
-    void captureCutAtAnyByte() {
-        FakeTimer timer;
-        EventGraphView view(nullptr, &timer);
-        EventTrack track("a", Qt::red, 0, EventTrack::TrackType::Timeline, 0.0F, 1.0F, 100000,
-                         100000, 50, nullptr);
-        view.addTrack(&track);
-        view.start(1.0F, EventGraphMode::Forwards);
-        for (int i = 0; i < 20; ++i)
-            track.addEvent(EventTrack::Type::Sample, new EventUserDataString("data & more"), i);
-        view.stop();
-        QBuffer buffer;
-        buffer.open(QIODevice::WriteOnly);
-        QVERIFY(EventGraphWriter(view, EventGraphWriter::IncludeUserData).write(&buffer));
-        const QByteArray good = buffer.data();
-        for (int bytes = 0; bytes < good.size(); ++bytes) {
-            QByteArray cut = good.left(bytes);
-            QBuffer document(&cut);
-            document.open(QIODevice::ReadOnly);
-            EventGraphView loaded;
-            EventGraphReader reader(loaded);
-            QCOMPARE(reader.read(&document), bytes >= good.trimmed().size());
-            QCOMPARE(reader.errorString().isEmpty(), bytes >= good.trimmed().size());
-        }
-    }
-
-    // A sample that cannot be written is told about, and none is left that looks like one.
-    void fullDiskForTheSample() {
-        struct Limited : QProcess {
-            QString folder;
-            void setupChildProcess() override {
-                Kestrel::Test::befall(Kestrel::Test::Fault::FullDisk, 8, folder);
-            }
-        } workbench;
-        workbench.folder = m_folder->path();
-        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        environment.insert("XDG_CACHE_HOME", m_folder->path());
-        workbench.setProcessEnvironment(environment);
-        workbench.start(KXUI_WORKBENCH, {"--tour", m_folder->filePath("tour")});
-        QVERIFY(workbench.waitForFinished());
-        QCOMPARE(workbench.exitStatus(), QProcess::NormalExit);
-        QCOMPARE(workbench.exitCode(), 1);
-        const QByteArray said = workbench.readAllStandardError();
-        QVERIFY2(said.contains("The sample cannot be written"), said.constData());
     }
 
 private:
