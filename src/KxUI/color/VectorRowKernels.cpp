@@ -20,6 +20,7 @@
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "KxUI/color/VectorRowKernels.cpp"
+#include <hwy/cache_control.h>
 #include <hwy/foreach_target.h>
 #include <hwy/highway.h>
 
@@ -54,6 +55,16 @@ using Codes = hn::Vec<Word>;
 
 constexpr std::size_t Lanes = hn::MaxLanes(F());
 
+// Encoding 4:2:2 has most to compute for the bytes that it moves.
+using PairFloats = hn::CappedTag<float, 16>;
+
+// So it asks for its planes two kilobytes ahead: the processor by itself stops at the end of a
+// page. Only a hint, and by address, since a plane may end before.
+HWY_INLINE void askAhead(const float* from) {
+    constexpr std::uintptr_t Bytes = 2048;
+    hwy::Prefetch(reinterpret_cast<const float*>(reinterpret_cast<std::uintptr_t>(from) + Bytes));
+}
+
 // Not std::array, whose constructor is not compiled for the processor at hand.
 template <class Lane, std::size_t Count>
 struct Several {
@@ -61,8 +72,9 @@ struct Several {
     Lane each[Count];
 };
 
-HWY_INLINE V constant(float value) {
-    return hn::Set(F(), value);
+template <class D = F>
+HWY_INLINE hn::Vec<D> constant(float value) {
+    return hn::Set(D(), value);
 }
 
 HWY_INLINE Codes loadWords(const Byte* from) {
@@ -82,13 +94,18 @@ HWY_INLINE Int field(Codes words) {
 
 // The whole part. What does not fit an integer becomes the most negative one on x86, where
 // `ConvertTo` would spend four more instructions on it.
-HWY_INLINE Int whole(V code) {
-#if HWY_ARCH_X86 && HWY_TARGET == HWY_SSE4
-    return Int{_mm_cvttps_epi32(code.raw)};
-#elif HWY_ARCH_X86
-    return Int{_mm256_cvttps_epi32(code.raw)};
+template <class Floats>
+HWY_INLINE auto whole(Floats code) {
+    using Integers = hn::RebindToSigned<hn::DFromV<Floats>>;
+#if HWY_ARCH_X86
+    if constexpr (sizeof(code) == 16)
+        return hn::Vec<Integers>{_mm_cvttps_epi32(code.raw)};
+    else if constexpr (sizeof(code) == 32)
+        return hn::Vec<Integers>{_mm256_cvttps_epi32(code.raw)};
+    else
+        return hn::Vec<Integers>{_mm512_cvttps_epi32(code.raw)};
 #else
-    return hn::ConvertTo(Signed(), code);
+    return hn::ConvertTo(Integers(), code);
 #endif
 }
 
@@ -211,45 +228,61 @@ HWY_INLINE Color decoded(const Decoding<Kind, Wide>& decoding, Lane x, Lane y, L
     }
 }
 
+template <class D>
 struct MatrixRow {
     explicit MatrixRow(const std::array<float, 3>& row)
-        : red(constant(row[0]))
-        , green(constant(row[1]))
-        , blue(constant(row[2])) {}
+        : ofRed(constant<D>(row[0]))
+        , ofGreen(constant<D>(row[1]))
+        , ofBlue(constant<D>(row[2])) {}
 
-    HWY_INLINE V of(const Color& color) const {
-        return hn::Add(hn::Add(hn::Mul(red, color.red), hn::Mul(green, color.green)),
-                       hn::Mul(blue, color.blue));
+    using Floats = hn::Vec<D>;
+
+    HWY_INLINE Floats of(Floats red, Floats green, Floats blue) const {
+        return hn::Add(hn::Add(hn::Mul(ofRed, red), hn::Mul(ofGreen, green)),
+                       hn::Mul(ofBlue, blue));
     }
 
-    V red, green, blue;
+    Floats ofRed, ofGreen, ofBlue;
 };
 
 // Limits are whole numbers, and what is not a number gets the lowest code.
-template <class Kind>
+template <class Kind, class D>
 struct CodeRule {
     CodeRule(float codeRange, float codeOffset, float lowest, float highest)
-        : range(constant(codeRange / Factor))
-        , offset(constant(codeOffset / Factor))
-        , low(constant(lowest))
-        , high(constant(highest))
+        : range(constant<D>(codeRange / Factor))
+        , offset(constant<D>(codeOffset / Factor))
+        , roundingOffset(constant<D>(codeOffset + 0.5F))
+        , low(constant<D>(lowest))
+        , high(constant<D>(highest))
         , lowCode(whole(low)) {}
 
-    HWY_INLINE Int code(V value) const {
-        V scaled = hn::Add(hn::Mul(value, range), offset);
-        if constexpr (Factor != 1.0F)
-            scaled = hn::Mul(scaled, constant(Factor));
-        const V rounded = hn::Add(scaled, constant(0.5F));
+    using Floats = hn::Vec<D>;
+    using Integers = hn::Vec<hn::RebindToSigned<D>>;
+
+    HWY_INLINE Integers code(Floats value) const { return hn::Max(unraised(value), lowCode); }
+
+    // A code that may still be below the lowest one.
+    HWY_INLINE Integers unraised(Floats value) const {
+        const Floats rounded = roundable(value);
         // On x86 the minimum of two is the second if either is not a number.
         if constexpr (HWY_ARCH_X86)
-            return hn::Max(whole(hn::Min(high, rounded)), lowCode);
+            return whole(hn::Min(high, rounded));
         else
             return whole(hn::Min(hn::IfThenElse(hn::Gt(rounded, low), rounded, low), high));
     }
 
+    // A whole offset and the half that rounds may be added at once: where that rounds otherwise
+    // than adding one after the other, the whole part of the sum is the same.
+    HWY_INLINE Floats roundable(Floats value) const {
+        if constexpr (Factor == 1.0F)
+            return hn::Add(hn::Mul(value, range), roundingOffset);
+        const Floats scaled = hn::Mul(hn::Add(hn::Mul(value, range), offset), constant<D>(Factor));
+        return hn::Add(scaled, constant<D>(0.5F));
+    }
+
     static constexpr float Factor = std::is_same_v<Kind, YCbCrTimes255> ? 255.0F : 1.0F;
-    V range, offset, low, high;
-    Int lowCode;
+    Floats range, offset, roundingOffset, low, high;
+    Integers lowCode;
 };
 
 // What is stored of a pixel.
@@ -267,8 +300,6 @@ struct Encoding {
         , lumaRule(scale.lumaRange, scale.lumaOffset, scale.lumaLow, scale.lumaHigh)
         , chromaRule(scale.chromaRange, isRgb<Kind> ? 0.0F : scale.crOffset, scale.chromaLow,
                      scale.chromaHigh)
-        , halfChromaRule(scale.chromaRange * 0.5F, scale.crOffset, scale.chromaLow,
-                         scale.chromaHigh)
         , alphaRule(scale.alphaRange, scale.alphaOffset, 0.0F, scale.alphaHigh) {}
 
     using Lane = std::conditional_t<isFloat<Kind>, V, Int>;
@@ -300,21 +331,61 @@ struct Encoding {
             return chromaRule.code(value);
     }
 
-    // Halving is exact, so the mean may wait for the multiplication by the range.
-    HWY_INLINE Int meanChroma(V left, V right) const {
-        return halfChromaRule.code(hn::Add(left, right));
-    }
-
     HWY_INLINE Stored<Lane> stored(const Color& color) const {
         if constexpr (isRgb<Kind>)
             return {first(color.red), other(color.green), other(color.blue)};
         else
-            return {first(lumaRow.of(color)), other(cbRow.of(color)), other(crRow.of(color))};
+            return {first(component(lumaRow, color)), other(component(cbRow, color)),
+                    other(component(crRow, color))};
     }
 
-    MatrixRow lumaRow, cbRow, crRow;
-    CodeRule<Kind> lumaRule, chromaRule, halfChromaRule;
-    CodeRule<std::conditional_t<isRgb<Kind>, Rgb, YCbCr>> alphaRule;
+    static HWY_INLINE V component(const MatrixRow<F>& row, const Color& color) {
+        return row.of(color.red, color.green, color.blue);
+    }
+
+    MatrixRow<F> lumaRow, cbRow, crRow;
+    CodeRule<Kind, F> lumaRule, chromaRule;
+    CodeRule<std::conditional_t<isRgb<Kind>, Rgb, YCbCr>, F> alphaRule;
+};
+
+// For pairs of pixels that share the mean of their chroma, in vectors of any size.
+template <class D>
+struct PairEncoding {
+    PairEncoding(const CodeScale& scale, const RgbToYCbCrMatrix& matrix)
+        : lumaRow(matrix.luma)
+        , cbRow(matrix.cb)
+        , crRow(matrix.cr)
+        , lumaRule(scale.lumaRange, scale.lumaOffset, scale.lumaLow, scale.lumaHigh)
+        // Halving is exact, so the mean may wait for the multiplication by the range.
+        , chromaSumRule(scale.chromaRange * 0.5F, scale.crOffset, scale.chromaLow,
+                        scale.chromaHigh) {}
+
+    using Floats = hn::Vec<D>;
+    using Integers = hn::Vec<hn::RebindToSigned<D>>;
+    static constexpr std::size_t Pixels = hn::MaxLanes(D());
+
+    MatrixRow<D> lumaRow, cbRow, crRow;
+    CodeRule<YCbCr, D> lumaRule, chromaSumRule;
+};
+
+// The codes of as many pixels as a vector holds, in their order; those of chroma by turns Cb and
+// Cr. They may still be below the lowest code.
+template <class D>
+struct PairCodes {
+    HWY_INLINE PairCodes(const float* redPlane, const float* greenPlane, const float* bluePlane,
+                         const PairEncoding<D>& encoding) {
+        const auto red = hn::LoadU(D(), redPlane);
+        const auto green = hn::LoadU(D(), greenPlane);
+        const auto blue = hn::LoadU(D(), bluePlane);
+        const auto cb = encoding.cbRow.of(red, green, blue);
+        const auto cr = encoding.crRow.of(red, green, blue);
+        const auto left = hn::OddEven(hn::DupEven(cr), cb);
+        const auto right = hn::OddEven(cr, hn::DupOdd(cb));
+        luma = encoding.lumaRule.unraised(encoding.lumaRow.of(red, green, blue));
+        chroma = encoding.chromaSumRule.unraised(hn::Add(left, right));
+    }
+
+    typename PairEncoding<D>::Integers luma, chroma;
 };
 
 // ---- Passes: `Lanes` groups at a time between memory and planes. `alpha` may be null.
@@ -361,8 +432,8 @@ HWY_INLINE void fillAlpha(const Planes& to, std::size_t pixels) {
 template <class Lane, class From>
 HWY_INLINE Lane moved(Lane lanes, From from) {
     const hn::DFromV<Lane> d;
-    alignas(64) std::array<std::int32_t, Lanes> places{};
-    for (std::size_t i = 0; i < Lanes; ++i)
+    alignas(64) std::array<std::int32_t, hn::MaxLanes(d)> places{};
+    for (std::size_t i = 0; i < places.size(); ++i)
         places[i] = static_cast<std::int32_t>(from(i));
     return hn::TableLookupLanes(lanes, hn::SetTableIndices(d, places.data()));
 }
@@ -388,45 +459,36 @@ HWY_INLINE void decodePass(Pairs8<Cb, Y0, Cr, Y1>, const Byte* from, const Plane
     fillAlpha(to, 2 * Lanes);
 }
 
-// The codes of `Lanes` pairs of pixels, those of the first half of the pairs in even lanes, of the
-// second half in odd lanes: the order that takes the fewest steps to separate them.
-struct PairCodes {
-    template <class Kind>
-    HWY_INLINE PairCodes(const ConstPlanes& from, const Encoding<Kind>& encoding) {
-        Color left;
-        Color right;
-        separate(from.red, left.red, right.red);
-        separate(from.green, left.green, right.green);
-        separate(from.blue, left.blue, right.blue);
-        leftLuma = encoding.first(encoding.lumaRow.of(left));
-        rightLuma = encoding.first(encoding.lumaRow.of(right));
-        cb = encoding.meanChroma(encoding.cbRow.of(left), encoding.cbRow.of(right));
-        cr = encoding.meanChroma(encoding.crRow.of(left), encoding.crRow.of(right));
-    }
-
-    static HWY_INLINE void separate(const float* from, V& left, V& right) {
-        const V first = hn::LoadU(F(), from);
-        const V second = hn::LoadU(F(), from + Lanes);
-        left = hn::OddEven(hn::Shuffle2301(second), first);
-        right = hn::OddEven(second, hn::Shuffle2301(first));
-    }
-
-    template <class Lane>
-    static HWY_INLINE Lane inOrder(Lane lanes) {
-        return moved(lanes, [](std::size_t i) { return i % (Lanes / 2) * 2 + i / (Lanes / 2); });
-    }
-
-    Int leftLuma, rightLuma, cb, cr;
-};
-
-template <int Cb, int Y0, int Cr, int Y1, class Kind>
+template <int Cb, int Y0, int Cr, int Y1, class D>
 HWY_INLINE void encodePass(Pairs8<Cb, Y0, Cr, Y1>, const ConstPlanes& from, Byte* to,
-                           const Encoding<Kind>& encoding) {
-    const PairCodes codes(from, encoding);
-    const Codes words =
-        hn::Or(hn::Or(placed<8 * Y0>(codes.leftLuma), placed<8 * Y1>(codes.rightLuma)),
-               hn::Or(placed<8 * Cb>(codes.cb), placed<8 * Cr>(codes.cr)));
-    storeWords(PairCodes::inOrder(words), to);
+                           const PairEncoding<D>& encoding) {
+    constexpr std::size_t Next = PairEncoding<D>::Pixels;
+    constexpr std::size_t CacheLine = 64 / sizeof(float);
+    for (std::size_t i = 0; i < 2 * Next; i += CacheLine) {
+        askAhead(from.red + i);
+        askAhead(from.green + i);
+        askAhead(from.blue + i);
+    }
+    const PairCodes<D> first(from.red, from.green, from.blue, encoding);
+    const PairCodes<D> second(from.red + Next, from.green + Next, from.blue + Next, encoding);
+    // Side by side in each block of 128 bits.
+    using Short = hn::Repartition<std::int16_t, D>;
+    const auto narrow = [](auto left, auto right, const auto& rule) HWY_ATTR {
+        const auto low =
+            hn::BitCast(Short(), hn::Or(rule.lowCode, hn::ShiftLeft<16>(rule.lowCode)));
+        return hn::Max(hn::ReorderDemote2To(Short(), left, right), low);
+    };
+    const auto luma = narrow(first.luma, second.luma, encoding.lumaRule);
+    const auto chroma = narrow(first.chroma, second.chroma, encoding.chromaSumRule);
+    const auto bytes =
+        Cb < Y0 ? hn::Or(chroma, hn::ShiftLeft<8>(luma)) : hn::Or(luma, hn::ShiftLeft<8>(chroma));
+    // The lower halves of all blocks, then the upper halves.
+    constexpr std::size_t Blocks = Next / 4;
+    const auto words = hn::BitCast(hn::RebindToUnsigned<D>(), bytes);
+    const auto ordered =
+        moved(words, [](std::size_t i) { return i / 2 % Blocks * 4 + i / 2 / Blocks * 2 + i % 2; });
+    const hn::Repartition<Byte, D> memory;
+    hn::StoreU(hn::BitCast(memory, ordered), memory, to);
 }
 
 // Four samples of each of `Lanes` pixels, in their order in memory.
@@ -604,28 +666,23 @@ HWY_INLINE void decodePass(Packing::V210, const Byte* from, const Planes& to,
     fillAlpha(to, 6 * Lanes);
 }
 
-template <class Kind>
 HWY_INLINE void encodePass(Packing::V210, const ConstPlanes& from, Byte* to,
-                           const Encoding<Kind>& encoding) {
+                           const PairEncoding<F>& encoding) {
     alignas(64) std::array<std::int32_t, 6 * Lanes> luma;
-    alignas(64) std::array<std::int32_t, 3 * Lanes> cb;
-    alignas(64) std::array<std::int32_t, 3 * Lanes> cr;
-    for (std::size_t pair = 0; pair < 3 * Lanes; pair += Lanes) {
-        const std::size_t pixel = 2 * pair;
-        const PairCodes codes({nullptr, from.red + pixel, from.green + pixel, from.blue + pixel},
-                              encoding);
-        hn::StoreInterleaved2(PairCodes::inOrder(codes.leftLuma),
-                              PairCodes::inOrder(codes.rightLuma), Signed(), &luma[pixel]);
-        hn::Store(PairCodes::inOrder(codes.cb), Signed(), &cb[pair]);
-        hn::Store(PairCodes::inOrder(codes.cr), Signed(), &cr[pair]);
+    alignas(64) std::array<std::int32_t, 6 * Lanes> chroma; // by turns Cb and Cr
+    for (std::size_t i = 0; i < luma.size(); i += Lanes) {
+        const PairCodes<F> codes(from.red + i, from.green + i, from.blue + i, encoding);
+        hn::Store(hn::Max(codes.luma, encoding.lumaRule.lowCode), Signed(), &luma[i]);
+        hn::Store(hn::Max(codes.chroma, encoding.chromaSumRule.lowCode), Signed(), &chroma[i]);
     }
     const auto word = [](std::int32_t low, std::int32_t middle, std::int32_t high) {
         return std::uint32_t(low) | std::uint32_t(middle) << 10 | std::uint32_t(high) << 20;
     };
-    for (std::size_t y = 0, c = 0; y < luma.size(); y += 6, c += 3, to += Packing::V210::Bytes) {
-        const std::array<std::uint32_t, 4> words{
-            word(cb[c], luma[y], cr[c]), word(luma[y + 1], cb[c + 1], luma[y + 2]),
-            word(cr[c + 1], luma[y + 3], cb[c + 2]), word(luma[y + 4], cr[c + 2], luma[y + 5])};
+    for (std::size_t i = 0; i < luma.size(); i += 6, to += Packing::V210::Bytes) {
+        const std::int32_t* const y = &luma[i];
+        const std::int32_t* const c = &chroma[i];
+        const std::array<std::uint32_t, 4> words{word(c[0], y[0], c[1]), word(y[1], c[2], y[2]),
+                                                 word(c[3], y[3], c[4]), word(y[4], c[5], y[5])};
         std::memcpy(to, words.data(), sizeof words);
     }
 }
@@ -634,11 +691,24 @@ HWY_INLINE void encodePass(Packing::V210, const ConstPlanes& from, Byte* to,
 // is left, by way of buffers.
 
 template <class Pack, class Kind>
+struct EncodingOf {
+    using Type = Encoding<Kind>;
+    static constexpr std::size_t PassGroups = Lanes;
+};
+template <int Cb, int Y0, int Cr, int Y1>
+struct EncodingOf<Pairs8<Cb, Y0, Cr, Y1>, YCbCr> {
+    using Type = PairEncoding<PairFloats>;
+    static constexpr std::size_t PassGroups = Type::Pixels;
+};
+template <>
+struct EncodingOf<Packing::V210, YCbCr> {
+    using Type = PairEncoding<F>;
+    static constexpr std::size_t PassGroups = Lanes;
+};
+
+template <class Pack, class Kind>
 struct VectorRow {
     using Group = Pack;
-    static constexpr std::size_t PassPixels = Lanes * Group::Pixels;
-    static constexpr std::size_t PassBytes = Lanes * Group::Bytes;
-    using Plane = std::array<float, PassPixels>;
 
     static std::size_t bytesOf(std::size_t pixels) {
         return (pixels + Group::Pixels - 1) / Group::Pixels * Group::Bytes;
@@ -646,6 +716,9 @@ struct VectorRow {
 
     static void decode(const void* source, const PlanarRow& row, std::size_t pixels,
                        const CodeScale& scale, const YCbCrToRgbCoefficients& coefficients) {
+        constexpr std::size_t PassPixels = Lanes * Group::Pixels;
+        constexpr std::size_t PassBytes = Lanes * Group::Bytes;
+        using Plane = std::array<float, PassPixels>;
         const PlanarRow to = row; // a copy that stores of floats cannot change
         const Decoding<Kind, (Group::CodeBits > 10)> decoding(scale, coefficients);
         const auto* from = static_cast<const Byte*>(source);
@@ -682,8 +755,12 @@ struct VectorRow {
 
     static void encode(const ConstPlanarRow& row, std::size_t pixels, void* destination,
                        const CodeScale& scale, const RgbToYCbCrMatrix& matrix) {
+        using Chosen = EncodingOf<Group, Kind>;
+        constexpr std::size_t PassPixels = Chosen::PassGroups * Group::Pixels;
+        constexpr std::size_t PassBytes = Chosen::PassGroups * Group::Bytes;
+        using Plane = std::array<float, PassPixels>;
         const ConstPlanarRow from = row; // a copy that stores of bytes cannot change
-        const Encoding<Kind> encoding(scale, matrix);
+        const typename Chosen::Type encoding(scale, matrix);
         auto* to = static_cast<Byte*>(destination);
         std::size_t done = 0;
         if (from.step == 1) {
