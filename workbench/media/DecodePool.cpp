@@ -82,8 +82,10 @@ FramePtr DecodePool::decode(const Request& request, std::uint64_t round,
         return m_round != round;
     };
     UI::EventAdder activity(track, {}, true);
-    auto frame = std::make_shared<const Frame>(
-        decodeFrame(request.path, request.time, DecodeLimits(), cancelled));
+    DecodeLimits limits;
+    limits.keepSamples = request.keepSamples;
+    auto frame =
+        std::make_shared<const Frame>(decodeFrame(request.path, request.time, limits, cancelled));
     activity.setUserData(new FrameNote(*frame));
     return frame;
 }

@@ -27,6 +27,8 @@ public:
         Base::Time time = Base::InvalidTime;
         /** In the bytes of the file system. */
         std::string path;
+        /** As of DecodeLimits. */
+        bool keepSamples = false;
     };
 
     /** @param tracks  of the profiler: as many workers are made, and each records its decodes into

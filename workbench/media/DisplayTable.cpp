@@ -1,5 +1,7 @@
 #include "media/DisplayTable.h"
 
+#include "media/Samples.h"
+
 #include <algorithm>
 #include <cctype>
 #include <cmath>
@@ -23,13 +25,6 @@ double halfValue(std::uint16_t bits) {
     return (bits & 0x8000) != 0 ? -value : value;
 }
 
-std::uint8_t codeOf(double signal) {
-    // The first test also catches what is not a number.
-    if (!(signal > 0.0))
-        return 0;
-    return std::uint8_t(std::lround(std::min(signal, 1.0) * 255.0));
-}
-
 double lightOfFilmLog(double signal) {
     const auto exposure = [](double code) { return std::pow(10.0, (code - 685.0) * 0.002 / 0.6); };
     const double black = exposure(95.0);
@@ -40,7 +35,7 @@ template <typename Signal>
 DisplayTable makeTable(Signal signalOf) {
     DisplayTable table{};
     for (std::size_t i = 0; i < table.size(); ++i)
-        table[i] = codeOf(signalOf(std::uint16_t(i)));
+        table[i] = screenCode(signalOf(std::uint16_t(i)));
     return table;
 }
 
@@ -64,6 +59,43 @@ double srgbSignal(double light) {
     if (!(light > 0.0))
         return 0.0;
     return light <= 0.0031308 ? 12.92 * light : 1.055 * std::pow(light, 1.0 / 2.4) - 0.055;
+}
+
+double srgbLight(double signal) {
+    if (!(signal > 0.0))
+        return 0.0;
+    return signal <= 0.04045 ? signal / 12.92 : std::pow((signal + 0.055) / 1.055, 2.4);
+}
+
+std::uint8_t screenCode(double signal) {
+    // The first test also catches what is not a number.
+    if (!(signal > 0.0))
+        return 0;
+    return std::uint8_t(std::lround(std::min(signal, 1.0) * 255.0));
+}
+
+double lightOf(const SampleFormat& format, std::uint16_t sample) {
+    double value = 0.0;
+    switch (format.type) {
+    case SampleFormat::Type::Byte:
+        value = sample / 255.0;
+        break;
+    case SampleFormat::Type::Integer16:
+        value = sample / 65535.0;
+        break;
+    case SampleFormat::Type::Half:
+        value = halfValue(sample);
+        break;
+    }
+    switch (format.encoding) {
+    case Encoding::SceneLinear:
+        return value;
+    case Encoding::FilmLog:
+        return lightOfFilmLog(value);
+    case Encoding::Display:
+        break;
+    }
+    return srgbLight(value);
 }
 
 const DisplayTable& halfTable(Encoding encoding) {

@@ -31,4 +31,10 @@ const DisplayTable& integerTable(Encoding encoding);
 /** The sRGB transfer of IEC 61966-2-1: from light in 0 .. 1 to signal in 0 .. 1. */
 double srgbSignal(double light);
 
+/** Undoes srgbSignal. */
+double srgbLight(double signal);
+
+/** The 8-bit code of a signal. Not a number and negatives are 0, what exceeds 1 is 255. */
+std::uint8_t screenCode(double signal);
+
 } // namespace Kestrel::Workbench

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "media/Samples.h"
+
 #include <KxUI/base/Time.h>
 
 #include <QImage>
@@ -24,6 +26,11 @@ struct Frame {
     State state = State::Missing;
     /** The display window, encoded for an sRGB screen; reduced when it is larger than the limit. */
     QImage image;
+    /** What `image` was made from, if it was asked for; null where the file holds no more than
+        `image` does, and where that is reduced. */
+    std::shared_ptr<const Samples> samples;
+    /** Whether another decode would not find more in the file: samples were asked for. */
+    bool isComplete = false;
     /** Size of the display window in the file, in pixels. */
     QSize fullSize;
     /** Width of a pixel divided by its height. */
@@ -35,7 +42,8 @@ struct Frame {
 
     /** Bytes that the frame takes in a cache; never 0. */
     std::size_t cost() const {
-        return std::size_t(image.sizeInBytes()) + sizeof(Frame) +
+        const std::size_t sampleBytes = samples ? samples->rgb.size() * sizeof(samples->rgb[0]) : 0;
+        return std::size_t(image.sizeInBytes()) + sampleBytes + sizeof(Frame) +
                std::size_t(format.size() + message.size()) * sizeof(QChar);
     }
 };

@@ -46,6 +46,7 @@ struct SampleCode {
     OIIO::TypeDesc type = OIIO::TypeDesc::UINT8;
     /** Null where the samples are screen codes already (type UINT8). */
     const DisplayTable* table = nullptr;
+    SampleFormat format;
 
     std::size_t bytes() const { return type.size(); }
 };
@@ -77,14 +78,16 @@ bool isFloat(const OIIO::ImageSpec& spec) {
            spec.format == OIIO::TypeDesc::DOUBLE;
 }
 
-SampleCode sampleCodeFor(const OIIO::ImageSpec& spec) {
+/** @param deep  more than 8 bits are to be read where there are more, though a screen shows 8 */
+SampleCode sampleCodeFor(const OIIO::ImageSpec& spec, bool deep) {
     const std::string colorSpace = spec.get_string_attribute("oiio:ColorSpace");
     const Encoding encoding = encodingOf(colorSpace, isFloat(spec));
+    using Type = SampleFormat::Type;
     if (isFloat(spec))
-        return {OIIO::TypeDesc::HALF, &halfTable(encoding)};
-    if (encoding == Encoding::Display)
-        return {OIIO::TypeDesc::UINT8, nullptr};
-    return {OIIO::TypeDesc::UINT16, &integerTable(encoding)};
+        return {OIIO::TypeDesc::HALF, &halfTable(encoding), {Type::Half, encoding}};
+    if (encoding == Encoding::Display && !(deep && spec.format.size() > 1))
+        return {};
+    return {OIIO::TypeDesc::UINT16, &integerTable(encoding), {Type::Integer16, encoding}};
 }
 
 QString describe(const OIIO::ImageInput& input, const OIIO::ImageSpec& spec) {
@@ -176,11 +179,23 @@ public:
         if (frame.image.isNull())
             throw std::bad_alloc();
         frame.image.fill(Qt::black);
-        readRows(frame.image, factor);
+        const bool keep = m_limits.keepSamples && factor == 1;
+        const SampleCode code = sampleCodeFor(m_spec, keep);
+        std::shared_ptr<Samples> kept;
+        if (keep && code.table) {
+            kept = std::make_shared<Samples>();
+            kept->format = code.format;
+            kept->rgb.resize(std::size_t(m_display.width) * std::size_t(m_display.height) * 3);
+        }
+        readRows(frame.image, factor, code, kept.get());
+        frame.samples = std::move(kept);
         frame.state = Frame::State::Ready;
     }
 
 private:
+    /** Of red, green and blue among the samples of a pixel. */
+    using Offsets = std::array<std::size_t, 3>;
+
     void requireSaneImage() const {
         if (m_spec.deep)
             throw DecodeFailure{text("Deep images are not shown.")};
@@ -215,14 +230,13 @@ private:
         return std::max<std::int64_t>(std::int64_t(stripBytes / rowBytes) / block * block, block);
     }
 
-    void readRows(QImage& image, int factor) {
+    void readRows(QImage& image, int factor, const SampleCode& code, Samples* kept) {
         const ChannelPick pick = pickChannels(m_spec.channelnames);
         const auto [low, high] = std::minmax_element(pick.begin(), pick.end());
         // Channels far apart are read one by one rather than with everything between them.
         constexpr int widestSpan = 8;
         const bool together = *high - *low < widestSpan;
         const std::size_t span = together ? std::size_t(*high - *low + 1) : 3;
-        const SampleCode code = sampleCodeFor(m_spec);
         const std::size_t rowBytes = std::size_t(m_data.width) * span * code.bytes();
         const std::int64_t rows = stripRows(rowBytes);
         constexpr std::size_t mostBytes = std::size_t(512) << 20;
@@ -236,22 +250,24 @@ private:
             y -= (y - m_data.y) % rows;
         std::vector<std::byte> strip(std::size_t(std::min(rows, m_data.height)) * rowBytes);
         BlockAverage average(image, factor);
+        Offsets offsets{0, 1, 2};
+        if (together)
+            std::transform(pick.begin(), pick.end(), offsets.begin(),
+                           [first = *low](int channel) { return std::size_t(channel - first); });
         for (; y < end; y += rows) {
             if (m_cancelled && m_cancelled())
                 throw DecodeFailure{};
             const std::int64_t last = std::min(y + rows, m_data.bottom());
             if (together) {
                 readStrip(y, last, *low, *high + 1, code, strip.data(), span);
-                convert(strip, y, last,
-                        {std::size_t(pick[0] - *low), std::size_t(pick[1] - *low),
-                         std::size_t(pick[2] - *low)},
-                        span, code, image, factor, average);
             } else {
-                for (std::size_t c = 0; c < 3; ++c)
+                for (std::size_t c = 0; c < offsets.size(); ++c)
                     readStrip(y, last, pick[c], pick[c] + 1, code, strip.data() + c * code.bytes(),
                               span);
-                convert(strip, y, last, {0, 1, 2}, span, code, image, factor, average);
             }
+            convert(strip, y, last, offsets, span, code, image, factor, average);
+            if (kept)
+                keepSamples(strip, y, last, offsets, span, *kept);
         }
         average.flush();
     }
@@ -275,8 +291,8 @@ private:
 
     /** Turns the rows of a strip into screen codes, where they lie inside the display window. */
     void convert(const std::vector<std::byte>& strip, std::int64_t first, std::int64_t last,
-                 const std::array<std::size_t, 3>& offsets, std::size_t span,
-                 const SampleCode& code, QImage& image, int factor, BlockAverage& average) const {
+                 const Offsets& offsets, std::size_t span, const SampleCode& code, QImage& image,
+                 int factor, BlockAverage& average) const {
         if (code.table)
             convertSamples<std::uint16_t>(
                 reinterpret_cast<const std::uint16_t*>(strip.data()),
@@ -291,8 +307,8 @@ private:
 
     template <typename Sample, typename Code>
     void convertSamples(const Sample* samples, Code codeOf, std::int64_t first, std::int64_t last,
-                        const std::array<std::size_t, 3>& offsets, std::size_t span, QImage& image,
-                        int factor, BlockAverage& average) const {
+                        const Offsets& offsets, std::size_t span, QImage& image, int factor,
+                        BlockAverage& average) const {
         const std::int64_t left = std::max(m_data.x, m_display.x);
         const std::int64_t right = std::min(m_data.right(), m_display.right());
         const std::int64_t bottom = std::min(last, m_display.bottom());
@@ -316,6 +332,27 @@ private:
         }
     }
 
+    /** Copies the picked samples of a strip, where they lie inside the display window. */
+    void keepSamples(const std::vector<std::byte>& strip, std::int64_t first, std::int64_t last,
+                     const Offsets& offsets, std::size_t span, Samples& kept) const {
+        const auto* samples = reinterpret_cast<const std::uint16_t*>(strip.data());
+        const std::int64_t left = std::max(m_data.x, m_display.x);
+        const std::int64_t right = std::min(m_data.right(), m_display.right());
+        const std::int64_t bottom = std::min(last, m_display.bottom());
+        if (left >= right)
+            return;
+        for (std::int64_t y = std::max(first, m_display.y); y < bottom; ++y) {
+            const auto* pixel =
+                samples + std::size_t((y - first) * m_data.width + left - m_data.x) * span;
+            auto* out = kept.rgb.data() +
+                        std::size_t((y - m_display.y) * m_display.width + left - m_display.x) * 3;
+            for (std::int64_t x = left; x < right; ++x, pixel += span) {
+                for (const std::size_t offset : offsets)
+                    *out++ = pixel[offset];
+            }
+        }
+    }
+
     const DecodeLimits& m_limits;
     const std::function<bool()>& m_cancelled;
     std::unique_ptr<OIIO::ImageInput> m_input;
@@ -330,6 +367,7 @@ Frame decodeFrame(const std::string& path, Base::Time time, const DecodeLimits& 
                   const std::function<bool()>& cancelled) {
     Frame frame;
     frame.time = time;
+    frame.isComplete = limits.keepSamples;
     try {
         Decode(path, limits, cancelled).run(frame);
         return frame;
@@ -342,6 +380,7 @@ Frame decodeFrame(const std::string& path, Base::Time time, const DecodeLimits& 
     }
     frame.state = Frame::State::Unreadable;
     frame.image = QImage();
+    frame.samples = nullptr;
     return frame;
 }
 

@@ -8,8 +8,10 @@
 
 namespace Kestrel::Workbench {
 
-/** What a decode may cost. */
+/** What a decode makes, and what it may cost. */
 struct DecodeLimits {
+    /** Keeps the samples beside the picture, where they tell more than it: for grading. */
+    bool keepSamples = false;
     /** Longest edge of the picture made; larger ones are averaged down by a whole factor. */
     int longestEdge = 4096;
     /** Pixels read from a file at most; a file with more is refused with a message. */

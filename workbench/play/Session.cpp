@@ -20,6 +20,8 @@ int decodeThreads() {
 constexpr std::size_t farthestAhead = 2000;
 constexpr std::size_t requestsAtOnce = 32;
 constexpr std::size_t requestsLeftBeforePlanning = 8;
+/** Frames graded before they are shown. */
+constexpr std::size_t gradedAhead = 8;
 
 } // namespace
 
@@ -28,6 +30,7 @@ Session::Session(Base::TimeBase timeBase, std::size_t cacheBytes, QObject* paren
     , m_profiling(decodeThreads(), double(timeBase.rate()), cacheBytes)
     , m_player(&m_model)
     , m_cache(cacheBytes)
+    , m_grader(cacheBytes / 4)
     , m_pool(m_profiling.decodeTracks()) {
     m_formatter.setTimeBase(timeBase);
     m_player.setTimeBase(timeBase);
@@ -42,17 +45,28 @@ Session::Session(Base::TimeBase timeBase, std::size_t cacheBytes, QObject* paren
     connect(&m_player, &Player::framesDropped, this,
             [this](quint64 frames) { m_profiling.dropped(frames, m_model.currentTime()); });
     connect(&m_pool, &DecodePool::frameDecoded, this, &Session::takeIn);
+    connect(&m_grader, &FrameGrader::frameGraded, this, [this](const FramePtr& source) {
+        if (source == m_source)
+            present();
+    });
+    connect(&m_grades, &GradeHistory::gradeChanged, this, &Session::regrade);
+    connect(&m_grades, &GradeHistory::bypassChanged, this, &Session::regrade);
+    connect(&m_grades, &GradeHistory::sequenceWanted, this, &Session::open);
 }
 
 void Session::open(Sequence sequence, Base::Time at) {
     m_player.stop();
     m_pool.cancelAll();
     m_cache.clear();
+    m_grader.clear();
     m_profiling.cleared();
     m_frameBytes = 0;
-    m_sequence = std::move(sequence);
+    m_source = nullptr;
+    m_sourceStandsIn = false;
     m_shown = nullptr;
     m_loading = false;
+    m_sequence = std::move(sequence);
+    m_grades.open(m_sequence, m_model.currentTime());
     emit cacheCleared();
 
     const Base::Time first = m_sequence.firstTime();
@@ -91,19 +105,61 @@ void Session::showCurrent() {
     else if (const FramePtr near = m_cache.nearestPicture(*held))
         show(near, true);
     else
-        show(m_shown && m_shown->state == Frame::State::Ready ? m_shown : nullptr, true);
+        show(m_source && m_source->state == Frame::State::Ready ? m_source : nullptr, true);
     plan();
 }
 
-void Session::show(const FramePtr& frame, bool loading) {
+void Session::show(const FramePtr& source, bool standsIn) {
+    m_source = source;
+    m_sourceStandsIn = standsIn;
+    planGrades();
+    present();
+}
+
+/** Shows the source as it is graded, or goes on showing what is shown until it is. */
+void Session::present() {
+    FramePtr picture = m_grader.find(m_source);
+    const bool waits = m_source && !picture;
+    if (waits)
+        picture = m_shown;
+    const bool loading = m_sourceStandsIn || waits;
     // A missing frame is no picture, but nothing better will come for this time.
     if (!loading)
         m_player.pictureShown(m_model.currentTime());
-    if (frame == m_shown && loading == m_loading)
+    if (picture == m_shown && loading == m_loading)
         return;
-    m_shown = frame;
+    m_shown = picture;
     m_loading = loading;
     emit frameChanged();
+}
+
+void Session::regrade() {
+    m_grader.setGrade(m_grades.isBypassed() ? Grade() : m_grades.grade());
+    m_keepSamples = !m_grades.grade().isIdentity();
+    m_cacheFull = false;
+    if (m_sequence.isEmpty() || !m_source)
+        return;
+    planGrades();
+    present();
+    plan();
+}
+
+/** Asks for what is to be shown, then for what will be shown next. */
+void Session::planGrades() {
+    if (!m_grader.isActive())
+        return;
+    std::vector<FramePtr> sources{m_source};
+    for (const Base::Time time : order().next(gradedAhead)) {
+        const auto held = m_sequence.heldTime(time);
+        if (const FramePtr source = held ? m_cache.find(*held) : nullptr)
+            sources.push_back(source);
+    }
+    m_grader.setRequests(sources);
+}
+
+/** Whether there is no need to decode a frame again. */
+bool Session::isGoodEnough(const FramePtr& source) const {
+    return source && (source->isComplete || !m_keepSamples);
 }
 
 void Session::plan() {
@@ -121,13 +177,16 @@ void Session::plan() {
     std::vector<DecodePool::Request> requests;
     for (const Base::Time time : times) {
         const auto held = m_sequence.heldTime(time);
-        if (!held || m_cache.find(*held) || (m_shown && !m_loading && m_shown->time == *held))
+        if (!held || isGoodEnough(m_cache.find(*held)))
+            continue;
+        // It may be too large for the cache.
+        if (!m_sourceStandsIn && isGoodEnough(m_source) && m_source->time == *held)
             continue;
         const bool asked = std::any_of(requests.begin(), requests.end(),
                                        [&](const auto& request) { return request.time == *held; });
         if (asked)
             continue;
-        requests.push_back({*held, m_sequence.path(*held)});
+        requests.push_back({*held, m_sequence.path(*held), m_keepSamples});
         if (requests.size() == requestsAtOnce)
             break;
     }
@@ -136,6 +195,7 @@ void Session::plan() {
 
 void Session::takeIn(const FramePtr& frame) {
     m_frameBytes = frame->cost();
+    const bool wasCached = m_cache.find(frame->time) != nullptr;
     const FrameCache::Outcome outcome = m_cache.insert(frame, order());
     for (const Base::Time evicted : outcome.evicted) {
         m_profiling.evicted(evicted);
@@ -143,17 +203,21 @@ void Session::takeIn(const FramePtr& frame) {
     }
     if (outcome.stored)
         m_profiling.filled(*frame, m_cache.bytes());
+    else if (wasCached)
+        emit frameUncached(frame->time);
     if (!outcome.stored)
         m_cacheFull = true;
     else if (frame->state == Frame::State::Ready)
         emit frameCached(frame->time);
 
-    if (m_loading) {
-        const auto held = m_sequence.heldTime(m_model.currentTime());
-        if (held && *held == frame->time)
-            show(frame, false);
-        else if (const FramePtr near = held ? m_cache.nearestPicture(*held) : nullptr)
+    const auto held = m_sequence.heldTime(m_model.currentTime());
+    if (held && *held == frame->time)
+        show(frame, false);
+    else if (m_sourceStandsIn) {
+        if (const FramePtr near = held ? m_cache.nearestPicture(*held) : nullptr)
             show(near, true);
+    } else {
+        planGrades();
     }
     if (m_pool.pending() < requestsLeftBeforePlanning)
         plan();

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "grade/FrameGrader.h"
+#include "grade/GradeHistory.h"
 #include "media/DecodePool.h"
 #include "media/FrameCache.h"
 #include "media/Sequence.h"
@@ -14,13 +16,14 @@
 
 namespace Kestrel::Workbench {
 
-/** What the panels share: the open sequence, its times, how times are written, the decoded frames,
-    and what the viewer should show right now. Interface thread; it never waits for a decode. */
+/** What the panels share: the open sequence, its times, how times are written, its grade, the
+   decoded and graded frames, and what the viewer should show right now. Interface thread; it never
+   waits for a decode or a grade. */
 class Session : public QObject {
     Q_OBJECT
 
 public:
-    /** @param cacheBytes  memory for decoded frames */
+    /** @param cacheBytes  memory for decoded frames; graded ones take a quarter as much besides */
     Session(Base::TimeBase timeBase, std::size_t cacheBytes, QObject* parent = nullptr);
 
     UI::TimeSliderModel* model() { return &m_model; }
@@ -30,15 +33,18 @@ public:
     const Sequence& sequence() const { return m_sequence; }
     const FrameCache& cache() const { return m_cache; }
     Profiling* profiling() { return &m_profiling; }
+    GradeHistory* grades() { return &m_grades; }
+    const FrameGrader& grader() const { return m_grader; }
 
     /** Opens a sequence at a time (its first when InvalidTime) in place of the open one. */
     void open(Sequence sequence, Base::Time at = Base::InvalidTime);
 
-    /** What the viewer shows: the frame of the current time, or the nearest one while that is being
-        decoded. Null when there is nothing to show. */
+    /** What the viewer shows: the graded frame of the current time, or the nearest one while that
+       is being decoded, or the one shown before while it is being graded. Null when there is
+       nothing to show. */
     FramePtr shownFrame() const { return m_shown; }
 
-    /** Whether the shown frame stands in for one that is still being decoded. */
+    /** Whether the shown frame stands in for one that is still being decoded or graded. */
     bool isLoading() const { return m_loading; }
 
     /** Whether everything that fits into the cache is decoded. */
@@ -58,7 +64,11 @@ signals:
 
 private:
     void showCurrent();
-    void show(const FramePtr& frame, bool loading);
+    void show(const FramePtr& source, bool standsIn);
+    void present();
+    void regrade();
+    void planGrades();
+    bool isGoodEnough(const FramePtr& source) const;
     void plan();
     void takeIn(const FramePtr& frame);
     PlayOrder order() const;
@@ -71,14 +81,21 @@ private:
     Player m_player;
     Navigator m_navigator{this};
     Sequence m_sequence;
+    GradeHistory m_grades;
     FrameCache m_cache;
+    /** The decoded frame behind what is shown or being graded. */
+    FramePtr m_source;
+    bool m_sourceStandsIn = false;
     FramePtr m_shown;
     bool m_loading = false;
+    /** Frames are decoded with their samples: there is a grade. */
+    bool m_keepSamples = false;
     /** Bytes of the frame decoded last, to reckon how many fit. */
     std::size_t m_frameBytes = 0;
     /** The cache holds nothing that is needed later than what it turned away. */
     bool m_cacheFull = false;
-    /** Last: its threads end before the rest goes. */
+    /** Last: their threads end before the rest goes. */
+    FrameGrader m_grader;
     DecodePool m_pool;
 };
 

@@ -1,0 +1,211 @@
+#include "grade/FrameGrader.h"
+
+#include <QThread>
+
+#include <algorithm>
+#include <iterator>
+#include <optional>
+
+namespace Kestrel::Workbench {
+
+namespace {
+
+/** Enough for any frame to be graded at once; one core is left to the interface. */
+int gradeThreads() {
+    return std::clamp(QThread::idealThreadCount() - 1, 1, 4);
+}
+
+/** Rows that a thread takes at a time. */
+constexpr int bandRows = 64;
+
+SampleFormat formatOf(const Frame& frame) {
+    return frame.samples ? frame.samples->format : SampleFormat();
+}
+
+} // namespace
+
+/** Is prepared by the thread that needs it first; the others wait for it. */
+class FrameGrader::LazyGrade {
+public:
+    LazyGrade(const Grade& grade, const SampleFormat& format)
+        : m_grade(grade)
+        , m_format(format) {}
+
+    const SampleFormat& format() const { return m_format; }
+
+    const PreparedGrade& get() {
+        std::call_once(m_once, [this] { m_prepared.emplace(m_grade, m_format); });
+        return *m_prepared;
+    }
+
+private:
+    const Grade m_grade;
+    const SampleFormat m_format;
+    std::once_flag m_once;
+    std::optional<PreparedGrade> m_prepared;
+};
+
+struct FrameGrader::Job {
+    FramePtr source;
+    std::shared_ptr<LazyGrade> grade;
+    std::shared_ptr<Frame> graded;
+    /** The graded picture's memory, for the workers. */
+    uchar* bits = nullptr;
+    int nextRow = 0;
+    int rowsLeft = 0;
+
+    void gradeRows(int first, int last) const {
+        const PreparedGrade& prepared = grade->get();
+        const QImage& image = source->image;
+        const auto width = std::size_t(image.width());
+        for (int y = first; y < last; ++y) {
+            auto* to = reinterpret_cast<QRgb*>(bits) + std::size_t(y) * width;
+            if (source->samples)
+                prepared.gradeRow(source->samples->rgb.data() + std::size_t(y) * width * 3, to,
+                                  image.width());
+            else
+                prepared.gradeRow(reinterpret_cast<const QRgb*>(image.constScanLine(y)), to,
+                                  image.width());
+        }
+    }
+};
+
+FrameGrader::FrameGrader(std::size_t capacity, QObject* parent)
+    : QObject(parent)
+    , m_capacity(capacity) {
+    for (int i = 0; i < gradeThreads(); ++i)
+        m_threads.emplace_back([this] { work(); });
+}
+
+FrameGrader::~FrameGrader() {
+    {
+        const std::lock_guard lock(m_mutex);
+        m_quit = true;
+    }
+    m_wake.notify_all();
+    for (auto& thread : m_threads)
+        thread.join();
+}
+
+void FrameGrader::setGrade(const Grade& grade) {
+    if (grade == m_grade)
+        return;
+    clear();
+    m_grade = grade;
+    m_isIdentity = grade.isIdentity();
+    m_prepared.clear();
+}
+
+FramePtr FrameGrader::find(const FramePtr& source) {
+    if (staysAsItIs(source))
+        return source;
+    const auto found = findGraded(source);
+    if (found == m_graded.end())
+        return nullptr;
+    m_graded.splice(m_graded.begin(), m_graded, found);
+    return found->frame;
+}
+
+void FrameGrader::setRequests(const std::vector<FramePtr>& sources) {
+    {
+        const std::lock_guard lock(m_mutex);
+        const auto isBegun = [this](const FramePtr& source) {
+            return std::find(m_begun.begin(), m_begun.end(), source) != m_begun.end();
+        };
+        m_jobs.erase(std::remove_if(m_jobs.begin(), m_jobs.end(),
+                                    [&](const JobPtr& job) { return !isBegun(job->source); }),
+                     m_jobs.end());
+        const auto isAsked = [this](const FramePtr& source) {
+            return std::any_of(m_jobs.begin(), m_jobs.end(),
+                               [&source](const JobPtr& job) { return job->source == source; });
+        };
+        for (const FramePtr& source : sources) {
+            if (staysAsItIs(source) || isBegun(source) || isAsked(source) ||
+                findGraded(source) != m_graded.end())
+                continue;
+            auto job = std::make_shared<Job>();
+            job->source = source;
+            job->grade = prepared(formatOf(*source));
+            job->graded = std::make_shared<Frame>(*source);
+            job->graded->samples = nullptr;
+            job->graded->image = QImage(source->image.size(), QImage::Format_RGB32);
+            job->bits = job->graded->image.bits();
+            job->rowsLeft = source->image.height();
+            if (job->bits)
+                m_jobs.push_back(std::move(job));
+        }
+    }
+    m_wake.notify_all();
+}
+
+void FrameGrader::clear() {
+    m_graded.clear();
+    m_bytes = 0;
+    const std::lock_guard lock(m_mutex);
+    m_jobs.clear();
+    m_begun.clear();
+    ++m_round;
+}
+
+bool FrameGrader::staysAsItIs(const FramePtr& source) const {
+    return m_isIdentity || !source || source->state != Frame::State::Ready;
+}
+
+std::list<FrameGrader::Graded>::iterator FrameGrader::findGraded(const FramePtr& source) {
+    return std::find_if(m_graded.begin(), m_graded.end(),
+                        [&source](const Graded& graded) { return graded.source.lock() == source; });
+}
+
+std::shared_ptr<FrameGrader::LazyGrade> FrameGrader::prepared(const SampleFormat& format) {
+    const auto found = std::find_if(m_prepared.begin(), m_prepared.end(),
+                                    [&](const auto& each) { return each->format() == format; });
+    if (found != m_prepared.end())
+        return *found;
+    m_prepared.push_back(std::make_shared<LazyGrade>(m_grade, format));
+    return m_prepared.back();
+}
+
+void FrameGrader::work() {
+    std::unique_lock lock(m_mutex);
+    for (;;) {
+        m_wake.wait(lock, [this] { return m_quit || !m_jobs.empty(); });
+        if (m_quit)
+            return;
+        const JobPtr job = m_jobs.front();
+        const std::uint64_t round = m_round;
+        const int first = job->nextRow;
+        const int last = std::min(first + bandRows, job->source->image.height());
+        if (first == 0)
+            m_begun.push_back(job->source);
+        job->nextRow = last;
+        if (last == job->source->image.height())
+            m_jobs.pop_front();
+        lock.unlock();
+        job->gradeRows(first, last);
+        lock.lock();
+        job->rowsLeft -= last - first;
+        if (job->rowsLeft == 0)
+            QMetaObject::invokeMethod(
+                this, [this, job, round] { deliver(job, round); }, Qt::QueuedConnection);
+    }
+}
+
+void FrameGrader::deliver(const JobPtr& job, std::uint64_t round) {
+    {
+        const std::lock_guard lock(m_mutex);
+        if (round != m_round)
+            return;
+        m_begun.erase(std::remove(m_begun.begin(), m_begun.end(), job->source), m_begun.end());
+    }
+    ++m_gradedCount;
+    m_graded.push_front({job->source, job->graded});
+    m_bytes += job->graded->cost();
+    // The newest one is kept in any case: somebody waits for it.
+    while (m_bytes > m_capacity && m_graded.size() > 1) {
+        m_bytes -= m_graded.back().frame->cost();
+        m_graded.pop_back();
+    }
+    emit frameGraded(job->source);
+}
+
+} // namespace Kestrel::Workbench

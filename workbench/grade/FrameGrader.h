@@ -1,0 +1,90 @@
+#pragma once
+
+#include "grade/PreparedGrade.h"
+#include "media/Frame.h"
+
+#include <QObject>
+
+#include <condition_variable>
+#include <cstdint>
+#include <deque>
+#include <list>
+#include <memory>
+#include <mutex>
+#include <thread>
+#include <vector>
+
+namespace Kestrel::Workbench {
+
+/** Worker threads that grade decoded frames, all of them at the rows of one frame, and the graded
+    frames of late. What is wanted is replaced as a whole whenever the playhead moves or the grade
+    changes. Called from the thread that owns it; the signal is emitted there too. */
+class FrameGrader : public QObject {
+    Q_OBJECT
+
+public:
+    /** @param capacity  bytes that graded frames may take, those seen last are kept */
+    explicit FrameGrader(std::size_t capacity, QObject* parent = nullptr);
+    ~FrameGrader() override;
+
+    /** Forgets all that was graded by another grade. */
+    void setGrade(const Grade& grade);
+
+    /** Whether the grade changes anything. */
+    bool isActive() const { return !m_isIdentity; }
+
+    /** The frame as the grade makes it; itself where that changes nothing or there is no picture.
+        Null until it is graded. */
+    FramePtr find(const FramePtr& source);
+
+    /** Replaces all wishes for frames that are not begun; most wanted first. */
+    void setRequests(const std::vector<FramePtr>& sources);
+
+    /** Forgets every frame and every wish. */
+    void clear();
+
+    /** How many frames were graded so far. */
+    std::uint64_t gradedCount() const { return m_gradedCount; }
+
+signals:
+    /** find() gives the frame from now on. */
+    void frameGraded(const Kestrel::Workbench::FramePtr& source);
+
+private:
+    class LazyGrade;
+    struct Job;
+    using JobPtr = std::shared_ptr<Job>;
+
+    struct Graded {
+        std::weak_ptr<const Frame> source;
+        FramePtr frame;
+    };
+
+    bool staysAsItIs(const FramePtr& source) const;
+    std::list<Graded>::iterator findGraded(const FramePtr& source);
+    std::shared_ptr<LazyGrade> prepared(const SampleFormat& format);
+    void work();
+    void deliver(const JobPtr& job, std::uint64_t round);
+
+    const std::size_t m_capacity;
+    std::size_t m_bytes = 0;
+    std::uint64_t m_gradedCount = 0;
+    Grade m_grade;
+    bool m_isIdentity = true;
+    std::vector<std::shared_ptr<LazyGrade>> m_prepared;
+    /** The one seen last first. */
+    std::list<Graded> m_graded;
+
+    std::mutex m_mutex;
+    std::condition_variable m_wake;
+    /** Most wanted first; jobs leave it when their last rows have been handed out. */
+    std::deque<JobPtr> m_jobs;
+    /** Begun, and not delivered yet. */
+    std::vector<FramePtr> m_begun;
+    /** Grows when all is forgotten; results of an earlier round are dropped. */
+    std::uint64_t m_round = 0;
+    bool m_quit = false;
+    std::vector<std::thread> m_threads;
+};
+
+} // namespace Kestrel::Workbench

@@ -1,0 +1,17 @@
+#pragma once
+
+#include "grade/Grade.h"
+#include "media/Sequence.h"
+
+/** What the shared history calls a project, and leaves to its host: here a sequence with its grade.
+    Lives from the first opening of the sequence to the end of the session. */
+class Kestrel::UI::UndoableProject {
+public:
+    explicit UndoableProject(Workbench::Sequence opened)
+        : sequence(std::move(opened)) {}
+
+    Workbench::Sequence sequence;
+    Workbench::Grade grade;
+    /** Where the playhead was when another sequence was opened. */
+    Base::Time leftAt = Base::InvalidTime;
+};
