@@ -1,0 +1,178 @@
+#include <support/TestRegistry.h>
+
+#include "grade/PreparedGrade.h"
+
+#include <half.h>
+
+#include <QtTest>
+
+#include <algorithm>
+#include <cmath>
+
+using namespace Kestrel::Workbench;
+using Kestrel::UI::Curve;
+namespace UI = Kestrel::UI;
+
+/** Grades as values, and the engine against the same sums done one by one. */
+class GradeTest : public QObject {
+    Q_OBJECT
+
+private:
+    using Type = SampleFormat::Type;
+
+    static Curve bent(float x, float y) {
+        Curve curve(8, 3);
+        curve.setKnot(1, {x, y, false});
+        return curve;
+    }
+
+    static double srgb(double light) {
+        return light <= 0.0031308 ? 12.92 * light : 1.055 * std::pow(light, 1.0 / 2.4) - 0.055;
+    }
+
+    static double light(const SampleFormat& format, std::uint16_t sample) {
+        double value = sample / (format.type == Type::Byte ? 255.0 : 65535.0);
+        if (format.type == Type::Half) {
+            half number;
+            number.setBits(sample);
+            value = double(float(number));
+        }
+        if (format.encoding == Encoding::FilmLog) {
+            const double black = std::pow(10.0, (95 - 685) * 0.002 / 0.6);
+            return (std::pow(10.0, (value * 1023 - 685) * 0.002 / 0.6) - black) / (1 - black);
+        }
+        if (format.encoding == Encoding::Display)
+            return value <= 0.04045 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
+        return value;
+    }
+
+    static int graded(const Grade& grade, const SampleFormat& format, std::uint16_t sample,
+                      int channel) {
+        const double bright = light(format, sample) * double(gainFactors(grade.gain)[channel]) *
+                              std::exp2(double(grade.exposure));
+        const auto unit = [](float value) { return std::clamp(value, 0.0F, 1.0F); };
+        const float signal = bright > 0.0 ? unit(float(srgb(bright))) : 0.0F;
+        const float own = unit(grade.curves.curve(channel).valueAt(signal));
+        return int(std::lround(unit(grade.curves.curve(Grade::Master).valueAt(own)) * 255.0F));
+    }
+
+private slots:
+    void engine_data() {
+        QTest::addColumn<int>("type");
+        QTest::addColumn<int>("encoding");
+        QTest::newRow("8 bits") << int(Type::Byte) << int(Encoding::Display);
+        QTest::newRow("half, light") << int(Type::Half) << int(Encoding::SceneLinear);
+        QTest::newRow("half, signal") << int(Type::Half) << int(Encoding::Display);
+        QTest::newRow("16 bits, light") << int(Type::Integer16) << int(Encoding::SceneLinear);
+        QTest::newRow("16 bits, film") << int(Type::Integer16) << int(Encoding::FilmLog);
+        QTest::newRow("16 bits, signal") << int(Type::Integer16) << int(Encoding::Display);
+    }
+
+    void engine() {
+        QFETCH(int, type);
+        QFETCH(int, encoding);
+        const SampleFormat format{Type(type), Encoding(encoding)};
+        Grade exposed;
+        exposed.exposure = -1.5F;
+        exposed.gain = {0.6F, 0.3F, 1.2F};
+        Grade curved = exposed;
+        curved.curves.setCurve(Grade::Red, bent(0.3F, 0.5F));
+        curved.curves.setCurve(Grade::Blue, bent(0.8F, 0.2F));
+        curved.curves.setCurve(Grade::Master, bent(0.5F, 0.35F));
+        const int samples = type == int(Type::Byte) ? 256 : 65536;
+        std::vector<QRgb> out(std::size_t(samples), 0);
+        for (const Grade& grade : {exposed, curved}) {
+            const PreparedGrade prepared(grade, format);
+            std::vector<std::uint16_t> rgb;
+            std::vector<QRgb> codes;
+            for (int i = 0; i < samples; ++i) {
+                rgb.insert(rgb.end(), 3, std::uint16_t(i));
+                codes.push_back(qRgb(i, i, i));
+            }
+            if (samples == 256)
+                prepared.gradeRow(codes.data(), out.data(), samples);
+            else
+                prepared.gradeRow(rgb.data(), out.data(), samples);
+            for (int i = 0; i < samples; ++i) {
+                const QRgb pixel = out[std::size_t(i)];
+                const int found[] = {qRed(pixel), qGreen(pixel), qBlue(pixel)};
+                QCOMPARE(qAlpha(pixel), 255);
+                for (int channel = 0; channel < 3; ++channel) {
+                    // The table of the curves has 16 bits, so a code may fall to its neighbour.
+                    const int expected = graded(grade, format, std::uint16_t(i), channel);
+                    if (std::abs(found[channel] - expected) > 1)
+                        QFAIL(qPrintable(QStringLiteral("sample %1, channel %2: %3, not %4")
+                                             .arg(i)
+                                             .arg(channel)
+                                             .arg(found[channel])
+                                             .arg(expected)));
+                }
+            }
+        }
+    }
+
+    /** By what each 8-bit 4:2:2 stores of two pixels, and of a last one without a partner. */
+    void preview() {
+        const QRgb pixels[] = {qRgb(200, 40, 90), qRgb(20, 220, 130), qRgb(255, 128, 0)};
+        for (int option = 0; option < UI::ColorSpace::Count; ++option) {
+            const bool legacy = option == UI::ColorSpace::NovaLegacyMpeg;
+            const double lumaCodes = legacy ? 218.0 : 219.0;
+            const double chromaCodes = legacy ? 255.0 : 224.0;
+            Grade grade;
+            grade.preview = option;
+            QRgb out[3] = {};
+            PreparedGrade(grade, {}).gradeRow(pixels, out, 3);
+            const auto& matrix = UI::colorSpaceRgbToYCbCr(option);
+            const auto& back = UI::colorSpaceYCbCrToRgb(option);
+            const auto row = [](const std::array<float, 3>& by, QRgb pixel) {
+                return (double(by[0]) * qRed(pixel) + double(by[1]) * qGreen(pixel) +
+                        double(by[2]) * qBlue(pixel)) /
+                       255.0;
+            };
+            for (int i = 0; i < 3; ++i) {
+                const QRgb first = pixels[i & ~1];
+                const QRgb second = pixels[std::min(i | 1, 2)];
+                const auto chroma = [&](const std::array<float, 3>& by) {
+                    const double mean = (row(by, first) + row(by, second)) / 2.0;
+                    return (std::floor(mean * chromaCodes + 128.5) - 128.0) / chromaCodes;
+                };
+                const double luma =
+                    (std::floor(row(matrix.luma, pixels[i]) * lumaCodes + 16.5) - 16.0) / lumaCodes;
+                const double cb = chroma(matrix.cb);
+                const double cr = chroma(matrix.cr);
+                const double rgb[] = {luma + double(back.crToRed) * cr,
+                                      luma + double(back.crToGreen) * cr +
+                                          double(back.cbToGreen) * cb,
+                                      luma + double(back.cbToBlue) * cb};
+                const int found[] = {qRed(out[i]), qGreen(out[i]), qBlue(out[i])};
+                for (int channel = 0; channel < 3; ++channel)
+                    QCOMPARE(found[channel],
+                             int(std::lround(std::clamp(rgb[channel], 0.0, 1.0) * 255.0)));
+                QCOMPARE(qAlpha(out[i]), 255);
+            }
+        }
+    }
+
+    void gain() {
+        QVERIFY(Grade().isIdentity());
+        const GainColor color{0.3F, 0.4F, 1.5F};
+        const Factors factors = gainFactors(color);
+        QVERIFY(std::abs(0.2126F * factors[0] + 0.7152F * factors[1] + 0.0722F * factors[2] -
+                         1.5F) < 1e-5F);
+        const GainColor again = gainColor(factors);
+        QVERIFY(std::abs(again.hue - color.hue) + std::abs(again.saturation - color.saturation) +
+                    std::abs(again.value - color.value) <
+                1e-5F);
+        // Typed numbers lead back to neutral, and what they cannot tell stays.
+        Grade neutral;
+        neutral.gain = gainColor({1.0F, 1.0F, 1.0F}, color);
+        QVERIFY(neutral.isIdentity());
+        QCOMPARE(neutral.gain.hue, color.hue);
+        const GainColor black = gainColor({0.0F, -1.0F, 0.0F}, color);
+        QCOMPARE(black.saturation, color.saturation);
+        QCOMPARE(gainFactors(black), (Factors{0.0F, 0.0F, 0.0F}));
+    }
+};
+
+KXUI_TEST(GradeTest);
+#include "GradeTest.moc"

@@ -1,0 +1,241 @@
+#include "TestImages.h"
+
+#include <support/TestRegistry.h>
+
+#include "panels/CurveView.h"
+#include "panels/GradePanel.h"
+#include "panels/HistoryPanel.h"
+#include "play/Session.h"
+
+#include <KxUI/color/ColorWheel.h>
+#include <KxUI/undo/MultiStackUndoView.h>
+#include <KxUI/values/LogSlider.h>
+
+#include <QComboBox>
+#include <QDoubleSpinBox>
+#include <QTemporaryDir>
+#include <QUndoCommand>
+#include <QtTest>
+
+using namespace Kestrel::Workbench;
+using Kestrel::Base::Time;
+using Kestrel::Base::TimeBase;
+namespace UI = Kestrel::UI;
+using Part = GradeHistory::Part;
+
+/** Two sequences in a session: what is shown of their grades, and their shared history. */
+class GradingTest : public QObject {
+    Q_OBJECT
+
+private:
+    QTemporaryDir m_folder;
+    Sequence m_bright;
+    Sequence m_plain;
+    std::unique_ptr<Session> m_session;
+
+    QRgb shownPixel() const {
+        const FramePtr shown = m_session->shownFrame();
+        return shown && !m_session->isLoading() ? shown->image.pixel(5, 5) : 0;
+    }
+
+    void expose(float stops) {
+        Grade grade = m_session->grades()->grade();
+        grade.exposure = stops;
+        m_session->grades()->edit(grade, Part::Exposure, QStringLiteral("Exposure"));
+    }
+
+    QStringList steps() const {
+        QStringList texts;
+        for (const auto* step : m_session->grades()->group()->undoCommands())
+            texts << step->command->text();
+        return texts;
+    }
+
+private slots:
+    void initTestCase() {
+        std::vector<Sequence::Member> bright;
+        std::vector<Sequence::Member> plain;
+        for (int frame = 1; frame <= 6; ++frame) {
+            Kestrel::Test::TestImage image;
+            image.values = {0.18F, 2.0F, 4.0F};
+            const QString exr = QStringLiteral("bright.%1.exr").arg(frame);
+            QVERIFY(image.write(m_folder.filePath(exr)));
+            bright.emplace_back(frame, exr.toStdString());
+            const QString png = QStringLiteral("plain.%1.png").arg(frame);
+            QVERIFY(Kestrel::Test::writeImage(m_folder.filePath(png)));
+            plain.emplace_back(frame, png.toStdString());
+        }
+        const std::string folder = m_folder.path().toStdString();
+        m_bright = Sequence(QStringLiteral("bright.#.exr"), folder, bright);
+        m_plain = Sequence(QStringLiteral("plain.#.png"), folder, plain);
+    }
+
+    void init() {
+        m_session = std::make_unique<Session>(TimeBase(24, false), std::size_t(64) << 20);
+        m_session->open(m_bright, 2);
+        QTRY_VERIFY(m_session->isSettled() && !m_session->isLoading());
+    }
+
+    void nothingIsGradedInVain() {
+        for (Time time = 1; time <= 6; ++time)
+            m_session->model()->setCurrentTime(time);
+        QCOMPARE(m_session->grader().gradedCount(), std::uint64_t(0));
+        QCOMPARE(m_session->shownFrame(), m_session->cache().find(6));
+
+        expose(-1.0F);
+        // The picture before it stays until the graded one is there.
+        QVERIFY(m_session->isLoading());
+        QCOMPARE(m_session->shownFrame(), m_session->cache().find(6));
+        const auto scrub = [this] {
+            for (Time time = 1; time <= 6; ++time) {
+                m_session->model()->setCurrentTime(time);
+                QTRY_VERIFY(m_session->isSettled() && !m_session->isLoading());
+                QCOMPARE(m_session->shownFrame()->time, time);
+            }
+        };
+        scrub();
+        const std::uint64_t graded = m_session->grader().gradedCount();
+        scrub();
+        m_session->grades()->setBypassed(true);
+        QCOMPARE(m_session->shownFrame(), m_session->cache().find(6));
+        QVERIFY(!m_session->isLoading());
+        QCOMPARE(m_session->grader().gradedCount(), graded);
+        m_session->grades()->setBypassed(false);
+        QTRY_VERIFY(!m_session->isLoading());
+        QVERIFY(m_session->shownFrame() != m_session->cache().find(6));
+    }
+
+    /** Light above white comes back, though the screen had lost it. */
+    void highlightsComeBack() {
+        QCOMPARE(qBlue(shownPixel()), 255);
+        expose(-2.0F);
+        // 0.045, 0.5 and 1.0 in sRGB.
+        QTRY_COMPARE(shownPixel(), qRgb(60, 188, 255));
+        Grade grade = m_session->grades()->grade();
+        grade.exposure = 0.0F;
+        grade.gain = gainColor({1.0F, 0.25F, 0.125F});
+        m_session->grades()->edit(grade, Part::Gain, QStringLiteral("Gain"));
+        QTRY_COMPARE(shownPixel(), qRgb(118, 188, 188));
+        m_session->grades()->group()->makeIndex(0);
+        QTRY_COMPARE(shownPixel(), qRgb(118, 255, 255));
+        QCOMPARE(m_session->shownFrame(), m_session->cache().find(2));
+    }
+
+    void undoAcrossSequences() {
+        GradeHistory* grades = m_session->grades();
+        HistoryPanel panel(m_session.get());
+        panel.resize(300, 200);
+        panel.show();
+        m_session->model()->setCurrentTime(4);
+        for (const float stops : {0.5F, 1.0F, 2.0F})
+            expose(stops);
+        grades->finishEdit();
+        expose(-1.0F);
+        m_session->open(m_plain, 3);
+        QVERIFY(grades->grade().isIdentity());
+        expose(1.0F);
+        QCOMPARE(steps(), (QStringList{"Exposure", "Exposure", "Exposure"}));
+        QCOMPARE(grades->titleOf(1), m_bright.title());
+        QCOMPARE(grades->titleOf(2), m_plain.title());
+
+        // Back through both: the sequence of the last step undone is opened where it was left.
+        grades->group()->undo();
+        QVERIFY(grades->grade().isIdentity());
+        QCoreApplication::processEvents();
+        QCOMPARE(m_session->sequence().title(), m_plain.title());
+        grades->group()->undo();
+        QTRY_COMPARE(m_session->sequence().title(), m_bright.title());
+        QCOMPARE(m_session->model()->currentTime(), Time(4));
+        QCOMPARE(grades->grade().exposure, 2.0F);
+
+        // A jump opens only the last one; the drag of three changes was one step.
+        QSignalSpy opened(m_session.get(), &Session::sequenceChanged);
+        const QModelIndex last = panel.view()->model()->index(3, 0);
+        QTest::mouseClick(panel.view()->viewport(), Qt::LeftButton, {},
+                          panel.view()->visualRect(last).center());
+        QTRY_COMPARE(m_session->sequence().title(), m_plain.title());
+        QCOMPARE(opened.count(), 1);
+        QCOMPARE(m_session->model()->currentTime(), Time(3));
+        QCOMPARE(grades->grade().exposure, 1.0F);
+        grades->group()->makeIndex(0);
+        QTRY_COMPARE(m_session->sequence().title(), m_bright.title());
+        QVERIFY(grades->grade().isIdentity());
+
+        // A new step drops only its own sequence's undone ones, and merges into none of before.
+        expose(0.25F);
+        QCOMPARE(steps().size(), 2);
+        grades->group()->redo();
+        QTRY_COMPARE(m_session->sequence().title(), m_plain.title());
+        QCOMPARE(grades->grade().exposure, 1.0F);
+        QVERIFY(!panel.grab().isNull());
+    }
+
+    /** The panel by mouse and keyboard: each gesture is one step, and undoing shows in it. */
+    void panelEdits() {
+        GradePanel panel(m_session.get());
+        panel.resize(340, 720);
+        panel.show();
+        GradeHistory* grades = m_session->grades();
+        const auto drag = [](QWidget* widget, const QPoint& from, const QPoint& by) {
+            QTest::mousePress(widget, Qt::LeftButton, {}, from);
+            for (int part = 1; part <= 3; ++part) {
+                QMouseEvent move(QEvent::MouseMove, from + by * part / 3, Qt::LeftButton,
+                                 Qt::LeftButton, {});
+                QApplication::sendEvent(widget, &move);
+            }
+            QTest::mouseRelease(widget, Qt::LeftButton, {}, from + by);
+        };
+        auto* slider = panel.findChild<UI::LogSlider*>();
+        auto* wheel = panel.findChild<UI::ColorWheel*>();
+        auto* curve = panel.findChild<CurveView*>();
+        QStringList expected;
+        const auto expectStep = [&](const char* text) {
+            expected << QLatin1String(text);
+            QCOMPARE(steps(), expected);
+        };
+
+        drag(wheel, wheel->rect().center(), {24, -12});
+        expectStep("Gain");
+        QVERIFY(grades->grade().gain.saturation > 0.1F);
+        drag(wheel, wheel->rect().center(), {-24, -12});
+        expectStep("Gain");
+        drag(slider, slider->rect().center(), {40, 0});
+        expectStep("Exposure");
+        QVERIFY(grades->grade().exposure > 0.5F);
+        const float dragged = grades->grade().exposure;
+        slider->setFocus();
+        QTest::keyClick(slider, Qt::Key_PageDown);
+        expectStep("Exposure");
+        QVERIFY(std::abs(dragged - grades->grade().exposure - 1.0F / 3.0F) < 0.02F);
+
+        panel.showCurve(Grade::Red);
+        drag(curve, curve->rect().center(), {0, -30});
+        expectStep("Red Curve: add knot");
+        QVERIFY(grades->grade().curves.curve(Grade::Red).valueAt(0.5F) > 0.55F);
+        panel.findChild<QComboBox*>()->setFocus();
+        QTest::keyClick(panel.findChild<QComboBox*>(), Qt::Key_Down);
+        expectStep("YCbCr preview");
+        QCOMPARE(grades->grade().preview, int(UI::ColorSpace::Rec709));
+
+        auto* red = panel.findChild<QDoubleSpinBox*>();
+        red->setValue(1.25);
+        expectStep("Gain");
+        QVERIFY(std::abs(gainFactors(grades->grade().gain)[0] - 1.25F) < 1e-5F);
+        QVERIFY(!panel.grab().isNull());
+
+        grades->group()->makeIndex(0);
+        QVERIFY(grades->grade().isIdentity());
+        QCOMPARE(red->value(), 1.0);
+        QCOMPARE(slider->realValue(), 1.0);
+        QVERIFY(curve->curve().isIdentity());
+        float hue = 0.0F;
+        float saturation = 1.0F;
+        float value = 0.0F;
+        wheel->getHSV(hue, saturation, value);
+        QCOMPARE(saturation, 0.0F);
+        QCOMPARE(value, 1.0F);
+    }
+};
+
+KXUI_TEST(GradingTest);
+#include "GradingTest.moc"

@@ -1,0 +1,89 @@
+#pragma once
+
+#include "grade/GradeHistory.h"
+
+#include <QWidget>
+
+#include <array>
+#include <vector>
+
+class QComboBox;
+class QDoubleSpinBox;
+class QGridLayout;
+class QHBoxLayout;
+class QLabel;
+class QLayout;
+class QToolButton;
+class QVBoxLayout;
+
+namespace Kestrel::UI {
+class ColorWheel;
+class LogSlider;
+} // namespace Kestrel::UI
+
+namespace Kestrel::Workbench {
+
+class CurveView;
+class Session;
+
+/** Grades the open sequence: gain on a wheel, exposure, curves, and a preview of what YCbCr keeps
+   of the picture. Every edit is a step of the shared history. */
+class GradePanel : public QWidget {
+    Q_OBJECT
+
+public:
+    /** @param session  borrowed; outlives the panel */
+    explicit GradePanel(Session* session, QWidget* parent = nullptr);
+
+    /** Shows another of the four curves. */
+    void showCurve(Grade::Slot slot);
+
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+protected:
+    void changeEvent(QEvent* event) override;
+
+private:
+    using Part = GradeHistory::Part;
+
+    QLayout* makeHeader();
+    QLayout* makeGain();
+    QLayout* makeExposure();
+    QLayout* makeCurves();
+    QLayout* makePreview();
+    QHBoxLayout* heading(const QString& title, QToolButton* reset);
+    QDoubleSpinBox* number(double least, double most, int decimals, double step);
+    template <typename Change>
+    QToolButton* resetButton(const QString& what, Part part, Change change);
+
+    void edit(const Grade& grade, Part part, const QString& text);
+    /** An edit that is complete by itself. */
+    void editOnce(const Grade& grade, Part part, const QString& text);
+    void editGain(int channel, double factor);
+    void editExposure(double stops);
+    void editCurve(const UI::Curve& curve, const QString& what);
+
+    void showGrade();
+    void showCurves();
+    void applyColors();
+
+    Session* m_session;
+    GradeHistory* m_grades;
+    QLabel* m_title;
+    QToolButton* m_bypass;
+    QToolButton* m_resetAll;
+    UI::ColorWheel* m_wheel;
+    std::array<QLabel*, 3> m_gainLabels{};
+    std::array<QDoubleSpinBox*, 3> m_gains{};
+    QToolButton* m_resetGain;
+    UI::LogSlider* m_exposure;
+    QDoubleSpinBox* m_stops;
+    QToolButton* m_resetExposure;
+    std::array<QToolButton*, Grade::Slots> m_curveButtons{};
+    CurveView* m_curve;
+    QToolButton* m_resetCurve;
+    QComboBox* m_preview;
+    Grade::Slot m_slot = Grade::Master;
+};
+
+} // namespace Kestrel::Workbench
