@@ -1,7 +1,10 @@
 #include "tour/Tour.h"
 
 #include "media/Paths.h"
+#include "panels/CurveView.h"
 #include "panels/FolderModel.h"
+#include "panels/GradePanel.h"
+#include "panels/HistoryPanel.h"
 #include "panels/SequenceListPanel.h"
 #include "panels/TimelinePanel.h"
 #include "panels/TransportRow.h"
@@ -37,6 +40,33 @@ constexpr int decodeSeconds = 120;
 void print(const QString& text) {
     std::fputs(text.toUtf8().constData(), stdout);
     std::fflush(stdout);
+}
+
+/** Some edits, as a user may make them: warm light, and a curve with a soft shoulder. */
+void applySampleGrade(GradeHistory* grades) {
+    using Part = GradeHistory::Part;
+    Grade grade = grades->grade();
+    const auto edit = [&](Part part, const QString& text) {
+        grades->edit(grade, part, text);
+        grades->finishEdit();
+    };
+    grade.gain = {0.09F, 0.22F, 1.0F};
+    edit(Part::Gain, GradePanel::tr("Gain"));
+    grade.exposure = 0.75F;
+    edit(Part::Exposure, GradePanel::tr("Exposure"));
+    UI::Curve blue(UI::Curve::MaximumKnots, 3);
+    blue.setKnot(1, {0.42F, 0.36F, false});
+    grade.curves.setCurve(Grade::Blue, blue);
+    edit(Part::BlueCurve,
+         GradePanel::tr("%1 Curve: %2").arg(GradePanel::tr("Blue"), CurveView::tr("add knot")));
+    UI::Curve master(UI::Curve::MaximumKnots, 4);
+    master.setKnot(1, {0.24F, 0.17F, false});
+    master.setKnot(2, {0.7F, 0.79F, true});
+    grade.curves.setCurve(Grade::Master, master);
+    edit(Part::MasterCurve,
+         GradePanel::tr("%1 Curve: %2").arg(GradePanel::tr("Master"), CurveView::tr("move knot")));
+    grade.preview = UI::ColorSpace::Rec709;
+    edit(Part::Preview, GradePanel::tr("YCbCr preview"));
 }
 
 QString shown(const QByteArray& path) {
@@ -178,6 +208,7 @@ void Tour::savePictures(Theme theme) {
     save(&empty, QStringLiteral("sequence-list-empty"));
     saveLayouts();
     saveDamaged();
+    saveGrading();
     saveProfiler();
 }
 
@@ -221,6 +252,33 @@ void Tour::saveDamaged() {
     session.model()->setCurrentTime(4);
     waitFor([&session] { return !session.isLoading(); }, decodeSeconds);
     save(&viewer, QStringLiteral("viewer-unreadable"));
+}
+
+/** Two graded sequences: the panel, the frame it grades, and the history of both. */
+void Tour::saveGrading() {
+    std::vector<Sequence> sequences;
+    FolderModel* model = m_window.list()->model();
+    for (int row = 0; row < model->rowCount() && sequences.size() < 2; ++row) {
+        if (!model->isFolder(row))
+            sequences.push_back(model->sequence(row));
+    }
+    Session session(m_line.timeBase, std::size_t(256) << 20);
+    GradePanel panel(&session);
+    panel.resize(360, 760);
+    ViewerPanel viewer(&session);
+    viewer.resize(m_window.viewer()->size());
+    HistoryPanel history(&session);
+    history.resize(360, 240);
+    for (auto sequence = sequences.rbegin(); sequence != sequences.rend(); ++sequence) {
+        const Base::Time length = sequence->lastTime() - sequence->firstTime() + 1;
+        session.open(*sequence, sequence->firstTime() + length * 3 / 7);
+        applySampleGrade(session.grades());
+    }
+    session.grades()->group()->undo();
+    waitFor([&session] { return session.isSettled() && !session.isLoading(); }, decodeSeconds);
+    save(&panel, QStringLiteral("grade-panel"));
+    save(&viewer, QStringLiteral("viewer-graded"));
+    save(&history, QStringLiteral("history-panel"));
 }
 
 void Tour::saveProfiler() {

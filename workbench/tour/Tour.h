@@ -30,6 +30,7 @@ private:
     void savePictures(Theme theme);
     void saveLayouts();
     void saveDamaged();
+    void saveGrading();
     void saveProfiler();
     void save(QWidget* widget, const QString& name);
     bool waitFor(const std::function<bool()>& done, int seconds);
