@@ -6,6 +6,7 @@
 #include "panels/TimelinePanel.h"
 #include "panels/TransportRow.h"
 #include "panels/ViewerPanel.h"
+#include "workspace/PageKinds.h"
 
 #include <KxUI/help/HelpManager.h>
 #include <KxUI/time/TimeField.h>
@@ -101,6 +102,14 @@ private slots:
         QCOMPARE(HelpDesk::nodeOf(m_workbench.window.get()), std::string("index.html"));
     }
 
+    void everyPanelHasAPage() {
+        for (const PageKind& kind : pageKinds()) {
+            QWidget* page = m_workbench.window->page(QLatin1String(kind.id));
+            QCOMPARE(HelpDesk::nodeOf(page), std::string(kind.help));
+            QVERIFY2(!read(QLatin1String(kind.help)).isEmpty(), kind.help);
+        }
+    }
+
     void commands_data() {
         QTest::addColumn<QByteArray>("target");
         QTest::addColumn<Time>("frame");
@@ -131,7 +140,7 @@ private slots:
     void pagesHangTogether() {
         const QDir folder(QFile::decodeName(helpFolder()));
         const QStringList pages = folder.entryList({QStringLiteral("*.html")});
-        QCOMPARE(pages.size(), 7);
+        QCOMPARE(pages.size(), 8);
         std::set<QString> places;
         QStringList links = all(read(QStringLiteral("help.js")), "\", \"(\\w[^\"]*\\.html[^\"]*)");
         const std::set<QString> searchable(links.begin(), links.end());

@@ -78,35 +78,34 @@ private slots:
         const QStringList pictures = QDir(out).entryList(QDir::Files);
         for (const char* widget :
              {"main-window", "sequence-list", "viewer", "timeline", "viewer-missing",
-             {"main-window", "sequence-list", "viewer", "timeline", "viewer-missing",
               "viewer-unreadable", "viewer-graded", "grade-panel", "history-panel", "profiler",
               "layout-review", "layout-grade", "layout-wide", "floating-pane"}) {
-                for (const char* theme : {"dark", "light"}) {
-                    QSize sizes[2];
-                    for (const int scale : {1, 2}) {
-                        const QString name =
-                            QStringLiteral("%1-%2-%3x.png").arg(widget, theme).arg(scale);
-                        QVERIFY2(pictures.contains(name), qPrintable(name));
-                        const QImage image(QDir(out).filePath(name));
-                        QVERIFY2(hasContent(image), qPrintable(name));
-                        sizes[scale - 1] = image.size();
-                    }
-                    QCOMPARE(sizes[1], sizes[0] * 2);
+            for (const char* theme : {"dark", "light"}) {
+                QSize sizes[2];
+                for (const int scale : {1, 2}) {
+                    const QString name =
+                        QStringLiteral("%1-%2-%3x.png").arg(widget, theme).arg(scale);
+                    QVERIFY2(pictures.contains(name), qPrintable(name));
+                    const QImage image(QDir(out).filePath(name));
+                    QVERIFY2(hasContent(image), qPrintable(name));
+                    sizes[scale - 1] = image.size();
                 }
+                QCOMPARE(sizes[1], sizes[0] * 2);
             }
+        }
     }
 
     void refusals() {
-            QCOMPARE(start({"--help"}).code, 0);
-            QCOMPARE(start({"--fps", "fast"}).code, 2);
-            const Result missing = start({"/no/such/folder"});
-            QCOMPARE(missing.code, 2);
-            QVERIFY(missing.errors.contains("/no/such/folder"));
-            // A window needs a screen.
-            QCOMPARE(start({"/"}).code, 1);
-            QCOMPARE(start({"/", "--tour", "/proc/none"}).code, 1);
+        QCOMPARE(start({"--help"}).code, 0);
+        QCOMPARE(start({"--fps", "fast"}).code, 2);
+        const Result missing = start({"/no/such/folder"});
+        QCOMPARE(missing.code, 2);
+        QVERIFY(missing.errors.contains("/no/such/folder"));
+        // A window needs a screen.
+        QCOMPARE(start({"/"}).code, 1);
+        QCOMPARE(start({"/", "--tour", "/proc/none"}).code, 1);
     }
-    };
+};
 
-    KXUI_TEST(TourTest);
+KXUI_TEST(TourTest);
 #include "TourTest.moc"

@@ -52,7 +52,9 @@ MainWindow::MainWindow(Base::TimeBase timeBase, std::size_t cacheBytes, Theme th
     , m_theme(theme) {
     setWindowTitle(QStringLiteral("KxUI Workbench"));
     connect(this, &Workspace::pageMade, this, &MainWindow::setUpPage);
+    connect(&m_session, &Session::sequenceChanged, this, &MainWindow::nameSequence);
     makeFileMenu();
+    makeEditMenu();
     makePlaybackMenu();
     makeMarksMenu();
     makeViewMenu();
@@ -86,13 +88,16 @@ void MainWindow::setUpPage(const QString& id, QWidget* page) {
     m_help.addPanel(page, pageKind(id)->help);
     if (const auto* list = qobject_cast<SequenceListPanel*>(page)) {
         connect(list, &SequenceListPanel::sequenceChosen, this,
-                [this](const Sequence& sequence, Base::Time at) {
-                    m_session.open(sequence, at);
-                    setWindowTitle(tr("%1 - KxUI Workbench").arg(sequence.title()));
-                });
+                [this](const Sequence& sequence, Base::Time at) { m_session.open(sequence, at); });
     } else if (const auto* timeline = qobject_cast<TimelinePanel*>(page)) {
         m_help.addPanel(timeline->transportRow(), "transport.html");
     }
+}
+
+void MainWindow::nameSequence() {
+    const Sequence& sequence = m_session.sequence();
+    setWindowTitle(sequence.isEmpty() ? QStringLiteral("KxUI Workbench")
+                                      : tr("%1 - KxUI Workbench").arg(sequence.title()));
 }
 
 void MainWindow::rememberArrangement() {
@@ -144,6 +149,24 @@ void MainWindow::makeFileMenu() {
     addItem(menu, tr("&Reload"), QKeySequence(Qt::Key_F5), this, [this] { reload(); });
     menu->addSeparator();
     addItem(menu, tr("&Quit"), QKeySequence::Quit, this, [this] { close(); });
+}
+
+void MainWindow::makeEditMenu() {
+    QMenu* menu = menuBar()->addMenu(tr("&Edit"));
+    const UI::MultiStackUndoGroup* group = m_session.grades()->group();
+    QAction* undo = group->createUndoAction(menu);
+    undo->setShortcut(QKeySequence(QStringLiteral("Ctrl+Z")));
+    menu->addAction(undo);
+    QAction* redo = group->createRedoAction(menu);
+    redo->setShortcut(QKeySequence(QStringLiteral("Ctrl+Shift+Z")));
+    menu->addAction(redo);
+    menu->addSeparator();
+    QAction* bypass = menu->addAction(tr("&Bypass Grade"));
+    bypass->setShortcut(QKeySequence(QStringLiteral("Ctrl+B")));
+    bypass->setCheckable(true);
+    GradeHistory* grades = m_session.grades();
+    connect(bypass, &QAction::toggled, grades, &GradeHistory::setBypassed);
+    connect(grades, &GradeHistory::bypassChanged, bypass, &QAction::setChecked);
 }
 
 void MainWindow::makePlaybackMenu() {

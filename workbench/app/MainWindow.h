@@ -59,7 +59,9 @@ protected:
 
 private:
     void setUpPage(const QString& id, QWidget* page);
+    void nameSequence();
     void makeFileMenu();
+    void makeEditMenu();
     void makePlaybackMenu();
     void makeRepeatMenu(QMenu* menu);
     void makeMarksMenu();

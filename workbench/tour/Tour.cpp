@@ -214,8 +214,14 @@ void Tour::savePictures(Theme theme) {
 
 /** The window in each of its layouts, and a panel that floats. */
 void Tour::saveLayouts() {
+    Session* session = m_window.session();
     for (const BuiltInLayout& layout : builtInLayouts()) {
         m_window.arrange(layout);
+        if (m_window.showsPage(QStringLiteral("Grade")))
+            applySampleGrade(session->grades());
+        else
+            session->grades()->group()->makeIndex(0);
+        waitFor([session] { return session->isSettled() && !session->isLoading(); }, decodeSeconds);
         save(&m_window, QStringLiteral("layout-%1").arg(QLatin1String(layout.id)));
     }
     m_window.arrange(builtInLayouts().front());
@@ -268,7 +274,7 @@ void Tour::saveGrading() {
     ViewerPanel viewer(&session);
     viewer.resize(m_window.viewer()->size());
     HistoryPanel history(&session);
-    history.resize(360, 240);
+    history.resize(360, 256);
     for (auto sequence = sequences.rbegin(); sequence != sequences.rend(); ++sequence) {
         const Base::Time length = sequence->lastTime() - sequence->firstTime() + 1;
         session.open(*sequence, sequence->firstTime() + length * 3 / 7);

@@ -31,7 +31,11 @@ constexpr char grade[] = R"(
     <dock id="foot" activePageId="Timeline"><page id="Timeline"/></dock>
   </splitter>
   <split size="376"/>
-  <dock id="right" activePageId="Sequences"><page id="Sequences"/></dock>
+  <dock id="right" activePageId="Grade">
+    <page id="Grade"/>
+    <page id="History"/>
+    <page id="Sequences"/>
+  </dock>
 </splitter>)";
 
 constexpr char wide[] = R"(

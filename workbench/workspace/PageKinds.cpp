@@ -1,5 +1,7 @@
 #include "workspace/PageKinds.h"
 
+#include "panels/GradePanel.h"
+#include "panels/HistoryPanel.h"
 #include "panels/SequenceListPanel.h"
 #include "panels/TimelinePanel.h"
 #include "panels/ViewerPanel.h"
@@ -32,6 +34,10 @@ const std::vector<PageKind>& pageKinds() {
          make<ViewerPanel>},
         {"Timeline", QT_TRANSLATE_NOOP("PageKind", "Timeline"), "PageTimeline", "timeline.html",
          make<TimelinePanel>},
+        {"Grade", QT_TRANSLATE_NOOP("PageKind", "Grade"), "PageGrade", "grading.html",
+         make<GradePanel>},
+        {"History", QT_TRANSLATE_NOOP("PageKind", "History"), "PageHistory", "grading.html",
+         make<HistoryPanel>},
     };
     return kinds;
 }
