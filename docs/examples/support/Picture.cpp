@@ -1,0 +1,34 @@
+// Linked into every example: where KXUI_PICTURE names a file, a picture of the first window is
+// saved there once the event loop runs, and the program ends. So the pictures of the reference are
+// those of its code, and a test can run the examples to their end.
+
+#include <QApplication>
+#include <QPixmap>
+#include <QTimer>
+#include <QWidget>
+
+namespace {
+
+void savePicture() {
+    for (QWidget* window : QApplication::topLevelWidgets()) {
+        if (window->isVisible()) {
+            const bool saved = window->grab().save(qEnvironmentVariable("KXUI_PICTURE"), "PNG");
+            QCoreApplication::exit(saved ? 0 : 1);
+            return;
+        }
+    }
+    QCoreApplication::exit(1);
+}
+
+void planPicture() {
+    if (!qEnvironmentVariableIsSet("KXUI_PICTURE") || !qobject_cast<QApplication*>(qApp))
+        return;
+    QFont font = QApplication::font();
+    font.setPointSize(9);
+    QApplication::setFont(font);
+    QTimer::singleShot(200, qApp, savePicture);
+}
+
+} // namespace
+
+Q_COREAPP_STARTUP_FUNCTION(planPicture)
