@@ -59,7 +59,8 @@ kxui_package(workbench kxui-workbench video "player of image sequences"
   "The workbench opens folders of numbered frames, plays and scrubs them,
 and shows what the KxUI library of widgets does."
   "${library} ${this_version}")
-set(CPACK_DEBIAN_WORKBENCH_PACKAGE_RECOMMENDS xdg-utils) # opens the help pages in the browser
+# What opens the help pages in the browser, and Qt's own texts in other languages.
+set(CPACK_DEBIAN_WORKBENCH_PACKAGE_RECOMMENDS "xdg-utils, qttranslations5-l10n")
 install(CODE "execute_process(COMMAND_ERROR_IS_FATAL ANY COMMAND gzip -9nf
   \"\$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_MANDIR}/man1/kxui-workbench.1\")"
   COMPONENT workbench)

@@ -9,7 +9,7 @@ cd "$KXUI_ROOT" || exit 1
 KXUI_PACKAGES_BUILD=(
   g++ cmake ninja-build ccache pkg-config
   qtbase5-dev libboost-dev libboost-regex-dev libhwy-dev libopenimageio-dev
-  fonts-dejavu-core)
+  qttools5-dev qttools5-dev-tools fonts-dejavu-core)
 KXUI_PACKAGES_TEST=(git clang-format libgsl-dev xvfb openbox xdotool x11-utils imagemagick chromium)
 KXUI_PACKAGES_DOCS=(doxygen)
 KXUI_PACKAGES_FUZZ=(clang-14 libclang-rt-14-dev llvm-14)

@@ -1,4 +1,5 @@
 #include "app/CommandLine.h"
+#include "app/Language.h"
 #include "app/MainWindow.h"
 #include "media/FrameDecoder.h"
 #include "media/Paths.h"
@@ -112,6 +113,9 @@ int main(int argc, char** argv) {
     for (const int size : {48, 256})
         icon.addFile(QStringLiteral(":/icon/kxui-workbench-%1.png").arg(size), QSize(size, size));
     QApplication::setWindowIcon(icon);
+    if (!setLanguage(line.language) && !line.language.isEmpty())
+        return complain(WrongUse,
+                        QStringLiteral("there are no texts in \"%1\"").arg(line.language));
     setUpImageReading();
     applyTheme(line.darkPalette ? Theme::Dark : Theme::Light);
 

@@ -56,10 +56,14 @@ CommandLine parseCommandLine(const QStringList& arguments) {
     const QCommandLineOption layout(QStringLiteral("layout"),
                                     QStringLiteral("Begin in a saved workspace."),
                                     QStringLiteral("FILE"));
+    const QCommandLineOption language(
+        QStringLiteral("language"),
+        QStringLiteral("Language of the texts, as de; your desktop's if not given."),
+        QStringLiteral("NAME"));
     QCommandLineOption tourScale(QStringLiteral("tour-scale"), QString(), QStringLiteral("SCALE"),
                                  QStringLiteral("0"));
     tourScale.setFlags(QCommandLineOption::HiddenFromHelp);
-    parser.addOptions({fps, tour, palette, cache, fresh, layout, tourScale});
+    parser.addOptions({fps, tour, palette, cache, fresh, layout, language, tourScale});
 
     if (!parser.parse(arguments))
         return refusal(parser.errorText());
@@ -85,6 +89,7 @@ CommandLine parseCommandLine(const QStringList& arguments) {
     line.darkPalette = name == QLatin1String("dark");
     line.freshWorkspace = parser.isSet(fresh);
     line.layoutFile = parser.value(layout);
+    line.language = parser.value(language);
     bool valid = false;
     const uint mebibytes = parser.value(cache).toUInt(&valid);
     if (!valid || mebibytes < 1 || mebibytes > 1024 * 1024)

@@ -31,6 +31,8 @@ struct CommandLine {
     bool freshWorkspace = false;
     /** The workspace file to begin with; empty for none. */
     QString layoutFile;
+    /** The language of the texts, as "de"; empty for the user's. */
+    QString language;
     std::size_t cacheBytes = std::size_t(1) << 30;
 };
 

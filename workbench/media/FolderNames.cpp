@@ -16,6 +16,10 @@ namespace Kestrel::Workbench {
 
 namespace {
 
+struct Message {
+    Q_DECLARE_TR_FUNCTIONS(FolderNames)
+};
+
 bool isDigit(char c) {
     return c >= '0' && c <= '9';
 }
@@ -89,22 +93,19 @@ std::string hashedNameOf(const std::string& sequenceText) {
 }
 
 QString folderProblem(const std::string& folder) {
-    const auto text = [](const char* source) {
-        return QCoreApplication::translate("FolderNames", source);
-    };
     struct stat status {};
     if (::stat(folder.c_str(), &status) != 0) {
         return errno == ENOENT || errno == ENOTDIR
-                   ? text("This folder does not exist.")
-                   : text("This folder cannot be reached: %1.")
+                   ? Message::tr("This folder does not exist.")
+                   : Message::tr("This folder cannot be reached: %1.")
                          .arg(QString::fromLocal8Bit(std::strerror(errno)));
     }
     if (!S_ISDIR(status.st_mode))
-        return text("This is not a folder.");
+        return Message::tr("This is not a folder.");
     DIR* stream = ::opendir(folder.c_str());
     if (!stream) {
-        return errno == EACCES ? text("You have no permission to read this folder.")
-                               : text("This folder cannot be read: %1.")
+        return errno == EACCES ? Message::tr("You have no permission to read this folder.")
+                               : Message::tr("This folder cannot be read: %1.")
                                      .arg(QString::fromLocal8Bit(std::strerror(errno)));
     }
     ::closedir(stream);

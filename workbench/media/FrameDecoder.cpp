@@ -19,11 +19,10 @@ namespace Kestrel::Workbench {
 
 namespace {
 
-/** Translated text of the decoder; it runs on worker threads, where tr() of a QObject is as good.
- */
-QString text(const char* source) {
-    return QCoreApplication::translate("FrameDecoder", source);
-}
+/** What the decoder says, on worker threads too. */
+struct Message {
+    Q_DECLARE_TR_FUNCTIONS(FrameDecoder)
+};
 
 /** Reading stops; the message goes to the user. */
 struct DecodeFailure {
@@ -54,13 +53,13 @@ struct SampleCode {
 void requireReadableFile(const std::string& path) {
     struct stat status {};
     if (::stat(path.c_str(), &status) != 0)
-        throw DecodeFailure{
-            text("The file cannot be found: %1").arg(QString::fromLocal8Bit(std::strerror(errno)))};
+        throw DecodeFailure{Message::tr("The file cannot be found: %1")
+                                .arg(QString::fromLocal8Bit(std::strerror(errno)))};
     // Opening a pipe would wait for its writer.
     if (!S_ISREG(status.st_mode))
-        throw DecodeFailure{text("This is not a regular file.")};
+        throw DecodeFailure{Message::tr("This is not a regular file.")};
     if (status.st_size == 0)
-        throw DecodeFailure{text("The file is empty (0 bytes).")};
+        throw DecodeFailure{Message::tr("The file is empty (0 bytes).")};
 }
 
 QString readerMessage(std::string message) {
@@ -94,8 +93,8 @@ QString describe(const OIIO::ImageInput& input, const OIIO::ImageSpec& spec) {
     const QString reader = QString::fromLatin1(input.format_name());
     const QString format =
         reader == QLatin1String("openexr") ? QStringLiteral("EXR") : reader.toUpper();
-    const QString channels =
-        spec.nchannels == 1 ? text("1 channel") : text("%1 channels").arg(spec.nchannels);
+    const QString channels = spec.nchannels == 1 ? Message::tr("1 channel")
+                                                 : Message::tr("%1 channels").arg(spec.nchannels);
     return QStringLiteral("%1, %2, %3")
         .arg(format, QString::fromLatin1(spec.format.c_str()), channels);
 }
@@ -156,7 +155,7 @@ public:
         m_input = OIIO::ImageInput::open(path);
         if (!m_input)
             throw DecodeFailure{
-                text("The file cannot be read: %1").arg(readerMessage(OIIO::geterror()))};
+                Message::tr("The file cannot be read: %1").arg(readerMessage(OIIO::geterror()))};
         m_spec = m_input->spec(0, 0);
         m_data = {m_spec.x, m_spec.y, m_spec.width, m_spec.height};
         m_display = {m_spec.full_x, m_spec.full_y, m_spec.full_width, m_spec.full_height};
@@ -198,20 +197,20 @@ private:
 
     void requireSaneImage() const {
         if (m_spec.deep)
-            throw DecodeFailure{text("Deep images are not shown.")};
+            throw DecodeFailure{Message::tr("Deep images are not shown.")};
         if (m_spec.nchannels < 1 || m_data.width < 1 || m_data.height < 1)
-            throw DecodeFailure{text("The file holds no pixels.")};
+            throw DecodeFailure{Message::tr("The file holds no pixels.")};
         // Far enough from the ends of an int that no sum of an origin and a size leaves it.
         constexpr std::int64_t farthest = std::int64_t(1) << 30;
         for (const auto edge : {m_data.x, m_data.y, m_data.width, m_data.height, m_display.x,
                                 m_display.y, m_display.width, m_display.height}) {
             if (edge > farthest || edge < -farthest)
-                throw DecodeFailure{text("The file's image window is damaged.")};
+                throw DecodeFailure{Message::tr("The file's image window is damaged.")};
         }
         const auto rows =
             std::min(m_data.bottom(), m_display.bottom()) - std::max(m_data.y, m_display.y);
         if (m_data.width > m_limits.sourcePixels / std::max<std::int64_t>(rows, 1))
-            throw DecodeFailure{text("The image is too large to show: %1 x %2 pixels.")
+            throw DecodeFailure{Message::tr("The image is too large to show: %1 x %2 pixels.")
                                     .arg(m_data.width)
                                     .arg(m_data.height)};
     }
@@ -241,7 +240,7 @@ private:
         const std::int64_t rows = stripRows(rowBytes);
         constexpr std::size_t mostBytes = std::size_t(512) << 20;
         if (rowBytes > mostBytes / std::size_t(rows))
-            throw DecodeFailure{text("The image is too wide to read.")};
+            throw DecodeFailure{Message::tr("The image is too wide to read.")};
 
         const std::int64_t end = std::min(m_data.bottom(), m_display.bottom());
         std::int64_t y = std::max(m_data.y, m_display.y);
@@ -285,7 +284,7 @@ private:
                 : m_input->read_scanlines(0, 0, int(first), int(last), m_spec.z, channelBegin,
                                           channelEnd, code.type, to, pixelStride, rowStride);
         if (!read)
-            throw DecodeFailure{text("The file is damaged or cut short: %1")
+            throw DecodeFailure{Message::tr("The file is damaged or cut short: %1")
                                     .arg(readerMessage(m_input->geterror()))};
     }
 
@@ -374,9 +373,9 @@ Frame decodeFrame(const std::string& path, Base::Time time, const DecodeLimits& 
     } catch (const DecodeFailure& failure) {
         frame.message = failure.message;
     } catch (const std::bad_alloc&) {
-        frame.message = text("There is not enough memory for this image.");
+        frame.message = Message::tr("There is not enough memory for this image.");
     } catch (const std::exception& error) {
-        frame.message = text("The file cannot be read: %1").arg(readerMessage(error.what()));
+        frame.message = Message::tr("The file cannot be read: %1").arg(readerMessage(error.what()));
     }
     frame.state = Frame::State::Unreadable;
     frame.image = QImage();

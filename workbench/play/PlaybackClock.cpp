@@ -6,7 +6,7 @@ namespace Kestrel::Workbench {
 
 namespace {
 
-constexpr std::uint64_t second = 1'000'000'000;
+constexpr std::uint64_t second = 1000000000;
 
 } // namespace
 

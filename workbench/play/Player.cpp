@@ -143,8 +143,8 @@ void Player::reportDrops() {
 
 void Player::scheduleTick() {
     const std::int64_t wait = m_clock.momentOf(m_ticks + 1) - m_monotonic.nsecsElapsed();
-    constexpr std::int64_t millisecond = 1'000'000;
-    m_timer.start(int(std::clamp<std::int64_t>((wait + millisecond - 1) / millisecond, 0, 60'000)));
+    constexpr std::int64_t millisecond = 1000000;
+    m_timer.start(int(std::clamp<std::int64_t>((wait + millisecond - 1) / millisecond, 0, 60000)));
 }
 
 void Player::followModel(TimeSliderModel::TimeFlags flags) {

@@ -32,7 +32,7 @@ bool RateMeter::shownLate(std::int64_t nowNs) {
 }
 
 double RateMeter::rate(std::int64_t nowNs) {
-    constexpr std::int64_t window = 1'000'000'000;
+    constexpr std::int64_t window = 1000000000;
     while (!m_shown.empty() && m_shown.front() < nowNs - window)
         m_shown.pop_front();
     if (m_shown.size() < 2)

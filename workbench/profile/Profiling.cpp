@@ -22,7 +22,7 @@ constexpr double mebibyte = 1024.0 * 1024.0;
 
 /** Room for more than the fastest playback needs, and for an hour of the usual one. */
 constexpr int mostEventsPerSecond = 2000;
-constexpr int mostEvents = 200'000;
+constexpr int mostEvents = 200000;
 constexpr int graphHeight = 72;
 
 constexpr QRgb playbackColor = 0xff5b8fd9;
@@ -31,9 +31,9 @@ constexpr QRgb paintColor = 0xffd9953b;
 constexpr QRgb cacheColor = 0xff4fa66a;
 constexpr QRgb decodeColor = 0xff9a77cf;
 
-QString name(const char* text) {
-    return QCoreApplication::translate("Profiling", text);
-}
+struct Message {
+    Q_DECLARE_TR_FUNCTIONS(Profiling)
+};
 
 /** Tracks of equal key leave a view together, so no two have the same one in the process. */
 int nextKey() {
@@ -60,15 +60,15 @@ void mark(EventTrack& track, UI::IEventUserData* note) {
 } // namespace
 
 Profiling::Profiling(int decodeThreads, double rate, std::size_t cacheBytes)
-    : m_shown(activities(name("Frame shown"), playbackColor))
-    , m_dropped(activities(name("Frames dropped"), droppedColor))
-    , m_rate(graph(name("Playback (fps)"), playbackColor, rate * 2.0))
-    , m_paint(activities(name("Viewer paint"), paintColor))
-    , m_fill(activities(name("Cache fill"), cacheColor))
-    , m_eviction(activities(name("Cache eviction"), droppedColor))
-    , m_memory(graph(name("Cache (MiB)"), cacheColor, double(cacheBytes) / mebibyte)) {
+    : m_shown(activities(Message::tr("Frame shown"), playbackColor))
+    , m_dropped(activities(Message::tr("Frames dropped"), droppedColor))
+    , m_rate(graph(Message::tr("Playback (fps)"), playbackColor, rate * 2.0))
+    , m_paint(activities(Message::tr("Viewer paint"), paintColor))
+    , m_fill(activities(Message::tr("Cache fill"), cacheColor))
+    , m_eviction(activities(Message::tr("Cache eviction"), droppedColor))
+    , m_memory(graph(Message::tr("Cache (MiB)"), cacheColor, double(cacheBytes) / mebibyte)) {
     for (int thread = 1; thread <= decodeThreads; ++thread)
-        m_decode.emplace_back(activities(name("Decode %1").arg(thread), decodeColor));
+        m_decode.emplace_back(activities(Message::tr("Decode %1").arg(thread), decodeColor));
 }
 
 std::vector<EventTrack*> Profiling::tracks() {
@@ -100,7 +100,8 @@ void Profiling::shown(Base::Time time, double rate) {
 }
 
 void Profiling::dropped(std::uint64_t frames, Base::Time time) {
-    mark(m_dropped, new UI::EventUserDataString(name("%1 before frame %2").arg(frames).arg(time)));
+    mark(m_dropped,
+         new UI::EventUserDataString(Message::tr("%1 before frame %2").arg(frames).arg(time)));
 }
 
 void Profiling::filled(const Frame& frame, std::size_t cacheBytes) {

@@ -11,7 +11,7 @@ constexpr int nameColumnWidth = 200;
 constexpr int timelineRowHeight = 24;
 
 /** The largest width and height of a widget. */
-constexpr int largestExtent = 16'777'215;
+constexpr int largestExtent = 16777215;
 
 /** Where times stand. Times are milliseconds since the start of the capture. */
 struct TimeScale {

@@ -12,8 +12,8 @@ namespace {
 
 using Nanoseconds = std::chrono::nanoseconds;
 
-constexpr qint64 nanosecondsPerMillisecond = 1'000'000;
-constexpr qint64 millisecondsPerDay = 86'400'000;
+constexpr qint64 nanosecondsPerMillisecond = 1000000;
+constexpr qint64 millisecondsPerDay = 86400000;
 
 // A millisecond that was read is good until the cycle counter reaches `deadline`. The two words are
 // written one after the other by whoever read the clock; the low bits of the deadline stand in

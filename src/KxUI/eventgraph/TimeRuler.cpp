@@ -18,7 +18,7 @@ constexpr int narrowestTick = 90;
 QString tickText(double time, double step) {
     if (time == 0.0)
         return QStringLiteral("0");
-    if (step >= 1000.0 || time >= 10'000.0) {
+    if (step >= 1000.0 || time >= 10000.0) {
         const int decimals = std::clamp(static_cast<int>(std::ceil(3.0 - std::log10(step))), 0, 3);
         return QString::number(time / 1000.0, 'f', decimals) + QStringLiteral(" s");
     }

@@ -1,0 +1,142 @@
+#include "app/Language.h"
+#include "app/MainWindow.h"
+
+#include <KxUI/curves/Curve.h>
+#include <KxUI/dock/DockMainWindow.h>
+
+#include <support/TestRegistry.h>
+
+#include <QFile>
+#include <QMenu>
+#include <QMenuBar>
+#include <QRegularExpression>
+#include <QXmlStreamReader>
+#include <QtTest>
+
+#include <sstream>
+
+using namespace Kestrel;
+
+namespace {
+
+struct Entry {
+    QString source;
+    QStringList translations; // one a plural form
+    bool finished = true;
+};
+
+QList<Entry> readCatalog(const QString& catalog) {
+    QFile file(QStringLiteral(KXUI_SOURCES) + QLatin1Char('/') + catalog);
+    if (!file.open(QIODevice::ReadOnly))
+        return {};
+    QXmlStreamReader xml(&file);
+    QList<Entry> entries;
+    bool plural = false;
+    while (!xml.atEnd()) {
+        if (xml.readNext() != QXmlStreamReader::StartElement)
+            continue;
+        const auto is = [&xml](const char* name) { return xml.name() == QLatin1String(name); };
+        if (is("message")) {
+            plural = xml.attributes().hasAttribute(QLatin1String("numerus"));
+        } else if (is("source")) {
+            entries.append({xml.readElementText(), {}, true});
+        } else if (is("translation")) {
+            entries.last().finished = !xml.attributes().hasAttribute(QLatin1String("type"));
+            if (!plural)
+                entries.last().translations.append(xml.readElementText());
+        } else if (is("numerusform")) {
+            entries.last().translations.append(xml.readElementText());
+        }
+    }
+    if (xml.hasError())
+        entries.clear();
+    return entries;
+}
+
+/** What has to be the same in a text and its translation: placeholders, and blanks at the ends. */
+QStringList marks(const QString& text) {
+    static const QRegularExpression mark(QStringLiteral("%[1-9n]|^ +| +$|\\.\\.\\.$|&(?=\\w)"));
+    QStringList found;
+    for (auto match = mark.globalMatch(text); match.hasNext();)
+        found.append(match.next().captured());
+    found.sort();
+    return found;
+}
+
+QChar mnemonic(const QString& text) {
+    const int at = text.indexOf(QRegularExpression(QStringLiteral("&\\w")));
+    return at < 0 ? QChar() : text.at(at + 1).toLower();
+}
+
+} // namespace
+
+class TranslationTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void catalogsAreCompleteAndSound_data();
+    void catalogsAreCompleteAndSound();
+    void germanWorkbench();
+};
+
+void TranslationTest::catalogsAreCompleteAndSound_data() {
+    QTest::addColumn<QString>("catalog");
+    QTest::newRow("library") << QStringLiteral("src/KxUI/translations/kxui_de.ts");
+    QTest::newRow("workbench") << QStringLiteral("workbench/translations/kxui-workbench_de.ts");
+}
+
+// Of what is in the catalogs only: a text that is new in the code is shown in English until the
+// catalogs are brought up to date.
+void TranslationTest::catalogsAreCompleteAndSound() {
+    QFETCH(QString, catalog);
+    const QList<Entry> entries = readCatalog(catalog);
+    QVERIFY(!entries.isEmpty());
+    for (const Entry& entry : entries) {
+        QVERIFY2(entry.finished, qPrintable(entry.source));
+        for (const QString& translation : entry.translations) {
+            QVERIFY2(!translation.isEmpty(), qPrintable(entry.source));
+            QVERIFY2(marks(translation) == marks(entry.source), qPrintable(translation));
+        }
+    }
+}
+
+void TranslationTest::germanWorkbench() {
+    QVERIFY(!Workbench::setLanguage(QStringLiteral("xx")));
+    QVERIFY(Workbench::setLanguage(QStringLiteral("de_AT")));
+    QCOMPARE(UI::DockMainWindow::tr("Next Pane"), QStringLiteral("Nächster Bereich"));
+
+    QSet<QString> translated;
+    for (const Entry& entry :
+         readCatalog(QStringLiteral("workbench/translations/kxui-workbench_de.ts")))
+        translated.unite(QSet<QString>(entry.translations.begin(), entry.translations.end()));
+
+    Workbench::MainWindow window(Base::TimeBase(24, false), 1 << 20, Workbench::Theme::Dark);
+    QList<QWidget*> menus{window.menuBar()};
+    for (QMenu* menu : window.findChildren<QMenu*>())
+        menus.append(menu);
+    int germanTexts = 0;
+    for (const QWidget* menu : menus) {
+        QMap<QChar, QString> keys;
+        for (const QAction* action : menu->actions()) {
+            const QString text = action->text();
+            if (!translated.contains(text))
+                continue;
+            ++germanTexts;
+            const QChar key = mnemonic(text);
+            QVERIFY2(key.isNull() || !keys.contains(key),
+                     qPrintable(text + QStringLiteral(", ") + keys.value(key)));
+            keys.insert(key, text);
+        }
+    }
+    QVERIFY(germanTexts > 30);
+
+    // What is written for programs to read is the same in every language.
+    QLocale::setDefault(QLocale(QLocale::German));
+    std::ostringstream curve;
+    curve << UI::Curve(8, 3);
+    QCOMPARE(curve.str(), std::string("(0, 0), (0.5, 0.5), (1, 1)"));
+    QLocale::setDefault(QLocale::c());
+}
+
+KXUI_TEST(TranslationTest);
+#include "TranslationTest.moc"

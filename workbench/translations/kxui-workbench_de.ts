@@ -1,0 +1,594 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="de" sourcelanguage="en">
+<context>
+    <name>FolderNames</name>
+    <message>
+        <source>This folder does not exist.</source>
+        <translation>Diesen Ordner gibt es nicht.</translation>
+    </message>
+    <message>
+        <source>This folder cannot be reached: %1.</source>
+        <translation>Dieser Ordner ist nicht erreichbar: %1.</translation>
+    </message>
+    <message>
+        <source>This is not a folder.</source>
+        <translation>Dies ist kein Ordner.</translation>
+    </message>
+    <message>
+        <source>You have no permission to read this folder.</source>
+        <translation>Sie dürfen diesen Ordner nicht lesen.</translation>
+    </message>
+    <message>
+        <source>This folder cannot be read: %1.</source>
+        <translation>Dieser Ordner lässt sich nicht lesen: %1.</translation>
+    </message>
+</context>
+<context>
+    <name>FrameDecoder</name>
+    <message>
+        <source>The file cannot be found: %1</source>
+        <translation>Die Datei ist nicht zu finden: %1</translation>
+    </message>
+    <message>
+        <source>This is not a regular file.</source>
+        <translation>Dies ist keine gewöhnliche Datei.</translation>
+    </message>
+    <message>
+        <source>The file is empty (0 bytes).</source>
+        <translation>Die Datei ist leer (0 Byte).</translation>
+    </message>
+    <message>
+        <source>1 channel</source>
+        <translation>1 Kanal</translation>
+    </message>
+    <message>
+        <source>%1 channels</source>
+        <translation>%1 Kanäle</translation>
+    </message>
+    <message>
+        <source>The file cannot be read: %1</source>
+        <translation>Die Datei lässt sich nicht lesen: %1</translation>
+    </message>
+    <message>
+        <source>Deep images are not shown.</source>
+        <translation>Tiefenbilder werden nicht gezeigt.</translation>
+    </message>
+    <message>
+        <source>The file holds no pixels.</source>
+        <translation>Die Datei enthält keine Pixel.</translation>
+    </message>
+    <message>
+        <source>The file&apos;s image window is damaged.</source>
+        <translation>Das Bildfenster der Datei ist beschädigt.</translation>
+    </message>
+    <message>
+        <source>The image is too large to show: %1 x %2 pixels.</source>
+        <translation>Das Bild ist zu groß zum Anzeigen: %1 x %2 Pixel.</translation>
+    </message>
+    <message>
+        <source>The image is too wide to read.</source>
+        <translation>Das Bild ist zu breit zum Lesen.</translation>
+    </message>
+    <message>
+        <source>The file is damaged or cut short: %1</source>
+        <translation>Die Datei ist beschädigt oder abgeschnitten: %1</translation>
+    </message>
+    <message>
+        <source>There is not enough memory for this image.</source>
+        <translation>Für dieses Bild reicht der Speicher nicht.</translation>
+    </message>
+</context>
+<context>
+    <name>FrameNote</name>
+    <message>
+        <source>Frame %1</source>
+        <translation>Bild %1</translation>
+    </message>
+</context>
+<context>
+    <name>Kestrel::UI::EventGraph</name>
+    <message>
+        <source>Statistics</source>
+        <translation>Statistik</translation>
+    </message>
+</context>
+<context>
+    <name>Kestrel::Workbench::CurveView</name>
+    <message>
+        <source>x %1  y %2</source>
+        <translation>x %1  y %2</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n knots</source>
+        <translation>
+            <numerusform>%n Stützpunkt</numerusform>
+            <numerusform>%n Stützpunkte</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Knot %1 of %2, %3</source>
+        <translation>Stützpunkt %1 von %2, %3</translation>
+    </message>
+    <message>
+        <source>Curve</source>
+        <translation>Kurve</translation>
+    </message>
+    <message>
+        <source>Delete Knot</source>
+        <translation>Stützpunkt löschen</translation>
+    </message>
+    <message>
+        <source>Reset Knot</source>
+        <translation>Stützpunkt zurücksetzen</translation>
+    </message>
+    <message>
+        <source>Reset Curve</source>
+        <translation>Kurve zurücksetzen</translation>
+    </message>
+    <message>
+        <source>reset curve</source>
+        <translation>Kurve zurücksetzen</translation>
+    </message>
+    <message>
+        <source>move knot</source>
+        <translation>Stützpunkt bewegen</translation>
+    </message>
+    <message>
+        <source>add knot</source>
+        <translation>Stützpunkt hinzufügen</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n knots at most</source>
+        <translation>
+            <numerusform>höchstens %n Stützpunkt</numerusform>
+            <numerusform>höchstens %n Stützpunkte</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>delete knot</source>
+        <translation>Stützpunkt löschen</translation>
+    </message>
+    <message>
+        <source>reset knot</source>
+        <translation>Stützpunkt zurücksetzen</translation>
+    </message>
+</context>
+<context>
+    <name>Kestrel::Workbench::FolderModel</name>
+    <message>
+        <source>This folder is empty.</source>
+        <translation>Dieser Ordner ist leer.</translation>
+    </message>
+    <message>
+        <source>Name</source>
+        <translation>Name</translation>
+    </message>
+    <message>
+        <source>Range</source>
+        <translation>Bereich</translation>
+    </message>
+    <message>
+        <source>Missing</source>
+        <translation>Fehlt</translation>
+    </message>
+    <message>
+        <source>Size</source>
+        <translation>Größe</translation>
+    </message>
+    <message>
+        <source>%1–%2</source>
+        <translation>%1–%2</translation>
+    </message>
+    <message>
+        <source>%1 by %2</source>
+        <translation>%1 Schritt %2</translation>
+    </message>
+</context>
+<context>
+    <name>Kestrel::Workbench::HelpDesk</name>
+    <message>
+        <source>&amp;Help on This Panel</source>
+        <translation>&amp;Hilfe zu diesem Bereich</translation>
+    </message>
+    <message>
+        <source>&amp;Contents</source>
+        <translation>&amp;Inhalt</translation>
+    </message>
+    <message>
+        <source>The help pages are not installed.</source>
+        <translation>Die Hilfeseiten sind nicht installiert.</translation>
+    </message>
+    <message>
+        <source>The help pages cannot be read at the moment. Try again.</source>
+        <translation>Die Hilfeseiten sind gerade nicht lesbar. Bitte noch einmal versuchen.</translation>
+    </message>
+    <message>
+        <source>No browser could be started. The page is at %1</source>
+        <translation>Es ließ sich kein Browser starten. Die Seite steht unter %1</translation>
+    </message>
+    <message>
+        <source>Help</source>
+        <translation>Hilfe</translation>
+    </message>
+</context>
+<context>
+    <name>Kestrel::Workbench::MainWindow</name>
+    <message>
+        <source>%1 - KxUI Workbench</source>
+        <translation>%1 - KxUI Workbench</translation>
+    </message>
+    <message>
+        <source>&amp;File</source>
+        <translation>&amp;Datei</translation>
+    </message>
+    <message>
+        <source>&amp;Open Folder...</source>
+        <translation>&amp;Ordner öffnen...</translation>
+    </message>
+    <message>
+        <source>&amp;Reload</source>
+        <translation>Neu &amp;laden</translation>
+    </message>
+    <message>
+        <source>&amp;Quit</source>
+        <translation>&amp;Beenden</translation>
+    </message>
+    <message>
+        <source>&amp;Playback</source>
+        <translation>&amp;Wiedergabe</translation>
+    </message>
+    <message>
+        <source>&amp;Play</source>
+        <translation>&amp;Abspielen</translation>
+    </message>
+    <message>
+        <source>&amp;Stop</source>
+        <translation>&amp;Anhalten</translation>
+    </message>
+    <message>
+        <source>Play &amp;Backwards</source>
+        <translation>&amp;Rückwärts abspielen</translation>
+    </message>
+    <message>
+        <source>S&amp;top</source>
+        <translation>&amp;Stopp</translation>
+    </message>
+    <message>
+        <source>Play For&amp;wards</source>
+        <translation>&amp;Vorwärts abspielen</translation>
+    </message>
+    <message>
+        <source>&amp;Repeat</source>
+        <translation>&amp;Wiederholung</translation>
+    </message>
+    <message>
+        <source>Step B&amp;ack</source>
+        <translation>Ein Bild &amp;zurück</translation>
+    </message>
+    <message>
+        <source>Step &amp;Forward</source>
+        <translation>Ein Bild v&amp;or</translation>
+    </message>
+    <message>
+        <source>Skip Back</source>
+        <translation>Mehrere Bilder zurück</translation>
+    </message>
+    <message>
+        <source>Skip Forward</source>
+        <translation>Mehrere Bilder vor</translation>
+    </message>
+    <message>
+        <source>Jump Back</source>
+        <translation>Zurückspringen</translation>
+    </message>
+    <message>
+        <source>Jump Forward</source>
+        <translation>Vorspringen</translation>
+    </message>
+    <message>
+        <source>Half Way to Previous Keyframe</source>
+        <translation>Halber Weg zum vorigen Keyframe</translation>
+    </message>
+    <message>
+        <source>Half Way to Next Keyframe</source>
+        <translation>Halber Weg zum nächsten Keyframe</translation>
+    </message>
+    <message>
+        <source>Go to Star&amp;t</source>
+        <translation>Zum An&amp;fang</translation>
+    </message>
+    <message>
+        <source>Go to &amp;End</source>
+        <translation>Zum &amp;Ende</translation>
+    </message>
+    <message>
+        <source>Type a Ti&amp;me</source>
+        <translation>Zeit e&amp;ingeben</translation>
+    </message>
+    <message>
+        <source>Jump to &amp;Keyframes Only</source>
+        <translation>Nur zu &amp;Keyframes springen</translation>
+    </message>
+    <message>
+        <source>&amp;Once</source>
+        <translation>&amp;Einmal</translation>
+    </message>
+    <message>
+        <source>&amp;Loop</source>
+        <translation>&amp;Schleife</translation>
+    </message>
+    <message>
+        <source>&amp;Bounce</source>
+        <translation>&amp;Hin und her</translation>
+    </message>
+    <message>
+        <source>&amp;Marks</source>
+        <translation>&amp;Marken</translation>
+    </message>
+    <message>
+        <source>Mark &amp;In</source>
+        <translation>&amp;In-Marke setzen</translation>
+    </message>
+    <message>
+        <source>Mark &amp;Out</source>
+        <translation>&amp;Out-Marke setzen</translation>
+    </message>
+    <message>
+        <source>Go to I&amp;n</source>
+        <translation>Zur I&amp;n-Marke</translation>
+    </message>
+    <message>
+        <source>Go to O&amp;ut</source>
+        <translation>Zur O&amp;ut-Marke</translation>
+    </message>
+    <message>
+        <source>&amp;Clear In and Out</source>
+        <translation>In und Out &amp;löschen</translation>
+    </message>
+    <message>
+        <source>Play &amp;Between Marks</source>
+        <translation>&amp;Zwischen den Marken abspielen</translation>
+    </message>
+    <message>
+        <source>Set or Remove &amp;Keyframe</source>
+        <translation>&amp;Keyframe setzen oder entfernen</translation>
+    </message>
+    <message>
+        <source>&amp;View</source>
+        <translation>&amp;Ansicht</translation>
+    </message>
+    <message>
+        <source>&amp;Frames</source>
+        <translation>&amp;Bilder</translation>
+    </message>
+    <message>
+        <source>&amp;Timecode</source>
+        <translation>&amp;Timecode</translation>
+    </message>
+    <message>
+        <source>&amp;Drop-frame Timecode</source>
+        <translation>&amp;Drop-Frame-Timecode</translation>
+    </message>
+    <message>
+        <source>&amp;Whole Clip</source>
+        <translation>&amp;Ganzer Clip</translation>
+    </message>
+    <message>
+        <source>&amp;Marked Range</source>
+        <translation>&amp;Markierter Abschnitt</translation>
+    </message>
+    <message>
+        <source>Dar&amp;k</source>
+        <translation>D&amp;unkel</translation>
+    </message>
+    <message>
+        <source>&amp;Light</source>
+        <translation>&amp;Hell</translation>
+    </message>
+    <message>
+        <source>&amp;Tools</source>
+        <translation>W&amp;erkzeuge</translation>
+    </message>
+    <message>
+        <source>&amp;Profiler</source>
+        <translation>&amp;Profiler</translation>
+    </message>
+    <message>
+        <source>&amp;Help</source>
+        <translation>&amp;Hilfe</translation>
+    </message>
+    <message>
+        <source>Open Folder</source>
+        <translation>Ordner öffnen</translation>
+    </message>
+</context>
+<context>
+    <name>Kestrel::Workbench::SampleGenerator</name>
+    <message>
+        <source>The sample cannot be written to %1: %2</source>
+        <translation>Das Beispiel lässt sich nicht nach %1 schreiben: %2</translation>
+    </message>
+    <message>
+        <source>The sample cannot be written: %1</source>
+        <translation>Das Beispiel lässt sich nicht schreiben: %1</translation>
+    </message>
+    <message>
+        <source>The sample cannot be moved to %1.</source>
+        <translation>Das Beispiel lässt sich nicht nach %1 verschieben.</translation>
+    </message>
+    <message>
+        <source>Writing the sample, once: two shots of numbered frames...</source>
+        <translation>Das Beispiel wird geschrieben, einmalig: zwei Einstellungen aus nummerierten Bildern...</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+</context>
+<context>
+    <name>Kestrel::Workbench::SequenceListPanel</name>
+    <message>
+        <source>Up one folder (Backspace)</source>
+        <translation>Einen Ordner höher (Rücktaste)</translation>
+    </message>
+    <message>
+        <source>Up one folder</source>
+        <translation>Einen Ordner höher</translation>
+    </message>
+    <message>
+        <source>Folder</source>
+        <translation>Ordner</translation>
+    </message>
+    <message>
+        <source>Sequences</source>
+        <translation>Sequenzen</translation>
+    </message>
+    <message>
+        <source>1 folder</source>
+        <translation>1 Ordner</translation>
+    </message>
+    <message>
+        <source>%1 folders</source>
+        <translation>%1 Ordner</translation>
+    </message>
+    <message>
+        <source>1 sequence</source>
+        <translation>1 Sequenz</translation>
+    </message>
+    <message>
+        <source>%1 sequences</source>
+        <translation>%1 Sequenzen</translation>
+    </message>
+    <message>
+        <source>1 file</source>
+        <translation>1 Datei</translation>
+    </message>
+    <message>
+        <source>%1 files</source>
+        <translation>%1 Dateien</translation>
+    </message>
+    <message>
+        <source>, </source>
+        <translation>, </translation>
+    </message>
+</context>
+<context>
+    <name>Kestrel::Workbench::Session</name>
+    <message>
+        <source>The sequence goes from %1 to %2.</source>
+        <translation>Die Sequenz reicht von %1 bis %2.</translation>
+    </message>
+    <message>
+        <source>%1 has no file for it.</source>
+        <translation>%1 hat keine Datei dafür.</translation>
+    </message>
+</context>
+<context>
+    <name>Kestrel::Workbench::StatusLine</name>
+    <message>
+        <source>Current time</source>
+        <translation>Aktuelle Zeit</translation>
+    </message>
+    <message>
+        <source>   %1 frames</source>
+        <translation>   %1 Bilder</translation>
+    </message>
+    <message>
+        <source>%1 of %2 fps</source>
+        <translation>%1 von %2 Bildern/s</translation>
+    </message>
+    <message>
+        <source>%1 fps</source>
+        <translation>%1 Bilder/s</translation>
+    </message>
+    <message>
+        <source>%1 dropped</source>
+        <translation>%1 ausgelassen</translation>
+    </message>
+    <message>
+        <source>Cache %1 of %2, %3 frames</source>
+        <translation>Cache %1 von %2, %3 Bilder</translation>
+    </message>
+</context>
+<context>
+    <name>Kestrel::Workbench::TransportRow</name>
+    <message>
+        <source>Drag to go through the frames</source>
+        <translation>Zum Durchlaufen der Bilder ziehen</translation>
+    </message>
+</context>
+<context>
+    <name>Kestrel::Workbench::ViewerCanvas</name>
+    <message>
+        <source>Viewer</source>
+        <translation>Betrachter</translation>
+    </message>
+    <message>
+        <source>Frame %1 is missing</source>
+        <translation>Bild %1 fehlt</translation>
+    </message>
+    <message>
+        <source>Frame %1 cannot be shown</source>
+        <translation>Bild %1 lässt sich nicht zeigen</translation>
+    </message>
+</context>
+<context>
+    <name>Kestrel::Workbench::ViewerPanel</name>
+    <message>
+        <source>Open a sequence from the list: double click it or press Return.</source>
+        <translation>Öffnen Sie eine Sequenz aus der Liste: Doppelklick oder Eingabetaste.</translation>
+    </message>
+    <message>
+        <source>decoding %1</source>
+        <translation>lädt %1</translation>
+    </message>
+    <message>
+        <source>%1 × %2   %3</source>
+        <translation>%1 × %2   %3</translation>
+    </message>
+    <message>
+        <source>   shown at %1 × %2</source>
+        <translation>   gezeigt mit %1 × %2</translation>
+    </message>
+</context>
+<context>
+    <name>Profiling</name>
+    <message>
+        <source>Frame shown</source>
+        <translation>Gezeigtes Bild</translation>
+    </message>
+    <message>
+        <source>Frames dropped</source>
+        <translation>Ausgelassene Bilder</translation>
+    </message>
+    <message>
+        <source>Playback (fps)</source>
+        <translation>Wiedergabe (Bilder/s)</translation>
+    </message>
+    <message>
+        <source>Viewer paint</source>
+        <translation>Zeichnen des Betrachters</translation>
+    </message>
+    <message>
+        <source>Cache fill</source>
+        <translation>Cache gefüllt</translation>
+    </message>
+    <message>
+        <source>Cache eviction</source>
+        <translation>Aus dem Cache entfernt</translation>
+    </message>
+    <message>
+        <source>Cache (MiB)</source>
+        <translation>Cache (MiB)</translation>
+    </message>
+    <message>
+        <source>Decode %1</source>
+        <translation>Dekodieren %1</translation>
+    </message>
+    <message>
+        <source>%1 before frame %2</source>
+        <translation>%1 vor Bild %2</translation>
+    </message>
+</context>
+</TS>
