@@ -1,12 +1,12 @@
-# kxui_translations(CATALOG.ts... OUTPUT folder SOURCES folder... COMPONENT name)
+# kxui_translations(CATALOG.ts... OUTPUT folder COMPONENT name)
 # Compiles translation catalogs to `folder` and installs them. The target `update-translations` brings
-# the catalogs up to date with the texts of the source folders. Does nothing where Qt's tools for
+# the catalogs up to date with the texts of the folder that calls this. Does nothing where Qt's tools for
 # translators are not installed: the texts then are English.
 
 find_package(Qt5LinguistTools 5.15 QUIET)
 
 function(kxui_translations)
-  cmake_parse_arguments(arg "" "OUTPUT;COMPONENT" "SOURCES" ${ARGN})
+  cmake_parse_arguments(arg "" "OUTPUT;COMPONENT" "" ${ARGN})
   if(NOT TARGET Qt5::lrelease)
     message(STATUS "No translations: qttools5-dev is not installed")
     return()
@@ -24,7 +24,7 @@ function(kxui_translations)
     # Without line numbers, which would change with every edit.
     add_custom_target(update-${name}
       COMMAND Qt5::lupdate -silent -no-obsolete -locations none -source-language en
-        ${arg_SOURCES} -ts "${catalog}"
+        -I . -I .. . -ts "${catalog}"
       WORKING_DIRECTORY "${CMAKE_CURRENT_SOURCE_DIR}" VERBATIM)
     if(NOT TARGET update-translations)
       add_custom_target(update-translations)

@@ -349,7 +349,7 @@ einer Tätigkeit, deren Anfang sie schon trägt.</translation>
     </message>
     <message>
         <source>Find a track or an event&apos;s text</source>
-        <translation>Spur oder Text eines Ereignisses suchen</translation>
+        <translation>Spur oder Ereignis suchen</translation>
     </message>
     <message>
         <source>Previous</source>
