@@ -2,6 +2,21 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="de" sourcelanguage="en">
 <context>
+    <name>BuiltInLayout</name>
+    <message>
+        <source>&amp;Review</source>
+        <translation>&amp;Sichtung</translation>
+    </message>
+    <message>
+        <source>&amp;Grade</source>
+        <translation>&amp;Farbkorrektur</translation>
+    </message>
+    <message>
+        <source>&amp;Wide</source>
+        <translation>&amp;Breit</translation>
+    </message>
+</context>
+<context>
     <name>FolderNames</name>
     <message>
         <source>This folder does not exist.</source>
@@ -402,6 +417,10 @@
         <source>Open Folder</source>
         <translation>Ordner öffnen</translation>
     </message>
+    <message>
+        <source>The last workspace could not be restored. %1</source>
+        <translation>Die letzte Arbeitsfläche ließ sich nicht herstellen. %1</translation>
+    </message>
 </context>
 <context>
     <name>Kestrel::Workbench::SampleGenerator</name>
@@ -550,6 +569,99 @@
     <message>
         <source>   shown at %1 × %2</source>
         <translation>   gezeigt mit %1 × %2</translation>
+    </message>
+</context>
+<context>
+    <name>Kestrel::Workbench::Workspace</name>
+    <message>
+        <source>%1 (line %2, column %3)</source>
+        <translation>%1 (Zeile %2, Spalte %3)</translation>
+    </message>
+    <message>
+        <source>, </source>
+        <translation>, </translation>
+    </message>
+</context>
+<context>
+    <name>Kestrel::Workbench::WorkspaceMenu</name>
+    <message>
+        <source>&amp;Workspace</source>
+        <translation>Arbeits&amp;fläche</translation>
+    </message>
+    <message>
+        <source>&amp;Save Workspace...</source>
+        <translation>Arbeitsfläche sp&amp;eichern...</translation>
+    </message>
+    <message>
+        <source>&amp;Load Workspace...</source>
+        <translation>Arbeitsfläche &amp;laden...</translation>
+    </message>
+    <message>
+        <source>Rese&amp;t</source>
+        <translation>&amp;Zurücksetzen</translation>
+    </message>
+    <message>
+        <source>&amp;Panels</source>
+        <translation>Be&amp;dienfelder</translation>
+    </message>
+    <message>
+        <source>Pane &amp;Menu</source>
+        <translation>Bereichs&amp;menü</translation>
+    </message>
+    <message>
+        <source>&amp;Expand Pane</source>
+        <translation>Bereich &amp;ausdehnen</translation>
+    </message>
+    <message>
+        <source>Show &amp;Tabs</source>
+        <translation>Reiter a&amp;nzeigen</translation>
+    </message>
+    <message>
+        <source>T&amp;urn Splitter</source>
+        <translation>&amp;Teilung drehen</translation>
+    </message>
+    <message>
+        <source>&amp;Full Screen</source>
+        <translation>&amp;Vollbild</translation>
+    </message>
+    <message>
+        <source>Save Workspace</source>
+        <translation>Arbeitsfläche speichern</translation>
+    </message>
+    <message>
+        <source>Workspaces (*.xml)</source>
+        <translation>Arbeitsflächen (*.xml)</translation>
+    </message>
+    <message>
+        <source>The workspace could not be saved to &quot;%1&quot;:
+%2</source>
+        <translation>Die Arbeitsfläche ließ sich nicht in „%1“ speichern:
+%2</translation>
+    </message>
+    <message>
+        <source>Load Workspace</source>
+        <translation>Arbeitsfläche laden</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is no workspace that can be shown; nothing was changed.
+%2</source>
+        <translation>„%1“ ist keine Arbeitsfläche, die sich zeigen lässt; es bleibt alles, wie es war.
+%2</translation>
+    </message>
+</context>
+<context>
+    <name>PageKind</name>
+    <message>
+        <source>Sequences</source>
+        <translation>Sequenzen</translation>
+    </message>
+    <message>
+        <source>Viewer</source>
+        <translation>Betrachter</translation>
+    </message>
+    <message>
+        <source>Timeline</source>
+        <translation>Zeitleiste</translation>
     </message>
 </context>
 <context>
