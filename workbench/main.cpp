@@ -3,6 +3,7 @@
 #include "app/MainWindow.h"
 #include "media/FrameDecoder.h"
 #include "media/Paths.h"
+#include "robot/Robot.h"
 #include "sample/SampleGenerator.h"
 #include "sample/SampleProgress.h"
 #include "tour/Tour.h"
@@ -16,6 +17,7 @@
 #endif
 
 #include <cstdio>
+#include <optional>
 #include <string>
 
 using namespace Kestrel::Workbench;
@@ -143,5 +145,8 @@ int main(int argc, char** argv) {
     window.show();
     window.openPaths(paths);
     window.showPage(window.getFocusPage());
+    std::optional<Robot> robot;
+    if (line.robotMinutes > 0)
+        robot.emplace(&window, line.robotSeed, line.robotMinutes);
     return QApplication::exec();
 }

@@ -70,6 +70,8 @@ private slots:
         m_window->activateWindow();
         QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
         QVERIFY(!find<UI::TransportControlsWidget>()->isEnabled());
+        QCOMPARE(press(Qt::Key_Left), InvalidTime);
+        QCOMPARE(press(Qt::Key_Left, Qt::ShiftModifier), InvalidTime);
         m_window->openPaths({QFile::encodeName(m_folder.path())});
         QCOMPARE(current(), Time(1));
         QVERIFY(find<UI::TransportControlsWidget>()->isEnabled());

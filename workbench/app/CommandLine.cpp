@@ -60,10 +60,17 @@ CommandLine parseCommandLine(const QStringList& arguments) {
         QStringLiteral("language"),
         QStringLiteral("Language of the texts, as de; your desktop's if not given."),
         QStringLiteral("NAME"));
+    QCommandLineOption robot(
+        QStringLiteral("robot"),
+        QStringLiteral(
+            "Let a robot use the window, as a test: it does what the number SEED makes it "
+            "do, prints once a minute what memory is in use, and ends the program."),
+        QStringLiteral("SEED:MINUTES"));
+    robot.setFlags(QCommandLineOption::HiddenFromHelp);
     QCommandLineOption tourScale(QStringLiteral("tour-scale"), QString(), QStringLiteral("SCALE"),
                                  QStringLiteral("0"));
     tourScale.setFlags(QCommandLineOption::HiddenFromHelp);
-    parser.addOptions({fps, tour, palette, cache, fresh, layout, language, tourScale});
+    parser.addOptions({fps, tour, palette, cache, fresh, layout, language, robot, tourScale});
 
     if (!parser.parse(arguments))
         return refusal(parser.errorText());
@@ -90,6 +97,15 @@ CommandLine parseCommandLine(const QStringList& arguments) {
     line.freshWorkspace = parser.isSet(fresh);
     line.layoutFile = parser.value(layout);
     line.language = parser.value(language);
+    if (parser.isSet(robot)) {
+        const QStringList order = parser.value(robot).split(QLatin1Char(':'));
+        bool isSeed = false;
+        line.robotSeed = order.first().toUInt(&isSeed);
+        line.robotMinutes = order.last().toInt();
+        if (order.size() != 2 || !isSeed || line.robotMinutes < 1)
+            return refusal(QStringLiteral("\"%1\" is no order for the robot; use SEED:MINUTES.")
+                               .arg(parser.value(robot)));
+    }
     bool valid = false;
     const uint mebibytes = parser.value(cache).toUInt(&valid);
     if (!valid || mebibytes < 1 || mebibytes > 1024 * 1024)

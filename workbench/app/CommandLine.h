@@ -33,6 +33,9 @@ struct CommandLine {
     QString layoutFile;
     /** The language of the texts, as "de"; empty for the user's. */
     QString language;
+    /** For how long a robot uses the window, and what it does; 0 without one. */
+    int robotMinutes = 0;
+    unsigned robotSeed = 0;
     std::size_t cacheBytes = std::size_t(1) << 30;
 };
 

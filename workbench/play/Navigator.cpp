@@ -33,6 +33,12 @@ void Navigator::goTo(Base::Time time) {
     model.setCurrentTime(std::clamp(time, model.startTime(), model.endTime()));
 }
 
+// Without a sequence there is no time to count from.
+void Navigator::goBy(Base::Time frames) {
+    if (const Base::Time current = m_session->model()->currentTime(); current != Base::InvalidTime)
+        goTo(current + frames);
+}
+
 void Navigator::goToStart() {
     goTo(m_session->model()->playbackStartTime());
 }
@@ -42,11 +48,11 @@ void Navigator::goToEnd() {
 }
 
 void Navigator::step(int direction) {
-    goTo(m_session->model()->currentTime() + direction);
+    goBy(direction);
 }
 
 void Navigator::skip(int direction) {
-    goTo(m_session->model()->currentTime() + Base::Time(direction) * m_skipLength);
+    goBy(Base::Time(direction) * m_skipLength);
 }
 
 void Navigator::jump(int direction) {

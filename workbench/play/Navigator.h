@@ -55,6 +55,8 @@ signals:
     void jumpModeChanged(Kestrel::UI::TransportControlsMode mode);
 
 private:
+    void goBy(Base::Time frames);
+
     Session* m_session;
     int m_skipLength = 12;
     UI::TransportControlsMode m_jumpMode = UI::KeyframesOrEdits;

@@ -1,0 +1,340 @@
+#include "robot/Robot.h"
+
+#include "app/MainWindow.h"
+#include "panels/FolderModel.h"
+#include "panels/SequenceListPanel.h"
+#include "panels/TimelinePanel.h"
+#include "robot/Heap.h"
+#include "workspace/BuiltInLayouts.h"
+
+#include <KxUI/dock/Dock.h>
+#include <KxUI/dock/DockTabBar.h>
+#include <KxUI/dock/DockWindow.h>
+#include <KxUI/eventgraph/EventGraph.h>
+#include <KxUI/eventgraph/EventGraphView.h>
+#include <KxUI/time/TimeSlider.h>
+
+#include <QAction>
+#include <QApplication>
+#include <QDialog>
+#include <QMenuBar>
+#include <QMouseEvent>
+#include <QPointer>
+#include <QScreen>
+#include <QWheelEvent>
+
+#include <cstdio>
+#include <utility>
+#include <vector>
+
+namespace Kestrel::Workbench {
+
+namespace {
+
+constexpr int stepMs = 20;
+constexpr int restMs = 3000;
+constexpr int mostWindows = 8;
+
+void send(QWidget* widget, QEvent::Type type, const QPoint& at, Qt::MouseButton button,
+          Qt::MouseButtons buttons, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+    QMouseEvent event(type, at, widget->mapToGlobal(at), button, buttons, modifiers);
+    QApplication::sendEvent(widget, &event);
+}
+
+/** Whether an action keeps to the program: no questions, no browser, no end. */
+bool isHarmless(const QAction* action) {
+    return action->isEnabled() && !action->menu() && !action->isSeparator() &&
+           !action->text().endsWith(QLatin1String("...")) &&
+           action->shortcut() != QKeySequence(QKeySequence::Quit);
+}
+
+void collect(const QList<QAction*>& actions, QList<QAction*>& all) {
+    for (QAction* action : actions) {
+        if (action->menu())
+            collect(action->menu()->actions(), all);
+        else if (isHarmless(action))
+            all.append(action);
+    }
+}
+
+qint64 objectCount() {
+    qint64 count = 1 + qApp->findChildren<QObject*>().size();
+    const auto windows = QApplication::topLevelWidgets();
+    for (const QWidget* window : windows) {
+        if (!window->parent())
+            count += 1 + window->findChildren<QObject*>().size();
+    }
+    return count;
+}
+
+} // namespace
+
+Robot::Robot(MainWindow* window, unsigned seed, int minutes)
+    : m_window(window)
+    , m_random(seed)
+    , m_minutes(minutes) {
+    QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
+    connect(&m_step, &QTimer::timeout, this, &Robot::step);
+    connect(&m_rescue, &QTimer::timeout, this, &Robot::rescue);
+    m_step.start(stepMs);
+    m_rescue.start(10 * stepMs);
+    m_clock.start();
+    std::printf("minute   steps   heap KiB   widgets   objects\n");
+}
+
+int Robot::upTo(int most) {
+    return most <= 0 ? 0 : int(m_random() % (unsigned(most) + 1));
+}
+
+QPoint Robot::pointIn(const QRect& rect) {
+    const int x = upTo(rect.width() - 1);
+    return rect.topLeft() + QPoint(x, upTo(rect.height() - 1));
+}
+
+QWidget* Robot::anyWidget() {
+    QList<QWidget*> windows;
+    const auto all = QApplication::topLevelWidgets();
+    for (QWidget* window : all) {
+        if (window->isVisible())
+            windows.append(window);
+    }
+    if (windows.isEmpty())
+        return nullptr;
+    QWidget* window = windows.at(upTo(windows.size() - 1));
+    QWidget* child = window->childAt(pointIn(window->rect()));
+    return child ? child : window;
+}
+
+UI::Dock* Robot::anyDock() {
+    const auto docks = m_window->docks();
+    return docks.isEmpty() ? nullptr : docks.at(upTo(docks.size() - 1));
+}
+
+void Robot::step() {
+    if (m_clock.elapsed() >= qint64(m_minute + 1) * 60000)
+        return rest();
+    using Deed = void (Robot::*)();
+    static const std::vector<std::pair<int, Deed>> deeds{
+        {20, &Robot::click},  {10, &Robot::drag},    {5, &Robot::wheel},  {10, &Robot::type},
+        {20, &Robot::scrub},  {15, &Robot::trigger}, {2, &Robot::open},   {6, &Robot::tear},
+        {6, &Robot::dragTab}, {4, &Robot::arrange},  {2, &Robot::profile}};
+    int sum = 0;
+    for (const auto& [weight, deed] : deeds)
+        sum += weight;
+    int lot = upTo(sum - 1);
+    for (const auto& [weight, deed] : deeds) {
+        if (lot < weight) {
+            ++m_steps;
+            return (this->*deed)();
+        }
+        lot -= weight;
+    }
+}
+
+/** Menus, boxes and dialogs wait for an answer in loops of their own. */
+void Robot::rescue() {
+    if (QWidget* popup = QApplication::activePopupWidget()) {
+        popup->close();
+    } else if (QWidget* modal = QApplication::activeModalWidget()) {
+        if (auto* dialog = qobject_cast<QDialog*>(modal))
+            dialog->reject();
+        else
+            modal->close();
+    }
+    if (!m_window->isVisible() || m_window->isMinimized())
+        m_window->showNormal();
+}
+
+void Robot::rest() {
+    m_step.stop();
+    ++m_minute;
+    Session* session = m_window->session();
+    session->player()->stop();
+    UI::EventGraph* profiler = UI::EventGraph::instance();
+    profiler->stop();
+    profiler->clear();
+    profiler->hide();
+    m_window->arrange(builtInLayouts().front());
+    m_window->setTheme(Theme::Dark);
+    session->open(Sequence());
+    QTimer::singleShot(restMs, this, &Robot::count);
+}
+
+void Robot::count() {
+    std::printf("%6d %7d %10lld %9d %9lld\n", m_minute, m_steps,
+                static_cast<long long>(heapBytes() / 1024), int(QApplication::allWidgets().size()),
+                static_cast<long long>(objectCount()));
+    std::fflush(stdout);
+    if (m_minute >= m_minutes)
+        return QApplication::quit();
+    open();
+    m_step.start(stepMs);
+}
+
+void Robot::click() {
+    const QPointer<QWidget> widget = anyWidget();
+    if (!widget)
+        return;
+    const QPoint at = pointIn(widget->rect());
+    const Qt::MouseButton button = oneIn(6) ? Qt::RightButton : Qt::LeftButton;
+    static const Qt::KeyboardModifier modifiers[] = {Qt::ShiftModifier, Qt::ControlModifier,
+                                                     Qt::AltModifier};
+    const auto modifier = oneIn(4) ? modifiers[upTo(2)] : Qt::NoModifier;
+    send(widget, QEvent::MouseButtonPress, at, button, button, modifier);
+    if (widget)
+        send(widget, QEvent::MouseButtonRelease, at, button, Qt::NoButton, modifier);
+    if (widget && oneIn(8))
+        send(widget, QEvent::MouseButtonDblClick, at, button, button, modifier);
+    if (widget && button == Qt::RightButton) {
+        QContextMenuEvent menu(QContextMenuEvent::Mouse, at, widget->mapToGlobal(at));
+        QApplication::sendEvent(widget, &menu);
+    }
+}
+
+void Robot::dragOn(QWidget* widget, const QPoint& from, const QPoint& to) {
+    constexpr int moves = 12;
+    const QPointer<QWidget> held(widget);
+    send(held, QEvent::MouseButtonPress, from, Qt::LeftButton, Qt::LeftButton);
+    for (int i = 1; held && i <= moves; ++i)
+        send(held, QEvent::MouseMove, from + (to - from) * i / moves, Qt::NoButton, Qt::LeftButton);
+    if (held)
+        send(held, QEvent::MouseButtonRelease, to, Qt::LeftButton, Qt::NoButton);
+}
+
+void Robot::drag() {
+    if (QWidget* widget = anyWidget()) {
+        const QPoint from = pointIn(widget->rect());
+        dragOn(widget, from, pointIn(widget->rect().adjusted(-50, -50, 50, 50)));
+    }
+}
+
+void Robot::wheel() {
+    if (QWidget* widget = anyWidget()) {
+        const QPoint at = pointIn(widget->rect());
+        const auto modifiers = oneIn(3) ? Qt::ControlModifier : Qt::NoModifier;
+        QWheelEvent event(at, widget->mapToGlobal(at), {}, {0, oneIn(2) ? 120 : -120}, Qt::NoButton,
+                          modifiers, Qt::NoScrollPhase, false);
+        QApplication::sendEvent(widget, &event);
+    }
+}
+
+void Robot::type() {
+    static const int keys[] = {Qt::Key_Up,    Qt::Key_Down,      Qt::Key_Left,   Qt::Key_Right,
+                               Qt::Key_Tab,   Qt::Key_Return,    Qt::Key_Space,  Qt::Key_Delete,
+                               Qt::Key_Home,  Qt::Key_Backspace, Qt::Key_Escape, Qt::Key_1,
+                               Qt::Key_0,     Qt::Key_5,         Qt::Key_Plus,   Qt::Key_Minus,
+                               Qt::Key_Colon, Qt::Key_A};
+    const int key = keys[upTo(int(std::size(keys)) - 1)];
+    const QString text = key < 0x80 ? QString(QChar(key)) : QString();
+    for (const auto type : {QEvent::KeyPress, QEvent::KeyRelease}) {
+        if (QWidget* focus = QApplication::focusWidget()) {
+            QKeyEvent event(type, key, Qt::NoModifier, text);
+            QApplication::sendEvent(focus, &event);
+        }
+    }
+}
+
+void Robot::scrub() {
+    UI::TimeSlider* slider = m_window->timeline()->slider();
+    const QPoint from = pointIn(slider->rect());
+    dragOn(slider, from, pointIn(slider->rect()));
+}
+
+void Robot::trigger() {
+    QList<QAction*> actions;
+    const auto menus = m_window->menuBar()->actions();
+    // The last menu is about help, which opens a browser.
+    collect(menus.mid(0, menus.size() - 1), actions);
+    if (!actions.isEmpty())
+        actions.at(upTo(actions.size() - 1))->trigger();
+}
+
+void Robot::open() {
+    const FolderModel* model = m_window->list()->model();
+    if (const int rows = model->rowCount(); rows > 0) {
+        const int row = upTo(rows - 1);
+        if (!model->isFolder(row))
+            m_window->session()->open(model->sequence(row));
+    }
+    if (oneIn(3))
+        m_window->list()->reload();
+}
+
+void Robot::tear() {
+    UI::Dock* dock = anyDock();
+    if (!dock)
+        return;
+    if (m_window->floatingWindows().size() > mostWindows)
+        return arrange();
+    switch (upTo(7)) {
+    case 0:
+        return dock->floatDock();
+    case 1:
+        dock->split(oneIn(2) ? Qt::Horizontal : Qt::Vertical, oneIn(2));
+        return;
+    case 2:
+        return dock->transposeDock();
+    case 3:
+        return dock->setExpanded(oneIn(2));
+    case 4:
+        return dock->setTitleVisible(oneIn(2));
+    case 5:
+        if (UI::Dock* other = anyDock(); other && dock->currentWidget())
+            other->addWidget(dock->currentWidget(), true, false);
+        return;
+    case 6:
+        if (dock->count() > 0)
+            dock->closeTab(upTo(dock->count() - 1));
+        return;
+    default:
+        return dock->floatActiveTab();
+    }
+}
+
+void Robot::dragTab() {
+    UI::Dock* dock = anyDock();
+    auto* bar = dock ? dock->findChild<UI::DockTabBar*>() : nullptr;
+    if (!bar || bar->count() == 0)
+        return;
+    const QRect desk = bar->screen()->availableGeometry();
+    dragOn(bar, pointIn(bar->tabRect(upTo(bar->count() - 1))), bar->mapFromGlobal(pointIn(desk)));
+}
+
+void Robot::arrange() {
+    const QString file = m_folder.filePath(QString::number(upTo(3)));
+    switch (upTo(3)) {
+    case 0:
+        m_window->saveTo(file);
+        return;
+    case 1:
+        m_window->loadFrom(file);
+        return;
+    case 2:
+        return m_window->remember();
+    default:
+        return m_window->arrange(
+            builtInLayouts().at(std::size_t(upTo(int(builtInLayouts().size()) - 1))));
+    }
+}
+
+void Robot::profile() {
+    m_window->openProfiler();
+    UI::EventGraphView* view = UI::EventGraph::instance()->view();
+    const QString file = m_folder.filePath(QStringLiteral("capture"));
+    switch (upTo(4)) {
+    case 0:
+        return UI::EventGraph::instance()->start();
+    case 1:
+        view->save(file, upTo(3));
+        return;
+    case 2:
+        view->exportTrace(file + QStringLiteral(".json"));
+        return;
+    case 3:
+        return view->clear();
+    default:
+        return UI::EventGraph::instance()->stop();
+    }
+}
+
+} // namespace Kestrel::Workbench
