@@ -41,52 +41,48 @@ class IconFactoryTest : public QObject {
     Q_OBJECT
 
 private slots:
-    void everyNameHasItsOwnPicture();
-    void colourFollowsPaletteModeAndState();
-    void sharedAndNullForUnknown();
-};
-
-void IconFactoryTest::everyNameHasItsOwnPicture() {
-    const QStringList names = IconFactory::names();
-    QVERIFY(names.contains(QStringLiteral("TCStop")));
-    QList<QImage> seen;
-    for (const QString& name : names) {
-        for (const int side : {16, 32, 64}) {
-            const QImage image = imageOf(IconFactory::icon(name), side);
-            QCOMPARE(image.size(), QSize(side, side));
-            int inked = 0;
-            inkOf(image, &inked);
-            QVERIFY2(inked > side * side / 20, qPrintable(name));
-            if (side == 32) {
-                QVERIFY2(!seen.contains(image), qPrintable(name));
-                seen.append(image);
+    void everyNameHasItsOwnPicture() {
+        const QStringList names = IconFactory::names();
+        QVERIFY(names.contains(QStringLiteral("TCStop")));
+        QList<QImage> seen;
+        for (const QString& name : names) {
+            for (const int side : {16, 32, 64}) {
+                const QImage image = imageOf(IconFactory::icon(name), side);
+                QCOMPARE(image.size(), QSize(side, side));
+                int inked = 0;
+                inkOf(image, &inked);
+                QVERIFY2(inked > side * side / 20, qPrintable(name));
+                if (side == 32) {
+                    QVERIFY2(!seen.contains(image), qPrintable(name));
+                    seen.append(image);
+                }
             }
         }
     }
-}
 
-void IconFactoryTest::colourFollowsPaletteModeAndState() {
-    const QPalette before = QApplication::palette();
-    const QIcon icon = IconFactory::icon(QStringLiteral("TCStop"));
-    for (const QColor& text : {QColor(Qt::black), QColor(Qt::white)}) {
-        QPalette palette = before;
-        palette.setColor(QPalette::ButtonText, text);
-        palette.setColor(QPalette::Disabled, QPalette::ButtonText, Qt::darkGreen);
-        palette.setColor(QPalette::Highlight, Qt::darkYellow);
-        QApplication::setPalette(palette);
-        QCOMPARE(inkOf(imageOf(icon, 16)), text);
-        QCOMPARE(inkOf(imageOf(icon, 16, QIcon::Disabled)), QColor(Qt::darkGreen));
-        QCOMPARE(inkOf(imageOf(icon, 16, QIcon::Normal, QIcon::On)), QColor(Qt::darkYellow));
+    void colourFollowsPaletteModeAndState() {
+        const QPalette before = QApplication::palette();
+        const QIcon icon = IconFactory::icon(QStringLiteral("TCStop"));
+        for (const QColor& text : {QColor(Qt::black), QColor(Qt::white)}) {
+            QPalette palette = before;
+            palette.setColor(QPalette::ButtonText, text);
+            palette.setColor(QPalette::Disabled, QPalette::ButtonText, Qt::darkGreen);
+            palette.setColor(QPalette::Highlight, Qt::darkYellow);
+            QApplication::setPalette(palette);
+            QCOMPARE(inkOf(imageOf(icon, 16)), text);
+            QCOMPARE(inkOf(imageOf(icon, 16, QIcon::Disabled)), QColor(Qt::darkGreen));
+            QCOMPARE(inkOf(imageOf(icon, 16, QIcon::Normal, QIcon::On)), QColor(Qt::darkYellow));
+        }
+        QApplication::setPalette(before);
     }
-    QApplication::setPalette(before);
-}
 
-void IconFactoryTest::sharedAndNullForUnknown() {
-    const QString name = QStringLiteral("TCPlayForward");
-    QCOMPARE(IconFactory::icon(name).cacheKey(), IconFactory::icon(name).cacheKey());
-    QVERIFY(IconFactory::icon(QStringLiteral("no such icon")).isNull());
-    QVERIFY(IconFactory::icon(QString()).isNull());
-}
+    void sharedAndNullForUnknown() {
+        const QString name = QStringLiteral("TCPlayForward");
+        QCOMPARE(IconFactory::icon(name).cacheKey(), IconFactory::icon(name).cacheKey());
+        QVERIFY(IconFactory::icon(QStringLiteral("no such icon")).isNull());
+        QVERIFY(IconFactory::icon(QString()).isNull());
+    }
+};
 
 KXUI_TEST(IconFactoryTest);
 #include "IconFactoryTest.moc"

@@ -35,29 +35,19 @@ private Q_SLOTS:
         window.setParent(nullptr);
     }
 
-    void pullsBack_data() {
-        const QRect first(0, 0, 1000, 800);
-        const QRect second(1000, 0, 800, 600);
-        QTest::addColumn<QRect>("window");
-        QTest::addColumn<QVector<QRect>>("areas");
-        QTest::addColumn<QRect>("expected");
-        const QVector<QRect> both = {first, second};
-        QTest::newRow("inside") << QRect(10, 10, 200, 100) << both << QRect(10, 10, 200, 100);
-        QTest::newRow("half out") << QRect(-100, 10, 200, 100) << both << QRect(-100, 10, 200, 100);
-        QTest::newRow("on the second")
-            << QRect(1500, 0, 200, 100) << both << QRect(1500, 0, 200, 100);
-        QTest::newRow("second gone")
-            << QRect(1500, 0, 200, 100) << QVector<QRect>{first} << QRect(800, 0, 200, 100);
-        QTest::newRow("a sliver is left")
-            << QRect(-195, 10, 200, 100) << both << QRect(0, 10, 200, 100);
-        QTest::newRow("too large") << QRect(5000, 5000, 3000, 3000) << both << first;
-        QTest::newRow("no screens")
-            << QRect(5000, 0, 10, 10) << QVector<QRect>() << QRect(5000, 0, 10, 10);
-    }
     void pullsBack() {
-        QFETCH(QRect, window);
-        QFETCH(QVector<QRect>, areas);
-        QTEST(WindowPlacement::PulledBack(window, areas), "expected");
+        const QRect first(0, 0, 1000, 800);
+        const auto pulledBack = [&](const QRect& window) {
+            return WindowPlacement::PulledBack(window, {first, QRect(1000, 0, 800, 600)});
+        };
+        QCOMPARE(pulledBack({10, 10, 200, 100}), QRect(10, 10, 200, 100));
+        QCOMPARE(pulledBack({-100, 10, 200, 100}), QRect(-100, 10, 200, 100)); // half out
+        QCOMPARE(pulledBack({1500, 0, 200, 100}), QRect(1500, 0, 200, 100));
+        QCOMPARE(pulledBack({-195, 10, 200, 100}), QRect(0, 10, 200, 100)); // a sliver is left
+        QCOMPARE(pulledBack({5000, 5000, 3000, 3000}), first);
+        QCOMPARE(WindowPlacement::PulledBack({1500, 0, 200, 100}, {first}),
+                 QRect(800, 0, 200, 100)); // the second screen is gone
+        QCOMPARE(WindowPlacement::PulledBack({5000, 0, 10, 10}, {}), QRect(5000, 0, 10, 10));
     }
 
     void standsAside() {
@@ -74,24 +64,17 @@ private Q_SLOTS:
         QCOMPARE(position(QRect(), QRect(0, 0, 1000, 800)), window.topLeft());
     }
 
-    void snaps_data() {
-        QTest::addColumn<QPoint>("from");
-        QTest::addColumn<int>("distance");
-        QTest::addColumn<QPoint>("to");
-        QTest::newRow("screen corner") << QPoint(7, -4) << 10 << QPoint(0, 0);
-        QTest::newRow("right edge") << QPoint(905, 300) << 10 << QPoint(900, 300);
-        QTest::newRow("neighbour") << QPoint(606, 405) << 10 << QPoint(600, 400);
-        QTest::newRow("far from all") << QPoint(300, 200) << 10 << QPoint(300, 200);
-        QTest::newRow("off") << QPoint(7, -4) << 0 << QPoint(7, -4);
-    }
     void snaps() {
-        QFETCH(QPoint, from);
-        QFETCH(int, distance);
-        const QVector<QRect> screens = {QRect(0, 0, 1000, 800)};
-        const QVector<QRect> neighbours = {QRect(400, 400, 200, 200)};
-        QTEST(SnappableWindow::SnappedPosition(QRect(from, QSize(100, 100)), screens, neighbours,
-                                               distance),
-              "to");
+        const auto snapped = [](const QPoint& from, int distance) {
+            return SnappableWindow::SnappedPosition(QRect(from, QSize(100, 100)),
+                                                    {QRect(0, 0, 1000, 800)},
+                                                    {QRect(400, 400, 200, 200)}, distance);
+        };
+        QCOMPARE(snapped({7, -4}, 10), QPoint(0, 0));        // the screen's corner
+        QCOMPARE(snapped({905, 300}, 10), QPoint(900, 300)); // its right edge
+        QCOMPARE(snapped({606, 405}, 10), QPoint(600, 400)); // a neighbour
+        QCOMPARE(snapped({300, 200}, 10), QPoint(300, 200));
+        QCOMPARE(snapped({7, -4}, 0), QPoint(7, -4)); // switched off
     }
 };
 

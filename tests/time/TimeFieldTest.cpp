@@ -2,6 +2,8 @@
 #include <KxUI/time/TimeField.h>
 #include <KxUI/time/TimeFieldEdit_p.h>
 
+#include <support/Columns.h>
+#include <support/Input.h>
 #include <support/TestRegistry.h>
 
 #include <QDialog>
@@ -35,6 +37,11 @@ void type(TimeField& field, const QString& text) {
     QTest::keyClicks(&field, text);
 }
 
+void enter(TimeField& field, const QString& text) {
+    type(field, text);
+    QTest::keyClick(&field, Qt::Key_Return);
+}
+
 constexpr Time Maximum = std::numeric_limits<Time>::max();
 
 } // namespace
@@ -43,331 +50,281 @@ class TimeFieldTest : public QObject {
     Q_OBJECT
 
 private slots:
-    void initTestCase();
     void init() { beeps = 0; }
 
-    void edits_data();
-    void edits();
-    void oneEditIsHandledOnce();
-    void hostTextCountsAsTyped();
-    void displayFollowsTheFormatter();
-    void stepsTheDigitAtTheCaret_data();
-    void stepsTheDigitAtTheCaret();
-    void stepsByKeyWheelAndSelection();
-    void sumsThatDoNotFit();
-    void keysStayInTheField();
-    void clickThatFocusesSelectsAll();
-};
-
-void TimeFieldTest::initTestCase() {
-    UI::beep = [] { ++beeps; };
-}
-
-void TimeFieldTest::edits_data() {
-    QTest::addColumn<int>("notation");
-    QTest::addColumn<QString>("typed");
-    QTest::addColumn<Time>("start");
-    QTest::addColumn<Time>("expected");
-    QTest::addColumn<QString>("range"); // "lower upper", or nothing
-    QTest::addColumn<int>("expectedBeeps");
-
-    const auto row = [](Notation notation, const char* typed, Time start, Time expected,
-                        const char* range = "", int expectedBeeps = 0) {
-        QTest::addRow("%s at %lld, notation %d", typed, static_cast<long long>(start), notation)
-            << int(notation) << QString::fromLatin1(typed) << start << expected
-            << QString::fromLatin1(range) << expectedBeeps;
-    };
-    row(FramesOf25, "50", 5, 50);
-    row(FramesOf25, "  50 ", 5, 50);
-    row(FramesOf25, "+12", 5, 17);
-    row(FramesOf25, "-10", 5, -5);
-    row(FramesOf25, "--10", 5, 15);
-    row(FramesOf25, "+7", InvalidTime, 7);
-    row(FramesOf25, "10-20", 5, 5, "10 20");
-    row(FramesOf25, "10-", 5, 5, "10 invalid");
-    row(FramesOf25, "a-b", 5, 5, "", 1);
-    row(FramesOf25, "1-2-3", 5, 5, "", 1);
-    row(FramesOf25, "+x", 5, 5, "", 1);
-    row(FramesOf25, "x", 5, 5, "", 1);
-    row(FramesOf25, "5", 5, 5);
-    row(FramesOf25, "101", 5, 5); // beyond the limits: refused without a beep
-    row(FramesOf25, "", 5, 5);
-    row(TimecodeOf25, "1:00", 5, 25);
-    row(TimecodeOf25, "+1:00", 5, 30);
-    row(TimecodeOf25, "-1:00", 50, 25);
-    row(TimecodeOf25, "1s", 5, 25);
-    row(TimecodeOf25, "90s", 5, 5, "", 1);
-    row(TimecodeOf25, "0:30", 5, 5, "", 1);
-    row(TimecodeOf25, "1:00-3:00", 5, 5, "25 75");
-    row(DropFrame, "3;00", 5, 90);
-    row(DropFrame, "-;10", 30, 20);
-}
-
-void TimeFieldTest::edits() {
-    QFETCH(int, notation);
-    QFETCH(QString, typed);
-    QFETCH(Time, start);
-    QFETCH(Time, expected);
-    QFETCH(QString, range);
-    QFETCH(int, expectedBeeps);
-
-    TimeField field;
-    setNotation(field, Notation(notation));
-    field.setTime(start, false);
-    field.setMinTime(-100);
-    field.setMaxTime(100);
-    field.useMinMaxTime(true);
-    const QString shownBefore = field.text();
-    QSignalSpy times(&field, qOverload<Time>(&TimeField::timeChanged));
-    QSignalSpy flagged(&field, qOverload<Time, bool>(&TimeField::timeChanged));
-    QSignalSpy ranges(&field, &TimeField::rangeChanged);
-
-    type(field, typed);
-    if (typed.isEmpty())
-        QTest::keyClick(&field, Qt::Key_Delete);
-    QTest::keyClick(&field, Qt::Key_Return);
-
-    QCOMPARE(field.time(), expected);
-    QCOMPARE(beeps, expectedBeeps);
-    QCOMPARE(times.count(), expected == start ? 0 : 1);
-    QCOMPARE(flagged.count(), times.count());
-    if (!flagged.isEmpty()) {
-        QCOMPARE(flagged[0][0].value<Time>(), expected);
-        QCOMPARE(flagged[0][1].toBool(), false);
-    }
-    QString emitted;
-    for (const auto& each : ranges) {
-        const Time upper = each[1].value<Time>();
-        emitted += QStringLiteral("%1 ").arg(qint64(each[0].value<Time>()));
-        emitted += upper == InvalidTime ? QStringLiteral("invalid") : QString::number(upper);
-    }
-    QCOMPARE(emitted, range);
-    if (expectedBeeps > 0)
-        QCOMPARE(field.text(), typed); // stays to be mended
-    else if (expected == start)
-        QCOMPARE(field.text(), shownBefore);
-    QCOMPARE(field.selectedText(), field.text());
-}
-
-void TimeFieldTest::oneEditIsHandledOnce() {
-    QWidget window;
-    QVBoxLayout layout(&window);
-    TimeField field;
-    QLineEdit other;
-    layout.addWidget(&field);
-    layout.addWidget(&other);
-    setNotation(field, FramesOf25);
-    window.show();
-    window.activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(&window));
-    QSignalSpy ranges(&field, &TimeField::rangeChanged);
-
-    struct {
-        const char* typed;
-        Time expected;
-        int beeps;
-        int ranges;
-    } const cases[] = {{"-10", -5, 0, 0}, {"10-20", 5, 0, 1}, {"a-b", 5, 1, 0}};
-    for (const auto& each : cases) {
-        for (const bool withReturn : {true, false}) {
-            field.setTime(5, false);
-            field.setFocus();
-            beeps = 0;
-            ranges.clear();
-            type(field, QString::fromLatin1(each.typed));
-            if (withReturn)
-                QTest::keyClick(&field, Qt::Key_Return);
-            QTest::keyClick(&field, Qt::Key_Tab);
-            QVERIFY(other.hasFocus());
-            QCOMPARE(field.time(), each.expected);
-            QCOMPARE(beeps, each.beeps);
-            QCOMPARE(ranges.count(), each.ranges);
-            field.setTime(0, false);
-        }
+    void initTestCase() {
+        UI::beep = [] { ++beeps; };
     }
 
-    // A text that was typed away and back is the text that was shown.
-    field.setTime(-10, false);
-    field.setFocus();
-    QTest::keyClicks(&field, QStringLiteral("7"));
-    QTest::keyClick(&field, Qt::Key_Backspace);
-    field.setTime(-10, false);
-    QTest::keyClick(&field, Qt::Key_Return);
-    QCOMPARE(field.time(), Time(-10));
-    // The same step typed again is another step.
-    for (const Time expected : {Time(2), Time(14)}) {
-        type(field, QStringLiteral("+12"));
-        QTest::keyClick(&field, Qt::Key_Return);
-        QCOMPARE(field.time(), expected);
+    void edits_data() {
+        // The range that is announced: "lower upper", or nothing.
+        const Kestrel::Test::Columns<int, QString, Time, Time, QString, int> columns(
+            "notation", "typed", "start", "expected", "range", "expectedBeeps");
+        const auto row = [&](Notation notation, const char* typed, Time start, Time expected,
+                             const char* range = "", int expectedBeeps = 0) {
+            columns(typed, notation, typed, start, expected, range, expectedBeeps);
+        };
+        row(FramesOf25, "50", 5, 50);
+        row(FramesOf25, "  51 ", 5, 51);
+        row(FramesOf25, "+12", 5, 17);
+        row(FramesOf25, "-10", 5, -5);
+        row(FramesOf25, "--10", 5, 15);
+        row(FramesOf25, "+7", InvalidTime, 7);
+        row(FramesOf25, "10-20", 5, 5, "10 20");
+        row(FramesOf25, "10-", 5, 5, "10 invalid");
+        row(FramesOf25, "a-b", 5, 5, "", 1);
+        row(FramesOf25, "1-2-3", 5, 5, "", 1);
+        row(FramesOf25, "+x", 5, 5, "", 1);
+        row(FramesOf25, "5", 5, 5);
+        row(FramesOf25, "101", 5, 5); // beyond the limits: refused without a beep
+        row(FramesOf25, "", 5, 5);
+        row(TimecodeOf25, "1:00", 5, 25);
+        row(TimecodeOf25, "+1:00", 5, 30);
+        row(TimecodeOf25, "-1:00", 50, 25);
+        row(TimecodeOf25, "1s", 5, 25);
+        row(TimecodeOf25, "90s", 5, 5, "", 1);
+        row(TimecodeOf25, "0:30", 5, 5, "", 1);
+        row(TimecodeOf25, "1:00-3:00", 5, 5, "25 75");
+        row(DropFrame, "3;00", 5, 90);
+        row(DropFrame, "-;10", 30, 20);
     }
-}
 
-void TimeFieldTest::hostTextCountsAsTyped() {
-    TimeField field;
-    setNotation(field, FramesOf25);
-    field.setTime(-10, false);
-    field.setText(QStringLiteral("-10"));
-    QTest::keyClick(&field, Qt::Key_Return);
-    QCOMPARE(field.time(), Time(-20));
-}
+    void edits() {
+        QFETCH(int, notation);
+        QFETCH(QString, typed);
+        QFETCH(Time, start);
+        QFETCH(Time, expected);
+        QFETCH(QString, range);
+        QFETCH(int, expectedBeeps);
 
-void TimeFieldTest::displayFollowsTheFormatter() {
-    TimeField field;
-    QCOMPARE(field.text(), QStringLiteral("-00:00:00:01")); // shown from the start
-    const int timecodeWidth = field.width();
-    field.setTime(50, false);
-    QSignalSpy times(&field, qOverload<Time>(&TimeField::timeChanged));
-    field.setTimeDisplay(TimeBase(50, false), true, true, 100);
-    QCOMPARE(field.text(), QStringLiteral("00:00:03:00")); // 50 does not drop frames
-    field.setTimecodeStart(-75);
-    QCOMPARE(field.text(), QStringLiteral("-00:00:00:25"));
-    field.setTimeDisplay(TimeBase(25, false), false, false, 0);
-    QCOMPARE(field.text(), QStringLiteral("50"));
-    QVERIFY(field.width() < timecodeWidth);
-    field.setTime(InvalidTime, false);
-    QCOMPARE(field.text(), QString());
-    QCOMPARE(times.count(), 1);
-
-    TimeField ignoring(false, true);
-    ignoring.setTimeDisplay(TimeBase(25, false), true, false, 25);
-    ignoring.setTime(0, true);
-    QCOMPARE(ignoring.text(), QStringLiteral("00:00:00:00"));
-    type(ignoring, QStringLiteral("2:00"));
-    QTest::keyClick(&ignoring, Qt::Key_Return);
-    QCOMPARE(ignoring.time(), Time(50));
-    ignoring.ignoreTimecodeStart(false);
-    type(ignoring, QStringLiteral("3:00"));
-    QTest::keyClick(&ignoring, Qt::Key_Return);
-    QCOMPARE(ignoring.time(), Time(50)); // 75 less the start
-    QCOMPARE(ignoring.text(), QStringLiteral("00:00:03:00"));
-}
-
-void TimeFieldTest::stepsTheDigitAtTheCaret_data() {
-    QTest::addColumn<int>("caret");
-    QTest::addColumn<Time>("step"); // 0: nothing there to count
-    // 00:00:00:00 at 25
-    const Time steps[] = {900000, 90000, 0, 15000, 1500, 0, 250, 25, 0, 10, 1, 0};
-    for (int caret = 0; caret < 12; ++caret)
-        QTest::addRow("caret %d", caret) << caret << steps[caret];
-}
-
-void TimeFieldTest::stepsTheDigitAtTheCaret() {
-    QFETCH(int, caret);
-    QFETCH(Time, step);
-    for (const int direction : {1, -1}) {
         TimeField field;
-        field.setTime(3600 * 25 * 12, false);
-        const Time start = field.time();
-        field.setCursorPosition(caret);
-        QTest::keyClick(&field, direction > 0 ? Qt::Key_Up : Qt::Key_Down);
-        QCOMPARE(field.time(), start + direction * step);
-        if (step != 0) {
-            QCOMPARE(field.selectionStart(), caret);
-            QCOMPARE(field.selectionLength(), 1);
+        setNotation(field, Notation(notation));
+        field.setTime(start, false);
+        field.setMinTime(-100);
+        field.setMaxTime(100);
+        field.useMinMaxTime(true);
+        const QString shownBefore = field.text();
+        QSignalSpy times(&field, qOverload<Time>(&TimeField::timeChanged));
+        QSignalSpy flagged(&field, qOverload<Time, bool>(&TimeField::timeChanged));
+        QSignalSpy ranges(&field, &TimeField::rangeChanged);
+
+        type(field, typed);
+        if (typed.isEmpty())
+            QTest::keyClick(&field, Qt::Key_Delete);
+        QTest::keyClick(&field, Qt::Key_Return);
+
+        QCOMPARE(field.time(), expected);
+        QCOMPARE(beeps, expectedBeeps);
+        QCOMPARE(times.count(), expected == start ? 0 : 1);
+        QCOMPARE(flagged.count(), times.count());
+        QString emitted;
+        for (const auto& each : ranges) {
+            const Time upper = each[1].value<Time>();
+            emitted += QStringLiteral("%1 ").arg(qint64(each[0].value<Time>()));
+            emitted += upper == InvalidTime ? QStringLiteral("invalid") : QString::number(upper);
+        }
+        QCOMPARE(emitted, range);
+        if (expectedBeeps > 0)
+            QCOMPARE(field.text(), typed); // stays to be mended
+        else if (expected == start)
+            QCOMPARE(field.text(), shownBefore);
+        QCOMPARE(field.selectedText(), field.text());
+    }
+
+    void oneEditIsHandledOnce() {
+        QWidget window;
+        QVBoxLayout layout(&window);
+        TimeField field;
+        QLineEdit other;
+        layout.addWidget(&field);
+        layout.addWidget(&other);
+        setNotation(field, FramesOf25);
+        window.show();
+        window.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        QSignalSpy ranges(&field, &TimeField::rangeChanged);
+
+        struct {
+            const char* typed;
+            Time expected;
+            int beeps, ranges;
+        } const cases[] = {{"-10", -5, 0, 0}, {"10-20", 5, 0, 1}, {"a-b", 5, 1, 0}};
+        for (const auto& each : cases) {
+            for (const bool withReturn : {true, false}) {
+                field.setTime(5, false);
+                field.setFocus();
+                beeps = 0;
+                ranges.clear();
+                type(field, QString::fromLatin1(each.typed));
+                if (withReturn)
+                    QTest::keyClick(&field, Qt::Key_Return);
+                QTest::keyClick(&field, Qt::Key_Tab);
+                QVERIFY(other.hasFocus());
+                QCOMPARE(field.time(), each.expected);
+                QCOMPARE(beeps, each.beeps);
+                QCOMPARE(ranges.count(), each.ranges);
+                field.setTime(0, false);
+            }
+        }
+
+        // A text that was typed away and back is the text that was shown.
+        field.setTime(-10, false);
+        field.setFocus();
+        QTest::keyClicks(&field, QStringLiteral("7"));
+        QTest::keyClick(&field, Qt::Key_Backspace);
+        field.setTime(-10, false);
+        QTest::keyClick(&field, Qt::Key_Return);
+        QCOMPARE(field.time(), Time(-10));
+        // What the host writes counts as typed.
+        field.setText(QStringLiteral("-10"));
+        QTest::keyClick(&field, Qt::Key_Return);
+        QCOMPARE(field.time(), Time(-20));
+        // The same step typed again is another step.
+        field.setTime(-10, false);
+        for (const Time expected : {Time(2), Time(14)}) {
+            enter(field, "+12");
+            QCOMPARE(field.time(), expected);
         }
     }
-}
 
-void TimeFieldTest::stepsByKeyWheelAndSelection() {
-    TimeField field;
-    setNotation(field, FramesOf25);
-    field.setTime(99, false);
-    field.setSelection(0, 1); // the tens
-    QTest::keyClick(&field, Qt::Key_Up);
-    QCOMPARE(field.text(), QStringLiteral("109"));
-    QCOMPARE(field.selectedText(), QStringLiteral("0")); // the tens still
+    void displayFollowsTheFormatter() {
+        TimeField field;
+        QCOMPARE(field.text(), QStringLiteral("-00:00:00:01")); // shown from the start
+        const int timecodeWidth = field.width();
+        field.setTime(50, false);
+        field.setTimeDisplay(TimeBase(50, false), true, true, 100);
+        QCOMPARE(field.text(), QStringLiteral("00:00:03:00")); // 50 does not drop frames
+        field.setTimecodeStart(-75);
+        QCOMPARE(field.text(), QStringLiteral("-00:00:00:25"));
+        field.setTimeDisplay(TimeBase(25, false), false, false, 0);
+        QCOMPARE(field.text(), QStringLiteral("50"));
+        QVERIFY(field.width() < timecodeWidth);
+        field.setTime(InvalidTime, false);
+        QCOMPARE(field.text(), QString());
 
-    const auto wheel = [&field](int delta) {
-        QWheelEvent event(QPointF(5, 5), QPointF(5, 5), QPoint(), QPoint(0, delta), Qt::NoButton,
-                          Qt::NoModifier, Qt::NoScrollPhase, false);
-        QCoreApplication::sendEvent(&field, &event);
-    };
-    wheel(-120);
-    QCOMPARE(field.time(), Time(99));
-    wheel(120);
-    wheel(0);
-    QCOMPARE(field.time(), Time(109));
+        TimeField ignoring(false, true);
+        ignoring.setTimeDisplay(TimeBase(25, false), true, false, 25);
+        enter(ignoring, "2:00");
+        QCOMPARE(ignoring.time(), Time(50));
+        ignoring.ignoreTimecodeStart(false);
+        enter(ignoring, "3:00");
+        QCOMPARE(ignoring.time(), Time(50)); // 75 less the start
+        QCOMPARE(ignoring.text(), QStringLiteral("00:00:03:00"));
+    }
 
-    field.setMaxTime(110);
-    field.useMinMaxTime(true);
-    field.setMinTime(0);
-    wheel(120);
-    QCOMPARE(field.time(), Time(109)); // refused
-    field.useMinMaxTime(false);
-    field.setReadOnly(true);
-    wheel(120);
-    QCOMPARE(field.time(), Time(109));
-}
+    void stepsTheDigitAtTheCaret() {
+        // In 12:00:00:00; 0 where there is nothing to count.
+        const Time steps[] = {900000, 90000, 0, 15000, 1500, 0, 250, 25, 0, 10, 1, 0};
+        const Time noon = Time(12) * 3600 * 25;
+        for (int caret = 0; caret < 12; ++caret) {
+            for (const auto& [key, step] :
+                 {std::pair(Qt::Key_Up, steps[caret]), std::pair(Qt::Key_Down, -steps[caret])}) {
+                TimeField field;
+                field.setTime(noon, false);
+                field.setCursorPosition(caret);
+                QTest::keyClick(&field, key);
+                QCOMPARE(field.time(), noon + step);
+                if (step != 0)
+                    QCOMPARE(field.selectionStart(), caret);
+            }
+        }
+    }
 
-void TimeFieldTest::sumsThatDoNotFit() {
-    QCOMPARE(UI::addTimes(Maximum, 1), InvalidTime);
-    QCOMPARE(UI::addTimes(-Maximum, -1), InvalidTime);
-    QCOMPARE(UI::addTimes(-Maximum, -2), InvalidTime);
-    QCOMPARE(UI::addTimes(Maximum, -Maximum), Time(0));
-    const UI::TimeFieldNotation frames{TimeBase(25, false), Timecode::Frames, 0};
-    QCOMPARE(UI::readTimeFieldEdit("+1", frames, Maximum).kind, UI::TimeFieldEdit::Failed);
-    QCOMPARE(UI::timeFieldDigitStep(std::string(40, '1'), 1, frames), Time(0));
-    QCOMPARE(UI::timeFieldDigitStep("1:1:1:1:1:1:1:1:1:1:1:1:1:1", 0,
-                                    {TimeBase(25, false), Timecode::Timecode, 0}),
-             Time(0));
+    void stepsByKeyWheelAndSelection() {
+        TimeField field;
+        setNotation(field, FramesOf25);
+        field.setTime(99, false);
+        field.setSelection(0, 1); // the tens
+        QTest::keyClick(&field, Qt::Key_Up);
+        QCOMPARE(field.text(), QStringLiteral("109"));
+        QCOMPARE(field.selectedText(), QStringLiteral("0")); // the tens still
 
-    TimeField field;
-    setNotation(field, FramesOf25);
-    field.setTime(Maximum - 1, false);
-    field.setText(QString(30, QLatin1Char('1')));
-    field.setCursorPosition(12); // 10 ^ 17
-    QTest::keyClick(&field, Qt::Key_Up);
-    QCOMPARE(field.time(), Maximum - 1);
-}
+        const auto wheel = [&field](int delta) { Kestrel::Test::turnWheel(field, delta); };
+        wheel(-120);
+        QCOMPARE(field.time(), Time(99));
+        wheel(120);
+        wheel(0);
+        QCOMPARE(field.time(), Time(109));
 
-void TimeFieldTest::keysStayInTheField() {
-    QDialog dialog;
-    QVBoxLayout layout(&dialog);
-    QWidget group;
-    group.setFocusPolicy(Qt::StrongFocus);
-    QVBoxLayout inner(&group);
-    TimeField field;
-    inner.addWidget(&field);
-    QPushButton ok;
-    ok.setDefault(true);
-    layout.addWidget(&group);
-    layout.addWidget(&ok);
-    QSignalSpy clicked(&ok, &QPushButton::clicked);
-    QSignalSpy rejected(&dialog, &QDialog::rejected);
-    dialog.show();
-    dialog.activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(&dialog));
-    field.setFocus();
+        field.setMaxTime(110);
+        field.useMinMaxTime(true);
+        wheel(120);
+        QCOMPARE(field.time(), Time(109)); // refused
+        field.useMinMaxTime(false);
+        field.setReadOnly(true);
+        wheel(120);
+        QCOMPARE(field.time(), Time(109));
+    }
 
-    for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter, Qt::Key_Escape})
-        QTest::keyClick(&field, key);
-    QCOMPARE(clicked.count(), 0);
-    QCOMPARE(rejected.count(), 0);
-    QVERIFY(group.hasFocus()); // Escape gives the focus back
+    void sumsThatDoNotFit() {
+        QCOMPARE(UI::addTimes(Maximum, 1), InvalidTime);
+        QCOMPARE(UI::addTimes(-Maximum, -2), InvalidTime);
+        QCOMPARE(UI::addTimes(Maximum, -Maximum), Time(0));
+        const UI::TimeFieldNotation frames{TimeBase(25, false), Timecode::Frames, 0};
+        QCOMPARE(UI::readTimeFieldEdit("+1", frames, Maximum).kind, UI::TimeFieldEdit::Failed);
+        QCOMPARE(UI::timeFieldDigitStep(std::string(40, '1'), 1, frames), Time(0));
+        QCOMPARE(UI::timeFieldDigitStep("1:1:1:1:1:1:1:1:1:1:1:1:1:1", 0,
+                                        {TimeBase(25, false), Timecode::Timecode, 0}),
+                 Time(0));
 
-    QKeyEvent left(QEvent::ShortcutOverride, Qt::Key_Left, Qt::NoModifier);
-    left.ignore();
-    QCoreApplication::sendEvent(&field, &left);
-    QVERIFY(left.isAccepted());
-    QKeyEvent jump(QEvent::ShortcutOverride, Qt::Key_Left, Qt::AltModifier);
-    jump.ignore();
-    QCoreApplication::sendEvent(&field, &jump);
-    QVERIFY(!jump.isAccepted()); // the host's shortcut
-}
+        TimeField field;
+        setNotation(field, FramesOf25);
+        field.setTime(Maximum - 1, false);
+        field.setText(QString(30, QLatin1Char('1')));
+        field.setCursorPosition(12); // 10 ^ 17
+        QTest::keyClick(&field, Qt::Key_Up);
+        QCOMPARE(field.time(), Maximum - 1);
+    }
 
-void TimeFieldTest::clickThatFocusesSelectsAll() {
-    TimeField field;
-    field.setTime(50, false);
-    field.show();
-    field.activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(&field));
-    field.clearFocus();
-    field.setFocus(Qt::MouseFocusReason);
-    QTest::mouseClick(&field, Qt::LeftButton);
-    QCOMPARE(field.selectedText(), field.text());
-    QTest::mouseClick(&field, Qt::LeftButton);
-    QVERIFY(!field.hasSelectedText());
-}
+    void keysStayInTheField() {
+        QDialog dialog;
+        QVBoxLayout layout(&dialog);
+        QWidget group;
+        group.setFocusPolicy(Qt::StrongFocus);
+        QVBoxLayout inner(&group);
+        TimeField field;
+        inner.addWidget(&field);
+        QPushButton ok;
+        ok.setDefault(true);
+        layout.addWidget(&group);
+        layout.addWidget(&ok);
+        QSignalSpy clicked(&ok, &QPushButton::clicked);
+        QSignalSpy rejected(&dialog, &QDialog::rejected);
+        dialog.show();
+        dialog.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&dialog));
+        field.setFocus();
+
+        for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter, Qt::Key_Escape})
+            QTest::keyClick(&field, key);
+        QCOMPARE(clicked.count(), 0);
+        QCOMPARE(rejected.count(), 0);
+        QVERIFY(group.hasFocus()); // Escape gives the focus back
+
+        const auto overrides = [&field](Qt::KeyboardModifiers modifiers) {
+            QKeyEvent event(QEvent::ShortcutOverride, Qt::Key_Left, modifiers);
+            event.ignore();
+            QCoreApplication::sendEvent(&field, &event);
+            return event.isAccepted();
+        };
+        QVERIFY(overrides(Qt::NoModifier));
+        QVERIFY(!overrides(Qt::AltModifier)); // the host's shortcut
+    }
+
+    void clickThatFocusesSelectsAll() {
+        TimeField field;
+        field.setTime(50, false);
+        field.show();
+        field.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&field));
+        field.clearFocus();
+        field.setFocus(Qt::MouseFocusReason);
+        QTest::mouseClick(&field, Qt::LeftButton);
+        QCOMPARE(field.selectedText(), field.text());
+        QTest::mouseClick(&field, Qt::LeftButton);
+        QVERIFY(!field.hasSelectedText());
+    }
+};
 
 KXUI_TEST(TimeFieldTest);
 #include "TimeFieldTest.moc"

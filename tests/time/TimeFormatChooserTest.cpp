@@ -41,82 +41,69 @@ class TimeFormatChooserTest : public QObject {
     Q_OBJECT
 
 private slots:
-    void entriesFollowModeAndNotation();
-    void choosesForFormatterAndFields();
-    void followsTheFormatter();
-};
-
-void TimeFormatChooserTest::entriesFollowModeAndNotation() {
-    TimeFormatter formatter;
-    TimeFormatChooser chooser(&formatter);
-    QCOMPARE(entries(chooser), QStringLiteral("TC* AC EC CF"));
-    entry(chooser, "CF")->trigger();
-    QCOMPARE(entries(chooser), QStringLiteral("TC AC EC CF*"));
-    chooser.setMode(TimeFormatChooser::TimelineMode);
-    QCOMPARE(entries(chooser), QStringLiteral("TC TF*"));
-    chooser.setMode(TimeFormatChooser::ClipMode);
-    QCOMPARE(entries(chooser), QStringLiteral("TC AC EC CF*"));
-    for (const char* reserved : {"AC", "EC"}) {
-        entry(chooser, "TC")->trigger();
-        entry(chooser, reserved)->trigger();
-        QVERIFY(formatter.displayTimecode());
+    void entriesFollowModeAndNotation() {
+        TimeFormatter formatter;
+        TimeFormatChooser chooser(&formatter);
+        QCOMPARE(entries(chooser), QStringLiteral("TC* AC EC CF"));
+        entry(chooser, "CF")->trigger();
+        QCOMPARE(entries(chooser), QStringLiteral("TC AC EC CF*"));
         chooser.setMode(TimeFormatChooser::TimelineMode);
-        QCOMPARE(entries(chooser), QStringLiteral("TC* TF"));
+        QCOMPARE(entries(chooser), QStringLiteral("TC TF*"));
         chooser.setMode(TimeFormatChooser::ClipMode);
+        QCOMPARE(entries(chooser), QStringLiteral("TC AC EC CF*"));
+        for (const char* reserved : {"AC", "EC"}) {
+            entry(chooser, "TC")->trigger();
+            entry(chooser, reserved)->trigger();
+            QVERIFY(formatter.displayTimecode());
+            chooser.setMode(TimeFormatChooser::TimelineMode);
+            QCOMPARE(entries(chooser), QStringLiteral("TC* TF"));
+            chooser.setMode(TimeFormatChooser::ClipMode);
+        }
     }
 
-    TimeFormatter frames;
-    frames.setTimeDisplayFormat(false, false);
-    const TimeFormatChooser ofFrames(&frames);
-    QCOMPARE(entries(ofFrames), QStringLiteral("TC AC EC CF*"));
-    QCOMPARE(ofFrames.text(), QStringLiteral("TF"));
-}
+    void choosesForFormatterAndFields() {
+        TimeFormatter formatter;
+        TimeFormatChooser chooser(&formatter);
+        formatter.setTimeBase(Kestrel::Base::TimeBase(50, false));
+        TimeField field;
+        chooser.addTimefield(&field);
+        field.setTime(50, false);
+        QCOMPARE(field.text(), QStringLiteral("00:00:01:00")); // at once
+        formatter.setTimeBase(Kestrel::Base::TimeBase(25, false));
+        chooser.setTimecodeStart(1001, 25);
+        QCOMPARE(field.text(), QStringLiteral("00:00:03:00"));
 
-void TimeFormatChooserTest::choosesForFormatterAndFields() {
-    TimeFormatter formatter;
-    TimeFormatChooser chooser(&formatter);
-    formatter.setTimeBase(Kestrel::Base::TimeBase(50, false));
-    TimeField field;
-    chooser.addTimefield(&field);
-    field.setTime(50, false);
-    QCOMPARE(field.text(), QStringLiteral("00:00:01:00")); // at once
-    formatter.setTimeBase(Kestrel::Base::TimeBase(25, false));
-    chooser.setTimecodeStart(1001, 25);
-    QCOMPARE(field.text(), QStringLiteral("00:00:03:00"));
-    QCOMPARE(chooser.text(), QStringLiteral("TC"));
+        QSignalSpy changed(&formatter, &TimeFormatter::timeFormatChanged);
+        entry(chooser, "CF")->trigger();
+        QCOMPARE(changed.count(), 1);
+        QCOMPARE(field.text(), QStringLiteral("1051")); // the start of frames
+        QCOMPARE(chooser.text(), QStringLiteral("TF"));
+        chooser.showFrames();
+        chooser.setTimeDisplay(false, false, 1001, 25);
+        QCOMPARE(changed.count(), 1);
+        chooser.setTimeDisplayFormat(true, true);
+        QCOMPARE(changed.count(), 2);
+        QVERIFY(formatter.displayDropFrames());
+        QCOMPARE(formatter.timecodeStart(), Time(25));
+    }
 
-    QSignalSpy changed(&formatter, &TimeFormatter::timeFormatChanged);
-    entry(chooser, "CF")->trigger();
-    QCOMPARE(changed.count(), 1);
-    QCOMPARE(field.text(), QStringLiteral("1051")); // the start of frames
-    QCOMPARE(chooser.text(), QStringLiteral("TF"));
-    chooser.showFrames();
-    chooser.setTimeDisplay(false, false, 1001, 25);
-    QCOMPARE(changed.count(), 1);
-    chooser.setTimeDisplayFormat(true, true);
-    QCOMPARE(changed.count(), 2);
-    QVERIFY(formatter.displayDropFrames());
-    QCOMPARE(formatter.timecodeStart(), Time(25));
-}
+    void followsTheFormatter() {
+        auto* formatter = new TimeFormatter;
+        TimeFormatChooser chooser(formatter);
+        formatter->setTimeDisplayFormat(false, true);
+        QCOMPARE(entries(chooser), QStringLiteral("TC AC EC CF*"));
 
-void TimeFormatChooserTest::followsTheFormatter() {
-    auto* formatter = new TimeFormatter;
-    TimeFormatChooser chooser(formatter);
-    formatter->setTimeDisplayFormat(false, true);
-    QCOMPARE(chooser.displayTimecode(), false);
-    QCOMPARE(chooser.displayDropFrames(), true);
-    QCOMPARE(entries(chooser), QStringLiteral("TC AC EC CF*"));
+        // What the host gives to the formatter survives the user's choice.
+        formatter->setTimecodeStart(77);
+        chooser.showTimecode();
+        chooser.showFrames();
+        QCOMPARE(formatter->timecodeStart(), Time(77));
 
-    // What the host gives to the formatter survives the user's choice.
-    formatter->setTimecodeStart(77);
-    chooser.showTimecode();
-    chooser.showFrames();
-    QCOMPARE(formatter->timecodeStart(), Time(77));
-
-    delete formatter;
-    chooser.showTimecode();
-    QCOMPARE(chooser.text(), QStringLiteral("TC"));
-}
+        delete formatter;
+        chooser.showTimecode();
+        QCOMPARE(chooser.text(), QStringLiteral("TC"));
+    }
+};
 
 KXUI_TEST(TimeFormatChooserTest);
 #include "TimeFormatChooserTest.moc"

@@ -19,14 +19,9 @@ private Q_SLOTS:
         const TimeSliderTime least = -TimeSliderTime::Max;
         QVERIFY(max + 1 == max);
         QVERIFY(least - 1 == least);
-        QVERIFY(least + least == least);
         QVERIFY(least - max == least);
         QVERIFY(max - least == max);
         QVERIFY(max - max == 0);
-        TimeSliderTime time = 5;
-        time += 7;
-        time -= 2;
-        QCOMPARE(time.time(), 10);
     }
 
     void invalidPropagatesAndComparesFalse() {
@@ -39,8 +34,6 @@ private Q_SLOTS:
         QCOMPARE(TimeSliderTime(7) / none, 1);
         for (const TimeSliderTime& other : {none, TimeSliderTime(0)})
             QVERIFY(!(none < other || none > other || none <= other || none >= other));
-        QVERIFY(none == TimeSliderTime());
-        QVERIFY(none != 0);
     }
 
     void quotientsAndProducts() {

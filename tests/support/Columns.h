@@ -1,0 +1,21 @@
+#pragma once
+
+#include <QtTest>
+
+namespace Kestrel::Test {
+
+/** The columns of a data-driven test; called with a name and a value for each, it adds a row. */
+template <class... Types>
+class Columns {
+public:
+    template <class... Names>
+    explicit Columns(Names... names) {
+        (QTest::addColumn<Types>(names), ...);
+    }
+
+    void operator()(const char* row, const Types&... values) const {
+        (QTest::newRow(row) << ... << values);
+    }
+};
+
+} // namespace Kestrel::Test
