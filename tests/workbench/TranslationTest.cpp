@@ -1,12 +1,15 @@
 #include "app/Language.h"
 #include "app/MainWindow.h"
+#include "workspace/BuiltInLayouts.h"
 
 #include <KxUI/curves/Curve.h>
 #include <KxUI/dock/DockMainWindow.h>
 
 #include <support/TestRegistry.h>
 
+#include <QAbstractButton>
 #include <QFile>
+#include <QLabel>
 #include <QMenu>
 #include <QMenuBar>
 #include <QRegularExpression>
@@ -129,6 +132,21 @@ void TranslationTest::germanWorkbench() {
         }
     }
     QVERIFY(germanTexts > 30);
+
+    // A text whose translation is not found where it is looked for stays English.
+    QSet<QString> english;
+    for (const Entry& entry :
+         readCatalog(QStringLiteral("workbench/translations/kxui-workbench_de.ts"))) {
+        if (!translated.contains(entry.source))
+            english.insert(entry.source);
+    }
+    for (const Workbench::BuiltInLayout& layout : Workbench::builtInLayouts()) {
+        window.arrange(layout);
+        for (const auto* button : window.findChildren<QAbstractButton*>())
+            QVERIFY2(!english.contains(button->text()), qPrintable(button->text()));
+        for (const auto* label : window.findChildren<QLabel*>())
+            QVERIFY2(!english.contains(label->text()), qPrintable(label->text()));
+    }
 
     // What is written for programs to read is the same in every language.
     QLocale::setDefault(QLocale(QLocale::German));

@@ -39,9 +39,10 @@ constexpr int thirdOfAStop = 20;
 constexpr double mostGain = 16.0;
 
 const char* curveName(int slot) {
-    constexpr const char* names[] = {
-        QT_TRANSLATE_NOOP("GradePanel", "Red"), QT_TRANSLATE_NOOP("GradePanel", "Green"),
-        QT_TRANSLATE_NOOP("GradePanel", "Blue"), QT_TRANSLATE_NOOP("GradePanel", "Master")};
+    constexpr const char* names[] = {QT_TRANSLATE_NOOP("Kestrel::Workbench::GradePanel", "Red"),
+                                     QT_TRANSLATE_NOOP("Kestrel::Workbench::GradePanel", "Green"),
+                                     QT_TRANSLATE_NOOP("Kestrel::Workbench::GradePanel", "Blue"),
+                                     QT_TRANSLATE_NOOP("Kestrel::Workbench::GradePanel", "Master")};
     return names[slot];
 }
 

@@ -201,6 +201,113 @@
     </message>
 </context>
 <context>
+    <name>Kestrel::Workbench::GradePanel</name>
+    <message>
+        <source>Bypass</source>
+        <translation>Umgehen</translation>
+    </message>
+    <message>
+        <source>Shows the sequence without its grade</source>
+        <translation>Zeigt die Sequenz ohne ihre Farbkorrektur</translation>
+    </message>
+    <message>
+        <source>grade</source>
+        <translation>Farbkorrektur</translation>
+    </message>
+    <message>
+        <source>Reset All</source>
+        <translation>Alles zurücksetzen</translation>
+    </message>
+    <message>
+        <source>Gain</source>
+        <translation>Gain</translation>
+    </message>
+    <message>
+        <source>Left button: colour, on the ring value. F1 tells the rest.</source>
+        <translation>Linke Taste: Farbe, auf dem Ring der Wert. F1 erklärt den Rest.</translation>
+    </message>
+    <message>
+        <source>%1 gain</source>
+        <translation>Gain %1</translation>
+    </message>
+    <message>
+        <source>gain</source>
+        <translation>Gain</translation>
+    </message>
+    <message>
+        <source>Exposure</source>
+        <translation>Belichtung</translation>
+    </message>
+    <message>
+        <source>Multiplies the light</source>
+        <translation>Multipliziert das Licht</translation>
+    </message>
+    <message>
+        <source>Exposure in stops</source>
+        <translation>Belichtung in Blendenstufen</translation>
+    </message>
+    <message>
+        <source>exposure</source>
+        <translation>Belichtung</translation>
+    </message>
+    <message>
+        <source>Stops</source>
+        <translation>Blenden</translation>
+    </message>
+    <message>
+        <source>Reset</source>
+        <translation>Zurücksetzen</translation>
+    </message>
+    <message>
+        <source>Reset %1 Curve</source>
+        <translation>Kurve %1 zurücksetzen</translation>
+    </message>
+    <message>
+        <source>Curves</source>
+        <translation>Kurven</translation>
+    </message>
+    <message>
+        <source>YCbCr preview</source>
+        <translation>YCbCr-Vorschau</translation>
+    </message>
+    <message>
+        <source>Shows what 8-bit 4:2:2 keeps of the picture</source>
+        <translation>Zeigt, was 8-Bit-4:2:2 vom Bild übrig lässt</translation>
+    </message>
+    <message>
+        <source>Off</source>
+        <translation>Aus</translation>
+    </message>
+    <message>
+        <source>Reset %1</source>
+        <translation>%1 zurücksetzen</translation>
+    </message>
+    <message>
+        <source>%1 Curve: %2</source>
+        <translation>Kurve %1: %2</translation>
+    </message>
+    <message>
+        <source>%1 curve</source>
+        <translation>Kurve %1</translation>
+    </message>
+    <message>
+        <source>Blue</source>
+        <translation>Blau</translation>
+    </message>
+    <message>
+        <source>Master</source>
+        <translation>Master</translation>
+    </message>
+    <message>
+        <source>Red</source>
+        <translation>Rot</translation>
+    </message>
+    <message>
+        <source>Green</source>
+        <translation>Grün</translation>
+    </message>
+</context>
+<context>
     <name>Kestrel::Workbench::HelpDesk</name>
     <message>
         <source>&amp;Help on This Panel</source>
@@ -225,6 +332,13 @@
     <message>
         <source>Help</source>
         <translation>Hilfe</translation>
+    </message>
+</context>
+<context>
+    <name>Kestrel::Workbench::HistoryPanel</name>
+    <message>
+        <source>History</source>
+        <translation>Verlauf</translation>
     </message>
 </context>
 <context>
@@ -420,6 +534,14 @@
     <message>
         <source>The last workspace could not be restored. %1</source>
         <translation>Die letzte Arbeitsfläche ließ sich nicht herstellen. %1</translation>
+    </message>
+    <message>
+        <source>&amp;Edit</source>
+        <translation>&amp;Bearbeiten</translation>
+    </message>
+    <message>
+        <source>&amp;Bypass Grade</source>
+        <translation>Farbkorrektur &amp;umgehen</translation>
     </message>
 </context>
 <context>
@@ -662,6 +784,14 @@
     <message>
         <source>Timeline</source>
         <translation>Zeitleiste</translation>
+    </message>
+    <message>
+        <source>Grade</source>
+        <translation>Farbkorrektur</translation>
+    </message>
+    <message>
+        <source>History</source>
+        <translation>Verlauf</translation>
     </message>
 </context>
 <context>
