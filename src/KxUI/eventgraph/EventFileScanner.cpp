@@ -5,6 +5,7 @@
 #include <QIODevice>
 #include <QTextCodec>
 
+#include <algorithm>
 #include <cstring>
 #include <limits>
 
@@ -166,7 +167,8 @@ public:
         : m_device(device) {}
 
     std::optional<EventFile> scan() {
-        m_block.resize(blockSize);
+        // No more than a small file needs, which is room for one byte beyond its end.
+        m_block.resize(std::min(blockSize, std::size_t(m_device->bytesAvailable()) + 1));
         while (m_next != Next::End) {
             Cursor cursor(m_block.data() + m_from, m_block.data() + m_to);
             element(cursor);
