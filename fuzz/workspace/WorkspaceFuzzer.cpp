@@ -13,6 +13,7 @@
 #include <QTimer>
 
 #include <cstdio>
+#include <functional>
 #include <random>
 
 #include <sys/time.h>
@@ -25,11 +26,15 @@ namespace {
 /** Random operations on a workspace and on its model, side by side. */
 class Fuzzer {
 public:
-    explicit Fuzzer(unsigned seed)
-        : m_random(seed) {
-        m_workspace.setSplitPanelsByDragging(seed % 2);
-        m_workspace.setTabsAreClosable(seed % 3 == 0);
-        m_workspace.setHideSingleTabs(seed % 5 == 0);
+    /** A number below its argument, which is 2 or more. */
+    using Numbers = std::function<int(int)>;
+
+    explicit Fuzzer(Numbers numbers)
+        : m_numbers(std::move(numbers)) {
+        m_workspace.setSplitPanelsByDragging(chance(2));
+        m_workspace.setTabsAreClosable(chance(3));
+        m_workspace.setHideSingleTabs(chance(5));
+        m_workspace.resize(400, 300); // there is more to paint in a larger one, not more to find
         m_workspace.show();
         addPane();
     }
@@ -68,9 +73,7 @@ private:
         return all;
     }
 
-    int number(int below) {
-        return below <= 1 ? 0 : int(std::uniform_int_distribution<>(0, below - 1)(m_random));
-    }
+    int number(int below) { return below <= 1 ? 0 : m_numbers(below); }
     bool chance(int of) { return number(of) == 0; }
     template <class Item>
     Item pick(const QVector<Item>& list) {
@@ -346,7 +349,7 @@ private:
         m_model.take(name);
     }
 
-    std::mt19937 m_random;
+    Numbers m_numbers;
     Workspace m_workspace;
     ModelTree m_model;
     QByteArray m_saved;
@@ -411,11 +414,30 @@ bool isSane(const Workspace& workspace, const QByteArray& document) {
 namespace Kestrel::Fuzz {
 
 QString runOperations(unsigned seed, int steps) {
-    Fuzzer fuzzer(seed);
+    std::mt19937 random(seed);
+    Fuzzer fuzzer(
+        [&](int below) { return int(std::uniform_int_distribution<>(0, below - 1)(random)); });
     for (int i = 0; i < steps; ++i) {
         const QString trouble = fuzzer.step();
         if (!trouble.isEmpty())
             return QStringLiteral("seed %1 step %2, %3").arg(seed).arg(i).arg(trouble);
+    }
+    return {};
+}
+
+QString runOperations(std::string_view bytes) {
+    Fuzzer fuzzer([&](int below) {
+        int number = 0;
+        for (int room = below - 1; room > 0 && !bytes.empty(); room /= 256) {
+            number = number * 256 + static_cast<unsigned char>(bytes.front());
+            bytes.remove_prefix(1);
+        }
+        return number % below;
+    });
+    while (!bytes.empty()) {
+        const QString trouble = fuzzer.step();
+        if (!trouble.isEmpty())
+            return trouble;
     }
     return {};
 }

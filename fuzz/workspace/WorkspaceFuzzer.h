@@ -3,11 +3,16 @@
 #include <QByteArray>
 #include <QString>
 
+#include <string_view>
+
 namespace Kestrel::Fuzz {
 
 /** Random operations on a workspace and on its model, side by side, each followed by a look over
    the whole workspace. Returns what went wrong, empty when all went well. */
 QString runOperations(unsigned seed, int steps);
+
+/** The same with operations chosen by bytes, until there are no more. */
+QString runOperations(std::string_view bytes);
 
 /** One layout document with a little of everything in it. */
 QByteArray sampleLayout();
