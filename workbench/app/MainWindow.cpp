@@ -179,7 +179,7 @@ void MainWindow::makePlaybackMenu() {
             [play](bool playing) { play->setText(playing ? tr("&Stop") : tr("&Play")); });
     addItem(menu, tr("Play &Backwards"), QKeySequence(Qt::Key_J), player,
             [player] { player->play(-1); });
-    addItem(menu, tr("S&top"), QKeySequence(Qt::Key_K), player, &Player::stop);
+    addItem(menu, tr("St&op"), QKeySequence(Qt::Key_K), player, &Player::stop);
     addItem(menu, tr("Play For&wards"), QKeySequence(Qt::Key_L), player,
             [player] { player->play(1); });
     makeRepeatMenu(menu->addMenu(tr("&Repeat")));

@@ -1,6 +1,9 @@
 #include "app/Theme.h"
 
+#include <KxUI/kit/IconFactory.h>
+
 #include <QApplication>
+#include <QProxyStyle>
 #include <QStyleFactory>
 #include <QToolTip>
 
@@ -19,6 +22,22 @@ constexpr Shades darkShades{0xff2d2d2d, 0xff232323, 0xff282828, 0xff3a3a3a, 0xff
 constexpr Shades lightShades{0xffd8d8d8, 0xffececec, 0xffe4e4e4, 0xffdedede, 0xff1e1e1e,
                              0xff848484, 0xff5b82ab, 0xffffffff, 0xfff4f4f4, 0xffe6e6e6,
                              0xffb4b4b4, 0xff7c7c7c, 0xff5a5a5a};
+
+/** Fusion with icons on the panes that follow the palette and the scale, which its own do not. */
+class Style : public QProxyStyle {
+public:
+    Style()
+        : QProxyStyle(QStyleFactory::create(QStringLiteral("Fusion"))) {}
+
+    QIcon standardIcon(StandardPixmap which, const QStyleOption* option,
+                       const QWidget* widget) const override {
+        if (which == SP_TitleBarCloseButton)
+            return UI::IconFactory::icon(QStringLiteral("PaneClose"));
+        if (which == SP_TitleBarNormalButton)
+            return UI::IconFactory::icon(QStringLiteral("PaneFloat"));
+        return QProxyStyle::standardIcon(which, option, widget);
+    }
+};
 
 } // namespace
 
@@ -54,7 +73,7 @@ QPalette themePalette(Theme theme) {
 }
 
 void applyTheme(Theme theme) {
-    QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+    QApplication::setStyle(new Style);
     const QPalette palette = themePalette(theme);
     QApplication::setPalette(palette);
     QToolTip::setPalette(palette);

@@ -26,6 +26,7 @@ TimelinePanel::TimelinePanel(Session* session, QWidget* parent)
     layout->setContentsMargins(4, 2, 4, 2);
     layout->addWidget(m_slider);
     layout->addWidget(m_transportRow);
+    layout->addStretch(1); // a tall pane leaves them together at its top
     applyColors();
 
     connect(session, &Session::frameCached, m_slider,

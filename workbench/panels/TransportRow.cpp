@@ -22,6 +22,7 @@ TransportRow::TransportRow(Session* session, QWidget* parent)
     , m_transport(new TransportControlsWidget)
     , m_jogWheel(new UI::JogWheel) {
     setObjectName(QStringLiteral("TransportRow"));
+    setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
     setFocusPolicy(Qt::ClickFocus); // where the time field puts the focus at Escape
 
     Navigator* navigator = session->navigator();

@@ -380,7 +380,7 @@
         <translation>&amp;Rückwärts abspielen</translation>
     </message>
     <message>
-        <source>S&amp;top</source>
+        <source>St&amp;op</source>
         <translation>&amp;Stopp</translation>
     </message>
     <message>
@@ -735,7 +735,7 @@
         <translation>Bereich &amp;ausdehnen</translation>
     </message>
     <message>
-        <source>Show &amp;Tabs</source>
+        <source>Show Ta&amp;bs</source>
         <translation>Reiter a&amp;nzeigen</translation>
     </message>
     <message>

@@ -5,12 +5,17 @@
 
 #include <KxUI/dock/Dock.h>
 #include <KxUI/dock/DockSplitter.h>
+#include <KxUI/dock/TitleBarButton.h>
 #include <KxUI/settings/AppSettings.h>
 
 #include <QBuffer>
+#include <QEvent>
 #include <QFile>
 #include <QSaveFile>
 #include <QStackedWidget>
+
+#include <algorithm>
+#include <utility>
 
 namespace Kestrel::Workbench {
 
@@ -47,14 +52,16 @@ Workspace::Workspace(Session* session)
     setSplitPanelsByDragging(true);
     setHighlightCurrentTab(true);
     connect(this, &DockMainWindow::widgetRemoved, this,
-            [this](UI::Dock* dock, QWidget* page) { m_homes.insert(page->objectName(), dock); });
+            [this](UI::Dock* dock, QWidget* page) { m_homes[page->objectName()].pane = dock; });
     // A page comes into its window before the window is known to float.
-    const auto nameLater = [this](auto signal) {
-        connect(this, signal, this, &Workspace::nameWindows, Qt::QueuedConnection);
+    const auto later = [this](auto signal, void (Workspace::*act)()) {
+        connect(this, signal, this, act, Qt::QueuedConnection);
     };
-    nameLater(&DockMainWindow::widgetAdded);
-    nameLater(&DockMainWindow::widgetRemoved);
-    nameLater(&DockMainWindow::widgetActivated);
+    later(&DockMainWindow::widgetAdded, &Workspace::nameWindows);
+    later(&DockMainWindow::widgetRemoved, &Workspace::nameWindows);
+    later(&DockMainWindow::widgetActivated, &Workspace::nameWindows);
+    later(&DockMainWindow::widgetAdded, &Workspace::settle);
+    later(&DockMainWindow::widgetRemoved, &Workspace::settle);
 }
 
 Workspace::~Workspace() {
@@ -83,6 +90,15 @@ QWidget* Workspace::page(const QString& id) {
     return page;
 }
 
+/** Gives the panes of a window their room again, if another than `dock` has all of it. */
+void Workspace::endExpansion(const QWidget* window, const UI::Dock* dock) {
+    const auto all = docks();
+    for (UI::Dock* other : all) {
+        if (other != dock && other->window() == window)
+            other->setExpanded(false);
+    }
+}
+
 QWidget* Workspace::createPage(QString& id) {
     return page(id);
 }
@@ -107,11 +123,7 @@ void Workspace::showPage(const QString& id) {
         home->addWidget(wanted, true, false);
     }
     home->setCurrentWidget(wanted);
-    const auto all = docks();
-    for (UI::Dock* dock : all) {
-        if (dock != home && dock->window() == home->window())
-            dock->setExpanded(false);
-    }
+    endExpansion(home->window(), home);
     makeRoom(home);
     if (isVisible()) {
         home->window()->show();
@@ -129,15 +141,110 @@ void Workspace::closePage(const QString& id) {
 
 UI::Dock* Workspace::homeOf(const QString& id) {
     const auto all = docks();
-    for (UI::Dock* dock : {m_homes.value(id).data(), activeDock()}) {
+    const Home home = m_homes.value(id);
+    for (UI::Dock* dock : {home.pane.data(), home.docked.data()}) {
         if (dock && all.contains(dock))
             return dock;
     }
-    if (!all.isEmpty())
-        return all.first();
+    if (UI::Dock* reopened = reopen(home))
+        return reopened;
+    if (UI::Dock* active = activeDock())
+        return active;
+    const auto here = panes();
+    if (!here.isEmpty())
+        return here.first();
     UI::Dock* fresh = createDock();
     addWidget(fresh);
     return fresh;
+}
+
+/** A new pane where one was that has closed; null when the place is gone, too. */
+UI::Dock* Workspace::reopen(const Home& home) {
+    if (!home.splitter || home.splitter->window() != this)
+        return nullptr;
+    UI::Dock* fresh = createDock();
+    fresh->setSizePolicy(home.policy);
+    home.splitter->insertWidget(std::min(home.index, home.splitter->count()), fresh);
+    if (home.sizes.size() == home.splitter->count())
+        home.splitter->setSizes(home.sizes);
+    return fresh;
+}
+
+UI::Dock* Workspace::createDock() {
+    UI::Dock* dock = DockMainWindow::createDock();
+    connect(dock->stack(), &QStackedWidget::widgetRemoved, dock, [this, dock] {
+        if (dock->count() == 0)
+            m_emptied.append(dock);
+    });
+    // The button closes tabs; where there are none, it closes the pane.
+    const auto buttons = dock->findChildren<UI::TitleBarButton*>();
+    connect(buttons.last(), &QPushButton::clicked, dock, [this, dock] { closeEmpty(dock); });
+    dock->installEventFilter(this);
+    return dock;
+}
+
+bool Workspace::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::Close) {
+        auto* dock = static_cast<UI::Dock*>(watched);
+        endExpansion(dock->window(), nullptr);
+        keepPlace(dock);
+    }
+    return DockMainWindow::eventFilter(watched, event);
+}
+
+/** Whether a page is on its way from pane to pane, and a window of its own meanwhile. */
+bool Workspace::isDragging() const {
+    return std::any_of(m_pages.begin(), m_pages.end(), [](const QPointer<QWidget>& page) {
+        return page && page->isWindow() && page->isVisible();
+    });
+}
+
+/** After pages have come and gone: notes where those in the main window are, and closes the panes
+    that are left with none. */
+void Workspace::settle() {
+    // What is dragged may come back.
+    if (isDragging())
+        return;
+    const auto docked = panes();
+    for (UI::Dock* dock : docked) {
+        for (int i = 0; i < dock->count(); ++i)
+            m_homes[dock->widget(i)->objectName()].docked = dock;
+    }
+    const auto emptied = std::exchange(m_emptied, {});
+    for (const QPointer<UI::Dock>& dock : emptied) {
+        if (dock)
+            closeEmpty(dock);
+    }
+}
+
+void Workspace::closeEmpty(UI::Dock* dock) {
+    const bool isLast = dock->dockWindow() == this && dock->singlePanel();
+    if (dock->count() > 0 || isLast || !docks().contains(dock))
+        return;
+    if (activeDock() == dock)
+        nextDock();
+    dock->close();
+}
+
+/** Before a pane closes: where its pages, and those that have left it, find their place again. */
+void Workspace::keepPlace(UI::Dock* dock) {
+    // What stands in the splitter may be a branch that this pane is the last of.
+    QWidget* child = dock;
+    auto* splitter = qobject_cast<UI::DockSplitter*>(dock->parentWidget());
+    while (splitter && splitter->count() == 1) {
+        child = splitter;
+        splitter = qobject_cast<UI::DockSplitter*>(splitter->parentWidget());
+    }
+    if (!splitter)
+        return;
+    for (Home& home : m_homes) {
+        if (home.docked != dock)
+            continue;
+        home.splitter = splitter;
+        home.index = splitter->indexOf(child);
+        home.sizes = splitter->realSizes();
+        home.policy = child->sizePolicy();
+    }
 }
 
 void Workspace::arrange(const BuiltInLayout& layout) {

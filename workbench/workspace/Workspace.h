@@ -4,7 +4,12 @@
 
 #include <QHash>
 #include <QPointer>
+#include <QSizePolicy>
 #include <QString>
+
+namespace Kestrel::UI {
+class DockSplitter;
+}
 
 namespace Kestrel::Workbench {
 
@@ -12,7 +17,8 @@ struct BuiltInLayout;
 class Session;
 
 /** A window whose panels are pages in panes: made by id when they are first needed, kept while they
-    are closed, so that they come back as they were, and arranged by layouts. */
+    are closed, so that they come back as they were, and arranged by layouts. A pane closes when the
+    last of its pages leaves it, as long as the main window has another. */
 class Workspace : public UI::DockMainWindow {
     Q_OBJECT
 
@@ -57,25 +63,48 @@ public:
     bool recall(QString* problem);
 
     QWidget* createPage(QString& id) override;
+    UI::Dock* createDock() override;
 
 signals:
     /** A panel was made. */
     void pageMade(const QString& id, QWidget* page);
 
 protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
     /** Destroys every panel. For a destructor that is about to destroy what they work on. */
     void destroyPages();
 
 private:
+    /** Where a page goes that is opened again: the first of these that there still is. */
+    struct Home {
+        /** The pane that it was taken out of last. */
+        QPointer<UI::Dock> pane;
+        /** The one that it was in last in the main window. */
+        QPointer<UI::Dock> docked;
+        // For the latter when it has closed, where it stood and what it had there.
+        QPointer<UI::DockSplitter> splitter;
+        int index = 0;
+        QList<int> sizes;
+        QSizePolicy policy;
+    };
+
     QString restore(QIODevice* device);
     QString restore(QByteArray document);
     UI::Dock* homeOf(const QString& id);
+    UI::Dock* reopen(const Home& home);
+    void endExpansion(const QWidget* window, const UI::Dock* dock);
+    bool isDragging() const;
+    void settle();
+    void closeEmpty(UI::Dock* dock);
+    void keepPlace(UI::Dock* dock);
     void nameWindows();
 
     Session* m_session;
     QHash<QString, QPointer<QWidget>> m_pages;
-    /** The pane that a page was taken out of last. */
-    QHash<QString, QPointer<UI::Dock>> m_homes;
+    QHash<QString, Home> m_homes;
+    /** Panes that lost their last page and may close. */
+    QVector<QPointer<UI::Dock>> m_emptied;
 };
 
 } // namespace Kestrel::Workbench

@@ -87,7 +87,7 @@ void WorkspaceMenu::addPaneActions() {
                              [](UI::Dock* dock) { dock->setExpanded(!dock->isExpanded()); });
     m_expand->setCheckable(true);
     m_showTabs =
-        addPaneAction(tr("Show &Tabs"), QStringLiteral("Ctrl+Shift+T"),
+        addPaneAction(tr("Show Ta&bs"), QStringLiteral("Ctrl+Shift+T"),
                       [](UI::Dock* dock) { dock->setTitleVisible(!dock->titleVisible()); });
     m_showTabs->setCheckable(true);
     addPaneAction(tr("T&urn Splitter"), QString(), [](UI::Dock* dock) { dock->transposeDock(); });

@@ -79,6 +79,13 @@ QMap<QString, IconPaths> makeIcons() {
     face.addEllipse(3, 3, 10, 10);
     const IconPaths clock{(rim - face) | box(8, 4, 1, 5) | box(8, 8, 4, 1), face};
 
+    // On the title bar of a pane.
+    const IconPaths cross{polygon({{4, 5}, {5, 4}, {12, 11}, {11, 12}}) |
+                              polygon({{11, 4}, {12, 5}, {5, 12}, {4, 11}}),
+                          {}};
+    const QPainterPath front = box(3, 6, 7, 7);
+    const IconPaths windows{front - box(4, 8, 5, 4), (box(6, 3, 7, 7) - box(7, 5, 5, 4)) - front};
+
     QMap<QString, IconPaths> icons;
     const auto both = [&icons](const char* backward, const char* forward, const IconPaths& paths) {
         icons.insert(QLatin1String(forward), paths);
@@ -96,6 +103,8 @@ QMap<QString, IconPaths> makeIcons() {
     icons.insert(QStringLiteral("PageTimeline"), ruler);
     icons.insert(QStringLiteral("PageGrade"), sliders);
     icons.insert(QStringLiteral("PageHistory"), clock);
+    icons.insert(QStringLiteral("PaneClose"), cross);
+    icons.insert(QStringLiteral("PaneFloat"), windows);
     // The panes' menus name their icons by these paths.
     icons.insert(QStringLiteral(":/ui/qrc/images/HSplit.png"), turned(split));
     icons.insert(QStringLiteral(":/ui/qrc/images/VSplit.png"), split);
