@@ -163,6 +163,7 @@ UI::Dock* Workspace::reopen(const Home& home) {
     if (!home.splitter || home.splitter->window() != this)
         return nullptr;
     UI::Dock* fresh = createDock();
+    fresh->setObjectName(home.id);
     fresh->setSizePolicy(home.policy);
     home.splitter->insertWidget(std::min(home.index, home.splitter->count()), fresh);
     if (home.sizes.size() == home.splitter->count())
@@ -240,6 +241,7 @@ void Workspace::keepPlace(UI::Dock* dock) {
     for (Home& home : m_homes) {
         if (home.docked != dock)
             continue;
+        home.id = dock->objectName();
         home.splitter = splitter;
         home.index = splitter->indexOf(child);
         home.sizes = splitter->realSizes();

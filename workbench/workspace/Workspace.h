@@ -82,7 +82,8 @@ private:
         QPointer<UI::Dock> pane;
         /** The one that it was in last in the main window. */
         QPointer<UI::Dock> docked;
-        // For the latter when it has closed, where it stood and what it had there.
+        // For the latter when it has closed, where it stood and what it was there.
+        QString id;
         QPointer<UI::DockSplitter> splitter;
         int index = 0;
         QList<int> sizes;
