@@ -1,18 +1,21 @@
 #include "robot/Robot.h"
 
 #include "app/MainWindow.h"
+#include "panels/CurveView.h"
 #include "panels/FolderModel.h"
 #include "panels/SequenceListPanel.h"
 #include "panels/TimelinePanel.h"
 #include "robot/Heap.h"
 #include "workspace/BuiltInLayouts.h"
 
+#include <KxUI/color/ColorWheel.h>
 #include <KxUI/dock/Dock.h>
 #include <KxUI/dock/DockTabBar.h>
 #include <KxUI/dock/DockWindow.h>
 #include <KxUI/eventgraph/EventGraph.h>
 #include <KxUI/eventgraph/EventGraphView.h>
 #include <KxUI/time/TimeSlider.h>
+#include <KxUI/values/LogSlider.h>
 
 #include <QAction>
 #include <QApplication>
@@ -82,13 +85,13 @@ Robot::Robot(MainWindow* window, unsigned seed, int minutes)
     std::printf("minute   steps   heap KiB   widgets   objects\n");
 }
 
-int Robot::upTo(int most) {
-    return most <= 0 ? 0 : int(m_random() % (unsigned(most) + 1));
+int Robot::below(int many) {
+    return many <= 0 ? 0 : int(m_random() % unsigned(many));
 }
 
 QPoint Robot::pointIn(const QRect& rect) {
-    const int x = upTo(rect.width() - 1);
-    return rect.topLeft() + QPoint(x, upTo(rect.height() - 1));
+    const int x = below(rect.width());
+    return rect.topLeft() + QPoint(x, below(rect.height()));
 }
 
 QWidget* Robot::anyWidget() {
@@ -100,35 +103,32 @@ QWidget* Robot::anyWidget() {
     }
     if (windows.isEmpty())
         return nullptr;
-    QWidget* window = windows.at(upTo(windows.size() - 1));
+    QWidget* window = windows.at(below(windows.size()));
     QWidget* child = window->childAt(pointIn(window->rect()));
     return child ? child : window;
 }
 
 UI::Dock* Robot::anyDock() {
     const auto docks = m_window->docks();
-    return docks.isEmpty() ? nullptr : docks.at(upTo(docks.size() - 1));
+    return docks.isEmpty() ? nullptr : docks.at(below(docks.size()));
 }
 
 void Robot::step() {
     if (m_clock.elapsed() >= qint64(m_minute + 1) * 60000)
         return rest();
-    using Deed = void (Robot::*)();
-    static const std::vector<std::pair<int, Deed>> deeds{
-        {20, &Robot::click},  {10, &Robot::drag},    {5, &Robot::wheel},  {10, &Robot::type},
-        {20, &Robot::scrub},  {15, &Robot::trigger}, {2, &Robot::open},   {6, &Robot::tear},
-        {6, &Robot::dragTab}, {4, &Robot::arrange},  {2, &Robot::profile}};
-    int sum = 0;
-    for (const auto& [weight, deed] : deeds)
-        sum += weight;
-    int lot = upTo(sum - 1);
-    for (const auto& [weight, deed] : deeds) {
-        if (lot < weight) {
-            ++m_steps;
-            return (this->*deed)();
-        }
-        lot -= weight;
-    }
+    static const std::vector<Deed> lots = [] {
+        const std::pair<std::size_t, Deed> deeds[] = {
+            {20, &Robot::click},  {10, &Robot::drag},    {5, &Robot::wheel},   {10, &Robot::type},
+            {20, &Robot::scrub},  {15, &Robot::trigger}, {2, &Robot::open},    {6, &Robot::tear},
+            {6, &Robot::dragTab}, {4, &Robot::arrange},  {2, &Robot::profile}, {8, &Robot::grade},
+            {6, &Robot::undo}};
+        std::vector<Deed> all;
+        for (const auto& [weight, deed] : deeds)
+            all.insert(all.end(), weight, deed);
+        return all;
+    }();
+    ++m_steps;
+    (this->*lots[std::size_t(below(int(lots.size())))])();
 }
 
 /** Menus, boxes and dialogs wait for an answer in loops of their own. */
@@ -157,6 +157,13 @@ void Robot::rest() {
     m_window->arrange(builtInLayouts().front());
     m_window->setTheme(Theme::Dark);
     session->open(Sequence());
+    // A history is no leak, but it grows.
+    UI::MultiStackUndoGroup* history = session->grades()->group();
+    const auto projects = history->projects();
+    for (UI::UndoableProject* project : projects) {
+        history->removeProject(project);
+        history->addProject(project);
+    }
     QTimer::singleShot(restMs, this, &Robot::count);
 }
 
@@ -179,7 +186,7 @@ void Robot::click() {
     const Qt::MouseButton button = oneIn(6) ? Qt::RightButton : Qt::LeftButton;
     static const Qt::KeyboardModifier modifiers[] = {Qt::ShiftModifier, Qt::ControlModifier,
                                                      Qt::AltModifier};
-    const auto modifier = oneIn(4) ? modifiers[upTo(2)] : Qt::NoModifier;
+    const auto modifier = oneIn(4) ? modifiers[below(3)] : Qt::NoModifier;
     send(widget, QEvent::MouseButtonPress, at, button, button, modifier);
     if (widget)
         send(widget, QEvent::MouseButtonRelease, at, button, Qt::NoButton, modifier);
@@ -195,8 +202,16 @@ void Robot::dragOn(QWidget* widget, const QPoint& from, const QPoint& to) {
     constexpr int moves = 12;
     const QPointer<QWidget> held(widget);
     send(held, QEvent::MouseButtonPress, from, Qt::LeftButton, Qt::LeftButton);
-    for (int i = 1; held && i <= moves; ++i)
-        send(held, QEvent::MouseMove, from + (to - from) * i / moves, Qt::NoButton, Qt::LeftButton);
+    const int interrupted = oneIn(6) ? below(moves) : -1;
+    for (int i = 0; held && i < moves; ++i) {
+        send(held, QEvent::MouseMove, from + (to - from) * (i + 1) / moves, Qt::NoButton,
+             Qt::LeftButton);
+        // The other hand is on the keyboard.
+        if (i == interrupted) {
+            static constexpr Deed deeds[] = {&Robot::type, &Robot::undo, &Robot::trigger};
+            (this->*deeds[below(3)])();
+        }
+    }
     if (held)
         send(held, QEvent::MouseButtonRelease, to, Qt::LeftButton, Qt::NoButton);
 }
@@ -224,7 +239,7 @@ void Robot::type() {
                                Qt::Key_Home,  Qt::Key_Backspace, Qt::Key_Escape, Qt::Key_1,
                                Qt::Key_0,     Qt::Key_5,         Qt::Key_Plus,   Qt::Key_Minus,
                                Qt::Key_Colon, Qt::Key_A};
-    const int key = keys[upTo(int(std::size(keys)) - 1)];
+    const int key = keys[below(int(std::size(keys)))];
     const QString text = key < 0x80 ? QString(QChar(key)) : QString();
     for (const auto type : {QEvent::KeyPress, QEvent::KeyRelease}) {
         if (QWidget* focus = QApplication::focusWidget()) {
@@ -246,13 +261,13 @@ void Robot::trigger() {
     // The last menu is about help, which opens a browser.
     collect(menus.mid(0, menus.size() - 1), actions);
     if (!actions.isEmpty())
-        actions.at(upTo(actions.size() - 1))->trigger();
+        actions.at(below(actions.size()))->trigger();
 }
 
 void Robot::open() {
     const FolderModel* model = m_window->list()->model();
     if (const int rows = model->rowCount(); rows > 0) {
-        const int row = upTo(rows - 1);
+        const int row = below(rows);
         if (!model->isFolder(row))
             m_window->session()->open(model->sequence(row));
     }
@@ -266,7 +281,7 @@ void Robot::tear() {
         return;
     if (m_window->floatingWindows().size() > mostWindows)
         return arrange();
-    switch (upTo(7)) {
+    switch (below(8)) {
     case 0:
         return dock->floatDock();
     case 1:
@@ -284,7 +299,7 @@ void Robot::tear() {
         return;
     case 6:
         if (dock->count() > 0)
-            dock->closeTab(upTo(dock->count() - 1));
+            dock->closeTab(below(dock->count()));
         return;
     default:
         return dock->floatActiveTab();
@@ -297,12 +312,12 @@ void Robot::dragTab() {
     if (!bar || bar->count() == 0)
         return;
     const QRect desk = bar->screen()->availableGeometry();
-    dragOn(bar, pointIn(bar->tabRect(upTo(bar->count() - 1))), bar->mapFromGlobal(pointIn(desk)));
+    dragOn(bar, pointIn(bar->tabRect(below(bar->count()))), bar->mapFromGlobal(pointIn(desk)));
 }
 
 void Robot::arrange() {
-    const QString file = m_folder.filePath(QString::number(upTo(3)));
-    switch (upTo(3)) {
+    const QString file = m_folder.filePath(QString::number(below(4)));
+    switch (below(4)) {
     case 0:
         m_window->saveTo(file);
         return;
@@ -313,7 +328,31 @@ void Robot::arrange() {
         return m_window->remember();
     default:
         return m_window->arrange(
-            builtInLayouts().at(std::size_t(upTo(int(builtInLayouts().size()) - 1))));
+            builtInLayouts().at(std::size_t(below(int(builtInLayouts().size())))));
+    }
+}
+
+void Robot::grade() {
+    const QString id = QStringLiteral("Grade");
+    m_window->showPage(id);
+    const QWidget* panel = m_window->page(id);
+    QWidget* const controls[] = {panel->findChild<UI::ColorWheel*>(),
+                                 panel->findChild<UI::LogSlider*>(),
+                                 panel->findChild<CurveView*>()};
+    QWidget* control = controls[below(3)];
+    const QPoint from = pointIn(control->rect());
+    dragOn(control, from, pointIn(control->rect()));
+}
+
+void Robot::undo() {
+    UI::MultiStackUndoGroup* history = m_window->session()->grades()->group();
+    switch (below(4)) {
+    case 0:
+        return history->makeIndex(below(history->undoCommands().size() + 1));
+    case 1:
+        return history->redo();
+    default:
+        return history->undo();
     }
 }
 
@@ -321,11 +360,11 @@ void Robot::profile() {
     m_window->openProfiler();
     UI::EventGraphView* view = UI::EventGraph::instance()->view();
     const QString file = m_folder.filePath(QStringLiteral("capture"));
-    switch (upTo(4)) {
+    switch (below(5)) {
     case 0:
         return UI::EventGraph::instance()->start();
     case 1:
-        view->save(file, upTo(3));
+        view->save(file, below(4));
         return;
     case 2:
         view->exportTrace(file + QStringLiteral(".json"));

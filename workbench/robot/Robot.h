@@ -16,9 +16,10 @@ namespace Kestrel::Workbench {
 class MainWindow;
 
 /** Uses the window as a hasty user would, for hours if need be: clicks, drags and types anywhere,
-    plays and scrubs, opens sequences, tears panes off, saves and loads layouts, captures profiles.
-    What it does follows from its seed; how far it comes in a minute does not. Once a minute it puts
-    everything back as it was in the beginning and prints what memory and objects are left. */
+    plays and scrubs, grades and undoes, opens sequences, tears panes off, saves and loads layouts,
+    captures profiles. What it does follows from its seed; how far it comes in a minute does not.
+    Once a minute it puts everything back as it was in the beginning and prints what memory and
+    objects are left. */
 class Robot : public QObject {
     Q_OBJECT
 
@@ -28,6 +29,8 @@ public:
     Robot(MainWindow* window, unsigned seed, int minutes);
 
 private:
+    using Deed = void (Robot::*)();
+
     void step();
     void rescue();
     void rest();
@@ -44,9 +47,11 @@ private:
     void dragTab();
     void arrange();
     void profile();
+    void grade();
+    void undo();
 
-    int upTo(int most);
-    bool oneIn(int many) { return upTo(many - 1) == 0; }
+    int below(int many);
+    bool oneIn(int many) { return below(many) == 0; }
     QPoint pointIn(const QRect& rect);
     /** A widget under a random point of a random window. */
     QWidget* anyWidget();
