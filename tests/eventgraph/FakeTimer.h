@@ -6,6 +6,9 @@
 
 namespace Kestrel::Test {
 
+/** What a capture without an end lasts. */
+constexpr float unlimited = 3.4028235e38F;
+
 /** A clock that stands until it is set. */
 class FakeTimer : public UI::IEventGraphTimer {
 public:

@@ -6,6 +6,7 @@
 #include <KxUI/eventgraph/EventGraphWriter.h>
 #include <KxUI/eventgraph/EventTrack.h>
 #include <KxUI/eventgraph/EventUserDataString.h>
+#include <support/Columns.h>
 #include <support/TestRegistry.h>
 
 #include <QBuffer>
@@ -16,7 +17,7 @@
 #include <random>
 
 using namespace Kestrel::UI;
-using Kestrel::Test::FakeTimer;
+using namespace Kestrel::Test;
 using Type = EventTrack::Type;
 
 namespace {
@@ -129,12 +130,7 @@ private Q_SLOTS:
         QVERIFY(EventGraphWriter(view, withData).write(nullptr));
     }
 
-    void roundTrips_data() {
-        QTest::addColumn<unsigned>("seed");
-        for (unsigned seed = 1; seed <= 10; ++seed)
-            QTest::addRow("seed %u", seed) << seed;
-    }
-
+    void roundTrips_data() { Kestrel::Test::addSeeds(10); }
     void roundTrips() {
         QFETCH(unsigned, seed);
         std::mt19937 random(seed);
@@ -156,7 +152,7 @@ private Q_SLOTS:
             tracks.push_back(makeTrack(anyText(), 10 * i - 20));
             view.addTrack(tracks.back().get());
         }
-        view.start(3.4028235e38f, EventGraphMode::Forwards);
+        view.start(unlimited, EventGraphMode::Forwards);
         for (int i = 0; i < 1500; ++i) {
             EventTrack& track = *tracks[std::size_t(upTo(int(tracks.size())))];
             const EventUserDataIP data(upTo(3) ? new EventUserDataString(anyText()) : nullptr);
@@ -215,12 +211,11 @@ private Q_SLOTS:
     }
 
     void shapes_data() {
-        QTest::addColumn<QByteArray>("document");
-        QTest::addColumn<QStringList>("expected");
-        const auto row = [](const char* name, const QByteArray& inside, const QStringList& events) {
-            QTest::newRow(name) << "<EventGraph StartTime='5' EndTime='x'>" + inside +
-                                       "</EventGraph>"
-                                << QStringList{"5 0"} + events;
+        const Columns<QByteArray, QStringList> addRow("document", "expected");
+        const auto row = [&](const char* name, const QByteArray& inside,
+                             const QStringList& events) {
+            addRow(name, "<EventGraph StartTime='5' EndTime='x'>" + inside + "</EventGraph>",
+                   QStringList{"5 0"} + events);
         };
         row("no tracks", "", {});
         row("nested pairs",
@@ -254,11 +249,7 @@ private Q_SLOTS:
     }
 
     void errors_data() {
-        QTest::addColumn<QByteArray>("document");
-        QTest::addColumn<QString>("message");
-        QTest::addColumn<int>("lines");
-        const auto row = [](const char* name, const QByteArray& document, const QString& message,
-                            int lines) { QTest::newRow(name) << document << message << lines; };
+        const Columns<QByteArray, QString, int> row("document", "message", "lines");
         const QByteArray open = "<EventGraph StartTime=\"1\" EndTime=\"2\">";
         const QByteArray track = "<Track Name=\"a\" Color=\"#000000\" Priority=\"0\">"
                                  "<Event Type=\"0\" Time=\"1\"/>";

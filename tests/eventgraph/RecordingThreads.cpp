@@ -1,3 +1,5 @@
+#include "FakeTimer.h"
+
 #include <KxUI/eventgraph/EventAdder.h>
 #include <KxUI/eventgraph/EventGraphView.h>
 #include <KxUI/eventgraph/EventUserDataInt.h>
@@ -23,17 +25,12 @@ class RecordingThreads : public QObject {
 private Q_SLOTS:
     // Four threads record into shared tracks and tracks of their own, while this one starts and
     // stops captures and has views die under them.
-    void recordersAndControl_data() {
-        QTest::addColumn<int>("operations");
-#if defined(__SANITIZE_THREAD__) || defined(__SANITIZE_ADDRESS__)
-        QTest::newRow("sanitised") << 3'000'000;
-#else
-        QTest::newRow("ten million") << 10'000'000;
-#endif
-    }
-
     void recordersAndControl() {
-        QFETCH(int, operations);
+#if defined(__SANITIZE_THREAD__) || defined(__SANITIZE_ADDRESS__)
+        const int operations = 3'000'000;
+#else
+        const int operations = 10'000'000;
+#endif
         const auto makeTrack = [](TrackType type, EventTrack* time) {
             return std::make_unique<EventTrack>("shared", Qt::red, 1, type, 0.0f, 1.0f, 5000, 2000,
                                                 20, time);
@@ -70,14 +67,14 @@ private Q_SLOTS:
         for (int number = 0; number < 4; ++number)
             threads.emplace_back(record, number);
 
-        const float unlimited = 3.4028235e38f;
         int round = 0;
         for (; left.load(std::memory_order_relaxed) > 0; ++round) {
             EventGraphView view;
             for (EventTrack* track : {time.get(), value.get(), bytes.get()})
                 view.addTrack(track);
             for (int capture = 0; capture < 3; ++capture) {
-                view.start(capture == 1 ? 1.0f : unlimited, EventGraphMode(capture % 2));
+                view.start(capture == 1 ? 1.0f : Kestrel::Test::unlimited,
+                           EventGraphMode(capture % 2));
                 std::this_thread::sleep_for(std::chrono::milliseconds(1));
                 QVERIFY(!time->trackTooltipText().contains("nan"));
                 view.stop();

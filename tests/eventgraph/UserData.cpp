@@ -31,34 +31,24 @@ class UserData : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void text_data() {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QString>("expected");
-        const auto row = [](const char* name, IEventUserData* data, const QString& expected) {
-            QTest::newRow(name) << EventUserDataIP(data)->text() << expected;
-        };
+    void texts() {
+        const auto text = [](IEventUserData* data) { return EventUserDataIP(data)->text(); };
         QWidget viewer;
         viewer.setObjectName("viewer");
         const QString address = "0x" + QString::number(quintptr(&viewer), 16);
         const QString described = address + " (viewer) = QWidget = QObject";
-        row("int", new EventUserDataInt(42), "42 (0x2a)");
-        row("negative", new EventUserDataInt(-2), "-2 (0xfffffffe)");
-        row("pointer", new EventUserDataPtr(reinterpret_cast<void*>(0x7f0A)), "0x7f0a");
-        row("null pointer", new EventUserDataPtr(nullptr), "0x0");
-        row("string", new EventUserDataString("a < b\n"), "a < b\n");
-        row("object", new EventUserDataQObject(&viewer), described);
-        row("no object", new EventUserDataQObject(nullptr), "0x0");
-        row("event", new EventUserDataQObjectEvent(&viewer, 12),
-            "Event=12 (0xc), RxObject=" + described);
+        QCOMPARE(text(new EventUserDataInt(42)), QString("42 (0x2a)"));
+        QCOMPARE(text(new EventUserDataInt(-2)), QString("-2 (0xfffffffe)"));
+        QCOMPARE(text(new EventUserDataPtr(reinterpret_cast<void*>(0x7f0A))), QString("0x7f0a"));
+        QCOMPARE(text(new EventUserDataString("a < b\n")), QString("a < b\n"));
+        QCOMPARE(text(new EventUserDataQObject(&viewer)), described);
+        QCOMPARE(text(new EventUserDataQObject(nullptr)), QString("0x0"));
+        QCOMPARE(text(new EventUserDataQObjectEvent(&viewer, 12)),
+                 "Event=12 (0xc), RxObject=" + described);
         auto* list = new EventUserDataVarList;
         list->append("frame", 7);
         list->append("file", "a.exr");
-        row("list", list, "frame = 7\nfile = a.exr\n");
-    }
-
-    void text() {
-        QFETCH(QString, text);
-        QTEST(text, "expected");
+        QCOMPARE(text(list), QString("frame = 7\nfile = a.exr\n"));
     }
 
     void describesTheObjectWhenMade() {

@@ -18,4 +18,11 @@ public:
     }
 };
 
+/** A row for every seed from 1, of a test that draws its input by lot. */
+inline void addSeeds(unsigned count) {
+    QTest::addColumn<unsigned>("seed");
+    for (unsigned seed = 1; seed <= count; ++seed)
+        QTest::addRow("seed %u", seed) << seed;
+}
+
 } // namespace Kestrel::Test
