@@ -97,8 +97,7 @@ private Q_SLOTS:
         QCOMPARE(lines(workspace.saved()), lines(Example));
         QCOMPARE(workspace.page("a")->m_layoutState, QString("zoom=2"));
         QVERIFY(!workspace.docks().at(1)->titleVisible());
-        QVERIFY(workspace.isInLayout("dock3"));
-        QVERIFY(!workspace.isInLayout("e"));
+        QVERIFY(workspace.isInLayout("dock3") && !workspace.isInLayout("e"));
         QCOMPARE(workspace.docks().first()->paneIDs(), QStringList({"a", "b"}));
     }
 
@@ -119,10 +118,13 @@ private Q_SLOTS:
     void savingAgainAndAgainChangesNothing() {
         Workspace workspace;
         show(workspace);
-        QVERIFY(workspace.restored(Example));
+        QByteArray document = Example;
+        document.replace("w=\"700\" h=\"500\"", "w=\"5000\" h=\"5000\"");
+        document.replace("x=\"40\" y=\"50\"", "x=\"-900\" y=\"-90\" maximized=\"1\"");
+        QVERIFY(workspace.restored(document));
         settle();
         const QByteArray first = workspace.saved();
-        for (int i = 0; i < 10; ++i) {
+        for (int i = 0; i < 4; ++i) {
             QVERIFY(i % 2 ? workspace.restored(first) : workspace.wholeRestored(first));
             settle();
             const int widgets = QApplication::allWidgets().size();
@@ -264,20 +266,6 @@ private Q_SLOTS:
         QVERIFY(!window->controller());
     }
 
-    void oddNumbersAreClamped() {
-        Workspace workspace;
-        show(workspace);
-        QVERIFY(workspace.restored(
-            "<layout version=\"1.0\"><window x=\"99999999999\" y=\"-2147483648\" w=\"2147483647\" "
-            "h=\"-5\" screen=\"-7\"><splitter orientation=\"9\"><split size=\"2147483647\" "
-            "stretch=\"99999\"/><dock/><split size=\"2147483647\" stretch=\"-3\"/><dock/>"
-            "<split size=\"-1\"/></splitter></window></layout>"));
-        settle();
-        QCOMPARE(workspace.rootSplitter()->orientation(), Qt::Vertical);
-        QCOMPARE(workspace.rootSplitter()->widget(0)->sizePolicy().verticalStretch(), 255);
-        SANE(workspace);
-    }
-
     void aWholeRestoreKeepsPages() {
         Workspace workspace;
         workspace.pane({"a", "extra"});
@@ -410,22 +398,6 @@ private Q_SLOTS:
         }
         const SavedWindow filling{small, 0, false, false};
         QCOMPARE(planWindow(filling, true, {one}, some).rect, QRect(0, 20, 996, 756));
-    }
-
-    void windowsDoNotDrift() {
-        Workspace workspace;
-        show(workspace);
-        QByteArray document = Example;
-        document.replace("w=\"700\" h=\"500\"", "w=\"5000\" h=\"5000\"");
-        document.replace("x=\"40\" y=\"50\"", "x=\"-900\" y=\"-90\" maximized=\"1\"");
-        QVERIFY(workspace.restored(document));
-        settle();
-        const QByteArray first = workspace.saved();
-        for (int i = 0; i < 5; ++i) {
-            QVERIFY(workspace.restored(workspace.saved()));
-            settle();
-            QCOMPARE(lines(workspace.saved()), lines(first));
-        }
     }
 };
 

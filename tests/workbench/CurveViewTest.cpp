@@ -1,3 +1,5 @@
+#include <support/Columns.h>
+#include <support/Input.h>
 #include <support/TestRegistry.h>
 
 #include "panels/CurveView.h"
@@ -54,10 +56,7 @@ private:
     void press(const QPointF& point) {
         QTest::mousePress(m_view.get(), Qt::LeftButton, {}, at(point));
     }
-    void move(const QPointF& point) {
-        QMouseEvent event(QEvent::MouseMove, at(point), Qt::NoButton, Qt::LeftButton, {});
-        QCoreApplication::sendEvent(m_view.get(), &event);
-    }
+    void move(const QPointF& point) { Kestrel::Test::moveMouse(*m_view, at(point)); }
     void release(const QPointF& point) {
         QTest::mouseRelease(m_view.get(), Qt::LeftButton, {}, at(point));
     }
@@ -76,14 +75,8 @@ private slots:
     }
 
     void drags_data() {
-        QTest::addColumn<QString>("before");
-        QTest::addColumn<Path>("path");
-        QTest::addColumn<QString>("after");
-        QTest::addColumn<QString>("what");
-        const auto row = [](const char* name, const char* before, const Path& path,
-                            const char* after, const char* what) {
-            QTest::newRow(name) << before << path << after << what;
-        };
+        const Kestrel::Test::Columns<QString, Path, QString, QString> row("before", "path", "after",
+                                                                          "what");
         row("add", Identity, {{.5, .75}}, "(0, 0), (0.5, 0.75), (1, 1)", "add knot");
         row("add on the line", Identity, {{.5, .52}}, Three, "add knot");
         row("add and drag", Identity, {{.25, .75}, {.3, .9}}, "(0, 0), (0.3, 0.9), (1, 1)",
@@ -99,8 +92,8 @@ private slots:
             "(0, 0), (0.5, 0.75), (1, 1)", "move knot");
         row("an end is not pulled out", Three, {{1, 1}, {.75, 1.5}},
             "(0, 0), (0.5, 0.5), (0.75, 1)", "move knot");
-        row("full", Full, {{.4, .9}}, nullptr, "");
-        row("no room", "(0, 0), (.25, 1), (.253, 0), (1, 1)", {{.25, .5}}, nullptr, "");
+        row("full", Full, {{.4, .9}}, QString(), "");
+        row("no room", "(0, 0), (.25, 1), (.253, 0), (1, 1)", {{.25, .5}}, QString(), "");
     }
 
     void drags() {

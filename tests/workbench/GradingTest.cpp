@@ -1,5 +1,6 @@
 #include "TestImages.h"
 
+#include <support/Input.h>
 #include <support/TestRegistry.h>
 
 #include "panels/CurveView.h"
@@ -178,11 +179,8 @@ private slots:
         GradeHistory* grades = m_session->grades();
         const auto drag = [](QWidget* widget, const QPoint& from, const QPoint& by) {
             QTest::mousePress(widget, Qt::LeftButton, {}, from);
-            for (int part = 1; part <= 3; ++part) {
-                QMouseEvent move(QEvent::MouseMove, from + by * part / 3, Qt::LeftButton,
-                                 Qt::LeftButton, {});
-                QApplication::sendEvent(widget, &move);
-            }
+            for (int part = 1; part <= 3; ++part)
+                Kestrel::Test::moveMouse(*widget, from + by * part / 3);
             QTest::mouseRelease(widget, Qt::LeftButton, {}, from + by);
         };
         auto* slider = panel.findChild<UI::LogSlider*>();

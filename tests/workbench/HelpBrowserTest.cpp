@@ -21,17 +21,14 @@ private:
         QProcess browser;
         browser.setProcessEnvironment(QProcessEnvironment::systemEnvironment());
         browser.setStandardErrorFile(QProcess::nullDevice());
-        browser.start(
-            QStringLiteral(KXUI_CHROMIUM),
-            {QStringLiteral("--headless"), QStringLiteral("--no-sandbox"),
-             QStringLiteral("--disable-gpu"), QStringLiteral("--disable-dev-shm-usage"),
-             QStringLiteral("--disable-background-networking"), QStringLiteral("--no-first-run"),
-             QStringLiteral("--disable-component-update"), QStringLiteral("--disable-sync"),
-             QStringLiteral("--disable-extensions"), QStringLiteral("--no-proxy-server"),
-             QStringLiteral("--user-data-dir=") + profile.path(),
-             // Time without work is skipped, and stands still while a response is awaited.
-             QStringLiteral("--virtual-time-budget=20000"), QStringLiteral("--dump-dom"),
-             QString::fromStdString(url)});
+        // Time without work is skipped, and stands still while a response is awaited.
+        const QString options("--headless --no-sandbox --disable-gpu --disable-dev-shm-usage "
+                              "--disable-background-networking --no-first-run "
+                              "--disable-component-update --disable-sync --disable-extensions "
+                              "--no-proxy-server --virtual-time-budget=20000 --dump-dom");
+        browser.start(KXUI_CHROMIUM,
+                      options.split(' ') + QStringList{"--user-data-dir=" + profile.path(),
+                                                       QString::fromStdString(url)});
         if (!QTest::qWaitFor([&] { return browser.state() == QProcess::NotRunning; }, 120000))
             return {};
         return QString::fromUtf8(browser.readAllStandardOutput());

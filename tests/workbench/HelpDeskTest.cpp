@@ -1,5 +1,6 @@
 #include "HelpFixture.h"
 
+#include <support/Columns.h>
 #include <support/TestRegistry.h>
 
 #include "panels/SequenceListPanel.h"
@@ -71,18 +72,14 @@ private slots:
     }
 
     void f1_data() {
-        QTest::addColumn<QWidget*>("clicked");
-        QTest::addColumn<QString>("page");
+        const Kestrel::Test::Columns<QWidget*, QString> row("clicked", "page");
         MainWindow& window = *m_workbench.window;
-        TransportRow* row = window.timeline()->transportRow();
+        TransportRow* transport = window.timeline()->transportRow();
         // A click into the viewer, which takes no keys, ends up at the panel.
-        QWidget* canvas = window.viewer()->childAt(window.viewer()->rect().center());
-        QTest::newRow("viewer") << canvas << "/viewer.html";
-        QTest::newRow("list") << window.list()->view()->viewport() << "/sequence-list.html";
-        QTest::newRow("slider") << static_cast<QWidget*>(window.timeline()->slider())
-                                << "/timeline.html";
-        QTest::newRow("transport")
-            << static_cast<QWidget*>(row->findChild<UI::TimeField*>()) << "/transport.html";
+        row("viewer", window.viewer()->childAt(window.viewer()->rect().center()), "/viewer.html");
+        row("list", window.list()->view()->viewport(), "/sequence-list.html");
+        row("slider", window.timeline()->slider(), "/timeline.html");
+        row("transport", transport->findChild<UI::TimeField*>(), "/transport.html");
     }
 
     void f1() {
@@ -97,12 +94,9 @@ private slots:
         QCOMPARE(m_opened.path(), page);
     }
 
-    void nothingFocused() {
+    void everyPanelHasAPage() {
         QCOMPARE(HelpDesk::nodeOf(nullptr), std::string("index.html"));
         QCOMPARE(HelpDesk::nodeOf(m_workbench.window.get()), std::string("index.html"));
-    }
-
-    void everyPanelHasAPage() {
         for (const PageKind& kind : pageKinds()) {
             QWidget* page = m_workbench.window->page(QLatin1String(kind.id));
             QCOMPARE(HelpDesk::nodeOf(page), std::string(kind.help));
@@ -111,17 +105,16 @@ private slots:
     }
 
     void commands_data() {
-        QTest::addColumn<QByteArray>("target");
-        QTest::addColumn<Time>("frame");
-        QTest::newRow("frame 1") << QByteArray("/go-to-frame-1") << Time(1);
-        QTest::newRow("frame 7") << QByteArray("/go-to-frame-7") << Time(7);
-        QTest::newRow("beyond the clip") << QByteArray("/go-to-frame-9000") << Time(40);
-        QTest::newRow("start") << QByteArray("/go-to-start") << Time(1);
-        QTest::newRow("end") << QByteArray("/go-to-end") << Time(40);
+        const Kestrel::Test::Columns<QByteArray, Time> row("target", "frame");
+        row("frame 1", "/go-to-frame-1", 1);
+        row("frame 7", "/go-to-frame-7", 7);
+        row("beyond the clip", "/go-to-frame-9000", 40);
+        row("start", "/go-to-start", 1);
+        row("end", "/go-to-end", 40);
         for (const char* nonsense :
              {"/", "/go-to-frame-", "/go-to-frame-x", "/go-to-frame-3x", "/go-to-frame-+3",
               "/go-to-frame-99999999999999999999", "/go-to-start-now", "/quit"})
-            QTest::newRow(nonsense) << QByteArray(nonsense) << Time(25);
+            row(nonsense, nonsense, 25);
     }
 
     void commands() {

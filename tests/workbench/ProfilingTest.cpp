@@ -97,15 +97,9 @@ private:
 private slots:
     /** Frames 1 to 8; 5 is empty. */
     void initTestCase() {
-        std::vector<Sequence::Member> members;
-        for (int frame = 1; frame <= 8; ++frame) {
-            const QString name = QStringLiteral("p.%1.exr").arg(frame, 4, 10, QLatin1Char('0'));
-            QVERIFY(Kestrel::Test::writeImage(m_folder.filePath(name)));
-            if (frame == 5)
-                QVERIFY(Kestrel::Test::truncate(m_folder.filePath(name), 0));
-            members.emplace_back(frame, name.toStdString());
-        }
-        m_shot = Sequence(QStringLiteral("p.####.exr"), m_folder.path().toStdString(), members);
+        m_shot = Kestrel::Test::writeSequence(m_folder.path(), 8, {});
+        QCOMPARE(m_shot.members().size(), std::size_t(8));
+        QVERIFY(Kestrel::Test::truncate(m_folder.filePath("s.0005.exr"), 0));
     }
 
     void playback() {

@@ -25,23 +25,13 @@ private:
     QTemporaryDir m_folder;
     Sequence m_shot;
 
-    /** Frames 1 to 12 without 5 and 6; 9 is empty. */
-    void writeShot() {
-        std::vector<Sequence::Member> members;
-        for (int frame = 1; frame <= 12; ++frame) {
-            if (frame == 5 || frame == 6)
-                continue;
-            const QString name = QStringLiteral("s.%1.exr").arg(frame, 4, 10, QLatin1Char('0'));
-            QVERIFY(Kestrel::Test::writeImage(m_folder.filePath(name)));
-            if (frame == 9)
-                QVERIFY(Kestrel::Test::truncate(m_folder.filePath(name), 0));
-            members.emplace_back(frame, name.toStdString());
-        }
-        m_shot = Sequence(QStringLiteral("s.####.exr"), m_folder.path().toStdString(), members);
-    }
-
 private slots:
-    void initTestCase() { writeShot(); }
+    // Frames 1 to 12 without 5 and 6; 9 is empty.
+    void initTestCase() {
+        m_shot = Kestrel::Test::writeSequence(m_folder.path(), 12, {5, 6});
+        QCOMPARE(m_shot.members().size(), std::size_t(10));
+        QVERIFY(Kestrel::Test::truncate(m_folder.filePath("s.0009.exr"), 0));
+    }
 
     void scrubbing() {
         Session session(TimeBase(24, false), std::size_t(1) << 20);

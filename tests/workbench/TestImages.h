@@ -1,11 +1,14 @@
 #pragma once
 
+#include "media/Sequence.h"
+
 #include <OpenImageIO/imageio.h>
 
 #include <QByteArray>
 #include <QFile>
 #include <QString>
 
+#include <set>
 #include <string>
 #include <vector>
 
@@ -48,6 +51,21 @@ inline bool writeImage(const QString& path) {
 /** The first `bytes` of a file are kept. */
 inline bool truncate(const QString& path, qint64 bytes) {
     return QFile(path).resize(bytes);
+}
+
+/** Frames from 1 to `last` without the missing ones, "s.0001.exr" and so on; empty on failure. */
+inline Workbench::Sequence writeSequence(const QString& folder, int last,
+                                         const std::set<int>& missing) {
+    std::vector<Workbench::Sequence::Member> members;
+    for (int frame = 1; frame <= last; ++frame) {
+        const QString name = QStringLiteral("s.%1.exr").arg(frame, 4, 10, QLatin1Char('0'));
+        if (missing.count(frame) > 0)
+            continue;
+        if (!writeImage(folder + QLatin1Char('/') + name))
+            return {};
+        members.emplace_back(frame, name.toStdString());
+    }
+    return {QStringLiteral("s.####.exr"), folder.toStdString(), members};
 }
 
 } // namespace Kestrel::Test

@@ -98,74 +98,69 @@ class TranslationTest : public QObject {
     Q_OBJECT
 
 private slots:
-    void catalogsAreCompleteAndSound_data();
-    void catalogsAreCompleteAndSound();
-    void germanWorkbench();
-};
-
-void TranslationTest::catalogsAreCompleteAndSound_data() {
-    QTest::addColumn<QString>("catalog");
-    QTest::newRow("library") << QStringLiteral("src/KxUI/translations/kxui_de.ts");
-    QTest::newRow("workbench") << QStringLiteral("workbench/translations/kxui-workbench_de.ts");
-}
-
-// Of what is in the catalogs only: a text that is new in the code is shown in English until the
-// catalogs are brought up to date.
-void TranslationTest::catalogsAreCompleteAndSound() {
-    QFETCH(QString, catalog);
-    const QList<Entry> entries = readCatalog(catalog);
-    QVERIFY(!entries.isEmpty());
-    for (const Entry& entry : entries) {
-        QVERIFY2(entry.finished, qPrintable(entry.source));
-        for (const QString& translation : entry.translations) {
-            QVERIFY2(!translation.isEmpty(), qPrintable(entry.source));
-            QVERIFY2(marks(translation) == marks(entry.source), qPrintable(translation));
+    void catalogsAreCompleteAndSound_data() {
+        QTest::addColumn<QString>("catalog");
+        QTest::newRow("library") << QStringLiteral("src/KxUI/translations/kxui_de.ts");
+        QTest::newRow("workbench") << QStringLiteral("workbench/translations/kxui-workbench_de.ts");
+    }
+    // Of what is in the catalogs only: a text that is new in the code is shown in English until the
+    // catalogs are brought up to date.
+    void catalogsAreCompleteAndSound() {
+        QFETCH(QString, catalog);
+        const QList<Entry> entries = readCatalog(catalog);
+        QVERIFY(!entries.isEmpty());
+        for (const Entry& entry : entries) {
+            QVERIFY2(entry.finished, qPrintable(entry.source));
+            for (const QString& translation : entry.translations) {
+                QVERIFY2(!translation.isEmpty(), qPrintable(entry.source));
+                QVERIFY2(marks(translation) == marks(entry.source), qPrintable(translation));
+            }
         }
     }
-}
 
-void TranslationTest::germanWorkbench() {
-    QCOMPARE(clash({Base::TimeBase(24, false), 1 << 20, Workbench::Theme::Dark}), QString());
-    QVERIFY(!Workbench::setLanguage(QStringLiteral("xx")));
-    QVERIFY(Workbench::setLanguage(QStringLiteral("de_AT")));
-    QCOMPARE(UI::DockMainWindow::tr("Next Pane"), QStringLiteral("Nächster Bereich"));
+    void germanWorkbench() {
+        QCOMPARE(clash({Base::TimeBase(24, false), 1 << 20, Workbench::Theme::Dark}), QString());
+        QVERIFY(!Workbench::setLanguage(QStringLiteral("xx")));
+        QVERIFY(Workbench::setLanguage(QStringLiteral("de_AT")));
+        QCOMPARE(UI::DockMainWindow::tr("Next Pane"), QStringLiteral("Nächster Bereich"));
 
-    QSet<QString> translated;
-    for (const Entry& entry :
-         readCatalog(QStringLiteral("workbench/translations/kxui-workbench_de.ts")))
-        translated.unite(QSet<QString>(entry.translations.begin(), entry.translations.end()));
+        QSet<QString> translated;
+        for (const Entry& entry :
+             readCatalog(QStringLiteral("workbench/translations/kxui-workbench_de.ts")))
+            translated.unite(QSet<QString>(entry.translations.begin(), entry.translations.end()));
 
-    Workbench::MainWindow window(Base::TimeBase(24, false), 1 << 20, Workbench::Theme::Dark);
-    QCOMPARE(clash(window), QString());
-    int germanTexts = 0;
-    for (const QWidget* menu : menusOf(window)) {
-        for (const QAction* action : menu->actions())
-            germanTexts += translated.contains(action->text()) ? 1 : 0;
+        Workbench::MainWindow window(Base::TimeBase(24, false), 1 << 20, Workbench::Theme::Dark);
+        QCOMPARE(clash(window), QString());
+        int germanTexts = 0;
+        for (const QWidget* menu : menusOf(window)) {
+            for (const QAction* action : menu->actions())
+                germanTexts += translated.contains(action->text()) ? 1 : 0;
+        }
+        QVERIFY(germanTexts > 30);
+
+        // A text whose translation is not found where it is looked for stays English.
+        QSet<QString> english;
+        for (const Entry& entry :
+             readCatalog(QStringLiteral("workbench/translations/kxui-workbench_de.ts"))) {
+            if (!translated.contains(entry.source))
+                english.insert(entry.source);
+        }
+        for (const Workbench::BuiltInLayout& layout : Workbench::builtInLayouts()) {
+            window.arrange(layout);
+            for (const auto* button : window.findChildren<QAbstractButton*>())
+                QVERIFY2(!english.contains(button->text()), qPrintable(button->text()));
+            for (const auto* label : window.findChildren<QLabel*>())
+                QVERIFY2(!english.contains(label->text()), qPrintable(label->text()));
+        }
+
+        // What is written for programs to read is the same in every language.
+        QLocale::setDefault(QLocale(QLocale::German));
+        std::ostringstream curve;
+        curve << UI::Curve(8, 3);
+        QCOMPARE(curve.str(), std::string("(0, 0), (0.5, 0.5), (1, 1)"));
+        QLocale::setDefault(QLocale::c());
     }
-    QVERIFY(germanTexts > 30);
-
-    // A text whose translation is not found where it is looked for stays English.
-    QSet<QString> english;
-    for (const Entry& entry :
-         readCatalog(QStringLiteral("workbench/translations/kxui-workbench_de.ts"))) {
-        if (!translated.contains(entry.source))
-            english.insert(entry.source);
-    }
-    for (const Workbench::BuiltInLayout& layout : Workbench::builtInLayouts()) {
-        window.arrange(layout);
-        for (const auto* button : window.findChildren<QAbstractButton*>())
-            QVERIFY2(!english.contains(button->text()), qPrintable(button->text()));
-        for (const auto* label : window.findChildren<QLabel*>())
-            QVERIFY2(!english.contains(label->text()), qPrintable(label->text()));
-    }
-
-    // What is written for programs to read is the same in every language.
-    QLocale::setDefault(QLocale(QLocale::German));
-    std::ostringstream curve;
-    curve << UI::Curve(8, 3);
-    QCOMPARE(curve.str(), std::string("(0, 0), (0.5, 0.5), (1, 1)"));
-    QLocale::setDefault(QLocale::c());
-}
+};
 
 KXUI_TEST(TranslationTest);
 #include "TranslationTest.moc"

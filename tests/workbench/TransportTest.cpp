@@ -56,14 +56,9 @@ private:
 
 private slots:
     void initTestCase() {
-        const QString model = m_folder.filePath(QStringLiteral("s.0001.exr"));
-        QVERIFY(Kestrel::Test::writeImage(model));
-        for (int frame = 2; frame <= 40; ++frame) {
-            if (frame < 11 || frame > 20)
-                QVERIFY(QFile::copy(
-                    model, m_folder.filePath(
-                               QStringLiteral("s.%1.exr").arg(frame, 4, 10, QLatin1Char('0')))));
-        }
+        const auto shot = Kestrel::Test::writeSequence(m_folder.path(), 40,
+                                                       {11, 12, 13, 14, 15, 16, 17, 18, 19, 20});
+        QCOMPARE(shot.members().size(), std::size_t(30));
         m_window =
             std::make_unique<MainWindow>(TimeBase(25, false), std::size_t(64) << 20, Theme::Dark);
         m_window->show();
