@@ -16,6 +16,11 @@ DISPLAY=:$number
 export DISPLAY
 HOME=$folder openbox 2>/dev/null &
 manager=$!
+# A window that is mapped while the manager starts may never be shown.
+tries=0
+until xdotool get_num_desktops >/dev/null 2>&1 || [ $((tries += 1)) -gt 300 ]; do
+    sleep 0.1
+done
 # The libraries of the window system keep some memory to the end, which is not ours to look after.
 ASAN_OPTIONS=${ASAN_OPTIONS:+$ASAN_OPTIONS:}detect_leaks=0
 export ASAN_OPTIONS
