@@ -106,6 +106,47 @@ private slots:
         QVERIFY(m_session->shownFrame() != m_session->cache().find(6));
     }
 
+    /** With room for four graded frames of 4 kB, and five wanted at every step. */
+    void framesAheadAreGradedOnce() {
+        std::vector<FramePtr> sources;
+        for (int i = 0; i < 12; ++i) {
+            auto frame = std::make_shared<Frame>();
+            frame->state = Frame::State::Ready;
+            frame->image = QImage(31, 33, QImage::Format_RGB32);
+            frame->image.fill(QColor(10 * i, 100, 200));
+            sources.push_back(frame);
+        }
+        FrameGrader grader(4 * sources.front()->cost());
+        Grade grade;
+        grade.exposure = 1.0F;
+        grader.setGrade(grade);
+        for (auto first = sources.begin(); first != sources.end(); ++first) {
+            const auto last = first + std::min<std::ptrdiff_t>(5, sources.end() - first);
+            grader.setRequests({first, last});
+            QTRY_VERIFY(grader.find(*first));
+            QTRY_VERIFY(!grader.isGrading(*(last - 1)));
+        }
+        QCOMPARE(grader.gradedCount(), std::uint64_t(sources.size()));
+    }
+
+    /** The grade changes again before any frame of it is done. */
+    void picturesFollowADrag() {
+        const FramePtr first = m_session->shownFrame();
+        QElapsedTimer timer;
+        timer.start();
+        for (int i = 1; m_session->shownFrame() == first && !timer.hasExpired(5000); ++i) {
+            expose(0.001F * float(i % 1000));
+            QCoreApplication::processEvents();
+        }
+        QVERIFY(m_session->shownFrame() != first);
+        expose(-2.0F);
+        QTRY_COMPARE(shownPixel(), qRgb(60, 188, 255));
+        // Undone in the middle of it.
+        expose(1.0F);
+        m_session->grades()->group()->makeIndex(0);
+        QTRY_COMPARE(shownPixel(), qRgb(118, 255, 255));
+    }
+
     /** Light above white comes back, though the screen had lost it. */
     void highlightsComeBack() {
         QCOMPARE(qBlue(shownPixel()), 255);

@@ -106,22 +106,34 @@ FramePtr FrameGrader::find(const FramePtr& source) {
     return found->frame;
 }
 
+bool FrameGrader::isGrading(const FramePtr& source) {
+    const std::lock_guard lock(m_mutex);
+    return isBegun(source) || isAsked(source);
+}
+
 void FrameGrader::setRequests(const std::vector<FramePtr>& sources) {
+    std::vector<FramePtr> wanted;
+    std::size_t room = m_capacity;
+    for (const FramePtr& source : sources) {
+        if (staysAsItIs(source))
+            continue;
+        if (!wanted.empty() && source->pictureCost() > room)
+            break;
+        room -= std::min(source->pictureCost(), room);
+        wanted.push_back(source);
+    }
+    // What is wanted goes to the front, or it would make room for what is wanted later.
+    for (auto source = wanted.rbegin(); source != wanted.rend(); ++source) {
+        if (const auto graded = findGraded(*source); graded != m_graded.end())
+            m_graded.splice(m_graded.begin(), m_graded, graded);
+    }
     {
         const std::lock_guard lock(m_mutex);
-        const auto isBegun = [this](const FramePtr& source) {
-            return std::find(m_begun.begin(), m_begun.end(), source) != m_begun.end();
-        };
         m_jobs.erase(std::remove_if(m_jobs.begin(), m_jobs.end(),
                                     [&](const JobPtr& job) { return !isBegun(job->source); }),
                      m_jobs.end());
-        const auto isAsked = [this](const FramePtr& source) {
-            return std::any_of(m_jobs.begin(), m_jobs.end(),
-                               [&source](const JobPtr& job) { return job->source == source; });
-        };
-        for (const FramePtr& source : sources) {
-            if (staysAsItIs(source) || isBegun(source) || isAsked(source) ||
-                findGraded(source) != m_graded.end())
+        for (const FramePtr& source : wanted) {
+            if (isBegun(source) || isAsked(source) || findGraded(source) != m_graded.end())
                 continue;
             auto job = std::make_shared<Job>();
             job->source = source;
@@ -149,6 +161,15 @@ void FrameGrader::clear() {
 
 bool FrameGrader::staysAsItIs(const FramePtr& source) const {
     return m_isIdentity || !source || source->state != Frame::State::Ready;
+}
+
+bool FrameGrader::isBegun(const FramePtr& source) const {
+    return std::find(m_begun.begin(), m_begun.end(), source) != m_begun.end();
+}
+
+bool FrameGrader::isAsked(const FramePtr& source) const {
+    return std::any_of(m_jobs.begin(), m_jobs.end(),
+                       [&source](const JobPtr& job) { return job->source == source; });
 }
 
 std::list<FrameGrader::Graded>::iterator FrameGrader::findGraded(const FramePtr& source) {

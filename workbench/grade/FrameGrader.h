@@ -37,7 +37,11 @@ public:
         Null until it is graded. */
     FramePtr find(const FramePtr& source);
 
-    /** Replaces all wishes for frames that are not begun; most wanted first. */
+    /** Whether the frame will be graded without another word. */
+    bool isGrading(const FramePtr& source);
+
+    /** Replaces all wishes for frames that are not begun; most wanted first. Those that would push
+        out more wanted ones are left aside. */
     void setRequests(const std::vector<FramePtr>& sources);
 
     /** Forgets every frame and every wish. */
@@ -61,6 +65,9 @@ private:
     };
 
     bool staysAsItIs(const FramePtr& source) const;
+    // These two under the lock.
+    bool isBegun(const FramePtr& source) const;
+    bool isAsked(const FramePtr& source) const;
     std::list<Graded>::iterator findGraded(const FramePtr& source);
     std::shared_ptr<LazyGrade> prepared(const SampleFormat& format);
     void work();

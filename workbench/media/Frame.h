@@ -43,7 +43,12 @@ struct Frame {
     /** Bytes that the frame takes in a cache; never 0. */
     std::size_t cost() const {
         const std::size_t sampleBytes = samples ? samples->rgb.size() * sizeof(samples->rgb[0]) : 0;
-        return std::size_t(image.sizeInBytes()) + sampleBytes + sizeof(Frame) +
+        return pictureCost() + sampleBytes;
+    }
+
+    /** Its bytes without samples. */
+    std::size_t pictureCost() const {
+        return std::size_t(image.sizeInBytes()) + sizeof(Frame) +
                std::size_t(format.size() + message.size()) * sizeof(QChar);
     }
 };

@@ -46,8 +46,11 @@ Session::Session(Base::TimeBase timeBase, std::size_t cacheBytes, QObject* paren
             [this](quint64 frames) { m_profiling.dropped(frames, m_model.currentTime()); });
     connect(&m_pool, &DecodePool::frameDecoded, this, &Session::takeIn);
     connect(&m_grader, &FrameGrader::frameGraded, this, [this](const FramePtr& source) {
-        if (source == m_source)
-            present();
+        if (source != m_source)
+            return;
+        present();
+        if (m_regradeWaits)
+            applyGrade();
     });
     connect(&m_grades, &GradeHistory::gradeChanged, this, &Session::regrade);
     connect(&m_grades, &GradeHistory::bypassChanged, this, &Session::regrade);
@@ -112,6 +115,8 @@ void Session::showCurrent() {
 void Session::show(const FramePtr& source, bool standsIn) {
     m_source = source;
     m_sourceStandsIn = standsIn;
+    if (m_regradeWaits)
+        return applyGrade();
     planGrades();
     present();
 }
@@ -134,6 +139,15 @@ void Session::present() {
 }
 
 void Session::regrade() {
+    // While a drag goes on, each of its pictures is finished before the next is begun: or else none
+    // would be seen until the mouse rests.
+    m_regradeWaits = m_source && m_grader.isGrading(m_source);
+    if (!m_regradeWaits)
+        applyGrade();
+}
+
+void Session::applyGrade() {
+    m_regradeWaits = false;
     m_grader.setGrade(m_grades.isBypassed() ? Grade() : m_grades.grade());
     m_keepSamples = !m_grades.grade().isIdentity();
     m_cacheFull = false;
@@ -151,7 +165,8 @@ void Session::planGrades() {
     std::vector<FramePtr> sources{m_source};
     for (const Base::Time time : order().next(gradedAhead)) {
         const auto held = m_sequence.heldTime(time);
-        if (const FramePtr source = held ? m_cache.find(*held) : nullptr)
+        const FramePtr source = held ? m_cache.find(*held) : nullptr;
+        if (source && source != m_source)
             sources.push_back(source);
     }
     m_grader.setRequests(sources);

@@ -67,6 +67,7 @@ private:
     void show(const FramePtr& source, bool standsIn);
     void present();
     void regrade();
+    void applyGrade();
     void planGrades();
     bool isGoodEnough(const FramePtr& source) const;
     void plan();
@@ -88,6 +89,8 @@ private:
     bool m_sourceStandsIn = false;
     FramePtr m_shown;
     bool m_loading = false;
+    /** The grade changed while the source was being graded. */
+    bool m_regradeWaits = false;
     /** Frames are decoded with their samples: there is a grade. */
     bool m_keepSamples = false;
     /** Bytes of the frame decoded last, to reckon how many fit. */
