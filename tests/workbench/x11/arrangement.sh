@@ -26,7 +26,16 @@ settle() {
   fail 'the screen does not come to rest'
 }
 
-visible() { timeout 30 xdotool search --sync --onlyvisible --name "$1" | head -1; }
+# A window that goes while it is looked at ends the search: it begins again.
+visible() {
+  local found
+  for _ in {1..100}; do
+    found=$(xdotool search --onlyvisible --name "$1" 2>/dev/null | head -1) || true
+    [[ -z $found ]] || { echo "$found"; return; }
+    sleep 0.3
+  done
+  return 1
+}
 
 start() {
   "$workbench" "$work/shot" &
