@@ -22,6 +22,7 @@
 #include <QDialog>
 #include <QMenuBar>
 #include <QMouseEvent>
+#include <QPixmapCache>
 #include <QPointer>
 #include <QScreen>
 #include <QWheelEvent>
@@ -157,7 +158,8 @@ void Robot::rest() {
     m_window->arrange(builtInLayouts().front());
     m_window->setTheme(Theme::Dark);
     session->open(Sequence());
-    // A history is no leak, but it grows.
+    // Neither pictures that are kept nor a history is a leak, but they grow.
+    QPixmapCache::clear();
     UI::MultiStackUndoGroup* history = session->grades()->group();
     const auto projects = history->projects();
     for (UI::UndoableProject* project : projects) {
