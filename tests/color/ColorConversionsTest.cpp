@@ -57,8 +57,6 @@ private slots:
             QCOMPARE(&colorSpaceYCbCrToRgb(unknown), &colorSpaceYCbCrToRgb(0));
             QCOMPARE(&colorSpaceRgbToYCbCr(unknown), &colorSpaceRgbToYCbCr(0));
         }
-        QCOMPARE(colorSpaceYCbCrToRgb(4).cbToGreen, -0.37294F);
-        QCOMPARE(colorSpaceRgbToYCbCr(3).cr[2], -0.070817F);
     }
 
     // Each matrix undoes its coefficients, the legacy ones once their studio range is removed.
@@ -79,23 +77,21 @@ private slots:
         }
     }
 
-    void colourBars_data() {
-        QTest::addColumn<int>("option");
-        QTest::newRow("BT.601") << int(ColorSpace::Rec601);
-        QTest::newRow("BT.709") << int(ColorSpace::Rec709);
-    }
     void colourBars() {
-        QFETCH(int, option);
-        const BarCodes& codes = option == ColorSpace::Rec601 ? Bt601 : Bt709;
-        for (std::size_t i = 0; i < Bars.size(); ++i) {
-            const ConstPlanarRow rgb(nullptr, &Bars[i][0], &Bars[i][1], &Bars[i][2]);
-            std::array<std::uint8_t, 4> packed{};
-            encodeRow(PixelLayout::CbYCrY8, rgb, 1, packed.data(), colorSpaceRgbToYCbCr(option));
-            QCOMPARE((std::array<int, 3>{packed[1], packed[0], packed[2]}), codes[i]);
-            Color back{};
-            const PlanarRow to{nullptr, &back[0], &back[1], &back[2], 1};
-            decodeRow(PixelLayout::CbYCrY8, packed.data(), to, 1, colorSpaceYCbCrToRgb(option));
-            QVERIFY(near(back, Bars[i], 0.009F));
+        for (const int option : {ColorSpace::Rec601, ColorSpace::Rec709}) {
+            const BarCodes& codes = option == ColorSpace::Rec601 ? Bt601 : Bt709;
+            for (std::size_t i = 0; i < Bars.size(); ++i) {
+                const Color& bar = Bars[i];
+                std::array<std::uint8_t, 4> packed{};
+                encodeRow(PixelLayout::CbYCrY8, {nullptr, &bar[0], &bar[1], &bar[2]}, 1,
+                          packed.data(), colorSpaceRgbToYCbCr(option));
+                QCOMPARE((std::array<int, 3>{packed[1], packed[0], packed[2]}), codes[i]);
+                Color back{};
+                decodeRow(PixelLayout::CbYCrY8, packed.data(),
+                          {nullptr, &back[0], &back[1], &back[2], 1}, 1,
+                          colorSpaceYCbCrToRgb(option));
+                QVERIFY(near(back, bar, 0.009F));
+            }
         }
     }
 

@@ -2,11 +2,12 @@
 #include <KxUI/color/ColorWheel.h>
 #include <KxUI/color/ColorWheelGeometry_p.h>
 
+#include <support/Columns.h>
+#include <support/Input.h>
 #include <support/TestRegistry.h>
 
 #include <QAccessible>
 #include <QSignalSpy>
-#include <QWheelEvent>
 #include <QtTest>
 
 #include <cmath>
@@ -28,12 +29,8 @@ QPoint at(int x, int y) {
 void drag(QWidget& wheel, QPoint from, QPoint to, Qt::MouseButton button = Qt::LeftButton,
           Qt::KeyboardModifiers modifiers = {}) {
     QTest::mousePress(&wheel, button, modifiers, from);
-    const auto move = [&](QPoint position) {
-        QMouseEvent event(QEvent::MouseMove, position, button, button, modifiers);
-        QCoreApplication::sendEvent(&wheel, &event);
-    };
-    move((from + to) / 2);
-    move(to);
+    for (const QPoint position : {(from + to) / 2, to})
+        Kestrel::Test::moveMouse(wheel, position, button, modifiers);
     QTest::mouseRelease(&wheel, button, modifiers, to);
 }
 
@@ -46,14 +43,13 @@ Hsv colorOf(const ColorWheel& wheel) {
 #define COMPARE_HSV(wheel, h, s, v)                                                                \
     do {                                                                                           \
         const Hsv color = colorOf(wheel);                                                          \
-        const auto text = [](float a, float b, float c) {                                          \
-            return QStringLiteral("%1 %2 %3").arg(a).arg(b).arg(c);                                \
-        };                                                                                         \
         const bool near = std::fabs(color.hue - (h)) < 0.003F &&                                   \
                           std::fabs(color.saturation - (s)) < 0.003F &&                            \
                           std::fabs(color.value - (v)) < 0.003F;                                   \
-        QVERIFY2(near, qPrintable(text(color.hue, color.saturation, color.value) + " not " +       \
-                                  text(h, s, v)));                                                 \
+        QVERIFY2(near, qPrintable(QStringLiteral("is %1 %2 %3")                                    \
+                                      .arg(color.hue)                                              \
+                                      .arg(color.saturation)                                       \
+                                      .arg(color.value)));                                         \
     } while (false)
 
 } // namespace
@@ -62,295 +58,271 @@ class ColorWheelTest : public QObject {
     Q_OBJECT
 
 private slots:
-    void storesColors();
-    void followsThePicker();
-    void drags_data();
-    void drags();
-    void relativeDrags();
-    void valueRingDoesNotWrap();
-    void panAndZoom();
-    void signalsOfADrag();
-    void doubleClicksAndKeys();
-    void markersDoNotRedrawTheWheel();
-    void paintsTheColors();
-    void tinyWheels();
-};
-
-void ColorWheelTest::storesColors() {
-    ColorWheel wheel;
-    QSignalSpy changed(&wheel, SIGNAL(hsvChanged(float, float, float)));
-    COMPARE_HSV(wheel, 0.0F, 0.0F, 1.0F);
-    const float tiny = -std::numeric_limits<float>::denorm_min();
-    const float infinite = std::numeric_limits<float>::infinity();
-    for (const auto& [given, stored] :
-         {std::pair(1.25F, 0.25F), std::pair(-0.25F, 0.75F), std::pair(tiny, 0.0F),
-          std::pair(-3.0F, 0.0F), std::pair(infinite, 0.0F)}) {
-        wheel.setHue(given);
-        QCOMPARE(colorOf(wheel).hue, stored);
-        QVERIFY(!std::signbit(colorOf(wheel).hue));
+    void storesColors() {
+        ColorWheel wheel;
+        QSignalSpy changed(&wheel, SIGNAL(hsvChanged(float, float, float)));
+        COMPARE_HSV(wheel, 0.0F, 0.0F, 1.0F);
+        const float tiny = -std::numeric_limits<float>::denorm_min();
+        const float infinite = std::numeric_limits<float>::infinity();
+        for (const auto& [given, stored] :
+             {std::pair(1.25F, 0.25F), std::pair(-0.25F, 0.75F), std::pair(tiny, 0.0F),
+              std::pair(-3.0F, 0.0F), std::pair(infinite, 0.0F)}) {
+            wheel.setHue(given);
+            QCOMPARE(colorOf(wheel).hue, stored);
+            QVERIFY(!std::signbit(colorOf(wheel).hue));
+        }
+        wheel.setHSVSlot(1.5F, 2.0F, 0.0F);
+        QCOMPARE(wheel.getClampedHue(), 1.0F);
+        QCOMPARE(colorOf(wheel).saturation, 2.0F);
+        QCOMPARE(changed.count(), 0);
     }
-    wheel.setHSVSlot(1.5F, 2.0F, 0.0F);
-    QCOMPARE(wheel.getClampedHue(), 1.0F);
-    float hue = 0.0F;
-    float saturation = 0.0F;
-    float value = 1.0F;
-    QVERIFY(wheel.getHSV(hue, saturation, value));
-    QCOMPARE(saturation, 2.0F);
-    QCOMPARE(changed.count(), 0);
-    ColorWheel embedded({}, ColorWheel::EmbeddedWheel);
-    QCOMPARE(embedded.size(), QSize(89, 89));
-    QVERIFY(!embedded.getZoomEnabled() && wheel.getZoomEnabled());
-}
 
-void ColorWheelTest::followsThePicker() {
-    ColorWheel wheel;
-    wheel.updateFromControl();
-    std::array<float, 3> picked{0.5F, 1.0F, 0.5F};
-    wheel.setColorSource([&] { return picked; });
-    wheel.updateFromControl();
-    COMPARE_HSV(wheel, 1.0F / 3.0F, 0.5F, 1.0F);
-    picked = {0.25F, 0.25F, 0.25F};
-    wheel.updateFromControl();
-    COMPARE_HSV(wheel, 1.0F / 3.0F, 0.0F, 0.25F);
-}
-
-void ColorWheelTest::drags_data() {
-    QTest::addColumn<int>("mode");
-    QTest::addColumn<QPoint>("from");
-    QTest::addColumn<QPoint>("to");
-    QTest::addColumn<int>("button");
-    QTest::addColumn<int>("modifiers");
-    QTest::addColumn<float>("hue");
-    QTest::addColumn<float>("saturation");
-    QTest::addColumn<float>("value");
-    const auto row = [](const char* name, int mode, QPoint from, QPoint to, float hue,
-                        float saturation, float value, int button = Qt::LeftButton,
-                        int modifiers = 0) {
-        QTest::newRow(name) << mode << from << to << button << modifiers << hue << saturation
-                            << value;
-    };
-    constexpr int Shift = Qt::ShiftModifier;
-    constexpr int Control = Qt::ControlModifier;
-    constexpr int Alt = Qt::AltModifier;
-    constexpr int Left = Qt::LeftButton;
-    constexpr int Right = Qt::RightButton;
-    // The outer radius is 198, 182 in mode 2; every wheel starts at 0.1, 0.5, 0.6.
-    row("plain", 0, at(0, 0), at(0, 89), 0.25F, 0.5F, 0.6F);
-    row("plain, beyond the disc", 0, at(0, 0), at(-300, -300), 0.625F, 1.0F, 0.6F);
-    row("plain, saturation", 0, at(0, 0), at(0, 89), 0.1F, 0.5F, 0.6F, Left, Shift);
-    row("plain, hue", 0, at(5, 0), at(0, -50), 0.75F, 0.5F, 0.6F, Left, Control);
-    row("plain, value", 0, at(0, 0), at(100, 50), 0.1F, 0.5F, 0.8F, Right);
-    row("plain, value by Alt", 0, at(0, 0), at(-100, 50), 0.1F, 0.5F, 0.4F, Left, Alt);
-    row("plain, value ends", 0, at(-190, 0), at(190, 0), 0.1F, 0.5F, 1.0F, Right);
-    row("plain, corner", 0, at(190, 190), at(0, 0), 0.1F, 0.5F, 0.6F);
-    row("square", 1, at(0, 0), at(55, -55), 0.1F, 0.75F, 0.25F);
-    row("square, clamped", 1, at(0, 0), at(-300, 300), 0.1F, 0.0F, 1.0F);
-    row("square, saturation", 1, at(0, 0), at(55, -55), 0.1F, 0.75F, 0.6F, Left, Control);
-    row("square, both keys", 1, at(0, 0), at(55, -55), 0.1F, 0.75F, 0.6F, Left, Control | Shift);
-    row("square, value", 1, at(0, 0), at(55, -55), 0.1F, 0.5F, 0.25F, Left, Shift);
-    row("square, right", 1, at(0, 0), at(55, -55), 0.1F, 0.75F, 0.25F, Right);
-    row("square, ring", 1, at(180, 0), at(-100, 0), 0.5F, 0.5F, 0.6F);
-    row("ring, disc", 2, at(0, 0), at(0, -91), 0.75F, 0.5F, 0.6F);
-    row("ring, along the hue", 2, at(0, 0), at(91, 66), 0.1F, 0.618F, 0.6F, Left, Shift);
-    row("ring, against the hue", 2, at(0, 0), at(-91, -66), 0.1F, 0.0F, 0.6F, Left, Shift);
-    row("ring", 2, at(-190, 0), at(0, -190), 0.1F, 0.5F, 0.5F);
-    row("ring, right", 2, at(0, -50), at(50, 0), 0.1F, 0.5F, 0.25F, Right);
-}
-
-void ColorWheelTest::drags() {
-    QFETCH(int, mode);
-    QFETCH(QPoint, from);
-    QFETCH(QPoint, to);
-    QFETCH(int, button);
-    QFETCH(int, modifiers);
-    QFETCH(float, hue);
-    QFETCH(float, saturation);
-    QFETCH(float, value);
-    ColorWheel wheel({}, ColorWheel::DisplayMode(mode));
-    wheel.resize(Side, Side);
-    wheel.setHSV(0.1F, 0.5F, 0.6F);
-    drag(wheel, from, to, Qt::MouseButton(button), Qt::KeyboardModifiers(modifiers));
-    COMPARE_HSV(wheel, hue, saturation, value);
-}
-
-void ColorWheelTest::relativeDrags() {
-    ColorWheel wheel;
-    wheel.resize(Side, Side);
-    wheel.setInteractionMode(ColorWheel::RelativeInteraction);
-    wheel.setHSV(0.25F, 0.5F, 0.6F);
-    QTest::mouseClick(&wheel, Qt::LeftButton, {}, at(-60, -60));
-    COMPARE_HSV(wheel, 0.25F, 0.5F, 0.6F);
-    drag(wheel, at(-100, -100), at(-100, 78));
-    COMPARE_HSV(wheel, 0.25F, 0.6F, 0.6F);
-    QVERIFY(!wheel.isAbsoluteMode());
-    QTest::mousePress(&wheel, Qt::LeftButton, Qt::ShiftModifier | Qt::ControlModifier, at(0, -89));
-    QVERIFY(wheel.isAbsoluteMode());
-    COMPARE_HSV(wheel, 0.75F, 0.5F, 0.6F);
-}
-
-void ColorWheelTest::valueRingDoesNotWrap() {
-    ColorWheel wheel({}, ColorWheel::ValueRingWheel);
-    wheel.resize(Side, Side);
-    drag(wheel, at(-20, 190), at(20, 190));
-    QCOMPARE(colorOf(wheel).value, 1.0F);
-    drag(wheel, at(20, 190), at(-20, 190));
-    QCOMPARE(colorOf(wheel).value, 0.0F);
-    QCOMPARE(wheel.ringValue(), 0.0F);
-    for (const float value : {0.001F, 0.25F, 0.7F, 1.0F}) {
-        const float back =
-            ColorWheelGeometry::ringValueAt(ColorWheelGeometry::ringDirection(value));
-        QVERIFY(std::fabs(back - value) < 1e-5F);
+    void followsThePicker() {
+        ColorWheel wheel;
+        wheel.updateFromControl();
+        std::array<float, 3> picked{0.5F, 1.0F, 0.5F};
+        wheel.setColorSource([&] { return picked; });
+        wheel.updateFromControl();
+        COMPARE_HSV(wheel, 1.0F / 3.0F, 0.5F, 1.0F);
+        picked = {0.25F, 0.25F, 0.25F};
+        wheel.updateFromControl();
+        COMPARE_HSV(wheel, 1.0F / 3.0F, 0.0F, 0.25F);
     }
-}
 
-void ColorWheelTest::panAndZoom() {
-    ColorWheel wheel;
-    wheel.resize(Side, Side);
-    drag(wheel, at(0, 0), at(178, -89), Qt::MiddleButton);
-    QVERIFY(std::fabs(wheel.pan().x() - 1.0) < 0.003 && std::fabs(wheel.pan().y() + 0.5) < 0.003);
-    drag(wheel, at(0, 0), at(3000, -3000), Qt::MiddleButton);
-    QCOMPARE(wheel.pan(), QPointF(1.9, -1.9));
-    wheel.resetView();
-    drag(wheel, at(0, 0), at(48, 48), Qt::MiddleButton, Qt::AltModifier);
-    QCOMPARE(wheel.zoom(), 2.0F);
-
-    // The wheel turns about the cursor, and what is below it stays there.
-    QTest::mouseClick(&wheel, Qt::LeftButton, {}, at(60, 30));
-    const Hsv before = colorOf(wheel);
-    QWheelEvent turn(at(60, 30), at(60, 30), {}, {0, 720}, Qt::NoButton, {}, Qt::NoScrollPhase,
-                     false);
-    QCoreApplication::sendEvent(&wheel, &turn);
-    QVERIFY(wheel.zoom() > 5.0F);
-    QTest::mouseClick(&wheel, Qt::LeftButton, {}, at(60, 30));
-    COMPARE_HSV(wheel, before.hue, before.saturation, 1.0F);
-    for (int i = 0; i < 10; ++i)
-        QCoreApplication::sendEvent(&wheel, &turn);
-    QCOMPARE(wheel.zoom(), 64.0F);
-    wheel.grab();
-    wheel.setZoomEnabled(false);
-    drag(wheel, at(0, 0), at(10, 10), Qt::MiddleButton);
-    QTest::keyClick(&wheel, Qt::Key_0);
-    QCOMPARE(wheel.zoom(), 64.0F);
-}
-
-void ColorWheelTest::signalsOfADrag() {
-    ColorWheel wheel;
-    wheel.resize(Side, Side);
-    QStringList log;
-    connect(&wheel, &ColorWheel::startDragSignal, this, [&] { log += "start"; });
-    connect(&wheel, &ColorWheel::draggingSignal, this, [&] { log += "move"; });
-    connect(&wheel, &ColorWheel::stopDragSignal, this, [&] { log += "stop"; });
-    connect(&wheel, &ColorWheel::changedSignal, this, [&] { log += "changed"; });
-    connect(&wheel, &ColorWheel::hsvChanged, this, [&] { log += "hsv"; });
-    drag(wheel, at(0, 0), at(20, 20));
-    QCOMPARE(log.join(' '), QStringLiteral("start hsv hsv move hsv move stop changed"));
-    log.clear();
-    drag(wheel, at(0, 0), at(20, 20), Qt::MiddleButton);
-    QCOMPARE(log.join(' '), QStringLiteral("start move move stop"));
-
-    // A drag whose release never comes ends with the next movement, or when the wheel is hidden.
-    wheel.show();
-    QTest::mousePress(&wheel, Qt::RightButton, {}, at(0, 0));
-    QCOMPARE(wheel.dragMode(), ColorWheel::DragModes(ColorWheel::DragValue));
-    wheel.hide();
-    QVERIFY(!wheel.dragMode());
-
-    auto* doomed = new ColorWheel;
-    doomed->resize(Side, Side);
-    connect(doomed, &ColorWheel::hsvChanged, this, [&] { delete doomed; });
-    QTest::keyClick(doomed, Qt::Key_Right);
-}
-
-void ColorWheelTest::doubleClicksAndKeys() {
-    ColorWheel wheel({}, ColorWheel::ValueRingWheel);
-    wheel.resize(Side, Side);
-    QSignalSpy changed(&wheel, &ColorWheel::changedSignal);
-    wheel.setHSV(0.25F, 0.5F, 0.5F);
-    QTest::mouseDClick(&wheel, Qt::LeftButton, {}, at(50, 0));
-    COMPARE_HSV(wheel, 0.25F, 0.0F, 0.5F);
-    QTest::mouseDClick(&wheel, Qt::LeftButton, {}, at(0, -190));
-    COMPARE_HSV(wheel, 0.25F, 0.0F, 1.0F);
-    changed.clear();
-    QTest::keyClick(&wheel, Qt::Key_Left);
-    QTest::keyClick(&wheel, Qt::Key_Up, Qt::ShiftModifier);
-    QTest::keyClick(&wheel, Qt::Key_Up);
-    QTest::keyClick(&wheel, Qt::Key_Down, Qt::ShiftModifier);
-    QTest::keyClick(&wheel, Qt::Key_PageDown);
-    COMPARE_HSV(wheel, 89.0F / 360.0F, 0.01F, 0.99F);
-    QCOMPARE(changed.count(), 5);
-    QAccessibleInterface* accessible = QAccessible::queryAccessibleInterface(&wheel);
-    QVERIFY(accessible);
-    QCOMPARE(accessible->text(QAccessible::Value),
-             QStringLiteral("Hue 89\u00b0, saturation 1 %, value 99 %"));
-    QTest::keyClick(&wheel, Qt::Key_Home);
-    QCOMPARE(colorOf(wheel).saturation, 0.0F);
-}
-
-void ColorWheelTest::markersDoNotRedrawTheWheel() {
-    for (int mode = 0; mode < 4; ++mode) {
-        int rows = 0;
-        ColorWheel wheel([&rows](float*, int pixels) { rows += pixels > 1 ? 1 : 0; },
-                         ColorWheel::DisplayMode(mode));
-        wheel.grab();
-        QVERIFY(rows > 0);
-        rows = 0;
-        const QPoint centre = wheel.rect().center();
-        drag(wheel, centre, centre + QPoint(10, 5));
-        wheel.setRingValue(0.3F);
-        wheel.setValue(0.3F);
-        wheel.grab();
-        QCOMPARE(rows, 0);
-        wheel.setHueRotation(1.0F);
-        wheel.grab();
-        QVERIFY(rows > 0);
+    void drags_data() {
+        const Kestrel::Test::Columns<int, QPoint, QPoint, float, float, float, int, int> columns(
+            "mode", "from", "to", "hue", "saturation", "value", "button", "modifiers");
+        const auto row = [&](const char* name, int mode, QPoint from, QPoint to, float hue,
+                             float saturation, float value, int button = Qt::LeftButton,
+                             int modifiers = 0) {
+            columns(name, mode, from, to, hue, saturation, value, button, modifiers);
+        };
+        constexpr int Shift = Qt::ShiftModifier;
+        constexpr int Control = Qt::ControlModifier;
+        constexpr int Alt = Qt::AltModifier;
+        constexpr int Left = Qt::LeftButton;
+        constexpr int Right = Qt::RightButton;
+        // The outer radius is 198, 182 in mode 2; every wheel starts at 0.1, 0.5, 0.6.
+        row("plain", 0, at(0, 0), at(0, 89), 0.25F, 0.5F, 0.6F);
+        row("plain, beyond the disc", 0, at(0, 0), at(-300, -300), 0.625F, 1.0F, 0.6F);
+        row("plain, saturation", 0, at(0, 0), at(0, 89), 0.1F, 0.5F, 0.6F, Left, Shift);
+        row("plain, hue", 0, at(5, 0), at(0, -50), 0.75F, 0.5F, 0.6F, Left, Control);
+        row("plain, value", 0, at(0, 0), at(100, 50), 0.1F, 0.5F, 0.8F, Right);
+        row("plain, value by Alt", 0, at(0, 0), at(-100, 50), 0.1F, 0.5F, 0.4F, Left, Alt);
+        row("plain, value ends", 0, at(-190, 0), at(190, 0), 0.1F, 0.5F, 1.0F, Right);
+        row("plain, corner", 0, at(190, 190), at(0, 0), 0.1F, 0.5F, 0.6F);
+        row("square", 1, at(0, 0), at(55, -55), 0.1F, 0.75F, 0.25F);
+        row("square, clamped", 1, at(0, 0), at(-300, 300), 0.1F, 0.0F, 1.0F);
+        row("square, saturation", 1, at(0, 0), at(55, -55), 0.1F, 0.75F, 0.6F, Left, Control);
+        row("square, both keys", 1, at(0, 0), at(55, -55), 0.1F, 0.75F, 0.6F, Left,
+            Control | Shift);
+        row("square, value", 1, at(0, 0), at(55, -55), 0.1F, 0.5F, 0.25F, Left, Shift);
+        row("square, right", 1, at(0, 0), at(55, -55), 0.1F, 0.75F, 0.25F, Right);
+        row("square, ring", 1, at(180, 0), at(-100, 0), 0.5F, 0.5F, 0.6F);
+        row("ring, disc", 2, at(0, 0), at(0, -91), 0.75F, 0.5F, 0.6F);
+        row("ring, along the hue", 2, at(0, 0), at(91, 66), 0.1F, 0.618F, 0.6F, Left, Shift);
+        row("ring, against the hue", 2, at(0, 0), at(-91, -66), 0.1F, 0.0F, 0.6F, Left, Shift);
+        row("ring", 2, at(-190, 0), at(0, -190), 0.1F, 0.5F, 0.5F);
+        row("ring, right", 2, at(0, -50), at(50, 0), 0.1F, 0.5F, 0.25F, Right);
     }
-}
-
-void ColorWheelTest::paintsTheColors() {
-    for (const auto mode : {ColorWheel::PlainWheel, ColorWheel::SquareWheel}) {
-        // Nothing but the square depends on the colour, and the marker is out of the way.
-        ColorWheel wheel({}, mode);
+    void drags() {
+        QFETCH(int, mode);
+        QFETCH(QPoint, from);
+        QFETCH(QPoint, to);
+        QFETCH(int, button);
+        QFETCH(int, modifiers);
+        QFETCH(float, hue);
+        QFETCH(float, saturation);
+        QFETCH(float, value);
+        ColorWheel wheel({}, ColorWheel::DisplayMode(mode));
         wheel.resize(Side, Side);
-        wheel.setHueRotation(0.5F);
-        wheel.setHSV(0.3F, 0.0F, 0.0F);
-        const QImage image = wheel.grab().toImage();
-        const auto geometry = ColorWheelGeometry::of(wheel.size(), mode, 1.0, {}, 0.5);
-        for (int i = 1; i <= 60; ++i) {
-            Hsv color{float(i) / 61.0F, std::fmod(float(i) * 0.37F, 0.8F) + 0.15F, 1.0F};
-            if (mode == ColorWheel::SquareWheel)
-                color = {0.3F, color.hue, color.saturation};
-            const QPoint pixel = geometry.toWidget(geometry.markerOf(color)).toPoint();
-            if (mode == ColorWheel::PlainWheel) {
-                const QPointF point(pixel.x() + 0.5 - Side / 2, Side / 2 - pixel.y() - 0.5);
-                color.hue = geometry.hueAt(point);
-                color.saturation = float(std::hypot(point.x(), point.y()) / geometry.disc);
-            }
-            float rgb[3];
-            Kestrel::UI::hsvToRgb(color.hue, color.saturation, color.value, rgb[0], rgb[1], rgb[2]);
-            const QColor seen = image.pixelColor(pixel);
-            const double tolerance = mode == ColorWheel::PlainWheel ? 0.007 : 0.012;
-            QVERIFY(std::fabs(seen.redF() - double(rgb[0])) < tolerance &&
-                    std::fabs(seen.greenF() - double(rgb[1])) < tolerance &&
-                    std::fabs(seen.blueF() - double(rgb[2])) < tolerance);
-        }
+        wheel.setHSV(0.1F, 0.5F, 0.6F);
+        drag(wheel, from, to, Qt::MouseButton(button), Qt::KeyboardModifiers(modifiers));
+        COMPARE_HSV(wheel, hue, saturation, value);
     }
-}
 
-void ColorWheelTest::tinyWheels() {
-    for (int mode = 0; mode < 4; ++mode) {
-        for (const int side : {1, 4, 7, 8, 9, 10, 40, 42}) {
-            ColorWheel wheel({}, ColorWheel::DisplayMode(mode));
-            wheel.setFixedSize(side, 2 * side);
-            wheel.grab();
-            drag(wheel, {side / 2, side}, {side, side}, Qt::RightButton);
-            drag(wheel, {side / 2, side}, {side, side});
-            const Hsv color = colorOf(wheel);
-            QVERIFY(color.hue >= 0.0F && color.hue < 1.0F);
-            QVERIFY(color.saturation >= 0.0F && color.saturation <= 1.0F);
-            QVERIFY(color.value >= 0.0F && color.value <= 1.0F);
+    void relativeDrags() {
+        ColorWheel wheel;
+        wheel.resize(Side, Side);
+        wheel.setInteractionMode(ColorWheel::RelativeInteraction);
+        wheel.setHSV(0.25F, 0.5F, 0.6F);
+        QTest::mouseClick(&wheel, Qt::LeftButton, {}, at(-60, -60));
+        COMPARE_HSV(wheel, 0.25F, 0.5F, 0.6F);
+        drag(wheel, at(-100, -100), at(-100, 78));
+        COMPARE_HSV(wheel, 0.25F, 0.6F, 0.6F);
+        QVERIFY(!wheel.isAbsoluteMode());
+        QTest::mousePress(&wheel, Qt::LeftButton, Qt::ShiftModifier | Qt::ControlModifier,
+                          at(0, -89));
+        QVERIFY(wheel.isAbsoluteMode());
+        COMPARE_HSV(wheel, 0.75F, 0.5F, 0.6F);
+    }
+
+    void valueRingDoesNotWrap() {
+        ColorWheel wheel({}, ColorWheel::ValueRingWheel);
+        wheel.resize(Side, Side);
+        drag(wheel, at(-20, 190), at(20, 190));
+        QCOMPARE(colorOf(wheel).value, 1.0F);
+        drag(wheel, at(20, 190), at(-20, 190));
+        QCOMPARE(colorOf(wheel).value, 0.0F);
+        QCOMPARE(wheel.ringValue(), 0.0F);
+        for (const float value : {0.001F, 0.25F, 0.7F, 1.0F}) {
+            const float back =
+                ColorWheelGeometry::ringValueAt(ColorWheelGeometry::ringDirection(value));
+            QVERIFY(std::fabs(back - value) < 1e-5F);
         }
     }
-}
+
+    void panAndZoom() {
+        ColorWheel wheel;
+        wheel.resize(Side, Side);
+        drag(wheel, at(0, 0), at(178, -89), Qt::MiddleButton);
+        QVERIFY(std::fabs(wheel.pan().x() - 1.0) < 0.003 &&
+                std::fabs(wheel.pan().y() + 0.5) < 0.003);
+        drag(wheel, at(0, 0), at(3000, -3000), Qt::MiddleButton);
+        QCOMPARE(wheel.pan(), QPointF(1.9, -1.9));
+        wheel.resetView();
+        drag(wheel, at(0, 0), at(48, 48), Qt::MiddleButton, Qt::AltModifier);
+        QCOMPARE(wheel.zoom(), 2.0F);
+
+        // The wheel turns about the cursor, and what is below it stays there.
+        QTest::mouseClick(&wheel, Qt::LeftButton, {}, at(60, 30));
+        const Hsv before = colorOf(wheel);
+        const auto turn = [&] { Kestrel::Test::turnWheel(wheel, 720, at(60, 30)); };
+        turn();
+        QVERIFY(wheel.zoom() > 5.0F);
+        QTest::mouseClick(&wheel, Qt::LeftButton, {}, at(60, 30));
+        COMPARE_HSV(wheel, before.hue, before.saturation, 1.0F);
+        for (int i = 0; i < 10; ++i)
+            turn();
+        QCOMPARE(wheel.zoom(), 64.0F);
+        wheel.grab();
+        wheel.setZoomEnabled(false);
+        drag(wheel, at(0, 0), at(10, 10), Qt::MiddleButton);
+        QTest::keyClick(&wheel, Qt::Key_0);
+        QCOMPARE(wheel.zoom(), 64.0F);
+    }
+
+    void signalsOfADrag() {
+        ColorWheel wheel;
+        wheel.resize(Side, Side);
+        QStringList log;
+        connect(&wheel, &ColorWheel::startDragSignal, this, [&] { log += "start"; });
+        connect(&wheel, &ColorWheel::draggingSignal, this, [&] { log += "move"; });
+        connect(&wheel, &ColorWheel::stopDragSignal, this, [&] { log += "stop"; });
+        connect(&wheel, &ColorWheel::changedSignal, this, [&] { log += "changed"; });
+        connect(&wheel, &ColorWheel::hsvChanged, this, [&] { log += "hsv"; });
+        drag(wheel, at(0, 0), at(20, 20));
+        QCOMPARE(log.join(' '), QStringLiteral("start hsv hsv move hsv move stop changed"));
+        log.clear();
+        drag(wheel, at(0, 0), at(20, 20), Qt::MiddleButton);
+        QCOMPARE(log.join(' '), QStringLiteral("start move move stop"));
+
+        // A drag whose release never comes ends with the next movement, or when the wheel is
+        // hidden.
+        wheel.show();
+        QTest::mousePress(&wheel, Qt::RightButton, {}, at(0, 0));
+        QCOMPARE(wheel.dragMode(), ColorWheel::DragModes(ColorWheel::DragValue));
+        wheel.hide();
+        QVERIFY(!wheel.dragMode());
+
+        auto* doomed = new ColorWheel;
+        doomed->resize(Side, Side);
+        connect(doomed, &ColorWheel::hsvChanged, this, [&] { delete doomed; });
+        QTest::keyClick(doomed, Qt::Key_Right);
+    }
+
+    void doubleClicksAndKeys() {
+        ColorWheel wheel({}, ColorWheel::ValueRingWheel);
+        wheel.resize(Side, Side);
+        QSignalSpy changed(&wheel, &ColorWheel::changedSignal);
+        wheel.setHSV(0.25F, 0.5F, 0.5F);
+        QTest::mouseDClick(&wheel, Qt::LeftButton, {}, at(50, 0));
+        COMPARE_HSV(wheel, 0.25F, 0.0F, 0.5F);
+        QTest::mouseDClick(&wheel, Qt::LeftButton, {}, at(0, -190));
+        COMPARE_HSV(wheel, 0.25F, 0.0F, 1.0F);
+        changed.clear();
+        QTest::keyClick(&wheel, Qt::Key_Left);
+        QTest::keyClick(&wheel, Qt::Key_Up, Qt::ShiftModifier);
+        QTest::keyClick(&wheel, Qt::Key_Up);
+        QTest::keyClick(&wheel, Qt::Key_Down, Qt::ShiftModifier);
+        QTest::keyClick(&wheel, Qt::Key_PageDown);
+        COMPARE_HSV(wheel, 89.0F / 360.0F, 0.01F, 0.99F);
+        QCOMPARE(changed.count(), 5);
+        QAccessibleInterface* accessible = QAccessible::queryAccessibleInterface(&wheel);
+        QVERIFY(accessible);
+        QCOMPARE(accessible->text(QAccessible::Value),
+                 QStringLiteral("Hue 89\u00b0, saturation 1 %, value 99 %"));
+        QTest::keyClick(&wheel, Qt::Key_Home);
+        QCOMPARE(colorOf(wheel).saturation, 0.0F);
+    }
+
+    void markersDoNotRedrawTheWheel() {
+        for (int mode = 0; mode < 4; ++mode) {
+            int rows = 0;
+            ColorWheel wheel([&rows](float*, int pixels) { rows += pixels > 1 ? 1 : 0; },
+                             ColorWheel::DisplayMode(mode));
+            wheel.grab();
+            QVERIFY(rows > 0);
+            rows = 0;
+            const QPoint centre = wheel.rect().center();
+            drag(wheel, centre, centre + QPoint(10, 5));
+            wheel.setRingValue(0.3F);
+            wheel.setValue(0.3F);
+            wheel.grab();
+            QCOMPARE(rows, 0);
+            wheel.setHueRotation(1.0F);
+            wheel.grab();
+            QVERIFY(rows > 0);
+        }
+    }
+
+    void paintsTheColors() {
+        for (const auto mode : {ColorWheel::PlainWheel, ColorWheel::SquareWheel}) {
+            // Nothing but the square depends on the colour, and the marker is out of the way.
+            ColorWheel wheel({}, mode);
+            wheel.resize(Side, Side);
+            wheel.setHueRotation(0.5F);
+            wheel.setHSV(0.3F, 0.0F, 0.0F);
+            const QImage image = wheel.grab().toImage();
+            const auto geometry = ColorWheelGeometry::of(wheel.size(), mode, 1.0, {}, 0.5);
+            for (int i = 1; i <= 60; ++i) {
+                Hsv color{float(i) / 61.0F, std::fmod(float(i) * 0.37F, 0.8F) + 0.15F, 1.0F};
+                if (mode == ColorWheel::SquareWheel)
+                    color = {0.3F, color.hue, color.saturation};
+                const QPoint pixel = geometry.toWidget(geometry.markerOf(color)).toPoint();
+                if (mode == ColorWheel::PlainWheel) {
+                    const QPointF point(pixel.x() + 0.5 - Side / 2, Side / 2 - pixel.y() - 0.5);
+                    color.hue = geometry.hueAt(point);
+                    color.saturation = float(std::hypot(point.x(), point.y()) / geometry.disc);
+                }
+                float rgb[3];
+                Kestrel::UI::hsvToRgb(color.hue, color.saturation, color.value, rgb[0], rgb[1],
+                                      rgb[2]);
+                const QColor seen = image.pixelColor(pixel);
+                const double tolerance = mode == ColorWheel::PlainWheel ? 0.007 : 0.012;
+                QVERIFY(std::fabs(seen.redF() - double(rgb[0])) < tolerance &&
+                        std::fabs(seen.greenF() - double(rgb[1])) < tolerance &&
+                        std::fabs(seen.blueF() - double(rgb[2])) < tolerance);
+            }
+        }
+    }
+
+    void tinyWheels() {
+        for (int mode = 0; mode < 4; ++mode) {
+            for (const int side : {1, 4, 7, 8, 9, 10, 40, 42}) {
+                ColorWheel wheel({}, ColorWheel::DisplayMode(mode));
+                wheel.setFixedSize(side, 2 * side);
+                wheel.grab();
+                drag(wheel, {side / 2, side}, {side, side}, Qt::RightButton);
+                drag(wheel, {side / 2, side}, {side, side});
+                const Hsv color = colorOf(wheel);
+                QVERIFY(color.hue >= 0.0F && color.hue < 1.0F);
+                QVERIFY(color.saturation >= 0.0F && color.saturation <= 1.0F);
+                QVERIFY(color.value >= 0.0F && color.value <= 1.0F);
+            }
+        }
+    }
+};
 
 KXUI_TEST(ColorWheelTest);
 

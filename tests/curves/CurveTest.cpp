@@ -1,5 +1,6 @@
 #include <KxUI/curves/Curve.h>
 
+#include <support/Columns.h>
 #include <support/TestRegistry.h>
 
 #include <QtTest>
@@ -142,17 +143,11 @@ private slots:
     }
 
     void reading_data() {
-        QTest::addColumn<QString>("input");
-        QTest::addColumn<QString>("expected");
-        QTest::addColumn<bool>("good");
-        QTest::newRow("tight") << "(0.25, 0.5),(0.75,1)"
-                               << "(0.25, 0.5), (0.75, 1)" << true;
-        QTest::newRow("too many") << "(0,0)(1,1)(2,2)(3,3)"
-                                  << "(0, 0), (1, 1), (2, 2)" << true;
-        QTest::newRow("too few") << "(0.5, 0), (3, 4"
-                                 << "(0.5, 0), (1, 1)" << true;
-        QTest::newRow("not numbers") << "(0.5, 0), (a, b), (3, 3)"
-                                     << "(0.5, 0), (1, 1)" << false;
+        const Kestrel::Test::Columns<QString, QString, bool> row("input", "expected", "good");
+        row("tight", "(0.25, 0.5),(0.75,1)", "(0.25, 0.5), (0.75, 1)", true);
+        row("too many", "(0,0)(1,1)(2,2)(3,3)", "(0, 0), (1, 1), (2, 2)", true);
+        row("too few", "(0.5, 0), (3, 4", "(0.5, 0), (1, 1)", true);
+        row("not numbers", "(0.5, 0), (a, b), (3, 3)", "(0.5, 0), (1, 1)", false);
     }
     void reading() {
         QFETCH(QString, input);

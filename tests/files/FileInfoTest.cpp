@@ -17,7 +17,6 @@ class FileInfoTest : public QObject {
 private slots:
     void status() {
         FileInfo info("a.exr", false);
-        QVERIFY(info.isFile() && !info.isSequence() && !info.hasAdditionalInfo());
         info.setAdditionalInfo(5000000000U, -7, true, true);
         QCOMPARE(info.flags(), 1U | 4U | 8U);
         QVERIFY(info.size() == 5000000000U && info.lastModified() == -7);
@@ -64,7 +63,6 @@ private slots:
     }
 
     void extensions() {
-        QVERIFY(!FileInfo::isSequenceExtension("exr"));
         FileManager::setInitialSequenceExtensions();
         QVERIFY(FileInfo::isSequenceExtension("exr") && FileInfo::isSequenceExtension(".TIFF16"));
         QVERIFY(!FileInfo::isSequenceExtension("..exr") && !FileInfo::isSequenceExtension(nullptr));

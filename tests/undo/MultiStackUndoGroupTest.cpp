@@ -8,6 +8,7 @@
 #include <array>
 #include <memory>
 #include <random>
+#include <utility>
 
 using Kestrel::UI::MultiStackUndoGroup;
 using Kestrel::UI::UndoableProject;
@@ -88,145 +89,142 @@ class MultiStackUndoGroupTest : public QObject {
 
 private slots:
     void cleanup() { QCOMPARE(AddCommand::alive(), 0); }
-    void randomOperations();
-    void signalsOfAStep();
-    void changesFromWithinAreRefused();
-    void commandsOwnedAlreadyAreRefused();
-};
-
-void MultiStackUndoGroupTest::randomOperations() {
-    std::mt19937 random(7);
-    const auto below = [&random](int end) { return int(random() % unsigned(end)); };
-    Projects projects;
-    MultiStackUndoGroup group;
-    const std::unique_ptr<QAction> undo(group.createUndoAction(nullptr));
-    const std::unique_ptr<QAction> redo(group.createRedoAction(nullptr));
-    Reference reference;
-    for (int number = 0; number < 20000; ++number) {
-        const int which = below(int(projects.size()));
-        UndoableProject* project = &projects[std::size_t(which)];
-        const int size = int(reference.entries.size());
-        switch (const int action = below(100)) {
-        case 0:
-            project->document.clear();
-            group.removeProject(project);
-            reference.remove(which);
-            break;
-        case 1:
-        case 2:
-            reference.index = below(size + 1);
-            group.makeIndex(reference.index);
-            break;
-        default:
-            if (action < 30) {
-                undo->trigger();
-                reference.index = std::max(reference.index - 1, 0);
-            } else if (action < 55) {
-                redo->trigger();
-                reference.index = std::min(reference.index + 1, size);
-            } else {
-                auto* command = new AddCommand(project, number, action < 65);
-                command->setObsolete(action % 2 == 0);
-                group.performCommand(command, project);
-                reference.perform(which, number, action < 65);
+    void randomOperations() {
+        std::mt19937 random(7);
+        const auto below = [&random](int end) { return int(random() % unsigned(end)); };
+        Projects projects;
+        MultiStackUndoGroup group;
+        const std::unique_ptr<QAction> undo(group.createUndoAction(nullptr));
+        const std::unique_ptr<QAction> redo(group.createRedoAction(nullptr));
+        Reference reference;
+        for (int number = 0; number < 20000; ++number) {
+            const int which = below(int(projects.size()));
+            UndoableProject* project = &projects[std::size_t(which)];
+            const int size = int(reference.entries.size());
+            switch (const int action = below(100)) {
+            case 0:
+                project->document.clear();
+                group.removeProject(project);
+                reference.remove(which);
+                break;
+            case 1:
+            case 2:
+                reference.index = below(size + 1);
+                group.makeIndex(reference.index);
+                break;
+            default:
+                if (action < 30) {
+                    undo->trigger();
+                    reference.index = std::max(reference.index - 1, 0);
+                } else if (action < 55) {
+                    redo->trigger();
+                    reference.index = std::min(reference.index + 1, size);
+                } else {
+                    auto* command = new AddCommand(project, number, action < 65);
+                    command->setObsolete(action % 2 == 0);
+                    group.performCommand(command, project);
+                    reference.perform(which, number, action < 65);
+                }
             }
+            compare(group, reference, projects);
+            QCOMPARE(undo->text(), "Undo " + reference.textAt(reference.index - 1));
+            QCOMPARE(redo->text(), "Redo " + reference.textAt(reference.index));
+            QCOMPARE(undo->isEnabled(), reference.index > 0);
+            QCOMPARE(redo->isEnabled(), reference.index < int(reference.entries.size()));
+            if (QTest::currentTestFailed())
+                return;
         }
-        compare(group, reference, projects);
-        QCOMPARE(undo->text(), "Undo " + reference.textAt(reference.index - 1));
-        QCOMPARE(redo->text(), "Redo " + reference.textAt(reference.index));
-        QCOMPARE(undo->isEnabled(), reference.index > 0);
-        QCOMPARE(redo->isEnabled(), reference.index < int(reference.entries.size()));
-        if (QTest::currentTestFailed())
-            return;
+        for (UndoableProject& project : projects)
+            group.removeProject(&project);
     }
-    for (UndoableProject& project : projects)
+
+    void signalsOfAStep() {
+        UndoableProject project;
+        MultiStackUndoGroup group;
+        QStringList log;
+        const auto take = [&log] { return std::exchange(log, {}); };
+        using Group = MultiStackUndoGroup;
+        connect(&group, &Group::projectAboutToBeChanged, this, [&] { log += "about to"; });
+        connect(&group, &Group::projectChanged, this, [&] { log += "changed"; });
+        connect(&group, &Group::setRedoable, this,
+                [&](bool on) { log += on ? "redo" : "no redo"; });
+        connect(&group, &Group::setUndoable, this,
+                [&](bool on) { log += on ? "undo" : "no undo"; });
+        connect(&group, &Group::setUndoActionText, this, [&](const QString& text) { log += text; });
+        connect(&group, &Group::setRedoActionText, this, [&](const QString& text) { log += text; });
+        group.undo();
+        group.redo();
+        group.makeIndex(0);
+        QCOMPARE(take(), QStringList());
+        group.performCommand(new AddCommand(&project, 1), &project);
+        QCOMPARE(take(), (QStringList{"about to", "no redo", "undo", "1", "", "changed"}));
+        group.makeIndex(-5);
+        QCOMPARE(take(), (QStringList{"about to", "redo", "no undo", "", "1", "changed"}));
+        group.redo();
+        group.performCommand(new AddCommand(&project, 2), &project);
+        group.undo();
+        take();
+        group.performCommand(new AddCommand(&project, 3, true), &project);
+        QCOMPARE(take(), (QStringList{"about to", "no redo", "undo", "1+3", "", "changed"}));
         group.removeProject(&project);
-}
-
-void MultiStackUndoGroupTest::signalsOfAStep() {
-    UndoableProject project;
-    MultiStackUndoGroup group;
-    QStringList log;
-    using Group = MultiStackUndoGroup;
-    connect(&group, &Group::projectAboutToBeChanged, this, [&] { log += "about to"; });
-    connect(&group, &Group::projectChanged, this, [&] { log += "changed"; });
-    connect(&group, &Group::setRedoable, this, [&](bool on) { log += on ? "redo" : "no redo"; });
-    connect(&group, &Group::setUndoable, this, [&](bool on) { log += on ? "undo" : "no undo"; });
-    connect(&group, &Group::setUndoActionText, this, [&](const QString& text) { log += text; });
-    connect(&group, &Group::setRedoActionText, this, [&](const QString& text) { log += text; });
-    group.undo();
-    group.redo();
-    group.makeIndex(0);
-    QVERIFY(log.isEmpty());
-    group.performCommand(new AddCommand(&project, 1), &project);
-    QCOMPARE(log, (QStringList{"about to", "no redo", "undo", "1", "", "changed"}));
-    log.clear();
-    group.makeIndex(-5);
-    QCOMPARE(log, (QStringList{"about to", "redo", "no undo", "", "1", "changed"}));
-    group.redo();
-    group.performCommand(new AddCommand(&project, 2), &project);
-    group.undo();
-    log.clear();
-    group.performCommand(new AddCommand(&project, 3, true), &project);
-    QCOMPARE(log, (QStringList{"about to", "no redo", "undo", "1+3", "", "changed"}));
-    log.clear();
-    group.removeProject(&project);
-    QCOMPARE(log, (QStringList{"no redo", "no undo", "", ""}));
-}
-
-void MultiStackUndoGroupTest::changesFromWithinAreRefused() {
-    UndoableProject project;
-    UndoableProject other;
-    MultiStackUndoGroup group;
-    auto* command = new AddCommand(&project, 2);
-    const std::vector<std::pair<const char*, std::function<void()>>> calls{
-        {"performCommand", [&] { group.performCommand(new AddCommand(&other, 9), &other); }},
-        {"undo", [&] { group.undo(); }},
-        {"undo", [&] { group.makeIndex(0); }},
-        {"redo", [&] { group.redo(); }},
-        {"addProject", [&] { group.addProject(&other); }},
-        {"removeProject", [&] { group.removeProject(&project); }},
-    };
-    group.performCommand(new AddCommand(&project, 1), &project);
-    group.performCommand(command, &project);
-    group.performCommand(new AddCommand(&other, 3), &other);
-    for (const auto& [name, call] : calls) {
-        const QByteArray warning =
-            QByteArray("MultiStackUndoGroup::") + name + " - refused: the history is being changed";
-        command->meanwhile = call;
-        QTest::ignoreMessage(QtWarningMsg, warning.constData());
-        group.makeIndex(1);
-        QCOMPARE(group.index(), 1);
-        QTest::ignoreMessage(QtWarningMsg, warning.constData());
-        group.makeIndex(3);
-        QCOMPARE(texts(group), (QStringList{"1", "2", "3"}));
-        QCOMPARE(group.index(), 3);
-        QCOMPARE(AddCommand::alive(), 3);
-        QVERIFY(group.projects().isEmpty());
+        QCOMPARE(take(), (QStringList{"no redo", "no undo", "", ""}));
     }
-    command->meanwhile = nullptr;
-    QStringList seen;
-    command->atEnd = [&] { seen = texts(group) + QStringList(group.undoText()); };
-    group.removeProject(&project);
-    QCOMPARE(seen, (QStringList{"3", "3"}));
-    group.removeProject(&other);
-}
 
-// The destructor leaves the command that the history has to its owner.
-void MultiStackUndoGroupTest::commandsOwnedAlreadyAreRefused() {
-    UndoableProject project;
-    AddCommand command(&project, 1);
-    MultiStackUndoGroup group;
-    command.meanwhile = [&] { group.performCommand(&command, &project); };
-    for (int i = 0; i < 2; ++i) {
-        QTest::ignoreMessage(QtWarningMsg, "MultiStackUndoGroup::performCommand - refused: the "
-                                           "history has this command already");
-        group.performCommand(&command, &project);
+    void changesFromWithinAreRefused() {
+        UndoableProject project;
+        UndoableProject other;
+        MultiStackUndoGroup group;
+        auto* command = new AddCommand(&project, 2);
+        const std::vector<std::pair<const char*, std::function<void()>>> calls{
+            {"performCommand", [&] { group.performCommand(new AddCommand(&other, 9), &other); }},
+            {"undo", [&] { group.undo(); }},
+            {"undo", [&] { group.makeIndex(0); }},
+            {"redo", [&] { group.redo(); }},
+            {"addProject", [&] { group.addProject(&other); }},
+            {"removeProject", [&] { group.removeProject(&project); }},
+        };
+        group.performCommand(new AddCommand(&project, 1), &project);
+        group.performCommand(command, &project);
+        group.performCommand(new AddCommand(&other, 3), &other);
+        for (const auto& [name, call] : calls) {
+            const QByteArray warning = QByteArray("MultiStackUndoGroup::") + name +
+                                       " - refused: the history is being changed";
+            command->meanwhile = call;
+            QTest::ignoreMessage(QtWarningMsg, warning.constData());
+            group.makeIndex(1);
+            QCOMPARE(group.index(), 1);
+            QTest::ignoreMessage(QtWarningMsg, warning.constData());
+            group.makeIndex(3);
+            QCOMPARE(texts(group), (QStringList{"1", "2", "3"}));
+            QCOMPARE(group.index(), 3);
+            QCOMPARE(AddCommand::alive(), 3);
+            QVERIFY(group.projects().isEmpty());
+        }
+        command->meanwhile = nullptr;
+        QStringList seen;
+        command->atEnd = [&] { seen = texts(group) + QStringList(group.undoText()); };
+        group.removeProject(&project);
+        QCOMPARE(seen, (QStringList{"3", "3"}));
+        group.removeProject(&other);
     }
-    QTest::ignoreMessage(QtWarningMsg, "MultiStackUndoGroup::performCommand - refused: no command");
-    group.performCommand(nullptr, &project);
-    QCOMPARE(texts(group), QStringList{"1"});
-}
+
+    // The destructor leaves the command that the history has to its owner.
+    void commandsOwnedAlreadyAreRefused() {
+        UndoableProject project;
+        AddCommand command(&project, 1);
+        MultiStackUndoGroup group;
+        command.meanwhile = [&] { group.performCommand(&command, &project); };
+        for (int i = 0; i < 2; ++i) {
+            QTest::ignoreMessage(QtWarningMsg, "MultiStackUndoGroup::performCommand - refused: the "
+                                               "history has this command already");
+            group.performCommand(&command, &project);
+        }
+        QTest::ignoreMessage(QtWarningMsg,
+                             "MultiStackUndoGroup::performCommand - refused: no command");
+        group.performCommand(nullptr, &project);
+        QCOMPARE(texts(group), QStringList{"1"});
+    }
+};
 
 KXUI_TEST(MultiStackUndoGroupTest);
 

@@ -21,11 +21,12 @@ LogScale scaleOf(int minExp, int maxExp, int precision) {
     return {minExp, maxExp, precision, std::pow(10.0, minExp), std::pow(10.0, maxExp)};
 }
 
-QString keptTicks(int length, int spacing) {
-    DecadeFlags all;
-    all.fill(true);
+QString keptTicks(int length, int spacing, std::size_t without = 0) {
+    DecadeFlags wanted;
+    for (std::size_t tick = 1; tick <= 10; ++tick)
+        wanted[tick - 1] = tick != without;
     const DecadeFlags kept =
-        Kestrel::UI::preprocessTicks(all, scaleOf(0, 1, 1000), length, spacing);
+        Kestrel::UI::preprocessTicks(wanted, scaleOf(0, 1, 1000), length, spacing);
     QString text;
     for (int tick = 1; tick <= 10; ++tick) {
         if (kept[static_cast<std::size_t>(tick - 1)])
@@ -50,139 +51,126 @@ class LogSliderTest : public QObject {
     Q_OBJECT
 
 private slots:
-    void positionsAndValues();
-    void echoedValuesDoNotCreep();
-    void refusals();
-    void ticksThinOutEvenly();
-    void planHasEveryPixelOnce();
-    void paintsOnlyWhatItShould();
-};
-
-void LogSliderTest::positionsAndValues() {
-    LogSlider slider(Qt::Horizontal);
-    slider.setRealRange(3, -1, 10);
-    QCOMPARE(slider.minimum(), -10);
-    QCOMPARE(slider.maximum(), 30);
-    QSignalSpy changed(&slider, &QSlider::valueChanged);
-    slider.setRealValue(0.05);
-    QCOMPARE(slider.value(), -10);
-    QCOMPARE(slider.realValue(), 0.1);
-    slider.setRealValue(2.0);
-    QCOMPARE(slider.value(), 3);
-    slider.setRealValue(0.5); // log10 is -0.30: cut toward zero
-    QCOMPARE(slider.value(), -3);
-    slider.setRealValue(std::numeric_limits<double>::infinity());
-    QCOMPARE(slider.value(), 30);
-    slider.setRealValue(-1);
-    QCOMPARE(slider.value(), -10);
-    QCOMPARE(changed.count(), 5);
-}
-
-void LogSliderTest::echoedValuesDoNotCreep() {
-    LogSlider slider;
-    for (int precision = 1; precision <= 1000; precision += 37) {
-        slider.setRealRange(-3, 2, precision);
-        for (int position = slider.minimum(); position <= slider.maximum(); ++position) {
-            slider.setValue(position);
-            slider.setRealValue(slider.realValue());
-            QCOMPARE(slider.value(), position);
-        }
+    void positionsAndValues() {
+        LogSlider slider(Qt::Horizontal);
+        slider.setRealRange(3, -1, 10);
+        QCOMPARE(slider.minimum(), -10);
+        QCOMPARE(slider.maximum(), 30);
+        QSignalSpy changed(&slider, &QSlider::valueChanged);
+        slider.setRealValue(0.05);
+        QCOMPARE(slider.value(), -10);
+        QCOMPARE(slider.realValue(), 0.1);
+        slider.setRealValue(2.0);
+        QCOMPARE(slider.value(), 3);
+        slider.setRealValue(0.5); // log10 is -0.30: cut toward zero
+        QCOMPARE(slider.value(), -3);
+        slider.setRealValue(std::numeric_limits<double>::infinity());
+        QCOMPARE(slider.value(), 30);
+        slider.setRealValue(-1);
+        QCOMPARE(slider.value(), -10);
+        QCOMPARE(changed.count(), 5);
     }
-}
 
-void LogSliderTest::refusals() {
-    LogSlider slider;
-    const auto range = [&slider](int minExp, int maxExp, int precision) {
-        return messageOf<std::invalid_argument>(
-            [&] { slider.setRealRange(minExp, maxExp, precision); });
-    };
-    QCOMPARE(messageOf<std::logic_error>([&] { slider.realValue(); }),
-             QStringLiteral("Call setRealRange method first"));
-    QCOMPARE(messageOf<std::logic_error>([&] { slider.setRealValue(1); }),
-             QStringLiteral("Call setRealRange method first"));
-    slider.setRealRange(0, 2, 10);
-    slider.setRealValue(5);
-    QCOMPARE(range(1, 1, 0), QStringLiteral("precision argument should be > 0"));
-    QCOMPARE(range(1, 1, 10), QStringLiteral("minExp cannot be equal to maxExp"));
-    QVERIFY(!range(-308, 0, 1).isEmpty());
-    QVERIFY(!range(0, 309, 1).isEmpty());
-    QVERIFY(!range(0, 300, INT_MAX / 300).isEmpty());
-    QVERIFY(!range(INT_MIN, INT_MAX, 1).isEmpty());
-    QVERIFY(!messageOf<std::invalid_argument>([&] {
-                 slider.setRealValue(std::numeric_limits<double>::quiet_NaN());
-             }).isEmpty());
-    QCOMPARE(slider.maximum(), 20);
-    QCOMPARE(slider.value(), 6);
-    slider.setRealRange(-307, 308, 1000);
-    slider.setRealValue(std::numeric_limits<double>::denorm_min());
-    QCOMPARE(slider.value(), -307000);
-}
-
-void LogSliderTest::ticksThinOutEvenly() {
-    QCOMPARE(keptTicks(1000, 4), QStringLiteral("1234567890"));
-    QCOMPARE(keptTicks(100, 10), QStringLiteral("123456780"));
-    QCOMPARE(keptTicks(100, 20), QStringLiteral("1234570"));
-    QCOMPARE(keptTicks(100, 30), QStringLiteral("123570"));
-    QCOMPARE(keptTicks(100, 60), QStringLiteral("1350"));
-    QCOMPARE(keptTicks(100, 80), QStringLiteral("150"));
-    QCOMPARE(keptTicks(100, 100), QStringLiteral("10"));
-    QCOMPARE(keptTicks(-100, 80), QStringLiteral("150")); // a vertical groove
-
-    DecadeFlags withoutThree;
-    withoutThree.fill(true);
-    withoutThree[2] = false;
-    const DecadeFlags kept =
-        Kestrel::UI::preprocessTicks(withoutThree, scaleOf(0, 1, 1000), 1000, 4);
-    QVERIFY(!kept[1] && !kept[2] && !kept[3] && kept[4]);
-}
-
-void LogSliderTest::planHasEveryPixelOnce() {
-    for (const int length : {-300, -7, 1, 3, 40, 700}) {
-        for (const int precision : {1, 7, 1000}) {
-            const LogScale scale = scaleOf(-3, 4, precision);
-            const auto ticks = Kestrel::UI::planTicks(scale, 10, length, std::vector<int>(7, 30));
-            QVERIFY(!ticks.empty());
-            QCOMPARE(ticks.front().pixel, 10);
-            for (std::size_t i = 1; i < ticks.size(); ++i) {
-                QVERIFY(length > 0 ? ticks[i].pixel > ticks[i - 1].pixel
-                                   : ticks[i].pixel < ticks[i - 1].pixel);
+    void echoedValuesDoNotCreep() {
+        LogSlider slider;
+        for (int precision = 1; precision <= 1000; precision += 37) {
+            slider.setRealRange(-3, 2, precision);
+            for (int position = slider.minimum(); position <= slider.maximum(); ++position) {
+                slider.setValue(position);
+                slider.setRealValue(slider.realValue());
+                QCOMPARE(slider.value(), position);
             }
-            QVERIFY(ticks.back().wholePower);
-            QCOMPARE(ticks.back().pixel, 10 + length);
         }
     }
-}
 
-void LogSliderTest::paintsOnlyWhatItShould() {
-    for (const Qt::Orientation orientation : {Qt::Horizontal, Qt::Vertical}) {
-        QSlider plain(orientation);
-        LogSlider slider(orientation);
-        slider.setDrawLogTicks(false);
-        QCOMPARE(slider.sizeHint(), plain.sizeHint());
-        const QSize size = orientation == Qt::Horizontal ? QSize(400, 40) : QSize(40, 400);
-        plain.resize(size);
-        slider.resize(size);
-        slider.setDrawLogTicks(true);
-        QCOMPARE(slider.sizeHint() - plain.sizeHint(),
-                 orientation == Qt::Horizontal ? QSize(0, 8) : QSize(8, 0));
-        QCOMPARE(slider.grab().toImage(), plain.grab().toImage()); // no range yet
-
-        slider.setRealRange(-2, 2, 100);
-        plain.setRange(slider.minimum(), slider.maximum());
-        plain.setValue(slider.value());
-        slider.setExpTickColor(Qt::red);
-        const QImage image = slider.grab().toImage();
-        int red = 0;
-        for (int y = 0; y < image.height(); ++y) {
-            for (int x = 0; x < image.width(); ++x)
-                red += image.pixelColor(x, y) == QColor(Qt::red);
-        }
-        QVERIFY(red >= 12); // the marks of 0.01 and 100 at the least
-        QVERIFY(slider.tickColor().isValid());
-        slider.setDrawLogTicks(false);
-        QCOMPARE(slider.grab().toImage(), plain.grab().toImage());
+    void refusals() {
+        LogSlider slider;
+        const auto range = [&slider](int minExp, int maxExp, int precision) {
+            return messageOf<std::invalid_argument>(
+                [&] { slider.setRealRange(minExp, maxExp, precision); });
+        };
+        QCOMPARE(messageOf<std::logic_error>([&] { slider.realValue(); }),
+                 QStringLiteral("Call setRealRange method first"));
+        QCOMPARE(messageOf<std::logic_error>([&] { slider.setRealValue(1); }),
+                 QStringLiteral("Call setRealRange method first"));
+        slider.setRealRange(0, 2, 10);
+        slider.setRealValue(5);
+        QCOMPARE(range(1, 1, 0), QStringLiteral("precision argument should be > 0"));
+        QCOMPARE(range(1, 1, 10), QStringLiteral("minExp cannot be equal to maxExp"));
+        QVERIFY(!range(-308, 0, 1).isEmpty());
+        QVERIFY(!range(0, 309, 1).isEmpty());
+        QVERIFY(!range(0, 300, INT_MAX / 300).isEmpty());
+        QVERIFY(!range(INT_MIN, INT_MAX, 1).isEmpty());
+        QVERIFY(!messageOf<std::invalid_argument>([&] {
+                     slider.setRealValue(std::numeric_limits<double>::quiet_NaN());
+                 }).isEmpty());
+        QCOMPARE(slider.maximum(), 20);
+        QCOMPARE(slider.value(), 6);
+        slider.setRealRange(-307, 308, 1000);
+        slider.setRealValue(std::numeric_limits<double>::denorm_min());
+        QCOMPARE(slider.value(), -307000);
     }
-}
+
+    void ticksThinOutEvenly() {
+        QCOMPARE(keptTicks(1000, 4), QStringLiteral("1234567890"));
+        QCOMPARE(keptTicks(100, 10), QStringLiteral("123456780"));
+        QCOMPARE(keptTicks(100, 20), QStringLiteral("1234570"));
+        QCOMPARE(keptTicks(100, 30), QStringLiteral("123570"));
+        QCOMPARE(keptTicks(100, 60), QStringLiteral("1350"));
+        QCOMPARE(keptTicks(-100, 80), QStringLiteral("150")); // a vertical groove
+        QCOMPARE(keptTicks(100, 100), QStringLiteral("10"));
+        QCOMPARE(keptTicks(1000, 4, 3), QStringLiteral("1567890"));
+    }
+
+    void planHasEveryPixelOnce() {
+        for (const int length : {-300, -7, 1, 3, 40, 700}) {
+            for (const int precision : {1, 7, 1000}) {
+                const LogScale scale = scaleOf(-3, 4, precision);
+                const auto ticks =
+                    Kestrel::UI::planTicks(scale, 10, length, std::vector<int>(7, 30));
+                QVERIFY(!ticks.empty());
+                QCOMPARE(ticks.front().pixel, 10);
+                for (std::size_t i = 1; i < ticks.size(); ++i) {
+                    QVERIFY(length > 0 ? ticks[i].pixel > ticks[i - 1].pixel
+                                       : ticks[i].pixel < ticks[i - 1].pixel);
+                }
+                QVERIFY(ticks.back().wholePower);
+                QCOMPARE(ticks.back().pixel, 10 + length);
+            }
+        }
+    }
+
+    void paintsOnlyWhatItShould() {
+        for (const Qt::Orientation orientation : {Qt::Horizontal, Qt::Vertical}) {
+            QSlider plain(orientation);
+            LogSlider slider(orientation);
+            slider.setDrawLogTicks(false);
+            QCOMPARE(slider.sizeHint(), plain.sizeHint());
+            const QSize size = orientation == Qt::Horizontal ? QSize(400, 40) : QSize(40, 400);
+            plain.resize(size);
+            slider.resize(size);
+            slider.setDrawLogTicks(true);
+            QCOMPARE(slider.sizeHint() - plain.sizeHint(),
+                     orientation == Qt::Horizontal ? QSize(0, 8) : QSize(8, 0));
+            QCOMPARE(slider.grab().toImage(), plain.grab().toImage()); // no range yet
+
+            slider.setRealRange(-2, 2, 100);
+            plain.setRange(slider.minimum(), slider.maximum());
+            plain.setValue(slider.value());
+            slider.setExpTickColor(Qt::red);
+            const QImage image = slider.grab().toImage();
+            int red = 0;
+            for (int y = 0; y < image.height(); ++y) {
+                for (int x = 0; x < image.width(); ++x)
+                    red += image.pixelColor(x, y) == QColor(Qt::red);
+            }
+            QVERIFY(red >= 12); // the marks of 0.01 and 100 at the least
+            QVERIFY(slider.tickColor().isValid());
+            slider.setDrawLogTicks(false);
+            QCOMPARE(slider.grab().toImage(), plain.grab().toImage());
+        }
+    }
+};
 
 KXUI_TEST(LogSliderTest);
 #include "LogSliderTest.moc"
