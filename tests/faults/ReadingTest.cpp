@@ -1,16 +1,13 @@
+#include "../dock/Workspace.h"
 #include "../workbench/TestImages.h"
 #include "media/FrameDecoder.h"
 #include "media/ItemStatus.h"
 
-#include <KxUI/dock/Dock.h>
-#include <KxUI/dock/DockMainWindow.h>
-#include <KxUI/dock/DockSplitter.h>
 #include <KxUI/dock/WidgetTracker.h>
 #include <KxUI/files/FileInfoList.h>
 #include <KxUI/settings/AppSettings.h>
 #include <support/TestRegistry.h>
 
-#include <QBuffer>
 #include <QMessageBox>
 #include <QScreen>
 #include <QSplitter>
@@ -25,6 +22,7 @@
 using namespace Kestrel::UI;
 using namespace Kestrel::Workbench;
 using Kestrel::Test::TestImage;
+using Kestrel::Test::Workspace;
 
 namespace {
 
@@ -54,30 +52,6 @@ QByteArray anyBytes(unsigned seed, int count) {
         bytes += char(random());
     return bytes;
 }
-
-struct Workspace : DockMainWindow {
-    Workspace() { setAttribute(Qt::WA_DeleteOnClose, false); }
-
-    QWidget* createPage(QString& id) override {
-        auto* page = new QWidget;
-        page->setObjectName(id);
-        page->setAttribute(Qt::WA_DeleteOnClose);
-        return page;
-    }
-
-    QByteArray saved() {
-        QBuffer buffer;
-        buffer.open(QIODevice::WriteOnly);
-        saveLayout(&buffer, nullptr);
-        return buffer.data();
-    }
-
-    bool restored(QByteArray document, bool whole) {
-        QBuffer buffer(&document);
-        buffer.open(QIODevice::ReadOnly);
-        return whole ? restoreWholeLayout(&buffer, false) : restoreLayout(&buffer, false);
-    }
-};
 
 } // namespace
 
@@ -226,16 +200,12 @@ private Q_SLOTS:
     // All or nothing by restoreWholeLayout; a sound workspace by restoreLayout, whatever is left.
     void layoutCutAtAnyByte() {
         Workspace workspace;
-        for (const char* names : {"a b", "c", "d e f"}) {
-            Dock* dock = workspace.createDock();
-            workspace.addWidget(dock);
-            for (QString name : QString(names).split(' '))
-                dock->addWidget(workspace.createPage(name), false, false);
-        }
+        for (const QStringList& names : {QStringList{"a", "b"}, {"c"}, {"d", "e", "f"}})
+            workspace.pane(names);
         workspace.show();
         const QByteArray good = workspace.saved();
         for (int bytes = 0; bytes < good.trimmed().size(); ++bytes) {
-            QVERIFY(!workspace.restored(good.left(bytes), true));
+            QVERIFY(!workspace.wholeRestored(good.left(bytes)));
             QCOMPARE(workspace.saved(), good);
         }
         QTimer closer;
@@ -245,7 +215,7 @@ private Q_SLOTS:
         });
         closer.start(0);
         for (int bytes = 0; bytes < good.trimmed().size(); bytes += 13) {
-            QVERIFY(!workspace.restored(good.left(bytes), false));
+            QVERIFY(!workspace.restored(good.left(bytes)));
             workspace.saved();
             // The old tree is left to the host.
             QList<DockSplitter*> trees;
@@ -255,7 +225,7 @@ private Q_SLOTS:
             }
             qDeleteAll(trees);
         }
-        QVERIFY(workspace.restored(good, true));
+        QVERIFY(workspace.wholeRestored(good));
         QCOMPARE(workspace.saved(), good);
     }
 
