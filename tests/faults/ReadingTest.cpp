@@ -200,6 +200,7 @@ private Q_SLOTS:
     // All or nothing by restoreWholeLayout; a sound workspace by restoreLayout, whatever is left.
     void layoutCutAtAnyByte() {
         Workspace workspace;
+        workspace.resize(640, 480); // within the screen, so that it is restored as it was
         for (const QStringList& names : {QStringList{"a", "b"}, {"c"}, {"d", "e", "f"}})
             workspace.pane(names);
         workspace.show();
