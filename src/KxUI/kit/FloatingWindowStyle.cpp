@@ -1,5 +1,7 @@
 #include <KxUI/kit/FloatingWindowStyle.h>
 
+#include <KxUI/kit/WindowSystem_p.h>
+
 #include <QWidget>
 
 namespace Kestrel::UI {
@@ -11,6 +13,7 @@ void FloatingWindowStyle::Apply(QWidget* window, QWidget* parent) {
     // Through setParent, so that a window made without a parent still floats above the given one.
     window->setParent(parent, flags);
     window->setAttribute(Qt::WA_QuitOnClose, false);
+    presentAsNormal(window);
 }
 
 } // namespace Kestrel::UI

@@ -1,8 +1,13 @@
 #include <KxUI/kit/WindowSystem_p.h>
 
+#include <QEvent>
 #include <QGuiApplication>
 #include <QRegion>
 #include <QWidget>
+
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
+#include <QtPlatformHeaders/QXcbWindowFunctions>
+#endif
 
 namespace Kestrel::UI {
 
@@ -19,7 +24,33 @@ bool clientRulesWindows() {
     return hasDesktop() && !QGuiApplication::platformName().startsWith(QLatin1String("wayland"));
 }
 
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
+/** Says what a window is whenever it gets a new one from the window system. */
+class NormalWindow : public QObject {
+public:
+    using QObject::QObject;
+
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        QWindow* window = event->type() == QEvent::WinIdChange
+                              ? static_cast<QWidget*>(watched)->windowHandle()
+                              : nullptr;
+        if (window)
+            QXcbWindowFunctions::setWmWindowType(window, QXcbWindowFunctions::Normal);
+        return false;
+    }
+};
+#endif
+
 } // namespace
+
+void presentAsNormal(QWidget* window) {
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
+    if (QGuiApplication::platformName() == QLatin1String("xcb"))
+        window->installEventFilter(new NormalWindow(window));
+#else
+    Q_UNUSED(window)
+#endif
+}
 
 void raiseWindow(QWidget* window) {
     if (hasDesktop())

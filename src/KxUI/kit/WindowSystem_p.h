@@ -9,6 +9,10 @@ namespace Kestrel::UI {
     Requests that some window systems cannot fulfil and then complain about on every call. These ask
     only where the answer can be yes; elsewhere they do nothing. */
 
+/** Has the window manager treat a tool window that is not shown yet like any other window: many let
+    no tool window go full screen, and some do not maximize one. */
+void presentAsNormal(QWidget* window);
+
 /** Raises a top-level window above the others of the application. */
 void raiseWindow(QWidget* window);
 
