@@ -23,6 +23,7 @@
 #include <QMenuBar>
 #include <QSplitter>
 #include <QStatusBar>
+#include <QTimer>
 #include <QTreeView>
 
 namespace Kestrel::Workbench {
@@ -103,9 +104,13 @@ void MainWindow::nameSequence() {
 void MainWindow::rememberArrangement() {
     m_remembers = true;
     QString problem;
-    if (!recall(&problem) && !problem.isEmpty())
-        statusBar()->showMessage(tr("The last workspace could not be restored. %1").arg(problem),
-                                 20000);
+    if (!recall(&problem) && !problem.isEmpty()) {
+        // Before it is seen, the bar would show the message on top of what else it shows.
+        QTimer::singleShot(0, this, [this, problem] {
+            statusBar()->showMessage(
+                tr("The last workspace could not be restored. %1").arg(problem), 20000);
+        });
+    }
     if (UI::AppSettings().value(profilerKey()).toBool())
         openProfiler();
 }
