@@ -11,7 +11,10 @@
 #include <QBuffer>
 #include <QEvent>
 #include <QFile>
+#include <QGuiApplication>
+#include <QRegularExpression>
 #include <QSaveFile>
+#include <QScreen>
 #include <QStackedWidget>
 
 #include <algorithm>
@@ -23,6 +26,26 @@ namespace {
 
 QString layoutKey() {
     return QStringLiteral("workspace/layout");
+}
+
+QString desktopKey() {
+    return QStringLiteral("workspace/desktop");
+}
+
+/** What all screens cover together. */
+QRect desktop() {
+    return QGuiApplication::primaryScreen()->virtualGeometry();
+}
+
+/** Brings the whole of a window onto the screen that it is on. */
+void fitOnScreen(QWidget* window) {
+    if (window->isMaximized() || window->isFullScreen())
+        return;
+    const QRect area = window->screen()->availableGeometry();
+    window->resize(window->size().boundedTo(area.size()));
+    const QPoint last(area.right() + 1 - window->width(), area.bottom() + 1 - window->height());
+    window->move(std::max(area.left(), std::min(window->x(), last.x())),
+                 std::max(area.top(), std::min(window->y(), last.y())));
 }
 
 /** Gives a pane that was dragged to nothing, or gave all its room to another, a share again. */
@@ -285,16 +308,49 @@ QString Workspace::loadFrom(const QString& name) {
 void Workspace::remember() {
     QBuffer buffer;
     buffer.open(QIODevice::WriteOnly);
-    if (saveLayout(&buffer, nullptr))
-        UI::AppSettings().setValue(layoutKey(), QString::fromUtf8(buffer.data()));
+    if (!saveLayout(&buffer, nullptr))
+        return;
+    QString document = QString::fromUtf8(buffer.data());
+    if (isMaximized() && normalGeometry().isValid()) {
+        // The place to come back to when it is no longer maximized.
+        const QRect normal = normalGeometry().translated(-m_frameOffset);
+        static const QRegularExpression place(
+            QStringLiteral("<window x=\"-?\\d+\" y=\"-?\\d+\" w=\"\\d+\" h=\"\\d+\""));
+        const QRegularExpressionMatch first = place.match(document);
+        document.replace(first.capturedStart(), first.capturedLength(),
+                         QStringLiteral("<window x=\"%1\" y=\"%2\" w=\"%3\" h=\"%4\"")
+                             .arg(normal.x())
+                             .arg(normal.y())
+                             .arg(normal.width())
+                             .arg(normal.height()));
+    }
+    UI::AppSettings settings;
+    settings.setValue(layoutKey(), document);
+    settings.setValue(desktopKey(), desktop());
 }
 
 bool Workspace::recall(QString* problem) {
-    const QString document = UI::AppSettings().value(layoutKey()).toString();
+    const UI::AppSettings settings;
+    const QString document = settings.value(layoutKey()).toString();
     if (document.isEmpty())
         return false;
     *problem = restore(document.toUtf8());
-    return problem->isEmpty();
+    if (!problem->isEmpty())
+        return false;
+    // What hung over an edge of other screens may hardly be seen on these.
+    if (settings.value(desktopKey()).toRect() != desktop()) {
+        fitOnScreen(this);
+        const auto floating = floatingWindows();
+        for (UI::DockWindow* window : floating)
+            fitOnScreen(window);
+    }
+    return true;
+}
+
+void Workspace::moveEvent(QMoveEvent* event) {
+    DockMainWindow::moveEvent(event);
+    if (isVisible() && !isMaximized() && !isFullScreen())
+        m_frameOffset = geometry().topLeft() - pos();
 }
 
 /** A floating window is called like the pages that it shows. */

@@ -3,6 +3,7 @@
 #include <KxUI/dock/DockMainWindow.h>
 
 #include <QHash>
+#include <QPoint>
 #include <QPointer>
 #include <QSizePolicy>
 #include <QString>
@@ -71,6 +72,7 @@ signals:
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
+    void moveEvent(QMoveEvent* event) override;
 
     /** Destroys every panel. For a destructor that is about to destroy what they work on. */
     void destroyPages();
@@ -106,6 +108,8 @@ private:
     QHash<QString, Home> m_homes;
     /** Panes that lost their last page and may close. */
     QVector<QPointer<UI::Dock>> m_emptied;
+    /** From the frame's corner to the contents', when the window is not maximized. */
+    QPoint m_frameOffset;
 };
 
 } // namespace Kestrel::Workbench

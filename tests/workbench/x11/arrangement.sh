@@ -64,6 +64,18 @@ drag() {
   xdotool mouseup 1 mousemove 2 2
 }
 
+# The size of a window's contents.
+extent() { xwininfo -id "$1" | awk '/Width|Height/ {printf "%s ", $NF}'; }
+
+# Maximizes the main window, or not any more.
+maximize() {
+  local X Y
+  X=$(xwininfo -id "$main" | awk '/Absolute upper-left X/ {print $NF}')
+  Y=$(xwininfo -id "$main" | awk '/Absolute upper-left Y/ {print $NF}')
+  xdotool mousemove $((X + 300)) $((Y - 8)) click --repeat 2 --delay 80 1 mousemove 2 2
+  settle "$work/now.ppm"
+}
+
 start
 xdotool windowsize "$main" 1000 640 windowmove "$main" 60 50 sleep 0.3
 settle "$pictures/fresh.ppm"
@@ -77,11 +89,27 @@ xdotool key ctrl+t key Escape key ctrl+shift+m sleep 0.3 \
 floating=$(visible '^Timeline$') || fail 'nothing floats'
 xdotool windowmove "$floating" 300 760 sleep 0.3
 xdotool key ctrl+alt+grave
+# What floats can have the whole screen.
+normal=$(extent "$floating")
+xdotool windowactivate --sync "$floating" key F11
+settle "$work/now.ppm"
+[[ $(extent "$floating") == '1280 1024 ' ]] || fail 'what floats is not full screen'
+xdotool key F11
+settle "$work/now.ppm"
+[[ $(extent "$floating") == "$normal" ]] || fail 'what floated has another size after full screen'
+xdotool windowactivate --sync "$main" mousemove 2 2
 settle "$pictures/before.ppm"
 quit
 start
 visible '^Timeline$' >/dev/null || fail 'what floated is gone'
 settle "$pictures/after.ppm"
+normal=$(extent "$main")
+maximize
+quit
+start
+[[ $(extent "$main") != "$normal" ]] || fail 'it is not maximized any more'
+maximize
+[[ $(extent "$main") == "$normal" ]] || fail 'it has another size after it was maximized'
 quit
 different=$(compare -metric AE "$pictures/before.ppm" "$pictures/after.ppm" null: 2>&1) ||
   fail "$different pixels differ"
