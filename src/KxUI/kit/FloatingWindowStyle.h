@@ -9,9 +9,9 @@ namespace Kestrel::UI {
 /** How the floating windows of the library present themselves to the window manager. */
 class KXUI_EXPORT FloatingWindowStyle {
 public:
-    /** Makes `window` a tool window above `parent`: framed, with title, resizable, closable, able to
-       go full screen, and never the window whose closing ends the application. To be called before
-        the window is shown; `parent` may be null. GUI thread. */
+    /** Makes `window` a tool window above `parent`: framed, with title, resizable, closable, able
+       to go full screen, and never the window whose closing ends the application. To be called
+       before the window is shown; `parent` may be null. GUI thread. */
     static void Apply(QWidget* window, QWidget* parent);
 };
 
