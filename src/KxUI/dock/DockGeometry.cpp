@@ -101,10 +101,10 @@ int dropIndexAt(const QPoint& point, const QVector<QRect>& tabs) {
 
 namespace {
 
-/** The client length for a wanted one: as it is while the frame fits beside it, else less by at
-    most the frame. Subtracting the frame always would shrink the window at every restore. */
+/** The client length for one that is no larger than the area: as it is while the frame fits beside
+    it. Subtracting the frame always would shrink the window at every restore. */
 int lengthWithinFrame(int wanted, int available, int frame) {
-    return std::max(wanted - frame, std::min(wanted, available - frame));
+    return std::min(wanted, available - frame);
 }
 
 } // namespace
