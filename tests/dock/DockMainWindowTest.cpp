@@ -111,6 +111,7 @@ private Q_SLOTS:
         QVERIFY(!window->controller());
         QVERIFY(!inWindow->controller());
         loose->floatActiveTab();
+        loose->closeActiveTab();
         QVERIFY(!inWindow->split(Qt::Horizontal, true));
         loose.reset();
         window.reset();

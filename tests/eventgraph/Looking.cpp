@@ -99,7 +99,6 @@ private Q_SLOTS:
 
     void positions() {
         const TimeScale half{0.5f};
-        QCOMPARE(half.x(0), 200);
         QCOMPARE(half.x(3), 201);
         QCOMPARE(half.x(-3), 199);
         QVERIFY(TimeScale{1e30f}.x(largest) > largestExtent);
@@ -117,7 +116,6 @@ private Q_SLOTS:
         // The time under the cursor stays there, wherever the view was scrolled to.
         QCOMPARE(scrollAfterZoom(600, 0, 1.0f, 2.0f, 5000, 1000), 400);
         QCOMPARE(scrollAfterZoom(1600, 1000, 1.0f, 2.0f, 5000, 1000), 2400);
-        QCOMPARE(scrollAfterZoom(50, 0, 1.0f, 2.0f, 5000, 1000), 0);
         QCOMPARE(scrollAfterZoom(600, 0, 2.0f, 1.0f, 5000, 1000), 0);
         QCOMPARE(scrollAfterZoom(4900, 4000, 1.0f, 2.0f, 5000, 1000), 4000);
     }

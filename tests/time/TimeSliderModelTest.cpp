@@ -222,17 +222,6 @@ private Q_SLOTS:
         }
     }
 
-    void playbackRange() {
-        TimeSliderModel model;
-        model.setTimes(0, InvalidTime, InvalidTime, 100, 5);
-        model.setFirstVisibleTime(20);
-        model.setLastVisibleTime(50);
-        QCOMPARE(model.inOutDuration(), 31);
-        model.setLastVisibleTime(200);
-        model.setFirstVisibleTime(150);
-        QCOMPARE(model.inOutDuration(), 101);
-    }
-
     void frameStepsAreUnclampedAndAlwaysEmitted() {
         TimeSliderModel model;
         QSignalSpy changed(&model, SIGNAL(timeChanged(Kestrel::UI::TimeSliderModel::TimeFlags)));

