@@ -78,6 +78,8 @@ Robot::Robot(MainWindow* window, unsigned seed, int minutes)
     , m_random(seed)
     , m_minutes(minutes) {
     QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
+    // A closed window is opened again.
+    QApplication::setQuitOnLastWindowClosed(false);
     connect(&m_step, &QTimer::timeout, this, &Robot::step);
     connect(&m_rescue, &QTimer::timeout, this, &Robot::rescue);
     m_step.start(stepMs);
