@@ -66,5 +66,9 @@ int main(int argc, char** argv) {
 
     window.resize(360, 200);
     window.show();
-    return QApplication::exec();
+    const int result = QApplication::exec();
+    // A project that closes takes its commands with it.
+    group.removeProject(&plate);
+    group.removeProject(&shot);
+    return result;
 }

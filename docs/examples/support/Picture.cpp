@@ -21,7 +21,8 @@ void savePicture() {
 }
 
 void planPicture() {
-    if (!qEnvironmentVariableIsSet("KXUI_PICTURE") || !qobject_cast<QApplication*>(qApp))
+    if (!qEnvironmentVariableIsSet("KXUI_PICTURE") ||
+        !qobject_cast<QApplication*>(QCoreApplication::instance()))
         return;
     QFont font = QApplication::font();
     font.setPointSize(9);
