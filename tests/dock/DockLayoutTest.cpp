@@ -206,15 +206,15 @@ private Q_SLOTS:
         row("other version", "<layout version=\"2.0\"/>", foreign);
         row("cut", QByteArray(Example).left(300), cut);
         row("doctype", "<!DOCTYPE layout [<!ENTITY a \"b\">]>" + wrapped(""),
-            "A layout cannot have a document type declaration.");
+            "A document type declaration is not allowed");
         row("nesting", wrapped(repeated("<splitter>", 101) + repeated("</splitter>", 101)),
             "The layout has too many nested splitters.");
         row("strange nesting", wrapped(repeated("<a>", 1001)),
-            "The layout has too many nested elements.");
+            "Elements are nested more than 1000 deep");
         row("panes", wrapped("<splitter>" + repeated("<dock/>", 10001) + "</splitter>"), tooMany);
         row("windows", "<layout version=\"1.0\">" + repeated("<window/>", 10001) + "</layout>",
             tooMany);
-        row("size", repeated("\n", int(MaxLayoutBytes) + 1), "The layout is larger than 64 MiB.");
+        row("size", repeated("\n", int(LayoutBounds.bytes) + 1), "The file is larger than 64 MiB");
     }
     void refused() {
         QFETCH(QByteArray, document);

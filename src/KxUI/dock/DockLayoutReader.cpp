@@ -1,16 +1,19 @@
 #include <KxUI/dock/DockLayout_p.h>
 
 #include <KxUI/dock/DockMainWindow.h>
+#include <KxUI/kit/XmlLimits_p.h>
+#include <KxUI/kit/Xml_p.h>
 
 #include <QIODevice>
 #include <QWidget>
 #include <QXmlStreamReader>
 
-#include <algorithm>
-
 namespace Kestrel::UI {
 
 namespace {
+
+using Xml::number;
+using Xml::text;
 
 QLatin1String formatVersion() {
     return QLatin1String("1.0");
@@ -21,25 +24,13 @@ bool isLayoutElement(const QXmlStreamReader& xml) {
            xml.attributes().value(QLatin1String("version")) == formatVersion();
 }
 
-int number(const QXmlStreamAttributes& attributes, const char* name) {
-    return attributes.value(QLatin1String(name)).toInt();
-}
-
-int clampedNumber(const QXmlStreamAttributes& attributes, const char* name, int low, int high) {
-    return std::max(low, std::min(number(attributes, name), high));
-}
-
-QString text(const QXmlStreamAttributes& attributes, const char* name) {
-    return attributes.value(QLatin1String(name)).toString();
-}
-
-/** Nesting inside unknown elements; the parser keeps a record for each open one. */
-constexpr int MaxSkippedNesting = 1000;
-
 class Reader {
 public:
-    explicit Reader(const QByteArray& document)
-        : m_xml(document) {}
+    explicit Reader(QIODevice* device)
+        : m_limits(device, LayoutBounds) {
+        m_limits.open(QIODevice::ReadOnly | QIODevice::Unbuffered);
+        m_xml.setDevice(&m_limits);
+    }
 
     LayoutReading read() {
         while (nextStart()) {
@@ -50,6 +41,8 @@ public:
                     DockMainWindow::tr("The file is not a Kestrel panel layout version 1.0 file."));
             }
         }
+        if (!m_limits.violation().isEmpty())
+            m_xml.raiseError(m_limits.violation());
         LayoutReading result;
         result.layout = std::move(m_layout);
         if (m_xml.hasError())
@@ -61,31 +54,13 @@ private:
     /** Moves on to the next start element of this level; false at the level's end or an error. */
     bool nextStart() {
         while (!m_xml.atEnd()) {
-            switch (m_xml.readNext()) {
-            case QXmlStreamReader::StartElement:
+            m_xml.readNext();
+            if (m_xml.isStartElement())
                 return true;
-            case QXmlStreamReader::EndElement:
+            if (m_xml.isEndElement())
                 return false;
-            case QXmlStreamReader::DTD:
-                m_xml.raiseError(
-                    DockMainWindow::tr("A layout cannot have a document type declaration."));
-                return false;
-            default:
-                break;
-            }
         }
         return false;
-    }
-
-    /** Leaves the current element, whatever is in it. */
-    void skipElement() {
-        for (int depth = 1; depth > 0 && !m_xml.atEnd();) {
-            m_xml.readNext();
-            if (m_xml.isStartElement() && ++depth > MaxSkippedNesting)
-                m_xml.raiseError(DockMainWindow::tr("The layout has too many nested elements."));
-            else if (m_xml.isEndElement())
-                --depth;
-        }
     }
 
     bool is(const char* element) const { return m_xml.name() == QLatin1String(element); }
@@ -105,7 +80,7 @@ private:
             else if (is("dock"))
                 m_layout.loosePanes.append(readPane());
             else
-                skipElement();
+                m_xml.skipCurrentElement();
         }
     }
 
@@ -118,9 +93,8 @@ private:
         m_layout.windows.emplace_back();
         LayoutWindow& window = m_layout.windows.back();
         window.place.rect =
-            QRect(clampedNumber(attributes, "x", -most, most),
-                  clampedNumber(attributes, "y", -most, most),
-                  clampedNumber(attributes, "w", 0, most), clampedNumber(attributes, "h", 0, most));
+            QRect(number(attributes, "x", -most, most), number(attributes, "y", -most, most),
+                  number(attributes, "w", 0, most), number(attributes, "h", 0, most));
         window.place.screen = number(attributes, "screen");
         window.place.maximized = number(attributes, "maximized") != 0;
         window.place.fullScreen = number(attributes, "fullscreen") != 0;
@@ -129,7 +103,7 @@ private:
                 window.splitters.emplace_back();
                 readSplitter(window.splitters.back(), 1);
             } else {
-                skipElement();
+                m_xml.skipCurrentElement();
             }
         }
     }
@@ -153,11 +127,11 @@ private:
                 const QXmlStreamAttributes attributes = m_xml.attributes();
                 if (!admit(m_splits, 2 * MaxLayoutItems))
                     return;
-                splitter.splits.append({clampedNumber(attributes, "size", 0, QWIDGETSIZE_MAX),
-                                        clampedNumber(attributes, "stretch", 0, 255)});
-                skipElement();
+                splitter.splits.append({number(attributes, "size", 0, QWIDGETSIZE_MAX),
+                                        number(attributes, "stretch", 0, 255)});
+                m_xml.skipCurrentElement();
             } else {
-                skipElement();
+                m_xml.skipCurrentElement();
             }
         }
     }
@@ -179,11 +153,12 @@ private:
                 const QXmlStreamAttributes page = m_xml.attributes();
                 pane.pages.append({text(page, "id"), text(page, "layout")});
             }
-            skipElement();
+            m_xml.skipCurrentElement();
         }
         return pane;
     }
 
+    XmlLimits m_limits;
     QXmlStreamReader m_xml;
     Layout m_layout;
     int m_windows = 0;
@@ -196,24 +171,7 @@ private:
 } // namespace
 
 LayoutReading readLayout(QIODevice* device) {
-    QByteArray document;
-    while (document.size() <= MaxLayoutBytes) {
-        // In pieces: asked for the bound at once, the device would make room for all of it.
-        constexpr qint64 Piece = 64 << 10;
-        const QByteArray part = device->read(Piece);
-        if (part.isEmpty())
-            break;
-        document += part;
-    }
-    if (document.size() > MaxLayoutBytes) {
-        LayoutReading refused;
-        refused.error.reason = DockMainWindow::tr("The layout is larger than 64 MiB.");
-        document.truncate(int(MaxLayoutBytes));
-        refused.error.line = document.count('\n') + 1;
-        refused.error.column = document.size() - (document.lastIndexOf('\n') + 1);
-        return refused;
-    }
-    return Reader(document).read();
+    return Reader(device).read();
 }
 
 bool startsLayout(QIODevice* device) {

@@ -1,6 +1,7 @@
 #include <KxUI/dock/DockLayout_p.h>
 
 #include <KxUI/kit/Flush_p.h>
+#include <KxUI/kit/Xml_p.h>
 
 #include <QIODevice>
 #include <QXmlStreamWriter>
@@ -8,26 +9,6 @@
 namespace Kestrel::UI {
 
 namespace {
-
-/** `text` with every character that XML 1.0 cannot hold replaced. The stream writer would write a
-    document that no reader takes. */
-QString writable(const QString& text) {
-    QString result = text;
-    for (int i = 0; i < result.size(); ++i) {
-        const QChar c = result.at(i);
-        if (c.isHighSurrogate() && i + 1 < result.size() && result.at(i + 1).isLowSurrogate()) {
-            ++i;
-            continue;
-        }
-        const bool isWhite =
-            c == QLatin1Char('\t') || c == QLatin1Char('\n') || c == QLatin1Char('\r');
-        const bool isControl = c.unicode() < 0x20 && !isWhite;
-        const bool isNonCharacter = c.unicode() >= 0xFFFE;
-        if (c.isSurrogate() || isControl || isNonCharacter)
-            result[i] = QChar(QChar::ReplacementCharacter);
-    }
-    return result;
-}
 
 class Writer {
 public:
@@ -48,10 +29,8 @@ public:
     }
 
 private:
-    void text(const char* name, const QString& value) {
-        m_xml.writeAttribute(QLatin1String(name), writable(value));
-    }
-    void number(const char* name, int value) { text(name, QString::number(value, 10)); }
+    void text(const char* name, const QString& value) { Xml::writeText(m_xml, name, value); }
+    void number(const char* name, int value) { Xml::writeNumber(m_xml, name, value); }
     void flag(const char* name, bool value) {
         if (value)
             number(name, 1);

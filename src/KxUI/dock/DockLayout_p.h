@@ -2,6 +2,7 @@
 
 #include <KxUI/dock/DockGeometry_p.h>
 #include <KxUI/dock/DockLayoutError.h>
+#include <KxUI/kit/XmlLimits_p.h>
 
 #include <QString>
 #include <QVector>
@@ -67,7 +68,7 @@ struct Layout {
 constexpr int MaxSplitterNesting = 100;
 constexpr int MaxLayoutItems = 10000; ///< of windows, of splitters and of panes each
 constexpr int MaxLayoutPages = 100000;
-constexpr qint64 MaxLayoutBytes = qint64(64) << 20;
+constexpr XmlBounds LayoutBounds{qint64(64) << 20, 1000, 64};
 
 /** A document as far as it could be read, and why reading stopped there. */
 struct LayoutReading {

@@ -4,13 +4,20 @@
 #include <KxUI/eventgraph/EventFileScanner_p.h>
 #include <KxUI/eventgraph/EventGraphView.h>
 #include <KxUI/eventgraph/EventUserDataString.h>
-#include <KxUI/eventgraph/XmlLimits_p.h>
+#include <KxUI/kit/XmlLimits_p.h>
 
 #include <QXmlStreamReader>
 
 #include <limits>
 
 namespace Kestrel::UI {
+
+namespace {
+
+// More than any capture has.
+constexpr XmlBounds fileBounds{qint64(4) << 30, 64, 64};
+
+} // namespace
 
 // Where what is read goes.
 class EventGraphReader::Tracks {
@@ -67,7 +74,7 @@ EventGraphReader::EventGraphReader(EventGraphView& view)
 bool EventGraphReader::read(QIODevice* device) {
     m_error.clear();
     Tracks tracks(m_view);
-    XmlLimits limits(device);
+    XmlLimits limits(device, fileBounds);
     if (device && !device->isSequential() && limits.violation().isEmpty()) {
         const qint64 from = device->pos();
         if (const auto file = scanEventFile(device)) {

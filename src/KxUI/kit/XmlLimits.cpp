@@ -1,11 +1,12 @@
-#include <KxUI/eventgraph/XmlLimits_p.h>
+#include <KxUI/kit/XmlLimits_p.h>
 
 namespace Kestrel::UI {
 
-XmlLimits::XmlLimits(QIODevice* source)
-    : m_source(source) {
-    if (m_source && !m_source->isSequential() && m_source->size() - m_source->pos() > maximumSize)
-        m_violation = tr("The file is larger than 4 GiB");
+XmlLimits::XmlLimits(QIODevice* source, const XmlBounds& bounds)
+    : m_source(source)
+    , m_bounds(bounds) {
+    if (m_source && !m_source->isSequential() && m_source->size() - m_source->pos() > bounds.bytes)
+        m_violation = tooLarge();
 }
 
 qint64 XmlLimits::readData(char* data, qint64 size) {
@@ -15,8 +16,8 @@ qint64 XmlLimits::readData(char* data, qint64 size) {
     if (m_position == 0)
         detectUnits(data, count);
     for (qint64 i = 0; i < count; ++i, ++m_position) {
-        if (m_position >= maximumSize) {
-            violate(tr("The file is larger than 4 GiB"));
+        if (m_position >= m_bounds.bytes) {
+            violate(tooLarge());
             return i;
         }
         if (m_unitSize == 2) {
@@ -64,8 +65,8 @@ bool XmlLimits::accept(unsigned char c) {
         } else if (c == '/') {
             m_in = In::EndTag;
         } else {
-            if (++m_depth > maximumDepth)
-                return violate(tr("Elements are nested more than %1 deep").arg(maximumDepth));
+            if (++m_depth > m_bounds.nesting)
+                return violate(tr("Elements are nested more than %1 deep").arg(m_bounds.nesting));
             m_attributes = 0;
             m_in = In::StartTag;
         }
@@ -80,8 +81,9 @@ bool XmlLimits::accept(unsigned char c) {
             m_quote = c;
             m_in = In::Value;
         } else if (c == '=') {
-            if (++m_attributes > maximumAttributes)
-                return violate(tr("An element has more than %1 attributes").arg(maximumAttributes));
+            if (++m_attributes > m_bounds.attributes)
+                return violate(
+                    tr("An element has more than %1 attributes").arg(m_bounds.attributes));
         } else if (c == '>') {
             if (m_last == '/')
                 --m_depth;
@@ -114,6 +116,14 @@ bool XmlLimits::accept(unsigned char c) {
     m_secondLast = m_last;
     m_last = c;
     return true;
+}
+
+QString XmlLimits::tooLarge() const {
+    constexpr int MebiBits = 20;
+    constexpr int GibiBits = 30;
+    return (m_bounds.bytes >> GibiBits) > 0
+               ? tr("The file is larger than %1 GiB").arg(m_bounds.bytes >> GibiBits)
+               : tr("The file is larger than %1 MiB").arg(m_bounds.bytes >> MebiBits);
 }
 
 bool XmlLimits::violate(const QString& why) {

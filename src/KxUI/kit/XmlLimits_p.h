@@ -5,9 +5,15 @@
 
 namespace Kestrel::UI {
 
+/** How much a document may ask of its reader. */
+struct XmlBounds {
+    qint64 bytes;
+    int nesting;    ///< of elements; the reader keeps a record for each open one
+    int attributes; ///< of one element
+};
+
 /** Passes on the bytes of another device up to the point where they would make a stream reader do
-    more work than a capture needs: a document type declaration, elements nested beyond 64, more
-    than 64 attributes on an element, more than 4 GiB.
+    more work than the document is worth: beyond the bounds, and at a document type declaration.
 
     Looks at the bytes with a scanner that knows tags, quotes, comments and nothing else, at about a
     nanosecond each. Whether the document is well formed is left to the reader. */
@@ -15,12 +21,8 @@ class XmlLimits : public QIODevice {
     Q_OBJECT
 
 public:
-    static constexpr int maximumDepth = 64;
-    static constexpr int maximumAttributes = 64;
-    static constexpr qint64 maximumSize = qint64(4) << 30;
-
     /** Borrows `source`, open for reading. */
-    explicit XmlLimits(QIODevice* source);
+    XmlLimits(QIODevice* source, const XmlBounds& bounds);
 
     /** Why the bytes ended before the source did; empty otherwise. */
     QString violation() const { return m_violation; }
@@ -37,8 +39,10 @@ private:
     void detectUnits(const char* data, qint64 size);
     bool accept(unsigned char c);
     bool violate(const QString& why);
+    QString tooLarge() const;
 
     QIODevice* m_source;
+    const XmlBounds m_bounds;
     qint64 m_position = 0;
     int m_unitSize = 1;   // 2 in UTF-16
     int m_unitOffset = 0; // where the low byte of a unit stands
