@@ -32,6 +32,20 @@ if(KXUI_SANITIZE)
   endif()
 endif()
 
+# Where the library's data is, under share/.
+set(KXUI_DATA_FOLDER kxui)
+
+# The rooms, in the order of src/KxUI/rooms.txt; where there is no Qt, those that need none.
+set(KXUI_ROOMS)
+set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/src/KxUI/rooms.txt")
+file(STRINGS "${PROJECT_SOURCE_DIR}/src/KxUI/rooms.txt" rooms REGEX "^[a-z]+[*]? *:")
+foreach(room IN LISTS rooms)
+  string(REGEX MATCH "^([a-z]+)([*]?)" unused "${room}")
+  if(CMAKE_MATCH_2 OR NOT KXUI_WITHOUT_QT)
+    list(APPEND KXUI_ROOMS ${CMAKE_MATCH_1})
+  endif()
+endforeach()
+
 # kxui_moc_new_headers(TARGET): call when the target has all its sources. Ninja runs moc again when a
 # file changed that moc knows, but not when a header is new to the target, as after an update of the
 # tree; so a new list of files makes the last run of moc void.

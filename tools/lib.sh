@@ -17,7 +17,7 @@ KXUI_PACKAGES_WINDOWS=(
   g++-mingw-w64-x86-64-posix cmake ninja-build ccache libboost-dev wine64 locales)
 KXUI_PACKAGES_COVERAGE=(gcovr)
 KXUI_PACKAGES_ABI=(abigail-tools xz-utils)
-KXUI_PACKAGES_SHIP=(dpkg-dev lintian debootstrap)
+KXUI_PACKAGES_SHIP=(dpkg-dev lintian debootstrap doxygen)
 KXUI_PACKAGES_BENCH=(
   libbenchmark-dev libltc-dev libavutil-dev libswscale-dev libyuv-dev libgsl-dev
   liblttng-ust-dev lttng-tools libqt-advanced-docking-system-dev nginx-light apache2-utils python3)

@@ -1,5 +1,7 @@
 #include "app/Language.h"
 
+#include <KxUI/kit/Translations.h>
+
 #include <QCoreApplication>
 #include <QDir>
 #include <QLibraryInfo>
@@ -13,7 +15,7 @@ namespace Kestrel::Workbench {
 
 namespace {
 
-/** Where catalogs may be: installed or built with the program, or installed by the library. */
+/** Where catalogs may be: installed or built with the program. */
 QStringList catalogFolders() {
     const QDir program(QCoreApplication::applicationDirPath());
     return QStringList{program.absoluteFilePath(QStringLiteral(KXUI_TRANSLATIONS_FROM_PROGRAM)),
@@ -40,7 +42,7 @@ bool setLanguage(const QString& name) {
     const QString ending = QLatin1Char('_') + language;
     install(QStringLiteral("qtbase") + ending,
             {QLibraryInfo::location(QLibraryInfo::TranslationsPath)});
-    install(QStringLiteral("kxui") + ending, catalogFolders());
+    UI::Translations::install(QLocale(language));
     return install(QStringLiteral("kxui-workbench") + ending, catalogFolders()) ||
            QLocale(language).language() == QLocale::English;
 }

@@ -1,5 +1,7 @@
 #include <KxUI/time/TimeSliderModel.h>
 
+#include <KxUI/kit/InterfaceThread_p.h>
+
 #include <QMetaType>
 
 #include <algorithm>
@@ -58,6 +60,7 @@ void TimeSliderModel::setEndTime(Time time) {
 }
 
 void TimeSliderModel::setCurrentTime(Time time) {
+    KXUI_INTERFACE_THREAD(this);
     store(m_currentTime, time, CurrentTime);
 }
 

@@ -14,11 +14,19 @@ server=$!
 read -r number <"$folder/display" || exit 1
 DISPLAY=:$number
 export DISPLAY
-HOME=$folder openbox 2>/dev/null &
-manager=$!
-# A window that is mapped while the manager starts may never be shown.
+# The server tells its number before it takes everybody in: a manager that comes too early ends, and
+# is started again. A window that is mapped while the manager starts may never be shown.
+manager=
 tries=0
-until xdotool get_num_desktops >/dev/null 2>&1 || [ $((tries += 1)) -gt 300 ]; do
+until xdotool get_num_desktops >/dev/null 2>&1; do
+    if [ $((tries += 1)) -gt 300 ]; then
+        echo "run.sh: no window manager on display $DISPLAY" >&2
+        exit 1
+    fi
+    if [ -z "$manager" ] || ! kill -0 "$manager" 2>/dev/null; then
+        HOME=$folder openbox 2>"$folder/openbox" &
+        manager=$!
+    fi
     sleep 0.1
 done
 # The libraries of the window system keep some memory to the end, which is not ours to look after.
