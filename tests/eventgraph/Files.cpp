@@ -4,6 +4,7 @@
 #include <KxUI/eventgraph/EventGraphReader.h>
 #include <KxUI/eventgraph/EventGraphView.h>
 #include <KxUI/eventgraph/EventGraphWriter.h>
+#include <KxUI/eventgraph/EventTraceWriter_p.h>
 #include <KxUI/eventgraph/EventTrack.h>
 #include <KxUI/eventgraph/EventUserDataString.h>
 #include <support/Columns.h>
@@ -13,6 +14,7 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
+#include <algorithm>
 #include <limits>
 #include <random>
 
@@ -79,6 +81,28 @@ QByteArray commented(QByteArray document) {
     return document.replace("?>", "?><!-- -->");
 }
 
+// Bytes that come in two reads.
+class Pieces : public QIODevice {
+public:
+    Pieces(const QByteArray& bytes, int cut)
+        : m_pieces{bytes.left(cut), bytes.mid(cut)} {
+        open(ReadOnly | Unbuffered);
+    }
+    bool isSequential() const override { return true; }
+
+private:
+    qint64 readData(char* data, qint64 most) override {
+        if (m_pieces.isEmpty())
+            return -1;
+        const QByteArray piece = m_pieces.takeFirst();
+        std::copy_n(piece.begin(), std::min<qint64>(most, piece.size()), data);
+        return piece.size();
+    }
+    qint64 writeData(const char*, qint64) override { return -1; }
+
+    QList<QByteArray> m_pieces;
+};
+
 const char head[] = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
 
 } // namespace
@@ -128,6 +152,36 @@ private Q_SLOTS:
         QCOMPARE(written(view, withData), expected(text, text, text));
         QCOMPARE(written(view, skipping), expected({}, {}, {}));
         QVERIFY(EventGraphWriter(view, withData).write(nullptr));
+        QBuffer closed;
+        QVERIFY(!EventGraphWriter(view, withData).write(&closed));
+        for (QIODevice* device :
+             {static_cast<QIODevice*>(nullptr), static_cast<QIODevice*>(&closed)}) {
+            EventGraphReader reader(view);
+            QVERIFY(!reader.read(device));
+            QCOMPARE(reader.errorString(),
+                     QString("The device is not open for reading\nLine 1, column 0"));
+        }
+    }
+
+    // Beside those that were there; the file's own stay together.
+    void tracksOfOnePriorityKeepTheirOrder() {
+        QByteArray document("<EventGraph StartTime='0' EndTime='0'>");
+        for (const char* name : {"a", "b", "c"})
+            document += QByteArray("<Track Name='") + name +
+                        "' Color='red' Priority='5'><Event Type='0' Time='1'/></Track>";
+        for (const QByteArray& end : {QByteArray("</EventGraph>"), QByteArray()}) {
+            QByteArray bytes = document + end;
+            QBuffer buffer(&bytes);
+            buffer.open(QIODevice::ReadOnly);
+            EventGraphView view;
+            const auto before = makeTrack("before", 5);
+            view.addTrack(before.get());
+            EventGraphReader(view).read(&buffer);
+            QStringList names;
+            for (const EventTrack* track : view.tracks())
+                names << track->name() + QString::number(track->events().size());
+            QCOMPARE(names, QStringList({"a1", "b1", "c1", "before0"}));
+        }
     }
 
     void roundTrips_data() { Kestrel::Test::addSeeds(10); }
@@ -149,7 +203,7 @@ private Q_SLOTS:
         EventGraphView view(nullptr, &timer);
         std::vector<std::unique_ptr<EventTrack>> tracks;
         for (int i = upTo(5); i >= 0; --i) {
-            tracks.push_back(makeTrack(anyText(), 10 * i - 20));
+            tracks.push_back(makeTrack(anyText(), 10 * (i / 2) - 20));
             view.addTrack(tracks.back().get());
         }
         view.start(unlimited, EventGraphMode::Forwards);
@@ -272,6 +326,9 @@ private Q_SLOTS:
             "Expected character data.\n", 3);
         row("document type", "<!DOCTYPE a [<!ENTITY b 'c'>]>" + open + "</EventGraph>",
             "A document type declaration is not allowed\nLine 1", 1);
+        row("document type in another encoding",
+            "<?xml version='1.0' encoding='UTF-7'?>+ADwAIQ-DOCTYPE a>" + open + "</EventGraph>",
+            "A document type declaration is not allowed\nLine 1", 1);
         row("65 deep", open + track + QByteArray("<x>").repeated(64),
             "Elements are nested more than 64 deep\nLine 1", 3);
         QByteArray attributes;
@@ -307,6 +364,26 @@ private Q_SLOTS:
                                                                          QString(document).utf16()),
                                                                      document.size() * 2));
         QVERIFY2(wide.ok, qPrintable(wide.error));
+    }
+
+    // A reader gets what a device gives at once, which may end amid a UTF-16 unit.
+    void limitsHoldWhereverAReadEnds() {
+        const QString text = "<!DOCTYPE a><EventGraph/>";
+        for (const bool bigEndian : {false, true}) {
+            QByteArray bytes;
+            for (const QChar c : QChar(0xfeff) + text) {
+                bytes += char(bigEndian ? c.row() : c.cell());
+                bytes += char(bigEndian ? c.cell() : c.row());
+            }
+            for (int cut = 4; cut < bytes.size(); ++cut) {
+                Pieces pieces(bytes, cut);
+                EventGraphView view;
+                EventGraphReader reader(view);
+                QVERIFY(!reader.read(&pieces));
+                QVERIFY2(reader.errorString().startsWith("A document type declaration"),
+                         qPrintable(QString("cut at %1").arg(cut)));
+            }
+        }
     }
 
     // Costs that grow with the square of the input would not end.

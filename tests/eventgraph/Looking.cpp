@@ -2,6 +2,7 @@
 
 #include <KxUI/eventgraph/EventGraphGeometry_p.h>
 #include <KxUI/eventgraph/EventGraphPainting_p.h>
+#include <KxUI/eventgraph/EventGraphScene_p.h>
 #include <KxUI/eventgraph/EventGraphView.h>
 #include <KxUI/eventgraph/EventStatistics_p.h>
 #include <KxUI/eventgraph/EventTraceWriter_p.h>
@@ -213,7 +214,8 @@ private Q_SLOTS:
             const auto hit = hitGraph(index, scale, point, bottom);
             const auto expected = std::find_if(events.begin(), events.end(), [&](const auto& each) {
                 return std::abs(scale.x(each.time) - point.x()) <= 2 &&
-                       std::abs(graphY(each.value, -1, 1, 40, bottom) - point.y()) <= 2;
+                       std::abs(std::clamp(graphY(each.value, -1, 1, 40, bottom), top, bottom) -
+                                point.y()) <= 2;
             });
             QCOMPARE(hit.has_value(), expected != events.end());
             if (hit)
@@ -243,6 +245,19 @@ private Q_SLOTS:
         }
         for (const auto& column : reach)
             QCOMPARE(column, std::make_pair(1000, -1000));
+    }
+
+    // Cost that grows with the square of the tracks would not end.
+    void manyRows() {
+        std::vector<TrackInfo> tracks;
+        Scene scene;
+        for (quint64 i = 0; i < 100'000; ++i) {
+            tracks.push_back(info(TrackType::Timeline));
+            tracks.back().content = i + 1;
+            scene.indexes[i + 50'000];
+        }
+        scene.setTracks(tracks, false);
+        QCOMPARE(scene.indexes.size(), std::size_t(50'001));
     }
 
     void statistics() {

@@ -374,8 +374,9 @@ void EventGraph::save() {
         this, tr("Save events file"), QDir::homePath(), tr("XML (*.xml);;All files (*.*)"));
     if (path.isEmpty())
         return;
-    const int flags = (m_includeUserData->isChecked() ? EventGraphWriter::IncludeUserData : 0) |
-                      (m_skipDuplicates->isChecked() ? EventGraphWriter::SkipDuplicates : 0);
+    EventGraphView::SaveFlags flags;
+    flags.setFlag(EventGraphView::IncludeUserData, m_includeUserData->isChecked());
+    flags.setFlag(EventGraphView::SkipDuplicates, m_skipDuplicates->isChecked());
     if (m_view->save(path, flags))
         QMessageBox::information(this, tr("Save result"), tr("Event data saved to '%1'").arg(path));
     else

@@ -37,9 +37,12 @@ public:
     explicit EventGraph(QWidget* parent = nullptr, IEventGraphTimer* timer = nullptr);
     ~EventGraph() override;
 
-    /** The window of the process, made at the first call with the timer of SetTimer(). Null unless
-        the application is a QApplication, which is looked up once: what records has to live with
-        tracks that have no view. Never destroyed by the library before the application is. */
+    /** The window of the process, made at the first call with the timer of SetTimer(). The library
+        destroys it only with the application.
+
+        Null unless a QApplication runs. The first call decides that for good: one that comes before
+        the application is made leaves the process without a window. Code that records needs none,
+        a track that is in no view keeps nothing. */
     static EventGraph* instance();
 
     /** The clock of the window that instance() will make; borrowed. */

@@ -38,7 +38,7 @@ public:
         auto track =
             std::make_unique<EventTrack>(name, color, priority, EventTrack::TrackType::Timeline,
                                          0.0f, 1.0f, 5000, 10000, 100, nullptr);
-        m_view.addTrack(track.get());
+        track->setGraph(&m_view);
         track->clear();
         {
             const MutexGuard guard(profilerMutex());
@@ -63,8 +63,20 @@ public:
                                              EventTrack::TimeOf::Event);
     }
 
+    // Gives the tracks rows. A row stands before those of equal priority that were there, so the
+    // last one comes first. Without clear(), unlike EventGraphView::addTrack.
+    void finish() {
+        const MutexGuard guard(profilerMutex());
+        auto& loaded = m_view.m_loadedTracks;
+        CaptureState& capture = CaptureState::of(m_view);
+        for (std::size_t i = loaded.size(); i > m_first; --i)
+            capture.tracks.insert(loaded[i - 1]->m_fields.sortKey, loaded[i - 1].get());
+        capture.rowsChanged();
+    }
+
 private:
     EventGraphView& m_view;
+    const std::size_t m_first = m_view.m_loadedTracks.size();
     EventUserDataIP m_startData;
 };
 
@@ -74,8 +86,15 @@ EventGraphReader::EventGraphReader(EventGraphView& view)
 bool EventGraphReader::read(QIODevice* device) {
     m_error.clear();
     Tracks tracks(m_view);
-    XmlLimits limits(device, fileBounds);
-    if (device && !device->isSequential() && limits.violation().isEmpty()) {
+    const bool ok = readInto(tracks, device);
+    tracks.finish();
+    return ok;
+}
+
+bool EventGraphReader::readInto(Tracks& tracks, QIODevice* device) {
+    const bool readable = device && device->isReadable();
+    XmlLimits limits(readable ? device : nullptr, fileBounds);
+    if (readable && !device->isSequential() && limits.violation().isEmpty()) {
         const qint64 from = device->pos();
         if (const auto file = scanEventFile(device)) {
             tracks.setTimes(file->startTime, file->endTime);
@@ -91,7 +110,10 @@ bool EventGraphReader::read(QIODevice* device) {
 
     limits.open(QIODevice::ReadOnly | QIODevice::Unbuffered);
     QXmlStreamReader xml(&limits);
-    readDocument(xml, tracks);
+    if (readable)
+        readDocument(xml, tracks);
+    else
+        xml.raiseError(tr("The device is not open for reading"));
     if (!limits.violation().isEmpty())
         xml.raiseError(limits.violation());
     if (!xml.hasError())
@@ -103,7 +125,12 @@ bool EventGraphReader::read(QIODevice* device) {
 }
 
 void EventGraphReader::readDocument(QXmlStreamReader& xml, Tracks& tracks) {
-    if (!xml.readNextStartElement())
+    while (!xml.atEnd() && !xml.isStartElement()) {
+        // XmlLimits knows UTF-8 and UTF-16; a document may name another encoding.
+        if (xml.readNext() == QXmlStreamReader::DTD)
+            xml.raiseError(XmlLimits::tr("A document type declaration is not allowed"));
+    }
+    if (xml.hasError())
         return;
     if (xml.name() != QLatin1String("EventGraph")) {
         xml.raiseError(tr("The file doesn't contain an event graph"));

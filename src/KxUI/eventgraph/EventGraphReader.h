@@ -26,8 +26,9 @@ public:
     /** Borrows the view. */
     explicit EventGraphReader(EventGraphView& view);
 
-    /** Reads from an open device; false when the document has an error. What stands before the
-       error stays in the view. */
+    /** Reads from a device that is open for reading, else it fails; false when the document has an
+        error. What stands before the error stays in the view. Tracks of equal priority keep the
+        order of the file. */
     bool read(QIODevice* device);
 
     /** The error of the last read() with its line and column; empty without one. */
@@ -36,6 +37,7 @@ public:
 private:
     class Tracks;
 
+    bool readInto(Tracks& tracks, QIODevice* device);
     static void readDocument(QXmlStreamReader& xml, Tracks& tracks);
     static void readTrack(QXmlStreamReader& xml, Tracks& tracks);
     static void readEvent(QXmlStreamReader& xml, Tracks& tracks);

@@ -16,10 +16,13 @@ void Scene::setTracks(const std::vector<TrackInfo>& tracks, bool hideEmpty) {
         rows.push_back({track, static_cast<int>(std::min<qint64>(top, largestExtent)), height});
         top += height;
     }
+    std::vector<quint64> contents;
+    contents.reserve(tracks.size());
+    for (const TrackInfo& track : tracks)
+        contents.push_back(track.content);
+    std::sort(contents.begin(), contents.end());
     for (auto index = indexes.begin(); index != indexes.end();) {
-        const bool used = std::any_of(tracks.begin(), tracks.end(), [&](const TrackInfo& track) {
-            return track.content == index->first;
-        });
+        const bool used = std::binary_search(contents.begin(), contents.end(), index->first);
         index = used ? std::next(index) : indexes.erase(index);
     }
 }

@@ -196,6 +196,10 @@ void EventGraphView::setHitTestMode(EventHitTestMode mode) {
 }
 
 bool EventGraphView::save(const QString& path, int flags) const {
+    return save(path, SaveFlags(QFlag(flags)));
+}
+
+bool EventGraphView::save(const QString& path, SaveFlags flags) const {
     return writeFile(
         path, [&](QIODevice* device) { return EventGraphWriter(*this, flags).write(device); });
 }

@@ -2,6 +2,7 @@
 
 #include <KxUI/Export.h>
 #include <KxUI/eventgraph/EventGraphMode.h>
+#include <KxUI/eventgraph/EventGraphWriter.h>
 #include <KxUI/eventgraph/EventHitTestMode.h>
 #include <KxUI/eventgraph/EventTrack.h>
 
@@ -129,8 +130,16 @@ public:
        instants and counters. False when the file cannot be written. */
     bool exportTrace(const QString& path) const;
 
-    /** Writes the capture to a file as EventGraphWriter does with these flags; false when the file
-        cannot be written. A file that was there is replaced only when all has been written. */
+    /** What save() writes beside times and names. */
+    using SaveFlags = EventGraphWriter::Flags;
+    /** Write the text of user data. */
+    static constexpr EventGraphWriter::Flag IncludeUserData = EventGraphWriter::IncludeUserData;
+    /** Leave it out where it is the object of the event written before. */
+    static constexpr EventGraphWriter::Flag SkipDuplicates = EventGraphWriter::SkipDuplicates;
+
+    /** Writes the capture to a file as EventGraphWriter does; false when the file cannot be
+        written. A file that was there is replaced only when all has been written. */
+    bool save(const QString& path, SaveFlags flags) const;
     bool save(const QString& path, int flags) const;
 
     /** Adds what a file holds, as by EventGraphReader, and shows a message box when it cannot be

@@ -84,7 +84,7 @@ private:
 
 class Writing {
 public:
-    Writing(QIODevice* device, int flags)
+    Writing(QIODevice* device, EventGraphWriter::Flags flags)
         : m_document(device)
         , m_flags(flags) {}
 
@@ -186,7 +186,7 @@ private:
     }
 
     Document m_document;
-    int m_flags;
+    EventGraphWriter::Flags m_flags;
     // Counted, so that no later object can have the same address.
     EventUserDataIP m_remembered;
     std::vector<EventTrack::Event> m_events;
@@ -205,13 +205,18 @@ private:
 
 } // namespace
 
-EventGraphWriter::EventGraphWriter(const EventGraphView& view, int flags)
+EventGraphWriter::EventGraphWriter(const EventGraphView& view, Flags flags)
     : m_view(view)
     , m_flags(flags) {}
+
+EventGraphWriter::EventGraphWriter(const EventGraphView& view, int flags)
+    : EventGraphWriter(view, Flags(QFlag(flags))) {}
 
 bool EventGraphWriter::write(QIODevice* device) const {
     if (!device)
         return true;
+    if (!device->isWritable())
+        return false;
     return Writing(device, m_flags)
                .write(CaptureState::of(m_view), m_view.startTime(), m_view.endTime()) &&
            flushed(device);

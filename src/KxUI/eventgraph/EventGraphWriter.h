@@ -2,7 +2,7 @@
 
 #include <KxUI/Export.h>
 
-#include <QtGlobal>
+#include <QFlags>
 
 QT_BEGIN_NAMESPACE
 class QIODevice;
@@ -32,18 +32,23 @@ public:
         IncludeUserData = 1, ///< write the text of user data
         SkipDuplicates = 2   ///< leave it out where it is the object of the event written before
     };
+    Q_DECLARE_FLAGS(Flags, Flag)
 
-    /** Borrows the view; `flags` is made of Flag. */
+    /** Borrows the view. */
+    EventGraphWriter(const EventGraphView& view, Flags flags);
     EventGraphWriter(const EventGraphView& view, int flags);
 
-    /** Writes the document to an open device; nothing to null. False when the device failed.
+    /** Writes the capture as it is at this call; nothing to null. False when the device is not open
+        for writing or failed.
 
         Other threads may go on recording; no lock is held while a text is asked for or written. */
     bool write(QIODevice* device) const;
 
 private:
     const EventGraphView& m_view;
-    int m_flags;
+    Flags m_flags;
 };
+
+Q_DECLARE_OPERATORS_FOR_FLAGS(EventGraphWriter::Flags)
 
 } // namespace Kestrel::UI

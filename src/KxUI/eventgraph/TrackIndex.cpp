@@ -280,8 +280,10 @@ std::optional<EventHit> hitTimeline(const TrackIndex& index, const TimelineProbe
 std::optional<EventHit> hitGraph(const TrackIndex& index, TimeScale scale, QPoint point,
                                  int bottom) {
     const TrackInfo& track = index.source;
+    // Painted at the edge of its row, a value outside the range is hit there, too.
     const auto y = [&](float value) {
-        return graphY(value, track.minValue, track.maxValue, track.graphHeight, bottom);
+        const int at = graphY(value, track.minValue, track.maxValue, track.graphHeight, bottom);
+        return std::max(std::min(at, bottom), bottom - track.graphHeight);
     };
     // Higher values stand higher, unless the range is upside down.
     const auto mayFit = [&](float low, float high) {

@@ -1,5 +1,7 @@
 #include <KxUI/kit/XmlLimits_p.h>
 
+#include <utility>
+
 namespace Kestrel::UI {
 
 XmlLimits::XmlLimits(QIODevice* source, const XmlBounds& bounds)
@@ -13,26 +15,34 @@ qint64 XmlLimits::readData(char* data, qint64 size) {
     if (!m_source || !m_violation.isEmpty())
         return -1;
     const qint64 count = m_source->read(data, size);
-    if (m_position == 0)
-        detectUnits(data, count);
     for (qint64 i = 0; i < count; ++i, ++m_position) {
         if (m_position >= m_bounds.bytes) {
             violate(tooLarge());
             return i;
         }
-        if (m_unitSize == 2) {
-            // Only the low byte of a unit whose high byte is 0 can be markup.
-            const bool low = m_position % 2 == m_unitOffset;
-            if (!low)
-                continue;
-            const qint64 high = m_unitOffset == 0 ? i + 1 : i - 1;
-            if (high < 0 || high >= count || data[high] != 0)
-                continue;
-        }
-        if (!accept(static_cast<unsigned char>(data[i])))
+        if (!acceptByte(static_cast<unsigned char>(data[i])))
             return i;
     }
     return count;
+}
+
+// A read may end anywhere, so the first byte of a unit is kept until the second one comes.
+bool XmlLimits::acceptByte(unsigned char byte) {
+    const unsigned char before = std::exchange(m_lastByte, byte);
+    if (m_position == 0)
+        return true;
+    if (m_position == 1) {
+        detectUnits(before, byte);
+        if (m_units == Units::Bytes && !accept(before))
+            return false;
+    }
+    if (m_units == Units::Bytes)
+        return accept(byte);
+    // Only a unit whose high byte is 0 can be markup.
+    const bool complete = m_position % 2 == 1;
+    const unsigned char high = m_units == Units::BigEndian ? before : byte;
+    const unsigned char low = m_units == Units::BigEndian ? byte : before;
+    return !complete || high != 0 || accept(low);
 }
 
 qint64 XmlLimits::writeData(const char*, qint64) {
@@ -40,15 +50,11 @@ qint64 XmlLimits::writeData(const char*, qint64) {
 }
 
 // The byte order marks and the first characters by which readers tell UTF-16 (XML 1.0, appendix F).
-void XmlLimits::detectUnits(const char* data, qint64 size) {
-    if (size < 2)
-        return;
-    const auto first = static_cast<unsigned char>(data[0]);
-    const auto second = static_cast<unsigned char>(data[1]);
-    const bool bigEndian = (first == 0xfe && second == 0xff) || (first == 0 && second == '<');
-    const bool littleEndian = (first == 0xff && second == 0xfe) || (first == '<' && second == 0);
-    m_unitSize = bigEndian || littleEndian ? 2 : 1;
-    m_unitOffset = bigEndian ? 1 : 0;
+void XmlLimits::detectUnits(unsigned char first, unsigned char second) {
+    if ((first == 0xfe && second == 0xff) || (first == 0 && second == '<'))
+        m_units = Units::BigEndian;
+    else if ((first == 0xff && second == 0xfe) || (first == '<' && second == 0))
+        m_units = Units::LittleEndian;
 }
 
 bool XmlLimits::accept(unsigned char c) {

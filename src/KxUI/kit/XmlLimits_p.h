@@ -36,7 +36,10 @@ protected:
 private:
     enum class In { Text, Open, Bang, StartTag, Value, EndTag, Instruction, Comment, Section };
 
-    void detectUnits(const char* data, qint64 size);
+    enum class Units { Bytes, LittleEndian, BigEndian }; // the latter two of UTF-16
+
+    bool acceptByte(unsigned char byte);
+    void detectUnits(unsigned char first, unsigned char second);
     bool accept(unsigned char c);
     bool violate(const QString& why);
     QString tooLarge() const;
@@ -44,8 +47,8 @@ private:
     QIODevice* m_source;
     const XmlBounds m_bounds;
     qint64 m_position = 0;
-    int m_unitSize = 1;   // 2 in UTF-16
-    int m_unitOffset = 0; // where the low byte of a unit stands
+    Units m_units = Units::Bytes;
+    unsigned char m_lastByte = 0;
     In m_in = In::Text;
     unsigned char m_quote = 0;
     unsigned char m_last = 0;
