@@ -10,11 +10,32 @@
 #include <cstdlib>
 #include <cstring>
 #include <fstream>
+#include <limits>
+#include <new>
 #include <random>
 
 namespace fs = std::filesystem;
 using namespace Kestrel::UI;
 using Kestrel::Test::TempFolder;
+
+// Memory that runs out after so many more allocations; -1 while it does not.
+static int allocationsLeft = -1;
+
+void* operator new(std::size_t size) {
+    void* const memory = allocationsLeft != 0 ? std::malloc(size) : nullptr;
+    if (!memory)
+        throw std::bad_alloc();
+    allocationsLeft -= allocationsLeft > 0 ? 1 : 0;
+    return memory;
+}
+
+void operator delete(void* memory) noexcept {
+    std::free(memory);
+}
+
+void operator delete(void* memory, std::size_t) noexcept {
+    std::free(memory);
+}
 
 namespace {
 
@@ -67,6 +88,9 @@ KXUI_PLAIN_TEST(FilenameTest, absolute) {
     char small[8];
     COMPARE(filename_absolute(small, sizeof small, "name", "/long/base"), 10U);
     COMPARE(std::string(small), "/long/n");
+    COMPARE(filename_absolute(small, std::numeric_limits<int>::min(), "name", "/base"), 5U);
+    COMPARE(filename_absolute(nullptr, 8, "name", "/base"), 10U);
+    COMPARE(filename_absolute(small, sizeof small, nullptr, "/a"), 3U);
 }
 
 // What the system says of itself is in its own encoding.
@@ -82,6 +106,52 @@ KXUI_PLAIN_TEST(FilenameTest, absoluteFromHereAndHome) {
         const auto length = filename_absolute(path, sizeof path, path, nullptr);
         COMPARE(std::string(path), folder + "/x");
         COMPARE(length, folder.size() + 2);
+    }
+}
+
+#if !defined(_WIN32) // which keeps the folder that a process is in
+KXUI_PLAIN_TEST(FilenameTest, absoluteFromNowhere) {
+    const TempFolder root;
+    const fs::path folder = root.path() / "gone";
+    fs::create_directory(folder);
+    fs::current_path(folder);
+    fs::remove(folder);
+    char path[8] = "?";
+    COMPARE(filename_absolute(path, sizeof path, "x", nullptr), 0U);
+    COMPARE(std::string(path), "");
+    COMPARE(filename_absolute(path, sizeof path, "/x", nullptr), 2U);
+}
+#endif
+
+// Callers may be C: nothing is thrown, and nothing of the failure stays.
+KXUI_PLAIN_TEST(FilenameTest, withoutMemory) {
+    const TempFolder root;
+    const std::string folder = root.utf8() + "/a folder with a name that needs memory";
+    const std::string from(100, 'x');
+    const std::string pattern = "*" + times(100, "{x,y}");
+    fs::create_directory(folder);
+    std::ofstream(folder + "/f1.exr") << "1";
+    std::ofstream(folder + "/f2.exr") << "1";
+    bool isWhole = false;
+    for (int allocations = 0; !isWhole; ++allocations) {
+        struct dirent** list = nullptr;
+        char path[4096] = "?";
+        filename_isdir("/");
+        allocationsLeft = allocations;
+        const auto length = filename_absolute(path, sizeof path, from.c_str(), folder.c_str());
+        const bool matched = filename_match(from.c_str(), pattern.c_str());
+        allocationsLeft = allocations;
+        const bool isDirectory = filename_isdir(folder.c_str());
+        allocationsLeft = allocations;
+        const int count = filename_list(folder.c_str(), &list, 1);
+        allocationsLeft = -1;
+        CHECK(length == 0 ? path[0] == '\0' : length == folder.size() + 101);
+        CHECK(filename_isdir(folder.c_str()));
+        CHECK(count == 0 ? !list : count == 3);
+        for (int i = 0; i < count; ++i)
+            std::free(list[i]);
+        std::free(list);
+        isWhole = length != 0 && matched && isDirectory && count != 0;
     }
 }
 
@@ -120,6 +190,7 @@ KXUI_PLAIN_TEST(FilenameTest, match) {
         CHECK_FOR(filename_match(text, pattern), pattern);
     for (const auto& [text, pattern] : different)
         CHECK_FOR(!filename_match(text, pattern), pattern);
+    CHECK(!filename_match(nullptr, "*") && !filename_match("", nullptr));
 
     std::mt19937 random(11);
     const auto below = [&](int limit) { return int(random() % unsigned(limit)); };
@@ -145,7 +216,11 @@ KXUI_PLAIN_TEST(FilenameTest, hardPatternsEnd) {
     CHECK(!matches(times(50, "*a") + 'b'));
     CHECK(!matches(times(40, "{a,a}")));
     CHECK(matches(times(40, "{a,aa,*}")));
-    CHECK(!matches(times(200, "{")));
+    constexpr int many = 400000;
+    CHECK(!matches(times(many, "{")));
+    CHECK(!matches("{" + times(many, ",")));
+    CHECK(!matches("{" + times(many, "[,") + "]}"));
+    CHECK(!matches("{" + times(many, "[,")));
 }
 
 KXUI_PLAIN_TEST(FilenameTest, statusCache) {

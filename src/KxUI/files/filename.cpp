@@ -7,8 +7,8 @@
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
+#include <exception>
 #include <mutex>
-#include <new>
 
 namespace Kestrel::UI {
 namespace {
@@ -37,14 +37,15 @@ public:
     Platform::Status query(const char* path) {
         const std::lock_guard<std::mutex> lock(m_mutex);
         if (!m_asked || m_path != path) {
+            m_asked = false; // until all of it is known: memory may run out
             m_path = path;
-            m_asked = true;
             // A drive alone is its current directory to the system; its root is meant.
             const bool isDrive =
                 m_path.size() == 2 && m_path[1] == ':' &&
                 ((m_path[0] >= 'a' && m_path[0] <= 'z') || (m_path[0] >= 'A' && m_path[0] <= 'Z'));
             m_status = {};
             Platform::queryStatus(isDrive ? m_path + '/' : m_path, m_status);
+            m_asked = true;
         }
         return m_status;
     }
@@ -57,8 +58,14 @@ private:
 };
 
 Platform::Status cachedStatus(const char* path) {
-    static StatusCache cache;
-    return path ? cache.query(path) : Platform::Status{};
+    if (!path)
+        return {};
+    try {
+        static StatusCache cache;
+        return cache.query(path);
+    } catch (const std::exception&) {
+        return {}; // no memory; the caller may be C
+    }
 }
 
 // Collects a folded listing; new texts live in the listing's arena.
@@ -129,7 +136,9 @@ int listDirectory(const char* dir, char**& array, bool fold) {
     return array ? static_cast<int>(listing.entries.size()) : 0;
 }
 
-std::string absolutePath(const char* from, const char* cwd, int room, std::uint64_t& length) {
+// Empty when there is no current directory to start from. `room` is the size of the caller's
+// buffer.
+std::string absolutePath(const char* from, const char* cwd, std::size_t room) {
     std::string base;
     bool hasBase = false;
     const char* rest = from;
@@ -150,6 +159,8 @@ std::string absolutePath(const char* from, const char* cwd, int room, std::uint6
     } else if (!isSeparator(from[0]) && !hasDrive(from)) {
         hasBase = true;
         base = cwd ? std::string(cwd) : Platform::currentDirectory();
+        if (!cwd && base.empty())
+            return {};
     }
 
     while (rest[0] == '.') {
@@ -165,13 +176,11 @@ std::string absolutePath(const char* from, const char* cwd, int room, std::uint6
 
     std::string path;
     if (hasBase) {
-        const auto limit = static_cast<std::size_t>(std::max(room - 2, 0));
-        path = base.substr(0, std::min(base.size(), limit));
+        path = base.substr(0, std::max<std::size_t>(room, 2) - 2);
         if (path.empty() || !isSeparator(path.back()))
             path += '/';
     }
     path += rest;
-    length = path.size();
     std::replace(path.begin(), path.end(), '\\', '/');
     return path;
 }
@@ -191,17 +200,18 @@ std::int64_t filename_time(const char* path) {
 using namespace Kestrel::UI;
 
 std::uint64_t filename_absolute(char* to, int tolen, const char* from, const char* cwd) {
-    if (!from)
-        from = "";
-    // Built aside: the caller's buffer may hold `from` or `cwd`.
-    std::uint64_t length = 0;
-    const std::string path = absolutePath(from, cwd, tolen, length);
-    if (to && tolen > 0) {
-        const std::size_t copied = std::min(path.size(), static_cast<std::size_t>(tolen - 1));
-        std::memcpy(to, path.data(), copied);
-        to[copied] = '\0';
+    const auto room = static_cast<std::size_t>(std::max(tolen, 0));
+    try {
+        // Built aside: the caller's buffer may hold `from` or `cwd`.
+        const std::string path = absolutePath(from ? from : "", cwd, room);
+        if (to && room > 0)
+            to[path.copy(to, room - 1)] = '\0';
+        return path.size();
+    } catch (const std::exception&) {
+        if (to && room > 0)
+            to[0] = '\0';
+        return 0; // no memory; the caller may be C
     }
-    return length;
 }
 
 const char* filename_name(const char* path) {
@@ -230,7 +240,7 @@ int filename_list(const char* dir, struct dirent*** list, char sequences) {
         const int count = listDirectory(dir, array, sequences != 0);
         *list = reinterpret_cast<struct dirent**>(array);
         return count;
-    } catch (const std::bad_alloc&) {
-        return 0; // the caller may be C
+    } catch (const std::exception&) {
+        return 0; // no memory; the caller may be C
     }
 }

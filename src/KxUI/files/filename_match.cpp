@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <bitset>
 #include <cstdint>
+#include <exception>
+#include <optional>
 #include <string_view>
 #include <vector>
 
@@ -69,6 +71,99 @@ private:
     boost::container::small_vector<bool, 64> m_has;
     std::size_t m_begin = m_has.size();
     std::size_t m_end = 0;
+};
+
+// Where the groups of a pattern go on. Read once from its end, as every search that begins anew at
+// a brace would take time in the square of the pattern. Only positions that a search may begin at
+// or pass are told rightly: what a backslash escapes is none.
+class Groups {
+public:
+    explicit Groups(std::string_view pattern)
+        : m_places(pattern.size() + 2) {
+        const std::size_t size = pattern.size();
+        m_places[size] = m_places[size + 1] = {size, nowhere, true};
+        for (std::size_t at = size; at-- > 0;) {
+            const Place& next = m_places[at + 1];
+            Place& place = m_places[at] = next;
+            switch (pattern[at]) {
+            case '\\':
+                place = m_places[at + 2];
+                break;
+            case '{': {
+                // A separator inside a nested group ends the search, as in every version of these
+                // patterns so far.
+                const Place& after = m_places[next.behind];
+                place = {after.behind, next.isWhole ? after.alternative : nowhere,
+                         next.isWhole && after.isWhole};
+                break;
+            }
+            case '}':
+                place = {at + 1, nowhere, true};
+                break;
+            case ',':
+            case '|':
+                place = {next.behind, at + 1, false};
+                break;
+            default:
+                break;
+            }
+        }
+    }
+
+    // The position behind the brace that closes the group around `at`, or the end of the pattern.
+    std::size_t behind(std::size_t at) const { return m_places[at].behind; }
+
+    // The alternative after the one that begins at `at`.
+    std::size_t nextAlternative(std::size_t at) const { return m_places[at].alternative; }
+
+private:
+    struct Place {
+        std::size_t behind = 0;
+        std::size_t alternative = nowhere;
+        bool isWhole = true; // without a separator up to the closing brace
+    };
+
+    std::vector<Place> m_places;
+};
+
+// The rest of a set from each position on, as sets may begin inside each other. Read once from the
+// end of the pattern.
+class Sets {
+public:
+    explicit Sets(std::string_view pattern)
+        : m_rests(pattern.size() + 1) {
+        for (std::size_t at = pattern.size(); at-- > 0;) {
+            const char c = pattern[at];
+            if (c == ']') {
+                m_rests[at].end = at;
+                continue;
+            }
+            const bool isRange =
+                c == '-' && at > 0 && at + 1 < pattern.size() && pattern[at + 1] != ']';
+            m_rests[at] = m_rests[isRange ? at + 2 : at + 1];
+            if (!isRange) {
+                m_rests[at].members.set(bit(c));
+                continue;
+            }
+            const auto low = static_cast<signed char>(pattern[at - 1]);
+            const auto high = static_cast<signed char>(pattern[at + 1]);
+            for (int each = low; each <= high; ++each)
+                m_rests[at].members.set(bit(static_cast<char>(each)));
+        }
+    }
+
+    const CharacterSet& members(std::size_t at) const { return m_rests[at].members; }
+
+    // Where the set around `at` is closed.
+    std::size_t end(std::size_t at) const { return m_rests[at].end; }
+
+private:
+    struct Rest {
+        CharacterSet members;
+        std::size_t end = nowhere;
+    };
+
+    std::vector<Rest> m_rests;
 };
 
 class Matcher {
@@ -191,14 +286,14 @@ private:
         case '{':
             step.kind = Step::Kind::Group;
             step.index = static_cast<std::uint32_t>(m_alternatives.size());
-            for (auto each = step.next; each != nowhere; each = nextAlternative(each))
+            for (auto each = step.next; each != nowhere; each = groups().nextAlternative(each))
                 m_alternatives.push_back(each);
             step.count = static_cast<std::uint32_t>(m_alternatives.size()) - step.index;
             break;
         case ',':
         case '|':
             step.kind = Step::Kind::Jump;
-            step.next = behindGroup(position + 1);
+            step.next = groups().behind(position + 1);
             break;
         case '}':
             step.kind = Step::Kind::Jump;
@@ -217,85 +312,36 @@ private:
 
     // Reads the set that begins at step.next. One that is never closed matches nothing.
     void readSet(Step& step) {
-        CharacterSet set;
-        std::size_t at = step.next;
-        const bool inverted =
-            at < m_pattern.size() && (m_pattern[at] == '^' || m_pattern[at] == '!');
-        if (inverted)
-            ++at;
-        const std::size_t first = at;
-        for (; at < m_pattern.size(); ++at) {
-            const char c = m_pattern[at];
-            if (c == ']' && at > first) {
-                step.kind = Step::Kind::OneOf;
-                step.next = at + 1;
-                step.index = static_cast<std::uint32_t>(m_sets.size());
-                m_sets.push_back(inverted ? ~set : set);
-                return;
-            }
-            const bool isRange =
-                c == '-' && at > first && at + 1 < m_pattern.size() && m_pattern[at + 1] != ']';
-            if (!isRange) {
-                set.set(bit(c));
-                continue;
-            }
-            const auto low = static_cast<signed char>(m_pattern[at - 1]);
-            const auto high = static_cast<signed char>(m_pattern[++at]);
-            for (int each = low; each <= high; ++each)
-                set.set(bit(static_cast<char>(each)));
-        }
         step.kind = Step::Kind::Dead;
+        const bool inverted = step.next < m_pattern.size() &&
+                              (m_pattern[step.next] == '^' || m_pattern[step.next] == '!');
+        const std::size_t first = inverted ? step.next + 1 : step.next;
+        if (first >= m_pattern.size())
+            return;
+        if (!m_restsOfSets)
+            m_restsOfSets.emplace(m_pattern);
+        const std::size_t end = m_restsOfSets->end(first + 1);
+        if (end == nowhere)
+            return;
+        CharacterSet set = m_restsOfSets->members(first + 1);
+        set.set(bit(m_pattern[first]));
+        step.kind = Step::Kind::OneOf;
+        step.next = end + 1;
+        step.index = static_cast<std::uint32_t>(m_sets.size());
+        m_sets.push_back(inverted ? ~set : set);
     }
 
-    // The position behind the brace that closes the group around `at`, or the end of the pattern.
-    std::size_t behindGroup(std::size_t at) const {
-        for (int depth = 0; at < m_pattern.size(); ++at) {
-            switch (m_pattern[at]) {
-            case '\\':
-                ++at;
-                break;
-            case '{':
-                ++depth;
-                break;
-            case '}':
-                if (depth-- == 0)
-                    return at + 1;
-                break;
-            default:
-                break;
-            }
-        }
-        return m_pattern.size();
-    }
-
-    // The alternative after the one that begins at `at`. A separator inside a nested group ends the
-    // search, as in every version of these patterns so far.
-    std::size_t nextAlternative(std::size_t at) const {
-        for (int depth = 0; at < m_pattern.size(); ++at) {
-            switch (m_pattern[at]) {
-            case '\\':
-                ++at;
-                break;
-            case '{':
-                ++depth;
-                break;
-            case '}':
-                if (depth-- == 0)
-                    return nowhere;
-                break;
-            case ',':
-            case '|':
-                return depth == 0 ? at + 1 : nowhere;
-            default:
-                break;
-            }
-        }
-        return nowhere;
+    const Groups& groups() {
+        if (!m_groups)
+            m_groups.emplace(m_pattern);
+        return *m_groups;
     }
 
     std::string_view m_name;
     std::string_view m_pattern;
     boost::container::small_vector<Step, 32> m_steps;
+    std::optional<Groups> m_groups;
+    std::optional<Sets> m_restsOfSets;
     std::vector<CharacterSet> m_sets;
     std::vector<std::size_t> m_alternatives; // where those of each group begin
 };
@@ -303,5 +349,9 @@ private:
 } // namespace
 
 bool filename_match(const char* name, const char* pattern) {
-    return name && pattern && Matcher(name, pattern).matches();
+    try {
+        return name && pattern && Matcher(name, pattern).matches();
+    } catch (const std::exception&) {
+        return false; // no memory; the caller may be C
+    }
 }
