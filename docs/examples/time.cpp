@@ -50,7 +50,7 @@ int main(int argc, char** argv) {
     model->setTimes(1001, 1040, 1200, 1240, 1096); // clip, marks and playhead
     model->setKeyFrames(std::set<Base::Time>{1060, 1096, 1150});
     slider->setCacheBarColor(QColor(0x40, 0xa0, 0x40), 0);
-    slider->setCachedFrames(UI::TimeSlider::FrameSet({1040, 1130}), 0);
+    slider->setCachedFrames(Base::frameSetOf({{1040, 1129}}), 0);
     slider->zoomToFit();
     controls->playbackStateChanged(UI::Stopped); // there is something to play
 

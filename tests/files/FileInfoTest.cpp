@@ -4,6 +4,7 @@
 #include <support/TestRegistry.h>
 
 #include <QDir>
+#include <QTemporaryDir>
 #include <QtTest>
 
 #include <clocale>
@@ -18,10 +19,10 @@ private slots:
     void status() {
         FileInfo info("a.exr", false);
         info.setAdditionalInfo(5000000000U, -7, true, true);
-        QCOMPARE(info.flags(), 1U | 4U | 8U);
+        QCOMPARE(info.flags(), FileInfo::Flags(QFlag(1 | 4 | 8)));
         QVERIFY(info.size() == 5000000000U && info.lastModified() == -7);
         info.setAdditionalInfo(1, 2, false, false);
-        QCOMPARE(info.flags(), 8U);
+        QCOMPARE(info.flags(), FileInfo::AdditionalInfo);
     }
 
     // Bytes are kept; they are shown as UTF-8 also where the locale does not know it.
@@ -62,9 +63,95 @@ private slots:
         QCOMPARE(info.sequenceName(), QString("/d/img.#.exr"));
     }
 
+    // Made from the text of a listing, an item knows what the text says.
+    void listingText() {
+        const struct {
+            const char *text, *frameName, *longName;
+            std::vector<FrameRange> present;
+            std::int64_t missing;
+            int frame;
+            const char* path;
+        } rows[] = {{"/d/a b.####.exr 1-100",
+                     "/d/a b.####.exr",
+                     "/d/a b.####.exr 1-100",
+                     {{1, 100}},
+                     0,
+                     7,
+                     "/d/a b.0007.exr"},
+                    {"/q.#.e 8-12,2", "/q.#.e", "/q.#.e 8-12", {{8, 12, 2}}, 0, 10, "/q.10.e"},
+                    {"/p#.e 1-10 ( 1-3  5-5 )",
+                     "/p#.e",
+                     "/p#.e 1-10 ( 1-3 5 )",
+                     {{1, 3}, {5, 5}, {10, 10}},
+                     5,
+                     10,
+                     "/p10.e"},
+                    {"/#a_##.e 1-9,4 ( 1-5 )",
+                     "/#a_##.e",
+                     "/#a_##.e 1-9 ( 1-5 )",
+                     {{1, 9, 4}},
+                     0,
+                     5,
+                     "/#a_05.e"},
+                    {"/#.e 3-4 ()", "/#.e", "/#.e 3-4", {{4, 4}}, 1, 4, "/4.e"},
+                    {"/v#.e 4-1", "/v#.e 4-1", "/v.e 4-1 0-0", {}, 0, 4, "/v4.e 4-1"},
+                    {"/v.e 1-4", "/v.e 1-4", "/v.e 1-4 0-0", {}, 0, 2, "/v.e 1-4"},
+                    {"/v#.e 1-4 ( 1-x )",
+                     "/v#.e 1-4 ( 1-x )",
+                     "/v.e 1-4 ( 1-x ) 0-0",
+                     {},
+                     0,
+                     2,
+                     "/v2.e 1-4 ( 1-x )"}};
+        for (const auto& row : rows) {
+            const FileInfo info(row.text, true);
+            QCOMPARE(info.fileName(), QString(row.text));
+            QCOMPARE(info.frameName(), QString(row.frameName));
+            QCOMPARE(info.getSequenceLongName(), QString(row.longName));
+            QCOMPARE(info.presentRanges(), row.present);
+            QCOMPARE(info.missingFrames(), row.missing);
+            QCOMPARE(info.hasFrame(row.frame), !row.present.empty());
+            QCOMPARE(info.framePath(row.frame), QString(row.path));
+        }
+        QVERIFY(!FileInfo("img.####.exr 1-100", false).sequenceNameBuilt());
+    }
+
+    // A sequence that a host puts together goes by its members, or by its range without any.
+    void framesOfMembers() {
+        FileInfo file("left/s.7.exr", false);
+        FileInfo info("/d/s.#.exr", true);
+        QVERIFY(info.presentRanges().empty() && !info.hasFrame(0));
+        info.setFrameInformation(4, 9, 1);
+        QCOMPARE(info.presentRanges(), (std::vector<FrameRange>{{4, 9}}));
+        QVERIFY(info.hasFrame(4) && info.hasFrame(9) && !info.hasFrame(10));
+        for (const int frame : {4, 5, 9})
+            info.insertSequenceFile(frame, nullptr);
+        info.insertSequenceFile(7, &file);
+        QCOMPARE(info.presentRanges(), (std::vector<FrameRange>{{4, 5}, {7, 7}, {9, 9}}));
+        QVERIFY(info.hasFrame(7) && !info.hasFrame(8));
+        QCOMPARE(info.framePath(9), QString("/d/s.9.exr"));
+        QCOMPARE(info.framePath(7), QDir::currentPath() + "/left/s.7.exr");
+
+        const FileInfo copy(info);
+        info.clearSequenceList();
+        QVERIFY(copy.sequenceSize() == 4 && info.sequenceSize() == 0);
+        info.setIsSequence(false);
+        QVERIFY(info.presentRanges().empty() && !info.hasFrame(7));
+    }
+
+    void folderThatIsGone() {
+        QTemporaryDir root;
+        const QString before = QDir::currentPath();
+        QVERIFY(QDir::setCurrent(root.path()) && root.remove());
+        const QString path = FileInfo("a", false).absoluteFilePath();
+        QVERIFY(QDir::setCurrent(before));
+        QCOMPARE(path, QString());
+    }
+
     void extensions() {
         FileManager::setInitialSequenceExtensions();
         QVERIFY(FileInfo::isSequenceExtension("exr") && FileInfo::isSequenceExtension(".TIFF16"));
+        FileManager::addSequenceFileExtension(nullptr);
         QVERIFY(!FileInfo::isSequenceExtension("..exr") && !FileInfo::isSequenceExtension(nullptr));
 
         FileInfo mesh("m.#.OBJ", true);

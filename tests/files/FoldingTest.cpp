@@ -14,6 +14,7 @@
 #include <cstring>
 #include <fcntl.h>
 #include <random>
+#include <set>
 #include <sys/stat.h>
 #include <unistd.h>
 #include <utility>
@@ -23,6 +24,8 @@ using Kestrel::Fuzz::Names;
 namespace Oracle = Kestrel::Fuzz::FoldingOracle;
 
 namespace {
+
+constexpr auto nowhere = std::string::npos;
 
 #if defined(_WIN32)
 int makeDirectory(const std::string& path) {
@@ -271,6 +274,50 @@ KXUI_PLAIN_TEST(FoldingTest, knownItems) {
         folder.make(listing.files);
         COMPARE(visible(items(folder, true, false)), shown(listing.frameNames));
         COMPARE(visible(items(folder, true, true)), shown(listing.split));
+    }
+}
+
+static std::string withoutZeros(std::string name) {
+    name.erase(std::remove(name.begin(), name.end(), '0'), name.end());
+    return name;
+}
+
+// The frames of all sequences are the files that are there: nothing else, and nothing left out but
+// what has no number or the number of another file.
+KXUI_PLAIN_TEST(FoldingTest, framesAreTheFiles) {
+    Folder folder;
+    std::mt19937 random(21);
+    for (int round = 0; round < 1000; ++round) {
+        Names entries = generated(random);
+        const auto hasHash = [](const std::string& name) { return name.find('#') != nowhere; };
+        entries.erase(std::remove_if(entries.begin(), entries.end(), hasHash), entries.end());
+        folder.make(entries);
+        const std::set<std::string> names(folder.names().begin(), folder.names().end());
+        FileInfoList list;
+        list.setShouldFilterSequences(true);
+        list.fill(QString::fromStdString(folder.path()));
+        std::set<std::string> told;
+        for (const FileInfo& info : list.getFileList()) {
+            if (!info.isSequence())
+                told.insert(withoutZeros(info.rawFileName()));
+            std::set<int> frames;
+            for (const auto& [first, last, step] : info.presentRanges()) {
+                for (long long frame = first; frame <= last; frame += step)
+                    CHECK(frames.insert(int(frame)).second);
+            }
+            for (const int frame : frames) {
+                const std::string name =
+                    info.rawFramePath(frame).mid(int(folder.path().size()) + 1).toStdString();
+                CHECK_FOR(names.count(name) != 0, name);
+                told.insert(withoutZeros(name));
+                for (const int each : {frame - 1, frame, frame + 1})
+                    COMPARE(info.hasFrame(each), frames.count(each) != 0);
+            }
+        }
+        for (const std::string& name : names)
+            CHECK_FOR(told.count(withoutZeros(name)) != 0 || name.find("00000000000") != nowhere ||
+                          name.find("2147483") != nowhere,
+                      name);
     }
 }
 

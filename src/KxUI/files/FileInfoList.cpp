@@ -1,8 +1,8 @@
 #include <KxUI/files/FileInfoList.h>
 
+#include <KxUI/files/FileInfoData_p.h>
 #include <KxUI/files/NaturalOrder_p.h>
 #include <KxUI/files/RawName_p.h>
-#include <KxUI/files/SequenceFold_p.h>
 
 #include <QDateTime>
 #include <QFileInfo>
@@ -12,8 +12,8 @@
 namespace Kestrel::UI {
 namespace {
 
-QByteArray rangeText(std::int32_t first, std::int32_t last) {
-    return ' ' + QByteArray::number(first) + '-' + QByteArray::number(last);
+QByteArray rangeText(const Base::FrameRange& range) {
+    return QByteArray::number(range.first) + '-' + QByteArray::number(range.last);
 }
 
 } // namespace
@@ -27,61 +27,89 @@ public:
         , m_directory(directory) {}
 
     void addFile(const Platform::Entry& entry) {
-        add(bytesOf(entry.view())).setIsDirectory(entry.type == Platform::EntryType::Directory);
+        FileInfoData& item = add(bytesOf(entry.view()));
+        if (entry.type == Platform::EntryType::Directory)
+            item.flags = FileInfo::Directory;
     }
 
     void addHeadDirectory(const Platform::Entry& entry) {
-        add(bytesOf(entry.view())).setIsDirectory(true);
+        add(bytesOf(entry.view())).flags = FileInfo::Directory;
     }
 
     void addSequence(const SequenceRun& run, const FrameNameRules::Frame& head) {
         const std::string frameName = FrameNameRules::frameName(head);
         if (run.missing != 0 && m_split) {
+            auto next = run.stretches.begin();
             for (const auto& range : run.presentRanges()) {
                 if (range.first != range.last)
-                    addStretch(run, head, frameName, range.first, range.last);
+                    addPart(run, head, frameName, range, next);
                 else
                     add(bytesOf(frameFileName(frameName, range.first, hashesIn(frameName))));
             }
             return;
         }
-        FileInfo& item = addStretch(run, head, frameName, run.firstFrame, run.lastFrame);
+        FileInfoData& item = addStretch(run, head, frameName, run.firstFrame, run.lastFrame);
+        item.stretches.assign(run.stretches.begin(), run.stretches.end());
         if (run.step > 1)
-            item.m_name += ',' + QByteArray::number(run.step);
+            item.name += ',' + QByteArray::number(run.step);
         if (run.missing != 0) {
-            item.m_frameRanges = run.presentRanges();
-            item.m_missingFrames = run.missing;
-            item.setFlag(FileInfo::Gaps);
-            item.m_name += " (";
-            for (const auto& range : item.m_frameRanges)
-                item.m_name += rangeText(range.first, range.last) + ' ';
-            item.m_name += ')';
+            item.frameRanges = run.presentRanges();
+            item.missingFrames = run.missing;
+            item.flags |= FileInfo::Gaps;
+            item.name += " (";
+            for (const auto& range : item.frameRanges)
+                item.name += ' ' + rangeText(range) + ' ';
+            item.name += ')';
         }
     }
 
 private:
-    static std::size_t hashesIn(const std::string& frameName) {
-        return frameName.rfind('#') - frameName.find('#') + 1;
+    using Stretches = std::vector<FrameStretch>::const_iterator;
+
+    static std::int32_t hashesIn(const std::string& frameName) {
+        return static_cast<std::int32_t>(frameName.rfind('#') - frameName.find('#') + 1);
     }
 
-    FileInfo& add(const QByteArray& name) {
-        FileInfo& item = m_files.emplace_back();
-        item.m_name = name;
-        item.m_directory = m_directory;
+    FileInfoData& add(const QByteArray& name) {
+        auto* const data = new FileInfoData(name);
+        m_files.push_back(FileInfo(data));
+        data->directory = m_directory;
+        return *data;
+    }
+
+    FileInfoData& addStretch(const SequenceRun& run, const FrameNameRules::Frame& head,
+                             const std::string& frameName, std::int32_t first, std::int32_t last) {
+        FileInfoData& item = add(sequenceNameOf(bytesOf(frameName), first, last));
+        item.sequenceName = item.name;
+        item.frameNameLength = static_cast<std::int32_t>(frameName.size());
+        item.shortestDigits = static_cast<std::int32_t>(head.shortest);
+        item.numberBegin = static_cast<std::int32_t>(head.mixed ? head.before : head.begin);
+        item.numberLength = static_cast<std::int32_t>(head.mixed ? 1 : head.digits);
+        item.frameStep = std::max(run.step, 1);
+        item.startFrame = first;
+        item.endFrame = last;
+        item.numberOfHashes = item.numberLength;
+        item.flags = FileInfo::Sequence | FileInfo::SequenceNameBuilt;
         return item;
     }
 
-    FileInfo& addStretch(const SequenceRun& run, const FrameNameRules::Frame& head,
-                         const std::string& frameName, std::int32_t first, std::int32_t last) {
-        FileInfo& item = add(bytesOf(frameName) + rangeText(first, last));
-        item.m_sequenceName = item.m_name;
-        item.m_frameNameLength = static_cast<std::int32_t>(frameName.size());
-        item.m_shortestDigits = static_cast<std::int32_t>(head.shortest);
-        item.m_frameStep = std::max(run.step, 1);
-        item.setFrameInformation(first, last,
-                                 head.mixed ? 1 : static_cast<std::int32_t>(head.digits));
-        item.setFlag(FileInfo::Sequence | FileInfo::SequenceNameBuilt);
-        return item;
+    // The frames of one range of a sequence; `next` is the first stretch that may reach into it.
+    void addPart(const SequenceRun& run, const FrameNameRules::Frame& head,
+                 const std::string& frameName, const Base::FrameRange& range, Stretches& next) {
+        FileInfoData& item = addStretch(run, head, frameName, range.first, range.last);
+        while (next != run.stretches.end() && next->frames.last < range.first)
+            ++next;
+        for (auto each = next; each != run.stretches.end() && each->frames.first <= range.last;
+             ++each) {
+            FrameStretch part = *each;
+            auto& [first, last, step] = part.frames;
+            if (first < range.first)
+                first += (range.first - first + step - 1) / step * step;
+            if (last > range.last)
+                last -= (last - range.last + step - 1) / step * step;
+            if (first <= last)
+                item.stretches.push_back(part);
+        }
     }
 
     std::vector<FileInfo>& m_files;
@@ -149,10 +177,12 @@ void FileInfoList::push_back(const FileInfo& info) {
 }
 
 void FileInfoList::push_back(const QFileInfo& info) {
-    FileInfo& item = m_files.emplace_back(encodedName(info.fileName()).constData(), false);
-    item.m_directory = encodedName(info.absolutePath());
-    item.setAdditionalInfo(static_cast<std::uint64_t>(info.size()),
-                           info.lastModified().toSecsSinceEpoch(), info.isDir(), info.isWritable());
+    auto* const data = new FileInfoData(encodedName(info.fileName()));
+    data->directory = encodedName(info.absolutePath());
+    m_files.push_back(FileInfo(data));
+    m_files.back().setAdditionalInfo(static_cast<std::uint64_t>(info.size()),
+                                     info.lastModified().toSecsSinceEpoch(), info.isDir(),
+                                     info.isWritable());
 }
 
 FileInfo* FileInfoList::lazyStatItem() {

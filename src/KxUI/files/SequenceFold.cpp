@@ -17,19 +17,22 @@ std::size_t digitsBegin(std::string_view name, std::size_t end) {
 
 } // namespace
 
-void SequenceRun::start(std::size_t index, std::int32_t frame) {
+void SequenceRun::start(std::size_t index, const WrittenFrame& written) {
     begin = index;
     count = 1;
-    firstFrame = lastFrame = frame;
+    firstFrame = lastFrame = written.number;
     step = 0;
     missing = 0;
     gaps.clear();
+    stretches.clear();
+    addFrame(stretches, written);
 }
 
-bool SequenceRun::add(std::int32_t frame) {
+bool SequenceRun::add(const WrittenFrame& written) {
     const auto members = static_cast<std::int64_t>(count++);
     const std::int32_t previous = lastFrame;
-    lastFrame = frame;
+    const std::int32_t frame = lastFrame = written.number;
+    addFrame(stretches, written);
     if (frame <= previous)
         return false;
     const std::int32_t distance = frame - previous;
@@ -60,6 +63,61 @@ std::vector<Base::FrameRange> SequenceRun::presentRanges() const {
     if (start < lastFrame)
         ranges.emplace_back(start, lastFrame);
     return ranges;
+}
+
+namespace {
+
+// The last stretch takes up a frame behind it, if it is a step away and written alike.
+bool takesUp(FrameStretch& last, const WrittenFrame& frame) {
+    const std::int32_t distance = frame.number - last.frames.last;
+    if (last.frames.first != last.frames.last && distance != last.frames.step)
+        return false;
+    // Every smaller width, too, writes a number that fills its digits; a padded one has only its
+    // own.
+    const bool isOwnWidth = frame.digits == last.width;
+    if (last.isPadded && !isOwnWidth && (frame.isPadded || frame.digits < last.width))
+        return false;
+    if (!last.isPadded && frame.isPadded && frame.digits > last.width)
+        return false;
+    last.frames.last = frame.number;
+    last.frames.step = distance;
+    last.width = std::min(last.width, frame.digits);
+    last.isPadded = last.isPadded || frame.isPadded;
+    return true;
+}
+
+// A frame of more digits may come behind greater ones: a1, a3, a02. It ends its run, so the work
+// in proportion to the run is done once.
+void insertFrame(std::vector<FrameStretch>& stretches, const WrittenFrame& frame) {
+    std::vector<WrittenFrame> all;
+    for (const FrameStretch& stretch : stretches) {
+        for (std::int64_t each = stretch.frames.first; each <= stretch.frames.last;
+             each += stretch.frames.step) {
+            const auto number = static_cast<std::int32_t>(each);
+            const auto digits = static_cast<std::int32_t>(std::to_string(number).size());
+            all.push_back({number, std::max(digits, stretch.width), digits < stretch.width});
+        }
+    }
+    const auto place = std::lower_bound(
+        all.begin(), all.end(), frame.number,
+        [](const WrittenFrame& each, std::int32_t number) { return each.number < number; });
+    if (place != all.end() && place->number == frame.number)
+        return;
+    all.insert(place, frame);
+    stretches.clear();
+    for (const WrittenFrame& each : all)
+        addFrame(stretches, each);
+}
+
+} // namespace
+
+void addFrame(std::vector<FrameStretch>& stretches, const WrittenFrame& frame) {
+    if (frame.digits == 0)
+        return;
+    if (!stretches.empty() && frame.number <= stretches.back().frames.last)
+        insertFrame(stretches, frame);
+    else if (stretches.empty() || !takesUp(stretches.back(), frame))
+        stretches.push_back({{frame.number, frame.number}, frame.digits, frame.isPadded});
 }
 
 std::optional<PatternRules::Frame> PatternRules::frameOf(std::string_view name) {
@@ -126,6 +184,16 @@ bool FrameNameRules::join(Frame& head, const Frame& next) const {
     return true;
 }
 
+WrittenFrame FrameNameRules::written(const Frame& frame) {
+    const char* const digits = frame.name.data() + frame.begin;
+    const bool startsWithZero = *digits == '0';
+    const bool isTooLarge =
+        frame.number == 0 &&
+        !std::all_of(digits, digits + frame.digits, [](char digit) { return digit == '0'; });
+    return {frame.number, isTooLarge ? 0 : static_cast<std::int32_t>(frame.digits),
+            startsWithZero && frame.digits > 1};
+}
+
 std::string FrameNameRules::frameName(const Frame& head) {
     std::string text;
     text.reserve(head.name.size());
@@ -146,15 +214,20 @@ std::int32_t frameNumber(std::string_view digits) noexcept {
     return static_cast<std::int32_t>(value);
 }
 
-std::string frameFileName(std::string_view frameName, std::int32_t frame, std::size_t width) {
+std::string paddedNumber(std::int32_t number, std::int32_t width) {
+    std::string text = std::to_string(number);
+    if (const auto wanted = static_cast<std::size_t>(std::max(width, 0)); wanted > text.size())
+        text.insert(0, wanted - text.size(), '0');
+    return text;
+}
+
+std::string frameFileName(std::string_view frameName, std::int32_t frame, std::int32_t width) {
     const std::size_t first = frameName.find('#');
     if (first == std::string_view::npos)
         return std::string(frameName);
-    const std::string number = std::to_string(frame);
-    std::string text(frameName.substr(0, first));
-    if (width > number.size())
-        text.append(width - number.size(), '0');
-    return text.append(number).append(frameName.substr(frameName.rfind('#') + 1));
+    return std::string(frameName.substr(0, first))
+        .append(paddedNumber(frame, width))
+        .append(frameName.substr(frameName.rfind('#') + 1));
 }
 
 } // namespace Kestrel::UI

@@ -30,8 +30,22 @@
     | a run with a directory | stays unfolded as a whole      | loses the directory; the walk goes |
     | as its first member    |                                | on with the second member          |
 
-    The lists of gaps that runs record serve FrameNameRules only. */
+    The gaps and stretches that runs record serve FrameNameRules only. */
 namespace Kestrel::UI {
+
+/** How a frame stands in a name. */
+struct WrittenFrame {
+    std::int32_t number = 0;
+    std::int32_t digits = 0; ///< 0 when it is not to be found again
+    bool isPadded = false;   ///< begins with a 0 that the number does not need
+};
+
+/** Files of a sequence, one step apart, whose numbers one width writes. */
+struct FrameStretch {
+    Base::FrameRange frames;
+    std::int32_t width = 0; ///< digits at least, with zeros in front
+    bool isPadded = false;  ///< with fewer digits the names would differ
+};
 
 /** Neighbours in a listing that are frames of one sequence. */
 struct SequenceRun {
@@ -41,19 +55,23 @@ struct SequenceRun {
     std::int32_t lastFrame = 0;
     std::int32_t step = 0;    ///< greatest common divisor of the distances; 0 for one member
     std::int64_t missing = 0; ///< frames missing at this step
-    std::vector<Base::FrameRange> gaps; ///< the stretches where frames were found missing
+    std::vector<Base::FrameRange> gaps;  ///< the stretches where frames were found missing
+    std::vector<FrameStretch> stretches; ///< all members, in order
 
     /** Begins a run with its first member. */
-    void start(std::size_t index, std::int32_t frame);
+    void start(std::size_t index, const WrittenFrame& frame);
 
     /** Counts the next member in. False when its frame is not above the one before: the run ends
         with this member. */
-    bool add(std::int32_t frame);
+    bool add(const WrittenFrame& frame);
 
     /** The stretches between the gaps. A single frame after the last gap is left out; that is how
         listings have always been written. */
     std::vector<Base::FrameRange> presentRanges() const;
 };
+
+/** Adds a frame to stretches in order. One that is there already is left out. */
+void addFrame(std::vector<FrameStretch>& stretches, const WrittenFrame& frame);
 
 /** Frame patterns: `shot0999.exr` is frame 999 of `shot%04d.exr`. */
 class PatternRules {
@@ -71,6 +89,8 @@ public:
         narrowest padded number so far (at first 4) count as padded, so names must be visited in
         the order of the listing. */
     std::optional<Frame> frameOf(std::string_view name);
+
+    static WrittenFrame written(const Frame& frame) { return {frame.number}; }
 
     /** Whether a name belongs to the run that `head` began. */
     bool join(const Frame& head, const Frame& next) const;
@@ -104,6 +124,9 @@ public:
     /** The frame of a name, if it has one. */
     std::optional<Frame> frameOf(std::string_view name) const;
 
+    /** Without digits when the number is larger than 32 bits. */
+    static WrittenFrame written(const Frame& frame);
+
     /** Whether a name belongs to the run that `head` began; takes it into account in `head`. */
     bool join(Frame& head, const Frame& next) const;
 
@@ -115,9 +138,12 @@ public:
 /** The decimal value of a run of digits; 0 when it exceeds 32 bits. */
 std::int32_t frameNumber(std::string_view digits) noexcept;
 
+/** A number with at least `width` digits. */
+std::string paddedNumber(std::int32_t number, std::int32_t width);
+
 /** The name of one frame: the text before the first # of a frame name, the number with at least
     `width` digits, the text after the last #. */
-std::string frameFileName(std::string_view frameName, std::int32_t frame, std::size_t width);
+std::string frameFileName(std::string_view frameName, std::int32_t frame, std::int32_t width);
 
 /** Walks a listing in grouping order, in linear time, and hands everything to a sink:
     `addSequence(run, head)` for runs of two and more members,
@@ -132,7 +158,7 @@ void foldSequences(const std::vector<Platform::Entry>& entries, Rules& rules,
     SequenceRun run;
     for (std::size_t i = 0; i < entries.size(); i += run.count) {
         auto head = rules.frameOf(entries[i].view());
-        run.start(i, head ? head->number : 0);
+        run.start(i, head ? Rules::written(*head) : WrittenFrame{});
         bool headIsDirectory = false;
         for (std::size_t next = i + 1; head && next < entries.size(); ++next) {
             if (next + namesAhead < entries.size())
@@ -146,7 +172,7 @@ void foldSequences(const std::vector<Platform::Entry>& entries, Rules& rules,
             // walked once for each of them.
             if (headIsDirectory && !Rules::keepsRunOfDirectory)
                 break;
-            if (!run.add(frame->number))
+            if (!run.add(Rules::written(*frame)))
                 break;
         }
         if (run.count > 1 && !headIsDirectory) {

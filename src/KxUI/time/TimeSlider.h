@@ -1,15 +1,13 @@
 #pragma once
 
 #include <KxUI/Export.h>
-#include <KxUI/base/Time.h>
+#include <KxUI/base/FrameSet.h>
 #include <KxUI/time/TimeSliderModel.h>
 #include <KxUI/time/TimeSliderTime.h>
 
 #include <QColor>
 #include <QMetaType>
 #include <QWidget>
-
-#include <boost/icl/interval_set.hpp>
 
 #include <memory>
 
@@ -64,7 +62,7 @@ public:
     };
 
     /** Frames as a set of intervals. */
-    using FrameSet = boost::icl::interval_set<Base::Time>;
+    using FrameSet = Base::FrameSet;
 
     /** A slider with `numCacheBars` cache bars, without a parent. `options` is made of Option.
         Without a model (null) it stays empty. */

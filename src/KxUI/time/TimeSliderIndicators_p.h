@@ -1,13 +1,11 @@
 #pragma once
 
-#include <KxUI/base/Time.h>
+#include <KxUI/base/FrameSet.h>
 #include <KxUI/time/TimeSliderGeometry_p.h>
 
 #include <QColor>
 #include <QImage>
 #include <QRect>
-
-#include <boost/icl/interval_set.hpp>
 
 #include <set>
 #include <vector>
@@ -28,7 +26,7 @@ struct TimeSliderColumns {
     pixels that is stretched to the strip's height when it is painted. */
 class TimeSliderIndicators {
 public:
-    using FrameSet = boost::icl::interval_set<Base::Time>;
+    using FrameSet = Base::FrameSet;
 
     /** Has so many cache bars; none for a negative number. */
     void setBars(int bars);
