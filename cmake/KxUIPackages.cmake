@@ -62,7 +62,8 @@ and shows what the KxUI library of widgets does."
 # What opens the help pages in the browser, and Qt's own texts in other languages.
 set(CPACK_DEBIAN_WORKBENCH_PACKAGE_RECOMMENDS "xdg-utils, qttranslations5-l10n")
 install(CODE "execute_process(COMMAND_ERROR_IS_FATAL ANY COMMAND gzip -9nf
-  \"\$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_MANDIR}/man1/kxui-workbench.1\")"
+  \"\$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_MANDIR}/man1/kxui-workbench.1\"
+  \"\$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_MANDIR}/man1/kxui-workbench-tool.1\")"
   COMPONENT workbench)
 
 include(CPack)

@@ -268,7 +268,7 @@ private Q_SLOTS:
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert("XDG_CACHE_HOME", m_folder.path());
         workbench.setProcessEnvironment(environment);
-        workbench.start(KXUI_WORKBENCH, {"--tour", m_folder.filePath("tour")});
+        workbench.start(KXUI_WORKBENCH_TOOL, {"--tour", m_folder.filePath("tour")});
         QVERIFY(workbench.waitForFinished());
         QCOMPARE(workbench.exitStatus(), QProcess::NormalExit);
         QCOMPARE(workbench.exitCode(), 1);

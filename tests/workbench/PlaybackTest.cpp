@@ -1,8 +1,8 @@
 #include <support/TestRegistry.h>
 
 #include "app/CommandLine.h"
-#include "app/FrameRate.h"
 #include "media/FrameCache.h"
+#include "play/FrameRate.h"
 #include "play/PlaybackClock.h"
 #include "play/RateMeter.h"
 
@@ -202,15 +202,13 @@ private slots:
         const auto parse = [](const QStringList& arguments) {
             return parseCommandLine(QStringList{QStringLiteral("kxui-workbench")} + arguments);
         };
-        const CommandLine line =
-            parse({"a", "--fps", "30000/1001", "b", "--tour", "out", "--palette", "light"});
+        const CommandLine line = parse({"a", "--fps", "30000/1001", "b", "--palette", "light"});
         QCOMPARE(line.paths, (QStringList{"a", "b"}));
         QCOMPARE(line.timeBase.numerator(), std::uint64_t(30000));
-        QCOMPARE(line.tourFolder, QStringLiteral("out"));
         QVERIFY(!line.darkPalette);
         for (const QStringList& bad :
              {QStringList{"--fps", "fast"}, QStringList{"--fps"}, QStringList{"--palette", "pink"},
-              QStringList{"--tour", ""}, QStringList{"--cache", "0"}, QStringList{"--unknown"}}) {
+              QStringList{"--cache", "0"}, QStringList{"--unknown"}}) {
             QCOMPARE(parse(bad).action, CommandLine::Action::Refuse);
             QVERIFY(!parse(bad).text.isEmpty());
         }

@@ -21,7 +21,7 @@ private:
         QString errors;
     };
 
-    static Result start(const QStringList& arguments) {
+    static Result start(const QString& program, const QStringList& arguments) {
         QProcess process;
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert("LC_ALL", "C");
@@ -29,7 +29,7 @@ private:
         environment.remove("DISPLAY");
         environment.remove("WAYLAND_DISPLAY");
         process.setProcessEnvironment(environment);
-        process.start(KXUI_WORKBENCH, arguments);
+        process.start(program, arguments);
         if (!process.waitForFinished(240000) || process.exitStatus() != QProcess::NormalExit)
             return {};
         return {process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
@@ -68,7 +68,8 @@ private slots:
         QVERIFY(Kestrel::Test::truncate(folder.filePath(QString::fromUtf8("höhe_007.png")), 0));
 
         const QString out = root.filePath("out");
-        const Result result = start({shots, "--fps", "30000/1001", "--tour", out});
+        const Result result =
+            start(KXUI_WORKBENCH_TOOL, {shots, "--fps", "30000/1001", "--tour", out});
         QVERIFY2(result.code == 0, qPrintable(result.output + result.errors));
         QVERIFY2(hasLine(result.output, "^comp\\.####\\.exr +1.20 +4 .*16 of 16 +0 "),
                  qPrintable(result.output));
@@ -96,14 +97,19 @@ private slots:
     }
 
     void refusals() {
-        QCOMPARE(start({"--help"}).code, 0);
-        QCOMPARE(start({"--fps", "fast"}).code, 2);
-        const Result missing = start({"/no/such/folder"});
+        QCOMPARE(start(KXUI_WORKBENCH, {"--help"}).code, 0);
+        QCOMPARE(start(KXUI_WORKBENCH, {"--fps", "fast"}).code, 2);
+        const Result missing = start(KXUI_WORKBENCH, {"/no/such/folder"});
         QCOMPARE(missing.code, 2);
         QVERIFY(missing.errors.contains("/no/such/folder"));
         // A window needs a screen.
-        QCOMPARE(start({"/"}).code, 1);
-        QCOMPARE(start({"/", "--tour", "/proc/none"}).code, 1);
+        QCOMPARE(start(KXUI_WORKBENCH, {"/"}).code, 1);
+        QCOMPARE(start(KXUI_WORKBENCH_TOOL, {"/", "--robot", "1:1"}).code, 1);
+        QCOMPARE(start(KXUI_WORKBENCH_TOOL, {"/", "--tour", "/proc/none"}).code, 1);
+        for (const QStringList& bad :
+             {QStringList{"/"}, QStringList{"--tour", ""}, QStringList{"--robot", "1"},
+              QStringList{"--robot", "1:1", "--tour", "out"}})
+            QCOMPARE(start(KXUI_WORKBENCH_TOOL, bad).code, 2);
     }
 };
 

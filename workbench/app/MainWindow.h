@@ -1,7 +1,7 @@
 #pragma once
 
 #include "app/HelpDesk.h"
-#include "app/Theme.h"
+#include "look/Theme.h"
 #include "play/Session.h"
 #include "workspace/Workspace.h"
 

@@ -1,6 +1,6 @@
 #include "media/DecodePool.h"
 
-#include "profile/FrameNote.h"
+#include "media/FrameNote.h"
 
 #include <KxUI/eventgraph/EventAdder.h>
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "media/Frame.h"
-#include "play/PlayOrder.h"
+#include "media/PlayOrder.h"
 
 #include <cstddef>
 #include <map>

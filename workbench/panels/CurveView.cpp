@@ -31,6 +31,15 @@ QColor faint(QColor color, double alpha) {
     return color;
 }
 
+QString valueText(const UI::Curve& curve) {
+    const int selected = selectedKnot(curve);
+    return selected < 0 ? CurveView::tr("%n knots", nullptr, curve.numKnots())
+                        : CurveView::tr("Knot %1 of %2, %3")
+                              .arg(selected + 1)
+                              .arg(curve.numKnots())
+                              .arg(coordinates(curve.knot(selected)));
+}
+
 /** Tells the selected knot as the view's value. */
 class CurveViewAccessible : public QAccessibleWidget {
 public:
@@ -47,13 +56,7 @@ public:
     QString text(QAccessible::Text kind) const override {
         if (kind != QAccessible::Value)
             return QAccessibleWidget::text(kind);
-        const UI::Curve& curve = static_cast<CurveView*>(object())->curve();
-        const int selected = selectedKnot(curve);
-        return selected < 0 ? CurveView::tr("%n knots", nullptr, curve.numKnots())
-                            : CurveView::tr("Knot %1 of %2, %3")
-                                  .arg(selected + 1)
-                                  .arg(curve.numKnots())
-                                  .arg(coordinates(curve.knot(selected)));
+        return valueText(static_cast<CurveView*>(object())->curve());
     }
 };
 
@@ -289,7 +292,7 @@ void CurveView::showCurve(const UI::Curve& curve) {
     m_line = m_geometry.line(curve);
     update();
     if (QAccessible::isActive()) {
-        QAccessibleEvent event(this, QAccessible::ValueChanged);
+        QAccessibleValueChangeEvent event(this, valueText(curve));
         QAccessible::updateAccessibility(&event);
     }
 }

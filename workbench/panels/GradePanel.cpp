@@ -1,6 +1,6 @@
 #include "panels/GradePanel.h"
 
-#include "app/Theme.h"
+#include "look/Theme.h"
 #include "panels/CurveView.h"
 #include "play/Session.h"
 

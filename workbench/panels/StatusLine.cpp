@@ -1,6 +1,6 @@
 #include "panels/StatusLine.h"
 
-#include "app/FrameRate.h"
+#include "play/FrameRate.h"
 #include "play/Session.h"
 
 #include <QFontDatabase>

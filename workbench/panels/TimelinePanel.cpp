@@ -1,6 +1,6 @@
 #include "panels/TimelinePanel.h"
 
-#include "app/Theme.h"
+#include "look/Theme.h"
 #include "panels/TransportRow.h"
 #include "play/Session.h"
 

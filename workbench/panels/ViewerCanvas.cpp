@@ -1,8 +1,8 @@
 #include "panels/ViewerCanvas.h"
 
-#include "app/Theme.h"
+#include "look/Theme.h"
+#include "media/FrameNote.h"
 #include "panels/FittedRect.h"
-#include "profile/FrameNote.h"
 
 #include <KxUI/eventgraph/EventAdder.h>
 

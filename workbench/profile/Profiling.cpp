@@ -1,6 +1,6 @@
 #include "profile/Profiling.h"
 
-#include "profile/FrameNote.h"
+#include "media/FrameNote.h"
 
 #include <KxUI/eventgraph/EventAdder.h>
 #include <KxUI/eventgraph/EventGraphView.h>

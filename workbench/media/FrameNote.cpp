@@ -1,4 +1,4 @@
-#include "profile/FrameNote.h"
+#include "media/FrameNote.h"
 
 #include <QCoreApplication>
 #include <QLocale>

@@ -75,7 +75,7 @@ QString shown(const QByteArray& path) {
 
 } // namespace
 
-Tour::Tour(const CommandLine& line, QList<QByteArray> paths)
+Tour::Tour(const ToolLine& line, QList<QByteArray> paths)
     : m_line(line)
     , m_paths(std::move(paths))
     , m_scale(std::max(line.tourScale, 1))
@@ -83,7 +83,7 @@ Tour::Tour(const CommandLine& line, QList<QByteArray> paths)
 
 int Tour::run() {
     if (!QDir().mkpath(m_line.tourFolder)) {
-        std::fprintf(stderr, "kxui-workbench: the folder %s cannot be made\n",
+        std::fprintf(stderr, "kxui-workbench-tool: the folder %s cannot be made\n",
                      m_line.tourFolder.toUtf8().constData());
         return 1;
     }
@@ -307,7 +307,8 @@ void Tour::save(QWidget* widget, const QString& name) {
             .arg(m_scale);
     const QPixmap picture = widget->grab();
     if (!picture.save(QDir(m_line.tourFolder).filePath(file))) {
-        std::fprintf(stderr, "kxui-workbench: %s cannot be saved\n", file.toUtf8().constData());
+        std::fprintf(stderr, "kxui-workbench-tool: %s cannot be saved\n",
+                     file.toUtf8().constData());
         m_failed = true;
         return;
     }

@@ -1,4 +1,4 @@
-#include "app/FrameRate.h"
+#include "play/FrameRate.h"
 
 #include <QStringList>
 

@@ -1,4 +1,4 @@
-#include "app/Theme.h"
+#include "look/Theme.h"
 
 #include <KxUI/kit/IconFactory.h>
 

@@ -1,4 +1,4 @@
-#include "play/PlayOrder.h"
+#include "media/PlayOrder.h"
 
 #include <algorithm>
 

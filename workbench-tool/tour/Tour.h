@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/CommandLine.h"
+#include "ToolLine.h"
 #include "app/MainWindow.h"
 
 #include <QByteArray>
@@ -16,7 +16,7 @@ namespace Kestrel::Workbench {
 class Tour {
 public:
     /** @param paths  what to open, absolute, at least one */
-    Tour(const CommandLine& line, QList<QByteArray> paths);
+    Tour(const ToolLine& line, QList<QByteArray> paths);
 
     /** Makes the tour and prints its tables to standard output. The second scale is made by another
         process of this program, since a process has one scale. Returns the exit code: 0, or 1 when
@@ -36,7 +36,7 @@ private:
     bool waitFor(const std::function<bool()>& done, int seconds);
     int runOtherScale(int scale);
 
-    CommandLine m_line;
+    ToolLine m_line;
     QList<QByteArray> m_paths;
     int m_scale;
     bool m_failed = false;

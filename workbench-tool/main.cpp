@@ -1,0 +1,68 @@
+#include "ToolLine.h"
+#include "app/MainWindow.h"
+#include "app/StartUp.h"
+#include "robot/Robot.h"
+#include "tour/Tour.h"
+
+#include <QApplication>
+#include <QFont>
+
+#include <cstdio>
+
+using namespace Kestrel::Workbench;
+
+namespace {
+
+/** The platform without a screen says over and over what it cannot do; nobody has to read it. */
+void quietly(QtMsgType type, const QMessageLogContext& context, const QString& message) {
+    if (!message.startsWith(QLatin1String("This plugin does not support ")))
+        std::fprintf(stderr, "%s\n",
+                     qFormatLogMessage(type, context, message).toUtf8().constData());
+}
+
+void goWithoutScreen(const ToolLine& line) {
+    qInstallMessageHandler(quietly);
+    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    qputenv("QT_SCALE_FACTOR", QByteArray::number(qMax(line.tourScale, 1)));
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    nameProgram();
+    const ToolLine line = readArguments(argc, argv, parseToolLine);
+    if (line.action != CommandLine::Action::Run)
+        return endAt(line);
+    QList<QByteArray> paths;
+    if (!readPaths(line, argc, argv, &paths))
+        return WrongUse;
+    const bool tour = !line.tourFolder.isEmpty();
+    if (tour)
+        goWithoutScreen(line);
+    else if (!hasScreen())
+        return complain(Failed, QStringLiteral("the robot needs a screen"));
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
+    // The tour's pictures have exactly the scale that they name.
+    QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling, !tour);
+    QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+#endif
+    QApplication application(argc, argv);
+    if (tour) {
+        // Without a screen there is no desktop to say how large its text is.
+        QFont font = QApplication::font();
+        font.setPointSize(9);
+        QApplication::setFont(font);
+    }
+    if (!setUpApplication(line))
+        return WrongUse;
+    if (!provideSomething(!tour, &paths))
+        return Failed;
+    if (tour)
+        return Tour(line, paths).run();
+    MainWindow window(line.timeBase, line.cacheBytes,
+                      line.darkPalette ? Theme::Dark : Theme::Light);
+    open(&window, line, paths);
+    const Robot robot(&window, line.robotSeed, line.robotMinutes);
+    return QApplication::exec();
+}

@@ -1,0 +1,115 @@
+#include "app/StartUp.h"
+
+#include "app/CommandLine.h"
+#include "app/Language.h"
+#include "app/MainWindow.h"
+#include "look/Theme.h"
+#include "media/FrameDecoder.h"
+#include "media/Paths.h"
+#include "sample/SampleGenerator.h"
+#include "sample/SampleProgress.h"
+
+#include <QFile>
+#include <QGuiApplication>
+
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
+#include <QTextCodec>
+#endif
+
+#include <cstdio>
+#include <string>
+
+namespace Kestrel::Workbench {
+
+namespace {
+
+/** The bytes of an argument that was read as this text. */
+std::string argumentBytes(const QString& text, int argc, char** argv) {
+    for (int i = 1; i < argc; ++i) {
+        if (QString::fromLocal8Bit(argv[i]) == text)
+            return argv[i];
+    }
+    return text.toStdString();
+}
+
+} // namespace
+
+int complain(ExitCode code, const QString& message) {
+    std::fprintf(stderr, "kxui-workbench: %s\n", message.toUtf8().constData());
+    return code;
+}
+
+void nameProgram() {
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
+    // File names are UTF-8 here whatever the locale says, also in the C locale.
+    QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
+#endif
+    QCoreApplication::setOrganizationName(QStringLiteral("Kestrel"));
+    QCoreApplication::setApplicationName(QStringLiteral("kxui-workbench"));
+    QGuiApplication::setDesktopFileName(QStringLiteral("kxui-workbench"));
+}
+
+int endAt(const CommandLine& line) {
+    if (line.action == CommandLine::Action::Refuse)
+        return complain(WrongUse, line.text + QStringLiteral("\nTry --help."));
+    std::fputs(line.text.toUtf8().constData(), stdout);
+    return Done;
+}
+
+bool readPaths(const CommandLine& line, int argc, char** argv, QList<QByteArray>* paths) {
+    for (const QString& path : line.paths) {
+        const std::string bytes = absolutePath(argumentBytes(path, argc, argv));
+        if (!pathExists(bytes)) {
+            complain(WrongUse, QStringLiteral("there is no file or folder \"%1\"").arg(path));
+            return false;
+        }
+        paths->append(QByteArray::fromStdString(bytes));
+    }
+    return true;
+}
+
+bool hasScreen() {
+#ifdef Q_OS_LINUX
+    return qEnvironmentVariableIsSet("QT_QPA_PLATFORM") || qEnvironmentVariableIsSet("DISPLAY") ||
+           qEnvironmentVariableIsSet("WAYLAND_DISPLAY");
+#else
+    return true;
+#endif
+}
+
+bool setUpApplication(const CommandLine& line) {
+    if (!setLanguage(line.language) && !line.language.isEmpty()) {
+        complain(WrongUse, QStringLiteral("there are no texts in \"%1\"").arg(line.language));
+        return false;
+    }
+    setUpImageReading();
+    applyTheme(line.darkPalette ? Theme::Dark : Theme::Light);
+    return true;
+}
+
+bool provideSomething(bool showsProgress, QList<QByteArray>* paths) {
+    if (!paths->isEmpty())
+        return true;
+    const SampleResult sample = provideSample(showsProgress);
+    if (!sample.message.isEmpty())
+        complain(Failed, sample.message);
+    else if (!sample.folder.isEmpty())
+        paths->append(QFile::encodeName(sample.folder));
+    return !paths->isEmpty();
+}
+
+void open(MainWindow* window, const CommandLine& line, const QList<QByteArray>& paths) {
+    if (!line.freshWorkspace)
+        window->rememberArrangement();
+    if (!line.layoutFile.isEmpty()) {
+        const QString problem = window->loadFrom(line.layoutFile);
+        if (!problem.isEmpty())
+            complain(Failed, QStringLiteral("\"%1\" is no workspace that can be shown: %2")
+                                 .arg(line.layoutFile, problem));
+    }
+    window->show();
+    window->openPaths(paths);
+    window->showPage(window->getFocusPage());
+}
+
+} // namespace Kestrel::Workbench
