@@ -5,6 +5,9 @@
 
 #include <QCoreApplication>
 #include <QUndoCommand>
+#include <QUndoStack>
+
+#include <memory>
 
 using Kestrel::UI::MultiStackUndoGroup;
 using Kestrel::UI::MultiStackUndoView;
@@ -33,6 +36,57 @@ void jump(benchmark::State& state, const Jump& to) {
     group.removeProject(nullptr);
 }
 
+constexpr int Million = 1000000;
+
+QUndoCommand* newCommand() {
+    return new QUndoCommand(QStringLiteral("Grade"));
+}
+
+// A history of a million entries is made, gone through or thrown away; only that is timed.
+enum class Work { Perform, Jump, Remove };
+
+struct Ours {
+    std::unique_ptr<MultiStackUndoGroup> group = std::make_unique<MultiStackUndoGroup>();
+
+    ~Ours() { clear(); }
+    void perform() { group->performCommand(newCommand(), nullptr); }
+    void jump(int target) { group->makeIndex(target); }
+    void clear() { group->removeProject(nullptr); }
+};
+
+struct Stack {
+    std::unique_ptr<QUndoStack> stack = std::make_unique<QUndoStack>();
+
+    void perform() { stack->push(newCommand()); }
+    void jump(int target) { stack->setIndex(target); }
+    void clear() { stack->clear(); }
+};
+
+template <class History>
+void million(benchmark::State& state, Work work) {
+    for (auto _ : state) {
+        state.PauseTiming();
+        {
+            History history;
+            if (work == Work::Perform)
+                state.ResumeTiming();
+            for (int i = 0; i < Million; ++i)
+                history.perform();
+            if (work == Work::Jump) {
+                state.ResumeTiming();
+                history.jump(0);
+                history.jump(Million);
+            }
+            if (work == Work::Remove) {
+                state.ResumeTiming();
+                history.clear();
+            }
+            state.PauseTiming();
+        }
+        state.ResumeTiming();
+    }
+}
+
 } // namespace
 
 void registerBenchmarks() {
@@ -53,4 +107,13 @@ void registerBenchmarks() {
         });
     });
     target(picked, 0.5e9);
+
+    for (const auto& [name, work] : {std::pair("undo: a million commands", Work::Perform),
+                                     std::pair("undo: jump over them and back", Work::Jump),
+                                     std::pair("undo: remove their project", Work::Remove)}) {
+        const Work kind = work;
+        add(name, "ours", [kind](benchmark::State& state) { million<Ours>(state, kind); });
+        add(name, "QUndoStack", [kind](benchmark::State& state) { million<Stack>(state, kind); });
+        target(name, 1e9);
+    }
 }

@@ -7,10 +7,12 @@
 #include <support/TestRegistry.h>
 
 #include <QAccessible>
+#include <QContextMenuEvent>
 #include <QSignalSpy>
 #include <QtTest>
 
 #include <cmath>
+#include <functional>
 #include <limits>
 
 using Kestrel::UI::ColorWheel;
@@ -216,6 +218,16 @@ private slots:
         log.clear();
         drag(wheel, at(0, 0), at(20, 20), Qt::MiddleButton);
         QCOMPARE(log.join(' '), QStringLiteral("start move move stop"));
+        const std::vector<std::function<void()>> edits{
+            [&] { QTest::keyClick(&wheel, Qt::Key_Left); },
+            [&] { QTest::keyClick(&wheel, Qt::Key_Home); },
+            [&] { QTest::mouseDClick(&wheel, Qt::LeftButton, {}, at(9, 9)); },
+        };
+        for (const auto& edit : edits) {
+            log.clear();
+            edit();
+            QCOMPARE(log.join(' '), QStringLiteral("start hsv stop changed"));
+        }
 
         // A drag whose release never comes ends with the next movement, or when the wheel is
         // hidden.
@@ -229,6 +241,60 @@ private slots:
         doomed->resize(Side, Side);
         connect(doomed, &ColorWheel::hsvChanged, this, [&] { delete doomed; });
         QTest::keyClick(doomed, Qt::Key_Right);
+    }
+
+    // Escape and the right button show the start again, bit for bit, whatever was dragged; the rest
+    // of the drag goes unheeded.
+    void takenBack() {
+        constexpr auto Relative = ColorWheel::RelativeInteraction;
+        for (const auto mode :
+             {ColorWheel::PlainWheel, ColorWheel::SquareWheel, ColorWheel::ValueRingWheel}) {
+            for (const Qt::MouseButton button :
+                 {Qt::LeftButton, Qt::RightButton, Qt::MiddleButton}) {
+                for (const auto interaction : {ColorWheel::AbsoluteInteraction, Relative}) {
+                    for (const bool byKey : {true, false}) {
+                        if (button == Qt::RightButton && !byKey)
+                            continue;
+                        QWidget parent;
+                        auto& wheel = *new ColorWheel({}, mode, &parent);
+                        wheel.resize(Side, Side);
+                        wheel.setInteractionMode(interaction);
+                        const Hsv start{0.123F, 1.7F, 0.456F};
+                        wheel.setHSV(start.hue, start.saturation, start.value);
+                        wheel.setRingValue(0.7F);
+                        QSignalSpy stopped(&wheel, &ColorWheel::stopDragSignal);
+                        QSignalSpy changed(&wheel, &ColorWheel::changedSignal);
+                        QSignalSpy told(&wheel, &ColorWheel::hsvChanged);
+                        QSignalSpy menu(&wheel, &QWidget::customContextMenuRequested);
+                        QTest::mousePress(&wheel, button, {}, at(5, 5));
+                        Kestrel::Test::moveMouse(wheel, at(50, -30), button);
+                        if (byKey) {
+                            QVERIFY(Kestrel::Test::sendKey(wheel, Qt::Key_Escape));
+                        } else {
+                            QTest::mousePress(&wheel, Qt::RightButton, {}, at(50, -30));
+                            QContextMenuEvent event(QContextMenuEvent::Mouse, at(50, -30));
+                            QCoreApplication::sendEvent(&wheel, &event);
+                            QTest::mouseRelease(&wheel, Qt::RightButton, {}, at(50, -30));
+                        }
+                        Kestrel::Test::moveMouse(wheel, at(-50, -30), button);
+                        QVERIFY(!wheel.dragMode());
+                        QTest::mouseRelease(&wheel, button, {}, at(-50, -30));
+                        const Hsv now = colorOf(wheel);
+                        QVERIFY(now.hue == start.hue && now.saturation == start.saturation &&
+                                now.value == start.value && wheel.ringValue() == 0.7F);
+                        QCOMPARE(wheel.pan(), QPointF());
+                        QCOMPARE(wheel.zoom(), 1.0F);
+                        QCOMPARE(stopped.count(), 1);
+                        QCOMPARE(changed.count() + menu.count(), 0);
+                        if (button != Qt::MiddleButton)
+                            QCOMPARE(told.last().at(0).toFloat(), start.hue);
+                        QVERIFY(!Kestrel::Test::sendKey(wheel, Qt::Key_Escape));
+                        drag(wheel, at(0, 0), at(20, 20), button);
+                        QCOMPARE(stopped.count(), 2);
+                    }
+                }
+            }
+        }
     }
 
     void doubleClicksAndKeys() {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QCoreApplication>
+#include <QKeyEvent>
 #include <QMouseEvent>
 #include <QWheelEvent>
 #include <QWidget>
@@ -25,6 +26,19 @@ inline bool turnWheel(QWidget& widget, const QPoint& delta, const QPoint& at = Q
 
 inline bool turnWheel(QWidget& widget, int delta, const QPoint& at = QPoint(5, 5)) {
     return turnWheel(widget, QPoint(0, delta), at);
+}
+
+/** Presses a key as a window does, first as the shortcut that it might be; returns whether the
+   widget took it both times. */
+inline bool sendKey(QWidget& widget, int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+    bool taken = true;
+    for (const QEvent::Type type : {QEvent::ShortcutOverride, QEvent::KeyPress}) {
+        QKeyEvent event(type, key, modifiers);
+        event.setAccepted(type == QEvent::KeyPress);
+        QCoreApplication::sendEvent(&widget, &event);
+        taken = taken && event.isAccepted();
+    }
+    return taken;
 }
 
 } // namespace Kestrel::Test

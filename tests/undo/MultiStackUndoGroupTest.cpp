@@ -3,6 +3,8 @@
 #include <support/TestRegistry.h>
 
 #include <QAction>
+#include <QMetaMethod>
+#include <QPointer>
 #include <QtTest>
 
 #include <array>
@@ -83,6 +85,20 @@ void compare(const MultiStackUndoGroup& group, const Reference& reference,
 }
 
 } // namespace
+
+class Deleter : public QObject {
+    Q_OBJECT
+
+public:
+    explicit Deleter(QObject* victim)
+        : m_victim(victim) {}
+
+public slots:
+    void deleteVictim() { delete m_victim; }
+
+private:
+    QPointer<QObject> m_victim;
+};
 
 class MultiStackUndoGroupTest : public QObject {
     Q_OBJECT
@@ -206,6 +222,62 @@ private slots:
         group.removeProject(&project);
         QCOMPARE(seen, (QStringList{"3", "3"}));
         group.removeProject(&other);
+    }
+
+    // Nothing walks the history: a hundred times these steps, squared, would take minutes.
+    void manyCommands() {
+        constexpr int Count = 60000;
+        Projects projects;
+        MultiStackUndoGroup group;
+        for (int number = 0; number < Count; ++number) {
+            UndoableProject* project = &projects[std::size_t(number % 2)];
+            group.performCommand(new AddCommand(project, number), project);
+        }
+        group.makeIndex(0);
+        for (int number = 0; number < Count; ++number) {
+            UndoableProject* project = &projects[std::size_t(2 + number % 2)];
+            group.performCommand(new AddCommand(project, number, number > 1), project);
+        }
+        QCOMPARE(group.index(), 2);
+        group.makeIndex(Count + 2);
+        QCOMPARE(projects[3].document.size(), std::size_t(Count / 2));
+        for (UndoableProject& project : projects)
+            group.removeProject(&project);
+        QCOMPARE(group.index(), 0);
+    }
+
+    void anySlotMayDeleteTheGroup() {
+        using Group = MultiStackUndoGroup;
+        UndoableProject project;
+        const std::vector<std::function<void(Group&)>> operations{
+            [&](Group& group) { group.performCommand(new AddCommand(&project, 3), &project); },
+            [&](Group& group) {
+                group.performCommand(new AddCommand(&project, 3, true), &project);
+            },
+            [&](Group& group) { group.makeIndex(0); },
+            [&](Group& group) { group.makeIndex(2); },
+            [&](Group& group) { group.addProject(&project); },
+            [&](Group& group) { group.removeProject(&project); },
+        };
+        const QMetaObject& meta = Group::staticMetaObject;
+        for (int signal = meta.methodOffset(); signal < meta.methodCount(); ++signal) {
+            if (meta.method(signal).methodType() != QMetaMethod::Signal)
+                continue;
+            for (const auto& operation : operations) {
+                project.document.clear();
+                auto* group = new Group;
+                group->performCommand(new AddCommand(&project, 1), &project);
+                group->performCommand(new AddCommand(&project, 2), &project);
+                group->undo();
+                Deleter deleter(group);
+                connect(group, meta.method(signal), &deleter,
+                        deleter.metaObject()->method(
+                            deleter.metaObject()->indexOfSlot("deleteVictim()")));
+                operation(*group);
+                deleter.deleteVictim();
+                AddCommand::deleteAll(); // which a group leaves alone
+            }
+        }
     }
 
     // The destructor leaves the command that the history has to its owner.

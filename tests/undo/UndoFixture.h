@@ -5,6 +5,7 @@
 #include <QUndoCommand>
 
 #include <functional>
+#include <unordered_set>
 #include <vector>
 
 namespace Kestrel::UI {
@@ -25,10 +26,10 @@ public:
         , m_project(project)
         , m_numbers{number}
         , m_merges(merges) {
-        ++alive();
+        living().insert(this);
     }
     ~AddCommand() override {
-        --alive();
+        living().erase(this);
         if (atEnd)
             atEnd();
     }
@@ -57,15 +58,22 @@ public:
         return true;
     }
 
-    static int& alive() {
-        static int count = 0;
-        return count;
+    static int alive() { return int(living().size()); }
+
+    static void deleteAll() {
+        while (!living().empty())
+            delete *living().begin();
     }
 
     std::function<void()> meanwhile; ///< called at the end of redo() and undo()
     std::function<void()> atEnd;     ///< called by the destructor
 
 private:
+    static std::unordered_set<AddCommand*>& living() {
+        static std::unordered_set<AddCommand*> commands;
+        return commands;
+    }
+
     Kestrel::UI::UndoableProject* m_project;
     std::vector<int> m_numbers;
     bool m_merges;

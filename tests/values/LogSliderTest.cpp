@@ -1,8 +1,10 @@
 #include <KxUI/values/LogSlider.h>
-#include <KxUI/values/LogSliderTicks_p.h>
+#include <KxUI/values/LogSliderLayout_p.h>
 
+#include <support/Input.h>
 #include <support/TestRegistry.h>
 
+#include <QAccessible>
 #include <QSignalSpy>
 #include <QtTest>
 
@@ -136,6 +138,134 @@ private slots:
                 }
                 QVERIFY(ticks.back().wholePower);
                 QCOMPARE(ticks.back().pixel, 10 + length);
+            }
+        }
+    }
+
+    // Where the handle stands for a value is where its tick and its label are.
+    void layoutFollowsTheDirection() {
+        const LogScale scale = scaleOf(-1, 1, 100);
+        const auto textOf = [](double value) {
+            const QString text = QString::number(value);
+            return Kestrel::UI::LogSliderText{text, 8 * text.size()};
+        };
+        for (const Qt::Orientation orientation : {Qt::Horizontal, Qt::Vertical}) {
+            const bool horizontal = orientation == Qt::Horizontal;
+            Kestrel::UI::LogSliderRoom room{{300, 300}, QRect(20, 20, 201, 201), {}, orientation};
+            const auto places = [&](bool forward) {
+                room.forward = forward;
+                const auto layout = Kestrel::UI::LogSliderLayout::of(scale, room, textOf);
+                QStringList texts;
+                for (const auto& mark : layout.marks) {
+                    if (mark.wholePower)
+                        texts += QString::number(horizontal ? mark.line.x1() : mark.line.y1());
+                }
+                for (const auto& label : layout.labels) {
+                    if (label.wholePower)
+                        texts += QStringLiteral("%1:%2-%3")
+                                     .arg(label.text)
+                                     .arg(label.room.left())
+                                     .arg(label.room.right());
+                }
+                return texts.join(' ');
+            };
+            QCOMPARE(places(true), QStringLiteral("20 120 220 0.1:20-43 1:120-127 10:205-220"));
+            QCOMPARE(places(false), QStringLiteral("220 120 20 0.1:197-220 1:113-120 10:20-35"));
+        }
+    }
+
+    void ticksFollowTheSlider() {
+        for (const Qt::Orientation orientation : {Qt::Horizontal, Qt::Vertical}) {
+            const bool horizontal = orientation == Qt::Horizontal;
+            for (const bool inverted : {false, true}) {
+                for (const auto direction : {Qt::LeftToRight, Qt::RightToLeft}) {
+                    LogSlider slider(orientation);
+                    slider.resize(horizontal ? QSize(400, 40) : QSize(40, 400));
+                    slider.setRealRange(0, 1, 100);
+                    slider.setInvertedAppearance(inverted);
+                    slider.setLayoutDirection(direction);
+                    slider.setTickColor(Qt::blue); // more of them towards the upper end
+                    slider.setExpTickColor(Qt::transparent);
+                    QImage image = slider.grab().toImage();
+                    int marks[2] = {};
+                    for (int y = 0; y < image.height(); ++y) {
+                        for (int x = 0; x < image.width(); ++x) {
+                            if (image.pixelColor(x, y) == QColor(Qt::blue))
+                                ++marks[horizontal ? x >= 200 : y >= 200];
+                        }
+                    }
+                    const bool mirrored = horizontal && direction == Qt::RightToLeft;
+                    const bool forward = horizontal != (inverted != mirrored);
+                    QVERIFY(forward ? marks[1] > marks[0] : marks[0] > marks[1]);
+                }
+            }
+        }
+    }
+
+    void accessibleValueIsTheRealOne() {
+        LogSlider slider;
+        QAccessibleInterface* seen = QAccessible::queryAccessibleInterface(&slider);
+        QCOMPARE(seen->role(), QAccessible::Slider);
+        QAccessibleValueInterface* value = seen->valueInterface();
+        QCOMPARE(value->maximumValue().toDouble(), 99.0); // no range yet
+        slider.setRealRange(-2, 3, 10);
+        slider.setRealValue(50);
+        QCOMPARE(value->currentValue().toDouble(), slider.realValue());
+        QCOMPARE(seen->text(QAccessible::Value), slider.locale().toString(slider.realValue()));
+        QCOMPARE(value->minimumValue().toDouble(), 0.01);
+        QCOMPARE(value->maximumValue().toDouble(), 1000.0);
+        for (int i = 0; i < 5; ++i) {
+            const int position = slider.value();
+            value->setCurrentValue(value->currentValue().toDouble() +
+                                   value->minimumStepSize().toDouble());
+            QCOMPARE(slider.value(), position + 1);
+        }
+    }
+
+    void realValueIsAProperty() {
+        LogSlider slider;
+        QSignalSpy told(&slider, &LogSlider::realValueChanged);
+        QCOMPARE(slider.property("realValue").toDouble(), 0.0);
+        slider.setProperty("realValue", 5.0);
+        QCOMPARE(told.count(), 0);
+        slider.setRealRange(0, 2, 10); // the position 0 is 1 now
+        QCOMPARE(told.takeLast().at(0).toDouble(), 1.0);
+        slider.setProperty("realValue", 100.0);
+        QCOMPARE(told.takeLast().at(0).toDouble(), 100.0);
+        slider.setRealRange(0, 2, 10);
+        QCOMPARE(told.count(), 0);
+    }
+
+    // Escape and the right button go back to where the drag, or the paging, began.
+    void takenBack() {
+        for (const bool tracking : {true, false}) {
+            for (const bool onHandle : {true, false}) {
+                for (const bool byKey : {true, false}) {
+                    LogSlider slider(Qt::Horizontal);
+                    slider.resize(400, 40);
+                    slider.setRealRange(0, 2, 100);
+                    slider.setTracking(tracking);
+                    slider.setValue(37);
+                    slider.grab();
+                    QVERIFY(!Kestrel::Test::sendKey(slider, Qt::Key_Escape));
+                    QSignalSpy released(&slider, &QSlider::sliderReleased);
+                    const QPoint from(onHandle ? 7 + 37 * 386 / 200 : 380, 20);
+                    QTest::mousePress(&slider, Qt::LeftButton, {}, from);
+                    QCOMPARE(slider.isSliderDown(), onHandle);
+                    Kestrel::Test::moveMouse(slider, from + QPoint(-30, 0));
+                    QVERIFY(slider.sliderPosition() != 37);
+                    if (byKey)
+                        QVERIFY(Kestrel::Test::sendKey(slider, Qt::Key_Escape));
+                    else
+                        QTest::mouseClick(&slider, Qt::RightButton, {}, from);
+                    QCOMPARE(slider.value(), 37);
+                    QVERIFY(!slider.isSliderDown());
+                    Kestrel::Test::moveMouse(slider, QPoint(200, 20));
+                    QTest::mouseRelease(&slider, Qt::LeftButton, {}, QPoint(200, 20));
+                    QCOMPARE(slider.sliderPosition(), 37);
+                    QCOMPARE(released.count(), onHandle ? 1 : 0);
+                    QVERIFY(!Kestrel::Test::sendKey(slider, Qt::Key_Escape));
+                }
             }
         }
     }

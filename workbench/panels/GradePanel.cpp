@@ -175,7 +175,8 @@ QLayout* GradePanel::makeGain() {
                 grade.gain = {hue, saturation, value};
                 edit(grade, Part::Gain, tr("Gain"));
             });
-    connect(m_wheel, &UI::ColorWheel::changedSignal, m_grades, &GradeHistory::finishEdit);
+    // Also after a drag that was taken back, which the next one must not be taken for a part of.
+    connect(m_wheel, &UI::ColorWheel::stopDragSignal, m_grades, &GradeHistory::finishEdit);
 
     auto* numbers = new QGridLayout;
     numbers->setHorizontalSpacing(gap);

@@ -6,6 +6,7 @@
 #include <KxUI/color/ColorWheelPictures_p.h>
 
 #include <QAccessible>
+#include <QContextMenuEvent>
 #include <QMouseEvent>
 #include <QPaintEvent>
 #include <QPainter>
@@ -66,6 +67,9 @@ void drawMarker(QPainter& painter, const QPointF& centre, const QColor& color) {
 }
 
 } // namespace
+
+ColorWheel::ColorWheel(QWidget* parent)
+    : ColorWheel(ColorTransform(), PlainWheel, parent) {}
 
 ColorWheel::ColorWheel(ColorTransform transform, DisplayMode mode, QWidget* parent)
     : QWidget(parent)
@@ -176,7 +180,22 @@ void ColorWheel::resetView() {
     setView(1.0F, QPointF());
 }
 
+void ColorWheel::cancelDrag() {
+    execute(m_drag->takeBack());
+}
+
 bool ColorWheel::event(QEvent* event) {
+    if (event->type() == QEvent::ShortcutOverride && m_drag->isHeld() &&
+        static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape) {
+        event->accept();
+        return true;
+    }
+    // The right button took a drag back; that is all it meant.
+    if (event->type() == QEvent::ContextMenu && m_menuSuppressed &&
+        static_cast<QContextMenuEvent*>(event)->reason() == QContextMenuEvent::Mouse) {
+        event->accept();
+        return true;
+    }
     if (event->type() == QEvent::EnabledChange || event->type() == QEvent::PaletteChange ||
         event->type() == QEvent::StyleChange)
         update();
@@ -221,63 +240,36 @@ void ColorWheel::paintEvent(QPaintEvent* event) {
 }
 
 void ColorWheel::mousePressEvent(QMouseEvent* event) {
-    if (m_drag->isActive())
-        return;
-    const QPointF mouse = upwards(event->localPos());
-    m_drag->press(scene(), mouse, event->button(), event->modifiers());
-    if (!m_drag->isActive()) {
-        event->ignore();
-        return;
-    }
-    m_button = event->button();
-    m_colorDragged = false;
-    const QPointer<ColorWheel> self(this);
-    emit startDragSignal();
-    if (self && m_drag->startsAtCursor(scene()))
-        dragColor(mouse, event->modifiers(), false);
+    const bool held = m_drag->isHeld();
+    const ColorWheelCommands commands = m_drag->press(scene(), inputOf(*event), event->button());
+    m_menuSuppressed = held && event->button() == Qt::RightButton;
+    event->setAccepted(m_drag->isHeld());
+    execute(commands);
 }
 
 void ColorWheel::mouseMoveEvent(QMouseEvent* event) {
-    if (!m_drag->isActive()) {
-        event->ignore();
-        return;
-    }
-    // The release went to somebody else, as that of a drag over which a dialog opened.
-    if (!(event->buttons() & m_button)) {
-        finishDrag();
-        return;
-    }
-    const QPointer<ColorWheel> self(this);
-    const QPointF mouse = upwards(event->localPos());
-    if (m_drag->changesColor())
-        dragColor(mouse, event->modifiers(), true);
-    else if (m_drag->modes() & DragPan)
-        setView(m_zoom, m_drag->pan(scene(), mouse));
-    else
-        setView(m_drag->zoom(mouse), m_pan);
-    if (self)
-        emit draggingSignal();
+    event->setAccepted(m_drag->isHeld());
+    execute(m_drag->move(scene(), inputOf(*event)));
 }
 
 void ColorWheel::mouseReleaseEvent(QMouseEvent* event) {
-    if (event->button() == m_button)
-        finishDrag();
+    execute(m_drag->release(event->button()));
 }
 
 void ColorWheel::mouseDoubleClickEvent(QMouseEvent* event) {
-    if (event->button() != Qt::LeftButton || m_drag->isActive()) {
+    if (event->button() != Qt::LeftButton || m_drag->isHeld()) {
         mousePressEvent(event);
         return;
     }
     // What a press would drag is what goes back.
-    ColorWheelDrag drag;
-    drag.press(scene(), upwards(event->localPos()), event->button(), Qt::NoModifier);
-    if (!drag.isActive())
+    const DragModes modes =
+        ColorWheelDrag::modesFor(scene(), inputOf(*event).mouse, event->button(), Qt::NoModifier);
+    if (modes == NoDrag)
         event->ignore();
-    else if (m_displayMode == ValueRingWheel && drag.modes() == DragValue)
+    else if (m_displayMode == ValueRingWheel && modes == DragValue)
         editOnce({m_hue, m_saturation, 1.0F});
     else
-        editOnce({m_hue, 0.0F, m_displayMode == SquareWheel ? 1.0F : m_value});
+        editOnce(neutralColor());
 }
 
 void ColorWheel::wheelEvent(QWheelEvent* event) {
@@ -318,7 +310,11 @@ void ColorWheel::keyPressEvent(QKeyEvent* event) {
     case Qt::Key_PageDown:
         return lighten(-0.01F);
     case Qt::Key_Home:
-        return editOnce({m_hue, 0.0F, m_displayMode == SquareWheel ? 1.0F : m_value});
+        return editOnce(neutralColor());
+    case Qt::Key_Escape:
+        if (m_drag->isHeld())
+            return cancelDrag();
+        break;
     case Qt::Key_Plus:
     case Qt::Key_Equal:
     case Qt::Key_Minus:
@@ -337,7 +333,7 @@ void ColorWheel::keyPressEvent(QKeyEvent* event) {
 
 void ColorWheel::hideEvent(QHideEvent* event) {
     QWidget::hideEvent(event);
-    finishDrag();
+    execute(m_drag->finish());
 }
 
 ColorWheelGeometry ColorWheel::geometryNow() const {
@@ -349,12 +345,17 @@ ColorWheelScene ColorWheel::scene() const {
     ColorWheelScene scene;
     scene.geometry = geometryNow();
     scene.color = {m_hue, m_saturation, m_value};
-    scene.zoom = static_cast<double>(m_zoom);
+    scene.ringValue = m_ringValue;
+    scene.zoom = m_zoom;
     scene.pan = m_pan;
     scene.zoomEnabled = m_zoomEnabled;
     scene.relative = m_interactionMode != AbsoluteInteraction;
     scene.interactionScale = static_cast<double>(m_interactionScale);
     return scene;
+}
+
+ColorWheelInput ColorWheel::inputOf(const QMouseEvent& event) const {
+    return {upwards(event.localPos()), event.buttons(), event.modifiers()};
 }
 
 QPointF ColorWheel::upwards(const QPointF& position) const {
@@ -382,39 +383,57 @@ void ColorWheel::showColor(const Hsv& color, float ringValue) {
         changed += around(geometryNow().square(), 1.0);
     update(changed);
     if (QAccessible::isActive()) {
-        QAccessibleEvent event(this, QAccessible::ValueChanged);
+        const QAccessibleInterface* seen = QAccessible::queryAccessibleInterface(this);
+        QAccessibleValueChangeEvent event(this, seen ? seen->text(QAccessible::Value) : QString());
         QAccessible::updateAccessibility(&event);
     }
 }
 
-// A change by the user. False when somebody who was told deleted the wheel.
-bool ColorWheel::edit(const Hsv& color, float ringValue) {
-    const QPointer<ColorWheel> self(this);
-    showColor(color, ringValue);
-    emit hsvChanged(m_hue, m_saturation, m_value);
-    return self;
+Hsv ColorWheel::neutralColor() const {
+    return {m_hue, 0.0F, m_displayMode == SquareWheel ? 1.0F : m_value};
 }
 
+// A change that is complete by itself. None while a drag is under way, whose signals would no
+// longer come in pairs.
 void ColorWheel::editOnce(const Hsv& color) {
-    if (edit(color, color.value == m_value ? m_ringValue : color.value))
-        emit changedSignal();
-}
-
-void ColorWheel::dragColor(const QPointF& mouse, Qt::KeyboardModifiers modifiers, bool moving) {
-    const Hsv color = m_drag->color(scene(), mouse, modifiers, moving);
-    m_colorDragged = true;
-    edit(color, m_drag->modes() & DragValue ? color.value : m_ringValue);
-}
-
-void ColorWheel::finishDrag() {
-    if (!m_drag->isActive())
+    if (m_drag->isActive())
         return;
-    m_drag->release();
-    m_button = Qt::NoButton;
+    const float ringValue = color.value == m_value ? m_ringValue : color.value;
+    execute({{ColorWheelCommand::Begin},
+             {ColorWheelCommand::ShowColor, color, ringValue},
+             {ColorWheelCommand::End},
+             {ColorWheelCommand::Changed}});
+}
+
+// Whoever is told of a command may delete the wheel, or hide it, which ends the drag.
+void ColorWheel::execute(const ColorWheelCommands& commands) {
     const QPointer<ColorWheel> self(this);
-    emit stopDragSignal();
-    if (self && std::exchange(m_colorDragged, false))
-        emit changedSignal();
+    const bool dragging = m_drag->isActive();
+    for (const ColorWheelCommand& command : commands) {
+        if (!self || (dragging && !m_drag->isActive()))
+            return;
+        switch (command.kind) {
+        case ColorWheelCommand::Begin:
+            emit startDragSignal();
+            break;
+        case ColorWheelCommand::ShowColor:
+            showColor(command.color, command.ringValue);
+            emit hsvChanged(m_hue, m_saturation, m_value);
+            break;
+        case ColorWheelCommand::ShowView:
+            setView(command.zoom, command.pan);
+            break;
+        case ColorWheelCommand::Moved:
+            emit draggingSignal();
+            break;
+        case ColorWheelCommand::End:
+            emit stopDragSignal();
+            break;
+        case ColorWheelCommand::Changed:
+            emit changedSignal();
+            break;
+        }
+    }
 }
 
 void ColorWheel::setView(float zoom, const QPointF& pan) {

@@ -3,6 +3,7 @@
 #include <KxUI/Export.h>
 
 #include <QPointF>
+#include <QVarLengthArray>
 #include <QWidget>
 
 #include <array>
@@ -13,7 +14,9 @@ namespace Kestrel::UI {
 
 class ColorWheelDrag;
 class ColorWheelPictures;
+struct ColorWheelCommand;
 struct ColorWheelGeometry;
+struct ColorWheelInput;
 struct ColorWheelScene;
 struct Hsv;
 
@@ -33,6 +36,7 @@ struct Hsv;
     In all modes, where zoom is enabled: middle pans; with Control or Alt it zooms, twice as large
     for 96 pixels up or right; the wheel zooms about the cursor. A double click with the left button
     goes back to neutral: saturation 0 (in `SquareWheel` also value 1), or value 1 on a value ring.
+    Escape, or the right button pressed while another one drags, takes the drag back.
 
     Keys: Left and Right change the hue by a degree, Up and Down the saturation and Page Up and Page
     Down the value by a hundredth, ten times as much with Shift; Home goes back to neutral; plus and
@@ -78,9 +82,12 @@ public:
     /** Red, green and blue of the colour that a picker shows. */
     using ColorSource = std::function<std::array<float, 3>()>;
 
+    /** A `PlainWheel` that shows colours as they are. */
+    explicit ColorWheel(QWidget* parent = nullptr);
+
     /** An empty transform shows colours as they are. An `EmbeddedWheel` is fixed to 89 x 89 pixels
         and does not zoom. */
-    explicit ColorWheel(ColorTransform transform = {}, DisplayMode mode = PlainWheel,
+    explicit ColorWheel(ColorTransform transform, DisplayMode mode = PlainWheel,
                         QWidget* parent = nullptr);
     ~ColorWheel() override;
 
@@ -157,16 +164,21 @@ public slots:
     /** Shows all of the wheel again, without zoom and pan. */
     void resetView();
 
+    /** Takes the current drag back, as Escape does: shows the colour or the view of its start again
+        and ends it without changedSignal(). Nothing without a drag. */
+    void cancelDrag();
+
 signals:
-    /** Sent at the begin and at the end of every drag of the user, also one that pans or zooms. */
+    /** Sent in pairs around all that the user does: a drag, also one that pans or zooms, a double
+        click, a key. The colour at the start is the one to come back to. */
     void startDragSignal();
     void stopDragSignal();
 
     /** At every movement of a drag, after it had its effect. */
     void draggingSignal();
 
-    /** The user finished a change of the colour: a drag, after stopDragSignal(), a double click or
-        a key. */
+    /** The user finished a change of the colour; right after stopDragSignal(). Not sent for a drag
+        that was taken back, for which hsvChanged() has told the colour of its start again. */
     void changedSignal();
 
     /** The user changed the colour; at every movement of a drag that does so. */
@@ -186,13 +198,13 @@ protected:
 private:
     ColorWheelGeometry geometryNow() const;
     ColorWheelScene scene() const;
+    ColorWheelInput inputOf(const QMouseEvent& event) const;
     QPointF upwards(const QPointF& position) const;
     QRegion markerRegion(const Hsv& color) const;
     void showColor(const Hsv& color, float ringValue);
-    bool edit(const Hsv& color, float ringValue);
+    Hsv neutralColor() const;
     void editOnce(const Hsv& color);
-    void dragColor(const QPointF& mouse, Qt::KeyboardModifiers modifiers, bool moving);
-    void finishDrag();
+    void execute(const QVarLengthArray<ColorWheelCommand, 4>& commands);
     void setView(float zoom, const QPointF& pan);
     void zoomAbout(const QPointF& point, double factor);
 
@@ -207,8 +219,7 @@ private:
     DisplayMode m_displayMode;
     InteractionMode m_interactionMode = AbsoluteInteraction;
     bool m_zoomEnabled;
-    bool m_colorDragged = false;
-    Qt::MouseButton m_button = Qt::NoButton;
+    bool m_menuSuppressed = false;
     const bool m_embedded;
     ColorTransform m_transform;
     ColorSource m_source;

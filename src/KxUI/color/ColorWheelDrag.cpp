@@ -14,8 +14,11 @@ double length(const QPointF& point) {
     return std::hypot(point.x(), point.y());
 }
 
-Wheel::DragModes modesOf(const ColorWheelScene& scene, const QPointF& point, Qt::MouseButton button,
-                         Qt::KeyboardModifiers modifiers) {
+} // namespace
+
+ColorWheel::DragModes ColorWheelDrag::modesFor(const ColorWheelScene& scene, const QPointF& mouse,
+                                               Qt::MouseButton button,
+                                               Qt::KeyboardModifiers modifiers) {
     constexpr double Slack = 3.0;
     const bool shift = modifiers.testFlag(Qt::ShiftModifier);
     const bool control = modifiers.testFlag(Qt::ControlModifier);
@@ -31,7 +34,7 @@ Wheel::DragModes modesOf(const ColorWheelScene& scene, const QPointF& point, Qt:
     if (button != Qt::LeftButton && button != Qt::RightButton)
         return Wheel::NoDrag;
 
-    const double distance = length(point);
+    const double distance = length(mouse - geometry.centre);
     const bool left = button == Qt::LeftButton && !alt;
     if (left && distance > geometry.ringOuter + Slack)
         return Wheel::NoDrag;
@@ -50,8 +53,6 @@ Wheel::DragModes modesOf(const ColorWheelScene& scene, const QPointF& point, Qt:
     return Wheel::DragHue | Wheel::DragSaturation;
 }
 
-} // namespace
-
 bool ColorWheelDrag::changesColor() const {
     return (m_modes & (Wheel::DragHue | Wheel::DragSaturation | Wheel::DragValue)) != 0;
 }
@@ -61,44 +62,108 @@ bool ColorWheelDrag::isRelative(const ColorWheelScene& scene) const {
            (m_modes & (Wheel::DragHue | Wheel::DragSaturation));
 }
 
-bool ColorWheelDrag::startsAtCursor(const ColorWheelScene& scene) const {
-    return changesColor() && !isRelative(scene);
-}
-
-void ColorWheelDrag::press(const ColorWheelScene& scene, const QPointF& mouse,
-                           Qt::MouseButton button, Qt::KeyboardModifiers modifiers) {
-    m_pressPoint = mouse - scene.geometry.centre;
-    m_modes = modesOf(scene, m_pressPoint, button, modifiers);
-    m_pressMouse = mouse;
-    m_pressZoom = scene.zoom;
-    m_pressColor = scene.color;
+ColorWheelCommands ColorWheelDrag::press(const ColorWheelScene& scene, const ColorWheelInput& input,
+                                         Qt::MouseButton button) {
+    if (isHeld() && button != m_button)
+        return button == Qt::RightButton ? takeBack() : ColorWheelCommands();
+    ColorWheelCommands commands = finish(); // of the same button, whose release was lost
+    m_modes = modesFor(scene, input.mouse, button, input.modifiers);
+    m_button = isActive() ? button : Qt::NoButton;
+    if (!isActive())
+        return commands;
+    m_colorChanged = false;
+    m_start = scene;
+    m_pressMouse = input.mouse;
+    m_pressPoint = input.mouse - scene.geometry.centre;
     // The colour moves from where it is, not from where the cursor is.
     if (isRelative(scene)) {
         const bool onRing = scene.geometry.mode == Wheel::SquareWheel && m_modes == Wheel::DragHue;
         m_pressPoint = onRing ? scene.geometry.ringMarkerOf(scene.color, 0.0F).center()
                               : scene.geometry.markerOf(scene.color);
     }
+    commands.append({ColorWheelCommand::Begin});
+    if (changesColor() && !isRelative(scene))
+        commands.append(showColor(scene, input, false));
+    return commands;
 }
 
-Hsv ColorWheelDrag::color(const ColorWheelScene& scene, const QPointF& mouse,
-                          Qt::KeyboardModifiers modifiers, bool moving) const {
-    const ColorWheelGeometry& geometry = scene.geometry;
-    if (!geometry.isUsable())
-        return scene.color;
-    const QPointF point = isRelative(scene)
-                              ? m_pressPoint + (mouse - m_pressMouse) * scene.interactionScale
-                              : mouse - geometry.centre;
-    if (geometry.mode == Wheel::SquareWheel)
-        return colorOfSquare(scene, point, modifiers);
+ColorWheelCommands ColorWheelDrag::move(const ColorWheelScene& scene,
+                                        const ColorWheelInput& input) {
+    if (!(input.held & m_button))
+        return finish();
+    if (!isActive())
+        return {};
+    ColorWheelCommands commands;
+    if (changesColor()) {
+        commands.append(showColor(scene, input, true));
+    } else {
+        ColorWheelCommand view{ColorWheelCommand::ShowView};
+        view.zoom = m_modes & Wheel::DragZoom ? zoom(input.mouse) : scene.zoom;
+        view.pan = m_modes & Wheel::DragPan ? pan(scene, input.mouse) : scene.pan;
+        commands.append(view);
+    }
+    commands.append({ColorWheelCommand::Moved});
+    return commands;
+}
 
-    Hsv color{m_pressColor.hue, m_pressColor.saturation, scene.color.value};
+ColorWheelCommands ColorWheelDrag::release(Qt::MouseButton button) {
+    return button == m_button ? finish() : ColorWheelCommands();
+}
+
+ColorWheelCommands ColorWheelDrag::finish() {
+    m_button = Qt::NoButton;
+    if (!isActive())
+        return {};
+    m_modes = Wheel::NoDrag;
+    ColorWheelCommands commands{{ColorWheelCommand::End}};
+    if (m_colorChanged)
+        commands.append({ColorWheelCommand::Changed});
+    return commands;
+}
+
+ColorWheelCommands ColorWheelDrag::takeBack() {
+    if (!isActive())
+        return {};
+    ColorWheelCommands commands;
+    if (m_colorChanged)
+        commands.append({ColorWheelCommand::ShowColor, m_start.color, m_start.ringValue});
+    else if (!changesColor())
+        commands.append({ColorWheelCommand::ShowView, {}, 0.0F, m_start.zoom, m_start.pan});
+    commands.append({ColorWheelCommand::End});
+    m_modes = Wheel::NoDrag;
+    return commands;
+}
+
+ColorWheelCommand ColorWheelDrag::showColor(const ColorWheelScene& scene,
+                                            const ColorWheelInput& input, bool moving) {
+    const ColorWheelGeometry& geometry = scene.geometry;
+    m_colorChanged = true;
+    ColorWheelCommand command{ColorWheelCommand::ShowColor, scene.color, scene.ringValue};
+    if (!geometry.isUsable())
+        return command;
+    const QPointF point = isRelative(scene)
+                              ? m_pressPoint + (input.mouse - m_pressMouse) * scene.interactionScale
+                              : input.mouse - geometry.centre;
+    command.color = geometry.mode == Wheel::SquareWheel
+                        ? colorOfSquare(scene, point, input.modifiers)
+                        : colorOfDisc(scene, point, moving);
+    if (m_modes & Wheel::DragValue)
+        command.ringValue = command.color.value;
+    return command;
+}
+
+Hsv ColorWheelDrag::colorOfDisc(const ColorWheelScene& scene, const QPointF& point,
+                                bool moving) const {
+    const ColorWheelGeometry& geometry = scene.geometry;
+    const Hsv& start = m_start.color;
+    Hsv color{start.hue, start.saturation, scene.color.value};
     if (m_modes & Wheel::DragHue)
         color.hue = geometry.hueAt(point);
     if (m_modes & Wheel::DragSaturation)
         color.saturation = clampedUnit(length(point) / geometry.disc);
     if (geometry.mode == Wheel::ValueRingWheel && m_modes == Wheel::DragSaturation) {
         // Along the hue as it is without a rotation of the wheel, on purpose.
-        const double angle = 2.0 * M_PI * static_cast<double>(m_pressColor.hue);
+        const double angle = 2.0 * M_PI * static_cast<double>(start.hue);
         const double along = QPointF::dotProduct(point, {std::cos(angle), std::sin(angle)});
         color.saturation = clampedUnit(along / geometry.disc);
     }
@@ -127,7 +192,7 @@ Hsv ColorWheelDrag::colorOfSquare(const ColorWheelScene& scene, const QPointF& p
 float ColorWheelDrag::value(const ColorWheelScene& scene, const QPointF& point, bool moving) const {
     if (scene.geometry.mode != Wheel::ValueRingWheel) {
         const double moved = (point.x() - m_pressPoint.x()) / 500.0;
-        return clampedUnit(static_cast<double>(m_pressColor.value) + moved);
+        return clampedUnit(static_cast<double>(m_start.color.value) + moved);
     }
     const float value = ColorWheelGeometry::ringValueAt(point);
     if (moving && scene.color.value > 0.9F && value < 0.1F)
@@ -146,7 +211,8 @@ QPointF ColorWheelDrag::pan(const ColorWheelScene& scene, const QPointF& mouse) 
 
 float ColorWheelDrag::zoom(const QPointF& mouse) const {
     const QPointF moved = mouse - m_pressMouse;
-    return limitedZoom(m_pressZoom * std::exp2((moved.x() + moved.y()) / 96.0));
+    return limitedZoom(static_cast<double>(m_start.zoom) *
+                       std::exp2((moved.x() + moved.y()) / 96.0));
 }
 
 } // namespace Kestrel::UI

@@ -1,14 +1,12 @@
 #include <KxUI/undo/MultiStackUndoGroup.h>
 
+#include <KxUI/undo/MultiStackUndoGroup_p.h>
 #include <KxUI/undo/UndoAction.h>
 
-#include <QScopedValueRollback>
+#include <QPointer>
 #include <QUndoCommand>
 
-#include <algorithm>
-#include <iterator>
-#include <memory>
-#include <tuple>
+#include <utility>
 
 namespace Kestrel::UI {
 namespace {
@@ -21,21 +19,73 @@ void deleteEntries(const QList<UndoCommandItem*>& entries) {
     }
 }
 
+// The time between the two announcements of a change. Whoever is told meanwhile may delete the
+// group: its data live on until the change has ended.
+class Change {
+public:
+    Change(MultiStackUndoGroup* group, std::shared_ptr<MultiStackUndoGroupPrivate> data)
+        : m_group(group)
+        , m_data(std::move(data)) {
+        m_data->changing = true;
+    }
+    ~Change() {
+        m_data->changing = false;
+        m_data->performed = nullptr;
+    }
+    Change(const Change&) = delete;
+    Change& operator=(const Change&) = delete;
+
+    bool isOver() const { return m_group.isNull(); }
+
+private:
+    QPointer<MultiStackUndoGroup> m_group;
+    std::shared_ptr<MultiStackUndoGroupPrivate> m_data;
+};
+
 } // namespace
 
 MultiStackUndoGroup::MultiStackUndoGroup(QObject* parent)
-    : QObject(parent) {}
+    : QObject(parent)
+    , d(std::make_shared<MultiStackUndoGroupPrivate>()) {}
 
 MultiStackUndoGroup::~MultiStackUndoGroup() {
-    qDeleteAll(m_history);
+    qDeleteAll(d->history());
+}
+
+const QList<UndoCommandItem*>& MultiStackUndoGroup::undoCommands() const {
+    return d->history();
+}
+
+int MultiStackUndoGroup::index() const {
+    return d->index();
+}
+
+const QSet<UndoableProject*>& MultiStackUndoGroup::projects() const {
+    return d->projects;
 }
 
 bool MultiStackUndoGroup::canUndo() const {
-    return m_index > 0;
+    return d->index() > 0;
 }
 
 bool MultiStackUndoGroup::canRedo() const {
-    return m_index < static_cast<int>(m_history.size());
+    return d->index() < static_cast<int>(d->history().size());
+}
+
+const QUndoCommand* MultiStackUndoGroup::getUndoCommand() const {
+    return d->commandAt(d->index() - 1);
+}
+
+const QUndoCommand* MultiStackUndoGroup::getRedoCommand() const {
+    return d->commandAt(d->index());
+}
+
+QUndoCommand* MultiStackUndoGroup::getUndoCommand() {
+    return d->commandAt(d->index() - 1);
+}
+
+QUndoCommand* MultiStackUndoGroup::getRedoCommand() {
+    return d->commandAt(d->index());
 }
 
 QString MultiStackUndoGroup::undoText() const {
@@ -69,7 +119,7 @@ QAction* MultiStackUndoGroup::createRedoAction(QObject* parent) const {
 }
 
 void MultiStackUndoGroup::performCommand(QUndoCommand* command, UndoableProject* project) {
-    if (!command || has(command)) {
+    if (!command || command == d->performed || d->has(command)) {
         qWarning("MultiStackUndoGroup::performCommand - refused: %s",
                  command ? "the history has this command already" : "no command");
         return;
@@ -78,38 +128,45 @@ void MultiStackUndoGroup::performCommand(QUndoCommand* command, UndoableProject*
     if (refuse("performCommand"))
         return;
     {
-        const QScopedValueRollback<bool> changing(m_changing, true);
-        const QScopedValueRollback<const QUndoCommand*> performed(m_performed, command);
-        emit projectAboutToBeChanged();
-        deleteEntries(takeEntries(project, m_index));
+        const Change change(this, d);
+        d->performed = command;
+        Q_EMIT projectAboutToBeChanged();
+        if (change.isOver())
+            return;
+        deleteEntries(d->takeUndone(project));
         command->redo();
-        if (mergeIntoLast(command, project)) {
-            owned.reset();
-            const ActionState state = actionState();
-            const auto fields = [](const ActionState& each) {
-                return std::tie(each.undoable, each.redoable, each.undoText, each.redoText);
-            };
-            if (fields(state) != fields(m_sent))
-                sendActionState(state);
-        } else {
-            m_history.insert(m_index, new UndoCommandItem{owned.release(), project});
-            setIndex(m_index + 1);
-        }
+        if (change.isOver())
+            return;
+        // Only the last done command of the project is asked.
+        QUndoCommand* last = d->lastDone(project);
+        const bool merged = last && last->mergeWith(command);
+        if (change.isOver())
+            return;
+        if (!merged)
+            d->insert(owned.release(), project);
+        owned.reset();
+        if (change.isOver())
+            return;
+        if (!merged || !(d->actionState() == d->sent))
+            sendActionState();
+        if (change.isOver())
+            return;
     }
-    emit projectChanged();
+    Q_EMIT projectChanged();
 }
 
 void MultiStackUndoGroup::makeIndex(int target) {
-    while (m_index > target && canUndo()) {
-        const int next = m_index - 1;
+    const QPointer<MultiStackUndoGroup> self(this);
+    while (self && index() > target && canUndo()) {
+        const int next = index() - 1;
         undo();
-        if (m_index != next)
+        if (self && index() != next)
             return;
     }
-    while (m_index < target && canRedo()) {
-        const int next = m_index + 1;
+    while (self && index() < target && canRedo()) {
+        const int next = index() + 1;
         redo();
-        if (m_index != next)
+        if (self && index() != next)
             return;
     }
 }
@@ -118,111 +175,87 @@ void MultiStackUndoGroup::addProject(UndoableProject* project) {
     if (refuse("addProject"))
         return;
     {
-        const QScopedValueRollback<bool> changing(m_changing, true);
-        emit projectAboutToBeAdded();
-        m_projects.insert(project);
+        const Change change(this, d);
+        Q_EMIT projectAboutToBeAdded();
+        if (change.isOver())
+            return;
+        d->projects.insert(project);
     }
-    emit projectAdded();
+    Q_EMIT projectAdded();
 }
 
 void MultiStackUndoGroup::removeProject(UndoableProject* project) {
     if (refuse("removeProject"))
         return;
     {
-        const QScopedValueRollback<bool> changing(m_changing, true);
-        emit projectAboutToBeRemoved();
-        const auto isItsOwn = [project](const UndoCommandItem* entry) {
-            return entry->project == project;
-        };
-        const auto done = std::count_if(m_history.cbegin(), m_history.cbegin() + m_index, isItsOwn);
-        const QList<UndoCommandItem*> entries = takeEntries(project, 0);
-        m_index -= static_cast<int>(done);
-        deleteEntries(entries);
-        setIndex(m_index);
-        m_projects.remove(project);
+        const Change change(this, d);
+        Q_EMIT projectAboutToBeRemoved();
+        if (change.isOver())
+            return;
+        deleteEntries(d->takeAll(project));
+        if (!change.isOver())
+            sendActionState();
+        if (change.isOver())
+            return;
+        d->projects.remove(project);
     }
-    emit projectRemoved();
+    Q_EMIT projectRemoved();
 }
 
 void MultiStackUndoGroup::undo() {
     if (!canUndo() || refuse("undo"))
         return;
     {
-        const QScopedValueRollback<bool> changing(m_changing, true);
-        emit projectAboutToBeChanged();
+        const Change change(this, d);
+        Q_EMIT projectAboutToBeChanged();
+        if (change.isOver())
+            return;
         getUndoCommand()->undo();
-        setIndex(m_index - 1);
+        if (change.isOver())
+            return;
+        d->stepBack();
+        sendActionState();
+        if (change.isOver())
+            return;
     }
-    emit projectChanged();
+    Q_EMIT projectChanged();
 }
 
 void MultiStackUndoGroup::redo() {
     if (!canRedo() || refuse("redo"))
         return;
     {
-        const QScopedValueRollback<bool> changing(m_changing, true);
-        emit projectAboutToBeChanged();
+        const Change change(this, d);
+        Q_EMIT projectAboutToBeChanged();
+        if (change.isOver())
+            return;
         getRedoCommand()->redo();
-        setIndex(m_index + 1);
+        if (change.isOver())
+            return;
+        d->stepForward();
+        sendActionState();
+        if (change.isOver())
+            return;
     }
-    emit projectChanged();
+    Q_EMIT projectChanged();
 }
 
 bool MultiStackUndoGroup::refuse(const char* method) const {
-    if (m_changing)
+    if (d->changing)
         qWarning("MultiStackUndoGroup::%s - refused: the history is being changed", method);
-    return m_changing;
+    return d->changing;
 }
 
-bool MultiStackUndoGroup::has(const QUndoCommand* command) const {
-    return command == m_performed || std::any_of(m_history.cbegin(), m_history.cend(),
-                                                 [command](const UndoCommandItem* entry) {
-                                                     return entry->command == command;
-                                                 });
-}
-
-QUndoCommand* MultiStackUndoGroup::commandAt(int position) const {
-    const UndoCommandItem* entry = m_history.value(position);
-    return entry ? entry->command : nullptr;
-}
-
-// Only the last done command of the project is asked.
-bool MultiStackUndoGroup::mergeIntoLast(const QUndoCommand* command,
-                                        const UndoableProject* project) {
-    for (int position = m_index - 1; position >= 0; --position) {
-        const UndoCommandItem* entry = m_history.at(position);
-        if (entry->project == project)
-            return entry->command->mergeWith(command);
-    }
-    return false;
-}
-
-QList<UndoCommandItem*> MultiStackUndoGroup::takeEntries(const UndoableProject* project,
-                                                         int first) {
-    const auto taken = std::stable_partition(
-        m_history.begin() + first, m_history.end(),
-        [project](const UndoCommandItem* entry) { return entry->project != project; });
-    QList<UndoCommandItem*> entries;
-    std::copy(taken, m_history.end(), std::back_inserter(entries));
-    m_history.erase(taken, m_history.end());
-    return entries;
-}
-
-MultiStackUndoGroup::ActionState MultiStackUndoGroup::actionState() const {
-    return {canUndo(), canRedo(), undoText(), redoText()};
-}
-
-void MultiStackUndoGroup::setIndex(int index) {
-    m_index = index;
-    sendActionState(actionState());
-}
-
-void MultiStackUndoGroup::sendActionState(const ActionState& state) {
-    m_sent = state;
-    emit setRedoable(state.redoable);
-    emit setUndoable(state.undoable);
-    emit setUndoActionText(state.undoText);
-    emit setRedoActionText(state.redoText);
+void MultiStackUndoGroup::sendActionState() {
+    const QPointer<MultiStackUndoGroup> self(this);
+    const UndoActionState state = d->sent = d->actionState();
+    Q_EMIT setRedoable(state.redoable);
+    if (self)
+        Q_EMIT setUndoable(state.undoable);
+    if (self)
+        Q_EMIT setUndoActionText(state.undoText);
+    if (self)
+        Q_EMIT setRedoActionText(state.redoText);
 }
 
 } // namespace Kestrel::UI

@@ -8,9 +8,13 @@
 #include <QSet>
 #include <QString>
 
+#include <memory>
+
 class QAction;
 
 namespace Kestrel::UI {
+
+class MultiStackUndoGroupPrivate;
 
 /** One undo history over several projects, in the order in which things were done. A new command
     drops only the redo entries of its own project; those of other projects stay above it.
@@ -32,14 +36,14 @@ public:
     ~MultiStackUndoGroup() override;
 
     /** The history, oldest entry first. */
-    const QList<UndoCommandItem*>& undoCommands() const { return m_history; }
+    const QList<UndoCommandItem*>& undoCommands() const;
 
     /** The number of entries that are done: the entry before it is the next to undo, the entry at
         it the next to redo. */
-    int index() const { return m_index; }
+    int index() const;
 
     /** The projects that were added and not removed. */
-    const QSet<UndoableProject*>& projects() const { return m_projects; }
+    const QSet<UndoableProject*>& projects() const;
 
     /** Drops the redo entries of `project`, calls `command->redo()`, and lets the last done command
         of the project merge the command, or makes it the entry at index(), which moves past it.
@@ -61,16 +65,16 @@ public:
     QString redoText() const;
 
     /** The command that undo() or redo() acts on, owned by the group; null where there is none. */
-    const QUndoCommand* getUndoCommand() const { return commandAt(m_index - 1); }
-    const QUndoCommand* getRedoCommand() const { return commandAt(m_index); }
-    QUndoCommand* getUndoCommand() { return commandAt(m_index - 1); }
-    QUndoCommand* getRedoCommand() { return commandAt(m_index); }
+    const QUndoCommand* getUndoCommand() const;
+    const QUndoCommand* getRedoCommand() const;
+    QUndoCommand* getUndoCommand();
+    QUndoCommand* getRedoCommand();
 
     /** A new UndoAction, owned by `parent`, that calls undo() or redo() and follows this group. */
     QAction* createUndoAction(QObject* parent) const;
     QAction* createRedoAction(QObject* parent) const;
 
-public slots:
+public Q_SLOTS:
     /** Registers a project, which is borrowed. */
     void addProject(Kestrel::UI::UndoableProject* project);
 
@@ -83,7 +87,7 @@ public slots:
     /** One step forward; nothing if there is none. */
     void redo();
 
-signals:
+Q_SIGNALS:
     /** Sent before and after a project came or left. */
     void projectAboutToBeAdded();
     void projectAdded();
@@ -102,28 +106,11 @@ signals:
     void setRedoActionText(const QString& text);
 
 private:
-    struct ActionState {
-        bool undoable = false;
-        bool redoable = false;
-        QString undoText;
-        QString redoText;
-    };
-
     bool refuse(const char* method) const;
-    bool has(const QUndoCommand* command) const;
-    QUndoCommand* commandAt(int position) const;
-    bool mergeIntoLast(const QUndoCommand* command, const UndoableProject* project);
-    QList<UndoCommandItem*> takeEntries(const UndoableProject* project, int first);
-    ActionState actionState() const;
-    void setIndex(int index);
-    void sendActionState(const ActionState& state);
+    void sendActionState();
 
-    QSet<UndoableProject*> m_projects;
-    QList<UndoCommandItem*> m_history;
-    int m_index = 0;
-    ActionState m_sent;
-    const QUndoCommand* m_performed = nullptr;
-    bool m_changing = false;
+    // Shared with a change that is under way, during which the group may be deleted.
+    const std::shared_ptr<MultiStackUndoGroupPrivate> d;
 };
 
 } // namespace Kestrel::UI

@@ -1,10 +1,16 @@
 #include <KxUI/values/LogSlider.h>
 
-#include <KxUI/values/LogSliderTicks_p.h>
+#include <KxUI/values/LogSliderAccessible_p.h>
+#include <KxUI/values/LogSliderLayout_p.h>
+#include <KxUI/values/LogSlider_p.h>
 
+#include <QContextMenuEvent>
 #include <QFontMetrics>
+#include <QKeyEvent>
 #include <QLocale>
+#include <QMouseEvent>
 #include <QPainter>
+#include <QPointer>
 #include <QStyle>
 #include <QStyleOptionSlider>
 
@@ -16,8 +22,6 @@
 namespace Kestrel::UI {
 namespace {
 
-constexpr int LongTick = 4;  // pixels
-constexpr int ShortTick = 1; // pixels
 // Powers of ten that are finite and normal doubles.
 constexpr int LowestExponent = -307;
 constexpr int HighestExponent = 308;
@@ -29,7 +33,13 @@ LogSlider::LogSlider(QWidget* parent)
 
 LogSlider::LogSlider(Qt::Orientation orientation, QWidget* parent)
     : QSlider(orientation, parent)
-    , m_scale(std::make_unique<LogScale>()) {}
+    , d(std::make_unique<LogSliderPrivate>()) {
+    LogSliderAccessible::install();
+    connect(this, &QSlider::valueChanged, this, [this](int position) {
+        if (d->scale.precision != 0)
+            Q_EMIT realValueChanged(calculateRealValue(position));
+    });
+}
 
 LogSlider::~LogSlider() = default;
 
@@ -45,12 +55,17 @@ void LogSlider::setRealRange(int minExp, int maxExp, int precision) {
     // QSlider computes with the difference of its ends, too.
     if (precision > INT_MAX / 2 / farthest)
         throw std::invalid_argument("the range has too many positions");
-    *m_scale = {low, high, precision, std::pow(10.0, low), std::pow(10.0, high)};
+    const double real = realValueOrZero();
+    const int position = value();
+    d->scale = {low, high, precision, std::pow(10.0, low), std::pow(10.0, high)};
+    const QPointer<LogSlider> self(this);
     setRange(low * precision, high * precision);
+    if (self && value() == position && realValue() != real)
+        Q_EMIT realValueChanged(realValue());
 }
 
 void LogSlider::requireRange() const {
-    if (m_scale->precision == 0)
+    if (d->scale.precision == 0)
         throw std::logic_error("Call setRealRange method first");
 }
 
@@ -69,19 +84,60 @@ void LogSlider::setRealValue(double value) {
 }
 
 double LogSlider::calculateRealValue(int position) const {
-    return m_scale->valueAt(position);
+    return d->scale.valueAt(position);
 }
 
 int LogSlider::calculateSliderValue(double value) const {
-    return m_scale->positionOf(value);
+    return d->scale.positionOf(value);
+}
+
+double LogSlider::realValueOrZero() const {
+    return d->scale.precision == 0 ? 0.0 : realValue();
+}
+
+void LogSlider::setRealValueIfAny(double value) {
+    if (d->scale.precision != 0 && !std::isnan(value))
+        setRealValue(value);
+}
+
+bool LogSlider::drawLogTicks() const {
+    return d->drawLogTicks;
+}
+
+void LogSlider::setDrawLogTicks(bool draw) {
+    d->drawLogTicks = draw;
+}
+
+int LogSlider::tickTextSize() const {
+    return d->tickTextSize;
+}
+
+void LogSlider::setTickTextSize(int size) {
+    d->tickTextSize = size;
+}
+
+QColor LogSlider::tickColor() const {
+    return d->tickColor;
+}
+
+void LogSlider::setTickColor(const QColor& color) {
+    d->tickColor = color;
+}
+
+QColor LogSlider::expTickColor() const {
+    return d->expTickColor;
+}
+
+void LogSlider::setExpTickColor(const QColor& color) {
+    d->expTickColor = color;
 }
 
 QSize LogSlider::withLabels(QSize hint) const {
-    if (m_drawLogTicks) {
+    if (d->drawLogTicks) {
         if (orientation() == Qt::Horizontal)
-            hint.rheight() += m_tickTextSize;
+            hint.rheight() += d->tickTextSize;
         else
-            hint.rwidth() += m_tickTextSize;
+            hint.rwidth() += d->tickTextSize;
     }
     return hint;
 }
@@ -96,86 +152,126 @@ QSize LogSlider::minimumSizeHint() const {
 
 void LogSlider::paintEvent(QPaintEvent* event) {
     QSlider::paintEvent(event);
-    if (!m_drawLogTicks || m_scale->precision == 0)
+    if (!d->drawLogTicks || d->scale.precision == 0)
         return;
     QPainter painter(this);
     paintTicks(painter);
 }
 
-bool LogSlider::checkTick(const QRect& rect, int position) const {
-    return rect.contains(orientation() == Qt::Horizontal ? QPoint(position, rect.center().y())
-                                                         : QPoint(rect.center().x(), position));
+bool LogSlider::event(QEvent* event) {
+    const bool ours =
+        event->type() == QEvent::ShortcutOverride
+            ? d->dragStart && static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape
+            : event->type() == QEvent::ContextMenu && d->menuSuppressed &&
+                  static_cast<QContextMenuEvent*>(event)->reason() == QContextMenuEvent::Mouse;
+    if (!ours)
+        return QSlider::event(event);
+    event->accept();
+    return true;
+}
+
+void LogSlider::mousePressEvent(QMouseEvent* event) {
+    const bool dragging = d->dragStart && event->button() != d->dragButton;
+    d->menuSuppressed = dragging && event->button() == Qt::RightButton;
+    if (dragging) {
+        event->accept();
+        if (d->menuSuppressed)
+            cancelDrag();
+        return;
+    }
+    d->takenBack = false;
+    d->dragStart = value();
+    d->dragButton = event->button();
+    const QPointer<LogSlider> self(this);
+    QSlider::mousePressEvent(event);
+    if (self && !event->isAccepted())
+        d->dragStart.reset();
+}
+
+void LogSlider::mouseMoveEvent(QMouseEvent* event) {
+    if (event->buttons() == Qt::NoButton) { // the release went to somebody else
+        d->dragStart.reset();
+        d->takenBack = false;
+    }
+    if (d->takenBack)
+        event->accept();
+    else
+        QSlider::mouseMoveEvent(event);
+}
+
+void LogSlider::mouseReleaseEvent(QMouseEvent* event) {
+    if (event->buttons() == Qt::NoButton) {
+        d->dragStart.reset();
+        d->takenBack = false;
+    }
+    QSlider::mouseReleaseEvent(event);
+}
+
+void LogSlider::keyPressEvent(QKeyEvent* event) {
+    if (d->dragStart && event->key() == Qt::Key_Escape) {
+        event->accept();
+        cancelDrag();
+        return;
+    }
+    QSlider::keyPressEvent(event);
+}
+
+void LogSlider::hideEvent(QHideEvent* event) {
+    QSlider::hideEvent(event);
+    d->dragStart.reset();
+    d->takenBack = false;
+}
+
+void LogSlider::cancelDrag() {
+    if (!d->dragStart || d->takenBack)
+        return;
+    d->takenBack = true;
+    setRepeatAction(SliderNoAction);
+    const QPointer<LogSlider> self(this);
+    setSliderPosition(*d->dragStart);
+    if (self)
+        setSliderDown(false);
 }
 
 void LogSlider::paintTicks(QPainter& painter) {
     QStyleOptionSlider option;
     initStyleOption(&option);
-    const QRect groove =
-        style()->subControlRect(QStyle::CC_Slider, &option, QStyle::SC_SliderGroove, this);
-    const QRect handle =
-        style()->subControlRect(QStyle::CC_Slider, &option, QStyle::SC_SliderHandle, this);
+    const auto place = [&](QStyle::SubControl part) {
+        return style()->subControlRect(QStyle::CC_Slider, &option, part, this);
+    };
     const QColor midlight = option.palette.color(QPalette::Midlight);
-    if (!m_expTickColor.isValid())
-        m_expTickColor = midlight.darker(170);
-    if (!m_tickColor.isValid())
-        m_tickColor = midlight;
+    if (!d->expTickColor.isValid())
+        d->expTickColor = midlight.darker(170);
+    if (!d->tickColor.isValid())
+        d->tickColor = midlight;
 
     QFont labelFont = font();
-    labelFont.setPixelSize(std::max(1, m_tickTextSize));
+    labelFont.setPixelSize(std::max(1, d->tickTextSize));
     painter.setFont(labelFont);
     painter.setRenderHint(QPainter::Antialiasing, false);
     const QFontMetrics metrics(labelFont);
-    const auto labelOf = [this](double value) { return locale().toString(value, 'g', 6); };
-    const auto widthOf = [&](double value) { return metrics.horizontalAdvance(labelOf(value)); };
-
-    const bool horizontal = orientation() == Qt::Horizontal;
-    const int origin = horizontal ? groove.left() : groove.bottom();
-    const int length = horizontal ? groove.width() - 1 : 1 - groove.height();
-    if (length == 0)
-        return;
-    std::vector<int> labelSpacing;
-    for (int decade = m_scale->minExp; decade < m_scale->maxExp; ++decade)
-        labelSpacing.push_back((widthOf(std::pow(10.0, decade)) + 2) * 3);
-    const std::vector<LogTick> ticks = planTicks(*m_scale, origin, length, labelSpacing);
-
-    for (const LogTick& tick : ticks) {
-        if (!tick.marked || checkTick(handle, tick.pixel))
-            continue;
-        painter.setPen(tick.wholePower ? m_expTickColor : m_tickColor);
-        const int mark = tick.labelled ? LongTick : ShortTick;
-        if (horizontal)
-            painter.drawLine(tick.pixel, groove.top() - mark, tick.pixel, groove.top());
-        else
-            painter.drawLine(groove.right(), tick.pixel, groove.right() + mark, tick.pixel);
+    const auto textOf = [&](double value) {
+        const QString text = locale().toString(value, 'g', 6);
+        return LogSliderText{text, metrics.horizontalAdvance(text)};
+    };
+    const LogSliderRoom room{size(), place(QStyle::SC_SliderGroove), place(QStyle::SC_SliderHandle),
+                             orientation(), !option.upsideDown};
+    const LogSliderLayout layout = LogSliderLayout::of(d->scale, room, textOf);
+    const auto setPen = [&](bool wholePower) {
+        painter.setPen(wholePower ? d->expTickColor : d->tickColor);
+    };
+    for (const LogSliderMark& mark : layout.marks) {
+        setPen(mark.wholePower);
+        painter.drawLine(mark.line);
     }
-
-    // Labels stand on the edge of the widget that lies across the groove from the ticks. In the
-    // turned painter of a vertical slider x runs down and y from right to left.
-    if (!horizontal) {
+    if (orientation() == Qt::Vertical) {
         painter.rotate(90);
         painter.translate(0, -width());
     }
-    const int bottom = horizontal ? height() : width();
-    const int lastWidth = widthOf(m_scale->maxReal);
-    int freeFrom = 0; // distance from the origin up to which labels are drawn
-    for (const LogTick& tick : ticks) {
-        const bool atEnd = &tick == &ticks.back();
-        const int distance = std::abs(tick.pixel - origin);
-        const int labelWidth = widthOf(tick.value);
-        // Every label goes from its tick towards the larger values, but for the last one, which
-        // ends at its tick; the ones before it leave it its room.
-        if (!tick.labelled || (!atEnd && (distance < freeFrom ||
-                                          distance + labelWidth >= std::abs(length) - lastWidth)))
-            continue;
-        freeFrom = distance + labelWidth + 2;
-        painter.setPen(tick.wholePower ? m_expTickColor : m_tickColor);
-        const bool leftOfTick = horizontal == atEnd;
-        const QRect room(leftOfTick ? tick.pixel - labelWidth + 1 : tick.pixel, 0, labelWidth,
-                         bottom);
-        painter.drawText(room,
-                         int(Qt::AlignBottom | Qt::TextDontClip) |
-                             int(leftOfTick ? Qt::AlignRight : Qt::AlignLeft),
-                         labelOf(tick.value));
+    for (const LogSliderLabel& label : layout.labels) {
+        setPen(label.wholePower);
+        painter.drawText(label.room, Qt::AlignBottom | Qt::AlignLeft | Qt::TextDontClip,
+                         label.text);
     }
 }
 

@@ -9,14 +9,26 @@
 
 namespace Kestrel::UI {
 
-struct LogScale;
+class LogSliderAccessible;
+class LogSliderPrivate;
 
 /** A slider over several decades: its whole positions stand for real values on a base-10
    logarithmic scale between two powers of ten. Decade ticks are drawn on one side of the groove and
    labels on the other. Call setRealRange() before anything that reads or writes a real value.
+
+    Escape, or the right button pressed while the left one is down, takes back what was done since
+    that was pressed.
     Interface thread. */
 class KXUI_EXPORT LogSlider : public QSlider {
     Q_OBJECT
+    /** As realValue(), but 0 before a range was set; what can not be set then is ignored. */
+    Q_PROPERTY(double realValue READ realValueOrZero WRITE setRealValueIfAny NOTIFY realValueChanged
+                   STORED false)
+    // Without signals, as these setters tell nobody.
+    Q_PROPERTY(bool drawLogTicks READ drawLogTicks WRITE setDrawLogTicks)
+    Q_PROPERTY(int tickTextSize READ tickTextSize WRITE setTickTextSize)
+    Q_PROPERTY(QColor tickColor READ tickColor WRITE setTickColor)
+    Q_PROPERTY(QColor expTickColor READ expTickColor WRITE setExpTickColor)
 
 public:
     /** A vertical slider without a range, as a plain QSlider is. */
@@ -45,21 +57,29 @@ public:
 
     /** Whether ticks and labels are drawn; true at first. Takes effect with the next painting, as
         do the size and the colours. */
-    bool drawLogTicks() const { return m_drawLogTicks; }
-    void setDrawLogTicks(bool draw) { m_drawLogTicks = draw; }
+    bool drawLogTicks() const;
+    void setDrawLogTicks(bool draw);
 
     /** The pixel size of the labels, and the room that is reserved for them; 8 at first. */
-    int tickTextSize() const { return m_tickTextSize; }
-    void setTickTextSize(int size) { m_tickTextSize = size; }
+    int tickTextSize() const;
+    void setTickTextSize(int size);
 
     /** The colour of the ticks and labels between powers of ten; an invalid one is replaced at the
         next painting by one of the palette. */
-    QColor tickColor() const { return m_tickColor; }
-    void setTickColor(const QColor& color) { m_tickColor = color; }
+    QColor tickColor() const;
+    void setTickColor(const QColor& color);
 
     /** The colour of the ticks and labels at powers of ten, as tickColor(). */
-    QColor expTickColor() const { return m_expTickColor; }
-    void setExpTickColor(const QColor& color) { m_expTickColor = color; }
+    QColor expTickColor() const;
+    void setExpTickColor(const QColor& color);
+
+public Q_SLOTS:
+    /** Takes the current drag back, as Escape does. Nothing without a drag. */
+    void cancelDrag();
+
+Q_SIGNALS:
+    /** The position became another one, or came to stand for another value with the range. */
+    void realValueChanged(double value);
 
 protected:
     /** The real value of a position, for a slider whose range was set. */
@@ -67,19 +87,24 @@ protected:
     /** The position of a real value, for a slider whose range was set. */
     int calculateSliderValue(double value) const;
 
+    bool event(QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
 
 private:
+    friend class LogSliderAccessible;
+
+    double realValueOrZero() const;
+    void setRealValueIfAny(double value);
     void requireRange() const;
     QSize withLabels(QSize hint) const;
     void paintTicks(QPainter& painter);
-    bool checkTick(const QRect& rect, int position) const;
 
-    std::unique_ptr<LogScale> m_scale;
-    QColor m_tickColor;
-    QColor m_expTickColor;
-    int m_tickTextSize = 8;
-    bool m_drawLogTicks = true;
+    const std::unique_ptr<LogSliderPrivate> d;
 };
 
 } // namespace Kestrel::UI

@@ -20,6 +20,11 @@ int LogScale::positionOf(double value) const {
     return static_cast<int>(std::log10(clamped) * precision);
 }
 
+int LogScale::nearestTo(double value) const {
+    const double clamped = std::min(std::max(value, minReal), maxReal);
+    return static_cast<int>(std::lround(std::log10(clamped) * precision));
+}
+
 int LogScale::tickPosition(double value, int origin, int length) const {
     const double first = static_cast<double>(minExp) * precision;
     const double last = static_cast<double>(maxExp) * precision;

@@ -16,6 +16,8 @@ struct LogScale {
     double valueAt(int position) const;
     /** Clamped into the range and cut toward zero. */
     int positionOf(double value) const;
+    /** Clamped into the range and rounded. */
+    int nearestTo(double value) const;
     /** Where a value lies along a groove of `length` pixels from `origin`; a negative length runs
         the other way. */
     int tickPosition(double value, int origin, int length) const;

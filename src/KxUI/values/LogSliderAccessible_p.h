@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QAccessibleWidget>
+
+namespace Kestrel::UI {
+
+class LogSlider;
+
+/** A logarithmic slider as assistive technology sees it: its values are the real ones. Before a
+    range was set they are the positions of a plain slider. */
+class LogSliderAccessible : public QAccessibleWidget, public QAccessibleValueInterface {
+public:
+    explicit LogSliderAccessible(LogSlider* slider);
+
+    /** Makes Qt create this interface for logarithmic sliders and classes derived from them. */
+    static void install();
+
+    QString text(QAccessible::Text kind) const override;
+    void* interface_cast(QAccessible::InterfaceType type) override;
+
+    QVariant currentValue() const override;
+    /** Goes to the nearest position, so that a value plus a step gets there. */
+    void setCurrentValue(const QVariant& value) override;
+    QVariant maximumValue() const override;
+    QVariant minimumValue() const override;
+    /** From the current value to the next. */
+    QVariant minimumStepSize() const override;
+
+private:
+    LogSlider* slider() const;
+    QVariant valueAt(int position) const;
+};
+
+} // namespace Kestrel::UI
