@@ -11,8 +11,12 @@ using Kestrel::Test::TempFolder;
 KXUI_PLAIN_TEST(HelpFileTest, bytesAsTheyAre) {
     const TempFolder root;
     const std::string bytes("a\r\nb\n\x1a\0c", 8);
-    std::ofstream(root.path() / "page.html", std::ios::binary) << bytes;
-    RegularFile file = RegularFile::open(root.utf8() + "/page.html");
+    // A root that no single code page of Windows can say.
+    const std::string folder = root.utf8() + "/gr\u00fc\u00df\u65e5\u0e01";
+    std::filesystem::create_directory(std::filesystem::u8path(folder));
+    const std::string path = folder + "/page.html";
+    std::ofstream(std::filesystem::u8path(path), std::ios::binary) << bytes;
+    RegularFile file = RegularFile::open(path);
     CHECK(file.state() == RegularFile::State::Open);
     COMPARE(file.size(), bytes.size());
     std::string read(20, '-');
@@ -30,6 +34,7 @@ KXUI_PLAIN_TEST(HelpFileTest, whatIsNoFile) {
 #else
     const std::string device = "/dev/null";
 #endif
-    for (const auto& path : {root.utf8(), root.utf8() + "/", root.utf8() + "/missing", device})
+    for (const auto& path :
+         {root.utf8(), root.utf8() + "/", root.utf8() + "/missing", root.utf8() + "\xff", device})
         CHECK_FOR(RegularFile::open(path).state() == RegularFile::State::Missing, path);
 }

@@ -136,6 +136,32 @@ private slots:
         QTRY_VERIFY(!replaced);
     }
 
+    // The port of before, as long as nobody took it meanwhile; then any other of those asked for.
+    void portAfterDestroy() {
+        const auto cameBack = [this] {
+            HelpManager::Destroy();
+            m_manager = HelpManager::instance();
+            return localServer()->getPort();
+        };
+        QVERIFY(m_manager->setCurrentPort(0));
+        const quint16 port = localServer()->getPort();
+        QCOMPARE(cameBack(), port);
+        HelpManager::Destroy();
+        QTcpServer other;
+        QVERIFY(other.listen(QHostAddress::LocalHost, port));
+        QVERIFY(cameBack() != port && localServer()->getStarted());
+        // A range whose first port is taken: bound above it, and below once that one is taken.
+        do {
+            other.close();
+            other.listen(QHostAddress::LocalHost);
+        } while (!m_manager->setCurrentPort(other.serverPort(), 1) || !localServer()->getStarted());
+        const quint16 first = other.serverPort();
+        HelpManager::Destroy();
+        other.close();
+        QVERIFY(other.listen(QHostAddress::LocalHost, quint16(first + 1)));
+        QCOMPARE(cameBack(), first);
+    }
+
     void log() {
         useRemote(m_remote->getPort());
         HelpServer::setVerbose(true);

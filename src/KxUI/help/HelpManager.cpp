@@ -22,8 +22,7 @@ namespace {
 struct ServerRow {
     std::string name;
     std::string host;
-    int port;
-    int portRange;
+    int port; // Where it is; of the local one, where it was last bound.
     bool local;
 };
 
@@ -35,11 +34,23 @@ constexpr int replyTimeoutMs = 30000;
 
 ServerRow& row(int index) {
     static std::array<ServerRow, serverCount> rows{{
-        {"Local", "127.0.0.1", 0, 0, true},
-        {"The Kestrel", KXUI_HELP_REMOTE_HOST, 80, 0, false},
-        {"Custom", "custom", 8080, 0, false},
+        {"Local", "127.0.0.1", 0, true},
+        {"The Kestrel", KXUI_HELP_REMOTE_HOST, 80, false},
+        {"Custom", "custom", 8080, false},
     }};
     return rows[static_cast<std::size_t>(index)];
+}
+
+// The ports that were last asked for on behalf of the local server. Like the table they outlive the
+// manager.
+struct PortRange {
+    int first;
+    int range;
+};
+
+PortRange& localPorts() {
+    static PortRange ports{0, 0};
+    return ports;
 }
 
 bool isServer(int index) {
@@ -100,7 +111,7 @@ bool HelpManager::setHelpServer(const int& index) {
     const int wanted = index == CurrentServer ? m_current : index;
     logToError({"HelpManager::setHelpServer index: ", std::to_string(index)});
     if (!m_localServer) {
-        startLocalServer(row(localIndex).port, row(localIndex).portRange);
+        restartLocalServer();
         recheckNodes(true);
         m_current = localIndex;
     }
@@ -133,6 +144,7 @@ bool HelpManager::setCurrentPort(const int& port, const int& range) {
         // The port may be wanted again; the server itself may be waiting for a command callback
         // that called this.
         replaced->close();
+        localPorts() = {port, range};
         startLocalServer(port, range);
         m_localServer->takeOver(*replaced);
         replaced->retire();
@@ -150,9 +162,17 @@ void HelpManager::startLocalServer(int port, int range) {
     m_localServer = new HelpServer(local.name, this);
     const bool started = m_localServer->start(local.host, port, range);
     local.port = m_localServer->getPort();
-    local.portRange = range;
     logToError({"HelpManager::startLocalServer [", local.name, "] using port ",
                 std::to_string(local.port), started ? " success" : " failure"});
+}
+
+void HelpManager::restartLocalServer() {
+    // The port that pages in browsers know from before, unless another program has it now.
+    startLocalServer(row(localIndex).port, 0);
+    if (!m_localServer->getStarted()) {
+        delete std::exchange(m_localServer, nullptr);
+        startLocalServer(localPorts().first, localPorts().range);
+    }
 }
 
 void HelpManager::setRequestHandler(HelpServer::RequestHandler handler) {

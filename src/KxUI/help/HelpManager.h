@@ -116,6 +116,7 @@ private:
     PendingReplies& pendingReplies(bool local) { return local ? m_pendingLocal : m_pendingOther; }
     std::string addressOf(const std::string& node, int index) const;
     void startLocalServer(int port, int range);
+    void restartLocalServer();
     QNetworkReply* requestHead(const std::string& address, bool local);
 
     std::string m_commonPath = "Documentation/html/";

@@ -26,7 +26,8 @@ public:
     RegularFile& operator=(RegularFile&& other) noexcept;
     ~RegularFile();
 
-    /** Looks at `path` (8-bit, the platform's separator) and opens it if it is a regular file. */
+    /** Looks at `path` (the platform's separator; on Windows UTF-8, elsewhere bytes) and opens it
+     * if it is a regular file. */
     static RegularFile open(std::string path);
 
     /** As given to open(). */

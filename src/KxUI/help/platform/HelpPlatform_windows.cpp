@@ -6,6 +6,8 @@
 
 #include <winsock2.h>
 
+#include <windows.h>
+
 #include <fcntl.h>
 #include <io.h>
 #include <share.h>
@@ -17,6 +19,18 @@ namespace {
 // A device name such as "nul.html" passes for a file until its handle is asked.
 bool isOnDisk(int descriptor) {
     return GetFileType(reinterpret_cast<HANDLE>(_get_osfhandle(descriptor))) == FILE_TYPE_DISK;
+}
+
+// The calls for 8-bit paths know only the code page of the process, and UTF-8 says more than that.
+// Empty for what is no UTF-8.
+std::wstring widePath(const std::string& path) {
+    const int length = static_cast<int>(path.size());
+    const auto convert = [&](wchar_t* to, int room) {
+        return MultiByteToWideChar(CP_UTF8, MB_ERR_INVALID_CHARS, path.data(), length, to, room);
+    };
+    std::wstring wide(static_cast<std::size_t>(convert(nullptr, 0)), L'\0');
+    convert(wide.data(), static_cast<int>(wide.size()));
+    return wide;
 }
 
 } // namespace
@@ -42,12 +56,13 @@ RegularFile::~RegularFile() {
 
 RegularFile RegularFile::open(std::string path) {
     RegularFile file(std::move(path));
+    const std::wstring wide = widePath(file.m_path);
     struct _stat64 status {};
-    if (_stat64(file.m_path.c_str(), &status) != 0 || (status.st_mode & _S_IFMT) != _S_IFREG)
+    if (_wstat64(wide.c_str(), &status) != 0 || (status.st_mode & _S_IFMT) != _S_IFREG)
         return file;
     file.m_state = State::Unreadable;
-    if (_sopen_s(&file.m_descriptor, file.m_path.c_str(), _O_RDONLY | _O_BINARY | _O_NOINHERIT,
-                 _SH_DENYNO, 0) != 0)
+    if (_wsopen_s(&file.m_descriptor, wide.c_str(), _O_RDONLY | _O_BINARY | _O_NOINHERIT,
+                  _SH_DENYNO, 0) != 0)
         return file;
     if (!isOnDisk(file.m_descriptor) || _fstat64(file.m_descriptor, &status) != 0)
         return RegularFile(std::move(file.m_path));
