@@ -23,19 +23,20 @@ void runCommand(std::string command, std::string argument) {
 int main(int argc, char** argv) {
     QApplication application(argc, argv);
     HelpManager* help = HelpManager::instance(); // starts the server on the loopback
+    help->clearSearchPath();                     // or it serves the application's own folder too
     help->setSearchPath({"/usr/share/doc/host/"});
     help->setRequestHandler(runCommand);
 
     // As soon as a panel is made: the answer takes its time, and getUrl() never waits.
-    help->checkNode("Blur");
+    help->checkNode("Blur.html");
 
     QPushButton window(QStringLiteral("Help on Blur"));
     QObject::connect(&window, &QPushButton::clicked, help, [help] {
-        const std::string url = help->getUrl("Blur");
+        const std::string url = help->getUrl("Blur.html");
         if (!url.empty())
             QDesktopServices::openUrl(QUrl(QString::fromStdString(url)));
     });
-    std::printf("%s\n", help->getUrl("Blur", HelpManager::CurrentServer, true).c_str());
+    std::printf("%s\n", help->getUrl("Blur.html", HelpManager::CurrentServer, true).c_str());
 
     window.resize(220, 40);
     window.show();

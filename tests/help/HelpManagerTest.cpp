@@ -99,7 +99,7 @@ private slots:
 
     void outOfRange() {
         for (int index : {3, -2}) {
-            QVERIFY(!m_manager->setHelpServer(index) && m_manager->getHelpServer() == 0);
+            QVERIFY(!m_manager->setHelpServer(index) && m_manager->helpServer() == 0);
             m_manager->checkNode("local.html", index);
             QCOMPARE(m_manager->getUrl("local.html", index, true), std::string());
         }

@@ -121,7 +121,7 @@ private slots:
         QFETCH(QByteArray, target);
         QFETCH(Time, frame);
         m_workbench.goTo(25);
-        QCOMPARE(post(target, {}), QByteArray("HTTP/1.1 200 OK\r\n\r\n"));
+        QCOMPARE(post(target, {}), QByteArray("HTTP/1.1 200 OK\r\nContent-Length: 0\r\n\r\n"));
         QCOMPARE(m_workbench.current(), frame);
         m_workbench.goTo(25);
         QVERIFY(post(target, "Origin: http://elsewhere.invalid\r\n").startsWith("HTTP/1.1 404 "));

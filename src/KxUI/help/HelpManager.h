@@ -44,7 +44,7 @@ public:
     bool setHelpServer(const int& index);
 
     /** The index of the current server. */
-    int getHelpServer() const { return m_current; }
+    int helpServer() const { return m_current; }
 
     /** Changes the host of the current server and asks it again for every node. False for the local
         server, which always is on the loopback. */

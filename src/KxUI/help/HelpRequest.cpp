@@ -39,6 +39,17 @@ std::string_view takeUntil(std::string_view& rest, char separator) {
     return taken;
 }
 
+// Where the blank line ends that ends the headers.
+std::size_t headEnd(std::string_view request) {
+    for (auto end = request.find('\n'); end != npos;) {
+        const auto start = end + 1;
+        end = request.find('\n', start);
+        if (end != npos && trimmed(request.substr(start, end - start)).empty())
+            return end + 1;
+    }
+    return npos;
+}
+
 // The request target and what follows it; the target keeps its query but not its slash.
 struct Target {
     std::string_view path;
@@ -124,6 +135,23 @@ Method methodOf(std::string_view request) {
     if (startsWith(request, "GET "))
         return Method::Get;
     return startsWith(request, "POST") ? Method::Post : Method::Unknown;
+}
+
+Progress progressOf(std::string_view request) {
+    if (methodOf(request) == Method::Unknown)
+        return Progress::Open;
+    if (headEnd(request) != npos)
+        return Progress::Whole;
+    return namesHttpVersion(request) ? Progress::Heading : Progress::Open;
+}
+
+std::string_view headOf(std::string_view request) {
+    return request.substr(0, headEnd(request));
+}
+
+bool namesHttpVersion(std::string_view request) {
+    const std::string_view line = trimmed(takeUntil(request, '\n'));
+    return startsWith(line.substr(line.rfind(' ') + 1), "HTTP/");
 }
 
 std::optional<PageRequest> parseRequestGET(std::string_view request) {

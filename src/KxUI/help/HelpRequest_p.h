@@ -7,7 +7,8 @@
 
 /** \file
     What the help server decides about a request before it touches a file or a socket, as functions
-    over bytes. A request is the text of one read, up to its first zero byte. */
+    over bytes. A request is what a client has sent, up to its first zero byte and no further than
+    the blank line that ends the headers. */
 
 namespace Kestrel::UI::Help {
 
@@ -15,6 +16,23 @@ enum class Method { Head, Get, Post, Unknown };
 
 /** By the first four bytes: "HEAD", "GET " (with the blank), "POST". */
 Method methodOf(std::string_view request);
+
+/** How much of a request has come. */
+enum class Progress {
+    Open,    ///< It may be all, or go on: only the silence of the client tells.
+    Heading, ///< The request line names an HTTP version, so headers go on until a blank line.
+    Whole    ///< The blank line has come: nothing that follows changes what is asked.
+};
+
+/** How much has come of what a client sent so far. What begins with no method stays open. However
+    the bytes are cut into reads, a prefix of a request is never taken for more than it is. */
+Progress progressOf(std::string_view request);
+
+/** The request up to its blank line and with it, or all where there is none. */
+std::string_view headOf(std::string_view request);
+
+/** True when the last word of the request line is an HTTP version, as in all that browsers send. */
+bool namesHttpVersion(std::string_view request);
 
 /** What a HEAD or GET asks for. */
 struct PageRequest {

@@ -12,30 +12,71 @@
 #include <algorithm>
 #include <cstdlib>
 #include <limits>
-#include <memory>
+#include <string_view>
 #include <utility>
 
 namespace Kestrel::UI {
 
 using namespace Help;
 
+namespace {
+
+constexpr std::uint16_t lastPort = std::numeric_limits<std::uint16_t>::max();
+
+} // namespace
+
+struct HelpServer::Private {
+    explicit Private(HelpServer* server)
+        : q(server) {}
+
+    bool tryListen(const QHostAddress& address, std::uint16_t candidate);
+    void logSearchPath() const;
+    void deleteWhenIdle();
+
+    void handleRequest(HelpConnection& connection, const std::string& request);
+    void handleRequestHEADOrGET(HelpConnection& connection, const std::string& request,
+                                bool isHead);
+    void handleRequestPOST(HelpConnection& connection, const std::string& request);
+    void runCommand(HelpConnection& connection, const CommandRequest& post);
+    RegularFile findFile(const PageRequest& page) const;
+    void sendImage(HelpConnection& connection, RegularFile file, const std::string& fileType);
+    void sendPageNotFound(HelpConnection& connection, std::string_view message);
+
+    HelpServer* const q;
+    RequestHandler requestHandler = nullptr;
+    bool started = false;
+    std::string name;
+    std::string host = "127.0.0.1";
+    std::uint16_t port = 0;
+    std::string serverRoot;
+    std::string relativePath;
+    std::vector<std::string> searchPath;
+
+    HelpSeats* seats = nullptr; // A child of the server.
+    int runningCommands = 0;
+    bool retired = false;
+};
+
 HelpServer::HelpServer(const std::string& name, QObject* parent)
     : QTcpServer(parent)
-    , m_name(name.empty() ? "Local" : name)
-    , m_seats(new HelpSeats(*this)) {
+    , d(std::make_unique<Private>(this)) {
+    d->name = name.empty() ? "Local" : name;
+    d->seats = new HelpSeats(*this, [this](HelpConnection& connection, const std::string& request) {
+        d->handleRequest(connection, request);
+    });
     if (const char* value = std::getenv("HELP_VERBOSE"); value && std::atoi(value) == 1)
         Help::setVerbose(true);
-    connect(m_seats, &HelpSeats::emptied, this, &HelpServer::deleteWhenIdle);
+    connect(d->seats, &HelpSeats::emptied, this, [this] { d->deleteWhenIdle(); });
     setSearchPath();
 }
 
 HelpServer::~HelpServer() {
     // The connections speak to this server; they go while it is whole.
-    delete m_seats;
+    delete d->seats;
 }
 
 bool HelpServer::start(const std::string& host, const int& firstPort, const int& range) {
-    if (m_started)
+    if (d->started)
         return false;
     const auto first = static_cast<std::uint16_t>(firstPort);
     const auto last = static_cast<std::uint16_t>(first + static_cast<unsigned>(range));
@@ -43,63 +84,50 @@ bool HelpServer::start(const std::string& host, const int& firstPort, const int&
         log({"[Help] bad port range"});
         return false;
     }
-    log({"[Help] starting [", m_name, "]"});
+    log({"[Help] starting [", d->name, "]"});
     // A start that failed may have left the server on the port beyond its range.
     QTcpServer::close();
     const QHostAddress address(QString::fromStdString(host));
     std::uint16_t port = first;
-    bool listening = tryListen(address, port);
+    bool listening = d->tryListen(address, port);
     // One port beyond the range is tried on purpose, and kept on purpose if it is free.
-    while (!listening && port <= last && port < std::numeric_limits<std::uint16_t>::max())
-        listening = tryListen(address, ++port);
+    while (!listening && port <= last && port < lastPort)
+        listening = d->tryListen(address, ++port);
     if (!listening || port > last) {
         reportError({"[Help] failed. Port range busy: ", std::to_string(firstPort), "-",
                      std::to_string(last)});
         return false;
     }
-    m_host = host;
-    m_port = serverPort();
-    m_started = true;
-    return true;
-}
-
-bool HelpServer::tryListen(const QHostAddress& address, std::uint16_t port) {
-    if (!listen(address, port))
-        return false;
-    widenBacklog(socketDescriptor(), m_seats->limits.backlog);
-    m_seats->updateAccepting();
+    d->host = host;
+    d->port = serverPort();
+    d->started = true;
     return true;
 }
 
 void HelpServer::close() {
     QTcpServer::close();
-    m_started = false;
-    log({"[Help] stopped [", m_name, "]"});
+    d->started = false;
+    log({"[Help] stopped [", d->name, "]"});
 }
 
 void HelpServer::retire() {
     if (isListening())
         close();
-    m_retired = true;
-    deleteWhenIdle();
-}
-
-void HelpServer::deleteWhenIdle() {
-    if (m_retired && m_runningCommands == 0 && m_seats->isEmpty())
-        deleteLater();
+    d->retired = true;
+    d->deleteWhenIdle();
 }
 
 void HelpServer::setRelativePath(const std::string& path) {
-    m_relativePath = ensureTrailingSlash(path);
-    log({"[Help] relative path is now: ", m_relativePath});
+    d->relativePath = ensureTrailingSlash(path);
+    log({"[Help] relative path is now: ", d->relativePath});
     setSearchPath();
 }
 
 void HelpServer::setSearchPath() {
-    m_searchPath = {getServerRoot()};
-    if (!m_relativePath.empty())
-        m_searchPath.push_back(m_serverRoot + m_relativePath);
-    logSearchPath();
+    d->searchPath = {getServerRoot()};
+    if (!d->relativePath.empty())
+        d->searchPath.push_back(d->serverRoot + d->relativePath);
+    d->logSearchPath();
 }
 
 void HelpServer::appendSearchPath(const std::vector<const char*>& dirs) {
@@ -107,27 +135,21 @@ void HelpServer::appendSearchPath(const std::vector<const char*>& dirs) {
         if (!dir)
             continue;
         const std::string entry = ensureTrailingSlash(dir);
-        m_searchPath.push_back(entry);
+        d->searchPath.push_back(entry);
         if (entry.find(".nova") != std::string::npos)
-            m_searchPath.push_back(entry + "Documentation/");
+            d->searchPath.push_back(entry + "Documentation/");
     }
-    logSearchPath();
+    d->logSearchPath();
 }
 
 void HelpServer::clearSearchPath() {
-    m_searchPath.clear();
-}
-
-void HelpServer::logSearchPath() const {
-    log({"[Help] search path: "});
-    for (const std::string& entry : m_searchPath)
-        log({entry});
+    d->searchPath.clear();
 }
 
 void HelpServer::takeOver(const HelpServer& predecessor) {
-    m_searchPath = predecessor.m_searchPath;
-    m_relativePath = predecessor.m_relativePath;
-    m_requestHandler = predecessor.m_requestHandler;
+    d->searchPath = predecessor.d->searchPath;
+    d->relativePath = predecessor.d->relativePath;
+    d->requestHandler = predecessor.d->requestHandler;
 }
 
 void HelpServer::setVerbose(bool verbose) {
@@ -136,32 +158,65 @@ void HelpServer::setVerbose(bool verbose) {
 }
 
 const std::string& HelpServer::getServerRoot() {
-    m_serverRoot = ensureTrailingSlash(QCoreApplication::applicationDirPath().toStdString());
-    return m_serverRoot;
+    d->serverRoot = ensureTrailingSlash(QCoreApplication::applicationDirPath().toStdString());
+    return d->serverRoot;
+}
+
+void HelpServer::setRequestHandler(RequestHandler handler) {
+    d->requestHandler = handler;
+}
+
+bool HelpServer::isInRequestHandler() const {
+    return d->runningCommands > 0;
+}
+
+const std::string& HelpServer::getHost() const {
+    return d->host;
+}
+
+const std::string& HelpServer::getName() const {
+    return d->name;
+}
+
+std::uint16_t HelpServer::getPort() const {
+    return d->port;
+}
+
+const std::string& HelpServer::getRelativePath() const {
+    return d->relativePath;
+}
+
+const std::vector<std::string>& HelpServer::searchPath() const {
+    return d->searchPath;
+}
+
+bool HelpServer::getStarted() const {
+    return d->started;
 }
 
 void HelpServer::incomingConnection(qintptr descriptor) {
-    HelpConnection* connection = m_seats->admit(descriptor);
-    if (!connection)
-        return;
-    connect(connection, &QTcpSocket::readyRead, this,
-            [this, connection] { handleRequest(*connection); });
-    connect(connection, &QTcpSocket::errorOccurred, this, &HelpServer::handleError);
+    d->seats->admit(descriptor);
 }
 
-void HelpServer::handleError(QAbstractSocket::SocketError error) {
-    if (error == QAbstractSocket::RemoteHostClosedError)
-        logToError({"[Help] RemoteHostClosed"});
+bool HelpServer::Private::tryListen(const QHostAddress& address, std::uint16_t candidate) {
+    if (!q->listen(address, candidate))
+        return false;
+    seats->beginListening();
+    return true;
 }
 
-void HelpServer::handleRequest(HelpConnection& connection) {
-    if (connection.state() != QAbstractSocket::ConnectedState)
-        return;
-    const QByteArray input = connection.takeInput(m_seats->limits.requestBytes);
-    if (connection.state() != QAbstractSocket::ConnectedState ||
-        connection.phase() != HelpConnection::Phase::Waiting)
-        return;
-    const std::string request = input.constData(); // Up to its first zero byte.
+void HelpServer::Private::logSearchPath() const {
+    log({"[Help] search path: "});
+    for (const std::string& entry : searchPath)
+        log({entry});
+}
+
+void HelpServer::Private::deleteWhenIdle() {
+    if (retired && runningCommands == 0 && seats->isEmpty())
+        q->deleteLater();
+}
+
+void HelpServer::Private::handleRequest(HelpConnection& connection, const std::string& request) {
     log({"\n[Help] handleRequest::::::::::::::::::::::::::::::\n\n", request, "\n"});
     switch (methodOf(request)) {
     case Method::Head:
@@ -175,14 +230,15 @@ void HelpServer::handleRequest(HelpConnection& connection) {
         break;
     case Method::Unknown:
         log({"[Help] handleRequest error detecting request type"});
+        break;
     }
 }
 
-void HelpServer::handleRequestHEADOrGET(HelpConnection& connection, const std::string& request,
-                                        bool isHead) {
+void HelpServer::Private::handleRequestHEADOrGET(HelpConnection& connection,
+                                                 const std::string& request, bool isHead) {
     logToError({"HelpServer::handleRequestHEADOrGET"});
     const auto page = parseRequestGET(request);
-    if (!page || isForeign(request, connection.localPort())) {
+    if (!page || isForeign(request, connection.port())) {
         sendPageNotFound(connection, {});
         return;
     }
@@ -207,24 +263,24 @@ void HelpServer::handleRequestHEADOrGET(HelpConnection& connection, const std::s
         response.tail = "\r\n";
     }
     if (isVerbose()) {
-        response.written = [](qint64 bytes) {
+        response.written = [](std::int64_t bytes) {
             log({"[Help] wrote ", std::to_string(bytes), " bytes"});
         };
     }
     connection.send(std::move(response));
 }
 
-RegularFile HelpServer::findFile(const PageRequest& page) const {
+RegularFile HelpServer::Private::findFile(const PageRequest& page) const {
     const char separator = QDir::separator().toLatin1();
-    const auto name = fileNameOf(page, separator);
-    if (!name)
+    const auto fileName = fileNameOf(page, separator);
+    if (!fileName)
         return {};
-    for (const std::string& entry : m_searchPath) {
+    for (const std::string& entry : searchPath) {
         if (entry.empty())
             continue;
         std::string path = entry;
         std::replace(path.begin(), path.end(), '/', separator);
-        RegularFile file = RegularFile::open(path + *name);
+        RegularFile file = RegularFile::open(path + *fileName);
         const bool exists = file.state() != RegularFile::State::Missing;
         log({"[Help] file ", exists ? "exists: " : "not found: ", file.path()});
         if (exists)
@@ -233,8 +289,8 @@ RegularFile HelpServer::findFile(const PageRequest& page) const {
     return {};
 }
 
-void HelpServer::sendImage(HelpConnection& connection, RegularFile file,
-                           const std::string& fileType) {
+void HelpServer::Private::sendImage(HelpConnection& connection, RegularFile file,
+                                    const std::string& fileType) {
     if (file.state() != RegularFile::State::Open) {
         log({"[Help] sendImage cannot find ", fileType, " file ", file.path()});
         return;
@@ -250,48 +306,51 @@ void HelpServer::sendImage(HelpConnection& connection, RegularFile file,
     }
     response.body = std::move(file);
     if (isVerbose()) {
-        response.written = [counts, head = response.head.size()](qint64 bytes) {
+        response.written = [counts, head = response.head.size()](std::int64_t bytes) {
             log({"[Help] sendImage wrote ", counts, std::to_string(bytes - head), " bytes"});
         };
     }
     connection.send(std::move(response));
 }
 
-void HelpServer::sendPageNotFound(HelpConnection& connection, std::string_view message) {
+void HelpServer::Private::sendPageNotFound(HelpConnection& connection, std::string_view message) {
     log({"[Help] sendPageNotFound"});
     Response response;
     response.head = QByteArray::fromStdString(notFoundResponse(message));
     connection.send(std::move(response));
 }
 
-void HelpServer::handleRequestPOST(HelpConnection& connection, const std::string& request) {
+void HelpServer::Private::handleRequestPOST(HelpConnection& connection,
+                                            const std::string& request) {
     logToError({"[Help] handleRequestPOST"});
     const auto post = parseRequestPOST(request);
-    if (!post || isForeign(request, connection.localPort())) {
+    if (!post || isForeign(request, connection.port())) {
         sendPageNotFound(connection, {});
         return;
     }
     log({"[Help] handleRequestPOST - Command ", post->command, " - Arg ", post->argument});
-    if (m_requestHandler)
+    if (requestHandler)
         runCommand(connection, *post);
     else
         reportError({"[Help] handleRequestPOST - no callback assigned"});
-    if (connection.state() != QAbstractSocket::ConnectedState)
-        return;
     Response response;
-    response.head = "HTTP/1.1 200 OK\r\n\r\n";
+    response.head = "HTTP/1.1 200 OK\r\n";
+    // Qt's client takes an answer without a length that ends in haste for a connection that failed,
+    // and sends the command again.
+    if (namesHttpVersion(request))
+        response.head += "Content-Length: 0\r\n";
+    response.head += "\r\n";
     connection.send(std::move(response));
 }
 
-void HelpServer::runCommand(HelpConnection& connection, const CommandRequest& post) {
+void HelpServer::Private::runCommand(HelpConnection& connection, const CommandRequest& post) {
     // The callback may run an event loop of its own, change the port, or end the help manager.
     // Neither this server nor the connection, both on the stack, may be deleted meanwhile.
     connection.beginCommand();
-    ++m_runningCommands;
-    m_requestHandler(post.command, post.argument);
-    --m_runningCommands;
-    m_seats->endCommand(connection);
-    deleteWhenIdle();
+    ++runningCommands;
+    requestHandler(post.command, post.argument);
+    --runningCommands;
+    connection.endCommand();
 }
 
 } // namespace Kestrel::UI

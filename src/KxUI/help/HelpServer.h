@@ -5,36 +5,36 @@
 #include <QTcpServer>
 
 #include <cstdint>
+#include <memory>
 #include <string>
-#include <string_view>
 #include <vector>
 
-class QHostAddress;
-
 namespace Kestrel::UI {
-
-namespace Help {
-class HelpConnection;
-class HelpSeats;
-class RegularFile;
-struct CommandRequest;
-struct PageRequest;
-} // namespace Help
 
 /** A small HTTP/1.1 server for the loopback address. It gives the application's HTML documentation
     to a web browser, and passes commands that the pages send by POST to the host application.
 
     Pages are looked for below the directories of the search path, in order; nothing outside them is
-    served, unless a symbolic link there leads out. A response carries no length (but for images):
-    the end of the connection is its end. Each request is taken from one read.
+    served, unless a symbolic link there leads out. A page carries no length (an image does): the
+   end of the connection is its end.
+
+    A command is the line "POST /command argument": the command is what stands between the first
+    slash and the next blank, the argument the rest of the line. Browsers and Qt's network client
+    have no say in the argument: theirs is "HTTP/1.1". What a page has to tell stands in the
+   command; the body of a POST is not read. A query belongs to the command. The answer says "200 OK"
+   whatever the command did, with "Content-Length: 0" where the line names an HTTP version.
+
+    A request ends with the blank line after its headers. One whose line names no HTTP version, as
+    "POST /go 7", may do without it: it ends when the client has been silent for a tenth of a
+   second.
 
     Not everybody who can reach the loopback may command the host: a request that a browser sent on
     behalf of a foreign page, told by its Host, Origin and Sec-Fetch-Site headers, is answered with
     the not-found page. 64 clients are served at a time, others wait; one that asks for nothing is
-    closed after 30 seconds (sooner while others wait), one that sends more than 64 KiB at once.
+    closed within a minute (sooner while others wait), one that sends more than 64 KiB at once.
 
-    All strings are 8-bit; paths in them are separated by "/". Lives in the GUI thread, where the
-    command callback is called too. */
+    All strings are 8-bit, on Windows UTF-8; paths in them are separated by "/". Lives in the
+    interface thread, where the command callback is called too. */
 class KXUI_EXPORT HelpServer : public QTcpServer {
     Q_OBJECT
 
@@ -43,9 +43,13 @@ public:
         call the help manager and retire() this server, but not delete it. */
     using RequestHandler = void (*)(std::string command, std::string argument);
 
-    /** A stopped server whose search path is the server root. `name` labels its log lines; an empty
-        one stands for "Local". Turns the verbose log on when the environment variable HELP_VERBOSE
-        is 1. Needs a QCoreApplication. */
+    /** A stopped server. Its search path is the server root, so once started it serves the
+        application's own folder to whoever asks, until clearSearchPath() or HelpManager's is
+       called.
+
+        `name` labels its log lines; an empty one stands for "Local". Turns the verbose log on when
+        the environment variable HELP_VERBOSE is 1. `parent` owns the server; null for none. Needs a
+        QCoreApplication. */
     explicit HelpServer(const std::string& name = {}, QObject* parent = nullptr);
     ~HelpServer() override;
 
@@ -72,7 +76,8 @@ public:
     void setSearchPath();
 
     /** Appends directories to the search path. One that contains ".nova", the folder of a user's
-        settings, is followed by its own "Documentation/". Null pointers are skipped. */
+        settings, is followed by its own "Documentation/". Null pointers are skipped; the strings
+       are copied. */
     void appendSearchPath(const std::vector<const char*>& dirs);
 
     /** Forgets every directory; every page is then not found. */
@@ -82,31 +87,31 @@ public:
     void takeOver(const HelpServer& predecessor);
 
     /** Sets what POST requests call; null for nothing. */
-    void setRequestHandler(RequestHandler handler) { m_requestHandler = handler; }
+    void setRequestHandler(RequestHandler handler);
 
     /** True while the command callback is being called. */
-    bool isInRequestHandler() const { return m_runningCommands > 0; }
+    bool isInRequestHandler() const;
 
     /** Switches the log of all servers and of the help manager, and says so on standard output. */
     static void setVerbose(bool verbose);
 
     /** The address last listened on; "127.0.0.1" before the first start. */
-    const std::string& getHost() const { return m_host; }
+    const std::string& getHost() const;
 
     /** The label in log lines. */
-    const std::string& getName() const { return m_name; }
+    const std::string& getName() const;
 
     /** The port bound by the last successful start, 0 before. */
-    std::uint16_t getPort() const { return m_port; }
+    std::uint16_t getPort() const;
 
     /** As set, with a trailing slash; empty by default. */
-    const std::string& getRelativePath() const { return m_relativePath; }
+    const std::string& getRelativePath() const;
 
     /** The directories searched, in order, each with a trailing slash. */
-    const std::vector<std::string>& getSearchPath() const { return m_searchPath; }
+    const std::vector<std::string>& searchPath() const;
 
     /** True from a successful start to close(). */
-    bool getStarted() const { return m_started; }
+    bool getStarted() const;
 
     /** The application's directory with a trailing slash. */
     const std::string& getServerRoot();
@@ -115,33 +120,8 @@ protected:
     void incomingConnection(qintptr descriptor) override;
 
 private:
-    bool tryListen(const QHostAddress& address, std::uint16_t port);
-    void logSearchPath() const;
-    void deleteWhenIdle();
-
-    void handleError(QAbstractSocket::SocketError error);
-    void handleRequest(Help::HelpConnection& connection);
-    void handleRequestHEADOrGET(Help::HelpConnection& connection, const std::string& request,
-                                bool isHead);
-    void handleRequestPOST(Help::HelpConnection& connection, const std::string& request);
-    void runCommand(Help::HelpConnection& connection, const Help::CommandRequest& post);
-    Help::RegularFile findFile(const Help::PageRequest& page) const;
-    void sendImage(Help::HelpConnection& connection, Help::RegularFile file,
-                   const std::string& fileType);
-    void sendPageNotFound(Help::HelpConnection& connection, std::string_view message);
-
-    RequestHandler m_requestHandler = nullptr;
-    bool m_started = false;
-    std::string m_name;
-    std::string m_host = "127.0.0.1";
-    std::uint16_t m_port = 0;
-    std::string m_serverRoot;
-    std::string m_relativePath;
-    std::vector<std::string> m_searchPath;
-
-    Help::HelpSeats* m_seats;
-    int m_runningCommands = 0;
-    bool m_retired = false;
+    struct Private;
+    const std::unique_ptr<Private> d;
 };
 
 } // namespace Kestrel::UI

@@ -52,13 +52,26 @@ private:
     std::uint64_t m_size = 0;
 };
 
-/** Lets `length` connections wait in the queue of a listening socket (the system may hold less). */
-void widenBacklog(std::intptr_t listeningSocket, int length);
+/** Lets `backlog` connections wait in the queue of a listening socket (the system may hold less).
+    Where the system knows how, only those that have said something, or nothing for `silence`
+    seconds: who is silent then costs the process nothing. */
+void prepareListening(std::intptr_t listeningSocket, int backlog, int silence);
+
+/** To be called once for an accepted socket, before the calls below. */
+void prepareConnection(std::intptr_t socket);
+
+/** Takes at most `bytes` of what has arrived, without waiting: how many, 0 when the peer has ended
+   or the connection is broken, -1 when nothing is there yet. */
+std::ptrdiff_t receive(std::intptr_t socket, char* to, std::size_t bytes);
+
+/** Hands bytes to the system, without waiting: how many it took, perhaps 0; -1 when the connection
+   is broken. */
+std::ptrdiff_t send(std::intptr_t socket, const char* from, std::size_t bytes);
 
 /** Tells the peer that nothing more will be sent, while what it sends can still be read. */
 void endSending(std::intptr_t socket);
 
-/** Closes a descriptor that no socket object took over. */
+/** Closes a socket; what was handed to the system still goes out. */
 void closeSocket(std::intptr_t socket);
 
 } // namespace Kestrel::UI::Help

@@ -4,11 +4,28 @@
 #include <utility>
 
 #include <fcntl.h>
+#include <netinet/in.h>
+#include <netinet/tcp.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 namespace Kestrel::UI::Help {
+namespace {
+
+// A client that has gone must not end the process; where there is no such flag, a socket option
+// says it.
+#ifdef MSG_NOSIGNAL
+constexpr int noSignal = MSG_NOSIGNAL;
+#else
+constexpr int noSignal = 0;
+#endif
+
+bool isTemporary(int error) {
+    return error == EAGAIN || error == EWOULDBLOCK;
+}
+
+} // namespace
 
 RegularFile::RegularFile(RegularFile&& other) noexcept
     : m_path(std::move(other.m_path))
@@ -60,8 +77,43 @@ std::size_t RegularFile::read(char* to, std::size_t bytes) {
     return done;
 }
 
-void widenBacklog(std::intptr_t listeningSocket, int length) {
-    ::listen(static_cast<int>(listeningSocket), length);
+void prepareListening(std::intptr_t listeningSocket, int backlog, int silence) {
+    const int socket = static_cast<int>(listeningSocket);
+#ifdef TCP_DEFER_ACCEPT
+    ::setsockopt(socket, IPPROTO_TCP, TCP_DEFER_ACCEPT, &silence, sizeof silence);
+#else
+    static_cast<void>(silence);
+#endif
+    ::listen(socket, backlog);
+}
+
+void prepareConnection(std::intptr_t socket) {
+#ifdef SO_NOSIGPIPE
+    const int on = 1;
+    ::setsockopt(static_cast<int>(socket), SOL_SOCKET, SO_NOSIGPIPE, &on, sizeof on);
+#else
+    static_cast<void>(socket);
+#endif
+}
+
+std::ptrdiff_t receive(std::intptr_t socket, char* to, std::size_t bytes) {
+    for (;;) {
+        const ssize_t got = ::recv(static_cast<int>(socket), to, bytes, MSG_DONTWAIT);
+        if (got >= 0)
+            return got;
+        if (errno != EINTR)
+            return isTemporary(errno) ? -1 : 0;
+    }
+}
+
+std::ptrdiff_t send(std::intptr_t socket, const char* from, std::size_t bytes) {
+    for (;;) {
+        const ssize_t sent = ::send(static_cast<int>(socket), from, bytes, MSG_DONTWAIT | noSignal);
+        if (sent >= 0)
+            return sent;
+        if (errno != EINTR)
+            return isTemporary(errno) ? 0 : -1;
+    }
 }
 
 void endSending(std::intptr_t socket) {

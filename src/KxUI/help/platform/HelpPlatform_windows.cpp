@@ -21,6 +21,10 @@ bool isOnDisk(int descriptor) {
     return GetFileType(reinterpret_cast<HANDLE>(_get_osfhandle(descriptor))) == FILE_TYPE_DISK;
 }
 
+int atMostInt(std::size_t bytes) {
+    return static_cast<int>(std::min<std::size_t>(bytes, INT_MAX));
+}
+
 // The calls for 8-bit paths know only the code page of the process, and UTF-8 says more than that.
 // Empty for what is no UTF-8.
 std::wstring widePath(const std::string& path) {
@@ -74,7 +78,7 @@ RegularFile RegularFile::open(std::string path) {
 std::size_t RegularFile::read(char* to, std::size_t bytes) {
     std::size_t done = 0;
     while (done < bytes) {
-        const auto piece = static_cast<unsigned>(std::min<std::size_t>(bytes - done, INT_MAX));
+        const auto piece = static_cast<unsigned>(atMostInt(bytes - done));
         const int now = _read(m_descriptor, to + done, piece);
         if (now <= 0)
             break;
@@ -83,8 +87,27 @@ std::size_t RegularFile::read(char* to, std::size_t bytes) {
     return done;
 }
 
-void widenBacklog(std::intptr_t listeningSocket, int length) {
-    ::listen(static_cast<SOCKET>(listeningSocket), length);
+void prepareListening(std::intptr_t listeningSocket, int backlog, int /*silence*/) {
+    ::listen(static_cast<SOCKET>(listeningSocket), backlog);
+}
+
+void prepareConnection(std::intptr_t socket) {
+    u_long withoutWaiting = 1;
+    ::ioctlsocket(static_cast<SOCKET>(socket), static_cast<long>(FIONBIO), &withoutWaiting);
+}
+
+std::ptrdiff_t receive(std::intptr_t socket, char* to, std::size_t bytes) {
+    const int got = ::recv(static_cast<SOCKET>(socket), to, atMostInt(bytes), 0);
+    if (got >= 0)
+        return got;
+    return WSAGetLastError() == WSAEWOULDBLOCK ? -1 : 0;
+}
+
+std::ptrdiff_t send(std::intptr_t socket, const char* from, std::size_t bytes) {
+    const int sent = ::send(static_cast<SOCKET>(socket), from, atMostInt(bytes), 0);
+    if (sent >= 0)
+        return sent;
+    return WSAGetLastError() == WSAEWOULDBLOCK ? 0 : -1;
 }
 
 void endSending(std::intptr_t socket) {
