@@ -1,6 +1,5 @@
 #include <KxUI/time/Beep_p.h>
 #include <KxUI/time/TimeField.h>
-#include <KxUI/time/TimeFieldEdit_p.h>
 
 #include <support/Columns.h>
 #include <support/Input.h>
@@ -244,7 +243,13 @@ private slots:
         QCOMPARE(field.time(), Time(99));
         wheel(120);
         wheel(0);
+        for (const int part : {50, 50, 10})
+            wheel(part);
         QCOMPARE(field.time(), Time(109));
+        wheel(10); // the parts make a notch
+        QCOMPARE(field.time(), Time(119));
+        wheel(-240);
+        QCOMPARE(field.time(), Time(109)); // one digit, however fast
 
         field.setMaxTime(110);
         field.useMinMaxTime(true);
@@ -257,15 +262,12 @@ private slots:
     }
 
     void sumsThatDoNotFit() {
-        QCOMPARE(UI::addTimes(Maximum, 1), InvalidTime);
-        QCOMPARE(UI::addTimes(-Maximum, -2), InvalidTime);
-        QCOMPARE(UI::addTimes(Maximum, -Maximum), Time(0));
         const UI::TimeFieldNotation frames{TimeBase(25, false), Timecode::Frames, 0};
-        QCOMPARE(UI::readTimeFieldEdit("+1", frames, Maximum).kind, UI::TimeFieldEdit::Failed);
-        QCOMPARE(UI::timeFieldDigitStep(std::string(40, '1'), 1, frames), Time(0));
-        QCOMPARE(UI::timeFieldDigitStep("1:1:1:1:1:1:1:1:1:1:1:1:1:1", 0,
-                                        {TimeBase(25, false), Timecode::Timecode, 0}),
-                 Time(0));
+        using Edit = UI::TimeFieldNotation::Edit;
+        QCOMPARE(frames.read(QStringLiteral("+1"), Maximum).kind, Edit::Failed);
+        QCOMPARE(frames.read(QStringLiteral("-1"), -Maximum).kind, Edit::Failed);
+        QCOMPARE(frames.digitStep(QString(40, QLatin1Char('1')), 1), Time(0));
+        QCOMPARE(UI::TimeFieldNotation().digitStep(QStringLiteral("1:").repeated(14), 0), Time(0));
 
         TimeField field;
         setNotation(field, FramesOf25);
@@ -319,10 +321,18 @@ private slots:
         QVERIFY(QTest::qWaitForWindowActive(&field));
         field.clearFocus();
         field.setFocus(Qt::MouseFocusReason);
-        QTest::mouseClick(&field, Qt::LeftButton);
+        QTest::mousePress(&field, Qt::LeftButton, {}, QPoint(5, 5));
+        Kestrel::Test::moveMouse(field, QPoint(7, 6)); // a click trembles
+        QTest::mouseRelease(&field, Qt::LeftButton, {}, QPoint(7, 6));
         QCOMPARE(field.selectedText(), field.text());
         QTest::mouseClick(&field, Qt::LeftButton);
         QVERIFY(!field.hasSelectedText());
+
+        field.clearFocus(); // a drag selects what it passes
+        field.setFocus(Qt::MouseFocusReason);
+        QTest::mousePress(&field, Qt::LeftButton, {}, field.rect().center());
+        Kestrel::Test::moveMouse(field, field.rect().center() + QPoint(30, 0));
+        QVERIFY(field.hasSelectedText() && field.selectedText() != field.text());
     }
 };
 

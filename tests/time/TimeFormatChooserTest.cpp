@@ -99,6 +99,15 @@ private slots:
         chooser.showFrames();
         QCOMPARE(formatter->timecodeStart(), Time(77));
 
+        // What it did not change is the chooser's still.
+        chooser.setTimecodeStart(1001, 25);
+        chooser.showTimecode();
+        formatter->setTimeBase(Kestrel::Base::TimeBase(30, false));
+        formatter->setTimeDisplayFormat(false, false);
+        chooser.showTimecode();
+        chooser.showFrames();
+        QCOMPARE(formatter->timecodeStart(), Time(1001));
+
         delete formatter;
         chooser.showTimecode();
         QCOMPARE(chooser.text(), QStringLiteral("TC"));

@@ -17,6 +17,7 @@
 #include <functional>
 #include <memory>
 #include <random>
+#include <tuple>
 
 using Kestrel::Base::InvalidTime;
 using Kestrel::Base::Time;
@@ -144,6 +145,16 @@ constexpr int x(int frame) {
     return 5 + 5 * frame;
 }
 
+// The texts of the pop-ups that show the time of a drag.
+QString popups() {
+    QStringList texts;
+    for (const QWidget* widget : QApplication::topLevelWidgets()) {
+        if (const auto* label = qobject_cast<const QLabel*>(widget))
+            texts << label->text();
+    }
+    return texts.join(QLatin1Char(' '));
+}
+
 using Frames = TimeSlider::FrameSet;
 
 Frames frames(Time first, Time end) {
@@ -254,12 +265,147 @@ private Q_SLOTS:
         stage.press({x(50), 10});
         stage.move({x(55), 10});
         stage.log.clear();
-        stage.press({x(60), 10}, Qt::RightButton);
+        stage.press({x(60), 10}, Qt::MiddleButton);
         stage.release({x(60), 10}, Qt::LeftButton); // not the button that drags now
         QCOMPARE(stage.slider.dragHandle(), TimeSlider::ZoomRectangleHandle);
         QCOMPARE(stage.log.join(QLatin1Char(' ')), QStringLiteral("allow end"));
         stage.slider.hide();
         QCOMPARE(stage.slider.dragHandle(), TimeSlider::NoHandle);
+    }
+
+    // However a drag ends, it ends once: by a movement without its button, which the slider gets
+    // when the release went elsewhere, by a second press, by hiding.
+    void everyDragEnds_data() {
+        QTest::addColumn<QPoint>("from");
+        QTest::addColumn<int>("button");
+        QTest::newRow("in mark") << QPoint(x(20), 30) << int(Qt::LeftButton);
+        QTest::newRow("playhead") << QPoint(x(50), 10) << int(Qt::LeftButton);
+        QTest::newRow("derived") << QPoint(x(90), 30) << int(Qt::LeftButton);
+        QTest::newRow("zoom rectangle") << QPoint(x(30), 30) << int(Qt::RightButton);
+    }
+    void everyDragEnds() {
+        QFETCH(QPoint, from);
+        QFETCH(int, button);
+        for (const char* how : {"lost release", "second press", "hide"}) {
+            Stage stage;
+            stage.model.setTimes(0, 20, 60, 99, 50);
+            stage.press(from, Qt::MouseButton(button));
+            stage.move({x(40), 30}, Qt::MouseButton(button));
+            const bool derived = stage.slider.dragHandle() == TimeSlider::DerivedHandle;
+            const auto begun = stage.log.filter(QStringLiteral("begin")).size();
+            if (qstrcmp(how, "hide") == 0)
+                stage.slider.hide();
+            else if (qstrcmp(how, "second press") == 0)
+                stage.press({x(70), 2}, Qt::MiddleButton);
+            else
+                stage.move({x(45), 30}, Qt::NoButton);
+            const bool pressed = qstrcmp(how, "second press") == 0;
+            QCOMPARE(stage.slider.dragHandle(),
+                     pressed ? TimeSlider::ZoomRectangleHandle : TimeSlider::NoHandle);
+            QCOMPARE(stage.log.count(QStringLiteral("end")), begun);
+            QCOMPARE(stage.log.count(QStringLiteral("derived end")), int(derived));
+            QCOMPARE(popups(), QString());
+            const auto [first, last] = stage.visible();
+            QVERIFY2(first == 0 && last == 99, how);
+        }
+    }
+
+    // Escape and the right button put back what was there at the press, bit for bit.
+    void dragsAreTakenBack_data() {
+        const Kestrel::Test::Columns<QPoint, QPoint, int, int> row("from", "to", "button",
+                                                                   "modifiers");
+        constexpr int left = Qt::LeftButton, none = Qt::NoModifier, ctrl = Qt::ControlModifier;
+        row("in mark", {x(20), 30}, {x(70), 30}, left, none);
+        row("ctrl sets a mark without the lock", {x(70), 30}, {x(72), 30}, left, ctrl);
+        row("both marks", {x(60), 30}, {x(90), 30}, left, ctrl);
+        row("playhead", {x(50), 10}, {x(70), 10}, left, none);
+        row("playhead, at the press", {x(55), 10}, {x(55), 10}, left, none);
+        row("pan", {x(50), 30}, {x(40), 30}, left, Qt::AltModifier);
+        row("overview", {200, 2}, {250, 2}, left, none);
+        row("overview, left edge", {5, 2}, {x(10), 2}, left, none);
+        row("zoom rectangle", {x(20), 30}, {x(40), 30}, Qt::RightButton, none);
+        row("drag zoom", {x(0), 30}, {x(0) + 116, 30}, Qt::MiddleButton, Qt::AltModifier);
+        row("derived", {x(90), 30}, {x(80), 30}, left, none);
+    }
+    void dragsAreTakenBack() {
+        QFETCH(QPoint, from);
+        QFETCH(QPoint, to);
+        QFETCH(int, button);
+        QFETCH(int, modifiers);
+        const auto held = Qt::MouseButton(button);
+        const auto keys = Qt::KeyboardModifiers(modifiers);
+        const bool unlocked = QByteArray(QTest::currentDataTag()).contains("without the lock");
+        for (const bool byKey : {true, false}) {
+            if (!byKey && held != Qt::LeftButton)
+                continue;
+            Stage stage;
+            stage.model.setTimes(0, 20, 60, 99, 50);
+            if (unlocked)
+                stage.model.enableInOutLock(false);
+            const auto state = [&stage] {
+                const TimeSliderModel& m = stage.model;
+                return std::tuple(m.inTime(), m.outTime(), m.currentTime(), m.inOutLock(),
+                                  stage.visible());
+            };
+            const auto before = state();
+            stage.press(from, held, keys);
+            stage.move(to, held, keys);
+            stage.log.clear();
+            if (byKey) {
+                QKeyEvent escape(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
+                QWidget elsewhere; // the slider takes no focus by a click
+                QApplication::sendEvent(&elsewhere, &escape);
+                QVERIFY(escape.isAccepted());
+            } else {
+                stage.press(to, Qt::RightButton, keys);
+            }
+            QCOMPARE(stage.slider.dragHandle(), TimeSlider::NoHandle);
+            QVERIFY(state() == before);
+            QCOMPARE(popups(), QString());
+            QVERIFY(stage.log.contains(QStringLiteral("allow")));
+            stage.log.clear();
+            stage.move({x(33), 30}, held, keys);
+            stage.release({x(33), 30}, Qt::RightButton, keys);
+            stage.release({x(33), 30}, held, keys);
+            QVERIFY(state() == before);
+            QCOMPARE(stage.log, QStringList());
+            stage.press({x(50), 10}); // the next drag is a new one
+            QCOMPARE(stage.slider.dragHandle(), TimeSlider::PlayheadHandle);
+        }
+        Stage idle;
+        QKeyEvent escape(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
+        QApplication::sendEvent(&idle.slider, &escape);
+        QVERIFY(!escape.isAccepted()); // the dialog's
+    }
+
+    void aClickWithoutAVisibleRangeChangesNothing() {
+        Stage stage;
+        TimeSliderModel model;
+        model.setTimes(0, 20, 60, 99, 50);
+        TimeSlider slider(&model, &stage.formatter, 1, TimeSlider::MainTransport);
+        slider.resize(510, 37);
+        for (const auto& keys : {Qt::NoModifier, Qt::ControlModifier})
+            QTest::mouseClick(&slider, Qt::LeftButton, keys, {x(40), 30});
+        QCOMPARE(model.currentTime(), Time(50));
+        QCOMPARE(model.outTime(), Time(60));
+    }
+
+    void theFaintPlayheadStaysUnderTheMouse() {
+        Stage stage;
+        TimeSlider::SetVisibleRangeFollowsPlayhead(false);
+        stage.move({x(30), 30}, Qt::NoButton);
+        const auto isFaint = [&stage] {
+            const QColor color = stage.grab().pixelColor(x(30), 15);
+            return color.red() > color.green() + 40;
+        };
+        QVERIFY(isFaint());
+        stage.slider.setTimeRange(60, 159);
+        QVERIFY(isFaint()); // by the host
+        stage.model.setLastVisibleTime(109);
+        QVERIFY(isFaint()); // by another slider
+        stage.slider.setPreviewPlayhead(70);
+        stage.slider.setTimeRange(80, 179);
+        QVERIFY(!isFaint()); // the host's own place
     }
 
     void snapsWithoutShift() {
@@ -277,14 +423,6 @@ private Q_SLOTS:
 
     void derivedHandleShowsItsTime() {
         Stage stage;
-        const auto popups = [] {
-            QStringList texts;
-            for (const QWidget* widget : QApplication::topLevelWidgets()) {
-                if (const auto* label = qobject_cast<const QLabel*>(widget))
-                    texts << label->text();
-            }
-            return texts.join(QLatin1Char(' '));
-        };
         stage.press({x(90), 30});
         stage.move({x(80), 30});
         QCOMPARE(popups(), QStringLiteral("80"));

@@ -168,6 +168,56 @@ private slots:
         QCOMPARE(backwards.count(), 1);
     }
 
+    void aSkipTakesTheNumberThatIsTyped() {
+        ViewerFrameSkipControl control;
+        auto* field = at<QLineEdit>(control, 1);
+        QStringList log;
+        connect(&control, &ViewerFrameSkipControl::incrementFieldValueChanged,
+                [&](int frames) { log << QString::number(frames); });
+        connect(&control, &ViewerFrameSkipControl::skipForwardsButtonClicked,
+                [&] { log << QStringLiteral("skip"); });
+        const auto typeAndClick = [&](const char* text) {
+            field->selectAll();
+            QTest::keyClicks(field, QLatin1String(text));
+            at<QToolButton>(control, 2)->click();
+            return log.join(QLatin1Char(' '));
+        };
+        QCOMPARE(typeAndClick("24"), QStringLiteral("24 skip"));
+        QCOMPARE(typeAndClick("0"), QStringLiteral("24 skip skip"));
+        QCOMPARE(field->text(), QStringLiteral("24")); // what was skipped
+
+        const int width = field->width();
+        QFont font = control.font();
+        font.setPixelSize(3 * QFontInfo(font).pixelSize());
+        control.setFont(font);
+        QVERIFY(field->width() > 2 * width);
+    }
+
+    void jogWheelDragsAreTakenBack() {
+        JogWheel wheel;
+        wheel.setValue(500);
+        for (const bool byKey : {true, false}) {
+            QTest::mousePress(&wheel, Qt::LeftButton, Qt::NoModifier, QPoint(10, 11));
+            Kestrel::Test::moveMouse(wheel, QPoint(110, 11));
+            QCOMPARE(wheel.value(), 530);
+            if (byKey)
+                QTest::keyClick(&wheel, Qt::Key_Escape);
+            else
+                QTest::mouseClick(&wheel, Qt::RightButton, Qt::NoModifier, QPoint(110, 11));
+            QCOMPARE(wheel.value(), 500);
+            Kestrel::Test::moveMouse(wheel, QPoint(200, 11));
+            QTest::mouseRelease(&wheel, Qt::LeftButton, Qt::NoModifier, QPoint(200, 11));
+            QCOMPARE(wheel.value(), 500);
+            QKeyEvent escape(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
+            QCoreApplication::sendEvent(&wheel, &escape);
+            QVERIFY(!escape.isAccepted()); // without a drag it is the dialog's
+        }
+        QTest::mousePress(&wheel, Qt::LeftButton, Qt::NoModifier, QPoint(10, 11));
+        Kestrel::Test::moveMouse(wheel, QPoint(20, 11), Qt::NoButton); // the release was lost
+        Kestrel::Test::moveMouse(wheel, QPoint(110, 11), Qt::RightButton);
+        QCOMPARE(wheel.value(), 500);
+    }
+
     void jogWheel() {
         JogWheel wheel;
         wheel.resize(22, 22);

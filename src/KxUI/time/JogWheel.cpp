@@ -1,21 +1,25 @@
 #include <KxUI/time/JogWheel.h>
 
+#include <KxUI/kit/EscapeWatch_p.h>
+#include <KxUI/time/JogWheelDrag_p.h>
+#include <KxUI/time/JogWheelPlan_p.h>
+#include <KxUI/time/WheelNotches_p.h>
+
 #include <QAccessible>
 #include <QAccessibleWidget>
+#include <QContextMenuEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QPointer>
 #include <QWheelEvent>
 
 #include <algorithm>
 #include <cmath>
+#include <optional>
 
 namespace Kestrel::UI {
 namespace {
-
-constexpr int Notch = 120;         // eighths of a degree
-constexpr double ValuesATurn = 40; // how far a whole turn of the drawn wheel counts
-constexpr double Turn = 6.283185307179586;
 
 class JogWheelAccessible : public QAccessibleWidget, public QAccessibleValueInterface {
 public:
@@ -51,8 +55,28 @@ QAccessibleInterface* makeAccessible(const QString& className, QObject* object) 
 
 } // namespace
 
+struct JogWheel::Private {
+    explicit Private(JogWheel* owner)
+        : q(owner)
+        , escape([this] { takeBack(drag.takeBack()); }) {}
+
+    JogWheel* q;
+    int minimum = 0;
+    int maximum = 1000;
+    int value = 0;
+    float sensitivity = 0.3F;
+    JogWheelDrag drag;
+    EscapeWatch escape;
+    WheelNotches wheel;
+
+    void setCandidate(double candidate);
+    void takeBack(const std::optional<double>& start);
+    void cancel();
+};
+
 JogWheel::JogWheel(QWidget* parent)
-    : QWidget(parent) {
+    : QWidget(parent)
+    , m(std::make_unique<Private>(this)) {
     static const bool installed = (QAccessible::installFactory(makeAccessible), true);
     Q_UNUSED(installed)
     setFocusPolicy(Qt::StrongFocus);
@@ -66,107 +90,141 @@ QSize JogWheel::sizeHint() const {
     return QSize(22, 22);
 }
 
+int JogWheel::value() const {
+    return m->value;
+}
+
 void JogWheel::setValue(int value) {
-    setCandidate(value);
+    m->setCandidate(value);
 }
 
 void JogWheel::setRange(int minimum, int maximum) {
-    m_minimum = minimum;
-    m_maximum = std::max(minimum, maximum);
-    setCandidate(m_value);
+    maximum = std::max(minimum, maximum);
+    const QPointer<JogWheel> guard(this);
+    if (minimum != m->minimum || maximum != m->maximum) {
+        m->minimum = minimum;
+        m->maximum = maximum;
+        Q_EMIT rangeChanged(minimum, maximum);
+    }
+    if (guard)
+        m->setCandidate(m->value);
+}
+
+void JogWheel::setMinimum(int minimum) {
+    setRange(minimum, m->maximum);
+}
+
+int JogWheel::minimum() const {
+    return m->minimum;
+}
+
+void JogWheel::setMaximum(int maximum) {
+    setRange(std::min(m->minimum, maximum), maximum);
+}
+
+int JogWheel::maximum() const {
+    return m->maximum;
 }
 
 void JogWheel::setSensitivity(float sensitivity) {
-    if (std::isfinite(sensitivity))
-        m_sensitivity = sensitivity;
+    if (!std::isfinite(sensitivity) || sensitivity == m->sensitivity)
+        return;
+    m->sensitivity = sensitivity;
+    Q_EMIT sensitivityChanged(sensitivity);
 }
 
-void JogWheel::setCandidate(double value) {
+float JogWheel::sensitivity() const {
+    return m->sensitivity;
+}
+
+void JogWheel::Private::setCandidate(double candidate) {
     // Clamped before it becomes an integer: a drag may reach far beyond 32 bits.
     const double clamped =
-        std::clamp(value, static_cast<double>(m_minimum), static_cast<double>(m_maximum));
+        std::clamp(candidate, static_cast<double>(minimum), static_cast<double>(maximum));
     const int whole = static_cast<int>(clamped);
-    if (whole == m_value)
+    if (whole == value)
         return;
-    m_value = whole;
-    update();
+    value = whole;
+    q->update();
     if (QAccessible::isActive()) {
-        QAccessibleValueChangeEvent changed(this, whole);
+        QAccessibleValueChangeEvent changed(q, whole);
         QAccessible::updateAccessibility(&changed);
     }
-    Q_EMIT valueChanged(whole);
+    Q_EMIT q->valueChanged(whole);
+}
+
+void JogWheel::Private::takeBack(const std::optional<double>& start) {
+    escape.setActive(drag.isActive());
+    if (start)
+        setCandidate(*start);
 }
 
 void JogWheel::mousePressEvent(QMouseEvent* event) {
-    m_pressX = event->x();
-    m_pressValue = m_value;
+    m->takeBack(m->drag.press(event->x(), event->button(), m->value));
 }
 
 void JogWheel::mouseMoveEvent(QMouseEvent* event) {
-    if (event->buttons() == Qt::NoButton)
-        return;
-    const float moved = static_cast<float>(event->x() - m_pressX) * m_sensitivity;
-    setCandidate(static_cast<double>(m_pressValue) + static_cast<double>(moved));
+    const auto candidate = m->drag.move(event->x(), event->buttons(), m->sensitivity);
+    m->escape.setActive(m->drag.isActive());
+    if (candidate)
+        m->setCandidate(*candidate);
+}
+
+void JogWheel::mouseReleaseEvent(QMouseEvent* event) {
+    m->drag.release(event->button());
+    m->escape.setActive(m->drag.isActive());
+}
+
+void JogWheel::contextMenuEvent(QContextMenuEvent* event) {
+    // The press of the right button that took a drag back asks for no menu.
+    event->setAccepted(m->drag.isHeld());
+}
+
+// No release comes to a wheel that is hidden or disabled.
+void JogWheel::Private::cancel() {
+    drag.cancel();
+    escape.setActive(false);
+}
+
+void JogWheel::changeEvent(QEvent* event) {
+    if (event->type() == QEvent::EnabledChange && !isEnabled())
+        m->cancel();
+    QWidget::changeEvent(event);
+}
+
+void JogWheel::hideEvent(QHideEvent* event) {
+    m->cancel();
+    QWidget::hideEvent(event);
 }
 
 void JogWheel::wheelEvent(QWheelEvent* event) {
-    m_wheelRest += event->angleDelta().y();
-    const int notches = m_wheelRest / Notch;
-    m_wheelRest -= notches * Notch;
-    setCandidate(static_cast<double>(m_value) + notches);
+    const int notches = m->wheel.add(event->angleDelta().y());
     event->accept();
+    m->setCandidate(static_cast<double>(m->value) + notches);
 }
 
 void JogWheel::keyPressEvent(QKeyEvent* event) {
-    double step = 0;
-    switch (event->key()) {
-    case Qt::Key_Left:
-    case Qt::Key_Down:
-        step = -1;
-        break;
-    case Qt::Key_Right:
-    case Qt::Key_Up:
-        step = 1;
-        break;
-    case Qt::Key_PageDown:
-        step = -10;
-        break;
-    case Qt::Key_PageUp:
-        step = 10;
-        break;
-    case Qt::Key_Home:
-        setCandidate(m_minimum);
-        return;
-    case Qt::Key_End:
-        setCandidate(m_maximum);
-        return;
-    default:
+    if (const auto candidate = jogWheelKey(event->key(), m->value, m->minimum, m->maximum))
+        m->setCandidate(*candidate);
+    else
         QWidget::keyPressEvent(event);
-        return;
-    }
-    setCandidate(m_value + step);
 }
 
 void JogWheel::paintEvent(QPaintEvent*) {
+    const JogWheelPlan plan = JogWheelPlan::of(rect(), m->value);
+    if (plan.isEmpty())
+        return;
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     const QPalette& colors = palette();
-    const qreal radius = (qMin(width(), height()) - 2) / 2.0;
-    if (radius <= 1)
-        return;
-    const QPointF middle = QRectF(rect()).center();
     painter.setPen(
         QPen(hasFocus() ? colors.color(QPalette::Highlight) : colors.color(QPalette::Text),
              hasFocus() ? 1.6 : 1.0));
     painter.setBrush(colors.color(QPalette::Button));
-    painter.drawEllipse(middle, radius - 0.5, radius - 0.5);
-
-    // The dimple goes round with the value, so that a turn of the wheel can be seen.
-    const double angle = Turn * std::fmod(m_value, ValuesATurn) / ValuesATurn;
-    const QPointF dimple = middle + QPointF(std::sin(angle), -std::cos(angle)) * (radius * 0.58);
+    painter.drawEllipse(plan.wheel);
     painter.setPen(Qt::NoPen);
     painter.setBrush(colors.color(isEnabled() ? QPalette::Text : QPalette::Mid));
-    painter.drawEllipse(dimple, radius * 0.2, radius * 0.2);
+    painter.drawEllipse(plan.dimple);
 }
 
 } // namespace Kestrel::UI

@@ -4,6 +4,8 @@
 
 #include <QWidget>
 
+#include <memory>
+
 namespace Kestrel::UI {
 
 /** A small wheel that is dragged sideways to change a whole number.
@@ -19,17 +21,20 @@ public:
     ~JogWheel() override;
 
     /** Within minimum() to maximum(). */
-    int value() const { return m_value; }
+    int value() const;
 
     /** Brings the value into the range. A `maximum` below `minimum` becomes `minimum`. */
     void setRange(int minimum, int maximum);
-    int minimum() const { return m_minimum; }
-    int maximum() const { return m_maximum; }
+    /** One limit; the other one gives way where they would cross. */
+    void setMinimum(int minimum);
+    int minimum() const;
+    void setMaximum(int maximum);
+    int maximum() const;
 
     /** How far a drag by one pixel counts; a negative one counts backwards. What is not a finite
         number is ignored. */
     void setSensitivity(float sensitivity);
-    float sensitivity() const { return m_sensitivity; }
+    float sensitivity() const;
 
     QSize sizeHint() const override;
 
@@ -40,24 +45,25 @@ public Q_SLOTS:
 Q_SIGNALS:
     /** The value became another one, by the user or by the program. */
     void valueChanged(int value);
+    /** The limits became other ones; before the value that they limit. */
+    void rangeChanged(int minimum, int maximum);
+    /** The sensitivity became another one. */
+    void sensitivityChanged(float sensitivity);
 
 protected:
+    void changeEvent(QEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void wheelEvent(QWheelEvent* event) override;
 
 private:
-    void setCandidate(double value);
-
-    int m_minimum = 0;
-    int m_maximum = 1000;
-    int m_value = 0;
-    float m_sensitivity = 0.3F;
-    int m_pressX = 0;
-    int m_pressValue = 0;
-    int m_wheelRest = 0; // eighths of a degree that do not yet make a notch
+    struct Private;
+    const std::unique_ptr<Private> m;
 };
 
 } // namespace Kestrel::UI

@@ -1,214 +1,347 @@
 #include <KxUI/time/TimeField.h>
 
+#include <KxUI/base/TimeArithmetic.h>
 #include <KxUI/time/Beep_p.h>
-#include <KxUI/time/TimeFieldEdit_p.h>
 #include <KxUI/time/TimeMetaTypes_p.h>
+#include <KxUI/time/WheelNotches_p.h>
 
 #include <QApplication>
 #include <QFontMetrics>
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QPointer>
 #include <QWheelEvent>
+
+#include <algorithm>
+#include <optional>
 
 namespace Kestrel::UI {
 
 using Base::InvalidTime;
 using Base::Time;
-namespace Timecode = Base::Timecode;
+using Base::TimeBase;
 
 void (*beep)() = &QApplication::beep;
 
+struct TimeField::Private {
+    enum class By { Host, User };
+
+    TimeField* q = nullptr;
+    QPointer<TimeFormatter> formatter;
+    QMetaObject::Connection followed;
+    TimeBase timeBase{25, false};
+    Time time = -1;
+    Time minTime = -1;
+    Time maxTime = -1;
+    Time timecodeStart = 0;
+    // The text that needs no reading: what was shown, or read, last.
+    std::optional<QString> settledText;
+    bool displayTimecode = true;
+    bool displayDropFrames = false;
+    bool useMinMaxTime = false;
+    bool selectAllOnClick = false;
+    bool ignoreTimecodeStart = false;
+    std::optional<QPoint> selectingClick; // where the press was that selected all
+    WheelNotches wheel;
+
+    void setUp(bool frameless);
+    void refresh();
+    void redisplay();
+    void updateWidth();
+    void announce(By who, bool flag);
+    void finishEditing();
+    void setByUser(Time newTime);
+    void incrementDigit(int direction);
+    bool isOwnKey(const QKeyEvent& key) const;
+
+    template <class T>
+    void storeLimit(T& member, T value) {
+        if (member == value)
+            return;
+        member = value;
+        Q_EMIT q->limitsChanged();
+    }
+};
+
+TimeField::TimeField(QWidget* parent)
+    : TimeField(false, false, parent) {}
+
 TimeField::TimeField(bool frameless, bool ignoreTimecodeStart, QWidget* parent)
     : QLineEdit(parent)
-    , m_ignoreTimecodeStart(ignoreTimecodeStart) {
+    , m(std::make_unique<Private>()) {
     registerTimeMetaTypes();
-    setFrame(false);
-    setAlignment(Qt::AlignHCenter | Qt::AlignVCenter);
-    setContextMenuPolicy(Qt::DefaultContextMenu);
-    setAccessibleName(tr("Time"));
-    if (frameless) {
-        QPalette blended = palette();
-        blended.setColor(QPalette::Text, QApplication::palette().color(QPalette::BrightText));
-        blended.setColor(QPalette::Base, QApplication::palette().color(QPalette::Window));
-        setPalette(blended);
-    }
-    connect(this, &QLineEdit::returnPressed, this, &TimeField::handleReturnPressed);
-    connect(this, &QLineEdit::editingFinished, this, &TimeField::handleEditingFinished);
-    updateWidth();
-    refresh();
+    m->q = this;
+    m->ignoreTimecodeStart = ignoreTimecodeStart;
+    m->setUp(frameless);
+    connect(this, &QLineEdit::returnPressed, this, [this] {
+        const QPointer<TimeField> guard(this);
+        m->finishEditing();
+        if (guard)
+            selectAll();
+    });
+    connect(this, &QLineEdit::editingFinished, this, [this] { m->finishEditing(); });
 }
 
 TimeField::~TimeField() = default;
 
-void TimeField::setTime(Time time, bool flag) {
-    if (time != m_time && isInRange(time))
-        store(time, flag);
+void TimeField::Private::setUp(bool frameless) {
+    q->setFrame(false);
+    q->setAlignment(Qt::AlignHCenter | Qt::AlignVCenter);
+    q->setContextMenuPolicy(Qt::DefaultContextMenu);
+    q->setAccessibleName(tr("Time"));
+    if (frameless) {
+        QPalette blended = q->palette();
+        blended.setColor(QPalette::Text, QApplication::palette().color(QPalette::BrightText));
+        blended.setColor(QPalette::Base, QApplication::palette().color(QPalette::Window));
+        q->setPalette(blended);
+    }
+    updateWidth();
+    refresh();
 }
 
-void TimeField::store(Time time, bool flag) {
-    m_time = time;
-    refresh();
-    Q_EMIT timeChanged(time);
-    Q_EMIT timeChanged(time, flag);
+Time TimeField::time() const {
+    return m->time;
+}
+
+void TimeField::setTime(Time time, bool flag) {
+    if (time == m->time || !isInRange(time))
+        return;
+    m->time = time;
+    m->refresh();
+    m->announce(Private::By::Host, flag);
+}
+
+void TimeField::Private::announce(By who, bool flag) {
+    const QPointer<TimeField> guard(q);
+    const Time now = time; // a listener may set another one
+    Q_EMIT q->valueChanged(now);
+    if (guard && who == By::User)
+        Q_EMIT q->valueEdited(now);
+    if (guard)
+        Q_EMIT q->timeChanged(now);
+    if (guard)
+        Q_EMIT q->timeChanged(now, flag);
 }
 
 void TimeField::setText(const QString& text) {
     QLineEdit::setText(text);
-    m_settledText.reset();
+    m->settledText.reset();
+}
+
+void TimeField::setFormatter(TimeFormatter* formatter) {
+    if (formatter == m->formatter)
+        return;
+    disconnect(m->followed);
+    m->formatter = formatter;
+    if (formatter) {
+        m->followed =
+            connect(formatter, &TimeFormatter::timeFormatChanged, this, &TimeField::setTimeDisplay);
+        setTimeDisplay(formatter->timeBase(), formatter->displayTimecode(),
+                       formatter->displayDropFrames(), formatter->timecodeStart());
+    }
+    Q_EMIT formatterChanged();
+}
+
+TimeFormatter* TimeField::formatter() const {
+    return m->formatter;
+}
+
+void TimeField::useMinMaxTime(bool use) {
+    m->storeLimit(m->useMinMaxTime, use);
+}
+
+bool TimeField::usesMinMaxTime() const {
+    return m->useMinMaxTime;
+}
+
+void TimeField::setMinTime(Time time) {
+    m->storeLimit(m->minTime, time);
+}
+
+Time TimeField::minTime() const {
+    return m->minTime;
+}
+
+void TimeField::setMaxTime(Time time) {
+    m->storeLimit(m->maxTime, time);
+}
+
+Time TimeField::maxTime() const {
+    return m->maxTime;
 }
 
 bool TimeField::isInRange(Time time) const {
-    return !m_useMinMaxTime || (m_minTime <= time && time <= m_maxTime);
+    return !m->useMinMaxTime || (m->minTime <= time && time <= m->maxTime);
 }
 
-void TimeField::setTimeBase(Base::TimeBase timeBase) {
-    if (timeBase == m_timeBase)
+void TimeField::setTimeBase(TimeBase timeBase) {
+    if (timeBase == m->timeBase)
         return;
-    m_timeBase = timeBase;
-    refresh();
+    m->timeBase = timeBase;
+    m->redisplay();
+}
+
+TimeBase TimeField::timeBase() const {
+    return m->timeBase;
 }
 
 void TimeField::setTimeDisplayFormat(bool displayTimecode, bool displayDropFrames) {
-    if (displayTimecode != m_displayTimecode || displayDropFrames != m_displayDropFrames) {
-        m_displayTimecode = displayTimecode;
-        m_displayDropFrames = displayDropFrames;
-        refresh();
-    }
-    updateWidth();
+    const bool same =
+        displayTimecode == m->displayTimecode && displayDropFrames == m->displayDropFrames;
+    m->displayTimecode = displayTimecode;
+    m->displayDropFrames = displayDropFrames;
+    m->updateWidth();
+    if (!same)
+        m->redisplay();
 }
 
-Timecode::DisplayType TimeField::timeDisplayFormat() const {
-    if (!m_displayTimecode)
-        return Timecode::Frames;
-    return m_displayDropFrames ? Timecode::DropFrameTimecode : Timecode::Timecode;
+void TimeField::setDisplayTimecode(bool displayTimecode) {
+    setTimeDisplayFormat(displayTimecode, m->displayDropFrames);
+}
+
+bool TimeField::displayTimecode() const {
+    return m->displayTimecode;
+}
+
+void TimeField::setDisplayDropFrames(bool displayDropFrames) {
+    setTimeDisplayFormat(m->displayTimecode, displayDropFrames);
+}
+
+bool TimeField::displayDropFrames() const {
+    return m->displayDropFrames;
+}
+
+Base::Timecode::DisplayType TimeField::timeDisplayFormat() const {
+    return TimeFieldNotation::displayType(m->displayTimecode, m->displayDropFrames);
 }
 
 void TimeField::setTimecodeStart(Time timecodeStart) {
-    if (timecodeStart == m_timecodeStart)
+    if (timecodeStart == m->timecodeStart)
         return;
-    m_timecodeStart = timecodeStart;
-    if (!m_ignoreTimecodeStart)
-        refresh();
+    m->timecodeStart = timecodeStart;
+    if (m->ignoreTimecodeStart)
+        Q_EMIT displayChanged();
+    else
+        m->redisplay();
 }
 
-void TimeField::setTimeDisplay(Base::TimeBase timeBase, bool displayTimecode,
-                               bool displayDropFrames, Time timecodeStart) {
-    if (timeBase == m_timeBase && displayTimecode == m_displayTimecode &&
-        displayDropFrames == m_displayDropFrames && timecodeStart == m_timecodeStart)
+Time TimeField::timecodeStart() const {
+    return m->timecodeStart;
+}
+
+void TimeField::ignoreTimecodeStart(bool ignore) {
+    if (ignore == m->ignoreTimecodeStart)
         return;
-    m_updating = true;
-    setTimeBase(timeBase);
-    setTimeDisplayFormat(displayTimecode, displayDropFrames);
-    setTimecodeStart(timecodeStart);
-    m_updating = false;
-    refresh();
+    m->ignoreTimecodeStart = ignore;
+    Q_EMIT displayChanged();
+}
+
+bool TimeField::isIgnoreTimecodeStart() const {
+    return m->ignoreTimecodeStart;
 }
 
 TimeFieldNotation TimeField::notation() const {
-    return {m_timeBase, timeDisplayFormat(), m_ignoreTimecodeStart ? 0 : m_timecodeStart};
+    return {m->timeBase, timeDisplayFormat(), m->ignoreTimecodeStart ? 0 : m->timecodeStart};
 }
 
-void TimeField::refresh() {
-    if (m_updating)
+void TimeField::setTimeDisplay(TimeBase timeBase, bool displayTimecode, bool displayDropFrames,
+                               Time timecodeStart) {
+    if (timeBase == m->timeBase && displayTimecode == m->displayTimecode &&
+        displayDropFrames == m->displayDropFrames && timecodeStart == m->timecodeStart)
         return;
-    const TimeFieldNotation shown = notation();
-    QString shownText;
-    if (m_time != InvalidTime)
-        shownText = QString::fromStdString(
-            Timecode::toString(m_time, shown.timeBase, shown.type, false, shown.offset));
+    m->timeBase = timeBase;
+    m->displayTimecode = displayTimecode;
+    m->displayDropFrames = displayDropFrames;
+    m->timecodeStart = timecodeStart;
+    m->updateWidth();
+    m->redisplay();
+}
+
+void TimeField::Private::refresh() {
+    const QString shown = q->notation().text(time);
     // Playback sets times many times a second: a text that stays keeps caret and selection.
-    if (shownText != text())
-        QLineEdit::setText(shownText);
-    m_settledText = shownText;
+    if (shown != q->text())
+        static_cast<QLineEdit*>(q)->setText(shown);
+    settledText = shown;
 }
 
-void TimeField::updateWidth() {
+void TimeField::Private::redisplay() {
+    refresh();
+    Q_EMIT q->displayChanged();
+}
+
+void TimeField::Private::updateWidth() {
     const QString widest =
-        m_displayTimecode ? QStringLiteral("-00:00:00:00") : QStringLiteral("000000");
-    setFixedWidth(fontMetrics().horizontalAdvance(widest) + 8);
+        displayTimecode ? QStringLiteral("-00:00:00:00") : QStringLiteral("000000");
+    q->setFixedWidth(q->fontMetrics().horizontalAdvance(widest) + 8);
 }
 
-void TimeField::handleReturnPressed() {
-    handleEditingFinished();
-    selectAll();
-}
-
-void TimeField::handleEditingFinished() {
+void TimeField::Private::finishEditing() {
+    using Edit = TimeFieldNotation::Edit;
     // Return and the loss of focus both end an edit; it is one edit all the same.
-    if (m_updating || m_settledText == text())
+    if (settledText == q->text())
         return;
-    m_settledText = text();
-    const TimeFieldEdit edit =
-        readTimeFieldEdit(text().trimmed().toStdString(), notation(), m_time);
-    switch (edit.kind) {
-    case TimeFieldEdit::Nothing:
-        refresh();
-        break;
-    case TimeFieldEdit::Failed:
+    settledText = q->text();
+    const Edit edit = q->notation().read(q->text(), time);
+    if (edit.kind == Edit::Failed) {
         beep();
-        break;
-    case TimeFieldEdit::SetRange:
-        refresh();
-        Q_EMIT rangeChanged(edit.time, edit.upper);
-        break;
-    case TimeFieldEdit::SetTime:
-        refresh(); // where setTime() stays at its time the text shows it again
-        setTime(edit.time, false);
-        break;
+        return;
     }
+    refresh(); // where the time stays the text shows it again
+    if (edit.kind == Edit::SetRange)
+        Q_EMIT q->rangeChanged(edit.time, edit.upper);
+    else if (edit.kind == Edit::SetTime && edit.time != time && q->isInRange(edit.time))
+        setByUser(edit.time);
 }
 
-void TimeField::incrementDigit(int direction) {
-    if (isReadOnly())
+void TimeField::Private::setByUser(Time newTime) {
+    time = newTime;
+    refresh();
+    announce(By::User, false);
+}
+
+void TimeField::Private::incrementDigit(int direction) {
+    if (q->isReadOnly())
         return;
-    const QString before = text();
-    const int caret = hasSelectedText() ? selectionStart() : cursorPosition();
-    const Time step = timeFieldDigitStep(before.toStdString(), caret, notation());
-    if (step == 0)
-        return;
-    const Time time = addTimes(m_time == InvalidTime ? 0 : m_time, direction > 0 ? step : -step);
-    if (time == InvalidTime || time == m_time || !isInRange(time))
+    const QString before = q->text();
+    const int caret = q->hasSelectedText() ? q->selectionStart() : q->cursorPosition();
+    const Time step = q->notation().digitStep(before, caret);
+    const std::optional<Time> sum =
+        Base::exactSum(time == InvalidTime ? 0 : time, direction > 0 ? step : -step);
+    if (step == 0 || !sum || *sum == time || !q->isInRange(*sum))
         return;
     // The digit is selected before the host hears of the time, and may set another one.
-    const int fromEnd = before.size() - caret;
-    m_time = time;
+    time = *sum;
     refresh();
-    setSelection(qMax(0, text().size() - fromEnd), 1);
-    Q_EMIT timeChanged(time);
-    Q_EMIT timeChanged(time, false);
+    q->setSelection(qMax(0, q->text().size() - (before.size() - caret)), 1);
+    announce(By::User, false);
+}
+
+// The keys that the field uses must not trigger the host's shortcuts while it has the focus.
+bool TimeField::Private::isOwnKey(const QKeyEvent& key) const {
+    constexpr Qt::Key own[] = {Qt::Key_Escape, Qt::Key_Return, Qt::Key_Enter, Qt::Key_Up,
+                               Qt::Key_Down,   Qt::Key_Left,   Qt::Key_Right};
+    const bool isPlain =
+        (key.modifiers() & ~(Qt::ShiftModifier | Qt::KeypadModifier)) == Qt::NoModifier;
+    return isPlain && std::find(std::begin(own), std::end(own), key.key()) != std::end(own);
 }
 
 bool TimeField::event(QEvent* event) {
-    // The keys that the field uses must not trigger the host's shortcuts while it has the focus.
-    if (event->type() == QEvent::ShortcutOverride) {
-        const auto* key = static_cast<QKeyEvent*>(event);
-        if ((key->modifiers() & ~(Qt::ShiftModifier | Qt::KeypadModifier)) == Qt::NoModifier) {
-            switch (key->key()) {
-            case Qt::Key_Escape:
-            case Qt::Key_Return:
-            case Qt::Key_Enter:
-            case Qt::Key_Up:
-            case Qt::Key_Down:
-            case Qt::Key_Left:
-            case Qt::Key_Right:
-                event->accept();
-                return true;
-            default:
-                break;
-            }
-        }
+    if (event->type() == QEvent::ShortcutOverride && m->isOwnKey(*static_cast<QKeyEvent*>(event))) {
+        event->accept();
+        return true;
     }
     return QLineEdit::event(event);
 }
 
 void TimeField::changeEvent(QEvent* event) {
     if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange)
-        updateWidth();
+        m->updateWidth();
     QLineEdit::changeEvent(event);
 }
 
 void TimeField::focusInEvent(QFocusEvent* event) {
-    m_selectAllOnClick = event->reason() == Qt::MouseFocusReason;
+    m->selectAllOnClick = event->reason() == Qt::MouseFocusReason;
     QLineEdit::focusInEvent(event);
 }
 
@@ -221,31 +354,47 @@ void TimeField::keyPressEvent(QKeyEvent* event) {
                 break;
             }
         }
-        event->accept();
         break;
     case Qt::Key_Return:
     case Qt::Key_Enter:
         QLineEdit::keyPressEvent(event);
-        event->accept();
         break;
     case Qt::Key_Up:
     case Qt::Key_Down:
-        incrementDigit(event->key() == Qt::Key_Up ? 1 : -1);
-        event->accept();
+        m->incrementDigit(event->key() == Qt::Key_Up ? 1 : -1);
         break;
     default:
         QLineEdit::keyPressEvent(event);
+        return;
     }
+    event->accept();
 }
 
 void TimeField::mousePressEvent(QMouseEvent* event) {
-    if (m_selectAllOnClick) {
-        m_selectAllOnClick = false;
-        selectAll();
-        event->accept();
+    if (!m->selectAllOnClick) {
+        QLineEdit::mousePressEvent(event);
         return;
     }
-    QLineEdit::mousePressEvent(event);
+    m->selectAllOnClick = false;
+    m->selectingClick = event->pos();
+    selectAll();
+    event->accept();
+}
+
+void TimeField::mouseMoveEvent(QMouseEvent* event) {
+    if (m->selectingClick && event->buttons() & Qt::LeftButton) {
+        const QPoint press = *m->selectingClick;
+        if ((event->pos() - press).manhattanLength() < QApplication::startDragDistance())
+            return; // still the click that selected all
+        m->selectingClick.reset();
+        setCursorPosition(cursorPositionAt(press)); // a drag selects what it passes
+    }
+    QLineEdit::mouseMoveEvent(event);
+}
+
+void TimeField::mouseReleaseEvent(QMouseEvent* event) {
+    m->selectingClick.reset();
+    QLineEdit::mouseReleaseEvent(event);
 }
 
 void TimeField::wheelEvent(QWheelEvent* event) {
@@ -254,7 +403,9 @@ void TimeField::wheelEvent(QWheelEvent* event) {
         QLineEdit::wheelEvent(event);
         return;
     }
-    incrementDigit(delta > 0 ? 1 : -1);
+    // A digit a turn, however fast it is.
+    if (const int notches = m->wheel.add(delta))
+        m->incrementDigit(notches);
     event->accept();
 }
 

@@ -1,107 +1,208 @@
 #include <KxUI/time/TimeFormatChooser.h>
 
 #include <KxUI/time/TimeField.h>
-#include <KxUI/time/TimeFormatter.h>
 
 #include <QAction>
 #include <QActionGroup>
 #include <QMenu>
+#include <QPointer>
+#include <QVector>
 
 namespace Kestrel::UI {
 
 using Base::Time;
+using Base::TimeBase;
+
+struct TimeFormatChooser::Private {
+    TimeFormatChooser* q = nullptr;
+    QPointer<TimeFormatter> formatter;
+    QMetaObject::Connection followed;
+    QVector<QPointer<TimeField>> fields;
+    QAction* timecode = nullptr;
+    QAction* actualTimecode = nullptr;
+    QAction* edgeCode = nullptr;
+    QAction* clipFrames = nullptr;
+    QAction* timelineFrames = nullptr;
+    Time framesStart = 0;
+    Time timecodeStart = 0;
+    Time formatterStart = 0; // what the formatter said last
+    Mode mode = ClipMode;
+    bool displayTimecode = true;
+    bool displayDropFrames = false;
+
+    void makeMenu();
+    QAction* addEntry(const QString& text, void (TimeFormatChooser::*slot)());
+    void follow(bool newDisplayTimecode, bool newDisplayDropFrames, Time newStart);
+    void updateChecks();
+    void updateText();
+};
+
+TimeFormatChooser::TimeFormatChooser(QWidget* parent)
+    : TimeFormatChooser(nullptr, parent) {}
 
 TimeFormatChooser::TimeFormatChooser(TimeFormatter* formatter, QWidget* parent)
     : QToolButton(parent)
-    , m_formatter(formatter) {
+    , m(std::make_unique<Private>()) {
+    m->q = this;
     setFocusPolicy(Qt::NoFocus);
     setPopupMode(QToolButton::InstantPopup);
     setToolButtonStyle(Qt::ToolButtonTextOnly);
     setToolTip(tr("Set the time display format."));
     setAccessibleName(tr("Time display format"));
-
-    setMenu(new QMenu(this));
-    new QActionGroup(menu()); // exclusive
-    m_timecode = addEntry(tr("TC (Timecode)"), &TimeFormatChooser::showTimecode);
-    m_actualTimecode = addEntry(tr("AC (Absolute Time)"), &TimeFormatChooser::showActualTimecode);
-    m_edgeCode = addEntry(tr("EC (Edge Code)"), &TimeFormatChooser::showEdgeTimecode);
-    m_clipFrames = addEntry(tr("CF (Clip Frames)"), &TimeFormatChooser::showFrames);
-    m_timelineFrames = addEntry(tr("TF (Timeline Frames)"), &TimeFormatChooser::showFrames);
-    m_timelineFrames->setVisible(false);
-    m_timecode->setChecked(true);
-
-    if (m_formatter) {
-        connect(m_formatter, &TimeFormatter::timeFormatChanged, this,
-                &TimeFormatChooser::updateTimeDisplayFormat);
-        updateTimeDisplayFormat(m_formatter->timeBase(), m_formatter->displayTimecode(),
-                                m_formatter->displayDropFrames(), m_formatter->timecodeStart());
-    }
-    updateText();
+    m->makeMenu();
+    m->updateText();
+    setFormatter(formatter);
 }
 
 TimeFormatChooser::~TimeFormatChooser() = default;
 
-QAction* TimeFormatChooser::addEntry(const QString& text, void (TimeFormatChooser::*slot)()) {
-    QAction* action = menu()->addAction(text);
+void TimeFormatChooser::Private::makeMenu() {
+    q->setMenu(new QMenu(q));
+    new QActionGroup(q->menu()); // exclusive
+    using Self = TimeFormatChooser;
+    timecode = addEntry(tr("TC (Timecode)"), &Self::showTimecode);
+    actualTimecode = addEntry(tr("AC (Absolute Time)"), &Self::showActualTimecode);
+    edgeCode = addEntry(tr("EC (Edge Code)"), &Self::showEdgeTimecode);
+    clipFrames = addEntry(tr("CF (Clip Frames)"), &Self::showFrames);
+    timelineFrames = addEntry(tr("TF (Timeline Frames)"), &Self::showFrames);
+    timelineFrames->setVisible(false);
+    timecode->setChecked(true);
+}
+
+QAction* TimeFormatChooser::Private::addEntry(const QString& text,
+                                              void (TimeFormatChooser::*slot)()) {
+    QAction* action = q->menu()->addAction(text);
     action->setCheckable(true);
-    action->setActionGroup(menu()->findChild<QActionGroup*>());
+    action->setActionGroup(q->menu()->findChild<QActionGroup*>());
     // Checking an entry in code is no choice of the user's, so not toggled().
-    connect(action, &QAction::triggered, this, slot);
+    connect(action, &QAction::triggered, q, slot);
     return action;
 }
 
-void TimeFormatChooser::addTimefield(TimeField* field) {
-    if (!m_formatter || !field)
+void TimeFormatChooser::setFormatter(TimeFormatter* formatter) {
+    if (formatter == m->formatter)
         return;
-    connect(m_formatter, &TimeFormatter::timeFormatChanged, field, &TimeField::setTimeDisplay);
-    field->setTimeDisplay(m_formatter->timeBase(), m_formatter->displayTimecode(),
-                          m_formatter->displayDropFrames(), m_formatter->timecodeStart());
+    disconnect(m->followed);
+    const QPointer<TimeFormatChooser> guard(this);
+    const QPointer<TimeFormatter> before = m->formatter;
+    m->formatter = formatter;
+    if (formatter) {
+        m->followed =
+            connect(formatter, &TimeFormatter::timeFormatChanged, this,
+                    [this](const TimeBase&, bool displayTimecode, bool displayDropFrames,
+                           Time start) { m->follow(displayTimecode, displayDropFrames, start); });
+        // Taken over also where it is what the last formatter said.
+        m->formatterStart = Base::InvalidTime;
+        m->follow(formatter->displayTimecode(), formatter->displayDropFrames(),
+                  formatter->timecodeStart());
+    }
+    const auto fields = guard ? m->fields : decltype(m->fields)();
+    for (const QPointer<TimeField>& field : fields) {
+        if (field && field->formatter() == before) // a field may have got one of its own
+            field->setFormatter(guard ? guard->formatter() : nullptr);
+    }
+    if (guard)
+        Q_EMIT formatterChanged();
+}
+
+TimeFormatter* TimeFormatChooser::formatter() const {
+    return m->formatter;
+}
+
+void TimeFormatChooser::addTimefield(TimeField* field) {
+    if (!field)
+        return;
+    m->fields.removeAll(nullptr);
+    if (!m->fields.contains(field))
+        m->fields.append(field);
+    if (m->formatter)
+        field->setFormatter(m->formatter);
 }
 
 void TimeFormatChooser::setMode(Mode mode) {
-    if (mode == m_mode || (mode != ClipMode && mode != TimelineMode))
+    if (mode == m->mode || (mode != ClipMode && mode != TimelineMode))
         return;
-    m_mode = mode;
+    m->mode = mode;
     const bool clip = mode == ClipMode;
-    m_actualTimecode->setVisible(clip);
-    m_edgeCode->setVisible(clip);
-    m_clipFrames->setVisible(clip);
-    m_timelineFrames->setVisible(!clip);
+    m->actualTimecode->setVisible(clip);
+    m->edgeCode->setVisible(clip);
+    m->clipFrames->setVisible(clip);
+    m->timelineFrames->setVisible(!clip);
     // The check moves on from an entry that is no longer there.
-    if (clip && m_timelineFrames->isChecked())
-        m_clipFrames->setChecked(true);
-    else if (!clip && m_clipFrames->isChecked())
-        m_timelineFrames->setChecked(true);
-    else if (!clip && (m_actualTimecode->isChecked() || m_edgeCode->isChecked()))
-        m_timecode->setChecked(true);
+    if (clip && m->timelineFrames->isChecked())
+        m->clipFrames->setChecked(true);
+    else if (!clip && m->clipFrames->isChecked())
+        m->timelineFrames->setChecked(true);
+    else if (!clip && (m->actualTimecode->isChecked() || m->edgeCode->isChecked()))
+        m->timecode->setChecked(true);
+    Q_EMIT modeChanged();
+}
+
+TimeFormatChooser::Mode TimeFormatChooser::mode() const {
+    return m->mode;
 }
 
 void TimeFormatChooser::setTimecodeStart(Time framesStart, Time timecodeStart) {
-    setTimeDisplay(m_displayTimecode, m_displayDropFrames, framesStart, timecodeStart);
+    setTimeDisplay(m->displayTimecode, m->displayDropFrames, framesStart, timecodeStart);
+}
+
+void TimeFormatChooser::setFramesStart(Time framesStart) {
+    setTimecodeStart(framesStart, m->timecodeStart);
+}
+
+Time TimeFormatChooser::framesStart() const {
+    return m->framesStart;
+}
+
+void TimeFormatChooser::setTimecodeStart(Time timecodeStart) {
+    setTimecodeStart(m->framesStart, timecodeStart);
+}
+
+Time TimeFormatChooser::timecodeStart() const {
+    return m->timecodeStart;
 }
 
 void TimeFormatChooser::setTimeDisplayFormat(bool displayTimecode, bool displayDropFrames) {
-    setTimeDisplay(displayTimecode, displayDropFrames, m_framesStart, m_timecodeStart);
+    setTimeDisplay(displayTimecode, displayDropFrames, m->framesStart, m->timecodeStart);
+}
+
+void TimeFormatChooser::setDisplayTimecode(bool displayTimecode) {
+    setTimeDisplayFormat(displayTimecode, m->displayDropFrames);
+}
+
+bool TimeFormatChooser::displayTimecode() const {
+    return m->displayTimecode;
+}
+
+void TimeFormatChooser::setDisplayDropFrames(bool displayDropFrames) {
+    setTimeDisplayFormat(m->displayTimecode, displayDropFrames);
+}
+
+bool TimeFormatChooser::displayDropFrames() const {
+    return m->displayDropFrames;
 }
 
 void TimeFormatChooser::setTimeDisplay(bool displayTimecode, bool displayDropFrames,
                                        Time framesStart, Time timecodeStart) {
-    if (displayTimecode == m_displayTimecode && displayDropFrames == m_displayDropFrames &&
-        framesStart == m_framesStart && timecodeStart == m_timecodeStart)
+    if (displayTimecode == m->displayTimecode && displayDropFrames == m->displayDropFrames &&
+        framesStart == m->framesStart && timecodeStart == m->timecodeStart)
         return;
-    m_displayTimecode = displayTimecode;
-    m_displayDropFrames = displayDropFrames;
-    m_framesStart = framesStart;
-    m_timecodeStart = timecodeStart;
+    m->displayTimecode = displayTimecode;
+    m->displayDropFrames = displayDropFrames;
+    m->framesStart = framesStart;
+    m->timecodeStart = timecodeStart;
+    const QPointer<TimeFormatChooser> guard(this);
     refresh();
+    if (guard)
+        Q_EMIT displayChanged();
 }
 
 void TimeFormatChooser::showTimecode() {
-    setTimeDisplayFormat(true, m_displayDropFrames);
+    setDisplayTimecode(true);
 }
 
 void TimeFormatChooser::showFrames() {
-    setTimeDisplayFormat(false, m_displayDropFrames);
+    setDisplayTimecode(false);
 }
 
 void TimeFormatChooser::showActualTimecode() {}
@@ -109,33 +210,45 @@ void TimeFormatChooser::showActualTimecode() {}
 void TimeFormatChooser::showEdgeTimecode() {}
 
 void TimeFormatChooser::refresh() {
-    updateChecks();
-    if (m_formatter)
-        m_formatter->setTimeDisplay(m_formatter->timeBase(), m_displayTimecode, m_displayDropFrames,
-                                    m_displayTimecode ? m_timecodeStart : m_framesStart);
-    updateText();
+    const QPointer<TimeFormatChooser> guard(this);
+    m->updateChecks();
+    if (m->formatter)
+        m->formatter->setTimeDisplay(m->formatter->timeBase(), m->displayTimecode,
+                                     m->displayDropFrames,
+                                     m->displayTimecode ? m->timecodeStart : m->framesStart);
+    if (guard)
+        m->updateText();
 }
 
-void TimeFormatChooser::updateTimeDisplayFormat(Base::TimeBase, bool displayTimecode,
-                                                bool displayDropFrames, Time timecodeStart) {
-    m_displayTimecode = displayTimecode;
-    m_displayDropFrames = displayDropFrames;
-    // A start that the host gave to the formatter must not be taken back by the next choice.
-    (displayTimecode ? m_timecodeStart : m_framesStart) = timecodeStart;
+// Only what the formatter changed: the start of the notation that is not shown is the chooser's
+// own.
+void TimeFormatChooser::Private::follow(bool newDisplayTimecode, bool newDisplayDropFrames,
+                                        Time newStart) {
+    Time& start = newDisplayTimecode ? timecodeStart : framesStart;
+    const bool startChanged = newStart != formatterStart && newStart != start;
+    const bool changed = startChanged || newDisplayTimecode != displayTimecode ||
+                         newDisplayDropFrames != displayDropFrames;
+    formatterStart = newStart;
+    displayTimecode = newDisplayTimecode;
+    displayDropFrames = newDisplayDropFrames;
+    if (startChanged)
+        start = newStart;
     updateChecks();
     updateText();
+    if (changed)
+        Q_EMIT q->displayChanged();
 }
 
-void TimeFormatChooser::updateChecks() {
-    if (m_displayTimecode)
-        m_timecode->setChecked(true);
+void TimeFormatChooser::Private::updateChecks() {
+    if (displayTimecode)
+        timecode->setChecked(true);
     else
-        (m_mode == ClipMode ? m_clipFrames : m_timelineFrames)->setChecked(true);
+        (mode == ClipMode ? clipFrames : timelineFrames)->setChecked(true);
 }
 
-void TimeFormatChooser::updateText() {
-    setText(m_displayTimecode ? QStringLiteral("TC") : QStringLiteral("TF"));
-    setAccessibleDescription(m_displayTimecode ? tr("Timecode") : tr("Frames"));
+void TimeFormatChooser::Private::updateText() {
+    q->setText(displayTimecode ? QStringLiteral("TC") : QStringLiteral("TF"));
+    q->setAccessibleDescription(displayTimecode ? tr("Timecode") : tr("Frames"));
 }
 
 } // namespace Kestrel::UI

@@ -1,5 +1,6 @@
 #include <KxUI/time/TimeFormatter.h>
 
+#include <KxUI/time/TimeFieldNotation.h>
 #include <KxUI/time/TimeMetaTypes_p.h>
 
 #include <algorithm>
@@ -9,47 +10,77 @@ namespace Kestrel::UI {
 using Base::Time;
 using Base::TimeBase;
 
+struct TimeFormatter::Private {
+    TimeBase timeBase{25, false};
+    Time timecodeStart = 0;
+    bool displayTimecode = true;
+    bool displayDropFrames = false;
+};
+
 TimeFormatter::TimeFormatter(QObject* parent)
-    : QObject(parent) {
+    : QObject(parent)
+    , m(std::make_unique<Private>()) {
     registerTimeMetaTypes();
 }
 
 TimeFormatter::~TimeFormatter() = default;
 
 void TimeFormatter::setTimeBase(TimeBase timeBase) {
-    setTimeDisplay(timeBase, m_displayTimecode, m_displayDropFrames, m_timecodeStart);
+    setTimeDisplay(timeBase, m->displayTimecode, m->displayDropFrames, m->timecodeStart);
+}
+
+TimeBase TimeFormatter::timeBase() const {
+    return m->timeBase;
 }
 
 void TimeFormatter::setTimeDisplayFormat(bool displayTimecode, bool displayDropFrames) {
-    setTimeDisplay(m_timeBase, displayTimecode, displayDropFrames, m_timecodeStart);
+    setTimeDisplay(m->timeBase, displayTimecode, displayDropFrames, m->timecodeStart);
+}
+
+void TimeFormatter::setDisplayTimecode(bool displayTimecode) {
+    setTimeDisplayFormat(displayTimecode, m->displayDropFrames);
+}
+
+bool TimeFormatter::displayTimecode() const {
+    return m->displayTimecode;
+}
+
+void TimeFormatter::setDisplayDropFrames(bool displayDropFrames) {
+    setTimeDisplayFormat(m->displayTimecode, displayDropFrames);
+}
+
+bool TimeFormatter::displayDropFrames() const {
+    return m->displayDropFrames;
 }
 
 Base::Timecode::DisplayType TimeFormatter::timeDisplayFormat() const {
-    if (!m_displayTimecode)
-        return Base::Timecode::Frames;
-    return m_displayDropFrames ? Base::Timecode::DropFrameTimecode : Base::Timecode::Timecode;
+    return TimeFieldNotation::displayType(m->displayTimecode, m->displayDropFrames);
 }
 
 void TimeFormatter::setTimecodeStart(Time timecodeStart) {
-    setTimeDisplay(m_timeBase, m_displayTimecode, m_displayDropFrames, timecodeStart);
+    setTimeDisplay(m->timeBase, m->displayTimecode, m->displayDropFrames, timecodeStart);
+}
+
+Time TimeFormatter::timecodeStart() const {
+    return m->timecodeStart;
 }
 
 void TimeFormatter::setTimeDisplay(TimeBase timeBase, bool displayTimecode, bool displayDropFrames,
                                    Time timecodeStart) {
-    if (timeBase == m_timeBase && displayTimecode == m_displayTimecode &&
-        displayDropFrames == m_displayDropFrames && timecodeStart == m_timecodeStart)
+    if (timeBase == m->timeBase && displayTimecode == m->displayTimecode &&
+        displayDropFrames == m->displayDropFrames && timecodeStart == m->timecodeStart)
         return;
-    m_timeBase = timeBase;
-    m_displayTimecode = displayTimecode;
-    m_displayDropFrames = displayDropFrames;
-    m_timecodeStart = timecodeStart;
-    Q_EMIT timeFormatChanged(m_timeBase, m_displayTimecode, m_displayDropFrames, m_timecodeStart);
+    m->timeBase = timeBase;
+    m->displayTimecode = displayTimecode;
+    m->displayDropFrames = displayDropFrames;
+    m->timecodeStart = timecodeStart;
+    Q_EMIT timeFormatChanged(timeBase, displayTimecode, displayDropFrames, timecodeStart);
 }
 
 QString TimeFormatter::formatTime(Time time) const {
     char text[Base::Timecode::MaximumLength];
-    const std::size_t length = Base::Timecode::format(text, time, m_timeBase, timeDisplayFormat(),
-                                                      false, std::max<Time>(m_timecodeStart, 0));
+    const std::size_t length = Base::Timecode::format(text, time, m->timeBase, timeDisplayFormat(),
+                                                      false, std::max<Time>(m->timecodeStart, 0));
     return QString::fromLatin1(text, static_cast<int>(length));
 }
 

@@ -1,30 +1,18 @@
 #include <KxUI/time/TimeSlider.h>
 
 #include <KxUI/time/TimeFormatter.h>
-#include <KxUI/time/TimeGlyphs_p.h>
 #include <KxUI/time/TimeMetaTypes_p.h>
 #include <KxUI/time/TimeSliderAccessible_p.h>
-#include <KxUI/time/TimeSliderColors_p.h>
-#include <KxUI/time/TimeSliderDrag_p.h>
-#include <KxUI/time/TimeSliderGeometry_p.h>
-#include <KxUI/time/TimeSliderIndicators_p.h>
-#include <KxUI/time/TimeSliderPainter_p.h>
+#include <KxUI/time/TimeSliderPrivate_p.h>
 
-#include <QAccessible>
-#include <QApplication>
-#include <QBasicTimer>
-#include <QCursor>
 #include <QGestureEvent>
-#include <QImage>
+#include <QGuiApplication>
 #include <QKeyEvent>
-#include <QLabel>
 #include <QPaintEvent>
 #include <QPainter>
-#include <QPointer>
-#include <QtMath>
 
-#include <algorithm>
 #include <cmath>
+#include <cstdlib>
 
 namespace Kestrel::UI {
 namespace {
@@ -32,443 +20,78 @@ namespace {
 using Base::InvalidTime;
 using Base::Time;
 using Geometry = TimeSliderGeometry;
+using Settings = TimeSliderSettings;
 
-constexpr int FontPixels = 9;
 constexpr int HoverAlpha = 140;
 constexpr int DoublePlayheadAlpha = 100;
-constexpr int AutoScrollMilliseconds = 100;
-constexpr float WheelStep = 1.1F;
-constexpr float WheelStepBack = 0.9090909F;
-constexpr int WheelNotch = 120;
-
-struct Settings {
-    QColor inOutMarker = Qt::magenta;
-    QColor keyFrame = Qt::magenta;
-    QColor standardPlayhead = Qt::magenta;
-    bool doublePlayhead = false;
-    bool followPlayhead = true;
-};
-
-Settings& settings() {
-    static Settings all;
-    return all;
-}
-
-// The pop-up of the one slider whose derived handle is being dragged.
-QPointer<QLabel>& timePopup() {
-    static QPointer<QLabel> popup;
-    return popup;
-}
 
 } // namespace
 
-struct TimeSlider::Private {
-    TimeSlider* q = nullptr;
-    QPointer<TimeSliderModel> model;
-    QPointer<TimeFormatter> formatter;
-    int options = 0;
-    int scrollMode = 2;
-
-    TimeSliderDrag drag;
-    Time currentTime = InvalidTime;
-    Time hoverTime = InvalidTime;
-    bool rangeBarHover = false;
-    QColor playheadColor;
-    QBasicTimer autoScrollTimer;
-    float pendingZoom = 1; // of gestures too small to show
-    float pendingPan = 0;  // likewise, in pixels
-    bool settingRange = false;
-
-    // What the off-screen image was rendered for.
-    bool sliderDirty = true;
-    QImage sliderImage;
-    qreal scale = 1;
-    qint64 paletteKey = -1;
-    QPalette::ColorGroup colorGroup = QPalette::Active;
-    QColor imageMarkerColor;
-    TimeSliderColors colors;
-    TimeGlyphs glyphs;
-
-    TimeSliderIndicators indicators;
-    bool indicatorUpdateQueued = false;
-    TimeSliderColumns dirtyColumns;
-
-    bool isMain() const { return (options & MainTransport) != 0; }
-
-    // -- What is where
-
-    TimeSliderRange visible() const {
-        return model ? TimeSliderRange{model->firstVisibleTime(), model->lastVisibleTime()}
-                     : TimeSliderRange{};
-    }
-
-    Geometry geometry() const {
-        Geometry geometry;
-        geometry.width = q->width();
-        geometry.height = q->height();
-        geometry.visible = visible();
-        if (model)
-            geometry.clip = {model->startTime(), model->endTime()};
-        return geometry;
-    }
-
-    TimeSliderScene scene() const {
-        TimeSliderScene scene;
-        scene.geometry = geometry();
-        scene.currentTime = currentTime;
-        if (model && model->inOutLock()) {
-            scene.inTime = model->inTime();
-            scene.outTime = model->outTime();
-        }
-        scene.mainTransport = isMain();
-        scene.startDragDistance = QApplication::startDragDistance();
-        return scene;
-    }
-
-    TimeSliderRange playback() const {
-        if (!model)
-            return {};
-        TimeSliderRange range{model->startTime(), model->endTime()};
-        if (model->inOutLock() && model->inTime() != InvalidTime)
-            range.first = model->inTime();
-        if (model->inOutLock() && model->outTime() != InvalidTime)
-            range.last = model->outTime();
-        return range;
-    }
-
-    QString text(TimeSliderTime time) const {
-        return formatter ? formatter->formatTime(time.time()) : QString();
-    }
-
-    // Whether there is a place for a playhead at this time.
-    bool isShown(Time time) const {
-        const Geometry ruler = geometry();
-        return ruler.hasClip() && ruler.visible.first <= time && ruler.visible.last + 1 >= time;
-    }
-
-    QColor colorAt(Time time) const {
-        if (model && model->keyFrames().count(time) != 0)
-            return settings().keyFrame;
-        return playheadColor.isValid() ? playheadColor : settings().standardPlayhead;
-    }
-
-    QRegion playheadRegion(Time time) const {
-        if (!isShown(time))
-            return {};
-        const Geometry ruler = geometry();
-        const int x = ruler.timeToX(time);
-        constexpr int top = TimeSliderPainter::PlayheadTop - 1;
-        const int bottom = isMain() ? q->height() : TimeSliderPainter::PlayheadTip + 1;
-        QRegion region(TimeSliderPainter::playheadTextRect(ruler, glyphs, scale, time, text(time)) |
-                       QRect(x - 7, top, 15, bottom - top));
-        if (isMain() && settings().doublePlayhead) {
-            const int end = ruler.timeToX((TimeSliderTime(time) + 1).time());
-            region += QRect(end - 1, Geometry::Margin, 3, q->height() - Geometry::Margin);
-        }
-        return region;
-    }
-
-    // -- Changes
-
-    void setHover(Time time) {
-        if (time == hoverTime)
-            return;
-        q->update(playheadRegion(hoverTime) + playheadRegion(time));
-        hoverTime = time;
-    }
-
-    void setRangeBarHover(bool on) {
-        if (on == rangeBarHover)
-            return;
-        rangeBarHover = on;
-        sliderDirty = true;
-        q->update(QRegion(0, 0, q->width(), Geometry::Margin) + playheadRegion(hoverTime));
-    }
-
-    void hoverAt(const QPoint& position) {
-        const Geometry ruler = geometry();
-        setHover(ruler.hasClip() ? ruler.xToTime(position.x()) : InvalidTime);
-        setRangeBarHover(ruler.hasClip() && position.y() < Geometry::Margin);
-    }
-
-    void setCurrentTime(Time time) {
-        q->update(playheadRegion(currentTime) + playheadRegion(time));
-        currentTime = time;
-        QAccessibleValueChangeEvent change(q, qlonglong{time});
-        QAccessible::updateAccessibility(&change);
-        if (settings().followPlayhead && isMain() && !drag.isActive())
-            q->scrollTimeVisible(time);
-    }
-
-    // Moves a range that starts before frame 0, where the transport must not go.
-    TimeSliderRange allowed(const TimeSliderRange& range) const {
-        return isMain() && range.first < 0 ? range.shifted(TimeSliderTime(0) - range.first) : range;
-    }
-
-    // At most one update a turn of the event loop, however many frames are reported one by one.
-    void queueIndicatorUpdate(const TimeSliderColumns& columns) {
-        const int x = std::max(columns.x, 0);
-        const int end = std::min(columns.end, q->width());
-        if (x >= end)
-            return;
-        if (indicatorUpdateQueued) {
-            dirtyColumns = {std::min(dirtyColumns.x, x), std::max(dirtyColumns.end, end)};
-            return;
-        }
-        indicatorUpdateQueued = true;
-        dirtyColumns = {x, end};
-        const auto update = [this] {
-            indicatorUpdateQueued = false;
-            q->update(indicators.area(dirtyColumns));
-        };
-        QMetaObject::invokeMethod(q, update, Qt::QueuedConnection);
-    }
-
-    // Zooms by a part of a step. What rounds to no change is kept for the next time, since a range
-    // of few frames would otherwise jump by a frame at every touch of a trackpad.
-    void zoomGradually(Time about, float factor) {
-        pendingZoom *= factor;
-        const bool isSmall = pendingZoom < WheelStep && pendingZoom > WheelStepBack;
-        if (isSmall && zoomedRangeByRounding(visible(), about, pendingZoom) == visible())
-            return;
-        q->zoomAboutTime(about, pendingZoom);
-    }
-
-    void gesture(QGestureEvent* event) {
-        if (auto* pinch = static_cast<QPinchGesture*>(event->gesture(Qt::PinchGesture))) {
-            const auto factor = static_cast<float>(pinch->scaleFactor());
-            if (factor > 0 && factor != 1 && std::isfinite(factor)) {
-                const QPoint centre = q->mapFromGlobal(pinch->centerPoint().toPoint());
-                zoomGradually(geometry().xToTime(centre.x()), factor);
-            }
-            event->accept(pinch);
-        }
-        if (auto* pan = static_cast<QPanGesture*>(event->gesture(Qt::PanGesture))) {
-            const Geometry ruler = geometry();
-            pendingPan += static_cast<float>(pan->delta().x());
-            const TimeSliderTime time = ruler.pixelsToTime(pendingPan);
-            if (time.isValid() && time != 0) {
-                pendingPan -= time.toFloat() / ruler.visible.length().toFloat() *
-                              static_cast<float>(ruler.innerWidth());
-                q->pan(time.time());
-            }
-            event->accept(pan);
-        }
-    }
-
-    // -- Drags
-
-    void run(const TimeSliderCommands& commands, QMouseEvent* event) {
-        for (const TimeSliderCommand& command : commands)
-            run(command, event);
-    }
-
-    void run(const TimeSliderCommand& command, QMouseEvent* event) {
-        const Time first = command.first.time();
-        switch (command.kind) {
-        case TimeSliderCommand::AllowTimeUpdates:
-            emit q->setDoUpdateTime(true);
-            break;
-        case TimeSliderCommand::HoldTimeUpdates:
-            emit q->setDoUpdateTime(false);
-            break;
-        case TimeSliderCommand::BeginTimeDrag: {
-            const Time times[] = {first, command.second.time()};
-            emit q->beginTimeDrag(drag.handle(), times);
-            break;
-        }
-        case TimeSliderCommand::UpdateTimeDrag:
-            if (model) {
-                Time times[] = {model->inTime(), model->outTime()};
-                if (drag.handle() == OutHandle)
-                    times[0] = model->outTime();
-                else if (drag.handle() == PlayheadHandle)
-                    times[0] = model->currentTime();
-                emit q->updateTimeDrag(times);
-            }
-            break;
-        case TimeSliderCommand::EndTimeDrag:
-            emit q->endTimeDrag();
-            break;
-        case TimeSliderCommand::SetInTime:
-            if (model)
-                model->setInTime(first, true);
-            break;
-        case TimeSliderCommand::SetOutTime:
-            if (model)
-                model->setOutTime(first, true);
-            break;
-        case TimeSliderCommand::SetInAndOutTime:
-            if (model)
-                model->setTimes(model->startTime(), first, command.second.time(), model->endTime(),
-                                model->currentTime());
-            break;
-        case TimeSliderCommand::SetCurrentTime:
-            if (model)
-                model->setCurrentTime(first);
-            break;
-        case TimeSliderCommand::SetFirstVisible:
-            q->setFirstVisibleTime(first);
-            break;
-        case TimeSliderCommand::SetLastVisible:
-            q->setLastVisibleTime(first);
-            break;
-        case TimeSliderCommand::SetVisibleRange:
-            q->setTimeRange(command.first, command.second);
-            break;
-        case TimeSliderCommand::RedrawRectangle:
-            q->redraw();
-            break;
-        case TimeSliderCommand::InOutTimesModified:
-            emit q->inOutTimesModified();
-            break;
-        case TimeSliderCommand::ZoomOrPanChanged:
-            emit q->zoomOrPanChanged();
-            break;
-        case TimeSliderCommand::RightOrMidClicked:
-            emit q->rightOrMidClicked();
-            break;
-        case TimeSliderCommand::StartAutoScroll:
-            autoScrollTimer.start(AutoScrollMilliseconds, q);
-            break;
-        case TimeSliderCommand::StopAutoScroll:
-            autoScrollTimer.stop();
-            break;
-        case TimeSliderCommand::ClearHover:
-            setHover(InvalidTime);
-            break;
-        case TimeSliderCommand::AskDerivedClass:
-            if (q->pressHandle(event))
-                drag.beginDerived();
-            else
-                run(drag.beginPlayhead(scene()), event);
-            break;
-        }
-    }
-
-    void autoScroll() {
-        const QPoint cursor = q->mapFromGlobal(QCursor::pos());
-        const TimeSliderTime by = geometry().autoScroll(cursor.x());
-        if (!drag.isActive() || !by.isValid() || by == 0)
-            return;
-        const TimeSliderRange range = visible().shifted(by);
-        q->setTimeRange(range.first, range.last);
-        drag.forgetLastMove();
-        QMouseEvent move(QEvent::MouseMove, cursor, q->mapToGlobal(cursor), Qt::NoButton,
-                         Qt::LeftButton, QApplication::keyboardModifiers());
-        q->mouseMoveEvent(&move);
-    }
-
-    void showTimePopup(Time time) {
-        QPointer<QLabel>& popup = timePopup();
-        if (!popup) {
-            popup = new QLabel(q, Qt::ToolTip);
-            popup->setAttribute(Qt::WA_ShowWithoutActivating);
-            popup->setAttribute(Qt::WA_TransparentForMouseEvents);
-            popup->setMargin(3);
-        }
-        popup->setText(text(time));
-        popup->adjustSize();
-        int x = std::min(geometry().timeToX(time) - 50, q->width());
-        x = std::max(x, -popup->width() / 2);
-        popup->move(q->mapToGlobal(QPoint(x, -26)));
-        popup->show();
-    }
-
-    void hideTimePopup() { delete timePopup(); }
-
-    // -- Painting
-
-    void prepareGlyphs(qreal paintScale) {
-        scale = paintScale;
-        glyphs.prepare(q->font(), FontPixels, paintScale);
-    }
-
-    // Brings the image up to date with everything it depends on.
-    void ensureSliderImage(qreal paintScale) {
-        const QPalette& palette = q->palette();
-        const bool paletteChanged =
-            palette.cacheKey() != paletteKey || palette.currentColorGroup() != colorGroup;
-        const QSize size(qCeil(q->width() * paintScale), qCeil(q->height() * paintScale));
-        if (paletteChanged) {
-            paletteKey = palette.cacheKey();
-            colorGroup = palette.currentColorGroup();
-            colors = TimeSliderColors::of(palette);
-        }
-        if (!sliderDirty && !paletteChanged && size == sliderImage.size() && paintScale == scale &&
-            imageMarkerColor == settings().inOutMarker)
-            return;
-        sliderDirty = false;
-        imageMarkerColor = settings().inOutMarker;
-        prepareGlyphs(paintScale);
-        if (size != sliderImage.size())
-            sliderImage = QImage(size, QImage::Format_RGB32);
-        sliderImage.fill(colors.window);
-        QPainter painter(&sliderImage);
-        painter.scale(paintScale, paintScale);
-        QFont font = q->font();
-        font.setStyleStrategy(QFont::PreferDefault);
-        font.setPixelSize(FontPixels);
-        painter.setFont(font);
-        q->paintSlider(painter);
-    }
-
-    TimeSliderPainter painterFor(QPainter& painter, const Geometry& ruler) {
-        return {painter, ruler, playback(), colors, glyphs, formatter};
-    }
-
-    void paintBelowPlayhead(QPainter& painter, const QRegion& region) const {
-        const DeviceSpace device(painter);
-        const bool hasClip = geometry().hasClip();
-        for (const QRect& rect : region) {
-            const QRect part = device(rect);
-            painter.drawImage(part.topLeft(), sliderImage, part);
-            if (hasClip)
-                indicators.draw(painter, device, rect);
-        }
-    }
-};
-
-TimeSlider::TimeSlider(TimeSliderModel* model, TimeFormatter* formatter, int numCacheBars,
-                       int options)
-    : m(std::make_unique<Private>()) {
+TimeSlider::TimeSlider(QWidget* parent)
+    : QWidget(parent)
+    , m(std::make_unique<Private>(this)) {
     registerTimeMetaTypes();
     qRegisterMetaType<HandleType>("Kestrel::UI::TimeSlider::HandleType");
     TimeSliderAccessible::install();
+    m->indicators.setBars(1);
+    m->setUpWidget();
+}
 
-    m->q = this;
-    m->model = model;
-    m->formatter = formatter;
-    m->options = options;
+TimeSlider::TimeSlider(TimeSliderModel* model, TimeFormatter* formatter, int numCacheBars,
+                       int options)
+    : TimeSlider() {
+    m->options = Options(options);
     m->indicators.setBars(numCacheBars);
-    m->prepareGlyphs(devicePixelRatioF());
-    setAttribute(Qt::WA_OpaquePaintEvent);
-    setAttribute(Qt::WA_MouseTracking);
-    setAutoFillBackground(true);
-    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
-    setContextMenuPolicy(Qt::PreventContextMenu);
-    setFocusPolicy(Qt::TabFocus); // a click must not take the keyboard from the viewer
-    grabGesture(Qt::PanGesture);
-    grabGesture(Qt::PinchGesture);
-
-    if (model) {
-        m->currentTime = model->currentTime();
-        connect(model, &TimeSliderModel::timeChanged, this, &TimeSlider::timeChanged);
-        connect(model, &TimeSliderModel::inOutTimesModified, this, &TimeSlider::redraw);
-        connect(model, &QObject::destroyed, this, &TimeSlider::redraw);
-    }
-    if (formatter)
-        connect(formatter, &TimeFormatter::timeFormatChanged, this, &TimeSlider::redraw);
+    setModel(model);
+    setFormatter(formatter);
 }
 
 TimeSlider::~TimeSlider() = default;
+
+void TimeSlider::setModel(TimeSliderModel* model) {
+    if (model == m->model)
+        return;
+    const QPointer<TimeSlider> guard(this);
+    m->run(m->drag.cancel(), nullptr);
+    if (!guard)
+        return;
+    for (const QMetaObject::Connection& connection : m->modelConnections)
+        disconnect(connection);
+    m->model = model;
+    m->followModel();
+    Q_EMIT modelChanged();
+}
 
 TimeSliderModel* TimeSlider::model() const {
     return m->model;
 }
 
+void TimeSlider::setFormatter(TimeFormatter* formatter) {
+    if (formatter == m->formatter)
+        return;
+    disconnect(m->formatterConnection);
+    m->formatter = formatter;
+    if (formatter)
+        m->formatterConnection =
+            connect(formatter, &TimeFormatter::timeFormatChanged, this, &TimeSlider::redraw);
+    redraw();
+    Q_EMIT formatterChanged();
+}
+
 TimeFormatter* TimeSlider::formatter() const {
     return m->formatter;
+}
+
+void TimeSlider::setOptions(Options options) {
+    if (options == m->options)
+        return;
+    m->options = options;
+    redraw();
+    Q_EMIT settingsChanged();
+}
+
+TimeSlider::Options TimeSlider::options() const {
+    return m->options;
 }
 
 QSize TimeSlider::sizeHint() const {
@@ -506,22 +129,7 @@ Time TimeSlider::lastVisibleTime() const {
 }
 
 void TimeSlider::setTimeRange(TimeSliderTime first, TimeSliderTime last) {
-    if (!m->model)
-        return;
-    const TimeSliderRange range = m->allowed({first, last});
-    m->pendingZoom = 1;
-    m->settingRange = true;
-    // In the order in which neither end pushes the other.
-    if (range.first > m->model->lastVisibleTime()) {
-        m->model->setLastVisibleTime(range.last);
-        m->model->setFirstVisibleTime(range.first);
-    } else {
-        m->model->setFirstVisibleTime(range.first);
-        m->model->setLastVisibleTime(range.last);
-    }
-    m->settingRange = false;
-    emit rangeChanged(firstVisibleTime(), lastVisibleTime());
-    updateIndicatorBars();
+    m->storeRange(m->allowed({first, last}));
 }
 
 void TimeSlider::scrollToTime(Time time) {
@@ -537,21 +145,28 @@ void TimeSlider::zoomAboutTime(Time time, float factor) {
 void TimeSlider::zoomAboutTime(Time time, float factor, TimeSliderTime first, TimeSliderTime last) {
     if (!(factor > 0) || !std::isfinite(factor))
         return;
+    const QPointer<TimeSlider> guard(this);
     const TimeSliderRange range = zoomedRange({first, last}, time, factor);
     setTimeRange(range.first, range.last);
-    emit zoomOrPanChanged();
+    if (guard)
+        Q_EMIT zoomOrPanChanged();
 }
 
 void TimeSlider::pan(Time time) {
     if (time == 0 || time == InvalidTime)
         return;
+    const QPointer<TimeSlider> guard(this);
     const TimeSliderRange range = m->visible().shifted(-time);
     setTimeRange(range.first, range.last);
-    emit zoomOrPanChanged();
+    if (guard)
+        Q_EMIT zoomOrPanChanged();
 }
 
 void TimeSlider::setScrollMode(int mode) {
+    if (mode == m->scrollMode)
+        return;
     m->scrollMode = mode;
+    Q_EMIT settingsChanged();
 }
 
 int TimeSlider::scrollMode() const {
@@ -568,6 +183,15 @@ Time TimeSlider::XToClipTime(int x) const {
 
 int TimeSlider::clipXToVisible(int x) const {
     return m->geometry().clampX(x);
+}
+
+void TimeSlider::setNumCacheBars(int bars) {
+    if (std::max(bars, 0) == m->indicators.bars())
+        return;
+    m->indicators.setBars(bars);
+    m->indicators.invalidate();
+    update();
+    Q_EMIT settingsChanged();
 }
 
 int TimeSlider::numCacheBars() const {
@@ -597,14 +221,20 @@ void TimeSlider::setPlayheadColor(const QColor& color) {
         return;
     m->playheadColor = color;
     update(m->playheadRegion(m->currentTime) + m->playheadRegion(m->hoverTime));
+    Q_EMIT settingsChanged();
+}
+
+QColor TimeSlider::playheadColor() const {
+    return m->playheadColor;
 }
 
 void TimeSlider::setPreviewPlayhead(Time time) {
+    m->hover.reset();
     m->setHover(time);
 }
 
 void TimeSlider::clearPreviewPlayhead() {
-    m->setHover(InvalidTime);
+    m->endHover();
 }
 
 TimeSlider::HandleType TimeSlider::dragHandle() const {
@@ -612,40 +242,43 @@ TimeSlider::HandleType TimeSlider::dragHandle() const {
 }
 
 void TimeSlider::SetInOutMarkerColor(const QColor& color) {
-    settings().inOutMarker = color;
+    Settings::all().inOutMarker = color;
 }
 
 QColor TimeSlider::InOutMarkerColor() {
-    return settings().inOutMarker;
+    return Settings::all().inOutMarker;
 }
 
 void TimeSlider::SetKeyFrameColor(const QColor& color) {
-    settings().keyFrame = color;
+    Settings::all().keyFrame = color;
 }
 
 void TimeSlider::SetStandardPlayheadColor(const QColor& color) {
-    settings().standardPlayhead = color;
+    Settings::all().standardPlayhead = color;
 }
 
 QColor TimeSlider::StandardPlayheadColor() {
-    return settings().standardPlayhead;
+    return Settings::all().standardPlayhead;
 }
 
 void TimeSlider::SetUseDoublePlayhead(bool on) {
-    settings().doublePlayhead = on;
+    Settings::all().doublePlayhead = on;
 }
 
 void TimeSlider::SetVisibleRangeFollowsPlayhead(bool on) {
-    settings().followPlayhead = on;
+    Settings::all().followPlayhead = on;
 }
 
 void TimeSlider::timeChanged(TimeSliderModel::TimeFlags flags) {
     using Model = TimeSliderModel;
     const TimeSliderModel::TimeFlags range = Model::FirstVisibleTime | Model::LastVisibleTime;
-    if (flags & (range | Model::StartTime | Model::EndTime | Model::InTime | Model::OutTime))
+    const TimeSliderModel::TimeFlags clip = Model::StartTime | Model::EndTime;
+    if (flags & (range | clip | Model::InTime | Model::OutTime))
         redraw();
     if ((flags & range) && !m->settingRange)
         updateIndicatorBars();
+    if ((flags & (range | clip)) && !m->settingRange)
+        m->hoverAgain();
     if (flags & Model::KeyFrames) {
         m->indicators.invalidate();
         m->queueIndicatorUpdate({0, width()});
@@ -705,7 +338,7 @@ void TimeSlider::paintSlider(QPainter& painter) {
     TimeSliderPainter foreground = m->painterFor(painter, ruler);
     foreground.paintRangeBar(m->rangeBarHover);
     if (m->model->inOutLock())
-        foreground.paintMarks(m->model->inTime(), m->model->outTime(), settings().inOutMarker);
+        foreground.paintMarks(m->model->inTime(), m->model->outTime(), Settings::all().inOutMarker);
     foreground.paintZoomRectangle(m->drag.zoomRectangle());
 }
 
@@ -718,7 +351,7 @@ void TimeSlider::paintPlayHead(QPainter& painter) {
     if (!m->isShown(m->currentTime))
         return;
     const QColor color = m->colorAt(m->currentTime);
-    if (m->isMain() && settings().doublePlayhead) {
+    if (m->isMain() && Settings::all().doublePlayhead) {
         QColor faint = color;
         faint.setAlpha(DoublePlayheadAlpha);
         const Geometry ruler = m->geometry();
@@ -745,21 +378,35 @@ bool TimeSlider::pressHandle(QMouseEvent*) {
 
 void TimeSlider::releaseHandle(QMouseEvent*) {}
 
+void TimeSlider::takeBackHandle() {}
+
 void TimeSlider::moveHandle(QMouseEvent*, Time) {}
 
 void TimeSlider::paintExtra(QPainter&) {}
 
 void TimeSlider::announceTimeDrag(HandleType handle, const Time* times) {
+    if (!times)
+        return;
     m->drag.setAnnounced();
-    emit beginTimeDrag(handle, times);
+    Q_EMIT beginTimeDrag(handle, times);
 }
 
 bool TimeSlider::event(QEvent* event) {
-    if (event->type() == QEvent::Gesture) {
-        m->gesture(static_cast<QGestureEvent*>(event));
-        return true;
+    if (event->type() != QEvent::Gesture)
+        return QWidget::event(event);
+    const QPointer<TimeSlider> guard(this);
+    auto* gestures = static_cast<QGestureEvent*>(event);
+    if (auto* pinch = static_cast<QPinchGesture*>(gestures->gesture(Qt::PinchGesture))) {
+        gestures->accept(pinch);
+        m->pinch(*pinch);
     }
-    return QWidget::event(event);
+    if (!guard)
+        return true;
+    if (auto* pan = static_cast<QPanGesture*>(gestures->gesture(Qt::PanGesture))) {
+        gestures->accept(pan);
+        m->panBy(*pan);
+    }
+    return true;
 }
 
 void TimeSlider::paintEvent(QPaintEvent* event) {
@@ -767,7 +414,7 @@ void TimeSlider::paintEvent(QPaintEvent* event) {
     m->ensureSliderImage(deviceScale(painter));
     static const std::set<Time> none;
     m->indicators.update(m->geometry(), m->scale, m->model ? m->model->keyFrames() : none,
-                         settings().keyFrame);
+                         Settings::all().keyFrame);
     m->paintBelowPlayhead(painter, event->region());
     paintPlayHead(painter);
     if (hasFocus()) {
@@ -778,6 +425,7 @@ void TimeSlider::paintEvent(QPaintEvent* event) {
 
 void TimeSlider::resizeEvent(QResizeEvent*) {
     m->sliderDirty = true;
+    m->hoverAgain();
     updateIndicatorBars();
 }
 
@@ -794,52 +442,52 @@ void TimeSlider::changeEvent(QEvent* event) {
         break;
     }
     QWidget::changeEvent(event);
+    if (event->type() == QEvent::EnabledChange && !isEnabled())
+        m->run(m->drag.cancel(), nullptr); // no release will come
 }
 
 void TimeSlider::hideEvent(QHideEvent* event) {
-    if (m->drag.isActive()) {
-        m->hideTimePopup();
-        m->run(m->drag.cancel(), nullptr);
-    }
     QWidget::hideEvent(event);
+    m->run(m->drag.cancel(), nullptr);
 }
 
 void TimeSlider::mousePressEvent(QMouseEvent* event) {
+    m->mouse = event->pos();
+    m->sawButton = QGuiApplication::mouseButtons() & event->button();
     m->run(m->drag.press(m->scene(), {event->x(), event->y(), event->button(), event->modifiers()}),
            event);
 }
 
 void TimeSlider::mouseMoveEvent(QMouseEvent* event) {
+    const QPointer<TimeSlider> guard(this);
+    if (!(event->buttons() & m->drag.button())) // the release went elsewhere, or there is no drag
+        m->run(m->drag.cancel(), event);
+    if (!guard)
+        return;
     if (!m->drag.isActive()) {
-        m->hoverAt(event->pos());
+        if (m->drag.button() == Qt::NoButton)
+            m->hoverAt(event->pos());
         return;
     }
     if (m->drag.isAt(event->x()))
         return;
+    m->mouse = event->pos();
     Time time = InvalidTime;
     if (m->drag.isToTime()) {
         time = m->drag.timeAt(m->scene(), event->x());
         if (!(event->modifiers() & Qt::ShiftModifier))
-            emit snapTime(time);
+            Q_EMIT snapTime(time);
     }
-    m->run(m->drag.move(m->scene(), event->x(), time), event);
-    if (m->drag.handle() == DerivedHandle) {
-        m->showTimePopup(time);
-        moveHandle(event, time);
-    }
+    if (guard)
+        m->run(m->drag.move(m->scene(), event->x(), time), event);
 }
 
 void TimeSlider::mouseReleaseEvent(QMouseEvent* event) {
-    if (!m->drag.endsWith(event->button()))
-        return;
-    m->hideTimePopup();
-    if (m->drag.handle() == DerivedHandle)
-        releaseHandle(event);
-    m->run(m->drag.release(), event);
+    m->run(m->drag.release(event->button()), event);
 }
 
 void TimeSlider::leaveEvent(QEvent* event) {
-    m->setHover(InvalidTime);
+    m->endHover();
     m->setRangeBarHover(false);
     QWidget::leaveEvent(event);
 }
@@ -852,11 +500,8 @@ void TimeSlider::wheelEvent(QWheelEvent* event) {
         return;
     }
     const Time time = XToClipTime(position.x());
-    if (std::abs(delta.y()) >= WheelNotch)
-        zoomAboutTime(time, delta.y() > 0 ? WheelStep : WheelStepBack);
-    else
-        m->zoomGradually(time, std::pow(WheelStep, static_cast<float>(delta.y()) / WheelNotch));
     event->accept();
+    m->zoomByWheel(time, delta.y());
 }
 
 void TimeSlider::keyPressEvent(QKeyEvent* event) {

@@ -2,6 +2,7 @@
 
 #include <KxUI/Export.h>
 #include <KxUI/base/FrameSet.h>
+#include <KxUI/time/TimeFormatter.h>
 #include <KxUI/time/TimeSliderModel.h>
 #include <KxUI/time/TimeSliderTime.h>
 
@@ -11,11 +12,7 @@
 
 #include <memory>
 
-class QGestureEvent;
-
 namespace Kestrel::UI {
-
-class TimeFormatter;
 
 /** The timeline strip under a viewer: a ruler over the visible part of a TimeSliderModel, an
    overview of the whole clip along the top, the playback range and its marks, keyframes, what the
@@ -31,10 +28,22 @@ class TimeFormatter;
     What does not depend on the current time is rendered into an image in device pixels and rendered
     again only after a change; a moving playhead repaints no more than where it was and is.
 
+    Escape, or the right button while the left one drags, takes a drag back: everything is as it was
+    at the press, and the mouse does nothing until the release.
+
     The model and the formatter are borrowed. Either may be deleted before the slider, which is then
-    empty. GUI thread only. */
+    empty. Interface thread. */
 class KXUI_EXPORT TimeSlider : public QWidget {
     Q_OBJECT
+    Q_PROPERTY(Kestrel::UI::TimeSliderModel* model READ model WRITE setModel NOTIFY modelChanged
+                   DESIGNABLE false)
+    Q_PROPERTY(Kestrel::UI::TimeFormatter* formatter READ formatter WRITE setFormatter NOTIFY
+                   formatterChanged DESIGNABLE false)
+    Q_PROPERTY(Options options READ options WRITE setOptions NOTIFY settingsChanged)
+    Q_PROPERTY(int numCacheBars READ numCacheBars WRITE setNumCacheBars NOTIFY settingsChanged)
+    Q_PROPERTY(int scrollMode READ scrollMode WRITE setScrollMode NOTIFY settingsChanged)
+    Q_PROPERTY(
+        QColor playheadColor READ playheadColor WRITE setPlayheadColor NOTIFY settingsChanged)
 
 public:
     /** What a drag moves. */
@@ -54,24 +63,39 @@ public:
     };
     Q_ENUM(HandleType)
 
-    /** Bits of the constructor's `options`. */
+    /** What kind of slider it is. */
     enum Option {
         /** The main transport slider: the playhead gets its line and, if set, its double; the
            visible range follows it and never starts before frame 0; drags scroll past the edges. */
         MainTransport = 1
     };
+    /** Bits of Option. */
+    Q_DECLARE_FLAGS(Options, Option)
+    Q_FLAG(Options)
 
     /** Frames as a set of intervals. */
     using FrameSet = Base::FrameSet;
 
+    /** An empty slider with one cache bar and no options; setModel() and setFormatter() fill it. */
+    explicit TimeSlider(QWidget* parent = nullptr);
+
     /** A slider with `numCacheBars` cache bars, without a parent. `options` is made of Option.
-        Without a model (null) it stays empty. */
+        Model and formatter may be null, as for setModel() and setFormatter(). */
     TimeSlider(TimeSliderModel* model, TimeFormatter* formatter, int numCacheBars, int options);
     ~TimeSlider() override;
 
-    /** What the slider shows and formats with; null once deleted. */
+    /** What the slider shows and edits, from now on and with its present times. A drag ends.
+       Without a model (null, or once it is deleted) the slider is empty. */
+    void setModel(TimeSliderModel* model);
     TimeSliderModel* model() const;
+
+    /** How the slider writes times; without a formatter they have no texts. */
+    void setFormatter(TimeFormatter* formatter);
     TimeFormatter* formatter() const;
+
+    /** What kind of slider it is. */
+    void setOptions(Options options);
+    Options options() const;
 
     QSize sizeHint() const override;
 
@@ -129,7 +153,8 @@ public:
        frames may be reported at little cost: the bars repaint at most once a turn of the event
        loop.
         @{ */
-    /** As the constructor was told. */
+    /** How many there are; none for a negative number. A bar that goes takes its frames along. */
+    void setNumCacheBars(int bars);
     int numCacheBars() const;
     /** One frame is cached, or no longer. */
     void displayFrameAsCached(Base::Time frame, int bar);
@@ -143,8 +168,9 @@ public:
     /** The colour of this slider's playhead; an invalid colour, the initial one, stands for
         StandardPlayheadColor(). On a keyframe the playhead has the keyframe colour. */
     void setPlayheadColor(const QColor& color);
+    QColor playheadColor() const;
 
-    /** Shows the faint second playhead, otherwise the mouse's, at a time. */
+    /** Shows the faint second playhead, otherwise the mouse's, at a time that it keeps. */
     void setPreviewPlayhead(Base::Time time);
     /** Hides it, until the mouse or the host shows it again. */
     void clearPreviewPlayhead();
@@ -223,6 +249,13 @@ Q_SIGNALS:
     /** The right or middle button was clicked without a drag. */
     void rightOrMidClicked();
 
+    /** Another model, or formatter, is shown. */
+    void modelChanged();
+    void formatterChanged();
+
+    /** Options, number of cache bars, scroll mode or playhead colour became another one. */
+    void settingsChanged();
+
 protected:
     /** Paints all that does not depend on the current time, on a background of the palette's window
         colour, in widget coordinates. */
@@ -238,7 +271,8 @@ protected:
         release then come to the hooks below; false to let the playhead have it. */
     virtual bool pressHandle(QMouseEvent* event);
 
-    /** The drag of a DerivedHandle ended. */
+    /** The drag of a DerivedHandle ended, whatever ended it: the release, another press, the slider
+        hidden. The event is a release in any case. */
     virtual void releaseHandle(QMouseEvent* event);
 
     /** A DerivedHandle was dragged to a time, snapped if a listener wished so. */
@@ -247,7 +281,12 @@ protected:
     /** Called by paintSlider() right after the ticks. */
     virtual void paintExtra(QPainter& painter);
 
-    /** For pressHandle(): emits beginTimeDrag(); endTimeDrag() will follow with the release. */
+    /** The drag of a DerivedHandle was taken back: what pressHandle() found is to be put back.
+        releaseHandle() follows. Does nothing by default. */
+    virtual void takeBackHandle();
+
+    /** For pressHandle(): emits beginTimeDrag(); endTimeDrag() will follow with the release.
+       `times` holds one or two times as the signal says; null does nothing. */
     void announceTimeDrag(HandleType handle, const Base::Time* times);
 
     /** Paints a playhead with its time and, on the main transport slider, its line. */
@@ -270,6 +309,8 @@ private:
     struct Private;
     const std::unique_ptr<Private> m;
 };
+
+Q_DECLARE_OPERATORS_FOR_FLAGS(TimeSlider::Options)
 
 } // namespace Kestrel::UI
 

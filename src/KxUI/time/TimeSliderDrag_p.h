@@ -13,8 +13,9 @@ namespace Kestrel::UI {
 struct TimeSliderScene {
     TimeSliderGeometry geometry;
     Base::Time currentTime = Base::InvalidTime;
-    Base::Time inTime = Base::InvalidTime;  ///< invalid unless the mark can be dragged
-    Base::Time outTime = Base::InvalidTime; ///< likewise
+    Base::Time inTime = Base::InvalidTime;
+    Base::Time outTime = Base::InvalidTime;
+    bool inOutLock = false; ///< without it the marks are not shown and cannot be caught
     bool mainTransport = false;
     int startDragDistance = 10;
 };
@@ -33,7 +34,7 @@ struct TimeSliderCommand {
         AllowTimeUpdates,   ///< emit setDoUpdateTime(true)
         HoldTimeUpdates,    ///< emit setDoUpdateTime(false)
         BeginTimeDrag,      ///< emit beginTimeDrag with `first` and, for both marks, `second`
-        UpdateTimeDrag,     ///< emit updateTimeDrag with what the model holds
+        UpdateTimeDrag,     ///< emit updateTimeDrag with what the model holds for `handle`
         EndTimeDrag,        ///< emit endTimeDrag
         SetInTime,          ///< mark `first`
         SetOutTime,         ///< mark `first`
@@ -42,6 +43,8 @@ struct TimeSliderCommand {
         SetFirstVisible,    ///< show from `first`
         SetLastVisible,     ///< show up to `first`
         SetVisibleRange,    ///< show `first` to `second`
+        PutBackMarks,       ///< mark `first` and `second` with the lock `on`, as at the press
+        PutBackVisible,     ///< show `first` to `second`, as at the press
         RedrawRectangle,    ///< the zoom rectangle changed
         InOutTimesModified, ///< emit inOutTimesModified
         ZoomOrPanChanged,   ///< emit zoomOrPanChanged
@@ -49,11 +52,16 @@ struct TimeSliderCommand {
         StartAutoScroll,
         StopAutoScroll,
         ClearHover,
-        AskDerivedClass ///< offer the press to the derived class, else beginPlayhead()
+        AskDerivedClass, ///< offer the press to the derived class, else beginPlayhead()
+        MoveDerived,     ///< the derived class's handle is at `first`
+        TakeBackDerived, ///< the derived class puts back what it dragged
+        ReleaseDerived   ///< the drag of the derived class's handle is over
     };
     Kind kind;
     TimeSliderTime first = {};
     TimeSliderTime second = {};
+    TimeSlider::HandleType handle = TimeSlider::NoHandle;
+    bool on = false;
 };
 
 /** What to do, in this order. */
@@ -68,6 +76,11 @@ public:
     Handle handle() const { return m_handle; }
     bool isActive() const { return m_handle != TimeSlider::NoHandle; }
 
+    /** The button of the press, as long as its release is awaited. */
+    Qt::MouseButton button() const { return m_button; }
+
+    /** A press. It ends a drag that is still going on; the right button's takes one of the left
+        button's back instead. */
     TimeSliderCommands press(const TimeSliderScene& scene, const TimeSliderPress& press);
 
     /** Answers AskDerivedClass: the derived class took the press. */
@@ -94,36 +107,55 @@ public:
     /** A move to x, at `time` after snapping. */
     TimeSliderCommands move(const TimeSliderScene& scene, int x, Base::Time time);
 
-    /** The button of the press, and no other, ends the drag. */
-    bool endsWith(Qt::MouseButton button) const { return button == m_button; }
-    TimeSliderCommands release();
+    /** The release of a button; only that of the press ends the drag. */
+    TimeSliderCommands release(Qt::MouseButton button);
 
-    /** The drag cannot go on (the slider was hidden): what was dragged stays where it is. */
+    /** The drag cannot go on (the slider was hidden, the release went elsewhere): what was dragged
+        stays where it is. */
     TimeSliderCommands cancel();
+
+    /** Puts back what the press found and ignores what comes until the release. Nothing without a
+        drag. */
+    TimeSliderCommands takeBack(const TimeSliderScene& scene);
 
     /** The swept range while a zoom rectangle is dragged, in order; invalid if there is none. */
     TimeSliderRange zoomRectangle() const;
 
 private:
+    void begin(const TimeSliderScene& scene, const TimeSliderPress& press);
     void pressRangeBar(const TimeSliderGeometry& geometry, int x);
     void pressRuler(const TimeSliderScene& scene, const TimeSliderPress& press,
                     TimeSliderCommands& commands);
+    void pressWithControl(const TimeSliderScene& scene, int x, TimeSliderCommands& commands);
     void grab(Handle handle, const TimeSliderScene& scene, Base::Time time);
     void beginMarks(Handle handle, const TimeSliderScene& scene, TimeSliderTime time,
                     TimeSliderTime second, TimeSliderCommands& commands);
+
+    void moveMark(TimeSliderTime time, TimeSliderCommands& commands) const;
+    void moveMarks(const TimeSliderScene& scene, TimeSliderTime time,
+                   TimeSliderCommands& commands) const;
+    void movePlayhead(const TimeSliderScene& scene, TimeSliderTime time,
+                      TimeSliderCommands& commands);
+    void movePan(const TimeSliderScene& scene, int x, TimeSliderCommands& commands) const;
+    void moveZoom(const TimeSliderScene& scene, int x, TimeSliderCommands& commands) const;
+    void moveRangeBar(const TimeSliderScene& scene, int x, TimeSliderCommands& commands) const;
     void show(const TimeSliderScene& scene, const TimeSliderRange& range,
               TimeSliderCommands& commands) const;
+
+    void end(TimeSliderCommands& commands);
     void endAnnounced(TimeSliderCommands& commands);
     bool isMark() const;
+    bool isOfVisibleRange() const;
 
     Handle m_handle = TimeSlider::NoHandle;
     Qt::MouseButton m_button = Qt::NoButton;
     int m_pressX = 0;
     std::optional<int> m_lastX;
-    int m_grabOffset = 0;     ///< from the handle to the press
-    bool m_started = false;   ///< moved beyond a click's tremor
-    bool m_announced = false; ///< beginTimeDrag() waits for its endTimeDrag()
-    TimeSliderRange m_visibleAtPress;
+    int m_grabOffset = 0;      ///< from the handle to the press
+    bool m_started = false;    ///< moved beyond a click's tremor
+    bool m_announced = false;  ///< beginTimeDrag() waits for its endTimeDrag()
+    bool m_takenBack = false;  ///< nothing happens until the release
+    TimeSliderScene m_pressed; ///< what the press found
     TimeSliderTime m_rangeBarGrabTime;
     TimeSliderTime m_zoomStart;
     TimeSliderTime m_zoomEnd;

@@ -8,15 +8,6 @@ namespace {
 
 using Base::Time;
 
-TimeSliderTime toTime(double time) {
-    constexpr double limit = 9223372036854775808.0; // 2 to the 63rd
-    if (time >= limit)
-        return TimeSliderTime::Max;
-    if (time <= -limit)
-        return -TimeSliderTime::Max;
-    return static_cast<Time>(time);
-}
-
 TimeSliderTime atMost(TimeSliderTime time, TimeSliderTime limit) {
     return time > limit ? limit : time;
 }
@@ -103,7 +94,8 @@ TimeSliderTime TimeSliderGeometry::xToRangeBarTime(int x) const {
     if (!hasClip() || innerWidth() == 0)
         return clip.first;
     const double framesPerPixel = static_cast<double>(clip.length().time()) / innerWidth();
-    return clip.first + toTime(framesPerPixel * static_cast<double>(std::int64_t{x} - Margin));
+    return clip.first +
+           Base::truncatedTime(framesPerPixel * static_cast<double>(std::int64_t{x} - Margin));
 }
 
 TimeSliderTime TimeSliderGeometry::autoScroll(int x) const {

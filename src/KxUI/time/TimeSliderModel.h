@@ -18,7 +18,7 @@ namespace Kestrel::UI {
     stored, by timeChanged() with the set of what changed. With the in/out lock on, the marks define
     the playback range; with it off, the visible range does.
 
-    Owned by whoever owns the timeline; sliders observe it. GUI thread only. */
+    Owned by whoever owns the timeline; sliders observe it. Interface thread. */
 class KXUI_EXPORT TimeSliderModel : public QObject {
     Q_OBJECT
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include <KxUI/Export.h>
-#include <KxUI/base/Time.h>
+#include <KxUI/base/TimeArithmetic.h>
 
 #include <cmath>
 #include <cstdint>
@@ -14,7 +14,7 @@ namespace Kestrel::UI {
 class KXUI_EXPORT TimeSliderTime {
 public:
     /** The largest time; sums stay within -Max to Max. */
-    static constexpr Base::Time Max = std::numeric_limits<Base::Time>::max();
+    static constexpr Base::Time Max = Base::LargestTime;
 
     /** The invalid time. */
     constexpr TimeSliderTime() noexcept = default;
@@ -37,26 +37,17 @@ public:
 
     /** A float cut towards zero and limited to -Max to Max; invalid for not-a-number. */
     static constexpr TimeSliderTime truncated(float value) noexcept {
-        constexpr float limit = 9223372036854775808.0F; // 2 to the 63rd, just above Max
-        if (value >= limit)
-            return Max;
-        if (value <= -limit)
-            return -Max;
-        return value == value ? TimeSliderTime(static_cast<Base::Time>(value)) : TimeSliderTime();
+        return Base::truncatedTime(value);
     }
 
     /** The exact sum limited to -Max to Max; invalid if either operand is. */
     friend constexpr TimeSliderTime operator+(TimeSliderTime a, TimeSliderTime b) noexcept {
-        if (!a.isValid() || !b.isValid())
-            return {};
-        if (b.m_time > 0)
-            return a.m_time > Max - b.m_time ? Max : a.m_time + b.m_time;
-        return a.m_time < -Max - b.m_time ? -Max : a.m_time + b.m_time;
+        return Base::saturatedSum(a.m_time, b.m_time);
     }
 
     /** The exact difference limited to -Max to Max; invalid if either operand is. */
     friend constexpr TimeSliderTime operator-(TimeSliderTime a, TimeSliderTime b) noexcept {
-        return b.isValid() ? a + TimeSliderTime(-b.m_time) : b;
+        return Base::saturatedDifference(a.m_time, b.m_time);
     }
 
     /** The quotient in single precision, rounded half away from zero. */

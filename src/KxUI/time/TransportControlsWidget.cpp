@@ -17,54 +17,45 @@ QIcon iconOf(const char* name) {
 
 } // namespace
 
+struct TransportControlsWidget::Private {
+    TransportControlsWidget* q = nullptr;
+    QToolButton* jumpBackwards = nullptr;
+    QToolButton* playBackwards = nullptr;
+    TimeField* timeField = nullptr;
+    QToolButton* playForwards = nullptr;
+    QToolButton* jumpForwards = nullptr;
+    TransportControlsMode mode = KeyframesOrEdits;
+    PlaybackStatus playbackState = NoPlayback;
+    bool bounceMode = false;
+
+    QToolButton* addButton(const char* icon, const QString& toolTip, const QString& name,
+                           int priority);
+    void addBackwardsButtons();
+    void addField();
+    void addForwardsButtons();
+    void showMode();
+    void showState();
+    void updateFieldColor();
+};
+
 TransportControlsWidget::TransportControlsWidget(QWidget* parent)
-    : CollapsibleToolbar(parent) {
+    : CollapsibleToolbar(parent)
+    , m(std::make_unique<Private>()) {
     qRegisterMetaType<Kestrel::UI::PlaybackStatus>("Kestrel::UI::PlaybackStatus");
-
-    // In a narrow row the play buttons stay longest, then the frame buttons.
-    QToolButton* start =
-        addButton("TCStart", tr("Go to start. (Home)"), tr("Jump To Beginning"), 1);
-    m_jumpBackwards = addButton("TCIntervalBackward", QString(), tr("Jump Backwards"), 0);
-    QToolButton* frameBackwards =
-        addButton("TCFrameBackward", tr("Go to previous frame. (Left)"), tr("Frame Backwards"), 2);
-    m_playBackwards =
-        addButton("TCPlayBackward", tr("Play backwards/Stop. (J/K)"), tr("Play Backwards"), 3);
-
-    m_timeField = new TimeField(false, false, this);
-    m_timeField->setMinimumHeight(24);
-    m_timeField->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Expanding);
-    m_timeField->setToolTip(tr("The current frame"));
-    m_timeField->setAccessibleName(tr("The current frame"));
-    addItem(m_timeField);
-
-    m_playForwards =
-        addButton("TCPlayForward", tr("Play forwards/Stop. (L/K)"), tr("Play Forwards"), 3);
-    QToolButton* frameForwards =
-        addButton("TCFrameForward", tr("Go to next frame. (Right)"), tr("Frame Forwards"), 2);
-    m_jumpForwards = addButton("TCIntervalForward", QString(), tr("Jump Forwards"), 0);
-    QToolButton* end = addButton("TCEnd", tr("Go to end. (End)"), tr("Jump To End"), 1);
-
-    using Self = TransportControlsWidget;
-    connect(start, &QToolButton::clicked, this, &Self::jumpToBeginningButtonClicked);
-    connect(m_jumpBackwards, &QToolButton::clicked, this, &Self::jumpBackwardsButtonClicked);
-    connect(frameBackwards, &QToolButton::clicked, this, &Self::frameBackwardsButtonClicked);
-    connect(m_playBackwards, &QToolButton::clicked, this, &Self::handlePlayBackwardsButtonClicked);
-    connect(m_playForwards, &QToolButton::clicked, this, &Self::handlePlayForwardsButtonClicked);
-    connect(frameForwards, &QToolButton::clicked, this, &Self::frameForwardsButtonClicked);
-    connect(m_jumpForwards, &QToolButton::clicked, this, &Self::jumpForwardButtonClicked);
-    connect(end, &QToolButton::clicked, this, &Self::jumpToEndButtonClicked);
-    connect(m_timeField, qOverload<Base::Time>(&TimeField::timeChanged), this, &Self::timeChanged);
-    connect(m_timeField, &TimeField::rangeChanged, this, &Self::rangeSet);
-
-    setMode(KeyframesOrEdits);
-    playbackStateChanged(NoPlayback);
+    qRegisterMetaType<Kestrel::UI::TransportControlsMode>("Kestrel::UI::TransportControlsMode");
+    m->q = this;
+    m->addBackwardsButtons();
+    m->addField();
+    m->addForwardsButtons();
+    m->showMode();
+    m->showState();
 }
 
 TransportControlsWidget::~TransportControlsWidget() = default;
 
-QToolButton* TransportControlsWidget::addButton(const char* icon, const QString& toolTip,
-                                                const QString& name, int priority) {
-    auto* button = new QToolButton(this);
+QToolButton* TransportControlsWidget::Private::addButton(const char* icon, const QString& toolTip,
+                                                         const QString& name, int priority) {
+    auto* button = new QToolButton(q);
     button->setFixedSize(32, 24);
     button->setIconSize(QSize(19, 16));
     button->setFocusPolicy(Qt::NoFocus);
@@ -72,91 +63,182 @@ QToolButton* TransportControlsWidget::addButton(const char* icon, const QString&
     button->setIcon(iconOf(icon));
     button->setToolTip(toolTip);
     button->setAccessibleName(name);
-    addOverflowItem(button, name, priority);
+    q->addOverflowItem(button, name, priority);
     return button;
 }
 
+// In a narrow row the play buttons stay longest, then the frame buttons.
+void TransportControlsWidget::Private::addBackwardsButtons() {
+    using Self = TransportControlsWidget;
+    QToolButton* start =
+        addButton("TCStart", tr("Go to start. (Home)"), tr("Jump To Beginning"), 1);
+    jumpBackwards = addButton("TCIntervalBackward", QString(), tr("Jump Backwards"), 0);
+    QToolButton* frame =
+        addButton("TCFrameBackward", tr("Go to previous frame. (Left)"), tr("Frame Backwards"), 2);
+    playBackwards =
+        addButton("TCPlayBackward", tr("Play backwards/Stop. (J/K)"), tr("Play Backwards"), 3);
+    connect(start, &QToolButton::clicked, q, &Self::jumpToBeginningButtonClicked);
+    connect(jumpBackwards, &QToolButton::clicked, q, &Self::jumpBackwardsButtonClicked);
+    connect(frame, &QToolButton::clicked, q, &Self::frameBackwardsButtonClicked);
+    connect(playBackwards, &QToolButton::clicked, q, &Self::handlePlayBackwardsButtonClicked);
+}
+
+void TransportControlsWidget::Private::addField() {
+    using Self = TransportControlsWidget;
+    timeField = new TimeField(false, false, q);
+    timeField->setMinimumHeight(24);
+    timeField->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Expanding);
+    timeField->setToolTip(tr("The current frame"));
+    timeField->setAccessibleName(tr("The current frame"));
+    q->addItem(timeField);
+    connect(timeField, qOverload<Base::Time>(&TimeField::timeChanged), q, &Self::timeChanged);
+    connect(timeField, &TimeField::rangeChanged, q, &Self::rangeSet);
+    connect(timeField, &TimeField::formatterChanged, q, &Self::formatterChanged);
+}
+
+void TransportControlsWidget::Private::addForwardsButtons() {
+    using Self = TransportControlsWidget;
+    playForwards =
+        addButton("TCPlayForward", tr("Play forwards/Stop. (L/K)"), tr("Play Forwards"), 3);
+    QToolButton* frame =
+        addButton("TCFrameForward", tr("Go to next frame. (Right)"), tr("Frame Forwards"), 2);
+    jumpForwards = addButton("TCIntervalForward", QString(), tr("Jump Forwards"), 0);
+    QToolButton* end = addButton("TCEnd", tr("Go to end. (End)"), tr("Jump To End"), 1);
+    connect(playForwards, &QToolButton::clicked, q, &Self::handlePlayForwardsButtonClicked);
+    connect(frame, &QToolButton::clicked, q, &Self::frameForwardsButtonClicked);
+    connect(jumpForwards, &QToolButton::clicked, q, &Self::jumpForwardButtonClicked);
+    connect(end, &QToolButton::clicked, q, &Self::jumpToEndButtonClicked);
+}
+
 void TransportControlsWidget::setMode(TransportControlsMode mode) {
+    if (mode == m->mode || (mode != KeyframesOrEdits && mode != KeyframesOnly))
+        return;
+    m->mode = mode;
+    m->showMode();
+    Q_EMIT modeChanged();
+}
+
+void TransportControlsWidget::Private::showMode() {
     switch (mode) {
     case KeyframesOrEdits:
-        m_jumpBackwards->setToolTip(
+        jumpBackwards->setToolTip(
             tr("Go to previous keyframe or edit, whichever is nearest. (Alt+Left)"));
-        m_jumpBackwards->setIcon(iconOf("TCIntervalBackward"));
-        m_jumpForwards->setToolTip(
+        jumpBackwards->setIcon(iconOf("TCIntervalBackward"));
+        jumpForwards->setToolTip(
             tr("Go to next keyframe or edit, whichever is nearest. (Alt+Right)"));
-        m_jumpForwards->setIcon(iconOf("TCIntervalForward"));
+        jumpForwards->setIcon(iconOf("TCIntervalForward"));
         break;
     case KeyframesOnly:
-        m_jumpBackwards->setToolTip(
+        jumpBackwards->setToolTip(
             tr("Go to previous keyframe. (Alt+Left or Ctrl+left for 1/2 way)"));
-        m_jumpBackwards->setIcon(iconOf("TCKeyBackward"));
-        m_jumpForwards->setToolTip(
-            tr("Go to next keyframe. (Alt+Right or Ctrl+Right for 1/2 way)"));
-        m_jumpForwards->setIcon(iconOf("TCKeyForward"));
+        jumpBackwards->setIcon(iconOf("TCKeyBackward"));
+        jumpForwards->setToolTip(tr("Go to next keyframe. (Alt+Right or Ctrl+Right for 1/2 way)"));
+        jumpForwards->setIcon(iconOf("TCKeyForward"));
         break;
     }
 }
 
+TransportControlsMode TransportControlsWidget::mode() const {
+    return m->mode;
+}
+
 void TransportControlsWidget::setCurrentTime(Base::Time time) {
-    m_timeField->setTime(time, false);
+    m->timeField->setTime(time, false);
+}
+
+Base::Time TransportControlsWidget::currentTime() const {
+    return m->timeField->time();
 }
 
 void TransportControlsWidget::setBounceMode(bool bounce) {
-    if (bounce == m_bounceMode)
+    if (bounce == m->bounceMode)
         return;
-    m_bounceMode = bounce;
-    playbackStateChanged(m_playbackState);
+    m->bounceMode = bounce;
+    m->showState();
+    Q_EMIT stateChanged();
+}
+
+bool TransportControlsWidget::bounceMode() const {
+    return m->bounceMode;
 }
 
 void TransportControlsWidget::playbackStateChanged(PlaybackStatus state) {
-    m_playbackState = state;
-    setEnabled(state != NoPlayback);
-    updateFieldColor();
-
-    const bool bouncing = m_bounceMode && state != Stopped;
-    m_playBackwards->setIcon(
-        iconOf(bouncing || state == PlayingBackwards ? "TCStop" : "TCPlayBackward"));
-    m_playForwards->setIcon(
-        iconOf(bouncing || state == PlayingForwards ? "TCStop" : "TCPlayForward"));
+    const bool changed = state != m->playbackState;
+    m->playbackState = state;
+    m->showState();
+    if (changed)
+        Q_EMIT stateChanged();
 }
 
-void TransportControlsWidget::updateFieldColor() {
-    QPalette colors = m_timeField->palette();
-    colors.setColor(QPalette::Text, m_playbackState == Stopped ? TimeSlider::StandardPlayheadColor()
-                                                               : palette().color(QPalette::Text));
-    m_timeField->setPalette(colors);
+PlaybackStatus TransportControlsWidget::playbackState() const {
+    return m->playbackState;
+}
+
+void TransportControlsWidget::Private::showState() {
+    q->setEnabled(playbackState != NoPlayback);
+    updateFieldColor();
+
+    const bool bouncing = bounceMode && playbackState != Stopped;
+    playBackwards->setIcon(
+        iconOf(bouncing || playbackState == PlayingBackwards ? "TCStop" : "TCPlayBackward"));
+    playForwards->setIcon(
+        iconOf(bouncing || playbackState == PlayingForwards ? "TCStop" : "TCPlayForward"));
+}
+
+void TransportControlsWidget::Private::updateFieldColor() {
+    QPalette colors = timeField->palette();
+    colors.setColor(QPalette::Text, playbackState == Stopped ? TimeSlider::StandardPlayheadColor()
+                                                             : q->palette().color(QPalette::Text));
+    timeField->setPalette(colors);
 }
 
 void TransportControlsWidget::changeEvent(QEvent* event) {
     CollapsibleToolbar::changeEvent(event);
-    if (m_timeField &&
+    if (m->timeField &&
         (event->type() == QEvent::PaletteChange || event->type() == QEvent::EnabledChange))
-        updateFieldColor();
+        m->updateFieldColor();
+}
+
+void TransportControlsWidget::setFormatter(TimeFormatter* formatter) {
+    m->timeField->setFormatter(formatter);
+}
+
+TimeFormatter* TransportControlsWidget::formatter() const {
+    return m->timeField->formatter();
 }
 
 void TransportControlsWidget::connectTimecodeWidgetToFormatChooser(TimeFormatChooser* chooser) {
     if (chooser)
-        chooser->addTimefield(m_timeField);
+        chooser->addTimefield(m->timeField);
 }
 
 void TransportControlsWidget::setTimecodeWidgetEnabled(bool enabled) {
-    m_timeField->setEnabled(enabled);
+    if (enabled == isTimecodeWidgetEnabled())
+        return;
+    m->timeField->setEnabled(enabled);
+    Q_EMIT stateChanged();
+}
+
+bool TransportControlsWidget::isTimecodeWidgetEnabled() const {
+    return !m->timeField->testAttribute(Qt::WA_ForceDisabled);
 }
 
 void TransportControlsWidget::setFocusToTimecodeWidget() {
-    m_timeField->setFocus(Qt::OtherFocusReason);
-    m_timeField->selectAll();
+    m->timeField->setFocus(Qt::OtherFocusReason);
+    m->timeField->selectAll();
 }
 
 void TransportControlsWidget::handlePlayForwardsButtonClicked() {
-    if (m_playbackState == PlayingForwards || (m_bounceMode && m_playbackState == PlayingBackwards))
+    const PlaybackStatus state = m->playbackState;
+    if (state == PlayingForwards || (m->bounceMode && state == PlayingBackwards))
         Q_EMIT stop();
     else
         Q_EMIT playForwardsButtonClicked();
 }
 
 void TransportControlsWidget::handlePlayBackwardsButtonClicked() {
-    if (m_playbackState == PlayingBackwards || (m_bounceMode && m_playbackState == PlayingForwards))
+    const PlaybackStatus state = m->playbackState;
+    if (state == PlayingBackwards || (m->bounceMode && state == PlayingForwards))
         Q_EMIT stop();
     else
         Q_EMIT playBackwardsButtonClicked();

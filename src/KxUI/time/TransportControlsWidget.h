@@ -4,13 +4,13 @@
 #include <KxUI/base/Time.h>
 #include <KxUI/kit/CollapsibleToolbar.h>
 #include <KxUI/time/PlaybackStatus.h>
+#include <KxUI/time/TimeFormatter.h>
 #include <KxUI/time/TransportControlsMode.h>
 
-class QToolButton;
+#include <memory>
 
 namespace Kestrel::UI {
 
-class TimeField;
 class TimeFormatChooser;
 
 /** The row of transport buttons around a field with the current time.
@@ -20,6 +20,16 @@ class TimeFormatChooser;
     outer buttons move into a menu. Interface thread. */
 class KXUI_EXPORT TransportControlsWidget : public CollapsibleToolbar {
     Q_OBJECT
+    Q_PROPERTY(
+        Kestrel::Base::Time currentTime READ currentTime WRITE setCurrentTime NOTIFY timeChanged)
+    Q_PROPERTY(Kestrel::UI::TimeFormatter* formatter READ formatter WRITE setFormatter NOTIFY
+                   formatterChanged DESIGNABLE false)
+    Q_PROPERTY(Kestrel::UI::TransportControlsMode mode READ mode WRITE setMode NOTIFY modeChanged)
+    Q_PROPERTY(Kestrel::UI::PlaybackStatus playbackState READ playbackState WRITE
+                   playbackStateChanged NOTIFY stateChanged)
+    Q_PROPERTY(bool bounceMode READ bounceMode WRITE setBounceMode NOTIFY stateChanged)
+    Q_PROPERTY(bool timecodeWidgetEnabled READ isTimecodeWidgetEnabled WRITE
+                   setTimecodeWidgetEnabled NOTIFY stateChanged)
 
 public:
     explicit TransportControlsWidget(QWidget* parent = nullptr);
@@ -27,13 +37,20 @@ public:
 
     /** What the jump buttons look for, told by their icons and tooltips; a value that is no mode is
         ignored. */
-    void setMode(TransportControlsMode mode);
+    void setMode(Kestrel::UI::TransportControlsMode mode);
+    TransportControlsMode mode() const;
 
     /** What playbackStateChanged() was told last; NoPlayback at first. */
-    PlaybackStatus playbackState() const { return m_playbackState; }
+    PlaybackStatus playbackState() const;
 
     /** In bounce mode playback turns round at the ends, so either play button stops it. */
     void setBounceMode(bool bounce);
+    bool bounceMode() const;
+
+    /** Lets the time field write and read times as the formatter says, now and whenever that
+        changes. The formatter is borrowed; null leaves the field as it is. */
+    void setFormatter(TimeFormatter* formatter);
+    TimeFormatter* formatter() const;
 
     /** Lets the time field follow the chooser's formatter. The chooser is borrowed; nothing for
         null. */
@@ -41,6 +58,10 @@ public:
 
     /** Whether the user may type a time. */
     void setTimecodeWidgetEnabled(bool enabled);
+    bool isTimecodeWidgetEnabled() const;
+
+    /** The time in the field. */
+    Kestrel::Base::Time currentTime() const;
 
 public Q_SLOTS:
     /** Shows a time; timeChanged() tells of it if it is another one than was shown. */
@@ -69,22 +90,19 @@ Q_SIGNALS:
     void timeChanged(Kestrel::Base::Time time);
     /** The user typed a range; `outTime` is InvalidTime where it could not be read. */
     void rangeSet(Kestrel::Base::Time inTime, Kestrel::Base::Time outTime);
+    /** Playback state, bounce mode, or whether a time may be typed, became another one. */
+    void stateChanged();
+    /** The jump buttons look for something else. */
+    void modeChanged();
+    /** The field follows another formatter. */
+    void formatterChanged();
 
 protected:
     void changeEvent(QEvent* event) override;
 
 private:
-    QToolButton* addButton(const char* icon, const QString& toolTip, const QString& name,
-                           int priority);
-    void updateFieldColor();
-
-    QToolButton* m_jumpBackwards = nullptr;
-    QToolButton* m_playBackwards = nullptr;
-    TimeField* m_timeField = nullptr;
-    QToolButton* m_playForwards = nullptr;
-    QToolButton* m_jumpForwards = nullptr;
-    PlaybackStatus m_playbackState = NoPlayback;
-    bool m_bounceMode = false;
+    struct Private;
+    const std::unique_ptr<Private> m;
 };
 
 } // namespace Kestrel::UI

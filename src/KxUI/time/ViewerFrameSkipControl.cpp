@@ -2,10 +2,12 @@
 
 #include <KxUI/kit/IconFactory.h>
 
+#include <QEvent>
 #include <QFontMetrics>
 #include <QHBoxLayout>
 #include <QIntValidator>
 #include <QLineEdit>
+#include <QPointer>
 #include <QToolButton>
 
 namespace Kestrel::UI {
@@ -24,43 +26,81 @@ QToolButton* makeButton(const QString& icon, const QString& toolTip, const QStri
 
 } // namespace
 
-ViewerFrameSkipControl::ViewerFrameSkipControl(QWidget* parent)
-    : QWidget(parent) {
-    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+struct ViewerFrameSkipControl::Private {
+    ViewerFrameSkipControl* q = nullptr;
+    QLineEdit* field = nullptr;
+    int increment = 12;
 
+    void makeField();
+    void updateWidth();
+    void skip(void (ViewerFrameSkipControl::*signal)());
+};
+
+ViewerFrameSkipControl::ViewerFrameSkipControl(QWidget* parent)
+    : QWidget(parent)
+    , m(std::make_unique<Private>()) {
+    m->q = this;
+    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     QToolButton* backwards = makeButton(QStringLiteral("FrameSkipBackwards"),
                                         tr("Skip Backwards (Shift+Left)"), tr("Skip backwards"));
     QToolButton* forwards = makeButton(QStringLiteral("FrameSkipForwards"),
                                        tr("Skip Forwards (Shift+Right)"), tr("Skip forwards"));
-    m_increment = new QLineEdit(QStringLiteral("12"));
-    m_increment->setFrame(false);
-    m_increment->setAlignment(Qt::AlignCenter);
-    m_increment->setFixedWidth(
-        m_increment->fontMetrics().horizontalAdvance(QStringLiteral(" 22 ")));
-    m_increment->setValidator(new QIntValidator(1, 999, m_increment));
-    m_increment->setToolTip(tr("The number of frames skipped by clicking Skip Forwards/Backwards"));
-    m_increment->setAccessibleName(tr("Frames to skip"));
+    m->makeField();
 
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(1);
     row->addWidget(backwards);
-    row->addWidget(m_increment);
+    row->addWidget(m->field);
     row->addWidget(forwards);
 
+    using Self = ViewerFrameSkipControl;
     connect(backwards, &QToolButton::clicked, this,
-            &ViewerFrameSkipControl::skipBackwardsButtonClicked);
+            [this] { m->skip(&Self::skipBackwardsButtonClicked); });
     connect(forwards, &QToolButton::clicked, this,
-            &ViewerFrameSkipControl::skipForwardsButtonClicked);
-    connect(m_increment, &QLineEdit::editingFinished, this,
-            &ViewerFrameSkipControl::finishedEditing);
+            [this] { m->skip(&Self::skipForwardsButtonClicked); });
+    connect(m->field, &QLineEdit::editingFinished, this, &Self::finishedEditing);
 }
 
 ViewerFrameSkipControl::~ViewerFrameSkipControl() = default;
 
+void ViewerFrameSkipControl::Private::makeField() {
+    field = new QLineEdit(QString::number(increment), q);
+    field->setFrame(false);
+    field->setAlignment(Qt::AlignCenter);
+    field->setValidator(new QIntValidator(1, 999, field));
+    field->setToolTip(tr("The number of frames skipped by clicking Skip Forwards/Backwards"));
+    field->setAccessibleName(tr("Frames to skip"));
+    updateWidth();
+}
+
+void ViewerFrameSkipControl::Private::updateWidth() {
+    field->setFixedWidth(field->fontMetrics().horizontalAdvance(QStringLiteral(" 22 ")));
+}
+
+// The buttons take no focus, so a number that is being typed has not been announced yet.
+void ViewerFrameSkipControl::Private::skip(void (ViewerFrameSkipControl::*signal)()) {
+    ViewerFrameSkipControl* const self = q;
+    const QPointer<ViewerFrameSkipControl> guard(self);
+    if (field->hasAcceptableInput())
+        q->finishedEditing();
+    else
+        q->setIncrement(increment);
+    if (guard)
+        Q_EMIT(self->*signal)();
+}
+
 void ViewerFrameSkipControl::setIncrement(int increment) {
-    m_increment->setText(QString::number(increment));
-    m_increment->setModified(false);
+    m->field->setText(QString::number(increment));
+    m->field->setModified(false);
+    if (increment == m->increment)
+        return;
+    m->increment = increment;
+    Q_EMIT incrementChanged(increment);
+}
+
+int ViewerFrameSkipControl::increment() const {
+    return m->increment;
 }
 
 void ViewerFrameSkipControl::frameIncrementChanged(int value) {
@@ -68,10 +108,19 @@ void ViewerFrameSkipControl::frameIncrementChanged(int value) {
 }
 
 void ViewerFrameSkipControl::finishedEditing() {
-    if (!m_increment->isModified())
+    if (!m->field->isModified())
         return;
-    m_increment->setModified(false);
-    Q_EMIT incrementFieldValueChanged(m_increment->text().toInt());
+    const int typed = m->field->text().toInt();
+    const QPointer<ViewerFrameSkipControl> guard(this);
+    setIncrement(typed);
+    if (guard)
+        Q_EMIT incrementFieldValueChanged(typed);
+}
+
+void ViewerFrameSkipControl::changeEvent(QEvent* event) {
+    QWidget::changeEvent(event);
+    if (m->field && (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange))
+        m->updateWidth();
 }
 
 } // namespace Kestrel::UI

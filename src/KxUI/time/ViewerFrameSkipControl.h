@@ -4,7 +4,7 @@
 
 #include <QWidget>
 
-class QLineEdit;
+#include <memory>
 
 namespace Kestrel::UI {
 
@@ -12,6 +12,7 @@ namespace Kestrel::UI {
     12 at first. Nothing is skipped here; the host listens. Interface thread. */
 class KXUI_EXPORT ViewerFrameSkipControl : public QWidget {
     Q_OBJECT
+    Q_PROPERTY(int increment READ increment WRITE setIncrement NOTIFY incrementChanged)
 
 public:
     explicit ViewerFrameSkipControl(QWidget* parent = nullptr);
@@ -19,6 +20,8 @@ public:
 
     /** Shows a number of frames; not echoed by incrementFieldValueChanged(). */
     void setIncrement(int increment);
+    /** The number set or announced last. */
+    int increment() const;
 
 public Q_SLOTS:
     /** Announces the number in the field if the user changed it. */
@@ -29,12 +32,19 @@ public Q_SLOTS:
 Q_SIGNALS:
     /** The user typed another number of frames. */
     void incrementFieldValueChanged(int increment);
-    /** The user wants to skip as many frames as the field says. */
+    /** The number became another one, by whomever. */
+    void incrementChanged(int increment);
+    /** The user wants to skip as many frames as the field says; a number that was being typed was
+        announced before, one that can not be used is gone. */
     void skipForwardsButtonClicked();
     void skipBackwardsButtonClicked();
 
+protected:
+    void changeEvent(QEvent* event) override;
+
 private:
-    QLineEdit* m_increment = nullptr;
+    struct Private;
+    const std::unique_ptr<Private> m;
 };
 
 } // namespace Kestrel::UI
