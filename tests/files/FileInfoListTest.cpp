@@ -155,6 +155,26 @@ private slots:
         QVERIFY(list.fill(root.path()) > 0 && list.errorString().isEmpty());
     }
 
+    // Each change is told once, and a listener may delete the list.
+    void changesAreTold() {
+        QTemporaryDir root;
+        auto* list = new FileInfoList;
+        QSignalSpy changed(list, &FileInfoList::listChanged);
+        QSignalSpy settings(list, &FileInfoList::settingsChanged);
+        for (const bool on : {true, true, false}) {
+            QVERIFY(list->setProperty("shouldFilterSequences", on));
+            QVERIFY(list->setProperty("splitIncompleteSequences", on));
+        }
+        QCOMPARE(settings.size(), 4);
+        list->push_back(FileInfo("a", false));
+        list->push_back(QFileInfo(root.path()));
+        QCOMPARE(changed.size(), 2);
+        QCOMPARE(list->property("size").toInt(), 2);
+        connect(list, &FileInfoList::listChanged, list, [list] { delete list; });
+        QCOMPARE(list->fill(root.path()), 2);
+        QCOMPARE(changed.size(), 3);
+    }
+
     void namesThatAreNotUtf8() {
         QTemporaryDir root;
         const QByteArray odd = root.path().toUtf8() + "/\xff\xfe";

@@ -188,7 +188,7 @@ void FileInfo::constructSequenceName() {
     const int hash = d->name.indexOf('#');
     if (hash >= 0)
         d->sequenceName.replace(hash, 1, QByteArray(std::max(d->numberOfHashes, 0), '#'));
-    d->sequenceName = sequenceNameOf(d->sequenceName, first, last);
+    d->sequenceName = sequenceNameOf(viewOf(d->sequenceName), first, last);
 
     if (d->members.empty())
         return;

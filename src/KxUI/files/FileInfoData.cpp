@@ -3,6 +3,7 @@
 #include <KxUI/files/RawName_p.h>
 
 #include <algorithm>
+#include <charconv>
 
 namespace Kestrel::UI {
 
@@ -73,6 +74,22 @@ std::int64_t frameCount(const FrameRange& range) {
 
 } // namespace
 
+QByteArray sequenceNameOf(std::string_view frameName, std::int32_t first, std::int32_t last) {
+    // One allocation: a folder may hold a hundred thousand sequences.
+    constexpr int roomForRange = 24;
+    QByteArray text;
+    text.reserve(static_cast<int>(frameName.size()) + roomForRange);
+    text.append(frameName.data(), static_cast<int>(frameName.size())).append(' ');
+    const int begin = text.size();
+    text.resize(begin + roomForRange);
+    char* const to = text.data() + begin;
+    char* end = std::to_chars(to, to + roomForRange, first).ptr;
+    *end++ = '-';
+    end = std::to_chars(end, to + roomForRange, last).ptr;
+    text.resize(begin + static_cast<int>(end - to));
+    return text;
+}
+
 QByteArray FileInfoData::pathTo(const QByteArray& itemName) const {
     if (Platform::isAbsolute(viewOf(itemName)))
         return itemName;
@@ -129,7 +146,7 @@ void FileInfoData::readSequenceText() {
     startFrame = first;
     endFrame = last;
     frameStep = step;
-    sequenceName = sequenceNameOf(frameName(), first, last);
+    sequenceName = sequenceNameOf(text->frameName, first, last);
     flags |= FileInfo::SequenceNameBuilt;
     if (!text->hasGaps) {
         stretches.push_back({text->whole, shortestDigits});

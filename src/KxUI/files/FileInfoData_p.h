@@ -10,10 +10,7 @@
 namespace Kestrel::UI {
 
 /** `img.####.exr 1-100`. */
-inline QByteArray sequenceNameOf(const QByteArray& frameName, std::int32_t first,
-                                 std::int32_t last) {
-    return frameName + ' ' + QByteArray::number(first) + '-' + QByteArray::number(last);
-}
+QByteArray sequenceNameOf(std::string_view frameName, std::int32_t first, std::int32_t last);
 
 /** What an item knows; copies of the item share it. */
 class FileInfoData : public QSharedData {

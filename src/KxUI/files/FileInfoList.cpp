@@ -6,6 +6,7 @@
 
 #include <QDateTime>
 #include <QFileInfo>
+#include <QPointer>
 
 #include <algorithm>
 
@@ -18,13 +19,37 @@ QByteArray rangeText(const Base::FrameRange& range) {
 
 } // namespace
 
+struct FileInfoList::Private {
+    std::vector<FileInfo> files;
+    QByteArray directory;
+    QString error;
+    std::size_t cursor = 0;
+    bool filterSequences = false;
+    bool splitIncomplete = false;
+};
+
 // Makes the items of a listing.
 class FileInfoList::Builder {
 public:
-    Builder(FileInfoList& list, const QByteArray& directory)
-        : m_files(list.m_files)
-        , m_split(list.m_splitIncomplete)
+    Builder(Private& list, const QByteArray& directory)
+        : m_files(list.files)
+        , m_split(list.splitIncomplete)
         , m_directory(directory) {}
+
+    // The entries are those of the directory `path`; they are put in order.
+    void add(const std::string& path, Platform::Listing& listing, bool fold) {
+        sortNaturally(listing.entries, fold ? NaturalOrder::Grouping : NaturalOrder::Plain);
+        if (fold) {
+            FrameNameRules rules;
+            foldSequences(
+                listing.entries, rules,
+                [&](const auto& entry) { return Platform::isDirectory(path, entry); }, *this);
+            return;
+        }
+        m_files.reserve(listing.entries.size());
+        for (const auto& entry : listing.entries)
+            addFile(entry);
+    }
 
     void addFile(const Platform::Entry& entry) {
         FileInfoData& item = add(bytesOf(entry.view()));
@@ -79,7 +104,7 @@ private:
 
     FileInfoData& addStretch(const SequenceRun& run, const FrameNameRules::Frame& head,
                              const std::string& frameName, std::int32_t first, std::int32_t last) {
-        FileInfoData& item = add(sequenceNameOf(bytesOf(frameName), first, last));
+        FileInfoData& item = add(sequenceNameOf(frameName, first, last));
         item.sequenceName = item.name;
         item.frameNameLength = static_cast<std::int32_t>(frameName.size());
         item.shortestDigits = static_cast<std::int32_t>(head.shortest);
@@ -118,7 +143,8 @@ private:
 };
 
 FileInfoList::FileInfoList(QObject* parent)
-    : QObject(parent) {}
+    : QObject(parent)
+    , d(std::make_unique<Private>()) {}
 
 FileInfoList::~FileInfoList() = default;
 
@@ -127,66 +153,95 @@ int FileInfoList::fill(const QString& directory) {
 }
 
 int FileInfoList::fillRaw(const QByteArray& directory) {
-    m_files.clear();
-    m_error.clear();
-    m_cursor = 0;
-    m_directory = directory;
+    d->files.clear();
+    d->error.clear();
+    d->cursor = 0;
+    d->directory = directory;
 
     const std::string path = Platform::toUtf8(viewOf(directory));
     Platform::Listing listing;
-    if (const int error = Platform::readDirectory(path, listing); error != 0) {
-        m_error = qt_error_string(error);
-        return 0;
-    }
-    sortNaturally(listing.entries,
-                  m_filterSequences ? NaturalOrder::Grouping : NaturalOrder::Plain);
-    Builder builder(*this, bytesOf(Platform::fromUtf8(Platform::absolutePath(path))));
-    if (m_filterSequences) {
-        FrameNameRules rules;
-        foldSequences(
-            listing.entries, rules,
-            [&](const auto& entry) { return Platform::isDirectory(path, entry); }, builder);
-    } else {
-        m_files.reserve(listing.entries.size());
-        for (const auto& entry : listing.entries)
-            builder.addFile(entry);
-    }
-    if (!m_files.empty())
-        emit lazyStatFetchNext();
+    if (const int error = Platform::readDirectory(path, listing); error != 0)
+        d->error = qt_error_string(error);
+    Builder builder(*d, bytesOf(Platform::fromUtf8(Platform::absolutePath(path))));
+    builder.add(path, listing, d->filterSequences);
+    const QPointer<FileInfoList> self(this);
+    Q_EMIT listChanged();
+    if (self && !d->files.empty())
+        Q_EMIT lazyStatFetchNext();
     return static_cast<int>(listing.entries.size());
 }
 
+const std::vector<FileInfo>& FileInfoList::getFileList() const {
+    return d->files;
+}
+
+std::vector<FileInfo>& FileInfoList::getFileList() {
+    return d->files;
+}
+
+FileInfo& FileInfoList::operator[](int index) {
+    return d->files[static_cast<std::size_t>(index)];
+}
+
+const FileInfo& FileInfoList::operator[](int index) const {
+    return d->files[static_cast<std::size_t>(index)];
+}
+
+int FileInfoList::size() const {
+    return static_cast<int>(d->files.size());
+}
+
+int FileInfoList::lazyStatIndex() const {
+    return static_cast<int>(d->cursor);
+}
+
+bool FileInfoList::shouldFilterSequences() const {
+    return d->filterSequences;
+}
+
+bool FileInfoList::splitIncompleteSequences() const {
+    return d->splitIncomplete;
+}
+
 QString FileInfoList::directory() const {
-    return decodedName(m_directory);
+    return decodedName(d->directory);
 }
 
 QString FileInfoList::errorString() const {
-    return m_error;
+    return d->error;
 }
 
 void FileInfoList::setShouldFilterSequences(bool filter) {
-    m_filterSequences = filter;
+    if (filter == d->filterSequences)
+        return;
+    d->filterSequences = filter;
+    Q_EMIT settingsChanged();
 }
 
 void FileInfoList::setSplitIncompleteSequences(bool split) {
-    m_splitIncomplete = split;
+    if (split == d->splitIncomplete)
+        return;
+    d->splitIncomplete = split;
+    Q_EMIT settingsChanged();
 }
 
 void FileInfoList::push_back(const FileInfo& info) {
-    m_files.push_back(info);
+    d->files.push_back(info);
+    Q_EMIT listChanged();
 }
 
 void FileInfoList::push_back(const QFileInfo& info) {
     auto* const data = new FileInfoData(encodedName(info.fileName()));
     data->directory = encodedName(info.absolutePath());
-    m_files.push_back(FileInfo(data));
-    m_files.back().setAdditionalInfo(static_cast<std::uint64_t>(info.size()),
-                                     info.lastModified().toSecsSinceEpoch(), info.isDir(),
-                                     info.isWritable());
+    d->files.push_back(FileInfo(data));
+    d->files.back().setAdditionalInfo(static_cast<std::uint64_t>(info.size()),
+                                      info.lastModified().toSecsSinceEpoch(), info.isDir(),
+                                      info.isWritable());
+    Q_EMIT listChanged();
 }
 
 FileInfo* FileInfoList::lazyStatItem() {
-    return m_cursor < m_files.size() ? &m_files[m_cursor] : nullptr;
+    return d->cursor < d->files.size() ? &d->files[d->cursor] : nullptr;
 }
 
 bool FileInfoList::fetchLazyStat() {
@@ -205,20 +260,20 @@ bool FileInfoList::fetchLazyStat() {
 }
 
 void FileInfoList::startLazyStat() {
-    m_cursor = 0;
-    if (!m_files.empty())
-        emit lazyStatFetchNext();
+    d->cursor = 0;
+    if (!d->files.empty())
+        Q_EMIT lazyStatFetchNext();
 }
 
 void FileInfoList::onLazyStatFetchNext() {
-    if (m_files.empty())
+    if (d->files.empty())
         return;
-    if (m_cursor < m_files.size())
-        ++m_cursor;
-    if (m_cursor < m_files.size())
-        emit lazyStatFetchNext();
+    if (d->cursor < d->files.size())
+        ++d->cursor;
+    if (d->cursor < d->files.size())
+        Q_EMIT lazyStatFetchNext();
     else
-        emit fileInfoAvailable();
+        Q_EMIT fileInfoAvailable();
 }
 
 } // namespace Kestrel::UI

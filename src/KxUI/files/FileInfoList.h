@@ -5,6 +5,7 @@
 
 #include <QObject>
 
+#include <memory>
 #include <vector>
 
 class QFileInfo;
@@ -31,6 +32,13 @@ namespace Kestrel::UI {
     Lives on one thread, as a rule the interface thread. */
 class KXUI_EXPORT FileInfoList : public QObject {
     Q_OBJECT
+    Q_PROPERTY(QString directory READ directory NOTIFY listChanged)
+    Q_PROPERTY(QString errorString READ errorString NOTIFY listChanged)
+    Q_PROPERTY(int size READ size NOTIFY listChanged)
+    Q_PROPERTY(bool shouldFilterSequences READ shouldFilterSequences WRITE setShouldFilterSequences
+                   NOTIFY settingsChanged)
+    Q_PROPERTY(bool splitIncompleteSequences READ splitIncompleteSequences WRITE
+                   setSplitIncompleteSequences NOTIFY settingsChanged)
 
 public:
     explicit FileInfoList(QObject* parent = nullptr);
@@ -38,7 +46,8 @@ public:
 
     /** Lists a directory in place of what the list holds, and puts the cursor of the status
        fetching at the first item. The items `.` and `..` are listed, too. A relative path counts
-       from the current directory. Emits lazyStatFetchNext() when there are items.
+       from the current directory, an empty one is it. Emits listChanged(), then
+       lazyStatFetchNext() when there are items.
 
         Sequences are items of the text `img.####.exr 1-100`, with `,step` when the step is not 1;
         members of different digit counts share a single #. When frames are missing, the present
@@ -58,24 +67,24 @@ public:
     QString errorString() const;
 
     /** Whether fill() folds numbered files into sequences; at first off. */
-    bool shouldFilterSequences() const { return m_filterSequences; }
+    bool shouldFilterSequences() const;
     void setShouldFilterSequences(bool filter);
 
     /** Whether fill() makes an item of each present range of a sequence that misses frames; at
        first off. */
-    bool splitIncompleteSequences() const { return m_splitIncomplete; }
+    bool splitIncompleteSequences() const;
     void setSplitIncompleteSequences(bool split);
 
     /** The items. References to them hold until the list is filled again or grows. */
-    const std::vector<FileInfo>& getFileList() const { return m_files; }
-    std::vector<FileInfo>& getFileList() { return m_files; }
+    const std::vector<FileInfo>& getFileList() const;
+    std::vector<FileInfo>& getFileList();
 
     /** The item at an index from 0 to size() - 1. */
-    FileInfo& operator[](int index) { return m_files[static_cast<std::size_t>(index)]; }
-    const FileInfo& operator[](int index) const { return m_files[static_cast<std::size_t>(index)]; }
+    FileInfo& operator[](int index);
+    const FileInfo& operator[](int index) const;
 
     /** The number of items. */
-    int size() const { return static_cast<int>(m_files.size()); }
+    int size() const;
 
     /** Adds a copy of an item at the end. */
     void push_back(const FileInfo& info);
@@ -84,7 +93,7 @@ public:
     void push_back(const QFileInfo& info);
 
     /** The index of the item whose status is to be fetched; size() at the end. */
-    int lazyStatIndex() const { return static_cast<int>(m_cursor); }
+    int lazyStatIndex() const;
 
     /** The item whose status is to be fetched; null at the end. */
     FileInfo* lazyStatItem();
@@ -93,7 +102,7 @@ public:
         first frame. False at the end, and when the file is gone: its size and time are then 0. */
     bool fetchLazyStat();
 
-public slots:
+public Q_SLOTS:
     /** Puts the cursor at the first item and emits lazyStatFetchNext() when there is one. */
     void startLazyStat();
 
@@ -101,7 +110,14 @@ public slots:
         that reaches the end or the cursor is there already. Nothing for an empty list. */
     void onLazyStatFetchNext();
 
-signals:
+Q_SIGNALS:
+    /** The list was filled, or an item was added. */
+    void listChanged();
+
+    /** Whether sequences are folded, or split, is another answer now; it holds from the next fill.
+     */
+    void settingsChanged();
+
     /** The cursor has reached the end of the list. */
     void fileInfoAvailable();
 
@@ -110,13 +126,9 @@ signals:
 
 private:
     class Builder;
+    struct Private;
 
-    std::vector<FileInfo> m_files;
-    QByteArray m_directory;
-    QString m_error;
-    std::size_t m_cursor = 0;
-    bool m_filterSequences = false;
-    bool m_splitIncomplete = false;
+    const std::unique_ptr<Private> d;
 };
 
 } // namespace Kestrel::UI

@@ -79,7 +79,7 @@ private:
 class Groups {
 public:
     explicit Groups(std::string_view pattern)
-        : m_places(pattern.size() + 2) {
+        : m_places(pattern.size() + 2, boost::container::default_init) {
         const std::size_t size = pattern.size();
         m_places[size] = m_places[size + 1] = {size, nowhere, true};
         for (std::size_t at = size; at-- > 0;) {
@@ -118,12 +118,12 @@ public:
 
 private:
     struct Place {
-        std::size_t behind = 0;
-        std::size_t alternative = nowhere;
-        bool isWhole = true; // without a separator up to the closing brace
+        std::size_t behind;
+        std::size_t alternative;
+        bool isWhole; // without a separator up to the closing brace
     };
 
-    std::vector<Place> m_places;
+    boost::container::small_vector<Place, 32> m_places;
 };
 
 // The rest of a set from each position on, as sets may begin inside each other. Read once from the
@@ -170,14 +170,14 @@ class Matcher {
 public:
     Matcher(std::string_view name, std::string_view pattern)
         : m_name(name)
-        , m_pattern(pattern)
-        , m_steps(pattern.size()) {}
+        , m_pattern(pattern) {}
 
     bool matches() {
         return m_pattern.find_first_of("{}|,") == nowhere ? matchesStraight() : matchesBranching();
     }
 
 private:
+    // Without groups there is one position at a time, and the last star to go back to.
     bool matchesStraight() {
         std::size_t at = 0;
         std::size_t position = 0;
@@ -185,14 +185,13 @@ private:
         std::size_t afterStar = nowhere;
         while (at < m_name.size()) {
             if (position < m_pattern.size()) {
-                const Step& step = stepAt(position);
-                if (step.kind == Step::Kind::AnyRun) {
-                    position = afterStar = step.next;
+                if (m_pattern[position] == '*') {
+                    afterStar = ++position;
                     starAt = at;
                     continue;
                 }
-                if (accepts(step, m_name[at])) {
-                    position = step.next;
+                if (const std::size_t next = acceptedBy(position, m_name[at]); next != nowhere) {
+                    position = next;
                     ++at;
                     continue;
                 }
@@ -207,7 +206,20 @@ private:
         return position == m_pattern.size();
     }
 
+    // The position after the one that takes this character; nowhere when it does not. Most patterns
+    // are a star and letters, which need no steps.
+    std::size_t acceptedBy(std::size_t position, char c) {
+        const char wanted = m_pattern[position];
+        if (wanted != '[' && wanted != '\\')
+            return wanted == c || wanted == '?' ? position + 1 : nowhere;
+        if (m_steps.empty())
+            m_steps.resize(m_pattern.size());
+        const Step& step = stepAt(position);
+        return accepts(step, c) ? step.next : nowhere;
+    }
+
     bool matchesBranching() {
+        m_steps.resize(m_pattern.size());
         Positions first(m_pattern.size() + 1);
         Positions second(m_pattern.size() + 1);
         Positions* reached = &first;
@@ -269,8 +281,12 @@ private:
 
     const Step& stepAt(std::size_t position) {
         Step& step = m_steps[position];
-        if (step.kind != Step::Kind::NotLookedAt)
-            return step;
+        if (step.kind == Step::Kind::NotLookedAt)
+            lookAt(position, step);
+        return step;
+    }
+
+    void lookAt(std::size_t position, Step& step) {
         step.next = position + 1;
         step.literal = m_pattern[position];
         switch (m_pattern[position]) {
@@ -307,7 +323,6 @@ private:
             step.kind = Step::Kind::Literal;
             break;
         }
-        return step;
     }
 
     // Reads the set that begins at step.next. One that is never closed matches nothing.
