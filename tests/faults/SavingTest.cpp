@@ -71,7 +71,8 @@ struct Workspace : DockMainWindow {
     }
 };
 
-// What may befall a process. Where no disk may be mounted, what is nearest to it stands in.
+// What may go wrong around a process. Where no disk may be mounted, the nearest thing to it is
+// used.
 
 void limitFiles(rlim_t bytes, bool deadly) {
     ::signal(SIGXFSZ, deadly ? SIG_DFL : SIG_IGN);

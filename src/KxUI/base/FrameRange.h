@@ -9,7 +9,8 @@
 
 namespace Kestrel::Base {
 
-/** A stretch of frames: first and last frame, both inclusive, and the step between frames. */
+/** A stretch of frames: first and last frame, both inclusive, and the step between frames. A plain
+    value; its layout is frozen. */
 struct FrameRange {
     std::int32_t first = 0; ///< The first frame.
     std::int32_t last = 0;  ///< The last frame, part of the range.

@@ -12,7 +12,8 @@ namespace Kestrel::Base {
 
     A base with denominator 0 is invalid and its rate is 0. The base 0/1 is valid, with rate 0. The
     fraction never changes after construction, so the rate and the number of frame labels a second
-    are worked out once. A plain value, safe to copy and to read from any thread. */
+    are worked out once. A plain value, safe to copy and to read from any thread; its layout is
+    frozen. */
 class KXUI_EXPORT TimeBase {
 public:
     /** The rates that film and television agreed on; the values are part of saved settings. */
@@ -37,13 +38,13 @@ public:
             *this = ntsc ? fromFraction(std::uint64_t{fps} * 1000, 1001) : fromFraction(fps, 1);
     }
 
-    /** Keeps a denominator from passing as the NTSC flag. */
+    /** Not `TimeBase(30000, 1001)`: a denominator is no NTSC flag. */
     template <class Flag, std::enable_if_t<!std::is_same_v<Flag, bool>, int> = 0>
     TimeBase(unsigned fps, Flag ntsc) = delete;
 
-    /** The base meant by a measured rate in frames per second, judged in single precision: a whole
-        number within 0.0001, else 24000/1001, 30000/1001 or 60000/1001 within 0.011, else
-        hundredths. A rate near 0 gives 0/1, a negative one a numerator of 0; infinity and
+    /** The base that a measured rate in frames per second stands for, compared in single precision:
+       a whole number within 0.0001, else 24000/1001, 30000/1001 or 60000/1001 within 0.011, else a
+       numerator over 100. A rate near 0 gives 0/1, a negative one a numerator of 0; infinity and
         not-a-number give the invalid base. */
     explicit constexpr TimeBase(double rate) noexcept {
         constexpr double limit = std::numeric_limits<float>::max();

@@ -12,8 +12,8 @@
 /** Frame counts as text and back: timecode with and without drop frame (SMPTE ST 12-1), plain frame
     numbers, feet and frames.
 
-    Pure functions, callable from any thread; none throws (but for memory running out) and all are
-    defined for every 64-bit time. */
+    Pure functions for any thread, defined for every 64-bit time. None throws, except where memory
+   runs out. */
 namespace Kestrel::Base::Timecode {
 
 /** How a time is written. The values are part of saved settings. */
@@ -54,7 +54,7 @@ KXUI_EXPORT std::string toString(Time time, const TimeBase& base, DisplayType ty
       frames to the rounded rate less one; hours are not checked. A label that drop frame skips is
       accepted and lies before the minute.
     - FeetFrames40, FeetFrames16: the two numbers joined by "+"; `offset` is not subtracted,
-   although toString() adds it. This asymmetry is deliberate.
+      although toString() adds it: hosts rely on fields that read feet this way.
 
     `fieldCount`, where given, receives the number of fields that the text filled, 1 to 4 (4 in feet
     and frames). It is left alone where the base or the text is refused, and in Frames. */
