@@ -3,29 +3,28 @@
 #include <KxUI/Export.h>
 
 #include <QList>
-#include <QPointer>
 #include <QStringList>
 #include <QWidget>
 
-class QAction;
+#include <memory>
+
 class QMenu;
 class QStackedWidget;
 
 namespace Kestrel::UI {
 
 class DockMainWindow;
+class DockPrivate;
 class DockTabBar;
-class DockTitleBar;
 class DockWindow;
-class TitleBarButton;
-struct PaneMetrics;
 
 /** A pane of the workspace: host widgets as tabs, with a strip of tabs and a pane menu.
 
     Lives in a DockSplitter of its controller's main window or of a floating window, and is deleted
     when it is closed. The pages (the host's widgets) are reparented to no parent when their pane
     dies, unless they have Qt::WA_DeleteOnClose or were never asked whether they may close. The
-    object name of a pane is its id in layouts, that of a page is the page's id. GUI thread. */
+    object name of a pane is its id in layouts, that of a page is the page's id. Interface thread.
+ */
 class KXUI_EXPORT Dock : public QWidget {
     Q_OBJECT
 
@@ -77,13 +76,13 @@ public:
 
     /** Gives this pane all room of its enclosing splitters, or their sizes back. */
     void setExpanded(bool expanded);
-    bool isExpanded() const { return m_expanded; }
+    bool isExpanded() const;
 
     /** Whether the window of this pane is full screen. */
     bool isFullscreenDock() const;
 
     /** Whether tabs and title buttons are shown; true at first. */
-    bool titleVisible() const { return m_titleVisible; }
+    bool titleVisible() const;
 
     /** Marks the pane as the target of a tab drag, shown by a line or by a HoverWidget. */
     void setHover(bool hover);
@@ -106,13 +105,13 @@ public:
     /** Index of the current page, -1 when there is none. */
     int currentTab() const;
     /** The pages, in the order of their tabs; owned by the pane. */
-    QStackedWidget* stack() const { return m_stack; }
+    QStackedWidget* stack() const;
     /** The pane's menu, owned by the pane; a host may add to it. */
-    QMenu* menu() const { return m_menu; }
+    QMenu* menu() const;
     /** The strip of tabs, owned by the pane. */
-    DockTabBar* tabBar() const { return m_tabBar; }
+    DockTabBar* tabBar() const;
     /** The workspace, null once it is gone. */
-    DockMainWindow* controller() const { return m_controller; }
+    DockMainWindow* controller() const;
     /** Whether this is the only pane of its window. */
     bool singlePanel() const;
 
@@ -120,8 +119,8 @@ public:
     QList<QWidget*> rememberedWidgets() const;
 
     /** Ids of the pages that a layout put into this pane. */
-    QStringList& paneIDs() { return m_paneIDs; }
-    const QStringList& paneIDs() const { return m_paneIDs; }
+    QStringList& paneIDs();
+    const QStringList& paneIDs() const;
 
     /** The nearest enclosing DockWindow, null when there is none. */
     DockWindow* dockWindow() const;
@@ -182,45 +181,8 @@ protected:
     void closeEvent(QCloseEvent* event) override;
 
 private:
-    friend class DockMainWindow;
-    friend class DockDragSession;
-    friend class DockLayoutBuilder;
-
-    QMenu* createMenu();
-    void createTitleButtons();
-    /** The insertion that all ways of adding a page share. */
-    void insertPage(int index, QWidget* widget);
-    bool closePage(QWidget* widget);
-    void disconnectController() { m_controller = nullptr; }
-
-    bool parentCanBeClosed() const;
-    void closeWindowIfEmpty();
-    void applySingleTabRule();
-    PaneMetrics metrics() const;
-    void updateSizeLimits();
-    void layOut();
-    /** Lays out once control is back in the event loop, however often it is called before. */
-    void layOutLater();
-    bool hasFocusInside() const;
-
-    QList<QPointer<QWidget>> m_rememberedWidgets;
-    DockMainWindow* m_controller;
-    TitleBarButton* m_closeButton = nullptr;
-    TitleBarButton* m_floatButton = nullptr;
-    TitleBarButton* m_menuButton = nullptr;
-    DockTabBar* m_tabBar = nullptr;
-    DockTitleBar* m_titleBar = nullptr;
-    QStackedWidget* m_stack = nullptr;
-    QMenu* m_menu = nullptr;
-    QAction* m_showTabsAction = nullptr;
-    int m_previousTab = 0;
-    int m_titleHeight = 0;
-    bool m_titleVisible = true;
-    bool m_hover = false;
-    bool m_expanded = false;
-    bool m_layoutIsDue = false;
-    QStringList m_paneIDs;
-    QList<QPointer<QWidget>> m_refusedPages; // refused to close when the pane was closed last
+    friend class DockPrivate;
+    const std::unique_ptr<DockPrivate> d;
 };
 
 } // namespace Kestrel::UI

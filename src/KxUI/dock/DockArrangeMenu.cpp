@@ -1,9 +1,9 @@
 #include <KxUI/dock/DockArrangeMenu_p.h>
 
 #include <KxUI/dock/Dock.h>
-#include <KxUI/dock/DockDrag_p.h>
+#include <KxUI/dock/DockAnnouncer_p.h>
 #include <KxUI/dock/DockMainWindow.h>
-#include <KxUI/dock/DockTreeEdit_p.h>
+#include <KxUI/dock/DockMoves_p.h>
 
 #include <QFontMetrics>
 
@@ -27,11 +27,15 @@ QString paneTitle(const Dock& dock) {
 } // namespace
 
 DockArrangeMenu::DockArrangeMenu()
-    : QMenu(tr("Move Tab")) {
+    : DockMenuBase(tr("Move Tab")) {
     connect(this, &QMenu::aboutToShow, this, &DockArrangeMenu::fill);
 }
 
 DockArrangeMenu::~DockArrangeMenu() = default;
+
+DockMainWindow* DockArrangeMenu::workspace() const {
+    return m_dock ? m_dock->controller() : nullptr;
+}
 
 void DockArrangeMenu::setDock(Dock* dock) {
     m_dock = dock;
@@ -82,16 +86,13 @@ void DockArrangeMenu::addPlaces(QMenu* menu, Dock* dock) {
 }
 
 void DockArrangeMenu::move(Dock* target, DockDropZone zone) {
-    QWidget* page = m_dock ? m_dock->currentWidget() : nullptr;
+    const QPointer<QWidget> page(m_dock ? m_dock->currentWidget() : nullptr);
     if (!page || !target)
         return;
-    const QPointer<Dock> source(m_dock);
-    const QPointer<QWidget> moved(page);
-    dockPage(page, source, target, zone, -1);
-    if (source && source->controller() && source->controller()->hideSingleTabs())
-        source->setTitleVisible(source->count() != 1);
-    if (moved)
-        moved->setFocus(Qt::OtherFocusReason);
+    const DockChange change(target->controller());
+    dockPage(page, target, zone, -1);
+    if (page)
+        page->setFocus(Qt::OtherFocusReason);
 }
 
 void DockArrangeMenu::reorder(int step) {
@@ -99,7 +100,7 @@ void DockArrangeMenu::reorder(int step) {
     const int to = m_dock ? m_dock->currentTab() + step : -1;
     if (!page || to < 0 || to >= m_dock->count())
         return;
-    const FocusKeeper keeper(page);
+    const DockChange change(m_dock->controller());
     m_dock->insertWidget(to, page);
     m_dock->setCurrentWidget(page);
 }

@@ -1,8 +1,8 @@
 #pragma once
 
 #include <KxUI/dock/DockDropZone.h>
+#include <KxUI/dock/DockMenu_p.h>
 
-#include <QMenu>
 #include <QPointer>
 
 namespace Kestrel::UI {
@@ -11,7 +11,7 @@ class Dock;
 
 /** The submenu "Move Tab" that all pane menus of a workspace share: everything that dragging the
     current tab can do, for the keyboard. Filled when it opens. */
-class DockArrangeMenu : public QMenu {
+class DockArrangeMenu : public DockMenuBase {
     Q_OBJECT
 
 public:
@@ -20,6 +20,9 @@ public:
 
     /** The pane whose menu is about to open. */
     void setDock(Dock* dock);
+
+protected:
+    DockMainWindow* workspace() const override;
 
 private:
     void fill();

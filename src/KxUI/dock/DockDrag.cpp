@@ -1,11 +1,13 @@
 #include <KxUI/dock/DockDrag_p.h>
 
-#include <KxUI/dock/Dock.h>
 #include <KxUI/dock/DockGeometry_p.h>
 #include <KxUI/dock/DockMainWindow.h>
+#include <KxUI/dock/DockMoves_p.h>
 #include <KxUI/dock/DockTabBar.h>
+#include <KxUI/dock/DockTitleBar.h>
 #include <KxUI/dock/DockTreeEdit_p.h>
 #include <KxUI/dock/DockWindow.h>
+#include <KxUI/dock/Dock_p.h>
 #include <KxUI/dock/HoverWidget.h>
 #include <KxUI/kit/WindowSystem_p.h>
 
@@ -80,44 +82,6 @@ void giveBackFocus(QWidget* focus) {
 
 } // namespace
 
-bool dockPage(QWidget* page, Dock* source, Dock* target, DockDropZone zone, int index) {
-    Dock* pane = target;
-    switch (zone) {
-    case DropLeft:
-        pane = target->split(Qt::Horizontal, true);
-        break;
-    case DropRight:
-        pane = target->split(Qt::Horizontal, false);
-        break;
-    case DropTop:
-        pane = target->split(Qt::Vertical, true);
-        break;
-    case DropBottom:
-        pane = target->split(Qt::Vertical, false);
-        break;
-    case DropCentre:
-        break;
-    }
-    if (!pane)
-        return false;
-    if (source && source->stack()->indexOf(page) >= 0 && source != pane)
-        source->stack()->removeWidget(page);
-    const QPointer<Dock> alive(pane);
-    const QPointer<QWidget> alivePage(page);
-    if (source && source->count() == 0 && source != pane && Dock::isTopLevel(source)) {
-        DockWindow* window = source->dockWindow();
-        if (window && window != source->controller()) {
-            page->setParent(nullptr);
-            window->close();
-        }
-    }
-    if (!alive || !alivePage)
-        return false;
-    pane->insertWidget(index, page);
-    pane->setCurrentWidget(page);
-    return true;
-}
-
 DockDragSession& DockDragSession::instance() {
     static DockDragSession session;
     return session;
@@ -129,11 +93,13 @@ bool DockDragSession::begin(DockTabBar* strip, QWidget* page, const QPoint& pres
     if (m_active || !page || !source->controller())
         return false;
 
+    const DockChange change(source->controller());
     m_active = true;
     m_strip = strip;
     m_source = source;
     m_sourceIndex = source->stack()->indexOf(page);
     m_sourceSize = source->size();
+    m_sourceWasExpanded = source->isExpanded() && source->count() == 1;
     m_controller = source->controller();
     m_page = page;
     m_focus = isInside(page, QApplication::focusWidget()) ? QApplication::focusWidget() : nullptr;
@@ -162,8 +128,11 @@ bool DockDragSession::begin(DockTabBar* strip, QWidget* page, const QPoint& pres
     qApp->installEventFilter(this);
 
     m_grabbed = grabMouse(strip);
-    page->hide();
+    DockPrivate::of(*source).pages->take(page);
     page->setParent(nullptr);
+    // What the page would be dropped on must not be hidden by an empty pane.
+    if (m_sourceWasExpanded)
+        source->setExpanded(false);
     page->move(global - press);
     page->setWindowFlags(Qt::Tool | Qt::WindowStaysOnTopHint);
     page->setAttribute(Qt::WA_ShowWithoutActivating);
@@ -193,11 +162,8 @@ void DockDragSession::aim(const QPoint& global) {
     setTarget(target, zone);
     m_dropIndex = -1;
     if (target) {
-        QVector<QRect> tabs;
         const DockTabBar* strip = target->tabBar();
-        for (int i = 0; i < strip->count(); ++i)
-            tabs.append(strip->tabRect(i));
-        m_dropIndex = dropIndexAt(strip->mapFromGlobal(global), tabs);
+        m_dropIndex = dropIndexAt(strip->mapFromGlobal(global), tabRects(*strip));
     }
 }
 
@@ -224,6 +190,7 @@ QWidget* DockDragSession::release() {
     if (m_strip && m_grabbed && QWidget::mouseGrabber() == m_strip)
         m_strip->releaseMouse();
     m_active = false;
+    m_source = nullptr;
     if (m_page) {
         m_page->setWindowFlags(m_pageFlags);
         m_page->setAttribute(Qt::WA_ShowWithoutActivating, !m_pageActivates);
@@ -239,6 +206,7 @@ void DockDragSession::drop(const QPoint& global, bool floating) {
         cancel();
         return;
     }
+    const DockChange change(m_controller);
     aim(global);
     const QPointer<Dock> target = m_target;
     const QPointer<Dock> source = m_source;
@@ -248,44 +216,41 @@ void DockDragSession::drop(const QPoint& global, bool floating) {
     const int index = zone == DropCentre ? m_dropIndex : -1;
     const QPointer<QWidget> page = release();
 
-    const bool docked = target && !floating && page && dockPage(page, source, target, zone, index);
+    const bool docked = target && !floating && page && dockPage(page, target, zone, index);
     if (!docked && page && controller)
-        floatPage(page, source, controller, global - m_press);
-    if (source && controller)
-        source->setTitleVisible(!controller->hideSingleTabs() || source->count() != 1);
-    giveBackFocus(focus);
-}
-
-void DockDragSession::floatPage(QWidget* page, Dock* source, DockMainWindow* controller,
-                                const QPoint& global) {
-    if (source) {
-        source->floatWidgetAt(page, global);
-        return;
+        floatPages(*controller, {page}, QRect(global - m_press, m_sourceSize));
+    if (source && controller) {
+        DockPrivate& pane = DockPrivate::of(*source);
+        if (controller->hideSingleTabs())
+            pane.applySingleTabRule();
+        else if (!pane.titleBar->isRevealed())
+            source->setTitleVisible(true);
+        pane.settleEmptied();
     }
-    DockWindow* window = controller->addNewFloatingDock(page);
-    window->move(global);
-    window->resize(m_sourceSize);
+    giveBackFocus(focus);
 }
 
 void DockDragSession::cancel() {
     if (!m_active)
         return;
+    const DockChange change(m_controller);
     const QPointer<Dock> source = m_source;
     const QPointer<DockMainWindow> controller = m_controller;
     const QPointer<QWidget> focus = m_focus;
     const QPoint at = m_page ? m_page->pos() : QPoint();
     const QPointer<QWidget> page = release();
-    if (!page) {
-        if (source)
-            source->closeWindowIfEmpty();
-        return;
-    }
-    page->hide();
-    if (source) {
+    if (page)
+        page->hide();
+    if (source && page) {
         source->insertWidget(std::min(m_sourceIndex, source->count()), page);
         source->setCurrentWidget(page);
-    } else if (controller) {
-        floatPage(page, nullptr, controller, at);
+        if (m_sourceWasExpanded)
+            source->setExpanded(true);
+    } else if (source) {
+        DockPrivate::of(*source).applySingleTabRule();
+        DockPrivate::of(*source).settleEmptied();
+    } else if (page && controller) {
+        floatPages(*controller, {page}, QRect(at, m_sourceSize));
     }
     giveBackFocus(focus);
 }

@@ -98,7 +98,6 @@ private:
     void setTarget(Dock* target, DockDropZone zone);
     /** Clears the session and gives the page its flags and opacity back. */
     QWidget* release();
-    void floatPage(QWidget* page, Dock* source, DockMainWindow* controller, const QPoint& global);
 
     bool m_active = false;
     QPointer<QWidget> m_page;
@@ -114,14 +113,10 @@ private:
     Qt::WindowFlags m_pageFlags;
     bool m_pageActivates = true;
     bool m_grabbed = false;
+    bool m_sourceWasExpanded = false;
     bool m_deactivated = false;
     DockDropZone m_zone = DropCentre;
     int m_dropIndex = -1;
 };
-
-/** Puts `page` of `source` into `target` at `index`, or into a new pane on the side of `target`
-   that `zone` names, as a drop does; an emptied floating window closes. `source` may be null.
-   False, and nothing moved, when `target` cannot be split. */
-bool dockPage(QWidget* page, Dock* source, Dock* target, DockDropZone zone, int index);
 
 } // namespace Kestrel::UI

@@ -1,6 +1,7 @@
 #include <KxUI/dock/DockGeometry_p.h>
 
 #include <QStyle>
+#include <QTabBar>
 #include <QWidget>
 
 #include <algorithm>
@@ -89,6 +90,13 @@ QRect dropZoneArea(const QRect& area, DockDropZone zone) {
         break;
     }
     return part;
+}
+
+QVector<QRect> tabRects(const QTabBar& strip) {
+    QVector<QRect> rects;
+    for (int i = 0; i < strip.count(); ++i)
+        rects.append(strip.tabRect(i));
+    return rects;
 }
 
 int dropIndexAt(const QPoint& point, const QVector<QRect>& tabs) {

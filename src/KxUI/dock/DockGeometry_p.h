@@ -7,6 +7,8 @@
 #include <QSize>
 #include <QVector>
 
+class QTabBar;
+
 namespace Kestrel::UI {
 
 /** What the layout of a pane depends on. Lengths in pixels, hints of missing parts are 0 x 0. */
@@ -49,6 +51,9 @@ DockDropZone dropZoneAt(const QPoint& point, const QRect& stack, const QSize& pa
 
 /** The part of `area` that a drop on `zone` would take, for the indicator. */
 QRect dropZoneArea(const QRect& area, DockDropZone zone);
+
+/** Where the tabs of a strip are. */
+QVector<QRect> tabRects(const QTabBar& strip);
 
 /** The index at which a tab dropped at `point` goes: that of the tab there, one more right of its
     centre, -1 (at the end) where no tab is. */

@@ -1,10 +1,12 @@
 #include <KxUI/dock/DockLayoutBuilder_p.h>
 
-#include <KxUI/dock/Dock.h>
 #include <KxUI/dock/DockDrag_p.h>
-#include <KxUI/dock/DockMainWindow.h>
+#include <KxUI/dock/DockMainWindow_p.h>
+#include <KxUI/dock/DockPlaceHolder.h>
 #include <KxUI/dock/DockSplitter.h>
 #include <KxUI/dock/DockTabBar.h>
+#include <KxUI/dock/DockWindow_p.h>
+#include <KxUI/dock/Dock_p.h>
 #include <KxUI/kit/FullScreen.h>
 #include <KxUI/kit/WindowPlacement.h>
 
@@ -12,7 +14,6 @@
 #include <QGuiApplication>
 #include <QMetaProperty>
 #include <QScreen>
-#include <QStackedWidget>
 
 #include <algorithm>
 
@@ -25,7 +26,7 @@ constexpr const char* StateProperty = "layoutState";
 LayoutPane capturePane(const Dock& dock, const QWidget* focus) {
     LayoutPane pane;
     pane.id = dock.objectName();
-    pane.hideTitles = !dock.titleVisible();
+    pane.hideTitles = !DockPrivate::of(dock).titleStays();
     if (const QWidget* current = dock.currentWidget()) {
         pane.hasActivePage = true;
         pane.activePage = current->objectName();
@@ -102,29 +103,46 @@ QSize frameSize(const QWidget& window) {
 
 Layout DockLayoutBuilder::capture(const DockMainWindow& workspace, const QWidget* focus) {
     Layout layout;
-    const auto windows = workspace.windows();
+    const auto windows = DockMainWindowPrivate::windows(workspace);
     for (const DockWindow* window : windows)
         layout.windows.push_back(captureWindow(*window, focus));
     return layout;
 }
 
 DockLayoutBuilder::DockLayoutBuilder(DockMainWindow& workspace, bool fillScreen)
-    : m_workspace(workspace)
+    : m_change(&workspace)
+    , m_workspace(&workspace)
     , m_fillScreen(fillScreen) {
-    m_workspace.m_restoring = true;
+    DockMainWindowPrivate::of(workspace).restoring = true;
     DockDragSession& drag = DockDragSession::instance();
     if (drag.controller() == &workspace)
         drag.cancel();
 }
 
 DockLayoutBuilder::~DockLayoutBuilder() {
-    m_workspace.m_restoring = false;
+    if (m_workspace)
+        DockMainWindowPrivate::of(*m_workspace).restoring = false;
 }
 
 void DockLayoutBuilder::replaceArrangement(const Layout& layout, const PageSource& pages) {
     m_pages = pages;
     takeOutArrangement();
     build(layout);
+}
+
+/** Those that the host knows; a placeholder only stands for one. */
+QHash<QString, QPointer<QWidget>> DockLayoutBuilder::presentPages() const {
+    QHash<QString, QPointer<QWidget>> pages;
+    const auto panes = m_workspace->docks();
+    for (const Dock* dock : panes) {
+        for (int i = 0; i < dock->count(); ++i) {
+            QWidget* page = dock->widget(i);
+            const QString name = page->objectName();
+            if (!name.isEmpty() && !pages.contains(name) && !qobject_cast<DockPlaceHolder*>(page))
+                pages.insert(name, page);
+        }
+    }
+    return pages;
 }
 
 void DockLayoutBuilder::replaceKeepingPages(const Layout& layout) {
@@ -134,62 +152,73 @@ void DockLayoutBuilder::replaceKeepingPages(const Layout& layout) {
         for (const LayoutSplitter& splitter : window.splitters)
             collectPageIds(splitter, ids);
     }
-
-    const auto oldPanes = m_workspace.docks();
-    QHash<QString, QPointer<QWidget>> pages;
-    for (const Dock* dock : oldPanes) {
-        for (int i = 0; i < dock->count(); ++i) {
-            QWidget* page = dock->widget(i);
-            if (!page->objectName().isEmpty() && !pages.contains(page->objectName()))
-                pages.insert(page->objectName(), page);
-        }
-    }
+    auto pages = presentPages();
     for (const QString& id : qAsConst(ids)) {
+        if (!m_workspace)
+            return;
         if (pages.contains(id))
             continue;
         QString name = id;
-        pages.insert(id, m_workspace.createPage(name));
+        QWidget* page = m_workspace->createPage(name);
+        pages.insert(id, page);
     }
+    if (!m_workspace)
+        return;
 
     takeOutArrangement();
     // The old panes only wait for their end: they need not follow their pages' leaving.
-    QVector<QPointer<Dock>> dying;
-    for (Dock* dock : oldPanes) {
-        dock->m_stack->blockSignals(true);
-        dying.append(dock);
-    }
+    for (const QPointer<Dock>& dock : qAsConst(m_oldPanes))
+        DockPrivate::of(*dock).pages->abandon();
     m_pages = [&pages](QString& id) { return pages.value(id).data(); };
     build(layout);
+    for (const QPointer<Dock>& dock : qAsConst(m_oldPanes)) {
+        if (dock)
+            takeOut(*dock);
+    }
+}
 
-    for (const QPointer<Dock>& dock : qAsConst(dying)) {
-        while (dock && dock->count() > 0) {
-            const QPointer<QWidget> page(dock->widget(dock->count() - 1));
-            dock->m_stack->removeWidget(page);
-            page->hide();
-            page->setParent(nullptr);
-            m_workspace.emitWidgetRemoved(dock, page);
-        }
+/** Takes the pages out of a pane of the old arrangement, alive. */
+void DockLayoutBuilder::takeOut(Dock& dock) {
+    DockPrivate& pane = DockPrivate::of(dock);
+    const auto pages = pane.pages->list();
+    for (int i = pages.size() - 1; i >= 0; --i) {
+        QWidget* page = pages.at(i);
+        if (!page || pane.pages->find(page) < 0)
+            continue;
+        pane.pages->take(page);
+        page->setParent(nullptr);
+        pane.tell(DockPrivate::News::Removed, page);
+        if (qobject_cast<DockPlaceHolder*>(page))
+            page->deleteLater();
     }
 }
 
 void DockLayoutBuilder::takeOutArrangement() {
-    for (DockWindow* window : qAsConst(m_workspace.m_floatingWindows))
+    DockMainWindowPrivate& workspace = DockMainWindowPrivate::of(*m_workspace);
+    const auto panes = m_workspace->docks();
+    for (Dock* dock : panes)
+        m_oldPanes.append(dock);
+    for (DockWindow* window : qAsConst(workspace.floatingWindows))
         m_oldFloating.append(window);
     // Hidden before it leaves, so that no half of it is ever laid out or seen on its own.
-    QWidget* central = m_workspace.centralWidget();
+    QWidget* central = m_workspace->centralWidget();
     if (central)
         central->hide();
-    m_oldCentral = m_workspace.takeCentralWidget();
+    m_oldCentral = m_workspace->takeCentralWidget();
 
     auto* root = new DockSplitter(Qt::Vertical);
     root->hide();
-    m_workspace.m_rootSplitter = root;
-    m_workspace.setCentralWidget(root);
-    m_workspace.setFloatingWindows({});
-    m_workspace.m_layoutIds.clear();
+    m_workspace->setRootSplitter(root);
+    m_workspace->setFloatingWindows({});
+    workspace.layoutIds.clear();
 }
 
 void DockLayoutBuilder::discardOldArrangement() {
+    // Pages that stayed leave now, while the panes can still be told of.
+    for (const QPointer<Dock>& dock : qAsConst(m_oldPanes)) {
+        if (dock)
+            DockPrivate::of(*dock).releasePages();
+    }
     if (m_oldCentral)
         m_oldCentral->deleteLater();
     for (const QPointer<DockWindow>& window : qAsConst(m_oldFloating)) {
@@ -204,17 +233,24 @@ void DockLayoutBuilder::discardOldArrangement() {
 void DockLayoutBuilder::build(const Layout& layout) {
     bool isMain = true;
     for (const LayoutWindow& window : layout.windows) {
+        if (!m_workspace)
+            return;
         if (isMain) {
-            fillWindow(m_workspace, window, true);
-        } else if (DockWindow* fresh = m_workspace.createWindow()) {
-            m_workspace.addFloatingDock(fresh);
+            fillWindow(*m_workspace, window, true);
+        } else if (DockWindow* fresh = m_workspace->createWindow()) {
+            if (!m_workspace)
+                return;
+            DockMainWindowPrivate::of(*m_workspace).addFloatingDock(fresh);
             fillWindow(*fresh, window, false);
         }
         isMain = false;
     }
-    for (const LayoutPane& pane : layout.loosePanes)
-        makePane(pane);
-    m_workspace.m_rootSplitter->show();
+    for (const LayoutPane& pane : layout.loosePanes) {
+        if (m_workspace)
+            makePane(pane);
+    }
+    if (m_workspace)
+        m_workspace->rootSplitter()->show();
 }
 
 void DockLayoutBuilder::fillWindow(DockWindow& window, const LayoutWindow& layout, bool isMain) {
@@ -229,54 +265,61 @@ void DockLayoutBuilder::fillWindow(DockWindow& window, const LayoutWindow& layou
                  << "fullscreen:" << layout.place.fullScreen << "geometry:" << layout.place.rect;
     }
     // Out of sight until it is complete: one layout pass instead of one for every pane.
-    DockSplitter* root = window.rootSplitter();
+    const QPointer<DockSplitter> root(window.rootSplitter());
     root->hide();
     for (const LayoutSplitter& splitter : layout.splitters)
-        fillSplitter(*root, splitter);
-    if (!alive)
+        fillSplitter(root, splitter);
+    if (!alive || !m_workspace)
         return;
     if (!staysPut)
         placeWindow(window, layout.place, isMain);
-    root->show();
+    window.rootSplitter()->show();
     if (!staysHidden)
         window.show();
 }
 
-void DockLayoutBuilder::fillSplitter(DockSplitter& splitter, const LayoutSplitter& layout) {
-    splitter.setOrientation(layout.orientation);
+void DockLayoutBuilder::fillSplitter(const QPointer<DockSplitter>& splitter,
+                                     const LayoutSplitter& layout) {
+    if (!splitter)
+        return;
+    splitter->setOrientation(layout.orientation);
     for (const LayoutNode& child : layout.children) {
         if (const auto* branch = std::get_if<LayoutSplitter>(&child.value)) {
-            auto* fresh = new DockSplitter(Qt::Vertical);
-            splitter.addWidget(fresh);
-            fillSplitter(*fresh, *branch);
+            const QPointer<DockSplitter> fresh(new DockSplitter(Qt::Vertical));
+            splitter->addWidget(fresh);
+            fillSplitter(fresh, *branch);
         } else if (const auto* pane = std::get_if<LayoutPane>(&child.value)) {
-            if (Dock* dock = makePane(*pane))
-                splitter.addWidget(dock);
+            Dock* dock = makePane(*pane);
+            if (dock && splitter)
+                splitter->addWidget(dock);
+            else
+                delete dock;
         }
+        if (!splitter)
+            return;
     }
     QVector<int> sizes;
     for (int i = 0; i < layout.splits.size(); ++i) {
-        splitter.setStretchFactor(i, layout.splits.at(i).stretch);
+        splitter->setStretchFactor(i, layout.splits.at(i).stretch);
         sizes.append(layout.splits.at(i).size);
     }
     // No sizes at all would collapse every child.
     if (!sizes.isEmpty())
-        splitter.setSizes(splitterSizes(sizes));
+        splitter->setSizes(splitterSizes(sizes));
     // Only now, since sizes count every child. An empty branch has no place in a workspace.
-    for (int i = splitter.count() - 1; i >= 0; --i) {
-        const auto* branch = qobject_cast<DockSplitter*>(splitter.widget(i));
+    for (int i = splitter->count() - 1; i >= 0; --i) {
+        const auto* branch = qobject_cast<DockSplitter*>(splitter->widget(i));
         if (branch && branch->count() == 0)
             delete branch;
     }
 }
 
 Dock* DockLayoutBuilder::makePane(const LayoutPane& layout) {
-    const QPointer<Dock> dock(m_workspace.createDock());
-    if (!dock)
-        return nullptr;
+    const QPointer<Dock> dock(m_workspace ? m_workspace->createDock() : nullptr);
+    if (!dock || !m_workspace)
+        return dock;
     if (layout.hasActivePage && layout.hasFocus)
-        m_workspace.setFocusPage(layout.activePage);
-    dock->setTitleVisible(!layout.hideTitles);
+        m_workspace->setFocusPage(layout.activePage);
     dock->setObjectName(layout.id);
     for (const LayoutPage& pageLayout : layout.pages) {
         QWidget* page = takePage(pageLayout);
@@ -289,11 +332,16 @@ Dock* DockLayoutBuilder::makePane(const LayoutPane& layout) {
             dock->setCurrentWidget(page);
         }
     }
+    // After the pages, whose number may hide or show titles: a layout knows how they were.
+    if (dock)
+        dock->setTitleVisible(!layout.hideTitles);
     return dock;
 }
 
 QWidget* DockLayoutBuilder::takePage(const LayoutPage& layout) {
     QString id = layout.id;
+    if (!m_workspace)
+        return nullptr;
     QWidget* page = m_pages(id);
     // A document, or a host, may name a page twice; it can be in one place only.
     if (!page || m_placed.contains(page))
@@ -320,10 +368,10 @@ void DockLayoutBuilder::placeWindow(DockWindow& window, const SavedWindow& saved
     window.resize(plan.rect.size());
     window.move(plan.rect.topLeft());
     if (cyclesFullScreen) {
-        FullScreen::Set(&window, true, &m_workspace);
-        FullScreen::Set(&window, false, &m_workspace);
+        FullScreen::Set(&window, true, m_workspace);
+        FullScreen::Set(&window, false, m_workspace);
     }
-    FullScreen::Set(&window, plan.fullScreen, &m_workspace);
+    FullScreen::Set(&window, plan.fullScreen, m_workspace);
     if (saved.maximized)
         window.setWindowState(window.windowState() | Qt::WindowMaximized);
     if (logsRestore()) {

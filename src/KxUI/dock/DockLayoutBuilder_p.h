@@ -1,5 +1,6 @@
 #pragma once
 
+#include <KxUI/dock/DockAnnouncer_p.h>
 #include <KxUI/dock/DockLayout_p.h>
 #include <KxUI/dock/DockTreeEdit_p.h>
 
@@ -49,12 +50,16 @@ private:
     void takeOutArrangement();
     void build(const Layout& layout);
     void fillWindow(DockWindow& window, const LayoutWindow& layout, bool isMain);
-    void fillSplitter(DockSplitter& splitter, const LayoutSplitter& layout);
+    void fillSplitter(const QPointer<DockSplitter>& splitter, const LayoutSplitter& layout);
     Dock* makePane(const LayoutPane& layout);
     QWidget* takePage(const LayoutPage& layout);
+    QHash<QString, QPointer<QWidget>> presentPages() const;
+    void takeOut(Dock& dock);
     void placeWindow(DockWindow& window, const SavedWindow& saved, bool isMain);
 
-    DockMainWindow& m_workspace;
+    // The host, asked for a page, a pane or a window, may destroy any of them, and this one too.
+    const DockChange m_change;
+    const QPointer<DockMainWindow> m_workspace;
     const bool m_fillScreen;
     bool m_keepsMain = false; // hidden when it is hidden, and in its place without another one
     DockTreeEdit m_edit;
@@ -62,6 +67,7 @@ private:
     QSet<const QWidget*> m_placed;
     QPointer<QWidget> m_oldCentral;
     QList<QPointer<DockWindow>> m_oldFloating;
+    QVector<QPointer<Dock>> m_oldPanes;
 };
 
 } // namespace Kestrel::UI

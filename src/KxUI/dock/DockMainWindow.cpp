@@ -1,43 +1,117 @@
-#include <KxUI/dock/DockMainWindow.h>
+#include <KxUI/dock/DockMainWindow_p.h>
 
 #include <KxUI/dock/DockArrangeMenu_p.h>
 #include <KxUI/dock/DockDrag_p.h>
 #include <KxUI/dock/DockLayoutBuilder_p.h>
+#include <KxUI/dock/DockMoves_p.h>
 #include <KxUI/dock/DockPlaceHolder.h>
 #include <KxUI/dock/DockSplitter.h>
-#include <KxUI/kit/WindowSystem_p.h>
+#include <KxUI/dock/DockWindow_p.h>
+#include <KxUI/dock/Dock_p.h>
 
 #include <QAction>
 #include <QApplication>
 #include <QCloseEvent>
 #include <QCursor>
+#include <QIODevice>
 #include <QMessageBox>
 
 #include <algorithm>
 
 namespace Kestrel::UI {
 
+namespace {
+
+void collectNames(const LayoutSplitter& splitter, QHash<QString, int>& names) {
+    for (const LayoutNode& child : splitter.children) {
+        if (const auto* branch = std::get_if<LayoutSplitter>(&child.value))
+            collectNames(*branch, names);
+        else if (const auto* pane = std::get_if<LayoutPane>(&child.value)) {
+            for (const LayoutPage& page : pane->pages)
+                ++names[page.id];
+        }
+    }
+}
+
+/** Of pages that a layout cannot tell apart, and therefore brings back as one. */
+void warnOfNamesakes(const Layout& layout) {
+    QHash<QString, int> names;
+    for (const LayoutWindow& window : layout.windows) {
+        for (const LayoutSplitter& splitter : window.splitters)
+            collectNames(splitter, names);
+    }
+    for (auto name = names.cbegin(); name != names.cend(); ++name) {
+        if (name.value() > 1)
+            qWarning("DockMainWindow::saveLayout - %d pages have the object name \"%s\"; the "
+                     "layout can bring back one",
+                     name.value(), qPrintable(name.key()));
+    }
+}
+
+} // namespace
+
+DockMainWindowPrivate::DockMainWindowPrivate(DockMainWindow* workspace)
+    : q(workspace)
+    , announcer(*workspace) {}
+
+DockMainWindowPrivate::~DockMainWindowPrivate() {
+    if (m_arrangeMenu)
+        m_arrangeMenu->dispose();
+}
+
 DockMainWindow::DockMainWindow(QWidget* parent)
-    : DockWindow(this, parent) {
+    : DockWindow(this, parent)
+    , d(std::make_unique<DockMainWindowPrivate>(this)) {
     qRegisterMetaType<Kestrel::UI::Dock*>();
     setContextMenuPolicy(Qt::NoContextMenu);
 }
 
 DockMainWindow::~DockMainWindow() {
+    // What the host derived is gone already: from here on nobody is told anything.
+    d->announcer.silence();
+    disconnect(qApp, nullptr, this, nullptr);
+    for (Dock* dock : qAsConst(d->docks))
+        DockPrivate::of(*dock).controller = nullptr;
+    d->docks.clear();
     DockDragSession::instance().forget(this);
-    for (Dock* dock : qAsConst(m_docks))
-        dock->disconnectController();
-    m_docks.clear();
-    const auto satellites = m_satellites;
+    const auto satellites = d->satellites;
     for (DockWindow* window : satellites)
         window->disconnectController();
     disconnectController();
 }
 
+bool DockMainWindow::hideSingleTabs() const {
+    return d->hideSingleTabs;
+}
+
+void DockMainWindow::setHideSingleTabs(bool hide) {
+    d->hideSingleTabs = hide;
+}
+
+bool DockMainWindow::hasPanelMenu() const {
+    return d->hasPanelMenu;
+}
+
+void DockMainWindow::setHasPanelMenu(bool has) {
+    d->hasPanelMenu = has;
+}
+
+bool DockMainWindow::splitPanelsByDragging() const {
+    return d->splitPanelsByDragging;
+}
+
+void DockMainWindow::setSplitPanelsByDragging(bool split) {
+    d->splitPanelsByDragging = split;
+}
+
+bool DockMainWindow::highlightCurrentTab() const {
+    return d->highlightCurrentTab;
+}
+
 void DockMainWindow::setHighlightCurrentTab(bool highlight) {
-    if (m_highlightCurrentTab == highlight)
+    if (d->highlightCurrentTab == highlight)
         return;
-    m_highlightCurrentTab = highlight;
+    d->highlightCurrentTab = highlight;
     if (highlight)
         connect(qApp, &QApplication::focusChanged, this, &DockMainWindow::focusChanged);
     else
@@ -45,6 +119,14 @@ void DockMainWindow::setHighlightCurrentTab(bool highlight) {
     const auto all = docks();
     for (Dock* dock : all)
         dock->updateTabs();
+}
+
+bool DockMainWindow::tabsAreClosable() const {
+    return d->tabsAreClosable;
+}
+
+void DockMainWindow::setTabsAreClosable(bool closable) {
+    d->tabsAreClosable = closable;
 }
 
 void DockMainWindow::focusChanged(QWidget* old, QWidget* now) {
@@ -60,40 +142,33 @@ void DockMainWindow::focusChanged(QWidget* old, QWidget* now) {
     }
 }
 
-QAction* DockMainWindow::newAction(const QString& text, const char* id,
-                                   void (DockMainWindow::*slot)()) {
-    auto* action = new QAction(text, this);
+QAction* DockMainWindowPrivate::newAction(const QString& text, const char* id,
+                                          const QString& shortcut, void (DockMainWindow::*slot)()) {
+    auto* action = new QAction(text, q);
     action->setObjectName(QLatin1String(id));
-    connect(action, &QAction::triggered, this, slot);
+    action->setShortcut(QKeySequence(shortcut));
+    QObject::connect(action, &QAction::triggered, q, slot);
     return action;
 }
 
 QAction* DockMainWindow::nextDockAction() {
-    QAction* action =
-        newAction(tr("Next Pane"), "kestrel.application.focusNextPane", &DockMainWindow::nextDock);
-    action->setShortcut(QKeySequence(QStringLiteral("Ctrl+Alt+`")));
-    return action;
+    return d->newAction(tr("Next Pane"), "kestrel.application.focusNextPane",
+                        QStringLiteral("Ctrl+Alt+`"), &DockMainWindow::nextDock);
 }
 
 QAction* DockMainWindow::prevDockAction() {
-    QAction* action = newAction(tr("Previous Pane"), "kestrel.application.focusPreviousPane",
-                                &DockMainWindow::prevDock);
-    action->setShortcut(QKeySequence(QStringLiteral("Ctrl+Shift+Alt+`")));
-    return action;
+    return d->newAction(tr("Previous Pane"), "kestrel.application.focusPreviousPane",
+                        QStringLiteral("Ctrl+Shift+Alt+`"), &DockMainWindow::prevDock);
 }
 
 QAction* DockMainWindow::nextTabAction() {
-    QAction* action =
-        newAction(tr("Next Tab"), "kestrel.application.focusNextTab", &DockMainWindow::nextTab);
-    action->setShortcut(QKeySequence(QStringLiteral("Ctrl+Shift+]")));
-    return action;
+    return d->newAction(tr("Next Tab"), "kestrel.application.focusNextTab",
+                        QStringLiteral("Ctrl+Shift+]"), &DockMainWindow::nextTab);
 }
 
 QAction* DockMainWindow::prevTabAction() {
-    QAction* action = newAction(tr("Previous Tab"), "kestrel.application.focusPreviousTab",
-                                &DockMainWindow::prevTab);
-    action->setShortcut(QKeySequence(QStringLiteral("Ctrl+Shift+[")));
-    return action;
+    return d->newAction(tr("Previous Tab"), "kestrel.application.focusPreviousTab",
+                        QStringLiteral("Ctrl+Shift+["), &DockMainWindow::prevTab);
 }
 
 DockWindow* DockMainWindow::createWindow() {
@@ -111,52 +186,54 @@ QWidget* DockMainWindow::createPage(QString& id) {
 }
 
 DockWindow* DockMainWindow::addNewFloatingDock(QWidget* widget) {
-    DockWindow* window = createWindow();
-    if (widget) {
-        Dock* dock = createDock();
-        window->addWidget(dock);
-        dock->addWidget(widget, true, false);
-        window->resize(dock->sizeHint());
-        window->show();
-        bringToFront(window);
+    QPointer<DockWindow> window;
+    {
+        const DockChange change(this);
+        const QPointer<DockMainWindow> alive(this);
+        window = widget ? floatPages(*this, {widget}, QRect()) : createWindow();
+        if (alive && window)
+            d->addFloatingDock(window);
     }
-    addFloatingDock(window);
     return window;
 }
 
-void DockMainWindow::addFloatingDock(DockWindow* window) {
-    window->m_floating = true;
-    if (!m_floatingWindows.contains(window))
-        m_floatingWindows.append(window);
+void DockMainWindowPrivate::addFloatingDock(DockWindow* window) {
+    DockWindowPrivate::of(*window).floating = true;
+    if (!floatingWindows.contains(window))
+        floatingWindows.append(window);
 }
 
-void DockMainWindow::removeFloatingDock(DockWindow* window) {
-    if (!window || window == this)
+void DockMainWindowPrivate::removeFloatingDock(DockWindow* window) {
+    if (!window || window == q)
         return;
-    m_floatingWindows.removeOne(window);
-    window->m_floating = false;
+    floatingWindows.removeOne(window);
+    DockWindowPrivate::of(*window).floating = false;
+}
+
+QList<DockWindow*> DockMainWindow::floatingWindows() const {
+    return d->floatingWindows;
 }
 
 void DockMainWindow::setFloatingWindows(const QList<DockWindow*>& windows) {
-    for (DockWindow* window : qAsConst(m_floatingWindows))
-        window->m_floating = false;
-    m_floatingWindows.clear();
+    for (DockWindow* window : qAsConst(d->floatingWindows))
+        DockWindowPrivate::of(*window).floating = false;
+    d->floatingWindows.clear();
     for (DockWindow* window : windows) {
         if (window && window != this)
-            addFloatingDock(window);
+            d->addFloatingDock(window);
     }
 }
 
 void DockMainWindow::setRootSplitter(DockSplitter* splitter) {
-    if (splitter == m_rootSplitter)
+    if (!splitter || splitter == rootSplitter())
         return;
-    m_rootSplitter = splitter;
+    DockWindowPrivate::of(*this).rootSplitter = splitter;
     setCentralWidget(splitter);
 }
 
-QList<DockWindow*> DockMainWindow::windows() const {
-    QList<DockWindow*> all = m_floatingWindows;
-    all.prepend(const_cast<DockMainWindow*>(this));
+QList<DockWindow*> DockMainWindowPrivate::windows(const DockMainWindow& workspace) {
+    QList<DockWindow*> all = workspace.floatingWindows();
+    all.prepend(const_cast<DockMainWindow*>(&workspace));
     return all;
 }
 
@@ -170,7 +247,7 @@ QWidget* DockMainWindow::activeTab() const {
 }
 
 Dock* DockMainWindow::findDockAt(const QPoint& global) const {
-    for (const DockWindow* window : m_floatingWindows) {
+    for (const DockWindow* window : qAsConst(d->floatingWindows)) {
         if (!window->isVisible())
             continue;
         if (const QWidget* child = window->childAt(window->mapFromGlobal(global)))
@@ -180,17 +257,20 @@ Dock* DockMainWindow::findDockAt(const QPoint& global) const {
 }
 
 Dock* DockMainWindow::focusWidgetUnderCursor() {
-    Dock* dock = findDockAt(QCursor::pos());
-    if (dock)
-        dock->setFocus(Qt::OtherFocusReason);
-    else
-        setFocus(Qt::OtherFocusReason);
+    const QPointer<Dock> dock(findDockAt(QCursor::pos()));
+    {
+        const DockChange change(this);
+        if (dock)
+            dock->setFocus(Qt::OtherFocusReason);
+        else
+            setFocus(Qt::OtherFocusReason);
+    }
     return dock;
 }
 
 QList<Dock*> DockMainWindow::docks() const {
     QList<Dock*> all;
-    const auto everywhere = windows();
+    const auto everywhere = DockMainWindowPrivate::windows(*this);
     for (const DockWindow* window : everywhere)
         all += window->panes();
     return all;
@@ -199,7 +279,7 @@ QList<Dock*> DockMainWindow::docks() const {
 Dock* DockMainWindow::findDockByName(const QString& name, bool exact, bool usePaneIDs) const {
     if (name.isEmpty())
         return nullptr;
-    const auto everywhere = windows();
+    const auto everywhere = DockMainWindowPrivate::windows(*this);
     for (const DockWindow* window : everywhere) {
         const auto widgets = window->findChildren<QWidget*>(name);
         for (const QWidget* widget : widgets) {
@@ -256,57 +336,70 @@ QList<DockPlaceHolder*> DockMainWindow::placeHolders() const {
     return found;
 }
 
-Dock* DockMainWindow::walkFocus(int step) {
-    const auto all = docks();
-    const int start = all.indexOf(activeDock());
+namespace {
+
+bool canTakeFocus(const Dock& dock) {
+    const QWidget* page = dock.currentWidget();
+    return page && page->isEnabled() && dock.isVisible() && !dock.window()->isMinimized();
+}
+
+} // namespace
+
+Dock* DockMainWindowPrivate::walkFocus(int step) {
+    const auto all = q->docks();
+    const int start = all.indexOf(q->activeDock());
     if (start < 0)
         return nullptr;
+    const QWidget* here = all.at(start)->window();
     const int size = all.size();
-    int i = start;
-    for (int walked = 0; walked < size; ++walked) {
-        i = (i + step + size) % size;
-        if (all.at(i)->currentWidget()) {
-            Dock* dock = all.at(i);
-            if (dock->window() != window() || activeDock()->window() != dock->window())
-                dock->window()->activateWindow();
-            dock->setFocus(Qt::OtherFocusReason);
-            return dock;
-        }
+    for (int walked = 1; walked <= size; ++walked) {
+        Dock* dock = all.at((start + walked * step + walked * size) % size);
+        if (!canTakeFocus(*dock))
+            continue;
+        if (dock->window() != q->window() || here != dock->window())
+            dock->window()->activateWindow();
+        dock->setFocus(Qt::OtherFocusReason);
+        return dock;
     }
     return nullptr;
 }
 
 void DockMainWindow::nextDock() {
-    walkFocus(1);
+    const DockChange change(this);
+    d->walkFocus(1);
 }
 
 void DockMainWindow::prevDock() {
-    walkFocus(-1);
+    const DockChange change(this);
+    d->walkFocus(-1);
 }
 
 void DockMainWindow::nextTab() {
+    const DockChange change(this);
     Dock* dock = activeDock();
     if (!dock)
         return;
     if (dock->currentTab() < dock->count() - 1)
         dock->nextTab();
-    else if (Dock* next = walkFocus(1))
+    else if (Dock* next = d->walkFocus(1))
         next->setCurrentTab(0);
 }
 
 void DockMainWindow::prevTab() {
+    const DockChange change(this);
     Dock* dock = activeDock();
     if (!dock)
         return;
     if (dock->currentTab() > 0)
         dock->prevTab();
-    else if (Dock* previous = walkFocus(-1))
+    else if (Dock* previous = d->walkFocus(-1))
         previous->setCurrentTab(previous->count() - 1);
 }
 
 void DockMainWindow::closeEvent(QCloseEvent* event) {
+    const DockChange change(this);
     QVector<QPointer<DockWindow>> floating;
-    for (DockWindow* window : qAsConst(m_floatingWindows))
+    for (DockWindow* window : qAsConst(d->floatingWindows))
         floating.append(window);
     const QPointer<DockMainWindow> alive(this);
     for (const QPointer<DockWindow>& window : qAsConst(floating)) {
@@ -315,11 +408,13 @@ void DockMainWindow::closeEvent(QCloseEvent* event) {
     }
     if (alive)
         DockWindow::closeEvent(event);
+    else
+        event->accept();
 }
 
-void DockMainWindow::rebuildLayoutIds() {
+void DockMainWindowPrivate::rebuildLayoutIds() {
     QStringList ids;
-    const auto everywhere = windows();
+    const auto everywhere = windows(*q);
     for (const DockWindow* window : everywhere) {
         const auto widgets = window->findChildren<QWidget*>();
         for (const QWidget* widget : widgets) {
@@ -328,76 +423,107 @@ void DockMainWindow::rebuildLayoutIds() {
         }
     }
     ids.removeDuplicates();
-    m_layoutIds = ids;
+    layoutIds = ids;
 }
 
-DockArrangeMenu* DockMainWindow::arrangeMenu() {
+DockArrangeMenu* DockMainWindowPrivate::arrangeMenu() {
     if (!m_arrangeMenu)
-        m_arrangeMenu = std::make_unique<DockArrangeMenu>();
-    return m_arrangeMenu.get();
+        m_arrangeMenu = new DockArrangeMenu;
+    return m_arrangeMenu;
 }
 
-QIcon DockMainWindow::sharedIcon(QStyle::StandardPixmap which) {
-    QIcon& icon = m_sharedIcons[{style(), int(which)}];
+QIcon DockMainWindowPrivate::sharedIcon(QStyle::StandardPixmap which) {
+    QIcon& icon = m_sharedIcons[{q->style(), int(which)}];
     if (icon.isNull())
-        icon = style()->standardIcon(which, nullptr, this);
+        icon = q->style()->standardIcon(which, nullptr, q);
     return icon;
 }
 
+bool DockMainWindow::isInLayout(const QString& name) const {
+    return d->layoutIds.contains(name);
+}
+
+void DockMainWindow::setFocusPage(const QString& id) {
+    d->focusPage = id;
+}
+
+QString DockMainWindow::getFocusPage() const {
+    return d->focusPage;
+}
+
 bool DockMainWindow::saveLayout(QIODevice* device, QWidget* focusWidget) {
+    if (!device || !device->isWritable())
+        return false;
     const QWidget* focus = focusWidget ? focusWidget : QApplication::focusWidget();
-    const bool written = writeLayout(device, DockLayoutBuilder::capture(*this, focus));
-    rebuildLayoutIds();
+    const Layout layout = DockLayoutBuilder::capture(*this, focus);
+    warnOfNamesakes(layout);
+    const bool written = writeLayout(device, layout);
+    d->rebuildLayoutIds();
     return written;
 }
 
+DockLayoutError DockMainWindowPrivate::read(QIODevice* device, Layout& layout) const {
+    if (!device || !device->isReadable())
+        return {DockMainWindow::tr("There is no device that is open for reading."), 0, 0};
+    if (restoring)
+        return {DockMainWindow::tr("Another layout is being restored."), 0, 0};
+    LayoutReading reading = readLayout(device);
+    layout = std::move(reading.layout);
+    return reading.error;
+}
+
 bool DockMainWindow::restoreLayout(QIODevice* device, bool useAvailableGeometry) {
-    if (m_restoring)
+    if (d->restoring)
         return false;
-    const LayoutReading reading = readLayout(device);
-    {
+    Layout layout;
+    const DockLayoutError error = d->read(device, layout);
+    const QPointer<DockMainWindow> alive(this);
+    // What was never begun changes nothing.
+    if (!error || error.line > 0) {
         DockLayoutBuilder builder(*this, useAvailableGeometry);
-        builder.replaceArrangement(reading.layout, [this](QString& id) { return createPage(id); });
-        if (!reading.error)
+        builder.replaceArrangement(layout, [&](QString& id) { return createPage(id); });
+        if (!error)
             builder.discardOldArrangement();
+        if (!error && alive)
+            d->rebuildLayoutIds();
     }
-    if (!reading.error) {
-        rebuildLayoutIds();
+    if (!error)
         return true;
-    }
     const QString text = tr("Parse error at line %2, column %3:\n%4")
-                             .arg(reading.error.line)
-                             .arg(reading.error.column)
-                             .arg(reading.error.reason);
+                             .arg(error.line)
+                             .arg(error.column)
+                             .arg(error.reason);
     QMessageBox(QMessageBox::Warning, tr("Dock Layout"), text, QMessageBox::Ok).exec();
     return false;
 }
 
 bool DockMainWindow::restoreWholeLayout(QIODevice* device, bool useAvailableGeometry,
                                         DockLayoutError* error) {
-    LayoutReading reading = readLayout(device);
-    if (!reading.error && reading.layout.windows.empty())
-        reading.error = {tr("The layout has no window."), 1, 0};
-    if (!reading.error && m_restoring)
-        reading.error = {tr("Another layout is being restored."), 0, 0};
+    Layout layout;
+    DockLayoutError trouble = d->read(device, layout);
+    if (!trouble && layout.windows.empty())
+        trouble = {tr("The layout has no window."), 1, 0};
     if (error)
-        *error = reading.error;
-    if (reading.error)
+        *error = trouble;
+    if (trouble)
         return false;
     // A pane outside every window could not be seen.
-    reading.layout.loosePanes.clear();
+    layout.loosePanes.clear();
+    const QPointer<DockMainWindow> alive(this);
     {
+        const DockChange change(this);
         const FocusKeeper keeper(this);
         DockLayoutBuilder builder(*this, useAvailableGeometry);
-        builder.replaceKeepingPages(reading.layout);
+        builder.replaceKeepingPages(layout);
         builder.discardOldArrangement();
+        if (alive)
+            d->rebuildLayoutIds();
     }
-    rebuildLayoutIds();
     return true;
 }
 
 bool DockMainWindow::IsLayoutValid(QIODevice* device) {
-    return startsLayout(device);
+    return device && device->isReadable() && startsLayout(device);
 }
 
 } // namespace Kestrel::UI

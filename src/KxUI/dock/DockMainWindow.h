@@ -5,13 +5,8 @@
 #include <KxUI/dock/DockLayoutError.h>
 #include <KxUI/dock/DockWindow.h>
 
-#include <QHash>
-#include <QIcon>
 #include <QList>
-#include <QPair>
-#include <QSet>
-#include <QStringList>
-#include <QStyle>
+#include <QString>
 
 #include <memory>
 
@@ -20,7 +15,7 @@ class QIODevice;
 
 namespace Kestrel::UI {
 
-class DockArrangeMenu;
+class DockMainWindowPrivate;
 class DockPlaceHolder;
 
 /** The controller of a workspace and its main window: owns the floating windows, holds the options
@@ -28,7 +23,7 @@ class DockPlaceHolder;
     moves the focus, and saves and restores the arrangement.
 
     The host derives from it and creates its pages in `createPage`. Set the options before panes are
-    made. GUI thread. */
+    made. Interface thread. */
 class KXUI_EXPORT DockMainWindow : public DockWindow {
     Q_OBJECT
 
@@ -39,26 +34,26 @@ public:
     ~DockMainWindow() override;
 
     /** Whether a pane of one tab hides its title. Initially false. */
-    bool hideSingleTabs() const { return m_hideSingleTabs; }
-    void setHideSingleTabs(bool hide) { m_hideSingleTabs = hide; }
+    bool hideSingleTabs() const;
+    void setHideSingleTabs(bool hide);
 
     /** Whether panes have a button for their menu. Initially true. */
-    bool hasPanelMenu() const { return m_hasPanelMenu; }
-    void setHasPanelMenu(bool has) { m_hasPanelMenu = has; }
+    bool hasPanelMenu() const;
+    void setHasPanelMenu(bool has);
 
     /** Whether dropping a tab near an edge of a pane splits it. Initially false. */
-    bool splitPanelsByDragging() const { return m_splitPanelsByDragging; }
-    void setSplitPanelsByDragging(bool split) { m_splitPanelsByDragging = split; }
+    bool splitPanelsByDragging() const;
+    void setSplitPanelsByDragging(bool split);
 
     /** Whether the current tab of the pane with the focus, or under the mouse, is coloured.
         Initially false. */
-    bool highlightCurrentTab() const { return m_highlightCurrentTab; }
+    bool highlightCurrentTab() const;
     void setHighlightCurrentTab(bool highlight);
 
     /** Whether each tab has a close button, instead of a close and a float button per pane.
         Initially false. */
-    bool tabsAreClosable() const { return m_tabsAreClosable; }
-    void setTabsAreClosable(bool closable) { m_tabsAreClosable = closable; }
+    bool tabsAreClosable() const;
+    void setTabsAreClosable(bool closable);
 
     /** New actions, children of this window, for the host's menus: "Next Pane"
        (Ctrl+Alt+Backquote), "Previous Pane" (Ctrl+Shift+Alt+Backquote), "Next Tab" (Ctrl+Shift+]),
@@ -80,7 +75,7 @@ public:
     DockWindow* addNewFloatingDock(QWidget* widget);
 
     /** The floating windows, in the order in which they came. */
-    QList<DockWindow*> floatingWindows() const { return m_floatingWindows; }
+    QList<DockWindow*> floatingWindows() const;
     /** Makes these the floating windows; null and this window are left out. Windows that are no
         longer listed stay as they are. */
     void setFloatingWindows(const QList<DockWindow*>& windows);
@@ -111,7 +106,7 @@ public:
 
     /** Whether a widget of that object name was in the workspace when the layout was last saved or
         restored. */
-    bool isInLayout(const QString& name) const { return m_layoutIds.contains(name); }
+    bool isInLayout(const QString& name) const;
 
     /** Writes the arrangement as an XML document to an open device. The pane with `focusWidget`
         (null: the application's focus widget) is marked as the one with the focus. Returns whether
@@ -139,8 +134,8 @@ public:
     static bool IsLayoutValid(QIODevice* device);
 
     /** The page that had the focus in the restored layout; the host gives it back when it likes. */
-    void setFocusPage(const QString& id) { m_focusPage = id; }
-    QString getFocusPage() const { return m_focusPage; }
+    void setFocusPage(const QString& id);
+    QString getFocusPage() const;
 
     /** Tells of a page; called by panes. */
     void emitWidgetAdded(Dock* dock, QWidget* widget) { Q_EMIT widgetAdded(dock, widget); }
@@ -177,36 +172,8 @@ private Q_SLOTS:
     void focusChanged(QWidget* old, QWidget* now);
 
 private:
-    friend class Dock;
-    friend class DockWindow;
-    friend class DockLayoutBuilder;
-    friend QString checkSanity(const DockMainWindow& workspace);
-
-    QAction* newAction(const QString& text, const char* id, void (DockMainWindow::*slot)());
-    QList<DockWindow*> windows() const;
-    void addFloatingDock(DockWindow* window);
-    void removeFloatingDock(DockWindow* window);
-    /** Focuses the next pane with a page, `step` panes on; returns it. */
-    Dock* walkFocus(int step);
-    void rebuildLayoutIds();
-    DockArrangeMenu* arrangeMenu();
-    /** The style's icon, one for all panes: each icon that a style makes fills the pixmap cache
-        anew. */
-    QIcon sharedIcon(QStyle::StandardPixmap which);
-
-    QList<DockWindow*> m_floatingWindows;
-    QStringList m_layoutIds;
-    bool m_hideSingleTabs = false;
-    bool m_hasPanelMenu = true;
-    bool m_splitPanelsByDragging = false;
-    bool m_highlightCurrentTab = false;
-    bool m_tabsAreClosable = false;
-    QString m_focusPage;
-    QSet<Dock*> m_docks;            // every pane of this controller, in the tree or not
-    QSet<DockWindow*> m_satellites; // every other window of it, listed or not
-    std::unique_ptr<DockArrangeMenu> m_arrangeMenu;
-    QHash<QPair<const QStyle*, int>, QIcon> m_sharedIcons;
-    bool m_restoring = false;
+    friend class DockMainWindowPrivate;
+    const std::unique_ptr<DockMainWindowPrivate> d;
 };
 
 } // namespace Kestrel::UI

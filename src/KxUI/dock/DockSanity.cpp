@@ -1,14 +1,12 @@
 #include <KxUI/dock/DockSanity_p.h>
 
 #include <KxUI/dock/DockDrag_p.h>
-#include <KxUI/dock/DockMainWindow.h>
+#include <KxUI/dock/DockMainWindow_p.h>
 #include <KxUI/dock/DockSplitter.h>
-#include <KxUI/dock/DockTabBar.h>
 #include <KxUI/dock/DockTreeEdit_p.h>
+#include <KxUI/dock/Dock_p.h>
 
 #include <QSet>
-#include <QStackedWidget>
-#include <QVariant>
 
 namespace Kestrel::UI {
 
@@ -64,16 +62,11 @@ private:
     QString inspectPane(const Dock& dock) {
         if (dock.controller() != &m_workspace)
             return QStringLiteral("a pane has another controller");
-        const DockTabBar* strip = dock.tabBar();
-        const QStackedWidget* stack = dock.stack();
-        if (strip->count() != stack->count())
-            return QStringLiteral("%1 tabs for %2 pages").arg(strip->count()).arg(stack->count());
-        if (strip->currentIndex() != stack->currentIndex())
-            return QStringLiteral("the current tab is not the current page");
+        const DockPages* stack = DockPrivate::of(dock).pages;
+        if (!stack->isInStep())
+            return QStringLiteral("the tabs are not those of the pages");
         for (int i = 0; i < stack->count(); ++i) {
             const QWidget* page = stack->widget(i);
-            if (strip->tabData(i).value<QObject*>() != page)
-                return QStringLiteral("a tab names another page");
             if (page->parentWidget() != stack)
                 return QStringLiteral("a page has another parent than its stack");
             if (m_pages.contains(page))
@@ -93,7 +86,7 @@ private:
 
 QString checkSanity(const DockMainWindow& workspace) {
     Inspector inspector(workspace);
-    const auto windows = workspace.windows();
+    const auto windows = DockMainWindowPrivate::windows(workspace);
     for (const DockWindow* window : windows) {
         const QString trouble = inspector.inspectWindow(*window);
         if (!trouble.isEmpty())

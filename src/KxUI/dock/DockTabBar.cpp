@@ -1,14 +1,14 @@
 #include <KxUI/dock/DockTabBar.h>
 
-#include <KxUI/dock/Dock.h>
 #include <KxUI/dock/DockDrag_p.h>
+#include <KxUI/dock/DockGeometry_p.h>
 #include <KxUI/dock/DockMainWindow.h>
 #include <KxUI/dock/DockTitleBar.h>
 #include <KxUI/dock/DockTreeEdit_p.h>
+#include <KxUI/dock/Dock_p.h>
 
 #include <QApplication>
 #include <QMouseEvent>
-#include <QStackedWidget>
 #include <QStyleOptionTab>
 #include <QStylePainter>
 #include <QToolButton>
@@ -17,11 +17,28 @@
 
 namespace Kestrel::UI {
 
+class DockTabBarPrivate {
+public:
+    DockTabBarPrivate(DockTabBar* strip, Dock* pane, DockTitleBar* bar)
+        : q(strip)
+        , dock(pane)
+        , titleBar(bar) {}
+
+    StripGeometry geometry() const;
+    void movePage(int from, int to);
+    void paintTab(int index, QStylePainter& painter);
+    void highlight(QStyleOptionTab& option) const;
+
+    DockTabBar* const q;
+    Dock* const dock;
+    DockTitleBar* const titleBar;
+    StripDrag drag;
+    bool hover = false;
+};
+
 DockTabBar::DockTabBar(Dock* dock, DockTitleBar* titleBar)
     : QTabBar(titleBar)
-    , m_dock(dock)
-    , m_titleBar(titleBar)
-    , m_drag(std::make_unique<StripDrag>()) {
+    , d(std::make_unique<DockTabBarPrivate>(this, dock, titleBar)) {
     setFocusPolicy(Qt::NoFocus);
     // Nor its scroll buttons, which would have the focus before any page.
     const auto buttons = findChildren<QToolButton*>();
@@ -38,38 +55,50 @@ DockTabBar::DockTabBar(Dock* dock, DockTitleBar* titleBar)
 
 DockTabBar::~DockTabBar() = default;
 
+Dock* DockTabBar::dock() const {
+    return d->dock;
+}
+
 void DockTabBar::onMouseOverDock(bool on) {
-    if (m_hover == on)
+    if (d->hover == on)
         return;
-    m_hover = on;
+    d->hover = on;
     update();
 }
 
-StripGeometry DockTabBar::geometryOfStrip() const {
+bool DockTabBar::event(QEvent* event) {
+    // Qt goes on with the strip after it has made another tab current: the host, which may destroy
+    // the strip, hears of it only then.
+    const DockChange change(d ? d->dock->controller() : nullptr);
+    return QTabBar::event(event);
+}
+
+StripGeometry DockTabBarPrivate::geometry() const {
     StripGeometry geometry;
-    geometry.titleBar = m_titleBar->rect();
-    geometry.titleBar.setLeft(-x());
-    for (int i = 0; i < count(); ++i)
-        geometry.tabs.append(tabRect(i));
+    geometry.titleBar = titleBar->rect();
+    geometry.titleBar.setLeft(-q->x());
+    geometry.tabs = tabRects(*q);
     return geometry;
 }
 
 void DockTabBar::mousePressEvent(QMouseEvent* event) {
-    DockDragSession::instance().cancel();
-    m_drag->end();
     const QPointer<DockTabBar> alive(this);
-    const StripGeometry before = geometryOfStrip();
+    DockDragSession::instance().cancel();
+    if (!alive)
+        return;
+    d->drag.end();
+    const StripGeometry before = d->geometry();
     QTabBar::mousePressEvent(event);
-    // Making the pressed tab current ran host code.
+    // Making the pressed tab current showed and hid pages.
     if (!alive || event->button() != Qt::LeftButton)
         return;
-    m_titleBar->setPressed(true);
+    d->titleBar->setPressed(true);
     if (event->modifiers().testFlag(Qt::ControlModifier)) {
-        m_dock->floatActiveTab();
+        d->dock->floatActiveTab();
         return;
     }
-    m_drag->press(event->pos(), before);
-    m_dock->setFocus(Qt::MouseFocusReason);
+    d->drag.press(event->pos(), before);
+    d->dock->setFocus(Qt::MouseFocusReason);
 }
 
 void DockTabBar::mouseMoveEvent(QMouseEvent* event) {
@@ -84,34 +113,34 @@ void DockTabBar::mouseMoveEvent(QMouseEvent* event) {
     }
 
     const StripDrag::Step step =
-        m_drag->move(event->pos(), leftHeld, QApplication::startDragDistance(), geometryOfStrip());
+        d->drag.move(event->pos(), leftHeld, QApplication::startDragDistance(), d->geometry());
     switch (step.command) {
     case StripDrag::Command::TearOff:
-        session.begin(this, m_dock->widget(step.index), m_drag->pressPosition(),
+        session.begin(this, d->dock->widget(step.index), d->drag.pressPosition(),
                       event->globalPos());
         break;
     case StripDrag::Command::Reorder:
-        movePage(m_drag->index(), step.index);
+        d->movePage(d->drag.index(), step.index);
         break;
     case StripDrag::Command::Begin:
         break;
     case StripDrag::Command::None:
-        if (!m_drag->isDragging())
+        if (!d->drag.isDragging())
             QTabBar::mouseMoveEvent(event);
         break;
     }
-    if (m_drag->isDragging())
+    if (d->drag.isDragging())
         update();
 }
 
 void DockTabBar::mouseReleaseEvent(QMouseEvent* event) {
     const QPointer<DockTabBar> alive(this);
-    const QPointer<DockTitleBar> titleBar(m_titleBar);
+    const QPointer<DockTitleBar> titleBar(d->titleBar);
     QTabBar::mouseReleaseEvent(event);
     if (!alive || event->button() != Qt::LeftButton)
         return;
-    const bool wasReordering = m_drag->isDragging();
-    m_drag->end();
+    const bool wasReordering = d->drag.isDragging();
+    d->drag.end();
     update();
     DockDragSession& session = DockDragSession::instance();
     if (!wasReordering && session.isActive())
@@ -122,24 +151,23 @@ void DockTabBar::mouseReleaseEvent(QMouseEvent* event) {
 
 void DockTabBar::hideEvent(QHideEvent* event) {
     // A hidden widget gets no release.
-    m_drag->end();
+    d->drag.end();
     DockDragSession& session = DockDragSession::instance();
-    if (session.isActive() && session.source() == m_dock)
+    if (session.isActive() && session.source() == d->dock)
         session.cancel();
-    m_titleBar->setPressed(false);
+    d->titleBar->setPressed(false);
     QTabBar::hideEvent(event);
 }
 
-void DockTabBar::movePage(int from, int to) {
-    QWidget* page = m_dock->widget(from);
+void DockTabBarPrivate::movePage(int from, int to) {
+    QWidget* page = dock->widget(from);
     if (!page)
         return;
-    const FocusKeeper keeper(page);
-    m_dock->setUpdatesEnabled(false);
-    m_dock->insertWidget(to, page);
-    m_dock->setCurrentWidget(page);
-    m_dock->setUpdatesEnabled(true);
-    m_drag->moved(to);
+    dock->setUpdatesEnabled(false);
+    dock->insertWidget(to, page);
+    dock->setCurrentWidget(page);
+    dock->setUpdatesEnabled(true);
+    drag.moved(to);
 }
 
 void DockTabBar::paintEvent(QPaintEvent*) {
@@ -147,37 +175,38 @@ void DockTabBar::paintEvent(QPaintEvent*) {
     const int current = currentIndex();
     for (int i = 0; i < count(); ++i) {
         if (i != current)
-            paintTab(i, painter);
+            d->paintTab(i, painter);
     }
     if (current >= 0)
-        paintTab(current, painter);
+        d->paintTab(current, painter);
 }
 
-void DockTabBar::paintTab(int index, QStylePainter& painter) {
+void DockTabBarPrivate::paintTab(int index, QStylePainter& painter) {
     QStyleOptionTab option;
-    initStyleOption(&option, index);
-    if (m_drag->isDragging()) {
-        if (index == m_drag->index())
+    q->initStyleOption(&option, index);
+    if (drag.isDragging()) {
+        if (index == drag.index())
             option.rect.moveLeft(
-                std::max(0, std::min(m_drag->left(), width() - option.rect.width())));
+                std::max(0, std::min(drag.left(), q->width() - option.rect.width())));
         else
             option.state.setFlag(QStyle::State_MouseOver, false);
     }
-
-    const DockMainWindow* controller = m_dock->controller();
-    if (controller && controller->highlightCurrentTab() && index == currentIndex()) {
-        const QColor highlight = palette().color(QPalette::Highlight);
-        const bool hasFocus = isInside(m_dock, QApplication::focusWidget());
-        if (hasFocus || m_hover) {
-            const QColor color = hasFocus ? highlight : highlight.lighter(150);
-            // Some styles paint tabs with the window colour, others with the button colour.
-            option.palette.setColor(QPalette::Window, color);
-            option.palette.setColor(QPalette::Button, color);
-            option.palette.setColor(QPalette::WindowText,
-                                    palette().color(QPalette::HighlightedText));
-        }
-    }
+    const DockMainWindow* controller = dock->controller();
+    if (controller && controller->highlightCurrentTab() && index == q->currentIndex())
+        highlight(option);
     painter.drawControl(QStyle::CE_TabBarTab, option);
+}
+
+void DockTabBarPrivate::highlight(QStyleOptionTab& option) const {
+    const bool hasFocus = isInside(dock, QApplication::focusWidget());
+    if (!hasFocus && !hover)
+        return;
+    const QColor full = q->palette().color(QPalette::Highlight);
+    const QColor color = hasFocus ? full : full.lighter(150);
+    // Some styles paint tabs with the window colour, others with the button colour.
+    option.palette.setColor(QPalette::Window, color);
+    option.palette.setColor(QPalette::Button, color);
+    option.palette.setColor(QPalette::WindowText, q->palette().color(QPalette::HighlightedText));
 }
 
 } // namespace Kestrel::UI

@@ -2,23 +2,19 @@
 
 #include <KxUI/Export.h>
 
-#include <QPoint>
 #include <QTabBar>
 
 #include <memory>
 
-class QStylePainter;
-
 namespace Kestrel::UI {
 
 class Dock;
+class DockTabBarPrivate;
 class DockTitleBar;
-class StripDrag;
-struct StripGeometry;
 
 /** The strip of tabs of a pane. A tab dragged along the strip changes its place; dragged out of the
     title bar it leaves the pane and follows the mouse until it is dropped. Control with a press
-    floats the tab. GUI thread. */
+    floats the tab. Interface thread. */
 class KXUI_EXPORT DockTabBar : public QTabBar {
     Q_OBJECT
 
@@ -28,7 +24,7 @@ public:
     ~DockTabBar() override;
 
     /** The pane whose pages the tabs stand for. */
-    Dock* dock() const { return m_dock; }
+    Dock* dock() const;
 
 public Q_SLOTS:
     /** Tells whether the mouse is over the pane, which colours the current tab when the workspace
@@ -36,6 +32,7 @@ public Q_SLOTS:
     void onMouseOverDock(bool on);
 
 protected:
+    bool event(QEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
@@ -43,14 +40,8 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
-    StripGeometry geometryOfStrip() const;
-    void movePage(int from, int to);
-    void paintTab(int index, QStylePainter& painter);
-
-    Dock* m_dock;
-    DockTitleBar* m_titleBar;
-    std::unique_ptr<StripDrag> m_drag;
-    bool m_hover = false;
+    friend class DockTabBarPrivate;
+    const std::unique_ptr<DockTabBarPrivate> d;
 };
 
 } // namespace Kestrel::UI

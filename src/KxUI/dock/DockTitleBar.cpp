@@ -1,6 +1,6 @@
 #include <KxUI/dock/DockTitleBar.h>
 
-#include <KxUI/dock/Dock.h>
+#include <KxUI/dock/Dock_p.h>
 
 #include <QPainter>
 #include <QTimerEvent>
@@ -13,66 +13,87 @@ constexpr int RevealDelay = 200; // ms
 
 }
 
+class DockTitleBar::Private {
+public:
+    void stopTimer(DockTitleBar* bar) {
+        if (revealTimer != 0)
+            bar->killTimer(revealTimer);
+        revealTimer = 0;
+    }
+    void hideRevealedTitle(const DockTitleBar* bar) {
+        if (!revealed || pressed || bar->underMouse())
+            return;
+        revealed = false;
+        DockPrivate::of(*dock).setTitleVisible(false);
+    }
+
+    Dock* dock = nullptr;
+    bool pressed = false;
+    bool revealed = false;
+    int revealTimer = 0; // 0: none runs
+};
+
 DockTitleBar::DockTitleBar(Dock* dock)
     : QWidget(dock)
-    , m_dock(dock) {}
+    , d(std::make_unique<Private>()) {
+    d->dock = dock;
+}
 
 DockTitleBar::~DockTitleBar() = default;
 
+bool DockTitleBar::isPressed() const {
+    return d->pressed;
+}
+
 void DockTitleBar::setPressed(bool pressed) {
-    if (m_pressed == pressed)
+    if (d->pressed == pressed)
         return;
-    m_pressed = pressed;
+    d->pressed = pressed;
     if (!pressed)
-        hideRevealedTitle();
+        d->hideRevealedTitle(this);
+}
+
+bool DockTitleBar::isRevealed() const {
+    return d->revealed;
+}
+
+void DockTitleBar::endReveal() {
+    d->revealed = false;
 }
 
 void DockTitleBar::enterEvent(QEvent* event) {
-    if (!m_dock->titleVisible()) {
-        stopTimer();
-        m_revealTimer = startTimer(RevealDelay, Qt::CoarseTimer);
+    if (!d->dock->titleVisible()) {
+        d->stopTimer(this);
+        d->revealTimer = startTimer(RevealDelay, Qt::CoarseTimer);
         update();
     }
     QWidget::enterEvent(event);
 }
 
 void DockTitleBar::leaveEvent(QEvent* event) {
-    stopTimer();
-    hideRevealedTitle();
+    d->stopTimer(this);
+    d->hideRevealedTitle(this);
     update();
     QWidget::leaveEvent(event);
 }
 
 void DockTitleBar::timerEvent(QTimerEvent* event) {
-    if (event->timerId() != m_revealTimer) {
+    if (event->timerId() != d->revealTimer) {
         QWidget::timerEvent(event);
         return;
     }
-    stopTimer();
-    if (m_dock->titleVisible())
+    d->stopTimer(this);
+    if (d->dock->titleVisible())
         return;
-    m_dock->setTitleVisible(true);
-    m_revealed = true;
+    d->revealed = true;
+    DockPrivate::of(*d->dock).setTitleVisible(true);
 }
 
 void DockTitleBar::paintEvent(QPaintEvent*) {
-    if (m_dock->titleVisible() || !underMouse())
+    if (d->dock->titleVisible() || !underMouse())
         return;
     QPainter painter(this);
     painter.fillRect(rect(), palette().highlight());
-}
-
-void DockTitleBar::stopTimer() {
-    if (m_revealTimer != 0)
-        killTimer(m_revealTimer);
-    m_revealTimer = 0;
-}
-
-void DockTitleBar::hideRevealedTitle() {
-    if (!m_revealed || m_pressed || underMouse())
-        return;
-    m_revealed = false;
-    m_dock->setTitleVisible(false);
 }
 
 } // namespace Kestrel::UI

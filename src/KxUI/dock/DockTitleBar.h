@@ -4,12 +4,14 @@
 
 #include <QWidget>
 
+#include <memory>
+
 namespace Kestrel::UI {
 
 class Dock;
 
 /** The bar on top of a pane that carries its tabs and buttons. While the pane's title is hidden it
-   is a strip of 3 pixels, and shows the title while the mouse rests on it. GUI thread. */
+   is a strip of 3 pixels, and shows the title while the mouse rests on it. Interface thread. */
 class KXUI_EXPORT DockTitleBar : public QWidget {
     Q_OBJECT
 
@@ -20,13 +22,16 @@ public:
 
     /** Whether the mouse was pressed on the tabs and not released yet; a revealed title then stays.
      */
-    bool isPressed() const { return m_pressed; }
+    bool isPressed() const;
 
     /** Releasing hides a revealed title again unless the mouse is over it. */
     void setPressed(bool pressed);
 
     /** Whether the title is shown only for as long as the mouse is here. */
-    bool isRevealed() const { return m_revealed; }
+    bool isRevealed() const;
+
+    /** A revealed title is shown for good: it does not hide when the mouse leaves. */
+    void endReveal();
 
 protected:
     void enterEvent(QEvent* event) override;
@@ -35,13 +40,8 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
-    void stopTimer();
-    void hideRevealedTitle();
-
-    Dock* m_dock;
-    bool m_pressed = false;
-    int m_revealTimer = 0; // 0: none runs
-    bool m_revealed = false;
+    class Private;
+    const std::unique_ptr<Private> d;
 };
 
 } // namespace Kestrel::UI

@@ -1,9 +1,9 @@
-#include <KxUI/dock/DockWindow.h>
+#include <KxUI/dock/DockWindow_p.h>
 
-#include <KxUI/dock/Dock.h>
 #include <KxUI/dock/DockDrag_p.h>
-#include <KxUI/dock/DockMainWindow.h>
+#include <KxUI/dock/DockMainWindow_p.h>
 #include <KxUI/dock/DockSplitter.h>
+#include <KxUI/dock/Dock_p.h>
 #include <KxUI/kit/FloatingWindowStyle.h>
 
 #include <QCloseEvent>
@@ -30,25 +30,42 @@ void collectPanes(const QSplitter* splitter, QList<Dock*>& panes) {
 DockWindow::DockWindow(DockMainWindow* controller, QWidget* parent)
     : QMainWindow(parent)
     , SnappableWindow(this)
-    , m_controller(controller)
-    , m_rootSplitter(new DockSplitter(Qt::Vertical)) {
-    setCentralWidget(m_rootSplitter);
+    , d(std::make_unique<DockWindowPrivate>(controller)) {
+    d->rootSplitter = new DockSplitter(Qt::Vertical);
+    setCentralWidget(d->rootSplitter);
     // The controller is not constructed yet when it is this window; only its address counts.
-    if (static_cast<void*>(controller) != static_cast<void*>(this))
+    if (static_cast<void*>(controller) != static_cast<void*>(this)) {
         FloatingWindowStyle::Apply(this, parent);
-    if (controller && static_cast<void*>(controller) != static_cast<void*>(this))
-        controller->m_satellites.insert(this);
+        if (controller)
+            DockMainWindowPrivate::of(*controller).satellites.insert(this);
+    }
     setAttribute(Qt::WA_DeleteOnClose);
     setWindowTitle(QStringLiteral(" "));
 }
 
 DockWindow::~DockWindow() {
     disconnectController();
+    // Its panes may ask for it until they are gone.
+    delete takeCentralWidget();
+}
+
+DockSplitter* DockWindow::rootSplitter() const {
+    return d->rootSplitter;
+}
+
+DockMainWindow* DockWindow::controller() const {
+    return d->controller;
+}
+
+bool DockWindow::isFloating() const {
+    return d->floating;
 }
 
 void DockWindow::addWidget(Dock* dock) {
-    m_rootSplitter->addWidget(dock);
-    m_rootSplitter->updateDocks();
+    if (!dock)
+        return;
+    d->rootSplitter->addWidget(dock);
+    d->rootSplitter->updateDocks();
 }
 
 Dock* DockWindow::findDockWithPaneID(const QString& id, bool exact) const {
@@ -69,16 +86,17 @@ Dock* DockWindow::findDockWithPaneID(const QString& id, bool exact) const {
 
 QList<Dock*> DockWindow::panes() const {
     QList<Dock*> result;
-    collectPanes(m_rootSplitter, result);
+    collectPanes(d->rootSplitter, result);
     return result;
 }
 
 void DockWindow::disconnectController() {
-    if (m_controller && static_cast<void*>(m_controller) != static_cast<void*>(this)) {
-        m_controller->removeFloatingDock(this);
-        m_controller->m_satellites.remove(this);
+    if (d->controller && static_cast<void*>(d->controller) != static_cast<void*>(this)) {
+        DockMainWindowPrivate& workspace = DockMainWindowPrivate::of(*d->controller);
+        workspace.removeFloatingDock(this);
+        workspace.satellites.remove(this);
     }
-    m_controller = nullptr;
+    d->controller = nullptr;
 }
 
 bool DockWindow::event(QEvent* event) {
@@ -87,22 +105,26 @@ bool DockWindow::event(QEvent* event) {
 }
 
 void DockWindow::closeEvent(QCloseEvent* event) {
+    const DockChange change(d->controller);
     const QPointer<DockWindow> alive(this);
+    event->accept();
     // A page that is being dragged comes home first, to be closed with the others.
     DockDragSession& drag = DockDragSession::instance();
     if (drag.source() && drag.source()->dockWindow() == this)
         drag.cancel();
     QVector<QPointer<Dock>> docks;
-    const auto all = panes();
+    const auto all = alive ? panes() : QList<Dock*>();
     for (Dock* dock : all)
         docks.append(dock);
     for (const QPointer<Dock>& dock : qAsConst(docks)) {
         if (dock)
             dock->close();
+        // What did not close leaves all the same, while everything is still there to tell of it.
+        if (alive && dock && testAttribute(Qt::WA_DeleteOnClose) && this != d->controller)
+            DockPrivate::of(*dock).releasePages();
     }
-    if (alive && m_controller)
-        m_controller->removeFloatingDock(this);
-    event->accept();
+    if (alive && d->controller)
+        DockMainWindowPrivate::of(*d->controller).removeFloatingDock(this);
 }
 
 } // namespace Kestrel::UI

@@ -3,17 +3,21 @@
 #include <KxUI/Export.h>
 #include <KxUI/kit/SnappableWindow.h>
 
+#include <QList>
 #include <QMainWindow>
-#include <QVector>
+
+#include <memory>
 
 namespace Kestrel::UI {
 
 class Dock;
 class DockMainWindow;
 class DockSplitter;
+class DockWindowPrivate;
 
 /** A window of the workspace: a tree of splitters with panes as its leaves. Floating windows are
-   tool windows above the main window; every window deletes itself when it is closed. GUI thread. */
+   tool windows above the main window; every window deletes itself when it is closed. Interface
+   thread. */
 class KXUI_EXPORT DockWindow : public QMainWindow, public SnappableWindow {
     Q_OBJECT
 
@@ -23,17 +27,17 @@ public:
     DockWindow(DockMainWindow* controller, QWidget* parent);
     ~DockWindow() override;
 
-    /** Adds a pane at the end of the root splitter. */
+    /** Adds a pane at the end of the root splitter; null adds nothing. */
     void addWidget(Dock* dock);
 
     /** The root of the tree, owned by the window; never null. */
-    DockSplitter* rootSplitter() const { return m_rootSplitter; }
+    DockSplitter* rootSplitter() const;
 
     /** The workspace, null after `disconnectController`. */
-    DockMainWindow* controller() const { return m_controller; }
+    DockMainWindow* controller() const;
 
     /** Whether the window is one of the controller's floating windows. */
-    bool isFloating() const { return m_floating; }
+    bool isFloating() const;
 
     /** The first pane, depth-first, that has the pane id `id`, or one beginning with it when not
         `exact`. Null when there is none, and for an empty id. */
@@ -50,12 +54,8 @@ protected:
     void closeEvent(QCloseEvent* event) override;
 
 private:
-    friend class DockMainWindow;
-    friend class DockLayoutBuilder;
-
-    bool m_floating = false;
-    DockMainWindow* m_controller;
-    DockSplitter* m_rootSplitter;
+    friend class DockWindowPrivate;
+    const std::unique_ptr<DockWindowPrivate> d;
 };
 
 } // namespace Kestrel::UI

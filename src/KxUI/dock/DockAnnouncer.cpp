@@ -1,0 +1,72 @@
+#include <KxUI/dock/DockAnnouncer_p.h>
+
+#include <KxUI/dock/Dock.h>
+#include <KxUI/dock/DockMainWindow_p.h>
+
+namespace Kestrel::UI {
+
+DockAnnouncer::DockAnnouncer(DockMainWindow& workspace)
+    : m_workspace(workspace) {}
+
+DockAnnouncer::~DockAnnouncer() = default;
+
+void DockAnnouncer::tell(News news, Dock* dock, QWidget* page) {
+    if (m_silent || !page)
+        return;
+    m_items.append({news, dock, page});
+    if (m_changes == 0)
+        flush();
+}
+
+void DockAnnouncer::tellLater(News news, Dock* dock, QWidget* page) {
+    if (m_silent || !page)
+        return;
+    m_items.append({news, dock, page});
+    QMetaObject::invokeMethod(this, &DockAnnouncer::flush, Qt::QueuedConnection);
+}
+
+void DockAnnouncer::tellNow(News news, Dock* dock, QWidget* page) {
+    if (m_silent)
+        return;
+    switch (news) {
+    case News::Added:
+        m_workspace.emitWidgetAdded(dock, page);
+        break;
+    case News::Removed:
+        m_workspace.emitWidgetRemoved(dock, page);
+        break;
+    case News::Activated:
+        m_workspace.emitWidgetActivated(dock, page);
+        break;
+    }
+}
+
+void DockAnnouncer::silence() {
+    m_silent = true;
+    m_items.clear();
+}
+
+void DockAnnouncer::flush() {
+    const QPointer<DockAnnouncer> alive(this);
+    while (alive && m_changes == 0 && !m_items.isEmpty()) {
+        const Item item = m_items.takeFirst();
+        if (item.dock && item.page)
+            tellNow(item.news, item.dock, item.page);
+    }
+}
+
+DockChange::DockChange(DockMainWindow* workspace)
+    : m_workspace(workspace) {
+    if (m_workspace)
+        ++DockMainWindowPrivate::of(*m_workspace).announcer.m_changes;
+}
+
+DockChange::~DockChange() {
+    if (!m_workspace)
+        return;
+    DockAnnouncer& announcer = DockMainWindowPrivate::of(*m_workspace).announcer;
+    if (--announcer.m_changes == 0)
+        announcer.flush();
+}
+
+} // namespace Kestrel::UI
