@@ -315,8 +315,13 @@ private Q_SLOTS:
         panes->workspace.m_pages.remove("b");
         Mouse mouse(panes->left);
         mouse.tearOff(1);
+        int told = 0;
+        const auto count = [&told] { ++told; };
+        connect(&panes->workspace, &DockMainWindow::widgetAdded, this, count);
+        connect(&panes->workspace, &DockMainWindow::widgetActivated, this, count);
         panes.reset();
         QVERIFY(!drag().isActive());
+        QCOMPARE(told, 0); // a host that is half gone
         delete page;
     }
 };

@@ -338,9 +338,40 @@ private Q_SLOTS:
         QCOMPARE(names(workspace.docks().first()), QStringList({"b"}));
     }
 
+    void hiddenTitlesStayHidden() {
+        Workspace workspace;
+        workspace.setHideSingleTabs(true);
+        workspace.resize(600, 400);
+        show(workspace);
+        workspace.pane({"a", "b"})->setTitleVisible(false);
+        workspace.pane({"c"})->setTitleVisible(true);
+        const QByteArray layout = workspace.saved();
+        QVERIFY(workspace.restored(layout));
+        QCOMPARE(workspace.saved(), layout);
+        QVERIFY(workspace.wholeRestored(layout));
+        QCOMPARE(workspace.saved(), layout);
+    }
+
+    void namesakesAreWarnedOf() {
+        Workspace workspace;
+        Dock* dock = workspace.pane({"a"});
+        Page first{QString()}, second{QString()};
+        dock->addWidget(&first, true, false);
+        workspace.saved();
+        dock->addWidget(&second, true, false);
+        QTest::ignoreMessage(QtWarningMsg,
+                             "DockMainWindow::saveLayout - 2 pages have the object name \"\"; the "
+                             "layout can bring back one");
+        workspace.saved();
+    }
+
     void placeHoldersStandForUnknownPages() {
-        DockMainWindow workspace;
-        workspace.setAttribute(Qt::WA_DeleteOnClose, false);
+        struct Late : Workspace {
+            QWidget* createPage(QString& id) override {
+                return m_knows ? Workspace::createPage(id) : DockMainWindow::createPage(id);
+            }
+            bool m_knows = false;
+        } workspace;
         QByteArray document = Example;
         for (int i = 0; i < 3; ++i) {
             QBuffer buffer(&document);
@@ -353,6 +384,13 @@ private Q_SLOTS:
         QCOMPARE(std::count_if(widgets.begin(), widgets.end(),
                                [](QWidget* w) { return qobject_cast<DockPlaceHolder*>(w); }),
                  4);
+        // They are no pages to keep: the host is asked again.
+        workspace.m_knows = true;
+        QVERIFY(workspace.wholeRestored(document));
+        settle();
+        QVERIFY(workspace.placeHolders().isEmpty());
+        QCOMPARE(workspace.m_created, 4);
+        SANE(workspace);
     }
 
     void windowsArePlanned() {

@@ -127,6 +127,7 @@ private Q_SLOTS:
         const QImage focused = left->tabBar()->grab().toImage();
         QSignalSpy activated(&workspace, &DockMainWindow::widgetActivated);
         workspace.page("b")->setFocus();
+        settle();
         QCOMPARE(activated.size(), 1);
         QVERIFY(left->tabBar()->grab().toImage() != focused);
     }

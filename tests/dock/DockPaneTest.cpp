@@ -1,3 +1,4 @@
+#include "Mouse.h"
 #include "Workspace.h"
 
 #include <KxUI/dock/DockGeometry_p.h>
@@ -6,6 +7,7 @@
 #include <KxUI/dock/DockTitleBar.h>
 #include <KxUI/dock/TitleBarButton.h>
 
+#include <support/Columns.h>
 #include <support/TestRegistry.h>
 
 #include <QLayout>
@@ -15,8 +17,25 @@
 #include <QStackedWidget>
 #include <QToolBar>
 
+#include <functional>
+
 using namespace Kestrel::UI;
 using namespace Kestrel::Test;
+
+namespace {
+
+/** A pane with pages a and b beside one with x; something happens to a. */
+struct Leaving {
+    Workspace workspace;
+    Dock* left = workspace.pane({"a", "b"});
+    Dock* right = nullptr;
+    Page* page = workspace.page("a");
+};
+using Way = std::function<void(Leaving&)>;
+
+} // namespace
+
+Q_DECLARE_METATYPE(Way)
 
 class DockPaneTest : public QObject {
     Q_OBJECT
@@ -159,6 +178,136 @@ private Q_SLOTS:
         SANE(workspace);
     }
 
+    void aPageLeaves_data() {
+        const Columns<Way> row("way");
+        row("removed", [](Leaving& s) { s.left->removeWidget(s.page); });
+        row("closed", [](Leaving& s) { s.left->closeTab(0); });
+        row("closed and deleted", [](Leaving& s) {
+            s.page->setAttribute(Qt::WA_DeleteOnClose);
+            s.left->closeTab(0);
+        });
+        row("deleted", [](Leaving& s) { delete s.page; });
+        row("floated", [](Leaving& s) { s.left->floatActiveTab(); });
+        row("added elsewhere", [](Leaving& s) { s.right->addWidget(s.page, true, false); });
+        row("inserted elsewhere", [](Leaving& s) { s.right->insertWidget(0, s.page); });
+        row("given a parent", [](Leaving& s) { s.page->setParent(&s.workspace); });
+        row("off the stack", [](Leaving& s) { s.left->stack()->removeWidget(s.page); });
+        row("moved by the menu", [](Leaving& s) {
+            auto* arrange = s.left->menu()->actions().last()->menu();
+            Q_EMIT s.left->menu()->aboutToShow();
+            Q_EMIT arrange->aboutToShow();
+            arrange->actions().last()->menu()->actions().first()->trigger();
+        });
+        row("dragged", [](Leaving& s) {
+            Mouse mouse(s.left);
+            mouse.tearOff(0);
+            mouse.release(s.right->stack()->mapToGlobal(QPoint(150, 150)));
+        });
+    }
+    void aPageLeaves() {
+        QFETCH(Way, way);
+        Leaving scene;
+        scene.workspace.setHideSingleTabs(true);
+        show(scene.workspace);
+        scene.right = scene.left->split(Qt::Horizontal, false);
+        scene.right->addWidget(scene.workspace.page("x"), true, false);
+        settle();
+        QWidget* page = scene.page;
+        QSignalSpy removed(&scene.workspace, &DockMainWindow::widgetRemoved);
+        way(scene);
+        settle();
+        QCOMPARE(removed.size(), 1);
+        QCOMPARE(removed.first().at(0).value<Dock*>(), scene.left);
+        QCOMPARE(*static_cast<QWidget* const*>(removed.first().at(1).constData()), page);
+        QCOMPARE(names(scene.left), QStringList({"b"}));
+        QVERIFY(!scene.left->titleVisible());
+        SANE(scene.workspace);
+        if (scene.workspace.m_pages.value("a"))
+            scene.page->setParent(nullptr);
+    }
+
+    void anExpandedPaneGivesTheRoomBack_data() {
+        const Columns<Way> row("way");
+        row("closed", [](Leaving& s) { s.left->close(); });
+        row("deleted", [](Leaving& s) { delete s.left; });
+        row("floated", [](Leaving& s) { s.left->floatDock(); });
+        row("its tab floated", [](Leaving& s) { s.left->floatActiveTab(); });
+        row("its tab closed", [](Leaving& s) { s.left->closeActiveTab(); });
+        row("dragged away", [](Leaving& s) {
+            Mouse mouse(s.left);
+            mouse.tearOff(0);
+            mouse.release(QPoint(-900, -900));
+        });
+    }
+    void anExpandedPaneGivesTheRoomBack() {
+        QFETCH(Way, way);
+        Leaving scene;
+        show(scene.workspace);
+        scene.left->removeWidget(scene.page);
+        scene.page->setParent(nullptr);
+        scene.right = scene.left->split(Qt::Horizontal, false);
+        scene.right->split(Qt::Vertical, false);
+        scene.left->split(Qt::Vertical, false);
+        settle();
+        const QList<int> sizes = scene.workspace.rootSplitter()->sizes();
+        scene.left->setExpanded(true);
+        way(scene);
+        settle();
+        QCOMPARE(scene.workspace.rootSplitter()->sizes(), sizes);
+    }
+
+    void theFocusGoesToTheNextPage() {
+        Workspace workspace;
+        Dock* dock = workspace.pane({"a", "b"});
+        Dock* other = workspace.pane({"c"});
+        show(workspace);
+        workspace.page("a")->setAttribute(Qt::WA_DeleteOnClose);
+        workspace.page("a")->setFocus();
+        dock->closeActiveTab();
+        settle();
+        QVERIFY(workspace.page("b")->hasFocus());
+        // The walk passes over what cannot take it.
+        Dock* last = workspace.pane({"d"});
+        settle();
+        workspace.page("c")->setEnabled(false);
+        workspace.nextDock();
+        QCOMPARE(workspace.activeDock(), last);
+        workspace.page("c")->setEnabled(true);
+        other->hide();
+        workspace.prevDock();
+        QCOMPARE(workspace.activeDock(), dock);
+    }
+
+    /** What null does is nothing, and a warning neither. */
+    void nothingIsNoPage() {
+        Workspace workspace;
+        Dock* dock = workspace.pane({"a"});
+        QSignalSpy added(&workspace, &DockMainWindow::widgetAdded);
+        dock->addWidget(nullptr, true, true);
+        dock->insertWidget(-1, nullptr);
+        dock->insertWidget(QPoint(), nullptr);
+        dock->removeWidget(nullptr);
+        dock->removeWidgetAndSetCurrentTab(nullptr, 0);
+        dock->floatWidgetAt(nullptr, QPoint());
+        QVERIFY(!dock->restorePlaceHolderForWidget(nullptr));
+        QVERIFY(!Dock::dockForWidget(nullptr) && Dock::isTopLevel(nullptr));
+        workspace.addWidget(nullptr);
+        workspace.setRootSplitter(nullptr);
+        workspace.setFloatingWindows({nullptr});
+        QVERIFY(!workspace.saveLayout(nullptr, nullptr));
+        QVERIFY(!DockMainWindow::IsLayoutValid(nullptr));
+        QBuffer closed;
+        for (QIODevice* device : {static_cast<QBuffer*>(nullptr), &closed}) {
+            DockLayoutError error;
+            QVERIFY(!workspace.restoreWholeLayout(device, false, &error));
+            QCOMPARE(error.reason, QString("There is no device that is open for reading."));
+        }
+        QVERIFY(!workspace.saveLayout(&closed, nullptr));
+        QCOMPARE(added.size(), 0);
+        QCOMPARE(names(dock), QStringList({"a"}));
+        SANE(workspace);
+    }
+
     void splits() {
         Workspace workspace;
         Dock* dock = workspace.pane({"a"});
@@ -250,6 +399,16 @@ private Q_SLOTS:
         QEvent leave(QEvent::Leave);
         QCoreApplication::sendEvent(titleBar, &leave);
         QVERIFY(!dock->titleVisible());
+
+        // One that is due meanwhile stays.
+        dock->closeTab(1);
+        QVERIFY(!dock->titleVisible());
+        QCoreApplication::sendEvent(titleBar, &enter);
+        QTRY_VERIFY(dock->titleVisible());
+        QVERIFY(workspace.saved().contains("hideTitles"));
+        dock->addWidget(workspace.page("b"), false, false);
+        QCoreApplication::sendEvent(titleBar, &leave);
+        QVERIFY(dock->titleVisible());
     }
 
     void toolBarsLimitTheirPane() {

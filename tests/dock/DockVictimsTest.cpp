@@ -269,10 +269,11 @@ const Operation Operations[] = {
     {"restoreLayout", [](Scene& s) { s.restore(false); }},
     {"restoreWholeLayout",
      [](Scene& s) {
+         s.armed = false;
          s.left->insertWidget(1, s.fresh);
          delete s.main->m_pages.take("b");
-         if (s.main)
-             s.restore(true);
+         s.armed = true;
+         s.restore(true);
      }},
     {"press a tab",
      [](Scene& s) {

@@ -136,10 +136,11 @@ void DockMainWindow::focusChanged(QWidget* old, QWidget* now) {
         return;
     if (left)
         left->updateTabs();
-    if (entered) {
-        entered->updateTabs();
-        entered->setCurrentTab(entered->currentTab());
-    }
+    if (!entered || entered->controller() != this)
+        return;
+    entered->updateTabs();
+    // Qt goes on with the widget that gets the focus, which the host might destroy.
+    d->announcer.tellLater(DockAnnouncer::News::Activated, entered, entered->currentWidget());
 }
 
 QAction* DockMainWindowPrivate::newAction(const QString& text, const char* id,

@@ -1,6 +1,7 @@
 #include <KxUI/dock/DockPages_p.h>
 
 #include <QChildEvent>
+#include <QIcon>
 #include <QTabBar>
 
 #include <algorithm>

@@ -90,10 +90,11 @@ void DockPrivate::tearDown() {
         q->setExpanded(false);
         // A page that lives on elsewhere would lose the focus with the pane that it stands for.
         q->setFocusProxy(nullptr);
-        // What is around the pane may be destroyed by those who now hear of its pages.
-        if (controller && q->parentWidget() && (pages->count() > 0 || drag.source() == q))
-            q->setParent(nullptr);
+        const bool hasNews = pages->count() > 0 || drag.source() == q;
         drag.forget(q);
+        // What is around the pane may be destroyed by those who now hear of its pages.
+        if (controller && q->parentWidget() && hasNews)
+            q->setParent(nullptr);
         releasePages();
         if (controller)
             DockMainWindowPrivate::of(*controller).docks.remove(q);

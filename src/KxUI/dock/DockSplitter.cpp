@@ -44,8 +44,14 @@ bool isInside(const QWidget* ancestor, const QWidget* widget) {
     return false;
 }
 
+class DockSplitter::Private {
+public:
+    QList<int> savedSizes; // empty while no child is expanded
+};
+
 DockSplitter::DockSplitter(Qt::Orientation orientation)
-    : QSplitter(orientation) {
+    : QSplitter(orientation)
+    , d(std::make_unique<Private>()) {
     setAttribute(Qt::WA_DeleteOnClose);
     setAttribute(Qt::WA_QuitOnClose, false);
 }
@@ -54,15 +60,15 @@ DockSplitter::~DockSplitter() = default;
 
 void DockSplitter::expand(int index) {
     if (index == -1) {
-        if (!m_savedSizes.isEmpty() && m_savedSizes.size() == count())
-            setSizes(m_savedSizes);
-        m_savedSizes.clear();
+        if (!d->savedSizes.isEmpty() && d->savedSizes.size() == count())
+            setSizes(d->savedSizes);
+        d->savedSizes.clear();
         return;
     }
     if (index < 0 || index >= count())
         return;
-    if (m_savedSizes.size() != count())
-        m_savedSizes = sizes();
+    if (d->savedSizes.size() != count())
+        d->savedSizes = sizes();
     QList<int> expanded;
     for (int i = 0; i < count(); ++i)
         expanded.append(i == index ? 100 : 0);
@@ -71,7 +77,7 @@ void DockSplitter::expand(int index) {
 
 QList<int> DockSplitter::realSizes() const {
     // Children that came or went since the expansion make the kept sizes meaningless.
-    return m_savedSizes.size() == count() && !m_savedSizes.isEmpty() ? m_savedSizes : sizes();
+    return d->savedSizes.size() == count() && !d->savedSizes.isEmpty() ? d->savedSizes : sizes();
 }
 
 void DockSplitter::updateDocks() {

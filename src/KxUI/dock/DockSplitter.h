@@ -5,10 +5,12 @@
 #include <QList>
 #include <QSplitter>
 
+#include <memory>
+
 namespace Kestrel::UI {
 
 /** A branch of the workspace tree: its children are panes and further splitters. Deletes itself
-   when its last child has gone, unless it is the root of its window. GUI thread. */
+   when its last child has gone, unless it is the root of its window. Interface thread. */
 class KXUI_EXPORT DockSplitter : public QSplitter {
     Q_OBJECT
 
@@ -34,7 +36,8 @@ protected:
     bool event(QEvent* event) override;
 
 private:
-    QList<int> m_savedSizes; // empty while no child is expanded
+    class Private;
+    const std::unique_ptr<Private> d;
 };
 
 } // namespace Kestrel::UI

@@ -7,7 +7,7 @@ class QWidget;
 namespace Kestrel::UI {
 
 /** While one is alive, splitters that are empty for the moment stay in the tree. The edit's author
-    calls `updateDocks` on what may have stayed empty. GUI thread. */
+    calls `updateDocks` on what may have stayed empty. Interface thread. */
 class DockTreeEdit {
 public:
     DockTreeEdit();

@@ -44,9 +44,15 @@ DockWindow::DockWindow(DockMainWindow* controller, QWidget* parent)
 }
 
 DockWindow::~DockWindow() {
+    if (d->controller && static_cast<void*>(d->controller) != static_cast<void*>(this)) {
+        const DockChange change(d->controller);
+        // Those who hear of the pages may destroy what owns this window.
+        setParent(nullptr);
+        const auto all = panes();
+        for (Dock* dock : all)
+            DockPrivate::of(*dock).releasePages();
+    }
     disconnectController();
-    // Its panes may ask for it until they are gone.
-    delete takeCentralWidget();
 }
 
 DockSplitter* DockWindow::rootSplitter() const {

@@ -4,26 +4,36 @@
 
 namespace Kestrel::UI {
 
+class FloatingWindowRegistry::Private {
+public:
+    QList<QWidget*> windows;
+};
+
 FloatingWindowRegistry::FloatingWindowRegistry(QObject* parent)
-    : QObject(parent) {}
+    : QObject(parent)
+    , d(std::make_unique<Private>()) {}
 
 FloatingWindowRegistry::~FloatingWindowRegistry() = default;
 
+QList<QWidget*> FloatingWindowRegistry::windows() const {
+    return d->windows;
+}
+
 void FloatingWindowRegistry::addWindow(QWidget* window) {
-    if (!window || m_windows.contains(window))
+    if (!window || d->windows.contains(window))
         return;
-    m_windows.append(window);
+    d->windows.append(window);
     connect(window, &QObject::destroyed, this, &FloatingWindowRegistry::windowDestroyed);
 }
 
 void FloatingWindowRegistry::removeWindow(QWidget* window) {
-    if (m_windows.removeAll(window) > 0)
+    if (d->windows.removeAll(window) > 0)
         disconnect(window, &QObject::destroyed, this, &FloatingWindowRegistry::windowDestroyed);
 }
 
 void FloatingWindowRegistry::windowDestroyed(QObject* window) {
     // Only the address is left to compare; the widget in it is gone.
-    m_windows.removeAll(static_cast<QWidget*>(window));
+    d->windows.removeAll(static_cast<QWidget*>(window));
 }
 
 } // namespace Kestrel::UI

@@ -5,12 +5,14 @@
 #include <QList>
 #include <QObject>
 
+#include <memory>
+
 class QWidget;
 
 namespace Kestrel::UI {
 
 /** The floating windows that are alive. Windows are borrowed; one that is destroyed leaves by
-   itself. GUI thread. */
+   itself. Interface thread. */
 class KXUI_EXPORT FloatingWindowRegistry : public QObject {
     Q_OBJECT
 
@@ -23,14 +25,15 @@ public:
     /** Takes a window off the list; one that is not listed is ignored. */
     void removeWindow(QWidget* window);
     /** The windows in the order in which they were added. */
-    QList<QWidget*> windows() const { return m_windows; }
+    QList<QWidget*> windows() const;
 
 public Q_SLOTS:
     /** Takes a window off the list that is being destroyed; only its address is used. */
     void windowDestroyed(QObject* window);
 
 private:
-    QList<QWidget*> m_windows;
+    class Private;
+    const std::unique_ptr<Private> d;
 };
 
 } // namespace Kestrel::UI

@@ -17,8 +17,14 @@ QRect outlineRect(const QRect& widget, DockDropZone zone) {
 
 } // namespace
 
+class HoverWidget::Private {
+public:
+    DockDropZone zone = DropCentre;
+};
+
 HoverWidget::HoverWidget()
-    : QWidget(nullptr, Qt::Window | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint) {
+    : QWidget(nullptr, Qt::Window | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint)
+    , d(std::make_unique<Private>()) {
     setAttribute(Qt::WA_TranslucentBackground);
     setAttribute(Qt::WA_ShowWithoutActivating);
     setAttribute(Qt::WA_TransparentForMouseEvents);
@@ -28,10 +34,14 @@ HoverWidget::HoverWidget()
 
 HoverWidget::~HoverWidget() = default;
 
+DockDropZone HoverWidget::zone() const {
+    return d->zone;
+}
+
 void HoverWidget::setZone(DockDropZone zone) {
-    if (m_zone == zone)
+    if (d->zone == zone)
         return;
-    m_zone = zone;
+    d->zone = zone;
     updateShape();
     update();
 }
@@ -41,7 +51,7 @@ void HoverWidget::paintEvent(QPaintEvent*) {
     QPen pen(palette().color(QPalette::Highlight), 2.0, Qt::DashLine, Qt::SquareCap, Qt::BevelJoin);
     painter.setPen(pen);
     painter.setBrush(Qt::NoBrush);
-    painter.drawRect(outlineRect(rect(), m_zone));
+    painter.drawRect(outlineRect(rect(), d->zone));
 }
 
 void HoverWidget::resizeEvent(QResizeEvent* event) {
@@ -50,7 +60,7 @@ void HoverWidget::resizeEvent(QResizeEvent* event) {
 }
 
 void HoverWidget::updateShape() {
-    const QRect outline = outlineRect(rect(), m_zone);
+    const QRect outline = outlineRect(rect(), d->zone);
     const int reach = OutlineReach;
     const QRegion outer(outline.adjusted(-reach, -reach, reach, reach));
     const QRegion inner(outline.adjusted(reach, reach, -reach, -reach));

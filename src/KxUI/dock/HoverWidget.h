@@ -5,6 +5,8 @@
 
 #include <QWidget>
 
+#include <memory>
+
 namespace Kestrel::UI {
 
 /** The indicator of a drop: a translucent window over the target pane with a dashed outline around
@@ -13,12 +15,12 @@ class KXUI_EXPORT HoverWidget : public QWidget {
     Q_OBJECT
 
 public:
-    /** A hidden window for the whole pane, owned by whoever makes it. GUI thread. */
+    /** A hidden window for the whole pane, owned by whoever makes it. Interface thread. */
     HoverWidget();
     ~HoverWidget() override;
 
     /** The part of the pane that is outlined; `DropCentre`, all of it, at first. */
-    DockDropZone zone() const { return m_zone; }
+    DockDropZone zone() const;
     void setZone(DockDropZone zone);
 
 protected:
@@ -29,7 +31,8 @@ private:
     /** Desktops that do not blend windows would show a black sheet: only the outline is left. */
     void updateShape();
 
-    DockDropZone m_zone = DropCentre;
+    class Private;
+    const std::unique_ptr<Private> d;
 };
 
 } // namespace Kestrel::UI

@@ -8,7 +8,7 @@ namespace Kestrel::UI {
 
 class DockTitleBar;
 
-/** A small flat button in the title bar of a pane: its icon and 2 pixels around it. GUI
+/** A small flat button in the title bar of a pane: its icon and 2 pixels around it. Interface
     thread. */
 class KXUI_EXPORT TitleBarButton : public QPushButton {
     Q_OBJECT

@@ -6,7 +6,7 @@
 
 namespace Kestrel::UI {
 
-/** What a WidgetTracker knows of a widget. */
+/** What a WidgetTracker knows of a widget. Its layout in memory is frozen. */
 class KXUI_EXPORT TrackedWidget {
 public:
     /** Nothing known: an empty rectangle that is not saved. */

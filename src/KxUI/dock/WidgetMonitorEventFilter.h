@@ -8,7 +8,7 @@
 namespace Kestrel::UI {
 
 /** Tells by signals when the widgets it is installed on move, change size, hide or are asked to
-    close. Lets every event through. GUI thread. */
+    close. Lets every event through. Interface thread. */
 class KXUI_EXPORT WidgetMonitorEventFilter : public QObject {
     Q_OBJECT
 

@@ -5,6 +5,7 @@
 #include <KxUI/settings/AppSettings.h>
 
 #include <QCoreApplication>
+#include <QMap>
 #include <QPointer>
 #include <QSplitter>
 #include <QWidget>
@@ -40,16 +41,26 @@ void placeAt(QWidget* widget, const QRect& rect) {
 
 } // namespace
 
+class WidgetTracker::Private {
+public:
+    QMap<QString, TrackedWidget> tracked;
+    QMap<QString, QRect> rects; // of the session
+    bool listens = false;
+};
+
 WidgetTracker::WidgetTracker(QObject* parent)
-    : QObject(parent) {}
+    : QObject(parent)
+    , d(std::make_unique<Private>()) {}
 
 WidgetTracker::~WidgetTracker() = default;
 
 void WidgetTracker::registerWidget(QWidget* widget, bool save) {
-    m_trackedWidgets.insert(widget->objectName(), TrackedWidget(widget->frameGeometry(), save));
+    if (!widget)
+        return;
+    d->tracked.insert(widget->objectName(), TrackedWidget(widget->frameGeometry(), save));
     WidgetMonitorEventFilter& events = monitor();
-    if (!m_listens) {
-        m_listens = true;
+    if (!d->listens) {
+        d->listens = true;
         connect(&events, &WidgetMonitorEventFilter::closeEvent, this, &WidgetTracker::onCloseEvent);
         connect(&events, &WidgetMonitorEventFilter::hideEvent, this, &WidgetTracker::onHideEvent);
     }
@@ -58,15 +69,16 @@ void WidgetTracker::registerWidget(QWidget* widget, bool save) {
 
 void WidgetTracker::unregisterWidget(QWidget* widget) {
     // The monitor stays on the widget: another tracker may listen to it.
-    m_trackedWidgets.remove(widget->objectName());
+    if (widget)
+        d->tracked.remove(widget->objectName());
 }
 
 void WidgetTracker::clearRegisteredWidgets() {
-    m_trackedWidgets.clear();
+    d->tracked.clear();
 }
 
 bool WidgetTracker::restoreWidget(QWidget* widget) {
-    const QString name = widget->objectName();
+    const QString name = widget ? widget->objectName() : QString();
     if (name.isEmpty())
         return false;
     const AppSettings settings;
@@ -86,16 +98,16 @@ bool WidgetTracker::restoreWidget(QWidget* widget) {
 }
 
 void WidgetTracker::registerWidgetRect(QWidget* widget) {
-    if (!widget->objectName().isEmpty())
-        m_registeredRects.insert(widget->objectName(), QRect(widget->pos(), widget->size()));
+    if (widget && !widget->objectName().isEmpty())
+        d->rects.insert(widget->objectName(), QRect(widget->pos(), widget->size()));
 }
 
 void WidgetTracker::saveWidgetLocation(QObject* object) {
     auto* widget = qobject_cast<QWidget*>(object);
     if (!widget || widget->objectName().isEmpty())
         return;
-    const auto tracked = m_trackedWidgets.constFind(widget->objectName());
-    if (tracked == m_trackedWidgets.constEnd())
+    const auto tracked = d->tracked.constFind(widget->objectName());
+    if (tracked == d->tracked.constEnd())
         return;
     if (tracked->save()) {
         AppSettings settings;
@@ -108,8 +120,8 @@ void WidgetTracker::saveWidgetLocation(QObject* object) {
 }
 
 bool WidgetTracker::moveWidgetToRegisteredRect(QWidget* widget) {
-    const auto rect = m_registeredRects.constFind(widget->objectName());
-    if (widget->objectName().isEmpty() || rect == m_registeredRects.constEnd())
+    const auto rect = d->rects.constFind(widget ? widget->objectName() : QString());
+    if (!widget || widget->objectName().isEmpty() || rect == d->rects.constEnd())
         return false;
     placeAt(widget, *rect);
     return true;

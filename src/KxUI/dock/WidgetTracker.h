@@ -4,10 +4,9 @@
 #include <KxUI/dock/TrackedWidget.h>
 
 #include <QCloseEvent>
-#include <QMap>
 #include <QObject>
-#include <QRect>
-#include <QString>
+
+#include <memory>
 
 class QWidget;
 
@@ -15,7 +14,8 @@ namespace Kestrel::UI {
 
 /** Remembers where named top-level widgets were, for the session and, when asked, in the settings,
     together with the state of the named splitters inside them. Widgets are known by their object
-    names; one without a name is never remembered. Widgets are borrowed and not null. GUI thread. */
+    names; one without a name is never remembered. Widgets are borrowed; null is
+    ignored. Interface thread. */
 class KXUI_EXPORT WidgetTracker : public QObject {
     Q_OBJECT
 
@@ -52,9 +52,8 @@ protected Q_SLOTS:
     void onHideEvent(QObject* object, QHideEvent* event);
 
 private:
-    QMap<QString, TrackedWidget> m_trackedWidgets;
-    QMap<QString, QRect> m_registeredRects;
-    bool m_listens = false;
+    class Private;
+    const std::unique_ptr<Private> d;
 };
 
 } // namespace Kestrel::UI
