@@ -1,0 +1,26 @@
+# cmake -DFROM=docs/help -DTO=FOLDER -P JoinHelpPages.cmake: puts each page of FROM/pages into
+# FROM/frame.html, which has the head and the navigation of all of them, and lays what the pages show
+# beside them. A browser gets plain pages: going through them takes no script.
+
+file(REMOVE_RECURSE "${TO}")
+file(COPY "${FROM}/help.css" "${FROM}/help.js" "${FROM}/pictures" DESTINATION "${TO}")
+file(READ "${FROM}/frame.html" frame)
+file(GLOB pages "${FROM}/pages/*.html")
+foreach(page IN LISTS pages)
+  get_filename_component(name "${page}" NAME)
+  file(READ "${page}" body)
+  if(NOT body MATCHES "<h1>([^<]+)</h1>")
+    message(FATAL_ERROR "${page}: no <h1>")
+  endif()
+  set(title "${CMAKE_MATCH_1}")
+  if(NOT name STREQUAL "index.html")
+    string(APPEND title " - KxUI Workbench help")
+  endif()
+  string(REPLACE "  <a href=\"${name}\">" "  <a href=\"${name}\" aria-current=\"page\">" joined "${frame}")
+  if(joined STREQUAL frame)
+    message(FATAL_ERROR "${FROM}/frame.html: its navigation does not name ${name}")
+  endif()
+  string(REPLACE "@TITLE@" "${title}" joined "${joined}")
+  string(REPLACE "@BODY@" "${body}" joined "${joined}")
+  file(WRITE "${TO}/${name}" "${joined}")
+endforeach()
