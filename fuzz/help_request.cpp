@@ -68,6 +68,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (!isForeign(request, 80))
         require(!isForeign(request.substr(0, request.find('\n')), 80),
                 "its headers make a request foreign");
+    // However it is cut, a part is never taken for more than the request.
+    const std::string_view part = std::string_view(request).substr(0, request.size() / 2);
+    if (progressOf(part) == Progress::Whole)
+        require(headOf(part) == headOf(request), "a whole request stays what it is");
+    require(progressOf(headOf(request)) == progressOf(request), "the head says it all");
     const std::string response = notFoundResponse(request);
     require(escapeHtml(request).find_first_of("<>\"") == std::string::npos, "no markup is left");
     require(response.size() >= request.size(), "the answer quotes the request");

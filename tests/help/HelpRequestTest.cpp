@@ -22,6 +22,10 @@ std::string strictTarget(const std::string& request) {
 std::string result(const QByteArray& function, const std::string& request) {
     const auto page = parseRequestGET(request);
     const auto post = parseRequestPOST(request);
+    if (function == "progress") {
+        const char* const names[] = {"open", "heading", "whole"};
+        return names[static_cast<int>(progressOf(request))];
+    }
     if (function == "foreign")
         return isForeign(request, 7000) ? "yes" : "no";
     if (!page || !post)

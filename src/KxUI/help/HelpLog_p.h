@@ -4,7 +4,8 @@
 #include <string_view>
 
 /** \file
-    The help service's developer log, switched by one flag for the whole process. GUI thread. */
+    The help service's developer log, switched by one flag for the whole process. Interface thread.
+ */
 
 namespace Kestrel::UI::Help {
 

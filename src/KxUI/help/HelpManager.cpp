@@ -11,6 +11,7 @@
 
 #include <array>
 #include <cstddef>
+#include <map>
 #include <utility>
 
 namespace Kestrel::UI {
@@ -27,16 +28,19 @@ struct ServerRow {
 };
 
 constexpr int serverCount = 3;
-constexpr int localIndex = 0;
+
+// The port that an address need not say.
+constexpr int httpPort = 80;
+constexpr int customPort = 8080;
 
 // A server that never answers would hold up what is asked of it later.
 constexpr int replyTimeoutMs = 30000;
 
 ServerRow& row(int index) {
     static std::array<ServerRow, serverCount> rows{{
-        {"Local", "127.0.0.1", 0, true},
-        {"The Kestrel", KXUI_HELP_REMOTE_HOST, 80, false},
-        {"Custom", "custom", 8080, false},
+        {"Local", "127.0.0.1", HelpServer::AnyPort, true},
+        {"The Kestrel", KXUI_HELP_REMOTE_HOST, httpPort, false},
+        {"Custom", "custom", customPort, false},
     }};
     return rows[static_cast<std::size_t>(index)];
 }
@@ -49,7 +53,7 @@ struct PortRange {
 };
 
 PortRange& localPorts() {
-    static PortRange ports{0, 0};
+    static PortRange ports{HelpServer::AnyPort, 0};
     return ports;
 }
 
@@ -75,6 +79,37 @@ public:
 
 } // namespace
 
+struct HelpManager::Private {
+    enum class NodeState { Unchecked = 0, Pending = 1, NotFound = 2, Found = 3 };
+
+    struct NodeStates {
+        NodeState local = NodeState::Unchecked;
+        NodeState other = NodeState::Unchecked;
+
+        NodeState& of(bool isLocal) { return isLocal ? local : other; }
+    };
+
+    using PendingReplies = std::map<std::string, QNetworkReply*>;
+
+    explicit Private(HelpManager* manager)
+        : q(manager) {}
+
+    PendingReplies& pendingReplies(bool local) { return local ? pendingLocal : pendingOther; }
+    std::string addressOf(const std::string& node, int index) const;
+    void startLocalServer(int port, int range);
+    void restartLocalServer();
+    QNetworkReply* requestHead(const std::string& address, bool local);
+
+    HelpManager* const q;
+    std::string commonPath = "Documentation/html/";
+    int current = LocalServer;
+    HelpServer* localServer = nullptr; // A child of the manager.
+    std::map<std::string, NodeStates> nodes;
+    PendingReplies pendingLocal;
+    PendingReplies pendingOther;
+    std::string localPathPrefix;
+};
+
 HelpManager* HelpManager::instance() {
     if (!theManager) {
         qAddPostRoutine(Destroy);
@@ -88,15 +123,16 @@ void HelpManager::Destroy() {
     delete std::exchange(theManager, nullptr);
 }
 
-HelpManager::HelpManager() {
+HelpManager::HelpManager()
+    : d(std::make_unique<Private>(this)) {
     setProxyFactory(new LoopbackIsDirect);
-    setHelpServer(localIndex);
+    setHelpServer(LocalServer);
 }
 
 HelpManager::~HelpManager() {
     for (const bool local : {true, false}) {
-        while (!pendingReplies(local).empty())
-            cancelPendingReply(std::string(pendingReplies(local).begin()->first), local);
+        while (!d->pendingReplies(local).empty())
+            cancelPendingReply(std::string(d->pendingReplies(local).begin()->first), local);
     }
     // Whoever calls from within a command callback has its server on the stack.
     for (HelpServer* server : findChildren<HelpServer*>()) {
@@ -108,131 +144,142 @@ HelpManager::~HelpManager() {
 }
 
 bool HelpManager::setHelpServer(const int& index) {
-    const int wanted = index == CurrentServer ? m_current : index;
+    const int wanted = index == CurrentServer ? d->current : index;
     logToError({"HelpManager::setHelpServer index: ", std::to_string(index)});
-    if (!m_localServer) {
-        restartLocalServer();
+    if (!d->localServer) {
+        d->restartLocalServer();
         recheckNodes(true);
-        m_current = localIndex;
+        d->current = LocalServer;
     }
     if (!isServer(wanted)) {
         logToError({"HelpManager::setHelpServer out of range: ", std::to_string(index)});
         return false;
     }
-    m_current = wanted;
-    logToError({"HelpManager::setHelpServer [", row(m_current).name, "]"});
-    if (!row(m_current).local)
+    d->current = wanted;
+    logToError({"HelpManager::setHelpServer [", row(d->current).name, "]"});
+    if (!row(d->current).local)
         recheckNodes(false);
     return true;
 }
 
+int HelpManager::helpServer() const {
+    return d->current;
+}
+
 bool HelpManager::setCurrentHost(const std::string& host) {
-    ServerRow& current = row(m_current);
-    logToError({"HelpManager::setCurrentHost [", current.name, "] ", host});
-    if (current.local)
+    ServerRow& asked = row(d->current);
+    logToError({"HelpManager::setCurrentHost [", asked.name, "] ", host});
+    if (asked.local)
         return false;
-    current.host = host;
-    logToError({"HelpManager::setCurrentHost [", current.name, "] ", current.host});
-    return setHelpServer(m_current);
+    asked.host = host;
+    logToError({"HelpManager::setCurrentHost [", asked.name, "] ", asked.host});
+    return setHelpServer(d->current);
 }
 
 bool HelpManager::setCurrentPort(const int& port, const int& range) {
-    ServerRow& current = row(m_current);
-    if (current.local) {
-        HelpServer* const replaced = m_localServer;
+    ServerRow& asked = row(d->current);
+    if (asked.local) {
+        HelpServer* const replaced = d->localServer;
         logToError({"HelpManager::setCurrentPort - stopping server [", replaced->getName(), "]"});
         // The port may be wanted again; the server itself may be waiting for a command callback
         // that called this.
         replaced->close();
         localPorts() = {port, range};
-        startLocalServer(port, range);
-        m_localServer->takeOver(*replaced);
+        d->startLocalServer(port, range);
+        d->localServer->takeOver(*replaced);
         replaced->retire();
         recheckNodes(true);
     } else {
-        current.port = port;
-        logToError(
-            {"HelpManager::setCurrentPort [", current.name, "] ", std::to_string(current.port)});
+        asked.port = port;
+        logToError({"HelpManager::setCurrentPort [", asked.name, "] ", std::to_string(asked.port)});
     }
-    return setHelpServer(m_current);
+    return setHelpServer(d->current);
 }
 
-void HelpManager::startLocalServer(int port, int range) {
-    ServerRow& local = row(localIndex);
-    m_localServer = new HelpServer(local.name, this);
-    const bool started = m_localServer->start(local.host, port, range);
-    local.port = m_localServer->getPort();
+void HelpManager::Private::startLocalServer(int port, int range) {
+    ServerRow& local = row(LocalServer);
+    localServer = new HelpServer(local.name, q);
+    const bool started = localServer->start(local.host, port, range);
+    local.port = localServer->getPort();
     logToError({"HelpManager::startLocalServer [", local.name, "] using port ",
                 std::to_string(local.port), started ? " success" : " failure"});
 }
 
-void HelpManager::restartLocalServer() {
+void HelpManager::Private::restartLocalServer() {
     // The port that pages in browsers know from before, unless another program has it now.
-    startLocalServer(row(localIndex).port, 0);
-    if (!m_localServer->getStarted()) {
-        delete std::exchange(m_localServer, nullptr);
+    startLocalServer(row(LocalServer).port, 0);
+    if (!localServer->getStarted()) {
+        delete std::exchange(localServer, nullptr);
         startLocalServer(localPorts().first, localPorts().range);
     }
 }
 
 void HelpManager::setRequestHandler(HelpServer::RequestHandler handler) {
-    if (!m_localServer) {
+    if (!d->localServer) {
         logToError({"HelpManager::setRequestHandler - local server not ready"});
         return;
     }
     logToError({"HelpManager::setRequestHandler - setting in local server"});
-    m_localServer->setRequestHandler(handler);
+    d->localServer->setRequestHandler(handler);
 }
 
 void HelpManager::setSearchPath(const std::vector<const char*>& dirs) {
     logToError({"HelpManager::setSearchPath - setting in local server"});
-    m_localServer->appendSearchPath(dirs);
+    d->localServer->appendSearchPath(dirs);
 }
 
 void HelpManager::clearSearchPath() {
     logToError({"HelpManager::clearSearchPath - in local server"});
-    m_localServer->clearSearchPath();
+    d->localServer->clearSearchPath();
+}
+
+void HelpManager::setCommonPath(const std::string& path) {
+    d->commonPath = path;
+}
+
+void HelpManager::setLocalPathPrefix(const std::string& prefix) {
+    d->localPathPrefix = prefix;
 }
 
 void HelpManager::checkNode(const std::string& node, int index) {
-    const int server = index == CurrentServer ? m_current : index;
+    const int server = index == CurrentServer ? d->current : index;
     if (!isServer(server))
         return;
     const bool local = row(server).local;
     logToError({"HelpManager::checkNode ", node, " on [", row(server).name, "]"});
-    NodeState& state = m_nodes[node].of(local);
-    if (state != NodeState::Unchecked) {
+    Private::NodeState& state = d->nodes[node].of(local);
+    if (state != Private::NodeState::Unchecked) {
         logToError({"HelpManager::checkNode ", node, " already checked ", sideName(local), "ly."});
         return;
     }
-    state = NodeState::Pending;
+    state = Private::NodeState::Pending;
     logToError({"HelpManager::checkNode ", sideName(local), " ", node, " new request"});
-    const std::string address = addressOf(node, server);
+    const std::string address = d->addressOf(node, server);
     logToError({"HelpManager::checkNode requesting ", address});
-    QNetworkReply* const reply = requestHead(address, local);
+    QNetworkReply* const reply = d->requestHead(address, local);
     if (!reply) {
-        state = NodeState::NotFound;
+        state = Private::NodeState::NotFound;
         logToError({"HelpManager::checkNode call to QNetworkAccessManager::head failed"});
         return;
     }
     reply->setProperty("node", QByteArray::fromStdString(node));
     reply->setProperty("local", local);
     connect(reply, &QNetworkReply::finished, this, &HelpManager::handleFinished);
-    pendingReplies(local)[node] = reply;
+    d->pendingReplies(local)[node] = reply;
     if (!local) {
         logToError({"HelpManager::checkNode also checking local server"});
-        checkNode(node, localIndex);
+        checkNode(node, LocalServer);
     }
 }
 
-QNetworkReply* HelpManager::requestHead(const std::string& address, bool local) {
+QNetworkReply* HelpManager::Private::requestHead(const std::string& address, bool local) {
     const QUrl url(QString::fromStdString(address));
     // Where the local server could not start, another program has its port.
-    if (!url.isValid() || url.host().isEmpty() || (local && !m_localServer->getStarted()))
+    if (!url.isValid() || url.host().isEmpty() || (local && !localServer->getStarted()))
         return nullptr;
     QNetworkRequest request(url);
     request.setTransferTimeout(replyTimeoutMs);
-    return head(request);
+    return q->head(request);
 }
 
 void HelpManager::handleFinished() {
@@ -244,17 +291,17 @@ void HelpManager::handleFinished() {
     const bool found = reply->error() == QNetworkReply::NoError;
     logToError({"HelpManager::handleFinished for ", node, " [", sideName(local), "] - ",
                 found ? "success" : "failure"});
-    m_nodes[node].of(local) = found ? NodeState::Found : NodeState::NotFound;
-    pendingReplies(local).erase(node);
+    d->nodes[node].of(local) = found ? Private::NodeState::Found : Private::NodeState::NotFound;
+    d->pendingReplies(local).erase(node);
     reply->deleteLater();
 }
 
 void HelpManager::cancelPendingReply(const std::string& node, bool local) {
-    const auto pending = pendingReplies(local).find(node);
-    if (pending == pendingReplies(local).end())
+    const auto pending = d->pendingReplies(local).find(node);
+    if (pending == d->pendingReplies(local).end())
         return;
     QNetworkReply* const reply = pending->second;
-    pendingReplies(local).erase(pending);
+    d->pendingReplies(local).erase(pending);
     reply->disconnect(this);
     reply->abort();
     reply->deleteLater();
@@ -262,47 +309,48 @@ void HelpManager::cancelPendingReply(const std::string& node, bool local) {
 
 void HelpManager::recheckNodes(bool local) {
     logToError({"HelpManager::recheckNodes - ", sideName(local)});
-    for (auto& [node, states] : m_nodes) {
+    for (auto& [node, states] : d->nodes) {
         cancelPendingReply(node, local);
-        states.of(local) = NodeState::Unchecked;
+        states.of(local) = Private::NodeState::Unchecked;
     }
-    const int server = local ? localIndex : m_current;
-    for (const auto& [node, states] : m_nodes)
+    const int server = local ? LocalServer : d->current;
+    for (const auto& [node, states] : d->nodes)
         checkNode(node, server);
 }
 
 std::string HelpManager::getUrl(const std::string& node, int index, bool force) {
-    const int server = index == CurrentServer ? m_current : index;
+    const int server = index == CurrentServer ? d->current : index;
     if (!isServer(server))
         return {};
     const ServerRow& asked = row(server);
     logToError({"HelpManager::getUrl for ", node, " on [", asked.name, "]"});
     if (!force) {
-        const auto known = m_nodes.find(node);
+        const auto known = d->nodes.find(node);
         // A node that nobody asked for is as good as missing, one that is being asked for is not.
-        const NodeState state =
-            known == m_nodes.end() ? NodeState::NotFound : known->second.of(asked.local);
-        if (state != NodeState::Found) {
+        const Private::NodeState state =
+            known == d->nodes.end() ? Private::NodeState::NotFound : known->second.of(asked.local);
+        if (state != Private::NodeState::Found) {
             logToError({"HelpManager::getUrl for ", node,
-                        state == NodeState::NotFound ? " not found" : " not ready", " on ",
+                        state == Private::NodeState::NotFound ? " not found" : " not ready", " on ",
                         asked.name});
-            return asked.local ? std::string() : getUrl(node, localIndex, false);
+            return asked.local ? std::string() : getUrl(node, LocalServer, false);
         }
     }
-    const std::string url = addressOf(node, server);
+    const std::string url = d->addressOf(node, server);
     logToError({"HelpManager::getUrl resolved to ", url});
     return url;
 }
 
-std::string HelpManager::addressOf(const std::string& node, int index) const {
+std::string HelpManager::Private::addressOf(const std::string& node, int index) const {
     const ServerRow& server = row(index);
     return GenerateAddress(server.host, server.port,
-                           server.local ? m_localPathPrefix + m_commonPath : m_commonPath, node);
+                           server.local ? localPathPrefix + commonPath : commonPath, node);
 }
 
 std::string HelpManager::GenerateAddress(const std::string& host, int port, const std::string& path,
                                          const std::string& node) {
-    const std::string stated = port == 0 || port == 80 ? "" : ":" + std::to_string(port);
+    const std::string stated =
+        port == HelpServer::AnyPort || port == httpPort ? "" : ":" + std::to_string(port);
     return "http://" + host + stated + "/" + path + node;
 }
 

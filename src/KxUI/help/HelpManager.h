@@ -5,25 +5,23 @@
 
 #include <QNetworkAccessManager>
 
-#include <map>
+#include <memory>
 #include <string>
 #include <vector>
-
-class QNetworkReply;
 
 namespace Kestrel::UI {
 
 /** Answers at which URL the help page of a node (the name of a documentation page) can be opened.
 
-    Three servers may have the page: 0 is the local HelpServer, which this class owns and starts, 1
-    the product's remote documentation site, 2 a custom one. A host calls checkNode() early, for
+    Three servers may have the page: the local HelpServer, which this class owns and starts, the
+    product's remote documentation site, and a custom one. A host calls checkNode() early, for
     example when it creates a panel; the manager then asks the server by HTTP HEAD and remembers the
     answer. getUrl() never waits: a page that the remote server does not have, or of which it has
    not told yet, falls back to the local server.
 
     The table of servers (their hosts and ports) is shared by the whole process and outlives the
     manager. Nodes are put into URLs as they are; they should need no percent-encoding, which the
-    local server does not decode. GUI thread. */
+    local server does not decode, and include their ".html". Interface thread. */
 class KXUI_EXPORT HelpManager : public QNetworkAccessManager {
     Q_OBJECT
 
@@ -31,20 +29,28 @@ public:
     /** Stands for the current server where an index is asked for. */
     static constexpr int CurrentServer = -1;
 
+    /** The index of the local HelpServer, of the product's remote site, of the custom server. */
+    static constexpr int LocalServer = 0;
+    static constexpr int RemoteServer = 1;
+    static constexpr int CustomServer = 2;
+
     /** The manager, created on first use; that starts the local server on a port of the system's
-        choice. Goes with the QCoreApplication at the latest. */
+        choice, after Destroy() on the port of before or, where that was taken meanwhile, one of the
+        range last asked for. The server serves the application's own folder until
+        clearSearchPath(). Never null; to be called while there is a QCoreApplication, with which it
+        goes at the latest. */
     static HelpManager* instance();
 
     /** Deletes the manager, if there is one. Allowed within a command callback. */
     static void Destroy();
 
-    /** Makes a server the current one: 0 local, 1 remote, 2 custom. Starts the local server if that
-        has not been done. Selecting another than the local server asks it again for every node.
-        False, and no change of the current server, when `index` is out of range. */
+    /** Makes a server the current one: LocalServer, RemoteServer or CustomServer. Starts the local
+       server if that has not been done. Selecting another than the local server asks it again for
+       every node. False, and no change of the current server, when `index` is out of range. */
     bool setHelpServer(const int& index);
 
     /** The index of the current server. */
-    int helpServer() const { return m_current; }
+    int helpServer() const;
 
     /** Changes the host of the current server and asks it again for every node. False for the local
         server, which always is on the loopback. */
@@ -56,20 +62,21 @@ public:
         callback. Returns what setHelpServer() returns. */
     bool setCurrentPort(const int& port, const int& range = 0);
 
-    /** Sets the function that the local server calls for POST requests. */
+    /** Sets the function that the local server calls for POST requests; null for none. */
     void setRequestHandler(HelpServer::RequestHandler handler);
 
-    /** Appends to the directories that the local server searches. */
+    /** Appends to the directories that the local server searches; see
+        HelpServer::appendSearchPath(). */
     void setSearchPath(const std::vector<const char*>& dirs);
 
     /** Forgets the directories that the local server searches. */
     void clearSearchPath();
 
     /** The path of every URL, ending in a slash; "Documentation/html/" by default. */
-    void setCommonPath(const std::string& path) { m_commonPath = path; }
+    void setCommonPath(const std::string& path);
 
     /** What stands before the common path in URLs of the local server; empty by default. */
-    void setLocalPathPrefix(const std::string& prefix) { m_localPathPrefix = prefix; }
+    void setLocalPathPrefix(const std::string& prefix);
 
     /** Asks a server whether it has a node, unless that is known or under way; the local server is
         asked whenever another one is. A server that says nothing for 30 seconds does not have it.
@@ -97,35 +104,13 @@ protected:
         current one. */
     void recheckNodes(bool local);
 
-protected slots:
+protected Q_SLOTS:
     /** Notes what a finished reply says about its node. */
     void handleFinished();
 
 private:
-    enum class NodeState { Unchecked = 0, Pending = 1, NotFound = 2, Found = 3 };
-
-    struct NodeStates {
-        NodeState local = NodeState::Unchecked;
-        NodeState other = NodeState::Unchecked;
-
-        NodeState& of(bool isLocal) { return isLocal ? local : other; }
-    };
-
-    using PendingReplies = std::map<std::string, QNetworkReply*>;
-
-    PendingReplies& pendingReplies(bool local) { return local ? m_pendingLocal : m_pendingOther; }
-    std::string addressOf(const std::string& node, int index) const;
-    void startLocalServer(int port, int range);
-    void restartLocalServer();
-    QNetworkReply* requestHead(const std::string& address, bool local);
-
-    std::string m_commonPath = "Documentation/html/";
-    int m_current = 0;
-    HelpServer* m_localServer = nullptr;
-    std::map<std::string, NodeStates> m_nodes;
-    PendingReplies m_pendingLocal;
-    PendingReplies m_pendingOther;
-    std::string m_localPathPrefix;
+    struct Private;
+    const std::unique_ptr<Private> d;
 };
 
 } // namespace Kestrel::UI

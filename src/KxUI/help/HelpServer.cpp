@@ -11,19 +11,12 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <limits>
 #include <string_view>
 #include <utility>
 
 namespace Kestrel::UI {
 
 using namespace Help;
-
-namespace {
-
-constexpr std::uint16_t lastPort = std::numeric_limits<std::uint16_t>::max();
-
-} // namespace
 
 struct HelpServer::Private {
     explicit Private(HelpServer* server)
@@ -70,6 +63,9 @@ HelpServer::HelpServer(const std::string& name, QObject* parent)
     setSearchPath();
 }
 
+HelpServer::HelpServer(QObject* parent)
+    : HelpServer(std::string(), parent) {}
+
 HelpServer::~HelpServer() {
     // The connections speak to this server; they go while it is whole.
     delete d->seats;
@@ -90,8 +86,9 @@ bool HelpServer::start(const std::string& host, const int& firstPort, const int&
     const QHostAddress address(QString::fromStdString(host));
     std::uint16_t port = first;
     bool listening = d->tryListen(address, port);
-    // One port beyond the range is tried on purpose, and kept on purpose if it is free.
-    while (!listening && port <= last && port < lastPort)
+    // One port beyond the range is tried too, and kept if it is free, although the start then
+    // counts as failed: hosts have always found the server there.
+    while (!listening && port <= last && port < LastPort)
         listening = d->tryListen(address, ++port);
     if (!listening || port > last) {
         reportError({"[Help] failed. Port range busy: ", std::to_string(firstPort), "-",

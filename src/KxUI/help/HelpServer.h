@@ -43,6 +43,12 @@ public:
         call the help manager and retire() this server, but not delete it. */
     using RequestHandler = void (*)(std::string command, std::string argument);
 
+    /** As first port: the system chooses one. */
+    static constexpr int AnyPort = 0;
+
+    /** Where ranges of ports end. */
+    static constexpr int LastPort = 65535;
+
     /** A stopped server. Its search path is the server root, so once started it serves the
         application's own folder to whoever asks, until clearSearchPath() or HelpManager's is
        called.
@@ -51,12 +57,13 @@ public:
         the environment variable HELP_VERBOSE is 1. `parent` owns the server; null for none. Needs a
         QCoreApplication. */
     explicit HelpServer(const std::string& name = {}, QObject* parent = nullptr);
+    explicit HelpServer(QObject* parent);
     ~HelpServer() override;
 
     /** Listens on `host`, an IP address, at the first free port from `firstPort` to
-        `firstPort` + `range`, and returns whether it does. Port 0 lets the system choose.
+        `firstPort` + `range`, and returns whether it does.
 
-        False at once when already started, and when the range passes port 65535. One port beyond
+        False at once when already started, and when the range passes LastPort. One port beyond
         the range is tried before giving up, and a server that got that port goes on listening
         there although this returns false. */
     bool start(const std::string& host, const int& firstPort, const int& range);
