@@ -6,6 +6,7 @@
 #include <KxUI/eventgraph/EventUserDataInt.h>
 #include <KxUI/eventgraph/EventUserDataString.h>
 #include <KxUI/eventgraph/IEventGraphTimer.h>
+#include <KxUI/eventgraph/Locks_p.h>
 #include <KxUI/eventgraph/TrackIndex_p.h>
 
 #include <QCoreApplication>
@@ -67,6 +68,17 @@ void recordPairs(benchmark::State& state) {
     }
     if (track.events().size() != std::size_t(2 * (pairs - left)))
         state.SkipWithError("events were lost");
+}
+
+// What the two promised locks of each event cost alone.
+void takeLocks(benchmark::State& state) {
+    EventGraphView view;
+    for (auto _ : state) {
+        for (int event = 0; event < 2; ++event) {
+            const StateReadGuard stateGuard(*view.stateLock());
+            const MutexGuard guard(*EventGraphView::GetMutex());
+        }
+    }
 }
 
 void recordPaused(benchmark::State& state) {
@@ -281,7 +293,7 @@ struct ManySpans {
 
     MillionEvents events;
     QImage image;
-    std::vector<CaptureState::PlainEvent> plain;
+    std::vector<PlainEvent> plain;
 };
 
 void repaintOurs(benchmark::State& state) {
@@ -389,13 +401,15 @@ void registerBenchmarks() {
     qunsetenv("TZ");
 
     Bench::add("start/end pair", "ours", recordPairs);
-    Bench::target("start/end pair", 65);
+    Bench::add("start/end pair", "its two locks, twice", takeLocks);
+    Bench::targetRatio("start/end pair", "its two locks, twice", 1 / 2.0);
 #if defined(KXUI_BENCH_LTTNG)
     Bench::add("start/end pair", "lttng-ust", recordLttng);
     Bench::targetRatio("start/end pair", "lttng-ust", 2);
 #endif
     Bench::add("start/end pair, paused", "ours", recordPaused);
-    Bench::target("start/end pair, paused", 30);
+    Bench::add("start/end pair, paused", "its two locks, twice", takeLocks);
+    Bench::targetRatio("start/end pair, paused", "its two locks, twice", 1 / 1.5);
     Bench::add("start/end pair, disabled", "ours", recordDisabled);
     Bench::target("start/end pair, disabled", 2);
     Bench::add("memory per event (ns stands for bytes)", "ours", memoryPerEvent);

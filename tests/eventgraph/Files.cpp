@@ -103,6 +103,27 @@ private:
     QList<QByteArray> m_pieces;
 };
 
+// A file during whose writing as much is recorded as is written.
+class Recorded : public QBuffer {
+public:
+    explicit Recorded(EventTrack& track)
+        : m_track(track) {
+        open(WriteOnly);
+    }
+
+private:
+    qint64 writeData(const char* data, qint64 size) override {
+        if (++m_writes > 100)
+            return -1;
+        for (int i = 0; i < 4000; ++i)
+            m_track.addEvent(Type::Sample, nullptr);
+        return QBuffer::writeData(data, size);
+    }
+
+    EventTrack& m_track;
+    int m_writes = 0;
+};
+
 const char head[] = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
 
 } // namespace
@@ -160,6 +181,30 @@ private Q_SLOTS:
             QVERIFY(!reader.read(device));
             QCOMPARE(reader.errorString(),
                      QString("The device is not open for reading\nLine 1, column 0"));
+        }
+    }
+
+    // What is written is the state at the call, whatever is recorded and forgotten meanwhile.
+    void savingDuringAHistory() {
+        FakeTimer timer;
+        EventGraphView view(nullptr, &timer);
+        const auto track = makeTrack("t", 1), next = makeTrack("u", 2);
+        for (EventTrack* each : {track.get(), next.get()})
+            view.addTrack(each);
+        view.start(1, EventGraphMode::History);
+        for (int i = 0; i < 6000; ++i) {
+            timer.now = i;
+            track->addEvent(Type::Sample, nullptr);
+            next->addEvent(Type::Sample, nullptr);
+        }
+        const QByteArray expected = written(view, withData);
+        for (EventTrack* recorded : {track.get(), next.get()}) {
+            Recorded device(*recorded);
+            QVERIFY(EventGraphWriter(view, withData).write(&device));
+            if (recorded == track.get())
+                QVERIFY(device.data() == expected);
+            Recorded trace(*recorded);
+            QVERIFY(writeEventTrace(view, &trace));
         }
     }
 

@@ -23,7 +23,6 @@
 
 using namespace Kestrel::UI;
 using namespace Kestrel::Test;
-using PlainEvent = CaptureState::PlainEvent;
 using Type = EventTrack::Type;
 using TrackType = EventTrack::TrackType;
 using Events = std::vector<PlainEvent>;

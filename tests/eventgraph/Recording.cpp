@@ -1,6 +1,7 @@
 #include "FakeTimer.h"
 
 #include <KxUI/eventgraph/EventAdder.h>
+#include <KxUI/eventgraph/EventGraphSnapshot.h>
 #include <KxUI/eventgraph/EventGraphTimerQTime.h>
 #include <KxUI/eventgraph/EventGraphView.h>
 #include <KxUI/eventgraph/EventStopper.h>
@@ -13,6 +14,7 @@
 #include <QtTest>
 
 #include <cmath>
+#include <functional>
 #include <random>
 
 using namespace Kestrel::UI;
@@ -122,7 +124,12 @@ struct Stage {
     EventTrack track = timeline();
 };
 
+// How a track leaves a view, perhaps for another.
+using Leave = std::function<void(EventTrack& track, std::unique_ptr<EventGraphView>& view,
+                                 EventGraphView& other)>;
+
 } // namespace
+Q_DECLARE_METATYPE(Leave)
 
 class Recording : public QObject {
     Q_OBJECT
@@ -268,6 +275,42 @@ private Q_SLOTS:
         QCOMPARE(track.events().size(), std::size_t(500));
     }
 
+    // A snapshot needs no lock and stays as it is, whatever becomes of the capture.
+    void snapshots() {
+        EventGraphSnapshot seen;
+        EventTrackSnapshot alone;
+        {
+            Stage stage;
+            auto& [timer, view, track] = stage;
+            EventTrack value(EventTrack::Options::graph("v", Qt::blue, 2, 5).at(-1).high(30));
+            view.addTrack(&value);
+            view.start(unlimited, EventGraphMode::Forwards);
+            for (int i = 0; i < 50; ++i) {
+                track.addEvent(Type::Start, nullptr, i);
+                track.addEvent(Type::End, new EventUserDataInt(i), i + 2);
+            }
+            timer.now = 7;
+            view.stop();
+            seen = view.snapshot();
+            alone = track.snapshot();
+            track.addEvent(Type::Sample, nullptr, 9);
+            track.finaliseHistory(25);
+            QVERIFY(track.events().size() < 60);
+        }
+        QCOMPARE(seen.startTime, 0);
+        QCOMPARE(seen.endTime, 7);
+        QCOMPARE(seen.tracks.size(), std::size_t(2));
+        const EventTrackSnapshot &first = seen.tracks[0], &second = seen.tracks[1];
+        QVERIFY(first.name == "v" && first.color == QColor(Qt::blue) && first.sortKey == -1 &&
+                first.type == TrackType::Value && first.minValue == 2 && first.maxValue == 5 &&
+                first.graphHeight == 30 && first.events.empty() && !first.hasSamples);
+        for (const EventTrackSnapshot& track : {second, alone}) {
+            QCOMPARE(track.events.size(), std::size_t(100));
+            QCOMPARE(track.events[31].userData->text(), QString("15 (0xf)"));
+            QCOMPARE(track.tooltipText, QString(", Mean Duration=2"));
+        }
+    }
+
     void differencesWrap() {
         Stage stage;
         auto& [timer, view, track] = stage;
@@ -356,6 +399,73 @@ private Q_SLOTS:
         QCOMPARE(copy.events().size(), std::size_t(0));
     }
 
+    // An activity that is open when its track leaves the view ends there, for followers too.
+    void openActivitiesEndWithTheView_data() {
+        const Columns<
+            std::function<void(EventTrack&, std::unique_ptr<EventGraphView>&, EventGraphView&)>>
+            row("leave");
+        row("removed", [](auto& track, auto& view, auto&) { view->removeTrack(&track); });
+        row("unset", [](auto& track, auto&, auto&) { track.setGraph(nullptr); });
+        row("set", [](auto& track, auto&, auto& other) { track.setGraph(&other); });
+        row("moved", [](auto& track, auto&, auto& other) { other.addTrack(&track); });
+        row("view gone", [](auto&, auto& view, auto&) { view.reset(); });
+    }
+    void openActivitiesEndWithTheView() {
+        using Leave =
+            std::function<void(EventTrack&, std::unique_ptr<EventGraphView>&, EventGraphView&)>;
+        QFETCH(Leave, leave);
+        for (const int depth : {1, 2}) {
+            for (const bool comesBack : {false, true}) {
+                FakeTimer timer;
+                EventGraphView other(nullptr, &timer);
+                auto view = std::make_unique<EventGraphView>(nullptr, &timer);
+                EventTrack track = timeline();
+                EventTrack follower("b", Qt::red, 1, TrackType::Bandwidth, 0, 1, 100, 100, 20,
+                                    &track);
+                for (EventTrack* each : {&track, &follower})
+                    view->addTrack(each);
+                view->start(unlimited, EventGraphMode::Forwards);
+                for (int i = 0; i < depth; ++i)
+                    track.addEvent(Type::Start, nullptr);
+                leave(track, view, other);
+                for (int i = 0; i < depth && !comesBack; ++i)
+                    track.addEvent(Type::End, nullptr);
+                for (EventTrack* each : {&track, &follower})
+                    other.addTrack(each);
+                other.start(unlimited, EventGraphMode::Forwards);
+                for (int i = 0; i < depth && comesBack; ++i)
+                    track.addEvent(Type::End, nullptr);
+                QVERIFY(track.events().empty());
+                follower.addDataSize(7);
+                track.addEvent(Type::Start, nullptr);
+                follower.addDataSize(20);
+                timer.now += 10;
+                track.addEvent(Type::End, nullptr);
+                follower.addDataSize(7);
+                QCOMPARE(track.trackTooltipText(), QString(", Mean Duration=10"));
+                QCOMPARE(follower.trackTooltipText(), QString(", Mean Bandwidth=2000"));
+                QCOMPARE(track.events().size(), std::size_t(2));
+            }
+        }
+    }
+
+    // With a cost that grows with the square of the tracks this would not end.
+    void manyTracksGoSoon() {
+        constexpr int count = 100'000;
+        EventGraphView view;
+        EventTrack time = timeline();
+        std::vector<std::unique_ptr<EventTrack>> tracks;
+        for (int i = 0; i < count; ++i) {
+            tracks.push_back(std::make_unique<EventTrack>(
+                "t", Qt::red, i, i % 2 ? TrackType::Bandwidth : TrackType::Value, 0.0f, 1.0f, 1, 1,
+                20, &time));
+            view.addTrack(tracks.back().get());
+        }
+        tracks.clear();
+        QVERIFY(view.tracks().isEmpty());
+        time.addEvent(Type::Start, nullptr);
+    }
+
     // Foreign destructors run outside the locks: these record, which would deadlock inside.
     void droppedDataIsReleasedOutsideTheLocks() {
         struct Recorder : IEventUserData {
@@ -394,6 +504,16 @@ private Q_SLOTS:
             track = timeline();
             QCOMPARE(deaths, 8);
         }
+        // A track and its follower may drop something at one event.
+        EventTrack time("t", Qt::red, 1, TrackType::Timeline, 0, 1, 1, 1, 20, nullptr);
+        EventTrack follower("b", Qt::red, 2, TrackType::Bandwidth, 0, 1, 1, 1, 20, &time);
+        for (EventTrack* each : {&time, &follower})
+            view.addTrack(each);
+        view.start(1, EventGraphMode::History);
+        time.addEvent(Type::Start, new Recorder(log, deaths));
+        follower.addEvent(Type::Sample, new Recorder(log, deaths));
+        time.addEvent(Type::End, nullptr);
+        QCOMPARE(deaths, 10);
     }
 
     void signalsAndTheStopTimer() {

@@ -1,6 +1,7 @@
 #include "FakeTimer.h"
 
 #include <KxUI/eventgraph/EventAdder.h>
+#include <KxUI/eventgraph/EventGraphSnapshot.h>
 #include <KxUI/eventgraph/EventGraphView.h>
 #include <KxUI/eventgraph/EventUserDataInt.h>
 #include <support/TestRegistry.h>
@@ -77,6 +78,11 @@ private Q_SLOTS:
                            EventGraphMode(capture % 2));
                 std::this_thread::sleep_for(std::chrono::milliseconds(1));
                 QVERIFY(!time->trackTooltipText().contains("nan"));
+                int opened = 0;
+                const EventGraphSnapshot seen = view.snapshot();
+                for (const EventTrack::Event& event : seen.tracks.back().events)
+                    opened += event.type == Type::Start ? 1 : event.type == Type::End ? -1 : 0;
+                QVERIFY(std::abs(opened) <= 1);
                 view.stop();
             }
             if (round % 2)

@@ -52,11 +52,13 @@ CaptureState& CaptureState::acquire(EventGraphView* view, IEventGraphTimer* time
 void CaptureState::retire() {
     const StateWriteGuard stateGuard(lock);
     const MutexGuard guard(profilerMutex());
-    for (EventTrack* track : registry().tracks) {
-        if (track->m_capture.load(std::memory_order_relaxed) == this)
-            track->m_capture.store(nullptr, std::memory_order_relaxed);
+    while (!tracks.isEmpty())
+        removeRowsAt(tracks.firstKey());
+    for (EventTrack* each : registry().tracks) {
+        EventTrackPrivate& track = EventTrackPrivate::of(*each);
+        if (track.capture.load(std::memory_order_relaxed) == this)
+            track.setCapture(nullptr);
     }
-    tracks.clear();
     syncTrack = nullptr;
     paused = true;
     mode = EventGraphMode::Forwards;
@@ -65,16 +67,14 @@ void CaptureState::retire() {
     view = nullptr;
 }
 
-void CaptureState::clear(std::vector<EventTrack::EventList>& dropped) {
+void CaptureState::clear(Dropped& dropped) {
     startTime = timer->time();
     const MutexGuard guard(profilerMutex());
-    dropped.resize(static_cast<std::size_t>(tracks.size()));
-    auto list = dropped.begin();
     for (EventTrack* track : qAsConst(tracks))
-        track->clearLocked(this, *list++);
+        EventTrackPrivate::of(*track).clear(this, dropped);
 }
 
-void CaptureState::stop(std::vector<EventTrack::EventList>& dropped) {
+void CaptureState::stop(Dropped& dropped) {
     paused = true;
     endTime = timer->time();
     if (mode == EventGraphMode::History) {
@@ -84,28 +84,32 @@ void CaptureState::stop(std::vector<EventTrack::EventList>& dropped) {
             startTime = cutoff;
     }
     const MutexGuard guard(profilerMutex());
-    dropped.resize(static_cast<std::size_t>(tracks.size()));
-    auto list = dropped.begin();
     for (EventTrack* track : qAsConst(tracks))
-        track->finaliseLocked(startTime, *list++);
+        EventTrackPrivate::of(*track).finalise(startTime, dropped);
 }
 
-void CaptureState::add(EventTrack& track, EventTrack::EventList& dropped) {
-    if (CaptureState* const other = track.m_capture.load(std::memory_order_relaxed))
+void CaptureState::add(EventTrackPrivate& track, Dropped& dropped) {
+    if (CaptureState* const other = track.capture.load(std::memory_order_relaxed))
         other->removeRowsOf(track);
-    tracks.insert(track.m_fields.sortKey, &track);
-    track.m_capture.store(this, std::memory_order_release);
+    addRow(track);
+    track.setCapture(this);
     if (!paused)
-        track.clearLocked(this, dropped);
+        track.clear(this, dropped);
     rowsChanged();
 }
 
-void CaptureState::remove(EventTrack& track) {
-    tracks.remove(track.m_fields.sortKey);
-    if (syncTrack == &track)
+void CaptureState::addRow(EventTrackPrivate& track) {
+    removeRowsOf(track);
+    tracks.insert(track.options.sortKey, track.q);
+    track.rows.push_back({this, track.options.sortKey});
+}
+
+void CaptureState::remove(EventTrackPrivate& track) {
+    removeRowsAt(track.options.sortKey);
+    if (syncTrack == track.q)
         syncTrack = nullptr;
-    if (track.m_capture.load(std::memory_order_relaxed) == this)
-        track.m_capture.store(nullptr, std::memory_order_relaxed);
+    if (track.capture.load(std::memory_order_relaxed) == this)
+        track.setCapture(nullptr);
     rowsChanged();
 }
 
@@ -114,87 +118,105 @@ void CaptureState::rowsChanged() const {
         QMetaObject::invokeMethod(view, "update", Qt::QueuedConnection);
 }
 
-void CaptureState::removeRowsOf(const EventTrack& track) {
-    for (auto row = tracks.begin(); row != tracks.end();)
-        row = row.value() == &track ? tracks.erase(row) : std::next(row);
+void CaptureState::removeRowsOf(EventTrackPrivate& track) {
+    auto& rows = track.rows;
+    const auto kept = std::partition(rows.begin(), rows.end(),
+                                     [this](const auto& row) { return row.capture != this; });
+    for (auto row = kept; row != rows.end(); ++row)
+        tracks.remove(row->key, track.q);
+    rows.erase(kept, rows.end());
+}
+
+void CaptureState::removeRowsAt(int key) {
+    const auto [first, last] = qAsConst(tracks).equal_range(key);
+    for (auto each = first; each != last; ++each) {
+        auto& rows = EventTrackPrivate::of(*each.value()).rows;
+        rows.erase(std::remove_if(rows.begin(), rows.end(),
+                                  [this](const auto& row) { return row.capture == this; }),
+                   rows.end());
+    }
+    tracks.remove(key);
+}
+
+TrackInfo CaptureState::infoOf(const EventTrackPrivate& track) {
+    const EventTrack::Options& options = track.options;
+    return {track.q,
+            track.content,
+            track.removed,
+            track.removed + track.events.size(),
+            options.name,
+            options.color,
+            options.sortKey,
+            options.type,
+            options.minValue,
+            options.maxValue,
+            options.graphHeight,
+            track.totals.count != 0};
+}
+
+TrackContent CaptureState::contentOf(const EventTrackPrivate& track) {
+    return {infoOf(track), track.events, track.totals};
 }
 
 std::vector<TrackInfo> CaptureState::trackInfos() const {
     std::vector<TrackInfo> infos;
     const MutexGuard guard(profilerMutex());
     infos.reserve(static_cast<std::size_t>(tracks.size()));
-    for (EventTrack* track : tracks) {
-        const EventTrack::Fields& fields = track->m_fields;
-        infos.push_back({track, track->m_content, track->m_removed,
-                         track->m_removed + fields.events.size(), fields.name, fields.color,
-                         fields.sortKey, fields.type, fields.minValue, fields.maxValue,
-                         fields.graphHeight, fields.count != 0});
-    }
+    for (const EventTrack* track : tracks)
+        infos.push_back(infoOf(EventTrackPrivate::of(*track)));
     return infos;
 }
 
-template <class Function>
-quint64 CaptureState::visitEvents(const TrackInfo& info, quint64 from, std::size_t most,
-                                  Function visit) {
+const EventTrackPrivate* CaptureState::living(const TrackInfo& info) {
+    const auto& all = registry().tracks;
+    return all.find(info.track) == all.end() ? nullptr : &EventTrackPrivate::of(*info.track);
+}
+
+std::optional<TrackContent> CaptureState::contentOf(const TrackInfo& info) {
     const MutexGuard guard(profilerMutex());
-    const auto& living = registry().tracks;
-    if (living.find(info.track) == living.end() || info.track->m_content != info.content)
-        return from;
-    const EventTrack::EventList& held = info.track->m_fields.events;
-    const quint64 first = std::max(from, info.track->m_removed);
-    const auto skip = static_cast<std::size_t>(first - info.track->m_removed);
-    if (skip >= held.size())
-        return from;
-    const std::size_t count = std::min(most, held.size() - skip);
-    const auto begin = held.begin() + static_cast<std::ptrdiff_t>(skip);
-    std::for_each(begin, begin + static_cast<std::ptrdiff_t>(count), visit);
-    return first + count;
+    const EventTrackPrivate* const track = living(info);
+    return track && track->content == info.content ? std::optional(contentOf(*track))
+                                                   : std::nullopt;
 }
 
-quint64 CaptureState::copyEvents(const TrackInfo& info, quint64 from, std::size_t most,
-                                 std::vector<EventTrack::Event>& events) {
-    events.clear();
-    events.reserve(most);
-    return visitEvents(info, from, most,
-                       [&](const EventTrack::Event& event) { events.push_back(event); });
-}
-
-quint64 CaptureState::copyPlain(const TrackInfo& info, quint64 from, std::size_t most,
-                                std::vector<PlainEvent>& events) {
-    return visitEvents(info, from, most, [&](const EventTrack::Event& event) {
-        events.push_back({event.time, event.type, event.value});
-    });
+EventUserDataIP CaptureState::userDataOf(const TrackInfo& info, quint64 number) {
+    const MutexGuard guard(profilerMutex());
+    const EventTrackPrivate* const track = living(info);
+    if (!track || track->content != info.content || number < track->removed ||
+        number - track->removed >= track->events.size())
+        return {};
+    return track->events[static_cast<std::size_t>(number - track->removed)].userData;
 }
 
 QString CaptureState::tooltipText(const TrackInfo& info) {
-    const MutexGuard guard(profilerMutex());
-    const auto& living = registry().tracks;
-    return living.find(info.track) == living.end() ? QString() : info.track->tooltipLocked();
+    TrackTotals totals;
+    {
+        const MutexGuard guard(profilerMutex());
+        if (const EventTrackPrivate* const track = living(info))
+            totals = track->totals;
+    }
+    return UI::tooltipText(info.type, totals);
 }
 
 CaptureState& CaptureState::of(const EventGraphView& view) {
     return view.m_state;
 }
 
-void CaptureState::trackBorn(EventTrack& track) {
-    registry().tracks.insert(&track);
+void CaptureState::trackBorn(EventTrackPrivate& track) {
+    registry().tracks.insert(track.q);
 }
 
-void CaptureState::trackDies(EventTrack& track) {
-    if (CaptureState* const capture = track.m_capture.load(std::memory_order_relaxed))
+void CaptureState::trackDies(EventTrackPrivate& track) {
+    if (CaptureState* const capture = track.capture.load(std::memory_order_relaxed))
         capture->remove(track);
-    // Tracks can be copied and assigned, so anything may refer to this one.
-    registry().tracks.erase(&track);
-    for (EventTrack* other : registry().tracks) {
-        other->m_fields.dependents.removeAll(&track);
-        if (other->m_fields.timeTrack == &track)
-            other->m_fields.timeTrack = nullptr;
-    }
+    // It may have rows elsewhere: a track can be given another view, and be assigned to.
+    while (!track.rows.empty())
+        track.rows.back().capture->removeRowsOf(track);
     for (const auto& state : registry().states) {
-        state->removeRowsOf(track);
-        if (state->syncTrack == &track)
+        if (state->syncTrack == track.q)
             state->syncTrack = nullptr;
     }
+    registry().tracks.erase(track.q);
 }
 
 int truncated(double value) {

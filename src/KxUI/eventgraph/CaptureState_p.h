@@ -1,11 +1,12 @@
 #pragma once
 
 #include <KxUI/eventgraph/EventGraphMode.h>
-#include <KxUI/eventgraph/EventTrack.h>
+#include <KxUI/eventgraph/EventTrack_p.h>
 #include <KxUI/eventgraph/Locks_p.h>
 
 #include <QMultiMap>
 
+#include <optional>
 #include <vector>
 
 namespace Kestrel::UI {
@@ -36,6 +37,15 @@ struct TrackInfo {
     bool hasSamples = false;
 };
 
+/** What a track held when it was looked at. */
+struct TrackContent {
+    TrackInfo info;
+    EventTrack::EventList events; ///< numbers info.firstEvent to info.endEvent
+    TrackTotals totals;
+};
+
+EventTrackSnapshot snapshotOf(TrackContent&& content);
+
 /** What recorders need to know of a view.
 
     A recorder reads the pointer to it from a track without a lock, so the view may be gone when it
@@ -52,20 +62,23 @@ public:
     /** Unlinks all tracks and keeps the state for the next view. Takes the locks. */
     void retire();
 
-    /** Starts the time anew and empties every track; what they held goes to `dropped`. Under the
-        lock held for writing; takes the mutex. */
-    void clear(std::vector<EventTrack::EventList>& dropped);
+    /** Starts the time anew and empties every track. Under the lock held for writing; takes the
+        mutex. */
+    void clear(Dropped& dropped);
 
     /** Pauses, and cuts a history to the duration of the capture. Locks as for clear(). */
-    void stop(std::vector<EventTrack::EventList>& dropped);
+    void stop(Dropped& dropped);
 
-    /** Gives the track a row, ahead of those of equal sort key. Under the lock (reading) and the
-        mutex; what the track held goes to `dropped` when a capture runs. */
-    void add(EventTrack& track, EventTrack::EventList& dropped);
+    /** Gives the track a row, ahead of those of equal sort key, and empties it when a capture runs.
+        Under the lock (reading) and the mutex. */
+    void add(EventTrackPrivate& track, Dropped& dropped);
+
+    /** Gives the track a row and nothing else. Under the mutex. */
+    void addRow(EventTrackPrivate& track);
 
     /** Takes away the rows of every track of this sort key, and this track's link to the view.
         Under the mutex. */
-    void remove(EventTrack& track);
+    void remove(EventTrackPrivate& track);
 
     /** Tells the view that its rows have changed. Under the mutex, so that the view is alive. */
     void rowsChanged() const;
@@ -73,22 +86,17 @@ public:
     /** The tracks that have rows, from top to bottom. Takes the mutex. */
     std::vector<TrackInfo> trackInfos() const;
 
-    /** Copies at most `most` events from number `from` on, or from the oldest that is held after
-       it. Returns the number after the last one copied; when nothing is copied there is no more, or
-       the track is gone or has been cleared. Takes the mutex, so `most` says for how long. */
-    static quint64 copyEvents(const TrackInfo& info, quint64 from, std::size_t most,
-                              std::vector<EventTrack::Event>& events);
+    /** What a track is and holds. Under the mutex. */
+    static TrackInfo infoOf(const EventTrackPrivate& track);
+    static TrackContent contentOf(const EventTrackPrivate& track);
 
-    /** What is drawn of an event. */
-    struct PlainEvent {
-        int time;
-        EventTrack::Type type;
-        float value;
-    };
+    /** What the track holds now; null when it is gone or has been cleared since. Takes the mutex.
+     */
+    static std::optional<TrackContent> contentOf(const TrackInfo& info);
 
-    /** As copyEvents, without the user data; appends to `events`. */
-    static quint64 copyPlain(const TrackInfo& info, quint64 from, std::size_t most,
-                             std::vector<PlainEvent>& events);
+    /** The user data of the event of a number; null when it is not held any more. Takes the mutex.
+     */
+    static EventUserDataIP userDataOf(const TrackInfo& info, quint64 number);
 
     /** The track's addition to tooltips; empty when it is gone. Takes the mutex. */
     static QString tooltipText(const TrackInfo& info);
@@ -96,9 +104,9 @@ public:
     /** The state of a view. */
     static CaptureState& of(const EventGraphView& view);
 
-    /** Every living track, and what refers to it. Under the mutex. */
-    static void trackBorn(EventTrack& track);
-    static void trackDies(EventTrack& track);
+    /** Every living track. Under the mutex. */
+    static void trackBorn(EventTrackPrivate& track);
+    static void trackDies(EventTrackPrivate& track);
 
     QReadWriteLock lock;
     std::atomic<bool> paused{true};
@@ -113,10 +121,9 @@ public:
     EventTrack* syncTrack = nullptr;
 
 private:
-    template <class Function>
-    static quint64 visitEvents(const TrackInfo& info, quint64 from, std::size_t most,
-                               Function visit);
-    void removeRowsOf(const EventTrack& track);
+    static const EventTrackPrivate* living(const TrackInfo& info);
+    void removeRowsOf(EventTrackPrivate& track);
+    void removeRowsAt(int key);
 };
 
 /** A difference of two times of a clock that wraps. */

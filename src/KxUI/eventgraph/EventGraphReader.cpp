@@ -42,8 +42,9 @@ public:
         track->clear();
         {
             const MutexGuard guard(profilerMutex());
-            track->m_fields.maxEvents = std::numeric_limits<int>::max();
-            track->m_fields.eventLimit = std::numeric_limits<int>::max();
+            EventTrackPrivate& fields = EventTrackPrivate::of(*track);
+            fields.options.maxEvents = std::numeric_limits<int>::max();
+            fields.eventLimit = std::numeric_limits<int>::max();
         }
         m_startData = nullptr;
         m_view.m_loadedTracks.push_back(std::move(track));
@@ -59,8 +60,9 @@ public:
             m_startData = nullptr;
         }
         // The time is the event's own, even where it is the number that means now elsewhere.
-        m_view.m_loadedTracks.back()->record(static_cast<EventTrack::Type>(type), userData, time,
-                                             EventTrack::TimeOf::Event);
+        EventTrackPrivate::of(*m_view.m_loadedTracks.back())
+            .record(static_cast<EventTrack::Type>(type), userData, time,
+                    EventTrackPrivate::TimeOf::Event);
     }
 
     // Gives the tracks rows. A row stands before those of equal priority that were there, so the
@@ -70,7 +72,7 @@ public:
         auto& loaded = m_view.m_loadedTracks;
         CaptureState& capture = CaptureState::of(m_view);
         for (std::size_t i = loaded.size(); i > m_first; --i)
-            capture.tracks.insert(loaded[i - 1]->m_fields.sortKey, loaded[i - 1].get());
+            capture.addRow(EventTrackPrivate::of(*loaded[i - 1]));
         capture.rowsChanged();
     }
 

@@ -3,6 +3,7 @@
 #include <KxUI/eventgraph/EventGraphPainting_p.h>
 #include <KxUI/eventgraph/EventGraphReader.h>
 #include <KxUI/eventgraph/EventGraphScene_p.h>
+#include <KxUI/eventgraph/EventGraphSnapshot.h>
 #include <KxUI/eventgraph/EventGraphTimerQTime.h>
 #include <KxUI/eventgraph/EventGraphWriter.h>
 #include <KxUI/eventgraph/EventTraceWriter_p.h>
@@ -109,7 +110,7 @@ void EventGraphView::start(float durationSeconds, EventGraphMode mode) {
     const bool timed = mode == EventGraphMode::Forwards && durationSeconds != unlimitedDuration;
     emit captureStarting(timed);
     {
-        std::vector<EventTrack::EventList> dropped; // freed after the locks
+        Dropped dropped;
         const StateWriteGuard guard(m_state.lock);
         killStopTimer();
         m_state.mode = mode;
@@ -128,7 +129,7 @@ void EventGraphView::start(float durationSeconds, EventGraphMode mode) {
 
 void EventGraphView::stop() {
     {
-        std::vector<EventTrack::EventList> dropped;
+        Dropped dropped;
         const StateWriteGuard guard(m_state.lock);
         killStopTimer();
         m_state.stop(dropped);
@@ -139,7 +140,7 @@ void EventGraphView::stop() {
 
 void EventGraphView::clear() {
     {
-        std::vector<EventTrack::EventList> dropped;
+        Dropped dropped;
         const StateWriteGuard guard(m_state.lock);
         m_state.clear(dropped);
     }
@@ -149,21 +150,37 @@ void EventGraphView::clear() {
 void EventGraphView::addTrack(EventTrack* track) {
     if (!track)
         return;
-    EventTrack::EventList dropped;
+    Dropped dropped;
     const StateReadGuard stateGuard(m_state.lock);
     const MutexGuard guard(profilerMutex());
-    m_state.add(*track, dropped);
+    m_state.add(EventTrackPrivate::of(*track), dropped);
 }
 
 void EventGraphView::removeTrack(EventTrack* track) {
     if (!track)
         return;
     const MutexGuard guard(profilerMutex());
-    m_state.remove(*track);
+    m_state.remove(EventTrackPrivate::of(*track));
 }
 
 const QMultiMap<int, EventTrack*>& EventGraphView::tracks() const {
     return m_state.tracks;
+}
+
+EventGraphSnapshot EventGraphView::snapshot() const {
+    EventGraphSnapshot result;
+    std::vector<TrackContent> contents;
+    {
+        const StateReadGuard stateGuard(m_state.lock);
+        const MutexGuard guard(profilerMutex());
+        result.startTime = m_state.startTime;
+        result.endTime = m_state.endTime;
+        for (const EventTrack* track : qAsConst(m_state.tracks))
+            contents.push_back(CaptureState::contentOf(EventTrackPrivate::of(*track)));
+    }
+    for (TrackContent& content : contents)
+        result.tracks.push_back(snapshotOf(std::move(content)));
+    return result;
 }
 
 void EventGraphView::setBackgroundStripeSpacing(int pixels) {
@@ -248,18 +265,18 @@ const Scene& EventGraphView::scene() const {
 
 const TrackIndex& EventGraphView::index(const SceneRow& row) const {
     TrackIndex& index = m_scene->indexes[row.track.content];
-    if (!index.isFor(row.track, m_scene->startTime))
-        index = makeIndex(row.track, m_scene->startTime);
+    if (!index.isFor(row.track, m_scene->startTime)) {
+        const auto content = CaptureState::contentOf(row.track);
+        index = content ? makeIndex(*content, m_scene->startTime)
+                        : makeIndex(row.track, m_scene->startTime, {});
+    }
     return index;
 }
 
 // The text of the event of an index, or nothing when it is no longer held.
 QString EventGraphView::userText(const TrackInfo& track, quint64 event) {
-    std::vector<EventTrack::Event> events;
-    const quint64 number = track.firstEvent + event;
-    if (CaptureState::copyEvents(track, number, 1, events) != number + 1 || !events[0].userData)
-        return {};
-    return events[0].userData->text();
+    const EventUserDataIP data = CaptureState::userDataOf(track, track.firstEvent + event);
+    return data ? data->text() : QString();
 }
 
 QString EventGraphView::eventTextAt(const QPoint& point, QRect* hitRect) const {
@@ -603,34 +620,24 @@ qint64 EventGraphView::firstMatch(const TrackInfo& track, const QString& text, q
                                   qint64 high) {
     if (low <= -1 && high >= -1 && track.name.contains(text, Qt::CaseInsensitive))
         return -1;
-    const auto count = static_cast<qint64>(track.endEvent - track.firstEvent);
-    std::vector<EventTrack::Event> events;
-    for (qint64 at = std::max<qint64>(low, 0); at < count && at <= high;
-         at += static_cast<qint64>(events.size())) {
-        CaptureState::copyEvents(track, track.firstEvent + quint64(at), 256, events);
-        if (events.empty())
-            break;
-        for (std::size_t i = 0; i < events.size() && at + qint64(i) <= high; ++i) {
-            if (isMatch(events[i], text))
-                return at + static_cast<qint64>(i);
-        }
+    const auto content = CaptureState::contentOf(track);
+    const qint64 end =
+        content ? std::min(high, static_cast<qint64>(content->events.size()) - 1) : -1;
+    for (qint64 at = std::max<qint64>(low, 0); at <= end; ++at) {
+        if (isMatch(content->events[std::size_t(at)], text))
+            return at;
     }
     return -2;
 }
 
 qint64 EventGraphView::lastMatch(const TrackInfo& track, const QString& text, qint64 low,
                                  qint64 high) {
-    const auto count = static_cast<qint64>(track.endEvent - track.firstEvent);
-    std::vector<EventTrack::Event> events;
-    for (qint64 end = std::min(high, count - 1) + 1; end > std::max<qint64>(low, 0);) {
-        const qint64 begin = std::max(std::max<qint64>(low, 0), end - 256);
-        CaptureState::copyEvents(track, track.firstEvent + quint64(begin),
-                                 static_cast<std::size_t>(end - begin), events);
-        for (auto event = events.rbegin(); event != events.rend(); ++event) {
-            if (isMatch(*event, text))
-                return begin + (events.rend() - event) - 1;
-        }
-        end = begin;
+    const auto content = CaptureState::contentOf(track);
+    const qint64 end =
+        content ? std::min(high, static_cast<qint64>(content->events.size()) - 1) : -1;
+    for (qint64 at = end; at >= std::max<qint64>(low, 0); --at) {
+        if (isMatch(content->events[std::size_t(at)], text))
+            return at;
     }
     if (low <= -1 && high >= -1 && track.name.contains(text, Qt::CaseInsensitive))
         return -1;
@@ -811,17 +818,6 @@ void EventGraphView::killStopTimer() {
     if (m_stopTimer != 0)
         killTimer(m_stopTimer);
     m_stopTimer = 0;
-}
-
-EventGraphView* EventTrack::graph() const {
-    const MutexGuard guard(profilerMutex());
-    const CaptureState* const capture = m_capture.load(std::memory_order_relaxed);
-    return capture ? capture->view : nullptr;
-}
-
-void EventTrack::setGraph(EventGraphView* graph) {
-    const MutexGuard guard(profilerMutex());
-    m_capture.store(graph ? &graph->m_state : nullptr, std::memory_order_release);
 }
 
 } // namespace Kestrel::UI

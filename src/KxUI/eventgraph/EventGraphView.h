@@ -25,6 +25,7 @@ namespace Kestrel::UI {
 class CaptureState;
 class IEventGraphTimer;
 struct Scene;
+struct EventGraphSnapshot;
 struct SceneRow;
 struct TrackIndex;
 struct TrackInfo;
@@ -51,7 +52,9 @@ public:
     /** Held for reading by recorders, for writing while a capture starts or stops. */
     QReadWriteLock* stateLock() const;
 
-    /** The mutex of all views, which guards event lists and statistics. */
+    /** The mutex of all views, which guards event lists and statistics. Hosts need it as little as
+        stateLock(): every call takes what it needs. Whoever holds one of them may make no call of a
+        view or a track but tracks() and EventTrack::events(). */
     static QMutex* GetMutex();
 
     /** Before the first capture and after a stop. Any thread. */
@@ -79,7 +82,12 @@ public:
         recording into this view. Any thread. */
     void removeTrack(EventTrack* track);
 
-    /** The rows from top to bottom, by sort key. Hold GetMutex() while other threads add tracks. */
+    /** What the capture holds now, all of one moment. Costs microseconds, whatever it holds. Any
+        thread, but not under a lock of the view. */
+    EventGraphSnapshot snapshot() const;
+
+    /** The tracks that have rows, from top to bottom, by sort key: to be read only while no thread
+        adds or deletes tracks, or under GetMutex(). snapshot() has neither condition. */
     const QMultiMap<int, EventTrack*>& tracks() const;
 
     /** Pixels from one background stripe to the next; 0 or less for none. Default 40. */

@@ -1,6 +1,6 @@
 #include <KxUI/eventgraph/EventGraphWriter.h>
 
-#include <KxUI/eventgraph/CaptureState_p.h>
+#include <KxUI/eventgraph/EventGraphSnapshot.h>
 #include <KxUI/eventgraph/EventGraphView.h>
 #include <KxUI/kit/Flush_p.h>
 
@@ -88,44 +88,39 @@ public:
         : m_document(device)
         , m_flags(flags) {}
 
-    bool write(const CaptureState& capture, int startTime, int endTime) {
+    bool write(const EventGraphSnapshot& capture) {
         QXmlStreamWriter& xml = m_document.xml();
         xml.writeStartElement(QStringLiteral("EventGraph"));
-        xml.writeAttribute(QStringLiteral("StartTime"), QString::number(startTime));
-        xml.writeAttribute(QStringLiteral("EndTime"), QString::number(endTime));
-        for (const TrackInfo& track : capture.trackInfos())
+        xml.writeAttribute(QStringLiteral("StartTime"), QString::number(capture.startTime));
+        xml.writeAttribute(QStringLiteral("EndTime"), QString::number(capture.endTime));
+        for (const EventTrackSnapshot& track : capture.tracks)
             writeTrack(track);
         xml.writeEndElement();
         return m_document.finish();
     }
 
 private:
-    void writeTrack(const TrackInfo& track) {
+    void writeTrack(const EventTrackSnapshot& track) {
         QXmlStreamWriter& xml = m_document.xml();
         xml.writeStartElement(QStringLiteral("Track"));
         xml.writeAttribute(QStringLiteral("Name"), writable(track.name));
         xml.writeAttribute(QStringLiteral("Color"), track.color.name());
         xml.writeAttribute(QStringLiteral("Priority"), QString::number(track.sortKey));
-        if (track.firstEvent != track.endEvent)
-            writeEvents(track);
+        if (!track.events.empty())
+            writeEvents(track.events);
         xml.writeEndElement();
         xml.setAutoFormatting(true);
     }
 
     // The automatic format is made of many small pieces, each of which costs as much as a tag; here
     // line break and indentation are one.
-    void writeEvents(const TrackInfo& track) {
-        QXmlStreamWriter& xml = m_document.xml();
-        xml.setAutoFormatting(false);
-        constexpr std::size_t most = 1024;
-        for (quint64 next = track.firstEvent; !m_document.failed();) {
-            next = CaptureState::copyEvents(track, next, most, m_events);
-            if (m_events.empty())
+    void writeEvents(const EventTrack::EventList& events) {
+        m_document.xml().setAutoFormatting(false);
+        for (const EventTrack::Event& event : events) {
+            if (m_document.failed())
                 break;
-            for (const EventTrack::Event& event : m_events)
-                writeEvent(event);
+            writeEvent(event);
         }
-        m_events.clear();
         writeSpace(m_trackIndent);
     }
 
@@ -189,7 +184,6 @@ private:
     EventGraphWriter::Flags m_flags;
     // Counted, so that no later object can have the same address.
     EventUserDataIP m_remembered;
-    std::vector<EventTrack::Event> m_events;
 
     const QString m_trackIndent = QStringLiteral("\n    ");
     const QString m_eventIndent = QStringLiteral("\n        ");
@@ -217,9 +211,7 @@ bool EventGraphWriter::write(QIODevice* device) const {
         return true;
     if (!device->isWritable())
         return false;
-    return Writing(device, m_flags)
-               .write(CaptureState::of(m_view), m_view.startTime(), m_view.endTime()) &&
-           flushed(device);
+    return Writing(device, m_flags).write(m_view.snapshot()) && flushed(device);
 }
 
 } // namespace Kestrel::UI

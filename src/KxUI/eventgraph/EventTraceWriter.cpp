@@ -1,6 +1,7 @@
 #include <KxUI/eventgraph/EventTraceWriter_p.h>
 
 #include <KxUI/eventgraph/CaptureState_p.h>
+#include <KxUI/eventgraph/EventGraphSnapshot.h>
 #include <KxUI/eventgraph/EventGraphView.h>
 #include <KxUI/kit/Flush_p.h>
 
@@ -35,13 +36,13 @@ public:
     explicit Trace(QIODevice* device)
         : m_device(device) {}
 
-    bool write(const CaptureState& capture, int startTime) {
-        m_startTime = startTime;
+    bool write(const EventGraphSnapshot& capture) {
+        m_startTime = capture.startTime;
         m_piece = "{\"displayTimeUnit\":\"ms\",\"traceEvents\":[\n"
                   "{\"ph\":\"M\",\"pid\":1,\"tid\":0,\"ts\":0,\"name\":\"process_name\","
                   "\"args\":{\"name\":\"Events\"}}";
         int thread = 0;
-        for (const TrackInfo& track : capture.trackInfos())
+        for (const EventTrackSnapshot& track : capture.tracks)
             writeTrack(track, ++thread);
         m_piece += "\n]}\n";
         flush();
@@ -49,7 +50,7 @@ public:
     }
 
 private:
-    void writeTrack(const TrackInfo& track, int thread) {
+    void writeTrack(const EventTrackSnapshot& track, int thread) {
         m_name = quoted(track.name);
         m_place = ",\"pid\":1,\"tid\":" + QByteArray::number(thread) + ",\"ts\":";
         const bool timeline = track.type == EventTrack::TrackType::Timeline;
@@ -62,20 +63,15 @@ private:
             describe("thread_sort_index", "\"sort_index\":" + QByteArray::number(thread));
         }
         m_start = startTimeEvent();
-        std::vector<Event> events;
-        constexpr std::size_t most = 1024;
-        for (quint64 next = track.firstEvent; !m_failed;) {
-            next = CaptureState::copyEvents(track, next, most, events);
-            if (events.empty())
-                break;
-            for (const Event& event : events) {
-                if (timeline)
-                    writeTimelineEvent(event);
-                else if (event.type == EventTrack::Type::Sample)
-                    writeCounter(event);
-            }
+        for (const Event& event : track.events) {
+            if (timeline)
+                writeTimelineEvent(event);
+            else if (event.type == EventTrack::Type::Sample)
+                writeCounter(event);
             if (m_piece.size() > (1 << 16))
                 flush();
+            if (m_failed)
+                return;
         }
     }
 
@@ -142,7 +138,7 @@ private:
 } // namespace
 
 bool writeEventTrace(const EventGraphView& view, QIODevice* device) {
-    return Trace(device).write(CaptureState::of(view), view.startTime()) && flushed(device);
+    return Trace(device).write(view.snapshot()) && flushed(device);
 }
 
 } // namespace Kestrel::UI

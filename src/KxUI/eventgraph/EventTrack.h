@@ -2,27 +2,30 @@
 
 #include <KxUI/Export.h>
 #include <KxUI/eventgraph/EventUserDataIP.h>
+#include <KxUI/eventgraph/SharedDeque.h>
 
 #include <QColor>
-#include <QList>
 #include <QString>
 
-#include <atomic>
-#include <deque>
+#include <memory>
 
 namespace Kestrel::UI {
 
-class CaptureState;
 class EventGraphView;
+struct EventTrackPrivate;
+struct EventTrackSnapshot;
 
 /** One row of the profiler: activities, samples or a bandwidth, recorded from any thread.
 
     A track records while it is in a view (EventGraphView::addTrack) that captures. It may be made
     before the view and may outlive it, and whoever made it deletes it; a deleted track leaves its
-    view by itself. No call reports an error: what cannot be recorded is skipped.
+    view by itself. An activity that is open when the track leaves its view ends there. No call
+    reports an error: what cannot be recorded is skipped.
 
     Recording takes the view's state lock for reading and then EventGraphView::GetMutex(), for some
-    tens of nanoseconds. User data is never destroyed and its text never asked for under a lock. */
+    tens of nanoseconds. User data is never destroyed and its text never asked for under a lock.
+
+    To read what a track holds use snapshot(), which any thread may call at any time. */
 class KXUI_EXPORT EventTrack {
 public:
     /** The kind of an event. */
@@ -39,7 +42,7 @@ public:
         Bandwidth = 2 ///< bytes per second of each activity of a timeline track
     };
 
-    /** One event as it is kept. */
+    /** One event as it is kept. Its layout is frozen. */
     struct Event {
         qint32 time = 0;          ///< milliseconds on the clock of the view
         Type type = Type::Sample; ///< what happened
@@ -47,20 +50,75 @@ public:
         EventUserDataIP userData; ///< what the recorder added; may be null
     };
 
-    /** Events, oldest first. */
-    using EventList = std::deque<Event>;
+    /** Events, oldest first. Copies share the events. */
+    using EventList = SharedDeque<Event>;
 
-    /** Makes a track that belongs to no view yet.
-        \param name shown at the left end of the row, and searched for
-        \param color the colour of activities and graphs
-        \param type what the track shows
-        \param sortKey tracks stand in the view in the order of this number
-        \param minValue, maxValue the range of the graph
-        \param maxEventsPerSecond the room a capture of limited duration gives the track, per second
-        \param maxEvents the room in an unlimited capture
-        \param graphHeight height of the row of a value or bandwidth track in pixels
-        \param timeTrack the timeline track that a bandwidth track follows, or null; borrowed, and
-               forgotten when it is destroyed */
+    /** What a track is made with. Its layout is frozen.
+        \code
+        EventTrack decode(EventTrack::Options::timeline("Decode", Qt::blue).at(10));
+        EventTrack memory(EventTrack::Options::graph("Memory", Qt::green, 0, 64).at(20));
+        \endcode */
+    struct Options {
+        QString name;                         ///< shown at the left end of the row, searched
+        QColor color;                         ///< of activities and graphs
+        int sortKey = 0;                      ///< rows stand in the order of this number
+        TrackType type = TrackType::Timeline; ///< what the track shows
+        float minValue = 0.0F;                ///< the range of a graph
+        float maxValue = 1.0F;
+        int maxEventsPerSecond = 5000; ///< times its duration, what a limited capture keeps
+        int maxEvents = 10000;         ///< what an unlimited capture keeps
+        int graphHeight = 100;         ///< pixels; a timeline has a height of its own
+        EventTrack* timeTrack =
+            nullptr; ///< the timeline that a bandwidth follows, or null; borrowed
+
+        /** A track of activities. */
+        static Options timeline(const QString& name, const QColor& color) {
+            Options options;
+            options.name = name;
+            options.color = color;
+            return options;
+        }
+        /** A track of samples between two values. */
+        static Options graph(const QString& name, const QColor& color, float minValue,
+                             float maxValue) {
+            Options options = timeline(name, color);
+            options.type = TrackType::Value;
+            options.minValue = minValue;
+            options.maxValue = maxValue;
+            return options;
+        }
+        /** A track of the bytes per second, up to `maxValue`, of each activity of a timeline. */
+        static Options bandwidth(const QString& name, const QColor& color, float maxValue,
+                                 EventTrack* timeTrack) {
+            Options options = graph(name, color, 0.0F, maxValue);
+            options.type = TrackType::Bandwidth;
+            options.timeTrack = timeTrack;
+            return options;
+        }
+
+        /** Sets the sort key. */
+        Options& at(int key) {
+            sortKey = key;
+            return *this;
+        }
+        /** Sets how many events are kept: for each second of a limited capture, and at most in an
+            unlimited one. */
+        Options& keeping(int eventsPerSecond, int events) {
+            maxEventsPerSecond = eventsPerSecond;
+            maxEvents = events;
+            return *this;
+        }
+        /** Sets the height of a graph in pixels. */
+        Options& high(int pixels) {
+            graphHeight = pixels;
+            return *this;
+        }
+    };
+
+    /** Makes a track that belongs to no view yet. */
+    explicit EventTrack(const Options& options);
+
+    /** The same from what Options has, one by one. A null time track is none. */
     EventTrack(const QString& name, const QColor& color, int sortKey, TrackType type,
                float minValue, float maxValue, int maxEventsPerSecond, int maxEvents,
                int graphHeight, EventTrack* timeTrack);
@@ -74,7 +132,7 @@ public:
      */
     ~EventTrack();
 
-    /** Records a start, an end or a sample; -1 as the time means now.
+    /** Records a start, an end or a sample; -1 as the time means now, null user data is none.
 
         Activities may be nested, then only the outermost start and end are recorded. An end without
         a start records nothing. While the view is paused only events with a time of their own are
@@ -88,97 +146,54 @@ public:
         forgotten. Any thread. */
     void addDataSize(quint64 bytes);
 
-    /** Forgets events and statistics and takes the room that the view's capture gives: the maximum
-        number of events when it is unlimited, else so many per second of its duration. An activity
-        that is open stays open. */
+    /** Forgets events and statistics, and works out how many events the track keeps in the view's
+        capture: the maximum number of events when it is unlimited, else so many per second of its
+        duration. An activity that is open stays open. Any thread. */
     void clear();
 
-    /** Drops the events at the front that are older than `startTime`. */
+    /** Drops the events at the front that are older than `startTime`. Any thread. */
     void finaliseHistory(int startTime);
 
-    /** The mean as an addition to a tooltip, such as ", Mean Duration=12.5"; empty without one. */
+    /** The mean as an addition to a tooltip, such as ", Mean Duration=12.5"; empty without one. Any
+        thread. */
     QString trackTooltipText() const;
 
     /** What the track was made with. */
-    QString name() const { return m_fields.name; }
-    QColor color() const { return m_fields.color; }
-    int sortKey() const { return m_fields.sortKey; }
-    TrackType type() const { return m_fields.type; }
+    QString name() const;
+    QColor color() const;
+    int sortKey() const;
+    TrackType type() const;
     /** Whether the track is drawn as a graph: every type but the timeline. */
-    bool displayAsGraph() const { return m_fields.type != TrackType::Timeline; }
+    bool displayAsGraph() const;
     /** The values at the bottom and at the top of the graph. */
-    float minValue() const { return m_fields.minValue; }
-    float maxValue() const { return m_fields.maxValue; }
+    float minValue() const;
+    float maxValue() const;
     /** The height of the row of a graph, in pixels. */
-    int graphHeight() const { return m_fields.graphHeight; }
+    int graphHeight() const;
 
-    /** The events, oldest first. Hold EventGraphView::GetMutex() while another thread may record.
-     */
-    const EventList& events() const { return m_fields.events; }
+    /** What the track holds now, all of one moment. Costs microseconds, whatever it holds. Any
+        thread, but not under EventGraphView::GetMutex(). */
+    EventTrackSnapshot snapshot() const;
 
-    /** Whether an activity or a sample has been counted since the track was cleared. */
+    /** The events themselves, oldest first: to be read only while nothing records, or under
+        EventGraphView::GetMutex(), with which no other call of a track or a view may be made.
+        snapshot() has neither condition. */
+    const EventList& events() const;
+
+    /** Whether an activity or a sample has been counted since the track was cleared. Any thread. */
     bool hasSamples() const;
 
-    /** The view that the track records into, or null. */
+    /** The view that the track records into, or null. Any thread. */
     EventGraphView* graph() const;
 
-    /** Makes the track record into `graph` without giving it a row there; null for none. */
+    /** Makes the track record into `graph` without giving it a row there; null for none. Any
+        thread. */
     void setGraph(EventGraphView* graph);
 
 private:
-    friend class CaptureState;
-    friend class EventGraphReader;
-    friend class EventGraphView;
+    friend struct EventTrackPrivate;
 
-    struct Fields {
-        QString name;
-        QColor color;
-        qint32 sortKey = 0;
-        TrackType type = TrackType::Timeline;
-        float minValue = 0;
-        float maxValue = 0;
-        qint32 maxEventsPerSecond = 0;
-        qint32 maxEvents = 0;
-        qint32 graphHeight = 0;
-
-        EventList events;
-        qint32 eventLimit = 0;
-        qint32 openDepth = 0;
-        qint32 openStartTime = 0;
-        quint64 openBytes = 0;
-
-        qint32 totalDuration = 0;
-        qint32 count = 0;
-        double valueSum = 0;
-        quint64 totalBytes = 0;
-
-        EventTrack* timeTrack = nullptr;
-        QList<EventTrack*> dependents;
-    };
-
-    enum class TimeOf { Event, Now };
-
-    void record(Type type, const EventUserDataIP& userData, int time, TimeOf timeOf);
-    bool passesNesting(Type type, int time);
-    void follow(Type type, int time, const CaptureState& capture, EventUserDataIP& dropped);
-    void append(Event&& event, const CaptureState& capture, EventUserDataIP& dropped);
-    void clearLocked(const CaptureState* capture, EventList& dropped);
-    void finaliseLocked(int startTime, EventList& dropped);
-    void contentReplaced();
-    QString tooltipLocked() const;
-    template <class Function>
-    void withLocks(Function function);
-
-    // Changes only under the mutex; read without a lock by recorders, who look again when they hold
-    // the locks of the capture they found.
-    std::atomic<CaptureState*> m_capture{nullptr};
-
-    // What a view remembers about the events holds while the content is the same; events are only
-    // appended to it and taken from its front, and the latter are counted.
-    quint64 m_content = 0;
-    quint64 m_removed = 0;
-
-    Fields m_fields;
+    const std::unique_ptr<EventTrackPrivate> d;
 };
 
 } // namespace Kestrel::UI

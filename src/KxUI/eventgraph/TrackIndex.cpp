@@ -6,7 +6,6 @@
 namespace Kestrel::UI {
 namespace {
 
-using PlainEvent = CaptureState::PlainEvent;
 using Type = EventTrack::Type;
 
 constexpr std::size_t fan = 64;
@@ -157,24 +156,18 @@ bool TrackIndex::isFor(const TrackInfo& info, int start) const {
            source.endEvent == info.endEvent && startTime == start;
 }
 
-TrackIndex makeIndex(const TrackInfo& info, int startTime) {
+TrackIndex makeIndex(const TrackContent& content, int startTime) {
     std::vector<PlainEvent> events;
-    events.reserve(static_cast<std::size_t>(info.endEvent - info.firstEvent));
-    constexpr std::size_t most = 8192;
-    for (quint64 next = info.firstEvent; next < info.endEvent;) {
-        const quint64 after = CaptureState::copyPlain(info, next, most, events);
-        if (after == next)
-            break;
-        next = after;
-    }
-    return makeIndex(info, startTime, events);
+    events.reserve(content.events.size());
+    for (const EventTrack::Event& event : content.events)
+        events.push_back({event.time, event.type, event.value});
+    return makeIndex(content.info, startTime, std::move(events));
 }
 
-TrackIndex makeIndex(const TrackInfo& info, int startTime, const std::vector<PlainEvent>& events) {
+TrackIndex makeIndex(const TrackInfo& info, int startTime, std::vector<PlainEvent> relative) {
     TrackIndex index;
     index.source = info;
     index.startTime = startTime;
-    std::vector<PlainEvent> relative = events;
     for (PlainEvent& event : relative)
         event.time = timeDifference(event.time, startTime);
     index.sorted = std::is_sorted(relative.begin(), relative.end(),

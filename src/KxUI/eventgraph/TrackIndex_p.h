@@ -10,6 +10,13 @@
 
 namespace Kestrel::UI {
 
+/** What is drawn of an event. */
+struct PlainEvent {
+    int time;
+    EventTrack::Type type;
+    float value;
+};
+
 /** The events of a track, put in order for drawing and finding them: spans, instants, samples.
 
     All times are milliseconds since the start of the capture, all event numbers count from the
@@ -53,15 +60,12 @@ struct TrackIndex {
     /** Whether time never goes back from event to event, as it does when events were given times of
         their own. Without it, searches go through `events` one by one. */
     bool sorted = true;
-    std::vector<CaptureState::PlainEvent> events;
+    std::vector<PlainEvent> events;
 };
 
-/** Makes the index of a track as it is now. Takes the mutex, for some thousand events at a time. */
-TrackIndex makeIndex(const TrackInfo& info, int startTime);
-
-/** The index of given events; what makeIndex does after reading. */
-TrackIndex makeIndex(const TrackInfo& info, int startTime,
-                     const std::vector<CaptureState::PlainEvent>& events);
+/** The index of a track's events. */
+TrackIndex makeIndex(const TrackContent& content, int startTime);
+TrackIndex makeIndex(const TrackInfo& info, int startTime, std::vector<PlainEvent> events);
 
 /** Lowest and highest value of the samples [from, to), which are not empty. */
 TrackIndex::Range valueRange(const TrackIndex& index, std::size_t from, std::size_t to);
@@ -91,7 +95,7 @@ struct TimelineProbe {
 std::optional<EventHit> hitTimeline(const TrackIndex& index, const TimelineProbe& probe);
 
 /** The same by looking at one event after the other, in whatever order they are. */
-std::optional<EventHit> hitTimelineLinear(const std::vector<CaptureState::PlainEvent>& events,
+std::optional<EventHit> hitTimelineLinear(const std::vector<PlainEvent>& events,
                                           const TimelineProbe& probe);
 
 /** The oldest sample within 2 pixels of a point in a row of the track's height above `bottom`. */
