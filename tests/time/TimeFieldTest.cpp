@@ -12,6 +12,7 @@
 #include <QtTest>
 
 #include <limits>
+#include <type_traits>
 
 using Kestrel::Base::InvalidTime;
 using Kestrel::Base::Time;
@@ -184,6 +185,42 @@ private slots:
             enter(field, "+12");
             QCOMPARE(field.time(), expected);
         }
+    }
+
+    void followsItsFormatter() {
+        static_assert(!std::is_constructible_v<TimeField, QWidget*, bool> &&
+                          !std::is_constructible_v<TimeField, bool, QWidget*>,
+                      "no pointer is a flag");
+        QWidget parent;
+        TimeField field(&parent);
+        QCOMPARE(field.parentWidget(), &parent);
+        QVERIFY(!field.isIgnoreTimecodeStart());
+        UI::TimeFormatter formatter, other;
+        formatter.setTimeDisplay(TimeBase(24, false), true, false, 24);
+        field.setTime(24);
+        field.setFormatter(&formatter);
+        QCOMPARE(field.text(), QStringLiteral("00:00:02:00")); // at once
+        field.setFormatter(&other);
+        formatter.setDisplayTimecode(false); // not its any more
+        QCOMPARE(field.text(), QStringLiteral("00:00:00:24"));
+        field.setFormatter(nullptr);
+        other.setDisplayTimecode(false);
+        QCOMPARE(field.text(), QStringLiteral("00:00:00:24"));
+    }
+
+    void saysWhoChangedTheTime() {
+        TimeField field;
+        setNotation(field, FramesOf25);
+        QStringList log;
+        connect(&field, &TimeField::valueChanged, [&](Time t) { log << QString::number(t); });
+        connect(&field, &TimeField::valueEdited, [&] { log << QStringLiteral("edited"); });
+        field.setTime(3);
+        enter(field, "5");
+        QTest::keyClick(&field, Qt::Key_Home);
+        QTest::keyClick(&field, Qt::Key_Up);
+        QCOMPARE(log.join(QLatin1Char(' ')), QStringLiteral("3 5 edited 6 edited"));
+        QVERIFY(field.setProperty("time", QVariant::fromValue(Time(9))));
+        QCOMPARE(field.text(), QStringLiteral("9"));
     }
 
     void displayFollowsTheFormatter() {

@@ -108,6 +108,21 @@ private slots:
         chooser.showFrames();
         QCOMPARE(formatter->timecodeStart(), Time(1001));
 
+        // Another formatter: its values hold at once, and the fields go along.
+        TimeFormatter next;
+        next.setTimeDisplay(Kestrel::Base::TimeBase(24, false), true, true, 5);
+        TimeField field, own;
+        chooser.addTimefield(&field);
+        chooser.addTimefield(&own);
+        TimeFormatter another;
+        own.setFormatter(&another);
+        chooser.setFormatter(&next);
+        QVERIFY(chooser.displayTimecode() && chooser.displayDropFrames());
+        QCOMPARE(chooser.timecodeStart(), Time(5));
+        QCOMPARE(field.formatter(), &next);
+        QCOMPARE(own.formatter(), &another);
+        chooser.setFormatter(formatter);
+
         delete formatter;
         chooser.showTimecode();
         QCOMPARE(chooser.text(), QStringLiteral("TC"));

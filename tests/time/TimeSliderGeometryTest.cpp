@@ -5,6 +5,7 @@
 #include <QtTest>
 
 #include <limits>
+#include <optional>
 #include <random>
 
 using namespace Kestrel::UI;
@@ -180,6 +181,22 @@ private Q_SLOTS:
         QCOMPARE(geometry.autoScroll(-6).time(), -4); // 20 pixels are 4 frames
         QCOMPARE(geometry.autoScroll(516).time(), 4);
         QCOMPARE(makeGeometry(510, {0, 3}, {0, 3}).autoScroll(600).time(), 1);
+    }
+
+    void markLabelsKeepClearOfTheOtherMark() {
+        using Mark = std::optional<TimeSliderMarkLabels::Mark>;
+        const auto plan = [](Mark in, Mark out) {
+            const auto labels = TimeSliderMarkLabels::plan(200, in, out);
+            return QStringLiteral("%1 %2").arg(labels.in.value_or(-1)).arg(labels.out.value_or(-1));
+        };
+        const auto mark = [](int at) { return Mark({at, 40}); };
+        QCOMPARE(plan(mark(100), mark(120)), QStringLiteral("56 124")); // outside both
+        QCOMPARE(plan(mark(44), mark(156)), QStringLiteral("0 160"));   // just so
+        QCOMPARE(plan(mark(43), mark(157)), QStringLiteral("47 113"));  // no room: inside
+        QCOMPARE(plan(mark(43), mark(87)), QStringLiteral("-1 91"));    // nor there
+        QCOMPARE(plan(mark(150), mark(160)), QStringLiteral("106 -1"));
+        QCOMPARE(plan(mark(5), {}), QStringLiteral("9 -1"));
+        QCOMPARE(plan({}, mark(195)), QStringLiteral("-1 151"));
     }
 };
 

@@ -103,7 +103,9 @@ private slots:
         auto* field = at<TimeField>(transport, 4);
         TimeFormatter formatter;
         TimeFormatChooser chooser(&formatter);
+        transport.connectTimecodeWidgetToFormatChooser(nullptr);
         transport.connectTimecodeWidgetToFormatChooser(&chooser);
+        QCOMPARE(transport.formatter(), &formatter);
         chooser.showFrames();
         QSignalSpy times(&transport, &T::timeChanged);
         QSignalSpy ranges(&transport, &T::rangeSet);

@@ -1,6 +1,7 @@
 #include <KxUI/time/TimeField.h>
 
 #include <KxUI/base/TimeArithmetic.h>
+#include <KxUI/kit/InterfaceThread_p.h>
 #include <KxUI/time/Beep_p.h>
 #include <KxUI/time/TimeMetaTypes_p.h>
 #include <KxUI/time/WheelNotches_p.h>
@@ -104,6 +105,7 @@ Time TimeField::time() const {
 }
 
 void TimeField::setTime(Time time, bool flag) {
+    KXUI_INTERFACE_THREAD(this);
     if (time == m->time || !isInRange(time))
         return;
     m->time = time;

@@ -1,5 +1,6 @@
 #include <KxUI/time/TimeFormatter.h>
 
+#include <KxUI/kit/InterfaceThread_p.h>
 #include <KxUI/time/TimeFieldNotation.h>
 #include <KxUI/time/TimeMetaTypes_p.h>
 
@@ -67,6 +68,7 @@ Time TimeFormatter::timecodeStart() const {
 
 void TimeFormatter::setTimeDisplay(TimeBase timeBase, bool displayTimecode, bool displayDropFrames,
                                    Time timecodeStart) {
+    KXUI_INTERFACE_THREAD(this);
     if (timeBase == m->timeBase && displayTimecode == m->displayTimecode &&
         displayDropFrames == m->displayDropFrames && timecodeStart == m->timecodeStart)
         return;

@@ -1,5 +1,6 @@
 #include <KxUI/time/TimeSlider.h>
 
+#include <KxUI/kit/InterfaceThread_p.h>
 #include <KxUI/time/TimeFormatter.h>
 #include <KxUI/time/TimeMetaTypes_p.h>
 #include <KxUI/time/TimeSliderAccessible_p.h>
@@ -8,8 +9,6 @@
 #include <QGestureEvent>
 #include <QGuiApplication>
 #include <QKeyEvent>
-#include <QPaintEvent>
-#include <QPainter>
 
 #include <cmath>
 #include <cstdlib>
@@ -20,10 +19,6 @@ namespace {
 using Base::InvalidTime;
 using Base::Time;
 using Geometry = TimeSliderGeometry;
-using Settings = TimeSliderSettings;
-
-constexpr int HoverAlpha = 140;
-constexpr int DoublePlayheadAlpha = 100;
 
 } // namespace
 
@@ -129,6 +124,7 @@ Time TimeSlider::lastVisibleTime() const {
 }
 
 void TimeSlider::setTimeRange(TimeSliderTime first, TimeSliderTime last) {
+    KXUI_INTERFACE_THREAD(this);
     m->storeRange(m->allowed({first, last}));
 }
 
@@ -199,14 +195,17 @@ int TimeSlider::numCacheBars() const {
 }
 
 void TimeSlider::displayFrameAsCached(Time frame, int bar) {
+    KXUI_INTERFACE_THREAD(this);
     m->queueIndicatorUpdate(m->indicators.setFrame(m->geometry(), bar, frame, true));
 }
 
 void TimeSlider::clearCachedFrame(Time frame, int bar) {
+    KXUI_INTERFACE_THREAD(this);
     m->queueIndicatorUpdate(m->indicators.setFrame(m->geometry(), bar, frame, false));
 }
 
 void TimeSlider::setCachedFrames(const FrameSet& frames, int bar) {
+    KXUI_INTERFACE_THREAD(this);
     if (m->indicators.setFrames(bar, frames))
         m->queueIndicatorUpdate({0, width()});
 }
@@ -239,34 +238,6 @@ void TimeSlider::clearPreviewPlayhead() {
 
 TimeSlider::HandleType TimeSlider::dragHandle() const {
     return m->drag.handle();
-}
-
-void TimeSlider::SetInOutMarkerColor(const QColor& color) {
-    Settings::all().inOutMarker = color;
-}
-
-QColor TimeSlider::InOutMarkerColor() {
-    return Settings::all().inOutMarker;
-}
-
-void TimeSlider::SetKeyFrameColor(const QColor& color) {
-    Settings::all().keyFrame = color;
-}
-
-void TimeSlider::SetStandardPlayheadColor(const QColor& color) {
-    Settings::all().standardPlayhead = color;
-}
-
-QColor TimeSlider::StandardPlayheadColor() {
-    return Settings::all().standardPlayhead;
-}
-
-void TimeSlider::SetUseDoublePlayhead(bool on) {
-    Settings::all().doublePlayhead = on;
-}
-
-void TimeSlider::SetVisibleRangeFollowsPlayhead(bool on) {
-    Settings::all().followPlayhead = on;
 }
 
 void TimeSlider::timeChanged(TimeSliderModel::TimeFlags flags) {
@@ -318,55 +289,6 @@ void TimeSlider::redraw() {
     update();
 }
 
-void TimeSlider::paintSlider(QPainter& painter) {
-    const Geometry ruler = m->geometry();
-    if (!ruler.hasClip()) {
-        constexpr int margin = Geometry::Margin;
-        painter.fillRect(rect().adjusted(margin, margin, -margin, 0), m->colors.empty);
-        return;
-    }
-    const bool hasRange = ruler.visible.length() >= 1;
-    {
-        TimeSliderPainter background = m->painterFor(painter, ruler);
-        background.paintBands();
-        if (hasRange)
-            background.paintTicks();
-    }
-    paintExtra(painter);
-    if (!hasRange)
-        return;
-    TimeSliderPainter foreground = m->painterFor(painter, ruler);
-    foreground.paintRangeBar(m->rangeBarHover);
-    if (m->model->inOutLock())
-        foreground.paintMarks(m->model->inTime(), m->model->outTime(), Settings::all().inOutMarker);
-    foreground.paintZoomRectangle(m->drag.zoomRectangle());
-}
-
-void TimeSlider::paintPlayHead(QPainter& painter) {
-    if (m->isShown(m->hoverTime) && !m->rangeBarHover) {
-        QColor faint = m->colorAt(m->hoverTime);
-        faint.setAlpha(HoverAlpha);
-        paintPlayheadAtTime(painter, m->hoverTime, faint);
-    }
-    if (!m->isShown(m->currentTime))
-        return;
-    const QColor color = m->colorAt(m->currentTime);
-    if (m->isMain() && Settings::all().doublePlayhead) {
-        QColor faint = color;
-        faint.setAlpha(DoublePlayheadAlpha);
-        const Geometry ruler = m->geometry();
-        m->painterFor(painter, ruler).paintPlayheadEnd(m->currentTime, faint);
-    }
-    paintPlayheadAtTime(painter, m->currentTime, color);
-}
-
-void TimeSlider::paintPlayheadAtTime(QPainter& painter, Time time, const QColor& color) {
-    const Geometry ruler = m->geometry();
-    // The label may come to stand on one of a mark or of the other playhead.
-    const bool plate = m->hoverTime != InvalidTime || (m->model && m->model->inOutLock());
-    m->painterFor(painter, ruler).paintPlayhead(time, color, m->isMain(), plate);
-}
-
 void TimeSlider::updateIndicatorBars() {
     m->indicators.invalidate();
     update(m->indicators.area({0, width()}));
@@ -381,8 +303,6 @@ void TimeSlider::releaseHandle(QMouseEvent*) {}
 void TimeSlider::takeBackHandle() {}
 
 void TimeSlider::moveHandle(QMouseEvent*, Time) {}
-
-void TimeSlider::paintExtra(QPainter&) {}
 
 void TimeSlider::announceTimeDrag(HandleType handle, const Time* times) {
     if (!times)
@@ -407,20 +327,6 @@ bool TimeSlider::event(QEvent* event) {
         m->panBy(*pan);
     }
     return true;
-}
-
-void TimeSlider::paintEvent(QPaintEvent* event) {
-    QPainter painter(this);
-    m->ensureSliderImage(deviceScale(painter));
-    static const std::set<Time> none;
-    m->indicators.update(m->geometry(), m->scale, m->model ? m->model->keyFrames() : none,
-                         Settings::all().keyFrame);
-    m->paintBelowPlayhead(painter, event->region());
-    paintPlayHead(painter);
-    if (hasFocus()) {
-        constexpr int top = Geometry::RangeBarHeight;
-        painter.fillRect(0, top, width(), Geometry::Margin - top, m->colors.focus);
-    }
 }
 
 void TimeSlider::resizeEvent(QResizeEvent*) {

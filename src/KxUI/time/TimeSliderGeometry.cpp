@@ -158,4 +158,25 @@ bool TimeSliderLabels::take(int x, int labelWidth) {
     return true;
 }
 
+TimeSliderMarkLabels TimeSliderMarkLabels::plan(int width, const std::optional<Mark>& in,
+                                                const std::optional<Mark>& out) {
+    TimeSliderMarkLabels labels;
+    int inEnd = in ? in->x : -1;
+    if (in) {
+        const bool hasRoom = in->x - in->labelWidth - Gap >= 0;
+        const int x = hasRoom ? in->x - in->labelWidth - Gap : in->x + Gap;
+        if (hasRoom || x + in->labelWidth < (out ? out->x : width)) {
+            labels.in = x;
+            inEnd = std::max(inEnd, x + in->labelWidth);
+        }
+    }
+    if (out) {
+        const bool hasRoom = out->x + Gap + out->labelWidth <= width;
+        const int x = hasRoom ? out->x + Gap : out->x - out->labelWidth - Gap;
+        if (hasRoom || x > inEnd + 1)
+            labels.out = x;
+    }
+    return labels;
+}
+
 } // namespace Kestrel::UI

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <optional>
 
 namespace Kestrel::UI {
 
@@ -190,6 +191,23 @@ private:
     int m_firstWidth;
     int m_lastWidth;
     int m_taken; ///< the right edge of what is drawn so far
+};
+
+/** Where the times of the marks are written, in widget pixels: beside their mark, away from the
+    other one as long as there is room. */
+struct TimeSliderMarkLabels {
+    static constexpr int Gap = 4; ///< between a mark and its time
+
+    std::optional<int> in; ///< left end; nothing where it would run into the other mark
+    std::optional<int> out;
+
+    /** A mark is at an x of the ruler, with the width of its time; nothing where it is unset. */
+    struct Mark {
+        int x;
+        int labelWidth;
+    };
+    static TimeSliderMarkLabels plan(int width, const std::optional<Mark>& in,
+                                     const std::optional<Mark>& out);
 };
 
 } // namespace Kestrel::UI

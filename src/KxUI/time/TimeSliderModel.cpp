@@ -1,258 +1,339 @@
 #include <KxUI/time/TimeSliderModel.h>
 
 #include <KxUI/kit/InterfaceThread_p.h>
+#include <KxUI/time/TimeMetaTypes_p.h>
 
 #include <QMetaType>
+#include <QPointer>
 
 #include <algorithm>
+#include <utility>
 
 namespace Kestrel::UI {
 
 using Base::InvalidTime;
 using Base::Time;
 
+struct TimeSliderModel::Private {
+    TimeSliderModel* q = nullptr;
+    Times times;
+    TimeSliderTime firstVisible;
+    TimeSliderTime lastVisible;
+    std::set<Time> keyFrames;
+    bool inOutLock = false;
+
+    Time clipped(Time time) const;
+    void store(Time& member, Time time, TimeFlag flag);
+    void announceMarks(TimeFlags flags);
+};
+
 TimeSliderModel::TimeSliderModel(QObject* parent)
-    : QObject(parent) {
+    : QObject(parent)
+    , m(std::make_unique<Private>()) {
+    m->q = this;
+    registerTimeMetaTypes();
+    qRegisterMetaType<TimeSliderTime>("Kestrel::UI::TimeSliderTime");
     qRegisterMetaType<TimeFlags>("Kestrel::UI::TimeSliderModel::TimeFlags");
 }
 
 TimeSliderModel::~TimeSliderModel() = default;
 
-void TimeSliderModel::setTimes(Time start, Time in, Time out, Time end, Time current) {
-    const bool wasLocked = m_inOutLock;
-    TimeFlags flags;
-    const auto assign = [&flags](Time& member, Time time, TimeFlag flag) {
-        if (member == time)
-            return false;
-        member = time;
-        flags |= flag;
-        return true;
-    };
-    assign(m_startTime, start, StartTime);
-    if (assign(m_inTime, in, InTime) && in != InvalidTime)
-        m_inOutLock = true;
-    if (assign(m_outTime, out, OutTime) && out != InvalidTime)
-        m_inOutLock = true;
-    assign(m_endTime, end, EndTime);
-    assign(m_currentTime, current, CurrentTime);
-
-    if (!flags)
-        return;
-    const bool lockChanged = m_inOutLock != wasLocked;
-    emit timeChanged(flags);
-    if (lockChanged)
-        emit inOutTimesModified();
+Time TimeSliderModel::startTime() const {
+    return m->times.start;
 }
 
-void TimeSliderModel::store(Time& member, Time time, TimeFlag flag) {
+Time TimeSliderModel::endTime() const {
+    return m->times.end;
+}
+
+Time TimeSliderModel::inTime() const {
+    return m->times.in;
+}
+
+Time TimeSliderModel::outTime() const {
+    return m->times.out;
+}
+
+Time TimeSliderModel::currentTime() const {
+    return m->times.current;
+}
+
+TimeSliderTime TimeSliderModel::firstVisibleTime() const {
+    return m->firstVisible;
+}
+
+TimeSliderTime TimeSliderModel::lastVisibleTime() const {
+    return m->lastVisible;
+}
+
+const std::set<Time>& TimeSliderModel::keyFrames() const {
+    return m->keyFrames;
+}
+
+bool TimeSliderModel::inOutLock() const {
+    return m->inOutLock;
+}
+
+TimeSliderModel::Times TimeSliderModel::Times::withClip(Time first, Time last) const {
+    return {first, in, out, last, current};
+}
+
+TimeSliderModel::Times TimeSliderModel::Times::withMarks(Time markIn, Time markOut) const {
+    return {start, markIn, markOut, end, current};
+}
+
+TimeSliderModel::Times TimeSliderModel::Times::withCurrent(Time time) const {
+    return {start, in, out, end, time};
+}
+
+TimeSliderModel::Times TimeSliderModel::times() const {
+    return m->times;
+}
+
+void TimeSliderModel::setTimes(Time start, Time in, Time out, Time end, Time current) {
+    setTimes({start, in, out, end, current});
+}
+
+void TimeSliderModel::setTimes(const Times& times) {
+    KXUI_INTERFACE_THREAD(this);
+    const Times before = std::exchange(m->times, times);
+    TimeFlags flags;
+    flags.setFlag(StartTime, before.start != times.start);
+    flags.setFlag(InTime, before.in != times.in);
+    flags.setFlag(OutTime, before.out != times.out);
+    flags.setFlag(EndTime, before.end != times.end);
+    flags.setFlag(CurrentTime, before.current != times.current);
+    if (!flags)
+        return;
+    const bool marked = (flags & InTime && times.in != InvalidTime) ||
+                        (flags & OutTime && times.out != InvalidTime);
+    const bool lockChanged = marked && !m->inOutLock;
+    m->inOutLock = m->inOutLock || marked;
+    const QPointer<TimeSliderModel> guard(this);
+    Q_EMIT timeChanged(flags);
+    if (guard && lockChanged)
+        Q_EMIT inOutTimesModified();
+}
+
+void TimeSliderModel::Private::store(Time& member, Time time, TimeFlag flag) {
     if (member == time)
         return;
     member = time;
-    emit timeChanged(flag);
+    Q_EMIT q->timeChanged(flag);
+}
+
+void TimeSliderModel::Private::announceMarks(TimeFlags flags) {
+    const QPointer<TimeSliderModel> guard(q);
+    Q_EMIT q->timeChanged(flags);
+    if (guard)
+        Q_EMIT q->inOutTimesModified();
 }
 
 void TimeSliderModel::setStartTime(Time time) {
-    store(m_startTime, time, StartTime);
+    m->store(m->times.start, time, StartTime);
 }
 
 void TimeSliderModel::setEndTime(Time time) {
-    store(m_endTime, time, EndTime);
+    m->store(m->times.end, time, EndTime);
 }
 
 void TimeSliderModel::setCurrentTime(Time time) {
     KXUI_INTERFACE_THREAD(this);
-    store(m_currentTime, time, CurrentTime);
+    m->store(m->times.current, time, CurrentTime);
 }
 
 void TimeSliderModel::setFirstVisibleTime(TimeSliderTime time) {
-    if (time == m_firstVisibleTime)
+    KXUI_INTERFACE_THREAD(this);
+    if (time == m->firstVisible)
         return;
     TimeFlags flags = FirstVisibleTime;
-    m_firstVisibleTime = time;
-    if (time > m_lastVisibleTime) {
-        m_lastVisibleTime = time;
+    m->firstVisible = time;
+    if (time > m->lastVisible) {
+        m->lastVisible = time;
         flags |= LastVisibleTime;
     }
-    emit timeChanged(flags);
-    if (time > TimeSliderTime(m_inTime != InvalidTime ? m_inTime : m_startTime))
-        emit inOutTimesModified();
+    const QPointer<TimeSliderModel> guard(this);
+    Q_EMIT timeChanged(flags);
+    if (guard && time > TimeSliderTime(m->times.in != InvalidTime ? m->times.in : m->times.start))
+        Q_EMIT inOutTimesModified();
 }
 
 void TimeSliderModel::setLastVisibleTime(TimeSliderTime time) {
-    if (time == m_lastVisibleTime)
+    KXUI_INTERFACE_THREAD(this);
+    if (time == m->lastVisible)
         return;
     TimeFlags flags = LastVisibleTime;
-    m_lastVisibleTime = time;
-    if (time < m_firstVisibleTime) {
-        m_firstVisibleTime = time;
+    m->lastVisible = time;
+    if (time < m->firstVisible) {
+        m->firstVisible = time;
         flags |= FirstVisibleTime;
     }
-    emit timeChanged(flags);
-    if (time < TimeSliderTime(m_outTime != InvalidTime ? m_outTime : m_endTime))
-        emit inOutTimesModified();
+    const QPointer<TimeSliderModel> guard(this);
+    Q_EMIT timeChanged(flags);
+    if (guard && time < TimeSliderTime(m->times.out != InvalidTime ? m->times.out : m->times.end))
+        Q_EMIT inOutTimesModified();
 }
 
 void TimeSliderModel::setKeyFrames(const std::set<Time>& keyFrames) {
-    if (keyFrames == m_keyFrames)
+    KXUI_INTERFACE_THREAD(this);
+    if (keyFrames == m->keyFrames)
         return;
-    m_keyFrames = keyFrames;
-    emit timeChanged(KeyFrames);
+    m->keyFrames = keyFrames;
+    Q_EMIT timeChanged(KeyFrames);
 }
 
 void TimeSliderModel::setKeyFrames(const std::set<int>& keyFrames) {
     setKeyFrames(std::set<Time>(keyFrames.begin(), keyFrames.end()));
 }
 
-Time TimeSliderModel::getClippedTime(Time time) const {
+Time TimeSliderModel::Private::clipped(Time time) const {
     if (time == InvalidTime)
         return time;
-    if (m_endTime != InvalidTime)
-        time = std::min(time, m_endTime);
-    return std::max(time, m_startTime); // an unset start is the earliest time and limits nothing
+    if (times.end != InvalidTime)
+        time = std::min(time, times.end);
+    return std::max(time, times.start); // an unset start is the earliest time and limits nothing
 }
 
 // The comparisons with the other mark are plain ones, in which an unset mark is the earliest time.
 void TimeSliderModel::setInTime(Time time, bool lock) {
-    const Time clipped = getClippedTime(time);
-    if (m_inOutLock && clipped == m_inTime)
+    KXUI_INTERFACE_THREAD(this);
+    const Time clipped = m->clipped(time);
+    if (m->inOutLock && clipped == m->times.in)
         return;
     TimeFlags flags = InTime;
-    m_inTime = clipped;
-    if (clipped > m_outTime) {
-        m_outTime = InvalidTime;
+    m->times.in = clipped;
+    if (clipped > m->times.out) {
+        m->times.out = InvalidTime;
         flags |= OutTime;
     }
     if (lock && clipped != InvalidTime)
-        m_inOutLock = true;
-    emit timeChanged(flags);
-    emit inOutTimesModified();
+        m->inOutLock = true;
+    m->announceMarks(flags);
 }
 
 void TimeSliderModel::setOutTime(Time time, bool lock) {
-    const Time clipped = getClippedTime(time);
-    if (m_inOutLock && clipped == m_outTime)
+    KXUI_INTERFACE_THREAD(this);
+    const Time clipped = m->clipped(time);
+    if (m->inOutLock && clipped == m->times.out)
         return;
     TimeFlags flags = OutTime;
-    m_outTime = clipped;
-    if (clipped < m_inTime) {
-        m_inTime = InvalidTime;
+    m->times.out = clipped;
+    if (clipped < m->times.in) {
+        m->times.in = InvalidTime;
         flags |= InTime;
     }
     if (lock && clipped != InvalidTime)
-        m_inOutLock = true;
-    emit timeChanged(flags);
-    emit inOutTimesModified();
+        m->inOutLock = true;
+    m->announceMarks(flags);
 }
 
 void TimeSliderModel::clearIn() {
-    m_inTime = InvalidTime;
-    if (m_outTime == InvalidTime)
-        m_inOutLock = false;
-    emit timeChanged(InTime);
-    emit inOutTimesModified();
+    m->times.in = InvalidTime;
+    if (m->times.out == InvalidTime)
+        m->inOutLock = false;
+    m->announceMarks(InTime);
 }
 
 void TimeSliderModel::clearOut() {
-    m_outTime = InvalidTime;
-    if (m_inTime == InvalidTime)
-        m_inOutLock = false;
-    emit timeChanged(OutTime);
-    emit inOutTimesModified();
+    m->times.out = InvalidTime;
+    if (m->times.in == InvalidTime)
+        m->inOutLock = false;
+    m->announceMarks(OutTime);
 }
 
 void TimeSliderModel::clearInOut() {
-    m_inTime = InvalidTime;
-    m_outTime = InvalidTime;
-    m_inOutLock = false;
-    emit timeChanged(InTime);
-    emit timeChanged(OutTime);
-    emit inOutTimesModified();
+    m->times.in = InvalidTime;
+    m->times.out = InvalidTime;
+    m->inOutLock = false;
+    const QPointer<TimeSliderModel> guard(this);
+    Q_EMIT timeChanged(InTime);
+    if (guard)
+        m->announceMarks(OutTime);
 }
 
 void TimeSliderModel::markIn() {
-    if (m_inTime == m_currentTime)
+    if (m->times.in == m->times.current)
         clearIn();
     else
-        setInTime(m_currentTime, true);
+        setInTime(m->times.current, true);
 }
 
 void TimeSliderModel::markOut() {
-    if (m_outTime == m_currentTime)
+    if (m->times.out == m->times.current)
         clearOut();
     else
-        setOutTime(m_currentTime, true);
+        setOutTime(m->times.current, true);
 }
 
 void TimeSliderModel::goToStart() {
-    setCurrentTime(m_startTime);
+    setCurrentTime(m->times.start);
 }
 
 void TimeSliderModel::goToEnd() {
-    setCurrentTime(m_endTime);
+    setCurrentTime(m->times.end);
 }
 
 void TimeSliderModel::goToInPoint() {
-    setCurrentTime(m_inTime != InvalidTime ? m_inTime : m_startTime);
+    setCurrentTime(m->times.in != InvalidTime ? m->times.in : m->times.start);
 }
 
 void TimeSliderModel::goToOutPoint() {
-    setCurrentTime(m_outTime != InvalidTime ? m_outTime : m_endTime);
+    setCurrentTime(m->times.out != InvalidTime ? m->times.out : m->times.end);
 }
 
 void TimeSliderModel::frameBackwards() {
-    if (m_currentTime == InvalidTime)
+    if (m->times.current == InvalidTime)
         return;
-    m_currentTime = (TimeSliderTime(m_currentTime) - 1).time();
-    emit timeChanged(CurrentTime);
+    m->times.current = (TimeSliderTime(m->times.current) - 1).time();
+    Q_EMIT timeChanged(CurrentTime);
 }
 
 void TimeSliderModel::frameForwards() {
-    if (m_currentTime == InvalidTime)
+    if (m->times.current == InvalidTime)
         return;
-    m_currentTime = (TimeSliderTime(m_currentTime) + 1).time();
-    emit timeChanged(CurrentTime);
+    m->times.current = (TimeSliderTime(m->times.current) + 1).time();
+    Q_EMIT timeChanged(CurrentTime);
 }
 
 void TimeSliderModel::skipBackwards(int frames) {
-    if (m_currentTime != InvalidTime)
-        setCurrentTime(std::max((TimeSliderTime(m_currentTime) - frames).time(), Time(0)));
+    if (m->times.current != InvalidTime)
+        setCurrentTime(std::max((TimeSliderTime(m->times.current) - frames).time(), Time(0)));
 }
 
 void TimeSliderModel::skipForwards(int frames) {
-    if (m_currentTime == InvalidTime)
+    if (m->times.current == InvalidTime)
         return;
-    const Time target = (TimeSliderTime(m_currentTime) + frames).time();
-    setCurrentTime(m_endTime != InvalidTime ? std::min(target, m_endTime) : target);
+    const Time target = (TimeSliderTime(m->times.current) + frames).time();
+    setCurrentTime(m->times.end != InvalidTime ? std::min(target, m->times.end) : target);
 }
 
 void TimeSliderModel::enableInOutLock(bool on) {
-    if (on == m_inOutLock)
+    if (on == m->inOutLock)
         return;
-    m_inOutLock = on;
-    if (on && m_inTime == InvalidTime && m_outTime == InvalidTime) {
-        m_inTime = m_startTime;
-        m_outTime = m_endTime;
+    m->inOutLock = on;
+    if (on && m->times.in == InvalidTime && m->times.out == InvalidTime) {
+        m->times.in = m->times.start;
+        m->times.out = m->times.end;
     }
-    emit timeChanged(InTime | OutTime);
-    emit inOutTimesModified();
+    m->announceMarks(InTime | OutTime);
 }
 
 Time TimeSliderModel::playbackStartTime() const {
-    if (m_inOutLock)
-        return m_inTime != InvalidTime ? m_inTime : m_startTime;
-    const bool inside = m_firstVisibleTime > m_startTime && m_firstVisibleTime <= m_endTime;
-    return inside ? m_firstVisibleTime.time() : m_startTime;
+    if (m->inOutLock)
+        return m->times.in != InvalidTime ? m->times.in : m->times.start;
+    const bool inside = m->firstVisible > m->times.start && m->firstVisible <= m->times.end;
+    return inside ? m->firstVisible.time() : m->times.start;
 }
 
 Time TimeSliderModel::playbackEndTime() const {
-    if (m_inOutLock)
-        return m_outTime != InvalidTime ? m_outTime : m_endTime;
-    const bool inside = m_lastVisibleTime < m_endTime && m_lastVisibleTime >= m_startTime;
-    return inside ? m_lastVisibleTime.time() : m_endTime;
+    if (m->inOutLock)
+        return m->times.out != InvalidTime ? m->times.out : m->times.end;
+    const bool inside = m->lastVisible < m->times.end && m->lastVisible >= m->times.start;
+    return inside ? m->lastVisible.time() : m->times.end;
 }
 
 Time TimeSliderModel::duration() const {
-    return (TimeSliderTime(m_endTime) - m_startTime + 1).time();
+    return (TimeSliderTime(m->times.end) - m->times.start + 1).time();
 }
 
 Time TimeSliderModel::inOutDuration() const {

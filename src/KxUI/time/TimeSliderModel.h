@@ -7,6 +7,7 @@
 #include <QFlags>
 #include <QObject>
 
+#include <memory>
 #include <set>
 
 namespace Kestrel::UI {
@@ -21,6 +22,17 @@ namespace Kestrel::UI {
     Owned by whoever owns the timeline; sliders observe it. Interface thread. */
 class KXUI_EXPORT TimeSliderModel : public QObject {
     Q_OBJECT
+    Q_PROPERTY(Kestrel::Base::Time startTime READ startTime WRITE setStartTime NOTIFY timeChanged)
+    Q_PROPERTY(Kestrel::Base::Time endTime READ endTime WRITE setEndTime NOTIFY timeChanged)
+    Q_PROPERTY(Kestrel::Base::Time inTime READ inTime WRITE setInTime NOTIFY timeChanged)
+    Q_PROPERTY(Kestrel::Base::Time outTime READ outTime WRITE setOutTime NOTIFY timeChanged)
+    Q_PROPERTY(Kestrel::Base::Time currentTime READ currentTime WRITE setCurrentTime NOTIFY
+                   timeChanged USER true)
+    Q_PROPERTY(Kestrel::UI::TimeSliderTime firstVisibleTime READ firstVisibleTime WRITE
+                   setFirstVisibleTime NOTIFY timeChanged)
+    Q_PROPERTY(Kestrel::UI::TimeSliderTime lastVisibleTime READ lastVisibleTime WRITE
+                   setLastVisibleTime NOTIFY timeChanged)
+    Q_PROPERTY(bool inOutLock READ inOutLock WRITE enableInOutLock NOTIFY inOutTimesModified)
 
 public:
     /** What timeChanged() says has changed. */
@@ -38,34 +50,51 @@ public:
     Q_DECLARE_FLAGS(TimeFlags, TimeFlag)
     Q_FLAG(TimeFlags)
 
+    /** The times that setTimes() sets at once, all unset at first; its layout is frozen. */
+    struct Times {
+        Base::Time start = Base::InvalidTime;   ///< startTime()
+        Base::Time in = Base::InvalidTime;      ///< inTime()
+        Base::Time out = Base::InvalidTime;     ///< outTime()
+        Base::Time end = Base::InvalidTime;     ///< endTime()
+        Base::Time current = Base::InvalidTime; ///< currentTime()
+
+        /** The same times with other ones in the place of some, so that what is set can be read:
+            `setTimes(Times().withClip(1001, 1240).withCurrent(1001))`. */
+        Times withClip(Base::Time first, Base::Time last) const;
+        Times withMarks(Base::Time markIn, Base::Time markOut) const;
+        Times withCurrent(Base::Time time) const;
+    };
+
     explicit TimeSliderModel(QObject* parent = nullptr);
     ~TimeSliderModel() override;
 
     /** First and last frame of the clip, both part of it. */
-    Base::Time startTime() const { return m_startTime; }
-    Base::Time endTime() const { return m_endTime; }
+    Base::Time startTime() const;
+    Base::Time endTime() const;
 
     /** The marks; InvalidTime when unset. */
-    Base::Time inTime() const { return m_inTime; }
-    Base::Time outTime() const { return m_outTime; }
+    Base::Time inTime() const;
+    Base::Time outTime() const;
 
     /** The frame under the playhead. */
-    Base::Time currentTime() const { return m_currentTime; }
+    Base::Time currentTime() const;
 
     /** First and last frame that the slider shows, both shown. */
-    TimeSliderTime firstVisibleTime() const { return m_firstVisibleTime; }
-    TimeSliderTime lastVisibleTime() const { return m_lastVisibleTime; }
+    TimeSliderTime firstVisibleTime() const;
+    TimeSliderTime lastVisibleTime() const;
 
     /** The keyframes, valid until the next change. */
-    const std::set<Base::Time>& keyFrames() const { return m_keyFrames; }
+    const std::set<Base::Time>& keyFrames() const;
 
     /** Whether the marks, rather than the visible range, define the playback range. */
-    bool inOutLock() const { return m_inOutLock; }
+    bool inOutLock() const;
 
     /** Stores the times that differ, without clamping, and announces them with one signal. A valid
         mark that changed turns the lock on; inOutTimesModified() follows only then. */
+    void setTimes(const Times& times);
     void setTimes(Base::Time start, Base::Time in, Base::Time out, Base::Time end,
                   Base::Time current);
+    Times times() const;
 
     /** Stores without clamping. */
     void setStartTime(Base::Time time);
@@ -85,8 +114,8 @@ public:
         `lock` a valid mark turns the in/out lock on. While the lock is off, setting the same mark
         again announces it again. Setting any in mark while there is no out mark reports both: an
         unset mark is the earliest of all times, so it counts as crossed. */
-    void setInTime(Base::Time time, bool lock);
-    void setOutTime(Base::Time time, bool lock);
+    void setInTime(Base::Time time, bool lock = false);
+    void setOutTime(Base::Time time, bool lock = false);
 
     /** Turns the lock on or off; turned on without any mark, it marks the whole clip. */
     void enableInOutLock(bool on);
@@ -141,20 +170,12 @@ Q_SIGNALS:
     void inOutTimesModified();
 
 private:
-    Base::Time getClippedTime(Base::Time time) const;
-    void store(Base::Time& member, Base::Time time, TimeFlag flag);
-
-    Base::Time m_startTime = Base::InvalidTime;
-    Base::Time m_endTime = Base::InvalidTime;
-    Base::Time m_inTime = Base::InvalidTime;
-    Base::Time m_outTime = Base::InvalidTime;
-    Base::Time m_currentTime = Base::InvalidTime;
-    TimeSliderTime m_firstVisibleTime;
-    TimeSliderTime m_lastVisibleTime;
-    std::set<Base::Time> m_keyFrames;
-    bool m_inOutLock = false;
+    struct Private;
+    const std::unique_ptr<Private> m;
 };
 
 Q_DECLARE_OPERATORS_FOR_FLAGS(TimeSliderModel::TimeFlags)
 
 } // namespace Kestrel::UI
+
+Q_DECLARE_METATYPE(Kestrel::UI::TimeSliderTime)

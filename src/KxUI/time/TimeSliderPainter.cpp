@@ -18,7 +18,6 @@ using Base::Time;
 using Geometry = TimeSliderGeometry;
 
 constexpr int TopTextY = 12; // baseline of the labels of the playhead and the marks
-constexpr int MarkGap = 4;   // between a mark and its label
 constexpr int HighlightAlpha = 70;
 constexpr int ZoomRectangleAlpha = 25;
 
@@ -201,29 +200,20 @@ int TimeSliderPainter::paintMark(Time time, const QColor& color) {
 }
 
 void TimeSliderPainter::paintMarks(Time in, Time out, const QColor& color) {
-    const int inX = in != InvalidTime ? paintMark(in, color) : -1;
-    const int outX = out != InvalidTime ? paintMark(out, color) : m_geometry.width;
-
-    // A label that had to change sides is left out where it would run into the other mark.
-    int inEnd = inX;
-    if (in != InvalidTime) {
-        const QString label = text(in);
-        const int labelWidth = textWidth(label);
-        const bool hasRoom = inX - labelWidth - MarkGap >= 0;
-        const int x = hasRoom ? inX - labelWidth - MarkGap : inX + MarkGap;
-        if (hasRoom || x + labelWidth < outX) {
-            m_glyphs.draw(m_painter, m_device(x), m_device(TopTextY), label, color);
-            inEnd = std::max(inEnd, x + labelWidth);
-        }
-    }
-    if (out != InvalidTime) {
-        const QString label = text(out);
-        const int labelWidth = textWidth(label);
-        const bool hasRoom = outX + MarkGap + labelWidth <= m_geometry.width;
-        const int x = hasRoom ? outX + MarkGap : outX - labelWidth - MarkGap;
-        if (hasRoom || x > inEnd + 1)
-            m_glyphs.draw(m_painter, m_device(x), m_device(TopTextY), label, color);
-    }
+    using Labels = TimeSliderMarkLabels;
+    const auto mark = [&](Time time, const QString& label) {
+        return time == InvalidTime ? std::optional<Labels::Mark>()
+                                   : Labels::Mark{paintMark(time, color), textWidth(label)};
+    };
+    const QString inText = text(in);
+    const QString outText = text(out);
+    const auto inMark = mark(in, inText);
+    const auto outMark = mark(out, outText);
+    const Labels labels = Labels::plan(m_geometry.width, inMark, outMark);
+    if (labels.in)
+        m_glyphs.draw(m_painter, m_device(*labels.in), m_device(TopTextY), inText, color);
+    if (labels.out)
+        m_glyphs.draw(m_painter, m_device(*labels.out), m_device(TopTextY), outText, color);
 }
 
 void TimeSliderPainter::paintZoomRectangle(const TimeSliderRange& swept) {

@@ -12,10 +12,7 @@ struct TimeSliderSettings {
     bool doublePlayhead = false;
     bool followPlayhead = true;
 
-    static TimeSliderSettings& all() {
-        static TimeSliderSettings settings;
-        return settings;
-    }
+    static TimeSliderSettings& all();
 };
 
 } // namespace Kestrel::UI
