@@ -33,7 +33,7 @@ int main(int argc, char** argv) {
     column->addLayout(row);
 
     // The model is where the time is; everything else shows it or asks it to change.
-    controls->connectTimecodeWidgetToFormatChooser(chooser);
+    controls->setFormatter(formatter);
     QObject::connect(model, &UI::TimeSliderModel::timeChanged, controls,
                      [=](UI::TimeSliderModel::TimeFlags flags) {
                          if (flags & UI::TimeSliderModel::CurrentTime)
@@ -47,7 +47,7 @@ int main(int argc, char** argv) {
                      &Model::frameBackwards);
 
     formatter->setTimeBase(Base::TimeBase::standard(Base::TimeBase::Rate24));
-    model->setTimes(1001, 1040, 1200, 1240, 1096); // clip, marks and playhead
+    model->setTimes(Model::Times().withClip(1001, 1240).withMarks(1040, 1200).withCurrent(1096));
     model->setKeyFrames(std::set<Base::Time>{1060, 1096, 1150});
     slider->setCacheBarColor(QColor(0x40, 0xa0, 0x40), 0);
     slider->setCachedFrames(Base::frameSetOf({{1040, 1129}}), 0);

@@ -107,8 +107,8 @@ private Q_SLOTS:
         row("playhead, not before the clip", {x(50) + 5, 10}, {-50, 10}, left, none, 4,
             "allow, hold, current 51", "begin 0, current 0, update", "allow, end",
             "current 50, update, allow, end");
-        row("8 pixels beside a mark", {x(60) + 8, 30}, {x(62), 30}, left, none, 4,
-            "allow, ask, hold, current 62", "begin 60, current 60, update", "allow, end",
+        row("8 pixels beside a mark", {x(60) + 8, 30}, {x(64), 30}, left, none, 4,
+            "allow, ask, hold, current 62", "begin 64, current 64, update", "allow, end",
             "current 50, update, allow, end");
         row("shift on a mark", {x(20), 30}, {x(21), 30}, left, shift, 4,
             "allow, ask, hold, current 20", "begin 21, current 21, update", "allow, end",

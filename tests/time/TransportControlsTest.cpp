@@ -13,6 +13,7 @@
 
 #include <QAccessible>
 #include <QLayout>
+#include <QMetaProperty>
 #include <QSignalSpy>
 #include <QToolButton>
 #include <QtTest>
@@ -46,6 +47,55 @@ class TransportControlsTest : public QObject {
     Q_OBJECT
 
 private slots:
+    void everyPropertyCanBeSetAndNotifies() {
+        TimeFormatter formatter;
+        TimeSliderModel model;
+        QWidget parent;
+        QObject* const objects[] = {&formatter,
+                                    &model,
+                                    new TimeSlider(&parent),
+                                    new TimeField(&parent),
+                                    new TimeFormatChooser(&parent),
+                                    new TransportControlsWidget(&parent),
+                                    new ViewerFrameSkipControl(&parent),
+                                    new JogWheel(&parent)};
+        for (QObject* object : objects) {
+            const QMetaObject* meta = object->metaObject();
+            QVERIFY(meta->propertyCount() > meta->propertyOffset());
+            for (int i = meta->propertyOffset(); i < meta->propertyCount(); ++i) {
+                const QMetaProperty property = meta->property(i);
+                const QByteArray name = meta->className() + QByteArray("::") + property.name();
+                QVERIFY2(property.hasNotifySignal() && property.isWritable(), name);
+                const QVariant value = property.read(object);
+                QVERIFY2(value.isValid(), name);
+                QSignalSpy notified(object, "2" + property.notifySignal().methodSignature());
+                QVERIFY2(property.write(object, value), name);
+                const bool isMark = name.endsWith("inTime") || name.endsWith("outTime");
+                QVERIFY2(notified.isEmpty() || isMark, name); // a mark is announced again
+            }
+        }
+        const auto set = [&objects](int index, const char* name, const QVariant& value) {
+            QObject* object = objects[index];
+            const QMetaObject* meta = object->metaObject();
+            const QMetaProperty property = meta->property(meta->indexOfProperty(name));
+            QSignalSpy notified(object, "2" + property.notifySignal().methodSignature());
+            return property.write(object, value) && notified.count() == 1;
+        };
+        QVERIFY(set(0, "displayTimecode", false));
+        QVERIFY(set(1, "currentTime", QVariant::fromValue(Time(7))));
+        QVERIFY(set(2, "formatter", QVariant::fromValue(&formatter)));
+        QVERIFY(set(2, "model", QVariant::fromValue(&model)));
+        QVERIFY(set(2, "scrollMode", 3));
+        QVERIFY(set(3, "useMinMaxTime", true));
+        QVERIFY(set(3, "ignoreTimecodeStart", true));
+        QVERIFY(set(4, "mode", TimeFormatChooser::TimelineMode));
+        QVERIFY(set(4, "framesStart", QVariant::fromValue(Time(1001))));
+        QVERIFY(set(5, "playbackState", QVariant::fromValue(Stopped)));
+        QVERIFY(set(5, "mode", QVariant::fromValue(KeyframesOnly)));
+        QVERIFY(set(6, "increment", 5));
+        QVERIFY(set(7, "maximum", 5));
+    }
+
     void playButtons_data() {
         const Kestrel::Test::Columns<int, bool, bool, bool> row("state", "bounce", "backwardsStops",
                                                                 "forwardsStops");

@@ -77,7 +77,8 @@ void Session::open(Sequence sequence, Base::Time at) {
     const bool inside = at >= first && at <= last;
     m_model.setKeyFrames(std::set<Base::Time>());
     m_model.clearInOut();
-    m_model.setTimes(first, Base::InvalidTime, Base::InvalidTime, last, inside ? at : first);
+    m_model.setTimes(
+        UI::TimeSliderModel::Times().withClip(first, last).withCurrent(inside ? at : first));
     m_model.setFirstVisibleTime(first);
     m_model.setLastVisibleTime(last);
     emit sequenceChanged();

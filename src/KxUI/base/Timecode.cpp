@@ -275,6 +275,8 @@ constexpr Time difference(Time a, Time b) noexcept {
 
 std::size_t format(char* buffer, Time time, const TimeBase& base, DisplayType type, bool showPlus,
                    Time offset) noexcept {
+    if (!buffer)
+        return 0;
     type = allowedType(type, base);
     const char separator = type == DropFrameTimecode ? ';' : ':';
     if (time == InvalidTime) {

@@ -29,7 +29,7 @@ enum DisplayType : std::int32_t {
 inline constexpr std::size_t MaximumLength = 24;
 
 /** Writes what toString() returns into `buffer`, which has at least MaximumLength bytes, and
-    returns its length; no terminating zero is written. */
+    returns its length; no terminating zero is written. Null gets nothing, of length 0. */
 KXUI_EXPORT std::size_t format(char* buffer, Time time, const TimeBase& base, DisplayType type,
                                bool showPlus = false, Time offset = 0) noexcept;
 

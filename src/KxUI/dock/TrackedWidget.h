@@ -18,6 +18,9 @@ public:
         , m_save(save)
         , m_tolerance(tolerance) {}
 
+    /** No pointer is a flag. */
+    TrackedWidget(const QRect& rect, const void* save, int tolerance = 10) = delete;
+
     /** The frame rectangle at registration, in desktop coordinates. */
     QRect rect() const { return m_rect; }
     /** Whether the place is stored in the settings, too. */

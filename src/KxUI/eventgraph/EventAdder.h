@@ -18,6 +18,9 @@ public:
             m_track->addEvent(EventTrack::Type::Start, m_userData);
     }
 
+    /** No pointer is a flag. */
+    EventAdder(EventTrack* track, EventUserDataIP userData, const void* enabled) = delete;
+
     /** Copies what the end will carry; no start is recorded. */
     EventAdder(const EventAdder&) = default;
     EventAdder& operator=(const EventAdder&) = default;

@@ -73,6 +73,13 @@ public:
     Q_DECLARE_FLAGS(Options, Option)
     Q_FLAG(Options)
 
+    /** Where a time goes that comes into view. */
+    enum ScrollMode {
+        ScrollBackToEnd = 1,     ///< from before the range to its end, else to the centre
+        ScrollToCentre = 2,      ///< to the centre
+        ScrollForwardToStart = 3 ///< from after the range to its start, else to the centre
+    };
+
     /** Frames as a set of intervals. */
     using FrameSet = Base::FrameSet;
 
@@ -131,9 +138,8 @@ public:
     /** Shifts the range back by `time` frames. zoomOrPanChanged() follows unless `time` is 0. */
     void pan(Base::Time time);
 
-    /** Where scrollTimeVisible() puts a time that comes into view: 1 puts a time from before the
-       range at its end, 3 one from after the range at its start; otherwise, and by default (2), it
-       goes to the centre. */
+    /** Where scrollTimeVisible() puts a time that comes into view, a ScrollMode; ScrollToCentre by
+        default, and for any other number. */
     void setScrollMode(int mode);
     int scrollMode() const;
     /** @} */

@@ -10,6 +10,7 @@
 namespace Kestrel::UI {
 namespace {
 
+using Base::InvalidTime;
 using Base::Time;
 using Geometry = TimeSliderGeometry;
 using Settings = TimeSliderSettings;

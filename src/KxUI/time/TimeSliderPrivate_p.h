@@ -33,7 +33,7 @@ struct TimeSlider::Private {
     std::array<QMetaObject::Connection, 3> modelConnections;
     QMetaObject::Connection formatterConnection;
     Options options;
-    int scrollMode = 2;
+    int scrollMode = ScrollToCentre;
 
     TimeSliderDrag drag;
     EscapeWatch escape;

@@ -10,7 +10,8 @@
 namespace Kestrel::UI {
 
 /** A Kestrel::Base::Time for arithmetic: an invalid operand makes the result invalid, sums saturate
-    instead of overflowing, and no comparison with an invalid time is true. */
+    instead of overflowing, and no comparison with an invalid time is true. A plain value for any
+    thread; its layout is frozen. */
 class KXUI_EXPORT TimeSliderTime {
 public:
     /** The largest time; sums stay within -Max to Max. */

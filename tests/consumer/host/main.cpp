@@ -40,7 +40,7 @@ int main(int argc, char** argv) {
     TimeFormatter formatter;
     auto* slider = new TimeSlider(&model, &formatter, 1, TimeSlider::MainTransport);
     auto* transport = new TransportControlsWidget;
-    model.setTimes(first, Kestrel::Base::InvalidTime, Kestrel::Base::InvalidTime, last, first);
+    model.setTimes(TimeSliderModel::Times().withClip(first, last).withCurrent(first));
     slider->zoomToFit();
     QObject::connect(transport, &TransportControlsWidget::timeChanged, &model,
                      &TimeSliderModel::setCurrentTime);
