@@ -61,7 +61,7 @@ private slots:
                                     new JogWheel(&parent)};
         for (QObject* object : objects) {
             const QMetaObject* meta = object->metaObject();
-            QVERIFY(meta->propertyCount() > meta->propertyOffset());
+            QVERIFY2(meta->propertyCount() > meta->propertyOffset(), meta->className());
             for (int i = meta->propertyOffset(); i < meta->propertyCount(); ++i) {
                 const QMetaProperty property = meta->property(i);
                 const QByteArray name = meta->className() + QByteArray("::") + property.name();

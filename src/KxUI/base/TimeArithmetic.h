@@ -13,11 +13,14 @@ namespace Kestrel::Base {
 /** The largest time; the smallest valid one is its negative. */
 inline constexpr Time LargestTime = std::numeric_limits<Time>::max();
 
+/** Whether a + b, for valid times, is a valid time. */
+constexpr bool sumFits(Time a, Time b) noexcept {
+    return b >= 0 ? a <= LargestTime - b : a >= -LargestTime - b;
+}
+
 /** a + b for valid times, nothing where the sum is not a valid time. */
 constexpr std::optional<Time> exactSum(Time a, Time b) noexcept {
-    if (b >= 0 ? a > LargestTime - b : a < -LargestTime - b)
-        return std::nullopt;
-    return a + b;
+    return sumFits(a, b) ? std::optional<Time>(a + b) : std::nullopt;
 }
 
 /** a * b for times of 0 or more, nothing where the product is not a time. */
@@ -31,7 +34,7 @@ constexpr std::optional<Time> exactProduct(Time a, Time b) noexcept {
 constexpr Time saturatedSum(Time a, Time b) noexcept {
     if (a == InvalidTime || b == InvalidTime)
         return InvalidTime;
-    return exactSum(a, b).value_or(b > 0 ? LargestTime : -LargestTime);
+    return sumFits(a, b) ? a + b : b > 0 ? LargestTime : -LargestTime;
 }
 
 /** a - b, likewise. */

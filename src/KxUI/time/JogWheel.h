@@ -11,9 +11,14 @@ namespace Kestrel::UI {
 /** A small wheel that is dragged sideways to change a whole number.
 
     Beside the mouse: Left and Down, Right and Up count by 1, Page Up and Page Down by 10, Home and
-    End go to the limits, and a notch of the mouse wheel counts by 1. Interface thread. */
+    End go to the limits, and a notch of the mouse wheel counts by 1. Escape, or the right button
+    while another one drags, goes back to the value that the drag began at. Interface thread. */
 class KXUI_EXPORT JogWheel : public QWidget {
     Q_OBJECT
+    Q_PROPERTY(int value READ value WRITE setValue NOTIFY valueChanged USER true)
+    Q_PROPERTY(int minimum READ minimum WRITE setMinimum NOTIFY rangeChanged)
+    Q_PROPERTY(int maximum READ maximum WRITE setMaximum NOTIFY rangeChanged)
+    Q_PROPERTY(float sensitivity READ sensitivity WRITE setSensitivity NOTIFY sensitivityChanged)
 
 public:
     /** A wheel at 0 of 0 to 1000, with a sensitivity of 0.3. */
