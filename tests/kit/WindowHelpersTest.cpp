@@ -1,3 +1,5 @@
+#include <KxUI/kit/CollapsibleToolbar.h>
+#include <KxUI/kit/ColorContrast_p.h>
 #include <KxUI/kit/FloatingWindowStyle.h>
 #include <KxUI/kit/FullScreen.h>
 #include <KxUI/kit/SnappableWindow.h>
@@ -17,19 +19,40 @@ private Q_SLOTS:
     void fullScreenKeepsMaximized() {
         QWidget window;
         window.setWindowState(Qt::WindowMaximized);
-        FullScreen::Toggle(&window, nullptr);
-        QVERIFY(FullScreen::IsOn(&window));
-        FullScreen::Set(&window, true, nullptr);
-        FullScreen::Toggle(&window, nullptr);
+        FullScreen::toggle(&window, nullptr);
+        QVERIFY(FullScreen::isOn(&window));
+        FullScreen::set(&window, true, nullptr);
+        FullScreen::toggle(&window, nullptr);
         QCOMPARE(window.windowState(), Qt::WindowStates(Qt::WindowMaximized));
-        QVERIFY(!FullScreen::IsOn(nullptr));
-        FullScreen::Set(nullptr, true, nullptr);
+        QVERIFY(!FullScreen::isOn(nullptr));
+    }
+
+    void nullDoesNothing() {
+        FullScreen::set(nullptr, true, nullptr);
+        FloatingWindowStyle::apply(nullptr, nullptr);
+        QVERIFY(!WindowPlacement::moveAside(nullptr));
+        QVERIFY(!SnappableWindow(nullptr).snap());
+        CollapsibleToolbar toolbar;
+        toolbar.addItem(nullptr);
+        toolbar.addOverflowItem(nullptr, QStringLiteral("None"), 0);
+        QCOMPARE(toolbar.sizeHint(), QSize(0, 0));
+    }
+
+    void contrast() {
+        using namespace Kestrel::UI;
+        QCOMPARE(contrastRatio(Qt::black, Qt::white), 21.0);
+        QCOMPARE(contrastRatio(Qt::white, QColor(0x76, 0x76, 0x76)), 4.542224959605253);
+        QCOMPARE(firstVisible({Qt::blue, Qt::yellow, Qt::white}, {Qt::black}, ReadableContrast),
+                 QColor(Qt::yellow));
+        QCOMPARE(firstVisible({Qt::gray, Qt::darkGray}, {Qt::gray}, ReadableContrast),
+                 QColor(Qt::darkGray));
+        QCOMPARE(mixed(Qt::black, Qt::white, 0.2).red(), 51);
     }
 
     void floatingWindowsAreTools() {
         QWidget parent;
         QWidget window;
-        FloatingWindowStyle::Apply(&window, &parent);
+        FloatingWindowStyle::apply(&window, &parent);
         QCOMPARE(window.windowType(), Qt::Tool);
         QCOMPARE(window.parentWidget(), &parent);
         window.setParent(nullptr);
@@ -38,23 +61,23 @@ private Q_SLOTS:
     void pullsBack() {
         const QRect first(0, 0, 1000, 800);
         const auto pulledBack = [&](const QRect& window) {
-            return WindowPlacement::PulledBack(window, {first, QRect(1000, 0, 800, 600)});
+            return WindowPlacement::pulledBack(window, {first, QRect(1000, 0, 800, 600)});
         };
         QCOMPARE(pulledBack({10, 10, 200, 100}), QRect(10, 10, 200, 100));
         QCOMPARE(pulledBack({-100, 10, 200, 100}), QRect(-100, 10, 200, 100)); // half out
         QCOMPARE(pulledBack({1500, 0, 200, 100}), QRect(1500, 0, 200, 100));
         QCOMPARE(pulledBack({-195, 10, 200, 100}), QRect(0, 10, 200, 100)); // a sliver is left
         QCOMPARE(pulledBack({5000, 5000, 3000, 3000}), first);
-        QCOMPARE(WindowPlacement::PulledBack({1500, 0, 200, 100}, {first}),
+        QCOMPARE(WindowPlacement::pulledBack({1500, 0, 200, 100}, {first}),
                  QRect(800, 0, 200, 100)); // the second screen is gone
-        QCOMPARE(WindowPlacement::PulledBack({5000, 0, 10, 10}, {}), QRect(5000, 0, 10, 10));
+        QCOMPARE(WindowPlacement::pulledBack({5000, 0, 10, 10}, {}), QRect(5000, 0, 10, 10));
     }
 
     void standsAside() {
         const QVector<QRect> areas = {QRect(0, 0, 1000, 800)};
         const QRect window(100, 100, 400, 300);
         const auto position = [&](const QRect& other, const QRect& avoid) {
-            return WindowPlacement::PositionAside(window, {other}, avoid, areas);
+            return WindowPlacement::positionAside(window, {other}, avoid, areas);
         };
         QCOMPARE(position(QRect(0, 0, 1000, 800), QRect()), window.topLeft());
         QCOMPARE(position(QRect(110, 110, 50, 50), QRect()), QPoint(124, 124));
@@ -66,7 +89,7 @@ private Q_SLOTS:
 
     void snaps() {
         const auto snapped = [](const QPoint& from, int distance) {
-            return SnappableWindow::SnappedPosition(QRect(from, QSize(100, 100)),
+            return SnappableWindow::snappedPosition(QRect(from, QSize(100, 100)),
                                                     {QRect(0, 0, 1000, 800)},
                                                     {QRect(400, 400, 200, 200)}, distance);
         };

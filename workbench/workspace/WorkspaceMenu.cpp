@@ -98,7 +98,7 @@ void WorkspaceMenu::addPaneActions() {
     connect(m_fullScreen, &QAction::triggered, this, [this] {
         // A floating window that has the focus is meant itself.
         QWidget* dock = m_workspace->activeDock();
-        UI::FullScreen::Toggle(dock ? dock : m_workspace, m_workspace);
+        UI::FullScreen::toggle(dock ? dock : m_workspace, m_workspace);
         showState();
     });
 }
@@ -160,7 +160,7 @@ void WorkspaceMenu::showState() {
     m_expand->setChecked(dock && dock->isExpanded());
     m_showTabs->setChecked(dock && dock->titleVisible());
     m_fullScreen->setChecked(
-        UI::FullScreen::IsOn(dock ? dock : static_cast<QWidget*>(m_workspace)));
+        UI::FullScreen::isOn(dock ? dock : static_cast<QWidget*>(m_workspace)));
 }
 
 } // namespace Kestrel::Workbench

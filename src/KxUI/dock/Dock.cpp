@@ -297,11 +297,11 @@ void Dock::transposeDock() {
 }
 
 void Dock::fullscreenDock() {
-    FullScreen::Toggle(this, d->controller);
+    FullScreen::toggle(this, d->controller);
 }
 
 bool Dock::isFullscreenDock() const {
-    return FullScreen::IsOn(this);
+    return FullScreen::isOn(this);
 }
 
 void Dock::dumpLayout() {

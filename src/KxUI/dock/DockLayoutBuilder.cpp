@@ -67,7 +67,7 @@ LayoutWindow captureWindow(const DockWindow& window, const QWidget* focus) {
     LayoutWindow result;
     result.place.rect = QRect(window.pos(), window.size());
     result.place.maximized = window.isMaximized();
-    result.place.fullScreen = FullScreen::IsOn(&window);
+    result.place.fullScreen = FullScreen::isOn(&window);
     result.place.screen = std::max(0, QGuiApplication::screens().indexOf(window.screen()));
     result.splitters.push_back(captureSplitter(*window.rootSplitter(), focus));
     return result;
@@ -363,15 +363,15 @@ void DockLayoutBuilder::placeWindow(DockWindow& window, const SavedWindow& saved
         // Without a frame yet the window manager may not have taken notice of the window at all.
         cyclesFullScreen = current.isNull();
     }
-    const QVector<QRect> areas = WindowPlacement::AvailableAreas();
+    const QVector<QRect> areas = WindowPlacement::availableAreas();
     const WindowPlan plan = planWindow(saved, m_fillScreen && isMain, areas, frame);
     window.resize(plan.rect.size());
     window.move(plan.rect.topLeft());
     if (cyclesFullScreen) {
-        FullScreen::Set(&window, true, m_workspace);
-        FullScreen::Set(&window, false, m_workspace);
+        FullScreen::set(&window, true, m_workspace);
+        FullScreen::set(&window, false, m_workspace);
     }
-    FullScreen::Set(&window, plan.fullScreen, m_workspace);
+    FullScreen::set(&window, plan.fullScreen, m_workspace);
     if (saved.maximized)
         window.setWindowState(window.windowState() | Qt::WindowMaximized);
     if (logsRestore()) {

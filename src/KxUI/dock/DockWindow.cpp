@@ -35,7 +35,7 @@ DockWindow::DockWindow(DockMainWindow* controller, QWidget* parent)
     setCentralWidget(d->rootSplitter);
     // The controller is not constructed yet when it is this window; only its address counts.
     if (static_cast<void*>(controller) != static_cast<void*>(this)) {
-        FloatingWindowStyle::Apply(this, parent);
+        FloatingWindowStyle::apply(this, parent);
         if (controller)
             DockMainWindowPrivate::of(*controller).satellites.insert(this);
     }

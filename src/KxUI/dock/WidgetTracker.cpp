@@ -34,7 +34,7 @@ QList<QSplitter*> rememberedSplitters(const QWidget* widget) {
 }
 
 void placeAt(QWidget* widget, const QRect& rect) {
-    const QRect place = WindowPlacement::PulledBack(rect, WindowPlacement::AvailableAreas());
+    const QRect place = WindowPlacement::pulledBack(rect, WindowPlacement::availableAreas());
     widget->resize(place.size());
     widget->move(place.topLeft());
 }
@@ -87,7 +87,7 @@ bool WidgetTracker::restoreWidget(QWidget* widget) {
         return moveWidgetToRegisteredRect(widget);
 
     placeAt(widget, rect);
-    WindowPlacement::MoveAside(widget);
+    WindowPlacement::moveAside(widget);
     const auto splitters = rememberedSplitters(widget);
     for (QSplitter* splitter : splitters) {
         const QByteArray state = settings.value(splitter->objectName()).toByteArray();

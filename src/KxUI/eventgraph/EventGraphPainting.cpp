@@ -1,5 +1,7 @@
 #include <KxUI/eventgraph/EventGraphPainting_p.h>
 
+#include <KxUI/kit/ColorContrast_p.h>
+
 #include <QFontMetrics>
 #include <QPainter>
 
@@ -46,22 +48,12 @@ void addSpan(std::vector<ColumnRun>& runs, const TrackIndex::Span& span, TimeSca
         addRun(runs, from, to);
 }
 
-double luminance(const QColor& color) {
-    return 0.2126 * color.redF() + 0.7152 * color.greenF() + 0.0722 * color.blueF();
-}
-
-QColor mixed(const QColor& a, const QColor& b, double part) {
-    const auto mix = [part](qreal x, qreal y) { return x + (y - x) * part; };
-    return QColor::fromRgbF(mix(a.redF(), b.redF()), mix(a.greenF(), b.greenF()),
-                            mix(a.blueF(), b.blueF()));
-}
-
 void paintSpanTexts(QPainter& painter, const RowPainting& painting, const QRect& bar,
                     const QColor& fill) {
     if (!painting.text)
         return;
     const auto& spans = painting.index.spans;
-    painter.setPen(luminance(fill) > 0.5 ? Qt::black : Qt::white);
+    painter.setPen(brightness(fill) > 0.5 ? Qt::black : Qt::white);
     auto span = painting.index.sorted
                     ? std::partition_point(spans.begin(), spans.end(),
                                            [&](const auto& each) {
@@ -174,7 +166,7 @@ ViewColors::ViewColors(const QPalette& palette)
 QColor ViewColors::track(const QColor& color) const {
     QColor result = color.isValid() ? color : faintText;
     result.setAlpha(255);
-    for (int i = 0; i < 4 && std::abs(luminance(result) - luminance(base)) < 0.12; ++i)
+    for (int i = 0; i < 4 && std::abs(brightness(result) - brightness(base)) < 0.12; ++i)
         result = mixed(result, text, 0.2);
     return result;
 }

@@ -4,9 +4,12 @@
 #include <QEvent>
 #include <QHBoxLayout>
 #include <QMenu>
+#include <QPointer>
 #include <QToolButton>
 
 #include <algorithm>
+#include <utility>
+#include <vector>
 
 namespace Kestrel::UI {
 namespace {
@@ -25,62 +28,98 @@ int heightOf(const QWidget* widget) {
 
 } // namespace
 
-CollapsibleToolbar::CollapsibleToolbar(QWidget* parent)
-    : QWidget(parent)
-    , m_row(new QHBoxLayout(this))
-    , m_overflow(new QToolButton(this))
-    , m_menu(new QMenu(this)) {
+/** The data of a CollapsibleToolbar, and what it does with them. */
+class CollapsibleToolbarPrivate {
+public:
+    struct Item {
+        QPointer<QWidget> widget;
+        QString name;
+        int priority = 0;
+        bool canCollapse = false;
+        bool collapsed = false;
+
+        /** One that the host hides takes none; one that collapsed would take some. */
+        bool takesRoom() const { return widget && (!widget->isHidden() || collapsed); }
+    };
+
+    explicit CollapsibleToolbarPrivate(CollapsibleToolbar* toolbar)
+        : m_toolbar(toolbar)
+        , m_row(new QHBoxLayout(toolbar))
+        , m_overflow(new QToolButton(toolbar))
+        , m_menu(new QMenu(toolbar)) {
+        fillRow();
+    }
+
+    void append(Item item);
+    void collapse();
+    int overflowWidth() const { return m_overflow->sizeHint().width(); }
+
+    std::vector<Item> items;
+
+private:
+    void fillRow();
+    void fillMenu();
+
+    CollapsibleToolbar* m_toolbar;
+    QHBoxLayout* m_row;
+    QToolButton* m_overflow;
+    QMenu* m_menu;
+};
+
+void CollapsibleToolbarPrivate::fillRow() {
     m_row->setContentsMargins(0, 0, 0, 0);
     m_row->setSpacing(0);
     // The layout must not hold the row at a width at which nothing would ever collapse.
     m_row->setSizeConstraint(QLayout::SetNoConstraint);
     m_overflow->setText(QStringLiteral("\u00bb"));
-    m_overflow->setToolTip(tr("More"));
-    m_overflow->setAccessibleName(tr("More"));
+    m_overflow->setToolTip(CollapsibleToolbar::tr("More"));
+    m_overflow->setAccessibleName(CollapsibleToolbar::tr("More"));
     m_overflow->setAutoRaise(true);
     m_overflow->hide();
     m_row->addWidget(m_overflow);
-    connect(m_menu, &QMenu::aboutToShow, this, &CollapsibleToolbar::fillMenu);
-    connect(m_overflow, &QToolButton::clicked, this,
-            [this] { m_menu->popup(m_overflow->mapToGlobal(QPoint(0, m_overflow->height()))); });
+    QObject::connect(m_menu, &QMenu::aboutToShow, m_toolbar, [this] { fillMenu(); });
+    QObject::connect(m_overflow, &QToolButton::clicked, m_toolbar, [this] {
+        m_menu->popup(m_overflow->mapToGlobal(QPoint(0, m_overflow->height())));
+    });
 }
+
+void CollapsibleToolbarPrivate::append(Item item) {
+    if (!item.widget)
+        return;
+    m_row->insertWidget(m_row->count() - 1, item.widget);
+    items.push_back(std::move(item));
+    m_toolbar->updateGeometry();
+    collapse();
+}
+
+CollapsibleToolbar::CollapsibleToolbar(QWidget* parent)
+    : QWidget(parent)
+    , d(std::make_unique<CollapsibleToolbarPrivate>(this)) {}
 
 CollapsibleToolbar::~CollapsibleToolbar() = default;
 
 void CollapsibleToolbar::addItem(QWidget* widget) {
-    append({widget, QString(), 0, false, false});
+    d->append({widget, QString(), 0, false, false});
 }
 
 void CollapsibleToolbar::addOverflowItem(QAbstractButton* button, const QString& name,
                                          int priority) {
-    append({button, name, priority, true, false});
-}
-
-void CollapsibleToolbar::append(Item item) {
-    m_row->insertWidget(m_row->count() - 1, item.widget);
-    m_items.push_back(std::move(item));
-    updateGeometry();
-    collapse();
+    d->append({button, name, priority, true, false});
 }
 
 QStringList CollapsibleToolbar::overflowNames() const {
     QStringList names;
-    for (const Item& item : m_items) {
+    for (const CollapsibleToolbarPrivate::Item& item : d->items) {
         if (item.collapsed && item.widget)
             names.append(item.name);
     }
     return names;
 }
 
-int CollapsibleToolbar::overflowWidth() const {
-    return m_overflow->sizeHint().width();
-}
-
 QSize CollapsibleToolbar::sizeHint() const {
     QSize size(0, 0);
-    for (const Item& item : m_items) {
-        // A widget that the host hides takes no room; one that collapsed would take some.
-        if (!item.widget || (item.widget->isHidden() && !item.collapsed))
+    for (const CollapsibleToolbarPrivate::Item& item : d->items) {
+        if (!item.takesRoom())
             continue;
         size.rwidth() += widthOf(item.widget);
         size.setHeight(qMax(size.height(), heightOf(item.widget)));
@@ -91,43 +130,43 @@ QSize CollapsibleToolbar::sizeHint() const {
 QSize CollapsibleToolbar::minimumSizeHint() const {
     QSize size = sizeHint();
     int collapsible = 0;
-    for (const Item& item : m_items) {
-        if (item.widget && item.canCollapse && (!item.widget->isHidden() || item.collapsed))
+    for (const CollapsibleToolbarPrivate::Item& item : d->items) {
+        if (item.canCollapse && item.takesRoom())
             collapsible += widthOf(item.widget);
     }
-    size.rwidth() -= std::max(0, collapsible - overflowWidth());
+    size.rwidth() -= std::max(0, collapsible - d->overflowWidth());
     return size;
 }
 
 bool CollapsibleToolbar::event(QEvent* event) {
     if (event->type() == QEvent::LayoutRequest) {
         updateGeometry();
-        collapse();
+        d->collapse();
     }
     return QWidget::event(event);
 }
 
 void CollapsibleToolbar::resizeEvent(QResizeEvent* event) {
     QWidget::resizeEvent(event);
-    collapse();
+    d->collapse();
 }
 
-void CollapsibleToolbar::collapse() {
-    int wanted = sizeHint().width();
+void CollapsibleToolbarPrivate::collapse() {
+    int wanted = m_toolbar->sizeHint().width();
     std::vector<Item*> candidates;
-    for (Item& item : m_items) {
-        if (item.widget && item.canCollapse && (!item.widget->isHidden() || item.collapsed))
+    for (Item& item : items) {
+        if (item.canCollapse && item.takesRoom())
             candidates.push_back(&item);
     }
     std::reverse(candidates.begin(), candidates.end());
     std::stable_sort(candidates.begin(), candidates.end(),
                      [](const Item* a, const Item* b) { return a->priority < b->priority; });
 
-    const bool fits = wanted <= width();
+    const bool fits = wanted <= m_toolbar->width();
     if (!fits)
         wanted += overflowWidth();
     for (Item* item : candidates) {
-        const bool collapsed = wanted > width();
+        const bool collapsed = wanted > m_toolbar->width();
         if (collapsed)
             wanted -= widthOf(item->widget);
         if (item->collapsed != collapsed) {
@@ -138,16 +177,16 @@ void CollapsibleToolbar::collapse() {
     m_overflow->setVisible(!fits && !candidates.empty());
 }
 
-void CollapsibleToolbar::fillMenu() {
+void CollapsibleToolbarPrivate::fillMenu() {
     m_menu->clear();
-    for (const Item& item : m_items) {
+    for (const Item& item : items) {
         auto* button = qobject_cast<QAbstractButton*>(item.widget);
         if (!item.collapsed || !button)
             continue;
         QAction* action = m_menu->addAction(button->icon(), item.name);
         action->setEnabled(button->isEnabled());
         action->setToolTip(button->toolTip());
-        connect(action, &QAction::triggered, button, &QAbstractButton::click);
+        QObject::connect(action, &QAction::triggered, button, &QAbstractButton::click);
     }
 }
 

@@ -2,17 +2,15 @@
 
 #include <KxUI/Export.h>
 
-#include <QPointer>
 #include <QWidget>
 
-#include <vector>
+#include <memory>
 
 class QAbstractButton;
-class QHBoxLayout;
-class QMenu;
-class QToolButton;
 
 namespace Kestrel::UI {
+
+class CollapsibleToolbarPrivate;
 
 /** A row of widgets that gives up its less important buttons when it gets too narrow: they move, by
     name, into the menu of a button at the right end. A click in that menu clicks the button.
@@ -24,11 +22,13 @@ public:
     explicit CollapsibleToolbar(QWidget* parent = nullptr);
     ~CollapsibleToolbar() override;
 
-    /** Appends a widget that always stays in the row. The toolbar becomes its parent. */
+    /** Appends a widget that always stays in the row. The toolbar becomes its parent.
+        Null is ignored. */
     void addItem(QWidget* widget);
 
     /** Appends a button that may move into the menu, where it is shown as `name`. Buttons of lower
-        priority go first, and of equal priority the rightmost. The toolbar becomes its parent. */
+        priority go first, and of equal priority the rightmost. The toolbar becomes its parent.
+        Null is ignored. */
     void addOverflowItem(QAbstractButton* button, const QString& name, int priority);
 
     /** The names of the buttons that are in the menu now, from left to right. */
@@ -44,23 +44,7 @@ protected:
     void resizeEvent(QResizeEvent* event) override;
 
 private:
-    struct Item {
-        QPointer<QWidget> widget;
-        QString name;
-        int priority = 0;
-        bool canCollapse = false;
-        bool collapsed = false;
-    };
-
-    void append(Item item);
-    void collapse();
-    void fillMenu();
-    int overflowWidth() const;
-
-    std::vector<Item> m_items;
-    QHBoxLayout* m_row = nullptr;
-    QToolButton* m_overflow = nullptr;
-    QMenu* m_menu = nullptr;
+    const std::unique_ptr<CollapsibleToolbarPrivate> d;
 };
 
 } // namespace Kestrel::UI

@@ -6,7 +6,9 @@
 
 namespace Kestrel::UI {
 
-void FloatingWindowStyle::Apply(QWidget* window, QWidget* parent) {
+void FloatingWindowStyle::apply(QWidget* window, QWidget* parent) {
+    if (!window)
+        return;
     const Qt::WindowFlags flags = Qt::Tool | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
                                   Qt::WindowSystemMenuHint | Qt::WindowMinMaxButtonsHint |
                                   Qt::WindowCloseButtonHint;

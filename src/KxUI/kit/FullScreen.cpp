@@ -6,12 +6,12 @@
 
 namespace Kestrel::UI {
 
-bool FullScreen::IsOn(const QWidget* widget) {
+bool FullScreen::isOn(const QWidget* widget) {
     return widget && widget->window()->windowState().testFlag(Qt::WindowFullScreen);
 }
 
-void FullScreen::Set(QWidget* widget, bool on, QWidget* mainWindow) {
-    if (!widget || IsOn(widget) == on)
+void FullScreen::set(QWidget* widget, bool on, QWidget* mainWindow) {
+    if (!widget || isOn(widget) == on)
         return;
     QWidget* window = widget->window();
     Qt::WindowStates states = window->windowState();
@@ -21,8 +21,8 @@ void FullScreen::Set(QWidget* widget, bool on, QWidget* mainWindow) {
         raiseWindow(window);
 }
 
-void FullScreen::Toggle(QWidget* widget, QWidget* mainWindow) {
-    Set(widget, !IsOn(widget), mainWindow);
+void FullScreen::toggle(QWidget* widget, QWidget* mainWindow) {
+    set(widget, !isOn(widget), mainWindow);
 }
 
 } // namespace Kestrel::UI

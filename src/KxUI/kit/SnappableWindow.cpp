@@ -40,8 +40,16 @@ private:
 
 } // namespace
 
+/** The data of a SnappableWindow. */
+class SnappableWindowPrivate {
+public:
+    QWidget* window;
+    int snapDistance = 10;
+    bool movedByFrame = false;
+};
+
 SnappableWindow::SnappableWindow(QWidget* window)
-    : m_window(window) {
+    : d(new SnappableWindowPrivate{window}) {
     allSnappable().append(this);
 }
 
@@ -49,11 +57,15 @@ SnappableWindow::~SnappableWindow() {
     allSnappable().removeOne(this);
 }
 
-void SnappableWindow::setSnapDistance(int pixels) {
-    m_snapDistance = std::max(0, pixels);
+int SnappableWindow::snapDistance() const {
+    return d->snapDistance;
 }
 
-QPoint SnappableWindow::SnappedPosition(const QRect& window, const QVector<QRect>& areas,
+void SnappableWindow::setSnapDistance(int pixels) {
+    d->snapDistance = std::max(0, pixels);
+}
+
+QPoint SnappableWindow::snappedPosition(const QRect& window, const QVector<QRect>& areas,
                                         const QVector<QRect>& neighbours, int distance) {
     if (distance <= 0)
         return window.topLeft();
@@ -83,34 +95,35 @@ QPoint SnappableWindow::SnappedPosition(const QRect& window, const QVector<QRect
 
 bool SnappableWindow::snap() {
     const auto fixedStates = Qt::WindowMaximized | Qt::WindowFullScreen | Qt::WindowMinimized;
-    if (!m_window->isVisible() || (m_window->windowState() & fixedStates))
+    if (!d->window || !d->window->isVisible() || (d->window->windowState() & fixedStates))
         return false;
     QVector<QRect> neighbours;
     for (const SnappableWindow* other : qAsConst(allSnappable())) {
-        if (other != this && other->m_window->isVisible() && other->m_window->isWindow())
-            neighbours.append(other->m_window->frameGeometry());
+        const QWidget* window = other->d->window;
+        if (other != this && window && window->isVisible() && window->isWindow())
+            neighbours.append(window->frameGeometry());
     }
-    const QRect frame = m_window->frameGeometry();
+    const QRect frame = d->window->frameGeometry();
     const QPoint to =
-        SnappedPosition(frame, WindowPlacement::AvailableAreas(), neighbours, m_snapDistance);
+        snappedPosition(frame, WindowPlacement::availableAreas(), neighbours, d->snapDistance);
     if (to == frame.topLeft())
         return false;
-    m_window->move(to);
+    d->window->move(to);
     return true;
 }
 
 void SnappableWindow::snapEvent(const QEvent* event) {
     switch (event->type()) {
     case QEvent::NonClientAreaMouseButtonPress:
-        m_movedByFrame = false;
+        d->movedByFrame = false;
         break;
     case QEvent::Move:
-        m_movedByFrame = m_movedByFrame || event->spontaneous();
+        d->movedByFrame = d->movedByFrame || event->spontaneous();
         break;
     case QEvent::NonClientAreaMouseButtonRelease:
-        if (m_movedByFrame)
+        if (d->movedByFrame)
             snap();
-        m_movedByFrame = false;
+        d->movedByFrame = false;
         break;
     default:
         break;

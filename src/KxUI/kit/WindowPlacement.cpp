@@ -28,7 +28,7 @@ QRect movedInto(const QRect& window, const QRect& area) {
 
 } // namespace
 
-QVector<QRect> WindowPlacement::AvailableAreas() {
+QVector<QRect> WindowPlacement::availableAreas() {
     QVector<QRect> areas;
     const auto screens = QGuiApplication::screens();
     for (const QScreen* screen : screens)
@@ -36,14 +36,14 @@ QVector<QRect> WindowPlacement::AvailableAreas() {
     return areas;
 }
 
-QRect WindowPlacement::PulledBack(const QRect& window, const QVector<QRect>& areas) {
+QRect WindowPlacement::pulledBack(const QRect& window, const QVector<QRect>& areas) {
     const auto graspable = [&](const QRect& area) { return isGraspable(window, area); };
     if (areas.isEmpty() || std::any_of(areas.begin(), areas.end(), graspable))
         return window;
     return movedInto(window, areas.first());
 }
 
-QPoint WindowPlacement::PositionAside(const QRect& window, const QVector<QRect>& others,
+QPoint WindowPlacement::positionAside(const QRect& window, const QVector<QRect>& others,
                                       const QRect& avoid, const QVector<QRect>& areas) {
     const auto obscures = [&](const QRect& place) {
         return (!avoid.isNull() && place.intersects(avoid)) ||
@@ -79,10 +79,12 @@ QPoint WindowPlacement::PositionAside(const QRect& window, const QVector<QRect>&
     return window.topLeft();
 }
 
-bool WindowPlacement::MoveAside(QWidget* window, const QWidget* avoid) {
+bool WindowPlacement::moveAside(QWidget* window, const QWidget* avoid) {
+    if (!window)
+        return false;
     const QRect frame = window->frameGeometry();
-    const QVector<QRect> areas = AvailableAreas();
-    QRect place = PulledBack(frame, areas);
+    const QVector<QRect> areas = availableAreas();
+    QRect place = pulledBack(frame, areas);
 
     QVector<QRect> others;
     const auto windows = QApplication::topLevelWidgets();
@@ -94,7 +96,7 @@ bool WindowPlacement::MoveAside(QWidget* window, const QWidget* avoid) {
             others.append(other->frameGeometry());
     }
     const QRect avoided = avoid ? QRect(avoid->mapToGlobal(QPoint()), avoid->size()) : QRect();
-    place.moveTopLeft(PositionAside(place, others, avoided, areas));
+    place.moveTopLeft(positionAside(place, others, avoided, areas));
     if (place == frame)
         return false;
     window->resize(window->size() - (frame.size() - place.size()));

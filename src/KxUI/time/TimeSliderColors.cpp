@@ -1,50 +1,17 @@
 #include <KxUI/time/TimeSliderColors_p.h>
 
+#include <KxUI/kit/ColorContrast_p.h>
+
 #include <QPalette>
 
-#include <algorithm>
-#include <cmath>
 #include <initializer_list>
 
 namespace Kestrel::UI {
 namespace {
 
-constexpr double ReadableText = 4.5; // WCAG 2.1, 1.4.3
 constexpr double VisibleShape = 1.4;
 
-double luminance(const QColor& color) {
-    const auto linear = [](double value) {
-        return value <= 0.03928 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
-    };
-    return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) +
-           0.0722 * linear(color.blueF());
-}
-
-// The first candidate that is good enough on every background, else the best there is.
-QColor firstVisible(std::initializer_list<QColor> candidates,
-                    std::initializer_list<QColor> backgrounds, double enough) {
-    QColor best;
-    double bestContrast = 0;
-    for (const QColor& candidate : candidates) {
-        double contrast = 21;
-        for (const QColor& background : backgrounds)
-            contrast = std::min(contrast, contrastRatio(candidate, background));
-        if (contrast > bestContrast) {
-            best = candidate;
-            bestContrast = contrast;
-        }
-        if (contrast >= enough)
-            break;
-    }
-    return best;
-}
-
 } // namespace
-
-double contrastRatio(const QColor& a, const QColor& b) {
-    const auto [darker, lighter] = std::minmax({luminance(a), luminance(b)});
-    return (lighter + 0.05) / (darker + 0.05);
-}
 
 TimeSliderColors TimeSliderColors::of(const QPalette& palette) {
     const QColor dark = palette.color(QPalette::Dark);
@@ -65,7 +32,7 @@ TimeSliderColors TimeSliderColors::of(const QPalette& palette) {
         return firstVisible({preferred, palette.color(QPalette::Text),
                              palette.color(QPalette::BrightText), palette.color(QPalette::Base),
                              palette.color(QPalette::Shadow)},
-                            backgrounds, ReadableText);
+                            backgrounds, ReadableContrast);
     };
     colors.text = textOn(palette.color(QPalette::WindowText), {colors.clip, colors.playback});
     colors.outsideText = textOn(colors.text, {colors.outside});

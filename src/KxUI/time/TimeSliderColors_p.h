@@ -23,7 +23,4 @@ struct TimeSliderColors {
     static TimeSliderColors of(const QPalette& palette);
 };
 
-/** How well two colours tell apart, from 1 to 21 (the contrast ratio of WCAG 2.1). */
-double contrastRatio(const QColor& a, const QColor& b);
-
 } // namespace Kestrel::UI
