@@ -221,6 +221,8 @@ private slots:
     void emptyRowsTouchNothing() {
         for (const PixelLayout layout : layouts()) {
             decodeRow(layout, nullptr, {}, 0);
+            decodeRow(layout, nullptr, {}, 12);
+            encodeRow(layout, {}, 12, nullptr);
             encodeRow(layout, {}, -3, nullptr);
         }
         decodeRow(PixelLayout::V210, nullptr, {}, 5);

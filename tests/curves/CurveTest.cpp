@@ -1,4 +1,5 @@
 #include <KxUI/curves/Curve.h>
+#include <KxUI/curves/Curves.h>
 
 #include <support/Columns.h>
 #include <support/TestRegistry.h>
@@ -135,6 +136,9 @@ private slots:
     }
 
     void codes() {
+        Curve().buildLUT(8, nullptr);
+        Curve().buildRGBALUT(8, nullptr, 4);
+        Kestrel::UI::Curves().buildRGBALUT(8, nullptr);
         std::vector<unsigned short> table(7, 77);
         curveThrough({{0, -0.5F}, {1, 1.5F}}).buildRGBALUT(3, table.data(), 3);
         QCOMPARE(table, (std::vector<unsigned short>{0, 77, 77, 32768, 77, 77, 65535}));

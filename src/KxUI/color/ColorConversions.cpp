@@ -184,7 +184,8 @@ int rowColorSpace(PixelLayout layout) noexcept {
 void decodeRow(PixelLayout layout, const void* source, const PlanarRow& to, int pixels,
                const YCbCrToRgbCoefficients& coefficients) noexcept {
     const auto index = std::size_t(layout);
-    if (const std::size_t count = wholePixels(layout, pixels))
+    const std::size_t count = wholePixels(layout, pixels);
+    if (count != 0 && source && to.red && to.green && to.blue)
         rowKernels().decode[index](source, to, count, codeScale(layout), coefficients);
 }
 
@@ -195,7 +196,8 @@ void decodeRow(PixelLayout layout, const void* source, const PlanarRow& to, int 
 void encodeRow(PixelLayout layout, const ConstPlanarRow& from, int pixels, void* destination,
                const RgbToYCbCrMatrix& matrix) noexcept {
     const auto index = std::size_t(layout);
-    if (const std::size_t count = wholePixels(layout, pixels))
+    const std::size_t count = wholePixels(layout, pixels);
+    if (count != 0 && destination && from.red && from.green && from.blue)
         rowKernels().encode[index](from, count, destination, codeScale(layout), matrix);
 }
 

@@ -34,7 +34,7 @@ constexpr int Count = 5;
 KXUI_EXPORT const char* colorSpaceName(int index) noexcept;
 
 /** R = Y + crToRed Cr; G = Y + crToGreen Cr + cbToGreen Cb; B = Y + cbToBlue Cb, where Y is
-    nominally 0-1, Cb and Cr are nominally -0.5 to 0.5. */
+    nominally 0-1, Cb and Cr are nominally -0.5 to 0.5. A plain value; its layout is frozen. */
 struct YCbCrToRgbCoefficients {
     float crToRed;   ///< what Cr adds to red
     float crToGreen; ///< what Cr adds to green, negative
@@ -42,7 +42,8 @@ struct YCbCrToRgbCoefficients {
     float cbToBlue;  ///< what Cb adds to blue
 };
 
-/** Rows Y, Cb and Cr of the matrix for a column (R, G, B), all nominally 0-1. */
+/** Rows Y, Cb and Cr of the matrix for a column (R, G, B), all nominally 0-1. A plain value; its
+    layout is frozen. */
 struct RgbToYCbCrMatrix {
     std::array<float, 3> luma; ///< weights of red, green and blue in Y
     std::array<float, 3> cb;   ///< weights in Cb, which add up to 0
@@ -126,7 +127,7 @@ KXUI_EXPORT std::size_t rowBytes(PixelLayout layout, int pixels) noexcept;
 KXUI_EXPORT int rowColorSpace(PixelLayout layout) noexcept;
 
 /** A row of float pixels, one pointer to the first sample of each component. The memory is the
-    caller's. */
+    caller's. A plain value; its layout is frozen. */
 struct PlanarRow {
     float* alpha = nullptr; ///< may stay null where alpha is not wanted
     float* red = nullptr;   ///< not null
@@ -136,7 +137,7 @@ struct PlanarRow {
     std::ptrdiff_t step = 1;
 };
 
-/** A `PlanarRow` to read from. */
+/** A `PlanarRow` to read from. A plain value; its layout is frozen. */
 struct ConstPlanarRow {
     /** No memory yet. */
     ConstPlanarRow() = default;
@@ -162,8 +163,8 @@ struct ConstPlanarRow {
 
 /** Unpacks the first `pixels` pixels at `source` (any alignment, `rowBytes` of them are read).
     Alpha is 1 for layouts without it, and is not written to a null `to.alpha`. RGB layouts ignore
-    the coefficients. `source` and `to` do not overlap. The bits of the result do not depend on the
-    processor. */
+    the coefficients. `source` and `to` do not overlap; nothing is done where `source` or a colour
+   of `to` is null. The bits of the result do not depend on the processor. */
 KXUI_EXPORT void decodeRow(PixelLayout layout, const void* source, const PlanarRow& to, int pixels,
                            const YCbCrToRgbCoefficients& coefficients) noexcept;
 
@@ -175,8 +176,8 @@ KXUI_EXPORT void decodeRow(PixelLayout layout, const void* source, const PlanarR
     stands for 1. Codes are rounded and limited to what the layout holds (8-bit studio luma to
     1-254, 10-bit to 4-1019); what is not a number gets the lowest. Two pixels that share chroma get
     the mean of theirs; a last one without a partner stands for both. RGB layouts ignore the matrix.
-    `from` and `destination` do not overlap. The bits of the result do not depend on the
-    processor. */
+    `from` and `destination` do not overlap; nothing is done where a colour of `from` or
+    `destination` is null. The bits of the result do not depend on the processor. */
 KXUI_EXPORT void encodeRow(PixelLayout layout, const ConstPlanarRow& from, int pixels,
                            void* destination, const RgbToYCbCrMatrix& matrix) noexcept;
 

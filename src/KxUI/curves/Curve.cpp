@@ -249,7 +249,8 @@ void Curve::fill(unsigned int begin, unsigned int end, unsigned int size,
 }
 
 void Curve::buildLUT(unsigned int size, float* out) const noexcept {
-    fill(0, size, size, out);
+    if (out)
+        fill(0, size, size, out);
 }
 
 void Curve::storeCodes(const float* values, unsigned int count, unsigned short* out,
@@ -263,6 +264,8 @@ void Curve::storeCodes(const float* values, unsigned int count, unsigned short* 
 }
 
 void Curve::buildRGBALUT(unsigned int size, unsigned short* out, int stride) const noexcept {
+    if (!out)
+        return;
     std::array<float, CodeChunk> values;
     for (unsigned int begin = 0; begin < size;) {
         const unsigned int count = std::min(CodeChunk, size - begin);

@@ -17,7 +17,8 @@ namespace Kestrel::UI {
     there, each stretch between such knots is solved by itself, and the step between them is a
     straight line. So finite knots never give an infinite value.
 
-    A plain value. Any number of threads may evaluate one curve that none of them changes. */
+    A plain value, whose layout is frozen. Any number of threads may evaluate one curve that none of
+   them changes. */
 class KXUI_EXPORT Curve {
 public:
     /** The most knots that any curve holds. */
@@ -61,11 +62,12 @@ public:
     void calculateCoefficients() const noexcept;
 
     /** Fills `out` with `size` values, unclamped: entry i is `valueAt(i / (size - 1))`. A single
-        entry is the value at 0. */
+        entry is the value at 0. Nothing for null. */
     void buildLUT(unsigned int size, float* out) const noexcept;
 
     /** The values of `buildLUT` as 16-bit codes (0-1 is 0-65535, rounded and clamped); entry i is
-        stored at `out[i * stride]`. A value that is not a number is stored as 0. */
+        stored at `out[i * stride]`. A value that is not a number is stored as 0. Nothing for
+        null. */
     void buildRGBALUT(unsigned int size, unsigned short* out, int stride) const noexcept;
 
     /** Whether the curve has exactly two knots, each within 0.0001 of (0, 0) and (1, 1). */

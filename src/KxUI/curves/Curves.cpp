@@ -27,6 +27,8 @@ void Curves::addCurve(const Curve& curve) noexcept {
 }
 
 void Curves::buildRGBALUT(unsigned int size, unsigned short* out) const noexcept {
+    if (!out)
+        return;
     constexpr int Channels = 4;
     constexpr int ColorChannels = 3;
     using Values = std::array<float, Curve::CodeChunk>;

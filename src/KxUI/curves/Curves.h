@@ -8,7 +8,8 @@
 
 namespace Kestrel::UI {
 
-/** Up to four curves that grade one image. A plain value; threads as for `Curve`.
+/** Up to four curves that grade one image. A plain value, whose layout is frozen; threads
+    as for `Curve`.
 
     What the slots mean: a single curve serves red, green and blue alike; otherwise slots 0, 1 and 2
     serve red, green and blue, and slot 3 is a master that is applied to the results of those
@@ -38,7 +39,7 @@ public:
     void addCurve(const Curve& curve) noexcept;
 
     /** Fills `size` entries of four codes each (red, green, blue, alpha), scaled as in
-        `Curve::buildRGBALUT`. */
+        `Curve::buildRGBALUT`. Nothing for null. */
     void buildRGBALUT(unsigned int size, unsigned short* out) const noexcept;
 
     /** Same count, and the curves in use are equal. */

@@ -2,7 +2,8 @@
 
 namespace Kestrel::UI {
 
-/** One point that a `Curve` passes through. Coordinates are nominally in 0-1. */
+/** One point that a `Curve` passes through. Coordinates are nominally in 0-1. A plain
+    value; its layout is frozen. */
 struct Knot {
     float x = 0.0F; ///< where it is; knots are sorted by it
     float y = 0.0F; ///< the curve's value there
