@@ -3,7 +3,6 @@
 #include <KxUI/Export.h>
 
 #include <QPointF>
-#include <QVarLengthArray>
 #include <QWidget>
 
 #include <array>
@@ -12,13 +11,7 @@
 
 namespace Kestrel::UI {
 
-class ColorWheelDrag;
-class ColorWheelPictures;
-struct ColorWheelCommand;
-struct ColorWheelGeometry;
-struct ColorWheelInput;
-struct ColorWheelScene;
-struct Hsv;
+class ColorWheelPrivate;
 
 /** Shows and edits a colour as hue (around a disc, counterclockwise from red at the right),
     saturation (outwards) and value. The disc is drawn at full value; the marker is filled with the
@@ -44,6 +37,20 @@ struct Hsv;
     Interface thread. */
 class KXUI_EXPORT ColorWheel : public QWidget {
     Q_OBJECT
+    Q_PROPERTY(float hue READ hue WRITE setHue NOTIFY colorChanged)
+    Q_PROPERTY(float saturation READ saturation WRITE setSaturation NOTIFY colorChanged)
+    Q_PROPERTY(float value READ value WRITE setValue NOTIFY colorChanged)
+    Q_PROPERTY(float ringValue READ ringValue WRITE setRingValue NOTIFY ringValueChanged)
+    Q_PROPERTY(bool zoomEnabled READ getZoomEnabled WRITE setZoomEnabled NOTIFY zoomEnabledChanged)
+    Q_PROPERTY(float zoom READ zoom NOTIFY viewChanged)
+    Q_PROPERTY(QPointF pan READ pan NOTIFY viewChanged)
+    Q_PROPERTY(
+        DisplayMode displayMode READ displayMode WRITE setDisplayMode NOTIFY displayModeChanged)
+    Q_PROPERTY(InteractionMode interactionMode READ interactionMode WRITE setInteractionMode NOTIFY
+                   interactionModeChanged)
+    Q_PROPERTY(float interactionScale READ interactionScale WRITE setInteractionScale NOTIFY
+                   interactionScaleChanged)
+    Q_PROPERTY(float hueRotation READ hueRotation WRITE setHueRotation NOTIFY hueRotationChanged)
 
 public:
     /** What is drawn, and what a drag on it means. */
@@ -91,7 +98,8 @@ public:
                         QWidget* parent = nullptr);
     ~ColorWheel() override;
 
-    /** Stores the three as they are and repaints, without a signal. The ring value stays. */
+    /** Stores the three as they are and repaints. The ring value stays. Like all setters here it
+        emits no signal of an edit, only colorChanged(). */
     void setHSV(float hue, float saturation, float value);
 
     /** Writes the three. True where the value is exactly 0, so that hue and saturation mean
@@ -106,37 +114,42 @@ public:
     /** What the value ring shows; 1 at first. It follows the value only where the user changes it.
      */
     void setRingValue(float value);
-    float ringValue() const { return m_ringValue; }
+    float ringValue() const;
+
+    /** The colour, as getHSV(). */
+    float hue() const;
+    float saturation() const;
+    float value() const;
 
     /** The hue limited to 0-1; 0 where it is not a number. */
     float getClampedHue() const;
 
     /** Whether the user can zoom and pan; the view stays as it is. */
-    void setZoomEnabled(bool enabled) { m_zoomEnabled = enabled; }
-    bool getZoomEnabled() const { return m_zoomEnabled; }
+    void setZoomEnabled(bool enabled);
+    bool getZoomEnabled() const;
 
     /** The magnification, 1/8 to 64. */
-    float zoom() const { return m_zoom; }
+    float zoom() const;
     /** How far the centre is from that of the widget, rightwards and upwards, in radii of the disc;
         each within -1.9 to 1.9. */
-    QPointF pan() const { return m_pan; }
+    QPointF pan() const;
 
     /** What is drawn. A wheel that was made as `EmbeddedWheel` keeps its size and stays without
         zoom. */
     void setDisplayMode(DisplayMode mode);
-    DisplayMode displayMode() const { return m_displayMode; }
+    DisplayMode displayMode() const;
 
     /** How a drag moves the colour; counts from the next movement of a drag on. */
-    void setInteractionMode(InteractionMode mode) { m_interactionMode = mode; }
-    InteractionMode interactionMode() const { return m_interactionMode; }
+    void setInteractionMode(InteractionMode mode);
+    InteractionMode interactionMode() const;
 
     /** How far a relative drag moves the colour for each pixel of the cursor; 0.1 at first. */
-    void setInteractionScale(float scale) { m_interactionScale = scale; }
-    float interactionScale() const { return m_interactionScale; }
+    void setInteractionScale(float scale);
+    float interactionScale() const;
 
     /** Where the hue 0 is, in radians counterclockwise from the right; 0 at first. */
     void setHueRotation(float radians);
-    float hueRotation() const { return m_hueRotation; }
+    float hueRotation() const;
 
     /** Whether the colour follows the cursor, in the current drag if there is one. */
     bool isAbsoluteMode() const;
@@ -151,13 +164,13 @@ public:
     void setColorSource(ColorSource source);
 
     /** Takes over value and saturation of the picker's colour, and its hue unless that is a grey,
-        without a signal. Nothing without a source. */
+        without a signal of an edit. Nothing without a source. */
     void updateFromControl();
 
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
 
-public slots:
+public Q_SLOTS:
     /** As setHSV(). */
     void setHSVSlot(float hue, float saturation, float value);
 
@@ -168,7 +181,7 @@ public slots:
         and ends it without changedSignal(). Nothing without a drag. */
     void cancelDrag();
 
-signals:
+Q_SIGNALS:
     /** Sent in pairs around all that the user does: a drag, also one that pans or zooms, a double
         click, a key. The colour at the start is the one to come back to. */
     void startDragSignal();
@@ -184,6 +197,17 @@ signals:
     /** The user changed the colour; at every movement of a drag that does so. */
     void hsvChanged(float hue, float saturation, float value);
 
+    /** Something became another one, by whomever; sent after it did. `viewChanged` tells of zoom
+       and pan. */
+    void colorChanged();
+    void ringValueChanged(float value);
+    void viewChanged();
+    void zoomEnabledChanged(bool enabled);
+    void displayModeChanged(Kestrel::UI::ColorWheel::DisplayMode mode);
+    void interactionModeChanged(Kestrel::UI::ColorWheel::InteractionMode mode);
+    void interactionScaleChanged(float scale);
+    void hueRotationChanged(float radians);
+
 protected:
     bool event(QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
@@ -196,35 +220,9 @@ protected:
     void hideEvent(QHideEvent* event) override;
 
 private:
-    ColorWheelGeometry geometryNow() const;
-    ColorWheelScene scene() const;
-    ColorWheelInput inputOf(const QMouseEvent& event) const;
-    QPointF upwards(const QPointF& position) const;
-    QRegion markerRegion(const Hsv& color) const;
-    void showColor(const Hsv& color, float ringValue);
-    Hsv neutralColor() const;
-    void editOnce(const Hsv& color);
-    void execute(const QVarLengthArray<ColorWheelCommand, 4>& commands);
-    void setView(float zoom, const QPointF& pan);
-    void zoomAbout(const QPointF& point, double factor);
+    friend class ColorWheelPrivate;
 
-    float m_hue = 0.0F;
-    float m_saturation = 0.0F;
-    float m_value = 1.0F;
-    float m_ringValue = 1.0F;
-    float m_zoom = 1.0F;
-    float m_interactionScale = 0.1F;
-    float m_hueRotation = 0.0F;
-    QPointF m_pan;
-    DisplayMode m_displayMode;
-    InteractionMode m_interactionMode = AbsoluteInteraction;
-    bool m_zoomEnabled;
-    bool m_menuSuppressed = false;
-    const bool m_embedded;
-    ColorTransform m_transform;
-    ColorSource m_source;
-    std::unique_ptr<ColorWheelDrag> m_drag;
-    std::unique_ptr<ColorWheelPictures> m_pictures;
+    const std::unique_ptr<ColorWheelPrivate> d;
 };
 
 Q_DECLARE_OPERATORS_FOR_FLAGS(ColorWheel::DragModes)

@@ -14,6 +14,10 @@ struct Hsv {
     float value = 1.0F;
 };
 
+inline bool operator==(const Hsv& a, const Hsv& b) {
+    return a.hue == b.hue && a.saturation == b.saturation && a.value == b.value;
+}
+
 /** Into 0 up to but without 1, never a negative zero; 0 for what is not finite. */
 float wrappedUnit(float x);
 

@@ -1,0 +1,66 @@
+#pragma once
+
+#include <KxUI/color/ColorWheelDrag_p.h>
+#include <KxUI/color/ColorWheelPictures_p.h>
+
+class QMouseEvent;
+class QPainter;
+class QRegion;
+
+namespace Kestrel::UI {
+
+/** What a colour wheel shows and the state of its mouse; the steps that its events consist of. */
+class ColorWheelPrivate {
+public:
+    ColorWheelPrivate(ColorWheel* wheel, ColorWheel::ColorTransform transform,
+                      ColorWheel::DisplayMode mode);
+
+    ColorWheelGeometry geometry() const;
+    ColorWheelScene scene() const;
+    ColorWheelInput inputOf(const QMouseEvent& event) const;
+    /** A position in the widget from its lower left corner, y upwards. */
+    QPointF upwards(const QPointF& position) const;
+
+    /** What Home and a double click go back to. */
+    Hsv neutralColor() const;
+
+    /** These tell of what has changed, so the wheel may be gone afterwards. */
+    void showColor(const Hsv& color, float ringValue);
+    void showView(float zoom, const QPointF& pan);
+    void execute(const ColorWheelCommands& commands);
+
+    /** A change that is complete by itself. None while a drag is under way, whose signals would no
+        longer come in pairs. */
+    void editOnce(const Hsv& color);
+
+    void zoomAbout(const QPointF& point, double factor);
+
+    void paintPictures(QPainter& painter, const ColorWheelGeometry& geometry,
+                       const QRegion& region);
+    void paintMarkers(QPainter& painter, const ColorWheelGeometry& geometry) const;
+    void paintFocus(QPainter& painter) const;
+
+    Hsv color;
+    float ringValue = 1.0F;
+    float zoom = 1.0F;
+    QPointF pan;
+    float interactionScale = 0.1F;
+    float hueRotation = 0.0F;
+    ColorWheel::DisplayMode displayMode;
+    ColorWheel::InteractionMode interactionMode = ColorWheel::AbsoluteInteraction;
+    bool zoomEnabled;
+    const bool embedded;
+    ColorWheel::ColorTransform transform;
+    ColorWheel::ColorSource source;
+    ColorWheelDrag drag;
+    bool menuSuppressed = false; ///< the right button took a drag back; that is all it meant
+    ColorWheelPictures pictures;
+
+private:
+    QRegion markerRegion(const Hsv& shown) const;
+    void tell(const ColorWheelCommand& command);
+
+    ColorWheel* m_wheel;
+};
+
+} // namespace Kestrel::UI
