@@ -248,6 +248,7 @@ bool MultiStackUndoGroup::refuse(const char* method) const {
 
 void MultiStackUndoGroup::sendActionState() {
     const QPointer<MultiStackUndoGroup> self(this);
+    const int before = d->sent.index;
     const UndoActionState state = d->sent = d->actionState();
     Q_EMIT setRedoable(state.redoable);
     if (self)
@@ -256,6 +257,8 @@ void MultiStackUndoGroup::sendActionState() {
         Q_EMIT setUndoActionText(state.undoText);
     if (self)
         Q_EMIT setRedoActionText(state.redoText);
+    if (self && state.index != before)
+        Q_EMIT indexChanged(state.index);
 }
 
 } // namespace Kestrel::UI

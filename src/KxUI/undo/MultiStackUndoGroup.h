@@ -26,6 +26,11 @@ class MultiStackUndoGroupPrivate;
     Interface thread. */
 class KXUI_EXPORT MultiStackUndoGroup : public QObject {
     Q_OBJECT
+    Q_PROPERTY(int index READ index WRITE makeIndex NOTIFY indexChanged)
+    Q_PROPERTY(bool canUndo READ canUndo NOTIFY setUndoable)
+    Q_PROPERTY(bool canRedo READ canRedo NOTIFY setRedoable)
+    Q_PROPERTY(QString undoText READ undoText NOTIFY setUndoActionText)
+    Q_PROPERTY(QString redoText READ redoText NOTIFY setRedoActionText)
 
 public:
     /** An empty history; `parent` owns the object, without one whoever made it does. */
@@ -75,7 +80,8 @@ public:
     QAction* createRedoAction(QObject* parent) const;
 
 public Q_SLOTS:
-    /** Registers a project, which is borrowed. */
+    /** Registers a project, which is borrowed. Null is a project like any other, here as in
+        performCommand(). */
     void addProject(Kestrel::UI::UndoableProject* project);
 
     /** Deletes the commands of a project, done and undone ones, and forgets the project. */
@@ -104,6 +110,9 @@ Q_SIGNALS:
     void setRedoable(bool redoable);
     void setUndoActionText(const QString& text);
     void setRedoActionText(const QString& text);
+
+    /** The index became another one; after the texts. */
+    void indexChanged(int index);
 
 private:
     bool refuse(const char* method) const;

@@ -9,7 +9,7 @@ namespace Kestrel::UI {
 
 bool operator==(const UndoActionState& a, const UndoActionState& b) {
     const auto fields = [](const UndoActionState& each) {
-        return std::tie(each.undoable, each.redoable, each.undoText, each.redoText);
+        return std::tie(each.undoable, each.redoable, each.undoText, each.redoText, each.index);
     };
     return fields(a) == fields(b);
 }
@@ -23,7 +23,7 @@ UndoActionState MultiStackUndoGroupPrivate::actionState() const {
     const QUndoCommand* undo = commandAt(m_index - 1);
     const QUndoCommand* redo = commandAt(m_index);
     return {undo != nullptr, redo != nullptr, undo ? undo->text() : QString(),
-            redo ? redo->text() : QString()};
+            redo ? redo->text() : QString(), m_index};
 }
 
 QUndoCommand* MultiStackUndoGroupPrivate::lastDone(UndoableProject* project) const {

@@ -11,12 +11,13 @@
 
 namespace Kestrel::UI {
 
-/** What the actions of an undo group show. */
+/** What the actions of an undo group show, and the index that it goes with. */
 struct UndoActionState {
     bool undoable = false;
     bool redoable = false;
     QString undoText;
     QString redoText;
+    int index = 0;
 };
 
 bool operator==(const UndoActionState& a, const UndoActionState& b);

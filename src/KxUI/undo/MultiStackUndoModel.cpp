@@ -3,6 +3,7 @@
 #include <KxUI/undo/MultiStackUndoGroup.h>
 
 #include <QMetaMethod>
+#include <QPointer>
 #include <QUndoCommand>
 
 namespace Kestrel::UI {
@@ -42,17 +43,29 @@ private:
 
 } // namespace
 
+/** The data of a MultiStackUndoModel. */
+class MultiStackUndoModelPrivate {
+public:
+    explicit MultiStackUndoModelPrivate(MultiStackUndoModel* model)
+        : selectionModel(new UndoSelectionModel(model)) {}
+
+    QPointer<MultiStackUndoGroup> group;
+    QItemSelectionModel* selectionModel;
+};
+
 MultiStackUndoModel::MultiStackUndoModel(QObject* parent)
     : QAbstractItemModel(parent)
-    , m_selectionModel(new UndoSelectionModel(this)) {}
+    , d(std::make_unique<MultiStackUndoModelPrivate>(this)) {}
+
+MultiStackUndoModel::~MultiStackUndoModel() = default;
 
 void MultiStackUndoModel::setGroup(MultiStackUndoGroup* group) {
     using Group = MultiStackUndoGroup;
     using Model = MultiStackUndoModel;
-    if (m_group)
-        disconnect(m_group, nullptr, this, nullptr);
+    if (d->group)
+        disconnect(d->group, nullptr, this, nullptr);
     beginResetModel();
-    m_group = group;
+    d->group = group;
     if (group) {
         connect(group, &Group::projectAboutToBeAdded, this, &Model::groupAboutToBeChanged);
         connect(group, &Group::projectAboutToBeChanged, this, &Model::groupAboutToBeChanged);
@@ -70,11 +83,15 @@ void MultiStackUndoModel::setGroup(MultiStackUndoGroup* group) {
 }
 
 MultiStackUndoGroup* MultiStackUndoModel::group() const {
-    return m_group;
+    return d->group;
+}
+
+QItemSelectionModel* MultiStackUndoModel::selectionModel() const {
+    return d->selectionModel;
 }
 
 QModelIndex MultiStackUndoModel::index(int row, int column, const QModelIndex& parent) const {
-    if (!m_group || parent.isValid())
+    if (!d->group || parent.isValid())
         return {};
     return createIndex(row, column, static_cast<quintptr>(row));
 }
@@ -84,7 +101,8 @@ QModelIndex MultiStackUndoModel::parent(const QModelIndex&) const {
 }
 
 int MultiStackUndoModel::rowCount(const QModelIndex& parent) const {
-    return m_group && !parent.isValid() ? static_cast<int>(m_group->undoCommands().size()) + 1 : 0;
+    return d->group && !parent.isValid() ? static_cast<int>(d->group->undoCommands().size()) + 1
+                                         : 0;
 }
 
 int MultiStackUndoModel::columnCount(const QModelIndex&) const {
@@ -95,13 +113,13 @@ QVariant MultiStackUndoModel::data(const QModelIndex& index, int role) const {
     const int row = rowOf(index);
     if (row < 0 || role != Qt::DisplayRole)
         return {};
-    return row == 0 ? tr("<empty>") : m_group->undoCommands().at(row - 1)->command->text();
+    return row == 0 ? tr("<empty>") : d->group->undoCommands().at(row - 1)->command->text();
 }
 
 void MultiStackUndoModel::setCurrentIndex(const QModelIndex& index) {
     const int row = rowOf(index);
     if (row >= 0)
-        m_group->makeIndex(row);
+        d->group->makeIndex(row);
 }
 
 void MultiStackUndoModel::groupAboutToBeChanged() {
@@ -115,16 +133,16 @@ void MultiStackUndoModel::groupChanged() {
 
 // The row that an index stands for, or -1.
 int MultiStackUndoModel::rowOf(const QModelIndex& index) const {
-    if (!m_group || !index.isValid() || index.column() != 0 ||
+    if (!d->group || !index.isValid() || index.column() != 0 ||
         index.internalId() >= static_cast<quintptr>(rowCount()))
         return -1;
     return static_cast<int>(index.internalId());
 }
 
 void MultiStackUndoModel::selectRowOfGroup() {
-    if (m_group)
-        m_selectionModel->setCurrentIndex(index(m_group->index(), 0),
-                                          QItemSelectionModel::ClearAndSelect);
+    if (d->group)
+        d->selectionModel->setCurrentIndex(index(d->group->index(), 0),
+                                           QItemSelectionModel::ClearAndSelect);
 }
 
 } // namespace Kestrel::UI

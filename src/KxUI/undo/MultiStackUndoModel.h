@@ -4,11 +4,13 @@
 
 #include <QAbstractItemModel>
 #include <QItemSelectionModel>
-#include <QPointer>
+
+#include <memory>
 
 namespace Kestrel::UI {
 
 class MultiStackUndoGroup;
+class MultiStackUndoModelPrivate;
 
 /** The history of a MultiStackUndoGroup as a list of one column: row 0 stands for "nothing done",
     row n for the n-th entry. The current row of its selection model is the group's index: it
@@ -20,6 +22,7 @@ class KXUI_EXPORT MultiStackUndoModel : public QAbstractItemModel {
 
 public:
     explicit MultiStackUndoModel(QObject* parent = nullptr);
+    ~MultiStackUndoModel() override;
 
     /** Shows another group; null, or a group that was deleted, makes a model without rows. The
         group stays the host's. */
@@ -28,7 +31,7 @@ public:
     MultiStackUndoGroup* group() const;
 
     /** The selection model for the views on this model, owned by it. */
-    QItemSelectionModel* selectionModel() const { return m_selectionModel; }
+    QItemSelectionModel* selectionModel() const;
 
     QModelIndex index(int row, int column, const QModelIndex& parent = {}) const override;
     QModelIndex parent(const QModelIndex& index) const override;
@@ -37,7 +40,7 @@ public:
     int columnCount(const QModelIndex& parent = {}) const override;
     QVariant data(const QModelIndex& index, int role = Qt::DisplayRole) const override;
 
-public slots:
+public Q_SLOTS:
     /** Takes the group to the row of `index`. */
     void setCurrentIndex(const QModelIndex& index);
 
@@ -50,8 +53,7 @@ private:
     int rowOf(const QModelIndex& index) const;
     void selectRowOfGroup();
 
-    QPointer<MultiStackUndoGroup> m_group;
-    QItemSelectionModel* m_selectionModel;
+    const std::unique_ptr<MultiStackUndoModelPrivate> d;
 };
 
 } // namespace Kestrel::UI

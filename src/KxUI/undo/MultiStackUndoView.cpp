@@ -4,35 +4,48 @@
 
 namespace Kestrel::UI {
 
+/** The data of a MultiStackUndoView. */
+class MultiStackUndoViewPrivate {
+public:
+    explicit MultiStackUndoViewPrivate(MultiStackUndoView* view)
+        : model(new MultiStackUndoModel(view)) {}
+
+    MultiStackUndoModel* model;
+    bool currentIsNew = false;
+    bool scrollToCurrent = false;
+};
+
 MultiStackUndoView::MultiStackUndoView(QWidget* parent)
     : QListView(parent)
-    , m_model(new MultiStackUndoModel(this)) {
+    , d(std::make_unique<MultiStackUndoViewPrivate>(this)) {
     setUniformItemSizes(true);
-    setModel(m_model);
+    setModel(d->model);
     const QItemSelectionModel* replaced = selectionModel();
-    setSelectionModel(m_model->selectionModel());
+    setSelectionModel(d->model->selectionModel());
     delete replaced;
 }
 
+MultiStackUndoView::~MultiStackUndoView() = default;
+
 void MultiStackUndoView::setGroup(MultiStackUndoGroup* group) {
-    m_model->setGroup(group);
+    d->model->setGroup(group);
 }
 
 // Each step of a jump resets the list. To lay all of it out as often would take longer than the
 // commands do, so what needs to know where the current row is waits for the next layout.
 void MultiStackUndoView::currentChanged(const QModelIndex&, const QModelIndex&) {
-    m_currentIsNew = true;
-    m_scrollToCurrent = hasAutoScroll(); // switched off by the base class while a row is pressed
+    d->currentIsNew = true;
+    d->scrollToCurrent = hasAutoScroll(); // switched off by the base class while a row is pressed
     scheduleDelayedItemsLayout();
 }
 
 void MultiStackUndoView::doItemsLayout() {
     QListView::doItemsLayout();
-    if (!m_currentIsNew)
+    if (!d->currentIsNew)
         return;
-    m_currentIsNew = false;
+    d->currentIsNew = false;
     const bool autoScroll = hasAutoScroll();
-    setAutoScroll(autoScroll && m_scrollToCurrent);
+    setAutoScroll(autoScroll && d->scrollToCurrent);
     QListView::currentChanged(currentIndex(), QModelIndex());
     setAutoScroll(autoScroll);
 }

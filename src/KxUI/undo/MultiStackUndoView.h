@@ -4,10 +4,12 @@
 
 #include <QListView>
 
+#include <memory>
+
 namespace Kestrel::UI {
 
 class MultiStackUndoGroup;
-class MultiStackUndoModel;
+class MultiStackUndoViewPrivate;
 
 /** A list of the history of a MultiStackUndoGroup. The selected row is the current state; clicking
     another, or going there by key, undoes or redoes up to it. Showing or focusing the view changes
@@ -18,6 +20,7 @@ class KXUI_EXPORT MultiStackUndoView : public QListView {
 
 public:
     explicit MultiStackUndoView(QWidget* parent = nullptr);
+    ~MultiStackUndoView() override;
 
     /** Shows another group, or none for null. The group stays the host's. */
     void setGroup(MultiStackUndoGroup* group);
@@ -32,9 +35,7 @@ protected:
     selectionCommand(const QModelIndex& index, const QEvent* event = nullptr) const override;
 
 private:
-    MultiStackUndoModel* m_model;
-    bool m_currentIsNew = false;
-    bool m_scrollToCurrent = false;
+    const std::unique_ptr<MultiStackUndoViewPrivate> d;
 };
 
 } // namespace Kestrel::UI

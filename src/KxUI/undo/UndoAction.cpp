@@ -2,12 +2,20 @@
 
 namespace Kestrel::UI {
 
+/** The data of an UndoAction. */
+class UndoActionPrivate {
+public:
+    const QString prefix;
+};
+
 UndoAction::UndoAction(const QString& text, QObject* parent)
     : QAction(text, parent)
-    , m_prefix(text) {}
+    , d(new UndoActionPrivate{text}) {}
+
+UndoAction::~UndoAction() = default;
 
 void UndoAction::setActionText(const QString& text) {
-    setText(m_prefix + QLatin1Char(' ') + text);
+    setText(d->prefix + QLatin1Char(' ') + text);
 }
 
 } // namespace Kestrel::UI
