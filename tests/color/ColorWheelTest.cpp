@@ -1,6 +1,6 @@
 #include <KxUI/color/ColorConversions.h>
 #include <KxUI/color/ColorWheel.h>
-#include <KxUI/color/ColorWheelGeometry_p.h>
+#include <KxUI/color/ColorWheelDrag_p.h>
 
 #include <support/Columns.h>
 #include <support/Input.h>
@@ -15,9 +15,7 @@
 #include <functional>
 #include <limits>
 
-using Kestrel::UI::ColorWheel;
-using Kestrel::UI::ColorWheelGeometry;
-using Kestrel::UI::Hsv;
+using namespace Kestrel::UI;
 
 namespace {
 
@@ -136,11 +134,31 @@ private slots:
         QFETCH(float, hue);
         QFETCH(float, saturation);
         QFETCH(float, value);
-        ColorWheel wheel({}, ColorWheel::DisplayMode(mode));
-        wheel.resize(Side, Side);
-        wheel.setHSV(0.1F, 0.5F, 0.6F);
-        drag(wheel, from, to, Qt::MouseButton(button), Qt::KeyboardModifiers(modifiers));
-        COMPARE_HSV(wheel, hue, saturation, value);
+        ColorWheelScene scene;
+        scene.geometry =
+            ColorWheelGeometry::of(QSize(Side, Side), ColorWheel::DisplayMode(mode), 1.0, {}, 0.0);
+        scene.color = {0.1F, 0.5F, 0.6F};
+        const auto held = Qt::MouseButton(button);
+        const auto inputAt = [&](QPoint place) {
+            return ColorWheelInput{QPointF(place.x(), Side - place.y()), held,
+                                   Qt::KeyboardModifiers(modifiers)};
+        };
+        ColorWheelDrag drag;
+        const auto obey = [&](const ColorWheelCommands& commands) {
+            for (const ColorWheelCommand& command : commands) {
+                if (command.kind == ColorWheelCommand::ShowColor)
+                    scene.color = command.color;
+            }
+        };
+        obey(drag.press(scene, inputAt(from), held));
+        obey(drag.move(scene, inputAt((from + to) / 2)));
+        obey(drag.move(scene, inputAt(to)));
+        const ColorWheelCommands end = drag.release(held);
+        QCOMPARE(int(end.size()), 2);
+        QCOMPARE(end.last().kind, ColorWheelCommand::Changed);
+        QVERIFY(std::fabs(scene.color.hue - hue) < 0.003F);
+        QVERIFY(std::fabs(scene.color.saturation - saturation) < 0.003F);
+        QVERIFY(std::fabs(scene.color.value - value) < 0.003F);
     }
 
     void relativeDrags() {
@@ -362,8 +380,7 @@ private slots:
                     color.saturation = float(std::hypot(point.x(), point.y()) / geometry.disc);
                 }
                 float rgb[3];
-                Kestrel::UI::hsvToRgb(color.hue, color.saturation, color.value, rgb[0], rgb[1],
-                                      rgb[2]);
+                hsvToRgb(color.hue, color.saturation, color.value, rgb[0], rgb[1], rgb[2]);
                 const QColor seen = image.pixelColor(pixel);
                 const double tolerance = mode == ColorWheel::PlainWheel ? 0.007 : 0.012;
                 QVERIFY(std::fabs(seen.redF() - double(rgb[0])) < tolerance &&

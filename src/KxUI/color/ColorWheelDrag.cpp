@@ -10,6 +10,13 @@ namespace {
 
 using Wheel = ColorWheel;
 
+constexpr double FullValue = 500.0; // pixels to the right from the value 0 to 1
+constexpr double DoubleZoom = 96.0; // pixels up or right for twice the zoom
+constexpr double PressSlack = 3.0;  // pixels around the wheel that still count as its edge
+// A movement on the value ring from beyond the one to beyond the other crosses the seam.
+constexpr float NearFull = 0.9F;
+constexpr float NearEmpty = 0.1F;
+
 double length(const QPointF& point) {
     return std::hypot(point.x(), point.y());
 }
@@ -19,7 +26,6 @@ double length(const QPointF& point) {
 ColorWheel::DragModes ColorWheelDrag::modesFor(const ColorWheelScene& scene, const QPointF& mouse,
                                                Qt::MouseButton button,
                                                Qt::KeyboardModifiers modifiers) {
-    constexpr double Slack = 3.0;
     const bool shift = modifiers.testFlag(Qt::ShiftModifier);
     const bool control = modifiers.testFlag(Qt::ControlModifier);
     const bool alt = modifiers.testFlag(Qt::AltModifier);
@@ -36,7 +42,7 @@ ColorWheel::DragModes ColorWheelDrag::modesFor(const ColorWheelScene& scene, con
 
     const double distance = length(mouse - geometry.centre);
     const bool left = button == Qt::LeftButton && !alt;
-    if (left && distance > geometry.ringOuter + Slack)
+    if (left && distance > geometry.ringOuter + PressSlack)
         return Wheel::NoDrag;
     if (geometry.mode == Wheel::SquareWheel) {
         if (left && distance > geometry.disc)
@@ -191,13 +197,13 @@ Hsv ColorWheelDrag::colorOfSquare(const ColorWheelScene& scene, const QPointF& p
 
 float ColorWheelDrag::value(const ColorWheelScene& scene, const QPointF& point, bool moving) const {
     if (scene.geometry.mode != Wheel::ValueRingWheel) {
-        const double moved = (point.x() - m_pressPoint.x()) / 500.0;
+        const double moved = (point.x() - m_pressPoint.x()) / FullValue;
         return clampedUnit(static_cast<double>(m_start.color.value) + moved);
     }
     const float value = ColorWheelGeometry::ringValueAt(point);
-    if (moving && scene.color.value > 0.9F && value < 0.1F)
+    if (moving && scene.color.value > NearFull && value < NearEmpty)
         return 1.0F;
-    if (moving && scene.color.value < 0.1F && value > 0.9F)
+    if (moving && scene.color.value < NearEmpty && value > NearFull)
         return 0.0F;
     return value;
 }
@@ -212,7 +218,7 @@ QPointF ColorWheelDrag::pan(const ColorWheelScene& scene, const QPointF& mouse) 
 float ColorWheelDrag::zoom(const QPointF& mouse) const {
     const QPointF moved = mouse - m_pressMouse;
     return limitedZoom(static_cast<double>(m_start.zoom) *
-                       std::exp2((moved.x() + moved.y()) / 96.0));
+                       std::exp2((moved.x() + moved.y()) / DoubleZoom));
 }
 
 } // namespace Kestrel::UI

@@ -10,6 +10,16 @@ namespace {
 
 constexpr double TwoPi = 2.0 * M_PI;
 constexpr double MaximumPan = 1.9;
+constexpr double LeastZoom = 1.0 / 8.0;
+constexpr double MostZoom = 64.0;
+
+constexpr double WidgetMargin = 2.0; // pixels of the diameter, and then of the radius
+constexpr double ValueRing = 16.0;   // pixels from the disc to the outer edge of a value ring
+constexpr double ValueRingGap = 4.0; // and to its inner edge
+constexpr double SquareDisc = 0.8;   // of the outer radius, what lies within the ring of hues
+constexpr double EmbeddedDisc = 0.83;
+constexpr double PlainDisc = 0.9;
+constexpr double RingGap = 0.35; // of what is left beside the disc
 
 QPointF direction(double angle) {
     return {std::cos(angle), std::sin(angle)};
@@ -33,26 +43,26 @@ float clampedUnit(double x) {
 
 ColorWheelGeometry ColorWheelGeometry::of(const QSizeF& size, ColorWheel::DisplayMode mode,
                                           double zoom, const QPointF& pan, double hueRotation) {
-    constexpr double ValueRing = 16.0;
     ColorWheelGeometry geometry;
     geometry.mode = mode;
     geometry.height = size.height();
     geometry.rotation = std::isfinite(hueRotation) ? hueRotation : 0.0;
-    const double diameter = std::min(size.width(), size.height()) - 2.0;
-    geometry.outer = zoom * diameter * 0.5 - 2.0;
+    const double diameter = std::min(size.width(), size.height()) - WidgetMargin;
+    geometry.outer = zoom * diameter * 0.5 - WidgetMargin;
     if (mode == ColorWheel::ValueRingWheel) {
         geometry.outer -= zoom * ValueRing;
         geometry.disc = geometry.outer;
-        geometry.ringInner = geometry.disc + zoom * 4.0;
+        geometry.ringInner = geometry.disc + zoom * ValueRingGap;
         geometry.ringOuter = geometry.disc + zoom * ValueRing;
     } else if (mode == ColorWheel::SquareWheel) {
-        geometry.disc = 0.8 * geometry.outer;
-        geometry.halfSquare = (geometry.disc - 2.0) / M_SQRT2;
+        geometry.disc = SquareDisc * geometry.outer;
+        geometry.halfSquare = (geometry.disc - WidgetMargin) / M_SQRT2;
         geometry.ringInner = geometry.disc;
         geometry.ringOuter = geometry.outer;
     } else {
-        geometry.disc = (mode == ColorWheel::EmbeddedWheel ? 0.83 : 0.9) * geometry.outer;
-        geometry.ringInner = geometry.disc + 0.35 * (geometry.outer - geometry.disc);
+        geometry.disc =
+            (mode == ColorWheel::EmbeddedWheel ? EmbeddedDisc : PlainDisc) * geometry.outer;
+        geometry.ringInner = geometry.disc + RingGap * (geometry.outer - geometry.disc);
         geometry.ringOuter = geometry.outer;
     }
     geometry.centre =
@@ -124,7 +134,7 @@ QPointF limitedPan(const QPointF& pan) {
 }
 
 float limitedZoom(double zoom) {
-    return static_cast<float>(std::clamp(zoom, 1.0 / 8.0, 64.0));
+    return static_cast<float>(std::clamp(zoom, LeastZoom, MostZoom));
 }
 
 } // namespace Kestrel::UI
