@@ -168,7 +168,7 @@ Hsv ColorWheelDrag::colorOfDisc(const ColorWheelScene& scene, const QPointF& poi
     if (m_modes & Wheel::DragSaturation)
         color.saturation = clampedUnit(length(point) / geometry.disc);
     if (geometry.mode == Wheel::ValueRingWheel && m_modes == Wheel::DragSaturation) {
-        // Along the hue as it is without a rotation of the wheel, on purpose.
+        // Along the hue's own angle: a rotation of the wheel turns the picture, not this measure.
         const double angle = 2.0 * M_PI * static_cast<double>(start.hue);
         const double along = QPointF::dotProduct(point, {std::cos(angle), std::sin(angle)});
         color.saturation = clampedUnit(along / geometry.disc);
