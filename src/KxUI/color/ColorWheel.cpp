@@ -68,6 +68,8 @@ ColorWheel::ColorWheel(ColorTransform transform, DisplayMode mode, QWidget* pare
     : QWidget(parent)
     , d(std::make_unique<ColorWheelPrivate>(this, std::move(transform), mode)) {
     ColorWheelAccessible::install();
+    qRegisterMetaType<DisplayMode>();
+    qRegisterMetaType<InteractionMode>();
     setFocusPolicy(Qt::WheelFocus);
     setContextMenuPolicy(Qt::CustomContextMenu);
     if (d->embedded) {

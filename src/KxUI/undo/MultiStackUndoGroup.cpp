@@ -1,5 +1,6 @@
 #include <KxUI/undo/MultiStackUndoGroup.h>
 
+#include <KxUI/kit/InterfaceThread_p.h>
 #include <KxUI/undo/MultiStackUndoGroup_p.h>
 #include <KxUI/undo/UndoAction.h>
 
@@ -119,6 +120,7 @@ QAction* MultiStackUndoGroup::createRedoAction(QObject* parent) const {
 }
 
 void MultiStackUndoGroup::performCommand(QUndoCommand* command, UndoableProject* project) {
+    KXUI_INTERFACE_THREAD(this);
     if (!command || command == d->performed || d->has(command)) {
         qWarning("MultiStackUndoGroup::performCommand - refused: %s",
                  command ? "the history has this command already" : "no command");
@@ -156,6 +158,7 @@ void MultiStackUndoGroup::performCommand(QUndoCommand* command, UndoableProject*
 }
 
 void MultiStackUndoGroup::makeIndex(int target) {
+    KXUI_INTERFACE_THREAD(this);
     const QPointer<MultiStackUndoGroup> self(this);
     while (self && index() > target && canUndo()) {
         const int next = index() - 1;
@@ -172,6 +175,7 @@ void MultiStackUndoGroup::makeIndex(int target) {
 }
 
 void MultiStackUndoGroup::addProject(UndoableProject* project) {
+    KXUI_INTERFACE_THREAD(this);
     if (refuse("addProject"))
         return;
     {
@@ -185,6 +189,7 @@ void MultiStackUndoGroup::addProject(UndoableProject* project) {
 }
 
 void MultiStackUndoGroup::removeProject(UndoableProject* project) {
+    KXUI_INTERFACE_THREAD(this);
     if (refuse("removeProject"))
         return;
     {
@@ -203,6 +208,7 @@ void MultiStackUndoGroup::removeProject(UndoableProject* project) {
 }
 
 void MultiStackUndoGroup::undo() {
+    KXUI_INTERFACE_THREAD(this);
     if (!canUndo() || refuse("undo"))
         return;
     {
@@ -222,6 +228,7 @@ void MultiStackUndoGroup::undo() {
 }
 
 void MultiStackUndoGroup::redo() {
+    KXUI_INTERFACE_THREAD(this);
     if (!canRedo() || refuse("redo"))
         return;
     {

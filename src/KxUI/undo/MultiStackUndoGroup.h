@@ -75,7 +75,8 @@ public:
     QUndoCommand* getUndoCommand();
     QUndoCommand* getRedoCommand();
 
-    /** A new UndoAction, owned by `parent`, that calls undo() or redo() and follows this group. */
+    /** A new UndoAction that calls undo() or redo() and follows this group. `parent` owns it;
+        without one the caller does. */
     QAction* createUndoAction(QObject* parent) const;
     QAction* createRedoAction(QObject* parent) const;
 
