@@ -1,6 +1,7 @@
 # Doxygen reads every public header through this filter. Members that stand together, without a
 # blank line between them, share the comment above the first: here each of them gets it. What is the
-# same everywhere is said here instead of in every header: owning parents and Qt's own virtuals.
+# same everywhere is said here instead of in every header: owning parents, properties and Qt's own
+# virtuals.
 # Text is added within lines, so that warnings name the right line.
 
 # The text of a comment that is still open, for those who share it.
@@ -34,6 +35,21 @@ in_comment {
 depth > 0 || unfinished {
   depth += opened
   unfinished = depth == 0 && bare !~ /[;}]$/
+  print
+  next
+}
+
+# A property, on one line or on several: its functions are described.
+in_property {
+  in_property = bare !~ /\)$/
+  print
+  next
+}
+/^[ \t]*Q_PROPERTY\(/ {
+  if (!fresh)
+    $0 = "/** The functions that it names tell what it is. */ " $0
+  fresh = 0
+  in_property = bare !~ /\)$/
   print
   next
 }
