@@ -82,7 +82,7 @@ const char* FileInfo::rawFileName() const {
 }
 
 int FileInfo::getFilenameLength() const {
-    return d->name.size();
+    return static_cast<int>(d->name.size());
 }
 
 QString FileInfo::frameName() const {
@@ -185,7 +185,7 @@ void FileInfo::constructSequenceName() {
         last = d->members.rbegin()->first;
     }
     d->sequenceName = d->name;
-    const int hash = d->name.indexOf('#');
+    const auto hash = d->name.indexOf('#');
     if (hash >= 0)
         d->sequenceName.replace(hash, 1, QByteArray(std::max(d->numberOfHashes, 0), '#'));
     d->sequenceName = sequenceNameOf(viewOf(d->sequenceName), first, last);
@@ -234,7 +234,7 @@ void FileInfo::detectAutoSequence() {
     const bool hasSeveral =
         d->members.size() > 1 || (d->members.empty() && d->startFrame != d->endFrame);
     const QByteArray name = d->frameName();
-    const int dot = name.lastIndexOf('.');
+    const auto dot = name.lastIndexOf('.');
     setFlag(AutoSequence,
             isSequence() && hasSeveral && dot >= 0 && isSequenceExtension(name.constData() + dot));
 }

@@ -80,13 +80,13 @@ QByteArray sequenceNameOf(std::string_view frameName, std::int32_t first, std::i
     QByteArray text;
     text.reserve(static_cast<int>(frameName.size()) + roomForRange);
     text.append(frameName.data(), static_cast<int>(frameName.size())).append(' ');
-    const int begin = text.size();
+    const auto begin = text.size();
     text.resize(begin + roomForRange);
     char* const to = text.data() + begin;
     char* end = std::to_chars(to, to + roomForRange, first).ptr;
     *end++ = '-';
     end = std::to_chars(end, to + roomForRange, last).ptr;
-    text.resize(begin + static_cast<int>(end - to));
+    text.truncate(begin + static_cast<int>(end - to));
     return text;
 }
 

@@ -128,11 +128,11 @@ private:
              ++each) {
             FrameStretch part = *each;
             auto& [first, last, step] = part.frames;
-            if (first < range.first)
-                first += (range.first - first + step - 1) / step * step;
-            if (last > range.last)
-                last -= (last - range.last + step - 1) / step * step;
-            if (first <= last)
+            while (first < range.first && first < last)
+                first += step;
+            while (last > range.last && last > first)
+                last -= step;
+            if (first >= range.first && last <= range.last)
                 item.stretches.push_back(part);
         }
     }
