@@ -35,6 +35,7 @@ private slots:
         QCOMPARE(broken.rawAbsoluteFilePath(), QDir::currentPath().toUtf8() + "/a\xff.exr");
         QCOMPARE(FileInfo(QByteArray(1000, 'x'), false).getFilenameLength(), 1000);
         QCOMPARE(FileInfo(nullptr, true).fileName(), QString());
+        static_assert(!std::is_constructible_v<FileInfo, const char*, const char*>);
     }
 
     void sequenceName() {

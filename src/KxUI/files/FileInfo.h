@@ -51,7 +51,9 @@ public:
         `img.#.exr 1-10,3 ( 1-4  10-10 )`). The item then knows what the text says: its frame name,
         range, step and present frames, as the listed item does. */
     FileInfo(const char* name, bool isSequence);
-    FileInfo(const char* name, const void* isSequence) = delete;
+    /** A pointer does not say whether it is a sequence. */
+    template <class T>
+    FileInfo(const char* name, T* isSequence) = delete;
 
     FileInfo(const FileInfo& other) noexcept;
     FileInfo& operator=(const FileInfo& other) noexcept;
