@@ -2,8 +2,9 @@
 #include "Workspace.h"
 
 #include <KxUI/dock/DockDrag_p.h>
-#include <KxUI/dock/DockGeometry_p.h>
+#include <KxUI/dock/DropZones_p.h>
 #include <KxUI/dock/HoverWidget.h>
+#include <KxUI/dock/StripDrag_p.h>
 
 #include <support/Columns.h>
 #include <support/TestRegistry.h>

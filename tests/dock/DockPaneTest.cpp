@@ -5,6 +5,8 @@
 #include <KxUI/dock/DockPlaceHolder.h>
 #include <KxUI/dock/DockTabBar.h>
 #include <KxUI/dock/DockTitleBar.h>
+#include <KxUI/dock/DockWindow.h>
+#include <KxUI/dock/HoverWidget.h>
 #include <KxUI/dock/TitleBarButton.h>
 
 #include <support/Columns.h>
@@ -13,6 +15,7 @@
 #include <QLayout>
 #include <QLineEdit>
 #include <QMenu>
+#include <QMetaProperty>
 #include <QSignalSpy>
 #include <QStackedWidget>
 #include <QToolBar>
@@ -276,6 +279,50 @@ private Q_SLOTS:
         other->hide();
         workspace.prevDock();
         QCOMPARE(workspace.activeDock(), dock);
+    }
+
+    void propertiesTell() {
+        Workspace workspace;
+        Dock* dock = workspace.pane({"a", "b"});
+        const auto changes = [](QObject* object, const char* name, const QVariant& value) {
+            const QMetaObject* meta = object->metaObject();
+            const QMetaProperty property = meta->property(meta->indexOfProperty(name));
+            QSignalSpy spy(object, property.notifySignal());
+            return object->setProperty(name, value) && object->setProperty(name, value) &&
+                   property.read(object) == value && spy.size() == 1;
+        };
+        QVERIFY(changes(dock, "titleVisible", false));
+        QVERIFY(changes(dock, "expanded", true));
+        QVERIFY(changes(dock, "currentTab", 1));
+        for (const char* option :
+             {"hideSingleTabs", "splitPanelsByDragging", "highlightCurrentTab", "tabsAreClosable"})
+            QVERIFY2(changes(&workspace, option, true), option);
+        QVERIFY(changes(&workspace, "hasPanelMenu", false));
+        QVERIFY(changes(&workspace, "focusPage", "a"));
+        QSignalSpy tab(dock, &Dock::currentTabChanged);
+        dock->closeTab(0);
+        QCOMPARE(tab.size(), 1); // the same page at another index
+    }
+
+    /** As Designer makes them. */
+    void partsStandAlone() {
+        Workspace workspace;
+        QCOMPARE(Dock(&workspace).controller(), &workspace);
+        QCOMPARE(DockWindow(workspace.rootSplitter()).controller(), &workspace);
+        DockTabBar strip;
+        strip.addTab("x");
+        show(strip);
+        const QPoint at = strip.tabRect(0).center();
+        QTest::mousePress(&strip, Qt::LeftButton, {}, at);
+        QTest::mouseMove(&strip, at + QPoint(0, 200));
+        QTest::mouseRelease(&strip, Qt::LeftButton, {}, at);
+        QWidget host;
+        for (QWidget* part : std::initializer_list<QWidget*>{
+                 new Dock(&host), new DockTitleBar(&host), new TitleBarButton(&host),
+                 new DockSplitter(&host), new DockTabBar(&host), new HoverWidget(&host)}) {
+            part->resize(100, 30);
+            QVERIFY(!part->grab().isNull());
+        }
     }
 
     /** What null does is nothing, and a warning neither. */

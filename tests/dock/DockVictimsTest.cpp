@@ -84,13 +84,11 @@ public:
         if (callback != m_callback)
             return;
         armed = false;
-        reached = true;
         Dock* pane = dock ? dock : left.data();
         DockWindow* around = pane ? pane->dockWindow() : nullptr;
         switch (m_victim) {
         case ThePage:
-            // One that is being destroyed needs no help.
-            if (!page || pagesBeingDestroyed == 0)
+            if (dying != ThePage)
                 delete (page ? page : main->m_pages.value("a").data());
             break;
         case OtherPage:
@@ -103,11 +101,11 @@ public:
             }
             break;
         case ThePane:
-            if (panesBeingDestroyed == 0)
+            if (dying != ThePane)
                 delete pane;
             break;
         case TheWindow:
-            if (panesBeingDestroyed == 0)
+            if (dying != ThePane)
                 delete (around && around != main ? around : window.data());
             break;
         case TheMainWindow:
@@ -125,11 +123,6 @@ public:
     void choose(const char* text) {
         QMenu* menu = left->menu();
         Q_EMIT menu->aboutToShow();
-        const auto actions = menu->findChildren<QAction*>() + menu->actions();
-        for (QAction* action : actions) {
-            if (action->menu())
-                Q_EMIT action->menu()->aboutToShow();
-        }
         QList<QAction*> all = menu->actions();
         for (int i = 0; i < all.size(); ++i) {
             if (all.at(i)->menu()) {
@@ -179,15 +172,13 @@ public:
     QPointer<Page> fresh{new Page("new")};
     QByteArray saved;
     bool armed = false;
-    bool reached = false;
-    int seen = 0; ///< a bit for every callback that came
-    int pagesBeingDestroyed = 0;
-    int panesBeingDestroyed = 0;
+    int seen = 0;   ///< a bit for every callback that came
+    int dying = -1; ///< what the operation itself destroys, and cannot be destroyed again
 };
 
 struct Operation {
     const char* name;
-    std::function<void(Scene&)> run;
+    void (*run)(Scene&);
 };
 
 void drag(Scene& s, const std::function<void(Mouse&)>& end) {
@@ -199,136 +190,79 @@ void drag(Scene& s, const std::function<void(Mouse&)>& end) {
     end(mouse);
 }
 
+void pressTab(Scene& s, Qt::KeyboardModifiers modifiers) {
+    Mouse mouse(s.left);
+    const QPoint at = mouse.tab(1);
+    mouse.press(at, modifiers);
+    mouse.release(at);
+}
+
+#define OPERATION(code)                                                                            \
+    {                                                                                              \
+#code, [](Scene & s) { code; }                                                             \
+    }
+
 const Operation Operations[] = {
-    {"addWidget", [](Scene& s) { s.left->addWidget(s.fresh, true, true); }},
-    {"addWidget quietly", [](Scene& s) { s.left->addWidget(s.fresh, false, false); }},
-    {"addWidget to an empty pane",
-     [](Scene& s) { s.left->split(Qt::Vertical, true)->addWidget(s.fresh, true, true); }},
-    {"addWidget elsewhere", [](Scene& s) { s.right->addWidget(s.page("a"), true, false); }},
-    {"addWidget the last", [](Scene& s) { s.left->addWidget(s.page("x"), true, true); }},
-    {"addWidget again", [](Scene& s) { s.left->addWidget(s.page("c"), true, true); }},
-    {"insertWidget", [](Scene& s) { s.left->insertWidget(1, s.fresh); }},
-    {"insertWidget elsewhere", [](Scene& s) { s.left->insertWidget(0, s.page("f")); }},
-    {"insertWidget reorders", [](Scene& s) { s.left->insertWidget(2, s.page("a")); }},
-    {"insertWidget at a point", [](Scene& s) { s.left->insertWidget(QPoint(3, 3), s.fresh); }},
-    {"removeWidget", [](Scene& s) { s.left->removeWidget(s.page("a")); }},
-    {"removeWidgetAndSetCurrentTab",
-     [](Scene& s) { s.left->removeWidgetAndSetCurrentTab(s.page("a"), 1); }},
-    {"removeWidget the last", [](Scene& s) { s.right->removeWidget(s.page("x")); }},
-    {"restorePlaceHolderForWidget",
-     [](Scene& s) {
-         s.left->removeWidget(s.page("a"));
-         if (s.left && s.main)
-             s.left->restorePlaceHolderForWidget(s.page("a"));
-         if (s.left && s.main)
-             s.left->addWidget(s.page("a"), true, true);
-     }},
-    {"setCurrentWidget", [](Scene& s) { s.left->setCurrentWidget(s.page("b")); }},
-    {"setCurrentTab", [](Scene& s) { s.left->setCurrentTab(2); }},
-    {"cycleCurrentWidget", [](Scene& s) { s.left->cycleCurrentWidget(); }},
-    {"prevTab", [](Scene& s) { s.left->prevTab(); }},
-    {"showTab", [](Scene& s) { s.left->showTab(1); }},
-    {"floatWidgetAt", [](Scene& s) { s.left->floatWidgetAt(s.page("b"), QPoint(9, 9)); }},
-    {"floatActiveTab", [](Scene& s) { s.left->floatActiveTab(); }},
-    {"floatActiveTab of a window", [](Scene& s) { s.floating->floatActiveTab(); }},
-    {"floatDock", [](Scene& s) { s.left->floatDock(); }},
-    {"closeActiveTab", [](Scene& s) { s.left->closeActiveTab(); }},
-    {"closeTab", [](Scene& s) { s.left->closeTab(1); }},
-    {"closeTab of a window", [](Scene& s) { s.floating->closeTab(0); }},
-    {"closeInactiveTabs", [](Scene& s) { s.left->closeInactiveTabs(); }},
-    {"close pane", [](Scene& s) { s.left->close(); }},
-    {"close expanded pane",
-     [](Scene& s) {
-         s.left->setExpanded(true);
-         s.left->close();
-     }},
-    {"close floating pane", [](Scene& s) { s.floating->close(); }},
-    {"close window", [](Scene& s) { s.window->close(); }},
-    {"close refused",
-     [](Scene& s) {
-         s.page("f")->m_refuses = true;
-         s.window->close();
-     }},
-    {"close main window", [](Scene& s) { s.main->close(); }},
-    {"addNewFloatingDock", [](Scene& s) { s.main->addNewFloatingDock(s.page("b")); }},
-    {"makeActive", [](Scene& s) { s.right->makeActive(); }},
-    {"nextDock", [](Scene& s) { s.main->nextDock(); }},
-    {"prevDock", [](Scene& s) { s.main->prevDock(); }},
-    {"nextTab of the workspace",
-     [](Scene& s) {
-         s.right->setFocus();
-         if (s.main)
-             s.main->nextTab();
-     }},
-    {"prevTab of the workspace", [](Scene& s) { s.main->prevTab(); }},
-    {"mouse enters",
-     [](Scene& s) {
-         QEvent enter(QEvent::Enter);
-         QCoreApplication::sendEvent(s.right, &enter);
-     }},
-    {"restoreLayout", [](Scene& s) { s.restore(false); }},
-    {"restoreWholeLayout",
-     [](Scene& s) {
-         s.armed = false;
-         s.left->insertWidget(1, s.fresh);
-         delete s.main->m_pages.take("b");
-         s.armed = true;
-         s.restore(true);
-     }},
-    {"press a tab",
-     [](Scene& s) {
-         Mouse mouse(s.left);
-         const QPoint at = mouse.tab(1);
-         mouse.press(at);
-         mouse.release(at);
-     }},
-    {"press with Control",
-     [](Scene& s) {
-         Mouse mouse(s.left);
-         const QPoint at = mouse.tab(1);
-         mouse.press(at, Qt::ControlModifier);
-         mouse.release(at);
-     }},
-    {"reorder by mouse",
-     [](Scene& s) {
-         Mouse mouse(s.left);
-         mouse.press(mouse.tab(0));
-         for (int i = 0; i < 3; ++i)
-             mouse.move(mouse.tab(1) + QPoint(25 + i, 0));
-         mouse.release(mouse.tab(1));
-     }},
-    {"drop as a tab",
-     [](Scene& s) { drag(s, [&](Mouse& mouse) { mouse.release(s.centre(s.right)); }); }},
-    {"drop beside",
-     [](Scene& s) {
-         drag(s,
-              [&](Mouse& mouse) { mouse.release(s.right->stack()->mapToGlobal(QPoint(3, 100))); });
-     }},
-    {"drop outside",
-     [](Scene& s) { drag(s, [&](Mouse& mouse) { mouse.release(QPoint(-500, -500)); }); }},
-    {"drag and Escape",
-     [](Scene& s) { drag(s, [&](Mouse&) { QTest::keyClick(s.main, Qt::Key_Escape); }); }},
-    {"drag and destroy the source", [](Scene& s) { drag(s, [&](Mouse&) { delete s.left; }); }},
-    {"menu Close Tab", [](Scene& s) { s.choose("Close Tab"); }},
-    {"menu Right in Its Pane", [](Scene& s) { s.choose("Right in Its Pane"); }},
-    {"menu As Tab", [](Scene& s) { s.choose("As Tab"); }},
-    {"menu Above", [](Scene& s) { s.choose("Above"); }},
-    {"destroy a page",
-     [](Scene& s) {
-         s.pagesBeingDestroyed = 1;
-         delete s.page("a");
-     }},
-    {"destroy a pane",
-     [](Scene& s) {
-         s.panesBeingDestroyed = 1;
-         delete s.left;
-     }},
-    {"destroy a window",
-     [](Scene& s) {
-         s.panesBeingDestroyed = 1;
-         delete s.window;
-     }},
-    {"setParent", [](Scene& s) { s.page("a")->setParent(nullptr); }},
+    OPERATION(s.left->addWidget(s.fresh, true, true)),
+    OPERATION(s.left->split(Qt::Vertical, true)->addWidget(s.fresh, true, true)),
+    OPERATION(s.right->addWidget(s.page("a"), true, false)),
+    OPERATION(s.left->addWidget(s.page("x"), false, true)),
+    OPERATION(s.left->addWidget(s.page("c"), true, true)),
+    OPERATION(s.left->insertWidget(1, s.fresh)),
+    OPERATION(s.left->insertWidget(0, s.page("f"))),
+    OPERATION(s.left->insertWidget(2, s.page("a"))),
+    OPERATION(s.left->insertWidget(QPoint(3, 3), s.fresh)),
+    OPERATION(s.left->removeWidgetAndSetCurrentTab(s.page("a"), 1)),
+    OPERATION(s.right->removeWidget(s.page("x"))),
+    OPERATION(s.left->restorePlaceHolderForWidget(s.page("x"))),
+    OPERATION(s.left->setCurrentWidget(s.page("b"))),
+    OPERATION(s.left->prevTab()),
+    OPERATION(s.left->showTab(1)),
+    OPERATION(s.left->floatWidgetAt(s.page("b"), QPoint(9, 9))),
+    OPERATION(s.floating->floatActiveTab()),
+    OPERATION(s.left->floatDock()),
+    OPERATION(s.left->closeActiveTab()),
+    OPERATION(s.left->closeTab(1)),
+    OPERATION(s.floating->closeTab(0)),
+    OPERATION(s.left->closeInactiveTabs()),
+    OPERATION(s.left->close()),
+    OPERATION(s.left->setExpanded(true); s.left->close()),
+    OPERATION(s.floating->close()),
+    OPERATION(s.window->close()),
+    OPERATION(s.page("f")->m_refuses = true; s.window->close()),
+    OPERATION(s.main->close()),
+    OPERATION(s.main->addNewFloatingDock(s.page("b"))),
+    OPERATION(s.right->makeActive()),
+    OPERATION(s.main->nextDock()),
+    OPERATION(s.right->setFocus(); s.main->nextTab()),
+    OPERATION(s.main->prevTab()),
+    OPERATION(QEvent enter(QEvent::Enter); QCoreApplication::sendEvent(s.right, &enter)),
+    OPERATION(s.restore(false)),
+    OPERATION(s.armed = false; s.left->insertWidget(1, s.fresh); delete s.main->m_pages.take("b");
+              s.armed = true; s.restore(true)),
+    OPERATION(pressTab(s, Qt::NoModifier)),
+    OPERATION(pressTab(s, Qt::ControlModifier)),
+    OPERATION(Mouse mouse(s.left); mouse.press(mouse.tab(0));
+              for (int i = 0; i < 3; ++i) mouse.move(mouse.tab(1) + QPoint(25 + i, 0));
+              mouse.release(mouse.tab(1))),
+    OPERATION(drag(s, [&](Mouse& mouse) { mouse.release(s.centre(s.right)); })),
+    OPERATION(drag(
+        s, [&](Mouse& mouse) { mouse.release(s.right->stack()->mapToGlobal(QPoint(3, 100))); })),
+    OPERATION(drag(s, [&](Mouse& mouse) { mouse.release(QPoint(-500, -500)); })),
+    OPERATION(drag(s, [&](Mouse&) { QTest::keyClick(s.main, Qt::Key_Escape); })),
+    OPERATION(drag(s,
+                   [&](Mouse&) {
+                       s.dying = ThePane;
+                       delete s.left;
+                   })),
+    OPERATION(s.choose("Close Tab")),
+    OPERATION(s.choose("Right in Its Pane")),
+    OPERATION(s.choose("As Tab")),
+    OPERATION(s.choose("Above")),
+    OPERATION(s.dying = ThePage; delete s.page("a")),
+    OPERATION(s.dying = ThePane; delete s.left),
+    OPERATION(s.dying = ThePane; delete s.window),
+    OPERATION(s.page("a")->setParent(nullptr)),
 };
 
 struct Cell {

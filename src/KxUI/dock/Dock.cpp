@@ -1,7 +1,6 @@
 #include <KxUI/dock/Dock_p.h>
 
 #include <KxUI/dock/DockDrag_p.h>
-#include <KxUI/dock/DockGeometry_p.h>
 #include <KxUI/dock/DockMainWindow.h>
 #include <KxUI/dock/DockMenu_p.h>
 #include <KxUI/dock/DockMoves_p.h>
@@ -9,8 +8,9 @@
 #include <KxUI/dock/DockSplitter.h>
 #include <KxUI/dock/DockTabBar.h>
 #include <KxUI/dock/DockTitleBar.h>
-#include <KxUI/dock/DockTreeEdit_p.h>
-#include <KxUI/dock/DockWindow.h>
+#include <KxUI/dock/DockWindow_p.h>
+#include <KxUI/dock/DropZones_p.h>
+#include <KxUI/dock/FocusKeeper_p.h>
 #include <KxUI/kit/FullScreen.h>
 
 #include <QApplication>
@@ -39,9 +39,12 @@ bool isTextField(const QWidget* widget) {
 Dock::Dock(DockMainWindow* controller, DockWindow* parent)
     : QWidget(parent)
     , d(std::make_unique<DockPrivate>(this, controller)) {
-    setAttribute(Qt::WA_DeleteOnClose);
-    setAttribute(Qt::WA_QuitOnClose, false);
-    setAttribute(Qt::WA_Hover);
+    d->createParts();
+}
+
+Dock::Dock(QWidget* parent)
+    : QWidget(parent)
+    , d(std::make_unique<DockPrivate>(this, DockWindowPrivate::workspaceAround(parent))) {
     d->createParts();
 }
 
@@ -136,6 +139,7 @@ void Dock::addWidget(QWidget* page, bool makeCurrent, bool remember) {
             placeHolder->deleteLater();
         }
         d->applySingleTabRule();
+        d->tellCurrentTab();
         d->tell(DockPrivate::News::Added, page);
     }
     if (remember && !d->remembered.contains(page))
@@ -147,6 +151,7 @@ void Dock::insertWidget(int index, QWidget* page) {
         return;
     const DockChange change(d->controller);
     d->moveOrInsert(index, page);
+    d->tellCurrentTab();
     // Another page than the current one is shown by the stack when its turn comes.
     if (currentWidget() == page)
         page->show();
@@ -316,6 +321,7 @@ void Dock::setExpanded(bool expanded) {
         return;
     d->expanded = expanded;
     d->expandOuter(expanded);
+    d->announce([this, expanded] { Q_EMIT expandedChanged(expanded); });
 }
 
 void Dock::setTitleVisible(bool visible) {

@@ -22,20 +22,26 @@ class DockWindow;
 
     Lives in a DockSplitter of its controller's main window or of a floating window, and is deleted
     when it is closed. The pages (the host's widgets) are reparented to no parent when their pane
-    dies, unless they have Qt::WA_DeleteOnClose or were never asked whether they may close. The
-    object name of a pane is its id in layouts, that of a page is the page's id. Interface thread.
+    dies, unless they have Qt::WA_DeleteOnClose and did not refuse to close. The object name of a
+   pane is its id in layouts, that of a page is the page's id. Interface thread.
  */
 class KXUI_EXPORT Dock : public QWidget {
     Q_OBJECT
+    Q_PROPERTY(bool titleVisible READ titleVisible WRITE setTitleVisible NOTIFY titleVisibleChanged)
+    Q_PROPERTY(bool expanded READ isExpanded WRITE setExpanded NOTIFY expandedChanged)
+    Q_PROPERTY(int currentTab READ currentTab WRITE setCurrentTab NOTIFY currentTabChanged)
 
 public:
     /** `controller` is borrowed and may be null; `parent` owns the pane until it is added to a
         splitter, and may be null. The workspace options are read here. */
     Dock(DockMainWindow* controller, DockWindow* parent);
+    /** A pane of the workspace that `parent` lies in, or of none. */
+    explicit Dock(QWidget* parent = nullptr);
     ~Dock() override;
 
     /** Adds a page as the last tab, or in the place of the placeholder of its name. A page that is
-        here already is only made current. `remember` also lists it in `rememberedWidgets`. */
+        here already is only made current, one of another pane leaves that. `remember` also lists
+        it in `rememberedWidgets`. Null is no page, here and below: nothing happens. */
     void addWidget(QWidget* widget, bool makeCurrent, bool remember);
 
     /** Inserts a page before the tab at `index`; -1 appends. Moves it when it is here already. */
@@ -136,6 +142,12 @@ public:
 Q_SIGNALS:
     /** The mouse came over the pane or left it. */
     void mouseOver(bool over);
+    /** The title is shown or hidden, by a call or because the mouse reveals it. */
+    void titleVisibleChanged(bool visible);
+    /** The pane has all room of its enclosing splitters, or no longer. */
+    void expandedChanged(bool expanded);
+    /** The current page stands at another index now; -1 without one. */
+    void currentTabChanged(int index);
 
 public Q_SLOTS:
     /** `split` after this pane, side by side. */
@@ -152,9 +164,9 @@ public Q_SLOTS:
     void closeInactiveTabs();
     /** Closes the page at `index`; one that refuses stays. Other indexes are ignored. */
     void closeTab(int index);
-    /** Takes tab `tab` off the strip; follows the stack, hosts use `removeWidget`. */
+    /** Takes a tab that has no page any more off the strip; hosts use `removeWidget`. */
     void removeTab(int tab);
-    /** Shows page `tab` and reports it activated; follows the strip, hosts use `setCurrentTab`. */
+    /** Shows page `tab` and reports it activated; what a click on the strip does. */
     void showTab(int tab);
     /** Turns the enclosing splitter by a quarter. */
     void transposeDock();

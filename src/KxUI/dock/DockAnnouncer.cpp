@@ -3,6 +3,8 @@
 #include <KxUI/dock/Dock.h>
 #include <KxUI/dock/DockMainWindow_p.h>
 
+#include <utility>
+
 namespace Kestrel::UI {
 
 DockAnnouncer::DockAnnouncer(DockMainWindow& workspace)
@@ -13,15 +15,25 @@ DockAnnouncer::~DockAnnouncer() = default;
 void DockAnnouncer::tell(News news, Dock* dock, QWidget* page) {
     if (m_silent || !page)
         return;
-    m_items.append({news, dock, page});
-    if (m_changes == 0)
-        flush();
+    m_items.append(item(news, dock, page));
+    flush();
+}
+
+void DockAnnouncer::tell(QObject* who, std::function<void()> say) {
+    if (m_silent)
+        return;
+    m_items.append({who, who, std::move(say)});
+    flush();
+}
+
+DockAnnouncer::Item DockAnnouncer::item(News news, Dock* dock, QWidget* page) {
+    return {dock, page, [this, news, dock, page] { tellNow(news, dock, page); }};
 }
 
 void DockAnnouncer::tellLater(News news, Dock* dock, QWidget* page) {
     if (m_silent || !page)
         return;
-    m_items.append({news, dock, page});
+    m_items.append(item(news, dock, page));
     QMetaObject::invokeMethod(this, &DockAnnouncer::flush, Qt::QueuedConnection);
 }
 
@@ -49,9 +61,9 @@ void DockAnnouncer::silence() {
 void DockAnnouncer::flush() {
     const QPointer<DockAnnouncer> alive(this);
     while (alive && m_changes == 0 && !m_items.isEmpty()) {
-        const Item item = m_items.takeFirst();
-        if (item.dock && item.page)
-            tellNow(item.news, item.dock, item.page);
+        const Item next = m_items.takeFirst();
+        if (next.who && next.what)
+            next.say();
     }
 }
 
@@ -65,8 +77,8 @@ DockChange::~DockChange() {
     if (!m_workspace)
         return;
     DockAnnouncer& announcer = DockMainWindowPrivate::of(*m_workspace).announcer;
-    if (--announcer.m_changes == 0)
-        announcer.flush();
+    --announcer.m_changes;
+    announcer.flush();
 }
 
 } // namespace Kestrel::UI

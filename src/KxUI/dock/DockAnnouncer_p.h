@@ -4,6 +4,8 @@
 #include <QPointer>
 #include <QVector>
 
+#include <functional>
+
 class QWidget;
 
 namespace Kestrel::UI {
@@ -26,6 +28,8 @@ public:
     /** Tells at the end of the change under way, at once without one. What does not exist any more
         by then is not told of. */
     void tell(News news, Dock* dock, QWidget* page);
+    /** The same of anything else: `say` emits a signal of `who`. */
+    void tell(QObject* who, std::function<void()> say);
     /** Tells when control is back in the event loop, or at the end of the next change. */
     void tellLater(News news, Dock* dock, QWidget* page);
     /** Tells at once, of a page that will not exist later. */
@@ -37,10 +41,11 @@ public:
 private:
     friend class DockChange;
     struct Item {
-        News news;
-        QPointer<Dock> dock;
-        QPointer<QWidget> page;
+        QPointer<QObject> who;
+        QPointer<QObject> what;
+        std::function<void()> say;
     };
+    Item item(News news, Dock* dock, QWidget* page);
     void flush();
 
     DockMainWindow& m_workspace;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QMetaType>
+
 namespace Kestrel::UI {
 
 /** Where in a pane a dragged tab is dropped. The edge zones split the pane. */
@@ -12,3 +14,5 @@ enum DockDropZone : int {
 };
 
 } // namespace Kestrel::UI
+
+Q_DECLARE_METATYPE(Kestrel::UI::DockDropZone)

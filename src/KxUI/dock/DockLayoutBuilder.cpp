@@ -7,6 +7,7 @@
 #include <KxUI/dock/DockTabBar.h>
 #include <KxUI/dock/DockWindow_p.h>
 #include <KxUI/dock/Dock_p.h>
+#include <KxUI/dock/FocusKeeper_p.h>
 #include <KxUI/kit/FullScreen.h>
 #include <KxUI/kit/WindowPlacement.h>
 

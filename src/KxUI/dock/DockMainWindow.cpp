@@ -8,6 +8,7 @@
 #include <KxUI/dock/DockSplitter.h>
 #include <KxUI/dock/DockWindow_p.h>
 #include <KxUI/dock/Dock_p.h>
+#include <KxUI/dock/FocusKeeper_p.h>
 
 #include <QAction>
 #include <QApplication>
@@ -19,45 +20,6 @@
 #include <algorithm>
 
 namespace Kestrel::UI {
-
-namespace {
-
-void collectNames(const LayoutSplitter& splitter, QHash<QString, int>& names) {
-    for (const LayoutNode& child : splitter.children) {
-        if (const auto* branch = std::get_if<LayoutSplitter>(&child.value))
-            collectNames(*branch, names);
-        else if (const auto* pane = std::get_if<LayoutPane>(&child.value)) {
-            for (const LayoutPage& page : pane->pages)
-                ++names[page.id];
-        }
-    }
-}
-
-/** Of pages that a layout cannot tell apart, and therefore brings back as one. */
-void warnOfNamesakes(const Layout& layout) {
-    QHash<QString, int> names;
-    for (const LayoutWindow& window : layout.windows) {
-        for (const LayoutSplitter& splitter : window.splitters)
-            collectNames(splitter, names);
-    }
-    for (auto name = names.cbegin(); name != names.cend(); ++name) {
-        if (name.value() > 1)
-            qWarning("DockMainWindow::saveLayout - %d pages have the object name \"%s\"; the "
-                     "layout can bring back one",
-                     name.value(), qPrintable(name.key()));
-    }
-}
-
-} // namespace
-
-DockMainWindowPrivate::DockMainWindowPrivate(DockMainWindow* workspace)
-    : q(workspace)
-    , announcer(*workspace) {}
-
-DockMainWindowPrivate::~DockMainWindowPrivate() {
-    if (m_arrangeMenu)
-        m_arrangeMenu->dispose();
-}
 
 DockMainWindow::DockMainWindow(QWidget* parent)
     : DockWindow(this, parent)
@@ -85,7 +47,10 @@ bool DockMainWindow::hideSingleTabs() const {
 }
 
 void DockMainWindow::setHideSingleTabs(bool hide) {
+    if (d->hideSingleTabs == hide)
+        return;
     d->hideSingleTabs = hide;
+    Q_EMIT hideSingleTabsChanged(hide);
 }
 
 bool DockMainWindow::hasPanelMenu() const {
@@ -93,7 +58,10 @@ bool DockMainWindow::hasPanelMenu() const {
 }
 
 void DockMainWindow::setHasPanelMenu(bool has) {
+    if (d->hasPanelMenu == has)
+        return;
     d->hasPanelMenu = has;
+    Q_EMIT hasPanelMenuChanged(has);
 }
 
 bool DockMainWindow::splitPanelsByDragging() const {
@@ -101,7 +69,10 @@ bool DockMainWindow::splitPanelsByDragging() const {
 }
 
 void DockMainWindow::setSplitPanelsByDragging(bool split) {
+    if (d->splitPanelsByDragging == split)
+        return;
     d->splitPanelsByDragging = split;
+    Q_EMIT splitPanelsByDraggingChanged(split);
 }
 
 bool DockMainWindow::highlightCurrentTab() const {
@@ -119,6 +90,7 @@ void DockMainWindow::setHighlightCurrentTab(bool highlight) {
     const auto all = docks();
     for (Dock* dock : all)
         dock->updateTabs();
+    Q_EMIT highlightCurrentTabChanged(highlight);
 }
 
 bool DockMainWindow::tabsAreClosable() const {
@@ -126,7 +98,10 @@ bool DockMainWindow::tabsAreClosable() const {
 }
 
 void DockMainWindow::setTabsAreClosable(bool closable) {
+    if (d->tabsAreClosable == closable)
+        return;
     d->tabsAreClosable = closable;
+    Q_EMIT tabsAreClosableChanged(closable);
 }
 
 void DockMainWindow::focusChanged(QWidget* old, QWidget* now) {
@@ -141,15 +116,6 @@ void DockMainWindow::focusChanged(QWidget* old, QWidget* now) {
     entered->updateTabs();
     // Qt goes on with the widget that gets the focus, which the host might destroy.
     d->announcer.tellLater(DockAnnouncer::News::Activated, entered, entered->currentWidget());
-}
-
-QAction* DockMainWindowPrivate::newAction(const QString& text, const char* id,
-                                          const QString& shortcut, void (DockMainWindow::*slot)()) {
-    auto* action = new QAction(text, q);
-    action->setObjectName(QLatin1String(id));
-    action->setShortcut(QKeySequence(shortcut));
-    QObject::connect(action, &QAction::triggered, q, slot);
-    return action;
 }
 
 QAction* DockMainWindow::nextDockAction() {
@@ -198,19 +164,6 @@ DockWindow* DockMainWindow::addNewFloatingDock(QWidget* widget) {
     return window;
 }
 
-void DockMainWindowPrivate::addFloatingDock(DockWindow* window) {
-    DockWindowPrivate::of(*window).floating = true;
-    if (!floatingWindows.contains(window))
-        floatingWindows.append(window);
-}
-
-void DockMainWindowPrivate::removeFloatingDock(DockWindow* window) {
-    if (!window || window == q)
-        return;
-    floatingWindows.removeOne(window);
-    DockWindowPrivate::of(*window).floating = false;
-}
-
 QList<DockWindow*> DockMainWindow::floatingWindows() const {
     return d->floatingWindows;
 }
@@ -230,12 +183,6 @@ void DockMainWindow::setRootSplitter(DockSplitter* splitter) {
         return;
     DockWindowPrivate::of(*this).rootSplitter = splitter;
     setCentralWidget(splitter);
-}
-
-QList<DockWindow*> DockMainWindowPrivate::windows(const DockMainWindow& workspace) {
-    QList<DockWindow*> all = workspace.floatingWindows();
-    all.prepend(const_cast<DockMainWindow*>(&workspace));
-    return all;
 }
 
 Dock* DockMainWindow::activeDock() const {
@@ -337,34 +284,6 @@ QList<DockPlaceHolder*> DockMainWindow::placeHolders() const {
     return found;
 }
 
-namespace {
-
-bool canTakeFocus(const Dock& dock) {
-    const QWidget* page = dock.currentWidget();
-    return page && page->isEnabled() && dock.isVisible() && !dock.window()->isMinimized();
-}
-
-} // namespace
-
-Dock* DockMainWindowPrivate::walkFocus(int step) {
-    const auto all = q->docks();
-    const int start = all.indexOf(q->activeDock());
-    if (start < 0)
-        return nullptr;
-    const QWidget* here = all.at(start)->window();
-    const int size = all.size();
-    for (int walked = 1; walked <= size; ++walked) {
-        Dock* dock = all.at((start + walked * step + walked * size) % size);
-        if (!canTakeFocus(*dock))
-            continue;
-        if (dock->window() != q->window() || here != dock->window())
-            dock->window()->activateWindow();
-        dock->setFocus(Qt::OtherFocusReason);
-        return dock;
-    }
-    return nullptr;
-}
-
 void DockMainWindow::nextDock() {
     const DockChange change(this);
     d->walkFocus(1);
@@ -413,39 +332,15 @@ void DockMainWindow::closeEvent(QCloseEvent* event) {
         event->accept();
 }
 
-void DockMainWindowPrivate::rebuildLayoutIds() {
-    QStringList ids;
-    const auto everywhere = windows(*q);
-    for (const DockWindow* window : everywhere) {
-        const auto widgets = window->findChildren<QWidget*>();
-        for (const QWidget* widget : widgets) {
-            if (!widget->objectName().isEmpty())
-                ids.append(widget->objectName());
-        }
-    }
-    ids.removeDuplicates();
-    layoutIds = ids;
-}
-
-DockArrangeMenu* DockMainWindowPrivate::arrangeMenu() {
-    if (!m_arrangeMenu)
-        m_arrangeMenu = new DockArrangeMenu;
-    return m_arrangeMenu;
-}
-
-QIcon DockMainWindowPrivate::sharedIcon(QStyle::StandardPixmap which) {
-    QIcon& icon = m_sharedIcons[{q->style(), int(which)}];
-    if (icon.isNull())
-        icon = q->style()->standardIcon(which, nullptr, q);
-    return icon;
-}
-
 bool DockMainWindow::isInLayout(const QString& name) const {
     return d->layoutIds.contains(name);
 }
 
 void DockMainWindow::setFocusPage(const QString& id) {
+    if (d->focusPage == id)
+        return;
     d->focusPage = id;
+    d->announcer.tell(this, [this, id] { Q_EMIT focusPageChanged(id); });
 }
 
 QString DockMainWindow::getFocusPage() const {
@@ -457,20 +352,10 @@ bool DockMainWindow::saveLayout(QIODevice* device, QWidget* focusWidget) {
         return false;
     const QWidget* focus = focusWidget ? focusWidget : QApplication::focusWidget();
     const Layout layout = DockLayoutBuilder::capture(*this, focus);
-    warnOfNamesakes(layout);
+    DockMainWindowPrivate::warnOfNamesakes(layout);
     const bool written = writeLayout(device, layout);
     d->rebuildLayoutIds();
     return written;
-}
-
-DockLayoutError DockMainWindowPrivate::read(QIODevice* device, Layout& layout) const {
-    if (!device || !device->isReadable())
-        return {DockMainWindow::tr("There is no device that is open for reading."), 0, 0};
-    if (restoring)
-        return {DockMainWindow::tr("Another layout is being restored."), 0, 0};
-    LayoutReading reading = readLayout(device);
-    layout = std::move(reading.layout);
-    return reading.error;
 }
 
 bool DockMainWindow::restoreLayout(QIODevice* device, bool useAvailableGeometry) {

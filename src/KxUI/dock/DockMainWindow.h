@@ -26,6 +26,16 @@ class DockPlaceHolder;
     made. Interface thread. */
 class KXUI_EXPORT DockMainWindow : public DockWindow {
     Q_OBJECT
+    Q_PROPERTY(bool hideSingleTabs READ hideSingleTabs WRITE setHideSingleTabs NOTIFY
+                   hideSingleTabsChanged)
+    Q_PROPERTY(bool hasPanelMenu READ hasPanelMenu WRITE setHasPanelMenu NOTIFY hasPanelMenuChanged)
+    Q_PROPERTY(bool splitPanelsByDragging READ splitPanelsByDragging WRITE setSplitPanelsByDragging
+                   NOTIFY splitPanelsByDraggingChanged)
+    Q_PROPERTY(bool highlightCurrentTab READ highlightCurrentTab WRITE setHighlightCurrentTab NOTIFY
+                   highlightCurrentTabChanged)
+    Q_PROPERTY(bool tabsAreClosable READ tabsAreClosable WRITE setTabsAreClosable NOTIFY
+                   tabsAreClosableChanged)
+    Q_PROPERTY(QString focusPage READ getFocusPage WRITE setFocusPage NOTIFY focusPageChanged)
 
 public:
     /** An empty workspace: a window without panes. `parent` owns the window; without one, it
@@ -71,7 +81,8 @@ public:
         that exists may be returned; it moves. Here: a placeholder. */
     virtual QWidget* createPage(QString& id);
 
-    /** A new floating window. With a page, it gets a pane holding it, and is shown. */
+    /** A new floating window. With a page, it gets a pane holding it, and is shown. Null when the
+        host makes no window. */
     DockWindow* addNewFloatingDock(QWidget* widget);
 
     /** The floating windows, in the order in which they came. */
@@ -80,7 +91,7 @@ public:
         longer listed stay as they are. */
     void setFloatingWindows(const QList<DockWindow*>& windows);
 
-    /** Replaces the tree of the main window; the old one is deleted later. */
+    /** Replaces the tree of the main window; the old one is deleted later. Null is ignored. */
     void setRootSplitter(DockSplitter* splitter);
 
     /** The pane with the focus, null when there is none. */
@@ -110,13 +121,15 @@ public:
 
     /** Writes the arrangement as an XML document to an open device. The pane with `focusWidget`
         (null: the application's focus widget) is marked as the one with the focus. Returns whether
-        the device took everything. */
+        the device took everything; nothing is written to null or to one that is not open. Warns of
+        pages with the same object name, or without one: the layout can bring back only one. */
     bool saveLayout(QIODevice* device, QWidget* focusWidget);
 
     /** Replaces the arrangement by that of a document on an open device. `useAvailableGeometry`
         makes the main window fill its screen. When the document cannot be read to its end, what
         could be read replaces the arrangement, the old tree stays hidden and parentless, a box
-       tells where the reader stopped, and the result is false. See `restoreWholeLayout`. */
+       tells where the reader stopped, and the result is false. Null and a device that is not open
+        change nothing; the box says so. See `restoreWholeLayout`. */
     bool restoreLayout(QIODevice* device, bool useAvailableGeometry);
 
     /** Replaces the arrangement by that of a document, or changes nothing at all.
@@ -125,12 +138,13 @@ public:
        and says why in `error` (may be null). Pages of the workspace that the document names are
        moved, not created again; only others are asked of `createPage`. Pages that it does not name
        are taken out alive: hidden, without a parent, and reported removed. The focus stays in its
-       page. */
+       page. Placeholders are not pages: the page that one stands for is asked of `createPage`
+        again. Null and a device that is not open are refused. */
     bool restoreWholeLayout(QIODevice* device, bool useAvailableGeometry,
                             DockLayoutError* error = nullptr);
 
     /** Whether a document begins as a layout of the known version; nothing else is checked. A
-        random-access device is put back to where it was. */
+        random-access device is put back to where it was. False for null. */
     static bool IsLayoutValid(QIODevice* device);
 
     /** The page that had the focus in the restored layout; the host gives it back when it likes. */
@@ -145,15 +159,29 @@ public:
     void emitUpdateNovaScriptName(const QString& name) { Q_EMIT updateNovaScriptName(name); }
 
 Q_SIGNALS:
-    /** A page came into a pane. */
+    // What is told of pages is told when the change that it tells of is over: the host may destroy
+    // any page, pane or window in it, and this one too. The exception is a page or a pane that is
+    // in its destructor already.
+
+    /** A page came into a pane, or went to another place in it. */
     void widgetAdded(Kestrel::UI::Dock* dock, QWidget* widget);
-    /** A page left a pane, for another one or because it was closed. */
+    /** A page left a pane, whichever way: taken out, closed, floated, dragged, moved to another
+        pane, given another parent, or destroyed. Of one that is in its destructor only the address
+        and the object name may be used. A page that `restoreWholeLayout` moves has not left. */
     void widgetRemoved(Kestrel::UI::Dock* dock, QWidget* widget);
-    /** A page became the one to work in: its tab was chosen, or the focus came into
-        its pane. */
+    /** A page became the one to work in: its tab was chosen, or the focus came into its pane (with
+        `highlightCurrentTab`; then from the event loop). */
     void widgetActivated(Kestrel::UI::Dock* dock, QWidget* widget);
     /** The host passed on the name of its script; see emitUpdateNovaScriptName(). */
     void updateNovaScriptName(QString name);
+    /** An option was changed. */
+    void hideSingleTabsChanged(bool on);
+    void hasPanelMenuChanged(bool on);
+    void splitPanelsByDraggingChanged(bool on);
+    void highlightCurrentTabChanged(bool on);
+    void tabsAreClosableChanged(bool on);
+    /** Another page had the focus in a layout that was restored, or was set. */
+    void focusPageChanged(const QString& id);
 
 public Q_SLOTS:
     /** Focuses the next pane that has a page, round and round. Nothing without a focused pane. */

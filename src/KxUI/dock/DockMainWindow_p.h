@@ -34,6 +34,8 @@ public:
     /** Focuses the next pane that can have the focus, `step` panes on; returns it. */
     Dock* walkFocus(int step);
     void rebuildLayoutIds();
+    /** Of pages that a layout cannot tell apart, and therefore brings back as one. */
+    static void warnOfNamesakes(const Layout& layout);
     /** What a device says, or why it cannot be used (line 0), or where reading stopped. */
     DockLayoutError read(QIODevice* device, Layout& layout) const;
     DockArrangeMenu* arrangeMenu();

@@ -8,6 +8,7 @@
 #include <KxUI/dock/DockTreeEdit_p.h>
 #include <KxUI/dock/DockWindow.h>
 #include <KxUI/dock/Dock_p.h>
+#include <KxUI/dock/FocusKeeper_p.h>
 #include <KxUI/dock/HoverWidget.h>
 #include <KxUI/dock/TitleBarButton.h>
 #include <KxUI/kit/IconFactory.h>
@@ -21,6 +22,7 @@
 #include <QToolBar>
 
 #include <algorithm>
+#include <utility>
 
 namespace Kestrel::UI {
 
@@ -43,6 +45,9 @@ DockPrivate::DockPrivate(Dock* dock, DockMainWindow* workspace)
 }
 
 void DockPrivate::createParts() {
+    q->setAttribute(Qt::WA_DeleteOnClose);
+    q->setAttribute(Qt::WA_QuitOnClose, false);
+    q->setAttribute(Qt::WA_Hover);
     menu = new DockMenu(q);
     titleBar = new DockTitleBar(q);
     createTitleButtons();
@@ -117,6 +122,21 @@ void DockPrivate::tell(News news, QWidget* page) {
         announcer.tell(news, q, page);
 }
 
+void DockPrivate::announce(std::function<void()> emission) {
+    if (controller)
+        DockMainWindowPrivate::of(*controller).announcer.tell(q, std::move(emission));
+    else
+        emission();
+}
+
+void DockPrivate::tellCurrentTab() {
+    const int index = q->currentTab();
+    if (index == toldTab)
+        return;
+    toldTab = index;
+    announce([dock = q, index] { Q_EMIT dock->currentTabChanged(index); });
+}
+
 void DockPrivate::insert(int index, QWidget* page) {
     // A page is in one place only; its pane lets it go as if it had been taken out.
     if (DockPages* elsewhere = DockPages::holding(page))
@@ -139,6 +159,8 @@ void DockPrivate::pageShown() {
     QWidget* page = q->currentWidget();
     q->setFocusProxy(page);
     tell(News::Activated, page);
+    if (!pages->isFollowing())
+        tellCurrentTab();
 }
 
 void DockPrivate::pageLeft(QWidget* page, DockPages::Leaving how) {
@@ -151,6 +173,8 @@ void DockPrivate::pageLeft(QWidget* page, DockPages::Leaving how) {
     }
     applySingleTabRule();
     layOutLater();
+    if (!pages->isFollowing())
+        tellCurrentTab();
     if (how != DockPages::Leaving::Destroyed)
         tell(News::Removed, page);
 }
@@ -249,6 +273,7 @@ void DockPrivate::setTitleVisible(bool visible) {
     q->update();
     titleBar->update();
     layOutLater();
+    announce([dock = q, visible] { Q_EMIT dock->titleVisibleChanged(visible); });
 }
 
 bool DockPrivate::titleStays() const {

@@ -3,8 +3,8 @@
 #include <KxUI/dock/DockDrag_p.h>
 #include <KxUI/dock/DockMainWindow_p.h>
 #include <KxUI/dock/DockSplitter.h>
-#include <KxUI/dock/DockTreeEdit_p.h>
 #include <KxUI/dock/Dock_p.h>
+#include <KxUI/dock/FocusKeeper_p.h>
 
 #include <QSet>
 

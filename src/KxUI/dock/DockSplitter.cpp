@@ -2,55 +2,20 @@
 
 #include <KxUI/dock/DockTreeEdit_p.h>
 
-#include <QApplication>
 #include <QEvent>
 
 namespace Kestrel::UI {
-
-namespace {
-
-int runningEdits = 0;
-
-} // namespace
-
-DockTreeEdit::DockTreeEdit() {
-    ++runningEdits;
-}
-
-DockTreeEdit::~DockTreeEdit() {
-    --runningEdits;
-}
-
-bool DockTreeEdit::isRunning() {
-    return runningEdits > 0;
-}
-
-FocusKeeper::FocusKeeper(const QWidget* subtree) {
-    QWidget* focus = QApplication::focusWidget();
-    if (isInside(subtree, focus))
-        m_focus = focus;
-}
-
-FocusKeeper::~FocusKeeper() {
-    if (m_focus && !m_focus->hasFocus() && m_focus->isVisible())
-        m_focus->setFocus(Qt::OtherFocusReason);
-}
-
-bool isInside(const QWidget* ancestor, const QWidget* widget) {
-    for (; widget; widget = widget->parentWidget()) {
-        if (widget == ancestor)
-            return true;
-    }
-    return false;
-}
 
 class DockSplitter::Private {
 public:
     QList<int> savedSizes; // empty while no child is expanded
 };
 
-DockSplitter::DockSplitter(Qt::Orientation orientation)
-    : QSplitter(orientation)
+DockSplitter::DockSplitter(QWidget* parent)
+    : DockSplitter(Qt::Vertical, parent) {}
+
+DockSplitter::DockSplitter(Qt::Orientation orientation, QWidget* parent)
+    : QSplitter(orientation, parent)
     , d(std::make_unique<Private>()) {
     setAttribute(Qt::WA_DeleteOnClose);
     setAttribute(Qt::WA_QuitOnClose, false);

@@ -15,9 +15,10 @@ class KXUI_EXPORT DockSplitter : public QSplitter {
     Q_OBJECT
 
 public:
-    /** A root without parent and children; adding it to a splitter or a window gives it an owner.
-     */
-    explicit DockSplitter(Qt::Orientation orientation);
+    /** One without children; adding it to a splitter or a window gives it an owner. */
+    explicit DockSplitter(Qt::Orientation orientation, QWidget* parent = nullptr);
+    /** One whose children stand one above the other. */
+    explicit DockSplitter(QWidget* parent = nullptr);
     ~DockSplitter() override;
 
     /** Gives all room to the child at `index` and keeps the sizes for later; -1 gives the kept

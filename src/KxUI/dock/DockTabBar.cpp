@@ -1,11 +1,12 @@
 #include <KxUI/dock/DockTabBar.h>
 
 #include <KxUI/dock/DockDrag_p.h>
-#include <KxUI/dock/DockGeometry_p.h>
 #include <KxUI/dock/DockMainWindow.h>
 #include <KxUI/dock/DockTitleBar.h>
-#include <KxUI/dock/DockTreeEdit_p.h>
 #include <KxUI/dock/Dock_p.h>
+#include <KxUI/dock/DropZones_p.h>
+#include <KxUI/dock/FocusKeeper_p.h>
+#include <KxUI/dock/StripDrag_p.h>
 
 #include <QApplication>
 #include <QMouseEvent>
@@ -24,7 +25,10 @@ public:
         , dock(pane)
         , titleBar(bar) {}
 
+    void setUp();
     StripGeometry geometry() const;
+    DockMainWindow* workspace() const { return dock ? dock->controller() : nullptr; }
+    void execute(const StripDrag::Step& step, const QPoint& global);
     void movePage(int from, int to);
     void paintTab(int index, QStylePainter& painter);
     void highlight(QStyleOptionTab& option) const;
@@ -39,17 +43,27 @@ public:
 DockTabBar::DockTabBar(Dock* dock, DockTitleBar* titleBar)
     : QTabBar(titleBar)
     , d(std::make_unique<DockTabBarPrivate>(this, dock, titleBar)) {
-    setFocusPolicy(Qt::NoFocus);
+    d->setUp();
+}
+
+DockTabBar::DockTabBar(QWidget* parent)
+    : QTabBar(parent)
+    , d(std::make_unique<DockTabBarPrivate>(this, nullptr, nullptr)) {
+    d->setUp();
+}
+
+void DockTabBarPrivate::setUp() {
+    q->setFocusPolicy(Qt::NoFocus);
     // Nor its scroll buttons, which would have the focus before any page.
-    const auto buttons = findChildren<QToolButton*>();
+    const auto buttons = q->findChildren<QToolButton*>();
     for (QToolButton* button : buttons)
         button->setFocusPolicy(Qt::NoFocus);
-    setDrawBase(false);
+    q->setDrawBase(false);
     // A move without a button tells that a release was lost.
-    setMouseTracking(true);
-    if (dock->controller() && dock->controller()->tabsAreClosable()) {
-        setTabsClosable(true);
-        connect(this, &QTabBar::tabCloseRequested, dock, &Dock::closeTab);
+    q->setMouseTracking(true);
+    if (workspace() && workspace()->tabsAreClosable()) {
+        q->setTabsClosable(true);
+        QObject::connect(q, &QTabBar::tabCloseRequested, dock, &Dock::closeTab);
     }
 }
 
@@ -69,13 +83,13 @@ void DockTabBar::onMouseOverDock(bool on) {
 bool DockTabBar::event(QEvent* event) {
     // Qt goes on with the strip after it has made another tab current: the host, which may destroy
     // the strip, hears of it only then.
-    const DockChange change(d ? d->dock->controller() : nullptr);
+    const DockChange change(d ? d->workspace() : nullptr);
     return QTabBar::event(event);
 }
 
 StripGeometry DockTabBarPrivate::geometry() const {
     StripGeometry geometry;
-    geometry.titleBar = titleBar->rect();
+    geometry.titleBar = titleBar ? titleBar->rect() : q->rect();
     geometry.titleBar.setLeft(-q->x());
     geometry.tabs = tabRects(*q);
     return geometry;
@@ -90,7 +104,7 @@ void DockTabBar::mousePressEvent(QMouseEvent* event) {
     const StripGeometry before = d->geometry();
     QTabBar::mousePressEvent(event);
     // Making the pressed tab current showed and hid pages.
-    if (!alive || event->button() != Qt::LeftButton)
+    if (!alive || !d->dock || event->button() != Qt::LeftButton)
         return;
     d->titleBar->setPressed(true);
     if (event->modifiers().testFlag(Qt::ControlModifier)) {
@@ -111,26 +125,29 @@ void DockTabBar::mouseMoveEvent(QMouseEvent* event) {
             session.cancel();
         return;
     }
-
     const StripDrag::Step step =
         d->drag.move(event->pos(), leftHeld, QApplication::startDragDistance(), d->geometry());
+    if (step.command == StripDrag::Command::None && !d->drag.isDragging())
+        QTabBar::mouseMoveEvent(event);
+    else
+        d->execute(step, event->globalPos());
+}
+
+void DockTabBarPrivate::execute(const StripDrag::Step& step, const QPoint& global) {
     switch (step.command) {
     case StripDrag::Command::TearOff:
-        session.begin(this, d->dock->widget(step.index), d->drag.pressPosition(),
-                      event->globalPos());
+        DockDragSession::instance().begin(q, dock->widget(step.index), drag.pressPosition(),
+                                          global);
         break;
     case StripDrag::Command::Reorder:
-        d->movePage(d->drag.index(), step.index);
+        movePage(drag.index(), step.index);
         break;
     case StripDrag::Command::Begin:
-        break;
     case StripDrag::Command::None:
-        if (!d->drag.isDragging())
-            QTabBar::mouseMoveEvent(event);
         break;
     }
-    if (d->drag.isDragging())
-        update();
+    if (drag.isDragging())
+        q->update();
 }
 
 void DockTabBar::mouseReleaseEvent(QMouseEvent* event) {
@@ -155,7 +172,8 @@ void DockTabBar::hideEvent(QHideEvent* event) {
     DockDragSession& session = DockDragSession::instance();
     if (session.isActive() && session.source() == d->dock)
         session.cancel();
-    d->titleBar->setPressed(false);
+    if (d->titleBar)
+        d->titleBar->setPressed(false);
     QTabBar::hideEvent(event);
 }
 
@@ -191,7 +209,7 @@ void DockTabBarPrivate::paintTab(int index, QStylePainter& painter) {
         else
             option.state.setFlag(QStyle::State_MouseOver, false);
     }
-    const DockMainWindow* controller = dock->controller();
+    const DockMainWindow* controller = workspace();
     if (controller && controller->highlightCurrentTab() && index == q->currentIndex())
         highlight(option);
     painter.drawControl(QStyle::CE_TabBarTab, option);

@@ -21,9 +21,11 @@ class KXUI_EXPORT DockTabBar : public QTabBar {
 public:
     /** A strip in `titleBar`, which owns it, for the pages of `dock`. Panes make their own. */
     DockTabBar(Dock* dock, DockTitleBar* titleBar);
+    /** A strip of no pane: tabs, and nothing more. */
+    explicit DockTabBar(QWidget* parent = nullptr);
     ~DockTabBar() override;
 
-    /** The pane whose pages the tabs stand for. */
+    /** The pane whose pages the tabs stand for, null for none. */
     Dock* dock() const;
 
 public Q_SLOTS:

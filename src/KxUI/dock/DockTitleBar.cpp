@@ -27,16 +27,18 @@ public:
         DockPrivate::of(*dock).setTitleVisible(false);
     }
 
+    bool isHidden() const { return dock && !dock->titleVisible(); }
+
     Dock* dock = nullptr;
     bool pressed = false;
     bool revealed = false;
     int revealTimer = 0; // 0: none runs
 };
 
-DockTitleBar::DockTitleBar(Dock* dock)
+DockTitleBar::DockTitleBar(QWidget* dock)
     : QWidget(dock)
     , d(std::make_unique<Private>()) {
-    d->dock = dock;
+    d->dock = qobject_cast<Dock*>(dock);
 }
 
 DockTitleBar::~DockTitleBar() = default;
@@ -51,6 +53,11 @@ void DockTitleBar::setPressed(bool pressed) {
     d->pressed = pressed;
     if (!pressed)
         d->hideRevealedTitle(this);
+    const auto tell = [this, pressed] { Q_EMIT pressedChanged(pressed); };
+    if (d->dock)
+        DockPrivate::of(*d->dock).announce(tell);
+    else
+        tell();
 }
 
 bool DockTitleBar::isRevealed() const {
@@ -62,7 +69,7 @@ void DockTitleBar::endReveal() {
 }
 
 void DockTitleBar::enterEvent(QEvent* event) {
-    if (!d->dock->titleVisible()) {
+    if (d->isHidden()) {
         d->stopTimer(this);
         d->revealTimer = startTimer(RevealDelay, Qt::CoarseTimer);
         update();
@@ -83,14 +90,14 @@ void DockTitleBar::timerEvent(QTimerEvent* event) {
         return;
     }
     d->stopTimer(this);
-    if (d->dock->titleVisible())
+    if (!d->isHidden())
         return;
     d->revealed = true;
     DockPrivate::of(*d->dock).setTitleVisible(true);
 }
 
 void DockTitleBar::paintEvent(QPaintEvent*) {
-    if (d->dock->titleVisible() || !underMouse())
+    if (!d->isHidden() || !underMouse())
         return;
     QPainter painter(this);
     painter.fillRect(rect(), palette().highlight());

@@ -8,16 +8,15 @@
 
 namespace Kestrel::UI {
 
-class Dock;
-
 /** The bar on top of a pane that carries its tabs and buttons. While the pane's title is hidden it
    is a strip of 3 pixels, and shows the title while the mouse rests on it. Interface thread. */
 class KXUI_EXPORT DockTitleBar : public QWidget {
     Q_OBJECT
+    Q_PROPERTY(bool pressed READ isPressed WRITE setPressed NOTIFY pressedChanged)
 
 public:
-    /** The bar of `dock`, which owns it. Panes make their own. */
-    explicit DockTitleBar(Dock* dock);
+    /** The bar of a pane, which owns it; panes make their own. With another parent, a plain bar. */
+    explicit DockTitleBar(QWidget* dock = nullptr);
     ~DockTitleBar() override;
 
     /** Whether the mouse was pressed on the tabs and not released yet; a revealed title then stays.
@@ -32,6 +31,10 @@ public:
 
     /** A revealed title is shown for good: it does not hide when the mouse leaves. */
     void endReveal();
+
+Q_SIGNALS:
+    /** The mouse went down on the tabs, or was released. */
+    void pressedChanged(bool pressed);
 
 protected:
     void enterEvent(QEvent* event) override;

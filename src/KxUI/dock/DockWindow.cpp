@@ -43,6 +43,17 @@ DockWindow::DockWindow(DockMainWindow* controller, QWidget* parent)
     setWindowTitle(QStringLiteral(" "));
 }
 
+DockWindow::DockWindow(QWidget* parent)
+    : DockWindow(DockWindowPrivate::workspaceAround(parent), parent) {}
+
+DockMainWindow* DockWindowPrivate::workspaceAround(const QWidget* widget) {
+    for (; widget; widget = widget->parentWidget()) {
+        if (const auto* window = qobject_cast<const DockWindow*>(widget))
+            return window->controller();
+    }
+    return nullptr;
+}
+
 DockWindow::~DockWindow() {
     if (d->controller && static_cast<void*>(d->controller) != static_cast<void*>(this)) {
         const DockChange change(d->controller);

@@ -25,6 +25,8 @@ public:
     /** `controller` is borrowed; it is the window itself for the main window. `parent` owns the
         window. */
     DockWindow(DockMainWindow* controller, QWidget* parent);
+    /** A window of the workspace that `parent` lies in, or of none. */
+    explicit DockWindow(QWidget* parent = nullptr);
     ~DockWindow() override;
 
     /** Adds a pane at the end of the root splitter; null adds nothing. */

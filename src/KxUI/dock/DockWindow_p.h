@@ -9,6 +9,9 @@ class DockWindowPrivate {
 public:
     static DockWindowPrivate& of(DockWindow& window) { return *window.d; }
 
+    /** The controller of the window that is `widget` or encloses it, null for none. */
+    static DockMainWindow* workspaceAround(const QWidget* widget);
+
     explicit DockWindowPrivate(DockMainWindow* workspace)
         : controller(workspace) {}
 

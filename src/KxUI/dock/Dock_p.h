@@ -6,6 +6,8 @@
 
 #include <QPointer>
 
+#include <functional>
+
 namespace Kestrel::UI {
 
 class DockMenu;
@@ -50,6 +52,9 @@ public:
     void showDropTarget(bool hover);
     bool hasFocusInside() const;
     void tell(News news, QWidget* page);
+    /** Emits a signal of the pane when the change under way is over. */
+    void announce(std::function<void()> emission);
+    void tellCurrentTab();
 
     // Layout
     PaneMetrics metrics() const;
@@ -71,6 +76,7 @@ public:
     QVector<QPointer<QWidget>> refused; // to close, when the pane was closed last
     QStringList paneIds;
     int titleHeight = 0;
+    int toldTab = -1; // the index that was told last
     bool titleVisible = true;
     bool hover = false;
     bool expanded = false;

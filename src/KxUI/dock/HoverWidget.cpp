@@ -1,6 +1,7 @@
 #include <KxUI/dock/HoverWidget.h>
 
-#include <KxUI/dock/DockGeometry_p.h>
+#include <KxUI/dock/DropZones_p.h>
+
 #include <KxUI/kit/WindowSystem_p.h>
 
 #include <QPainter>
@@ -22,8 +23,8 @@ public:
     DockDropZone zone = DropCentre;
 };
 
-HoverWidget::HoverWidget()
-    : QWidget(nullptr, Qt::Window | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint)
+HoverWidget::HoverWidget(QWidget* parent)
+    : QWidget(parent, Qt::Window | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint)
     , d(std::make_unique<Private>()) {
     setAttribute(Qt::WA_TranslucentBackground);
     setAttribute(Qt::WA_ShowWithoutActivating);
@@ -44,6 +45,7 @@ void HoverWidget::setZone(DockDropZone zone) {
     d->zone = zone;
     updateShape();
     update();
+    Q_EMIT zoneChanged(zone);
 }
 
 void HoverWidget::paintEvent(QPaintEvent*) {

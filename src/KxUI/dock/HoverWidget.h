@@ -13,15 +13,20 @@ namespace Kestrel::UI {
     the part that the drop would take. */
 class KXUI_EXPORT HoverWidget : public QWidget {
     Q_OBJECT
+    Q_PROPERTY(Kestrel::UI::DockDropZone zone READ zone WRITE setZone NOTIFY zoneChanged)
 
 public:
     /** A hidden window for the whole pane, owned by whoever makes it. Interface thread. */
-    HoverWidget();
+    explicit HoverWidget(QWidget* parent = nullptr);
     ~HoverWidget() override;
 
     /** The part of the pane that is outlined; `DropCentre`, all of it, at first. */
     DockDropZone zone() const;
     void setZone(DockDropZone zone);
+
+Q_SIGNALS:
+    /** Another part is outlined. */
+    void zoneChanged(Kestrel::UI::DockDropZone zone);
 
 protected:
     void paintEvent(QPaintEvent* event) override;

@@ -1,7 +1,5 @@
 #include <KxUI/dock/TitleBarButton.h>
 
-#include <KxUI/dock/DockTitleBar.h>
-
 #include <QMenu>
 #include <QStyle>
 #include <QStyleOptionToolButton>
@@ -11,7 +9,7 @@
 
 namespace Kestrel::UI {
 
-TitleBarButton::TitleBarButton(DockTitleBar* titleBar)
+TitleBarButton::TitleBarButton(QWidget* titleBar)
     : QPushButton(titleBar) {
     setFocusPolicy(Qt::NoFocus);
     setFlat(true);

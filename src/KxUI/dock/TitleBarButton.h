@@ -6,8 +6,6 @@
 
 namespace Kestrel::UI {
 
-class DockTitleBar;
-
 /** A small flat button in the title bar of a pane: its icon and 2 pixels around it. Interface
     thread. */
 class KXUI_EXPORT TitleBarButton : public QPushButton {
@@ -15,7 +13,7 @@ class KXUI_EXPORT TitleBarButton : public QPushButton {
 
 public:
     /** A button that `titleBar` owns. Panes make their own. */
-    explicit TitleBarButton(DockTitleBar* titleBar);
+    explicit TitleBarButton(QWidget* titleBar = nullptr);
     ~TitleBarButton() override;
 
     QSize sizeHint() const override;
