@@ -161,8 +161,16 @@ void DockPages::dropFromStrip(int index) {
 void DockPages::childEvent(QChildEvent* event) {
     QStackedWidget::childEvent(event);
     // Last of all, since whoever hears of it may destroy this stack.
-    if (event->removed() && m_dying.removeOne(event->child()))
-        Q_EMIT gone(static_cast<QWidget*>(event->child()));
+    if (!event->removed())
+        return;
+    // It is a widget no more: only its address is compared.
+    const auto dying = std::find_if(m_dying.cbegin(), m_dying.cend(),
+                                    [event](QWidget* page) { return page == event->child(); });
+    if (dying == m_dying.cend())
+        return;
+    QWidget* page = *dying;
+    m_dying.removeOne(page);
+    Q_EMIT gone(page);
 }
 
 /** Moves a page that is not current. */

@@ -88,7 +88,7 @@ private:
 
     QTabBar* m_strip = nullptr;
     QVector<Entry> m_entries;
-    QVector<QObject*> m_dying;
+    QVector<QWidget*> m_dying;
     int m_edits = 0; // under way: what the stack and the strip say is our own doing
     int m_previous = 0;
     bool m_following = false;
