@@ -66,6 +66,13 @@ private slots:
             QCOMPARE(errors.text(), "[Help] handleRequestPOST - no callback assigned\n");
         }
         m_server->setRequestHandler(remember);
+        // The end of what a client has to say ends its request.
+        Client brief(m_server->getPort());
+        brief.write("POST /go 8");
+        QVERIFY(brief.waitForBytesWritten());
+        ::shutdown(static_cast<int>(brief.socketDescriptor()), SHUT_WR);
+        QCOMPARE(brief.answer(), bareDone);
+        QCOMPARE(lastCommand, "go|8");
         // A browser sends the body apart. Speaking to a connection that has been closed already can
         // cost it the answer.
         Client opener(m_server->getPort());

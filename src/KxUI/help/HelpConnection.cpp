@@ -168,12 +168,10 @@ void HelpConnection::timerEvent(QTimerEvent* event) {
         return;
     m_silence.stop();
     look(true);
-    if (m_phase == Phase::Closed)
-        m_owner.handleClosed(*this);
+    tellIfClosed();
 }
 
-void HelpConnection::proceed(void (HelpConnection::*step)()) {
-    (this->*step)();
+void HelpConnection::tellIfClosed() {
     if (m_phase == Phase::Closed)
         m_owner.handleClosed(*this);
 }
@@ -181,8 +179,10 @@ void HelpConnection::proceed(void (HelpConnection::*step)()) {
 void HelpConnection::awaitInput(bool wanted) {
     if (wanted && !m_readable) {
         m_readable = std::make_unique<QSocketNotifier>(m_socket, QSocketNotifier::Read);
-        connect(m_readable.get(), &QSocketNotifier::activated, this,
-                [this] { proceed(&HelpConnection::look); });
+        connect(m_readable.get(), &QSocketNotifier::activated, this, [this] {
+            look();
+            tellIfClosed();
+        });
     } else if (m_readable) {
         m_readable->setEnabled(wanted);
     }
@@ -191,8 +191,10 @@ void HelpConnection::awaitInput(bool wanted) {
 void HelpConnection::awaitOutput(bool wanted) {
     if (wanted && !m_writable) {
         m_writable = std::make_unique<QSocketNotifier>(m_socket, QSocketNotifier::Write);
-        connect(m_writable.get(), &QSocketNotifier::activated, this,
-                [this] { proceed(&HelpConnection::sendPiece); });
+        connect(m_writable.get(), &QSocketNotifier::activated, this, [this] {
+            sendPiece();
+            tellIfClosed();
+        });
     } else if (m_writable) {
         m_writable->setEnabled(wanted);
     }

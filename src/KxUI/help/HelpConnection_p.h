@@ -102,7 +102,7 @@ private:
     void finish();
     void awaitInput(bool wanted);
     void awaitOutput(bool wanted);
-    void proceed(void (HelpConnection::*step)());
+    void tellIfClosed();
 
     const std::intptr_t m_socket;
     const std::uint16_t m_port;
