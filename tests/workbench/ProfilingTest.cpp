@@ -8,6 +8,7 @@
 #include "play/Session.h"
 
 #include <KxUI/eventgraph/EventGraph.h>
+#include <KxUI/eventgraph/EventGraphSnapshot.h>
 #include <KxUI/eventgraph/EventGraphView.h>
 #include <KxUI/eventgraph/IEventGraphTimer.h>
 
@@ -45,12 +46,12 @@ public:
     explicit Captured(const EventGraphView& view)
         : m_view(view) {}
 
-    EventTrack::EventList events(const QString& name) const {
-        EventTrack::EventList all;
-        const QMutexLocker locker(EventGraphView::GetMutex());
-        for (const EventTrack* track : m_view.tracks()) {
-            if (track->name().startsWith(name))
-                all.insert(all.end(), track->events().begin(), track->events().end());
+    std::vector<EventTrack::Event> events(const QString& name) const {
+        std::vector<EventTrack::Event> all;
+        const Kestrel::UI::EventGraphSnapshot held = m_view.snapshot();
+        for (const auto& track : held.tracks) {
+            if (track.name.startsWith(name))
+                all.insert(all.end(), track.events.begin(), track.events.end());
         }
         return all;
     }
@@ -66,10 +67,10 @@ public:
 
     /** Whether every activity of these tracks has a start and an end after it. */
     bool isPaired(const QString& name) const {
-        const QMutexLocker locker(EventGraphView::GetMutex());
-        for (const EventTrack* track : m_view.tracks()) {
-            const EventTrack::EventList& all = track->events();
-            for (std::size_t i = 0; track->name().startsWith(name) && i < all.size(); i += 2) {
+        const Kestrel::UI::EventGraphSnapshot held = m_view.snapshot();
+        for (const auto& track : held.tracks) {
+            const EventTrack::EventList& all = track.events;
+            for (std::size_t i = 0; track.name.startsWith(name) && i < all.size(); i += 2) {
                 if (i + 1 == all.size() || all[i].type != EventTrack::Type::Start ||
                     all[i + 1].type != EventTrack::Type::End || all[i + 1].time <= all[i].time)
                     return false;
@@ -134,7 +135,7 @@ private slots:
         QCOMPARE(captured.ended("Cache fill").size(), 8);
         QVERIFY(captured.ended("Viewer paint").contains("Frame 1"));
         QVERIFY(captured.ended("Frames dropped").first().contains(" before frame "));
-        const EventTrack::EventList memory = captured.events("Cache (MiB)");
+        const std::vector<EventTrack::Event> memory = captured.events("Cache (MiB)");
         QCOMPARE(memory.size(), std::size_t(9));
         QCOMPARE(memory.front().value, 0.0F);
         QCOMPARE(memory.back().value, float(double(session.cache().bytes()) / (1024.0 * 1024.0)));
