@@ -3,11 +3,11 @@
 #include <KxUI/eventgraph/EventAdder.h>
 #include <KxUI/eventgraph/EventGraphView.h>
 #include <KxUI/eventgraph/EventGraphWriter.h>
+#include <KxUI/eventgraph/EventHitTest_p.h>
 #include <KxUI/eventgraph/EventUserDataInt.h>
 #include <KxUI/eventgraph/EventUserDataString.h>
 #include <KxUI/eventgraph/IEventGraphTimer.h>
 #include <KxUI/eventgraph/Locks_p.h>
-#include <KxUI/eventgraph/TrackIndex_p.h>
 
 #include <QCoreApplication>
 #include <QFile>
@@ -42,7 +42,7 @@ bool lttngEnabled();
 namespace {
 
 using Type = EventTrack::Type;
-constexpr float unlimited = 3.4028235e38f;
+constexpr float unlimited = EventGraphView::unlimitedDuration;
 
 EventTrack makeTrack(int maxEvents) {
     return EventTrack("Track", Qt::red, 0, EventTrack::TrackType::Timeline, 0, 1, maxEvents,

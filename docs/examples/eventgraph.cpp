@@ -9,7 +9,6 @@
 #include <QApplication>
 #include <QThread>
 
-#include <limits>
 #include <memory>
 #include <thread>
 
@@ -17,13 +16,11 @@ using namespace Kestrel::UI;
 
 namespace {
 
-// Name, colour, place, kind, range of the graph, room a second and at all, height, time track.
-EventTrack decodes("Decode", QColor(0x40, 0x90, 0xd0), 10, EventTrack::TrackType::Timeline, 0, 1,
-                   1000, 100000, 0, nullptr);
-EventTrack paints("Paint", QColor(0xd0, 0x80, 0x30), 20, EventTrack::TrackType::Timeline, 0, 1,
-                  1000, 100000, 0, nullptr);
-EventTrack cached("Frames in the cache", QColor(0x50, 0xa0, 0x50), 30, EventTrack::TrackType::Value,
-                  0, 20, 1000, 100000, 60, nullptr);
+using Options = EventTrack::Options;
+EventTrack decodes(Options::timeline("Decode", QColor(0x40, 0x90, 0xd0)).at(10));
+EventTrack paints(Options::timeline("Paint", QColor(0xd0, 0x80, 0x30)).at(20));
+EventTrack
+    cached(Options::graph("Frames in the cache", QColor(0x50, 0xa0, 0x50), 0, 20).at(30).high(60));
 
 void decode(int frame) {
     const EventAdder activity(&decodes, new EventUserDataInt(frame), true);
@@ -37,7 +34,7 @@ int main(int argc, char** argv) {
     EventGraph* graph = EventGraph::instance();
     for (EventTrack* track : {&decodes, &paints, &cached})
         graph->addTrack(track);
-    graph->start(std::numeric_limits<float>::max(), EventGraphMode::Forwards); // until stopped
+    graph->start(EventGraphView::unlimitedDuration, EventGraphMode::Forwards);
 
     std::thread worker([] {
         for (int frame = 0; frame < 20; ++frame) {

@@ -4,9 +4,11 @@
 #include <KxUI/eventgraph/EventGraphPainting_p.h>
 #include <KxUI/eventgraph/EventGraphScene_p.h>
 #include <KxUI/eventgraph/EventGraphView.h>
+#include <KxUI/eventgraph/EventHitTest_p.h>
 #include <KxUI/eventgraph/EventStatistics_p.h>
 #include <KxUI/eventgraph/EventTraceWriter_p.h>
 #include <KxUI/eventgraph/EventUserDataString.h>
+#include <KxUI/eventgraph/SelectionDrag_p.h>
 #include <support/Columns.h>
 #include <support/TestRegistry.h>
 
@@ -249,14 +251,48 @@ private Q_SLOTS:
     // Cost that grows with the square of the tracks would not end.
     void manyRows() {
         std::vector<TrackInfo> tracks;
-        Scene scene;
         for (quint64 i = 0; i < 100'000; ++i) {
             tracks.push_back(info(TrackType::Timeline));
             tracks.back().content = i + 1;
-            scene.indexes[i + 50'000];
         }
+        Scene scene;
         scene.setTracks(tracks, false);
-        QCOMPARE(scene.indexes.size(), std::size_t(50'001));
+        for (const SceneRow& row : scene.rows())
+            scene.index(row);
+        scene.setTracks(tracks, false);
+        QCOMPARE(scene.height(), qint64(100'000) * timelineRowHeight);
+        QCOMPARE(scene.rowAt(2'399'999), &scene.rows().back());
+    }
+
+    // The moves of a selection's drag: p press, m move, r release, - move without the button.
+    void selectionDrags_data() {
+        const Columns<QString, QString> row("moves", "commands");
+        row("click", "p100 r", "clear");
+        row("too short", "p100 m109 r", "clear");
+        row("drag", "p100 m110 m90 r m300", "100-110 100-90");
+        row("slow drag", "p100 m105 m110 m100 r", "100-110 100-100");
+        row("moves without a press", "m100 m200 r", "");
+        row("lost release", "p100 m150 -200 m300 r", "100-150");
+        row("lost release of a click", "p100 -101 r", "");
+        row("again", "p100 m120 r p7 m27 r", "100-120 7-27");
+    }
+    void selectionDrags() {
+        QFETCH(QString, moves);
+        SelectionDrag drag(10);
+        QStringList commands;
+        for (const QString& move : moves.split(' ')) {
+            const int x = move.mid(1).toInt();
+            SelectionDrag::Command command;
+            if (move[0] == 'p')
+                drag.press(x);
+            else
+                command = move[0] == 'r' ? drag.release() : drag.move(x, move[0] == 'm');
+            if (command.what == SelectionDrag::Command::Select)
+                commands << QString("%1-%2").arg(command.from).arg(command.to);
+            else if (command.what == SelectionDrag::Command::Clear)
+                commands << "clear";
+        }
+        QTEST(commands.join(' '), "commands");
     }
 
     void statistics() {

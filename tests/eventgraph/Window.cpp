@@ -4,6 +4,7 @@
 #include <KxUI/eventgraph/EventGraphView.h>
 #include <KxUI/eventgraph/EventTrack.h>
 #include <KxUI/eventgraph/EventUserDataString.h>
+#include <KxUI/settings/AppSettings.h>
 #include <support/Input.h>
 #include <support/TestRegistry.h>
 
@@ -19,6 +20,7 @@
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QSignalSpy>
+#include <QSplitter>
 #include <QTemporaryDir>
 #include <QTextEdit>
 #include <QTreeWidget>
@@ -343,6 +345,44 @@ private Q_SLOTS:
         QCOMPARE(row("Idle").simplified(), QString("ms 0"));
         capture.view.clear();
         QCOMPARE(row("Decode").simplified(), QString("ms 0"));
+    }
+
+    // Place, splitter and statistics come back; asked for only.
+    void remembersItsPlace() {
+        AppSettings().clear();
+        const auto make = [](bool remembers) {
+            auto window = std::make_unique<EventGraph>();
+            window->setRemembersPlace(remembers);
+            window->show();
+            return window;
+        };
+        const QRect place(30, 40, 700, 500);
+        const auto splitter = [](const auto& window) {
+            return window->template findChild<QSplitter*>();
+        };
+        auto window = make(true);
+        QCOMPARE(window->objectName(), QString("EventGraph"));
+        window->setGeometry(place);
+        for (QAction* action : window->findChildren<QAction*>()) {
+            if (action->text() == "Statistics")
+                action->setChecked(true);
+        }
+        splitter(window)->setSizes({300, 100});
+        const QList<int> sizes = splitter(window)->sizes();
+        window.reset(); // as open as when the application ends
+        window = make(true);
+        QCOMPARE(window->geometry(), place);
+        // Toolbars take their height when they are shown.
+        QVERIFY(std::abs(splitter(window)->sizes().at(0) - sizes.at(0)) < 20);
+        window->move(50, 60);
+        window->close();
+        window = make(true);
+        QCOMPARE(window->pos(), QPoint(50, 60));
+        window->setRemembersPlace(false);
+        window->move(70, 80);
+        window.reset();
+        QCOMPARE(make(true)->pos(), QPoint(50, 60));
+        QVERIFY(make(false)->size() != place.size());
     }
 
     // Any state can be painted: no rows, rows without height, a dead sync track, odd numbers.

@@ -1,6 +1,6 @@
 #include <KxUI/eventgraph/CaptureState_p.h>
 
-#include <KxUI/eventgraph/EventGraphView.h>
+#include <KxUI/eventgraph/EventGraphView_p.h>
 #include <KxUI/eventgraph/IEventGraphTimer.h>
 
 #include <algorithm>
@@ -62,7 +62,7 @@ void CaptureState::retire() {
     syncTrack = nullptr;
     paused = true;
     mode = EventGraphMode::Forwards;
-    durationSeconds = unlimitedDuration;
+    durationSeconds = EventGraphView::unlimitedDuration;
     timer = nullptr;
     view = nullptr;
 }
@@ -102,6 +102,7 @@ void CaptureState::addRow(EventTrackPrivate& track) {
     removeRowsOf(track);
     tracks.insert(track.options.sortKey, track.q);
     track.rows.push_back({this, track.options.sortKey});
+    ++changes;
 }
 
 void CaptureState::remove(EventTrackPrivate& track) {
@@ -114,6 +115,7 @@ void CaptureState::remove(EventTrackPrivate& track) {
 }
 
 void CaptureState::rowsChanged() const {
+    ++changes;
     if (view)
         QMetaObject::invokeMethod(view, "update", Qt::QueuedConnection);
 }
@@ -125,6 +127,7 @@ void CaptureState::removeRowsOf(EventTrackPrivate& track) {
     for (auto row = kept; row != rows.end(); ++row)
         tracks.remove(row->key, track.q);
     rows.erase(kept, rows.end());
+    ++changes;
 }
 
 void CaptureState::removeRowsAt(int key) {
@@ -136,6 +139,7 @@ void CaptureState::removeRowsAt(int key) {
                    rows.end());
     }
     tracks.remove(key);
+    ++changes;
 }
 
 TrackInfo CaptureState::infoOf(const EventTrackPrivate& track) {
@@ -198,8 +202,13 @@ QString CaptureState::tooltipText(const TrackInfo& info) {
     return UI::tooltipText(info.type, totals);
 }
 
+quint64 CaptureState::stateOfAllTracks() {
+    const MutexGuard guard(profilerMutex());
+    return changes;
+}
+
 CaptureState& CaptureState::of(const EventGraphView& view) {
-    return view.m_state;
+    return EventGraphViewPrivate::of(view).state;
 }
 
 void CaptureState::trackBorn(EventTrackPrivate& track) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <KxUI/eventgraph/EventGraphMode.h>
+#include <KxUI/eventgraph/EventGraphView.h>
 #include <KxUI/eventgraph/EventTrack_p.h>
 #include <KxUI/eventgraph/Locks_p.h>
 
@@ -11,11 +12,7 @@
 
 namespace Kestrel::UI {
 
-class EventGraphView;
 class IEventGraphTimer;
-
-/** The duration that stands for "until stopped", in seconds. */
-constexpr float unlimitedDuration = 3.4028235e38f;
 
 /** The one mutex of the profiler; guards every event list, statistic and link between tracks.
     Never destroyed, since threads may record until the very end of the process. */
@@ -101,6 +98,11 @@ public:
     /** The track's addition to tooltips; empty when it is gone. Takes the mutex. */
     static QString tooltipText(const TrackInfo& info);
 
+    /** Counts what happens to tracks and rows of all views, so that what was made of them can be
+        told to be old. Under the mutex; stateOfAllTracks() takes it. */
+    static inline quint64 changes = 1;
+    static quint64 stateOfAllTracks();
+
     /** The state of a view. */
     static CaptureState& of(const EventGraphView& view);
 
@@ -111,7 +113,7 @@ public:
     QReadWriteLock lock;
     std::atomic<bool> paused{true};
     EventGraphMode mode = EventGraphMode::Forwards;
-    float durationSeconds = unlimitedDuration;
+    float durationSeconds = EventGraphView::unlimitedDuration;
     int startTime = 0;
     int endTime = 0;
     IEventGraphTimer* timer = nullptr;

@@ -5,31 +5,27 @@
 
 #include <QWidget>
 
-QT_BEGIN_NAMESPACE
-class QAction;
-class QCheckBox;
-class QComboBox;
-class QDoubleSpinBox;
-class QLabel;
-class QLineEdit;
-class QScrollArea;
-class QToolBar;
-class QTreeWidget;
-QT_END_NAMESPACE
+#include <memory>
 
 namespace Kestrel::UI {
 
 class EventGraphView;
 class EventTrack;
 class IEventGraphTimer;
+struct EventGraphPrivate;
 
 /** The profiler's window: starts and stops captures, saves and loads them, and shows them in an
     EventGraphView with a ruler, a search and statistics.
 
-    One window serves the process, instance(); each loaded file opens in a further one. GUI thread,
-    but addTrack() and removeTrack() are for any thread. */
+    One window serves the process, instance(); each loaded file opens in a further one. Interface
+    thread, but addTrack() and removeTrack() are for any thread. */
 class KXUI_EXPORT EventGraph : public QWidget {
     Q_OBJECT
+    Q_PROPERTY(bool paused READ paused NOTIFY pausedChanged)
+    Q_PROPERTY(
+        bool hideEmptyTracks READ hideEmptyTracks WRITE setHideEmptyTracks NOTIFY emptyTracksHidden)
+    Q_PROPERTY(bool remembersPlace READ remembersPlace WRITE setRemembersPlace NOTIFY
+                   remembersPlaceChanged)
 
 public:
     /** A tool window of its parent, or a window of its own. `timer` is borrowed and outlives the
@@ -45,11 +41,11 @@ public:
         a track that is in no view keeps nothing. */
     static EventGraph* instance();
 
-    /** The clock of the window that instance() will make; borrowed. */
+    /** The clock of the window that instance() will make; borrowed, null for the time of day. */
     static void SetTimer(IEventGraphTimer* timer);
 
     /** The view in the window. */
-    EventGraphView* view() const { return m_view; }
+    EventGraphView* view() const;
 
     /** Sets duration (seconds) and mode in the toolbar and starts the view with them. */
     void start(float seconds, EventGraphMode mode);
@@ -64,6 +60,16 @@ public:
     void setHideEmptyTracks(bool hide);
     bool hideEmptyTracks() const;
 
+    /** Whether the window remembers from session to session, by a WidgetTracker, where it was, how
+        its splitter stood and whether it showed statistics. Default false.
+
+        Switched on it goes to its place, so do that before it is shown. It is remembered when it is
+        closed, and when it is open as the application quits or as it is destroyed. AppSettings
+       keeps it under the object name, which becomes "EventGraph" where there is none: name windows
+       apart of which several are to be remembered. */
+    void setRemembersPlace(bool remembers);
+    bool remembersPlace() const;
+
     QSize sizeHint() const override;
 
 public Q_SLOTS:
@@ -71,8 +77,9 @@ public Q_SLOTS:
     void singleShot();
 
     /** Starts a capture in the mode in the toolbar: forwards without a limit, or a history of the
-        duration. */
+        duration. startCapture() is the same for connections by pointer. */
     void start();
+    void startCapture();
 
     /** Stops the capture. */
     void stop();
@@ -89,6 +96,14 @@ public Q_SLOTS:
     /** Asks for a file and writes the capture for trace viewers. */
     void exportTrace();
 
+Q_SIGNALS:
+    /** As EventGraphView::pausedChanged. */
+    void pausedChanged(bool paused);
+    /** As EventGraphView::hideEmptyTracksChanged. */
+    void emptyTracksHidden(bool hidden);
+    /** After setRemembersPlace() has made a difference. */
+    void remembersPlaceChanged(bool remembers);
+
 private Q_SLOTS:
     void captureStarting(bool timed);
     void captureStopped();
@@ -98,33 +113,9 @@ private Q_SLOTS:
     void scrollChanged();
 
 private:
-    void makeCaptureToolBar(QToolBar* bar);
-    void makeFileToolBar(QToolBar* bar);
-    void makeLookToolBar(QToolBar* bar);
-    EventGraphMode mode() const;
-    void find(bool backwards);
-    void fillStatistics();
-    void setCapturing(bool capturing);
+    friend struct EventGraphPrivate;
 
-    EventGraphView* m_view;
-    QScrollArea* m_scrollArea;
-    QTreeWidget* m_statistics;
-
-    QAction* m_singleShot = nullptr;
-    QAction* m_start = nullptr;
-    QLabel* m_modeLabel = nullptr;
-    QComboBox* m_mode = nullptr;
-    QLabel* m_durationLabel = nullptr;
-    QDoubleSpinBox* m_duration = nullptr;
-    QCheckBox* m_hideEmptyTracks = nullptr;
-    QLabel* m_hitTestLabel = nullptr;
-    QComboBox* m_hitTest = nullptr;
-    QAction* m_save = nullptr;
-    QCheckBox* m_includeUserData = nullptr;
-    QCheckBox* m_skipDuplicates = nullptr;
-    QList<QAction*> m_lookActions;
-    QAction* m_showStatistics = nullptr;
-    QLineEdit* m_search = nullptr;
+    const std::unique_ptr<EventGraphPrivate> d;
 };
 
 } // namespace Kestrel::UI

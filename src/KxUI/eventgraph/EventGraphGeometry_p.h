@@ -32,10 +32,10 @@ float zoomed(float pixelsPerMs, int wheelDelta, int span);
 float fittingScale(double span, int pixels);
 
 /** The horizontal scroll position that keeps a time where it is while the scale changes.
-    \param cursorX x of the time in the view
-    \param scroll scroll position so far
-    \param hintWidth width of the view at the new scale
-    \param parentWidth width of what the view scrolls in */
+    @param cursorX x of the time in the view
+    @param scroll scroll position so far
+    @param hintWidth width of the view at the new scale
+    @param parentWidth width of what the view scrolls in */
 int scrollAfterZoom(int cursorX, int scroll, float oldScale, float newScale, int hintWidth,
                     int parentWidth);
 

@@ -1,10 +1,10 @@
 #include <KxUI/eventgraph/EventGraphReader.h>
 
-#include <KxUI/eventgraph/CaptureState_p.h>
 #include <KxUI/eventgraph/EventFileScanner_p.h>
-#include <KxUI/eventgraph/EventGraphView.h>
+#include <KxUI/eventgraph/EventGraphView_p.h>
 #include <KxUI/eventgraph/EventUserDataString.h>
 #include <KxUI/kit/XmlLimits_p.h>
+#include <KxUI/kit/Xml_p.h>
 
 #include <QXmlStreamReader>
 
@@ -36,8 +36,7 @@ public:
         QColor color;
         color.setNamedColor(colorName);
         auto track =
-            std::make_unique<EventTrack>(name, color, priority, EventTrack::TrackType::Timeline,
-                                         0.0f, 1.0f, 5000, 10000, 100, nullptr);
+            std::make_unique<EventTrack>(EventTrack::Options::timeline(name, color).at(priority));
         track->setGraph(&m_view);
         track->clear();
         {
@@ -47,7 +46,7 @@ public:
             fields.eventLimit = std::numeric_limits<int>::max();
         }
         m_startData = nullptr;
-        m_view.m_loadedTracks.push_back(std::move(track));
+        m_loaded.push_back(std::move(track));
     }
 
     void add(int type, int time, EventUserDataIP userData) {
@@ -60,7 +59,7 @@ public:
             m_startData = nullptr;
         }
         // The time is the event's own, even where it is the number that means now elsewhere.
-        EventTrackPrivate::of(*m_view.m_loadedTracks.back())
+        EventTrackPrivate::of(*m_loaded.back())
             .record(static_cast<EventTrack::Type>(type), userData, time,
                     EventTrackPrivate::TimeOf::Event);
     }
@@ -69,16 +68,17 @@ public:
     // last one comes first. Without clear(), unlike EventGraphView::addTrack.
     void finish() {
         const MutexGuard guard(profilerMutex());
-        auto& loaded = m_view.m_loadedTracks;
         CaptureState& capture = CaptureState::of(m_view);
-        for (std::size_t i = loaded.size(); i > m_first; --i)
-            capture.addRow(EventTrackPrivate::of(*loaded[i - 1]));
+        for (std::size_t i = m_loaded.size(); i > m_first; --i)
+            capture.addRow(EventTrackPrivate::of(*m_loaded[i - 1]));
         capture.rowsChanged();
     }
 
 private:
     EventGraphView& m_view;
-    const std::size_t m_first = m_view.m_loadedTracks.size();
+    std::vector<std::unique_ptr<EventTrack>>& m_loaded =
+        EventGraphViewPrivate::of(m_view).loadedTracks;
+    const std::size_t m_first = m_loaded.size();
     EventUserDataIP m_startData;
 };
 
@@ -139,8 +139,7 @@ void EventGraphReader::readDocument(QXmlStreamReader& xml, Tracks& tracks) {
         return;
     }
     const QXmlStreamAttributes attributes = xml.attributes();
-    tracks.setTimes(attributes.value(QLatin1String("StartTime")).toInt(),
-                    attributes.value(QLatin1String("EndTime")).toInt());
+    tracks.setTimes(Xml::number(attributes, "StartTime"), Xml::number(attributes, "EndTime"));
     while (xml.readNextStartElement()) {
         if (xml.name() == QLatin1String("Track"))
             readTrack(xml, tracks);
@@ -154,9 +153,8 @@ void EventGraphReader::readDocument(QXmlStreamReader& xml, Tracks& tracks) {
 
 void EventGraphReader::readTrack(QXmlStreamReader& xml, Tracks& tracks) {
     const QXmlStreamAttributes attributes = xml.attributes();
-    tracks.begin(attributes.value(QLatin1String("Name")).toString(),
-                 attributes.value(QLatin1String("Color")).toString(),
-                 attributes.value(QLatin1String("Priority")).toInt());
+    tracks.begin(Xml::text(attributes, "Name"), Xml::text(attributes, "Color"),
+                 Xml::number(attributes, "Priority"));
     while (xml.readNextStartElement()) {
         if (xml.name() == QLatin1String("Event"))
             readEvent(xml, tracks);
@@ -167,8 +165,8 @@ void EventGraphReader::readTrack(QXmlStreamReader& xml, Tracks& tracks) {
 
 void EventGraphReader::readEvent(QXmlStreamReader& xml, Tracks& tracks) {
     const QXmlStreamAttributes attributes = xml.attributes();
-    const int type = attributes.value(QLatin1String("Type")).toInt();
-    const int time = attributes.value(QLatin1String("Time")).toInt();
+    const int type = Xml::number(attributes, "Type");
+    const int time = Xml::number(attributes, "Time");
     EventUserDataIP userData;
     while (xml.readNextStartElement()) {
         if (xml.name() == QLatin1String("EventData"))

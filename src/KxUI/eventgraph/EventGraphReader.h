@@ -18,7 +18,7 @@ class EventGraphView;
     has. All become timeline tracks, which the view owns; a number that is none reads as 0.
 
     A document type declaration, elements nested more than 64 deep, more than 64 attributes on an
-    element and a file beyond 4 GiB are errors. GUI thread. */
+    element and a file beyond 4 GiB are errors. interface thread. */
 class KXUI_EXPORT EventGraphReader {
     Q_DECLARE_TR_FUNCTIONS(EventGraphReader)
 

@@ -10,37 +10,48 @@
 #include <QWidget>
 
 #include <memory>
-#include <vector>
 
 QT_BEGIN_NAMESPACE
 class QMutex;
-class QPainter;
 class QReadWriteLock;
-class QScrollBar;
-class QTextEdit;
 QT_END_NAMESPACE
 
 namespace Kestrel::UI {
 
-class CaptureState;
 class IEventGraphTimer;
-struct Scene;
 struct EventGraphSnapshot;
-struct SceneRow;
-struct TrackIndex;
-struct TrackInfo;
-struct ViewColors;
+struct EventGraphViewPrivate;
 
 /** Owns a capture: switches recording on and off, keeps the tracks in order and draws them.
 
-    Lives on the GUI thread. Other threads record into its tracks and may add and remove tracks;
-    whoever needs both locks takes stateLock() first and GetMutex() second. The view may be
-   destroyed while they record: its tracks are then without a view. Tracks are borrowed, except
-   those that were loaded from a file. */
+    Lives on the interface thread. Other threads record into its tracks and may add and remove
+    tracks; whoever needs both locks takes stateLock() first and GetMutex() second. The view may be
+    destroyed while they record: its tracks are then without a view. Tracks are borrowed, except
+    those that were loaded from a file. */
 class KXUI_EXPORT EventGraphView : public QWidget {
     Q_OBJECT
+    Q_PROPERTY(bool paused READ paused NOTIFY pausedChanged)
+    Q_PROPERTY(int backgroundStripeSpacing READ backgroundStripeSpacing WRITE
+                   setBackgroundStripeSpacing NOTIFY backgroundStripeSpacingChanged)
+    Q_PROPERTY(bool hideEmptyTracks READ hideEmptyTracks WRITE setHideEmptyTracks NOTIFY
+                   hideEmptyTracksChanged)
+    Q_PROPERTY(Kestrel::UI::EventHitTestMode hitTestMode READ hitTestMode WRITE setHitTestMode
+                   NOTIFY hitTestModeChanged)
+    Q_PROPERTY(float horizontalScale READ horizontalScale NOTIFY layoutChanged)
+    Q_PROPERTY(int selectionStart READ selectionStart NOTIFY selectionChanged)
+    Q_PROPERTY(int selectionEnd READ selectionEnd NOTIFY selectionChanged)
 
 public:
+    /** The duration in seconds of a capture that goes on until it is stopped. */
+    static constexpr float unlimitedDuration = 3.4028235e38F;
+
+    /** What save() writes beside times and names. */
+    using SaveFlags = EventGraphWriter::Flags;
+    /** Write the text of user data. */
+    static constexpr EventGraphWriter::Flag IncludeUserData = EventGraphWriter::IncludeUserData;
+    /** Leave it out where it is the object of the event written before. */
+    static constexpr EventGraphWriter::Flag SkipDuplicates = EventGraphWriter::SkipDuplicates;
+
     /** A paused view. `timer` is borrowed and outlives the view; null makes the view use a clock of
         its own, the local time of day. */
     explicit EventGraphView(QWidget* parent = nullptr, IEventGraphTimer* timer = nullptr);
@@ -60,7 +71,7 @@ public:
     /** Before the first capture and after a stop. Any thread. */
     bool paused() const;
 
-    /** The mode and duration in seconds of the last capture; 3.4028235e38 is unlimited. */
+    /** The mode of the last capture, and its duration in seconds or unlimitedDuration. */
     EventGraphMode mode() const;
     float durationSeconds() const;
 
@@ -68,18 +79,18 @@ public:
     int startTime() const;
     int endTime() const;
 
-    /** Starts a capture: forgets what the tracks hold and gives them room for it. A forwards
-       capture that is not unlimited stops by itself after `durationSeconds`. */
+    /** Starts a capture: forgets what the tracks hold and lets them work out how many events they
+        keep. A forwards capture that is not unlimited stops by itself after `durationSeconds`. */
     void start(float durationSeconds, EventGraphMode mode);
 
     /** Empties every track and starts the time anew. */
     void clear();
 
-    /** Adds a row for a track, above rows of equal sort key. Any thread. */
+    /** Adds a row for a track, above rows of equal sort key; null is ignored. Any thread. */
     void addTrack(EventTrack* track);
 
     /** Removes the rows of all tracks that have this track's sort key; the others of them go on
-        recording into this view. Any thread. */
+        recording into this view. Null is ignored. Any thread. */
     void removeTrack(EventTrack* track);
 
     /** What the capture holds now, all of one moment. Costs microseconds, whatever it holds. Any
@@ -92,7 +103,7 @@ public:
 
     /** Pixels from one background stripe to the next; 0 or less for none. Default 40. */
     void setBackgroundStripeSpacing(int pixels);
-    int backgroundStripeSpacing() const { return m_stripeSpacing; }
+    int backgroundStripeSpacing() const;
 
     /** A track at whose starts and samples lines run through all rows; null for none. Borrowed, and
         forgotten when it leaves the view. */
@@ -101,17 +112,17 @@ public:
 
     /** Whether tracks without activities or samples have no row. Default false. */
     void setHideEmptyTracks(bool hide);
-    bool hideEmptyTracks() const { return m_hideEmptyTracks; }
+    bool hideEmptyTracks() const;
 
     /** Default DirectHitOnly. */
     void setHitTestMode(EventHitTestMode mode);
-    EventHitTestMode hitTestMode() const { return m_hitTestMode; }
+    EventHitTestMode hitTestMode() const;
 
     /** Pixels per millisecond; 1 at first. */
-    float horizontalScale() const { return m_scale; }
+    float horizontalScale() const;
 
-    /** The text for the event at a point of the view, and where that event is; empty without one.
-     */
+    /** The text for the event at a point of the view; empty without one. Where the event is goes to
+        `hitRect`, which may be null. */
     QString eventTextAt(const QPoint& point, QRect* hitRect = nullptr) const;
 
     /** The whole capture without scrolling; 200 x 100 while it runs. */
@@ -125,8 +136,8 @@ public:
     void zoomToSelection();
 
     /** The selected time in milliseconds since the start; equal when nothing is selected. */
-    int selectionStart() const { return m_selectionStart; }
-    int selectionEnd() const { return m_selectionEnd; }
+    int selectionStart() const;
+    int selectionEnd() const;
     /** Selects a time; both ends are brought into the capture and into order. */
     void setSelection(int start, int end);
 
@@ -135,15 +146,8 @@ public:
     bool findNext(const QString& text, bool backwards = false);
 
     /** Writes the capture for trace viewers, in the Trace Event Format as JSON: activities,
-       instants and counters. False when the file cannot be written. */
+        instants and counters. False when the file cannot be written. */
     bool exportTrace(const QString& path) const;
-
-    /** What save() writes beside times and names. */
-    using SaveFlags = EventGraphWriter::Flags;
-    /** Write the text of user data. */
-    static constexpr EventGraphWriter::Flag IncludeUserData = EventGraphWriter::IncludeUserData;
-    /** Leave it out where it is the object of the event written before. */
-    static constexpr EventGraphWriter::Flag SkipDuplicates = EventGraphWriter::SkipDuplicates;
 
     /** Writes the capture to a file as EventGraphWriter does; false when the file cannot be
         written. A file that was there is replaced only when all has been written. */
@@ -158,6 +162,9 @@ public Q_SLOTS:
     /** Stops the capture; a history is cut to the capture's duration. */
     void stop();
 
+    /** Hides the text of an event. */
+    void hidePopup();
+
 Q_SIGNALS:
     /** Before a capture starts; `timed` when it will stop by itself. */
     void captureStarting(bool timed);
@@ -165,15 +172,19 @@ Q_SIGNALS:
     /** After a capture has stopped. */
     void captureStopped();
 
+    /** After a capture has started or stopped. */
+    void pausedChanged(bool paused);
+
     /** After the size, scale or times of what is shown have changed. */
     void layoutChanged();
 
     /** After another span of time has been selected. */
     void selectionChanged();
 
-public Q_SLOTS:
-    /** Hides the text of an event. */
-    void hidePopup();
+    /** After the settings of these names have changed. */
+    void backgroundStripeSpacingChanged(int pixels);
+    void hideEmptyTracksChanged(bool hide);
+    void hitTestModeChanged(Kestrel::UI::EventHitTestMode mode);
 
 protected:
     void paintEvent(QPaintEvent* event) override;
@@ -186,60 +197,9 @@ protected:
     void timerEvent(QTimerEvent* event) override;
 
 private:
-    friend class CaptureState;
-    friend class EventGraph;
-    friend class EventGraphReader;
-    friend class EventTrack;
+    friend struct EventGraphViewPrivate;
 
-    // What a search found: an event of a row, or with entry -1 the row itself.
-    struct Found {
-        int row = -1;
-        qint64 entry = -1;
-        int start = 0;
-        int end = 0;
-    };
-    enum class Dragging { None, Pressed, Selecting };
-
-    void killStopTimer();
-    void relayout();
-    int span() const;
-    const Scene& scene() const;
-    const TrackIndex& index(const SceneRow& row) const;
-    static QString userText(const TrackInfo& track, quint64 event);
-    void paintRows(QPainter& painter, const QRect& visible) const;
-    void paintStripes(QPainter& painter, const QRect& visible, const ViewColors& colors) const;
-    void paintSyncLines(QPainter& painter, const QRect& visible, const ViewColors& colors) const;
-    void paintName(QPainter& painter, const SceneRow& row, const ViewColors& colors) const;
-    void paintSelection(QPainter& painter, const QRect& visible, const ViewColors& colors) const;
-    void paintRecording(QPainter& painter) const;
-    void showPopup(const QString& text, const QPoint& globalPosition);
-    QRect visiblePart() const;
-    QScrollBar* scrollBar(Qt::Orientation orientation) const;
-    void setScale(float scale, int fixedX);
-    void scrollTo(int horizontal);
-    void showTimes(int start, int end);
-    static qint64 firstMatch(const TrackInfo& track, const QString& text, qint64 low, qint64 high);
-    static qint64 lastMatch(const TrackInfo& track, const QString& text, qint64 low, qint64 high);
-    static bool isMatch(const EventTrack::Event& event, const QString& text);
-    bool showFound(const Found& found);
-
-    std::unique_ptr<IEventGraphTimer> m_ownTimer;
-    CaptureState& m_state;
-    std::vector<std::unique_ptr<EventTrack>> m_loadedTracks;
-    int m_stopTimer = 0;
-
-    int m_stripeSpacing = 40;
-    float m_scale = 1.0f;
-    bool m_hideEmptyTracks = false;
-    EventHitTestMode m_hitTestMode = EventHitTestMode::DirectHitOnly;
-    mutable std::unique_ptr<Scene> m_scene;
-    QWidget* m_popup = nullptr;
-    QTextEdit* m_popupText = nullptr;
-    Dragging m_dragging = Dragging::None;
-    int m_dragX = 0;
-    int m_selectionStart = 0;
-    int m_selectionEnd = 0;
-    Found m_found;
+    const std::unique_ptr<EventGraphViewPrivate> d;
 };
 
 } // namespace Kestrel::UI

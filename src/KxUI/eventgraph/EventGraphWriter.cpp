@@ -3,38 +3,13 @@
 #include <KxUI/eventgraph/EventGraphSnapshot.h>
 #include <KxUI/eventgraph/EventGraphView.h>
 #include <KxUI/kit/Flush_p.h>
+#include <KxUI/kit/Xml_p.h>
 
 #include <QIODevice>
 #include <QXmlStreamWriter>
 
-#include <algorithm>
-
 namespace Kestrel::UI {
 namespace {
-
-bool isPlain(QChar c) {
-    const ushort u = c.unicode();
-    return (u >= 0x20 && u < 0xd800) || (u >= 0xe000 && u < 0xfffe) || u == '\t' || u == '\n' ||
-           u == '\r';
-}
-
-// The text with everything replaced that an XML document cannot carry: control characters,
-// non-characters and halves of surrogate pairs.
-QString writable(const QString& text) {
-    if (std::all_of(text.begin(), text.end(), isPlain))
-        return text;
-    QString mended = text;
-    for (int i = 0; i < mended.size(); ++i) {
-        if (isPlain(mended.at(i)))
-            continue;
-        if (mended.at(i).isHighSurrogate() && i + 1 < mended.size() &&
-            mended.at(i + 1).isLowSurrogate())
-            ++i;
-        else
-            mended[i] = QChar::ReplacementCharacter;
-    }
-    return mended;
-}
 
 // A QXmlStreamWriter that writes into a string, which it does several times as fast as to a device,
 // and a string that goes to the device in large pieces.
@@ -91,8 +66,8 @@ public:
     bool write(const EventGraphSnapshot& capture) {
         QXmlStreamWriter& xml = m_document.xml();
         xml.writeStartElement(QStringLiteral("EventGraph"));
-        xml.writeAttribute(QStringLiteral("StartTime"), QString::number(capture.startTime));
-        xml.writeAttribute(QStringLiteral("EndTime"), QString::number(capture.endTime));
+        Xml::writeNumber(xml, "StartTime", capture.startTime);
+        Xml::writeNumber(xml, "EndTime", capture.endTime);
         for (const EventTrackSnapshot& track : capture.tracks)
             writeTrack(track);
         xml.writeEndElement();
@@ -103,9 +78,9 @@ private:
     void writeTrack(const EventTrackSnapshot& track) {
         QXmlStreamWriter& xml = m_document.xml();
         xml.writeStartElement(QStringLiteral("Track"));
-        xml.writeAttribute(QStringLiteral("Name"), writable(track.name));
-        xml.writeAttribute(QStringLiteral("Color"), track.color.name());
-        xml.writeAttribute(QStringLiteral("Priority"), QString::number(track.sortKey));
+        Xml::writeText(xml, "Name", track.name);
+        Xml::writeText(xml, "Color", track.color.name());
+        Xml::writeNumber(xml, "Priority", track.sortKey);
         if (!track.events.empty())
             writeEvents(track.events);
         xml.writeEndElement();
@@ -163,7 +138,7 @@ private:
     void writeText(const QString& text) {
         QXmlStreamWriter& xml = m_document.xml();
         writeSpace(m_dataIndent);
-        const QString characters = writable(text);
+        const QString characters = Xml::writable(text);
         // A reader turns carriage returns into line feeds unless they are references.
         if (characters.contains(QLatin1Char('\r'))) {
             xml.writeStartElement(m_eventData);

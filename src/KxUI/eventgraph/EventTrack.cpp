@@ -108,6 +108,7 @@ void EventTrackPrivate::record(EventTrack::Type type, const EventUserDataIP& use
     if (timeOf == TimeOf::Now && to->paused.load(std::memory_order_relaxed))
         return;
     append({time, type, 0.0f, userData}, *to, dropped);
+    ++CaptureState::changes;
     if (type == EventTrack::Type::End) {
         totals.duration = wrappingSum(totals.duration, timeDifference(time, openStartTime));
         totals.count = wrappingSum(totals.count, 1);
@@ -171,6 +172,7 @@ void EventTrackPrivate::recordSample(float value) {
     if (capture.load(std::memory_order_relaxed) != to)
         return;
     append({time, EventTrack::Type::Sample, value, {}}, *to, dropped);
+    ++CaptureState::changes;
     totals.count = wrappingSum(totals.count, 1);
     totals.values += static_cast<double>(value);
 }
@@ -225,7 +227,7 @@ void EventTrack::clear() {
 void EventTrackPrivate::clear(const CaptureState* in, Dropped& dropped) {
     events.takeAll(dropped);
     contentReplaced();
-    if (in && in->durationSeconds == unlimitedDuration) {
+    if (in && in->durationSeconds == EventGraphView::unlimitedDuration) {
         eventLimit = std::max(options.maxEvents, 0);
     } else if (in) {
         const float limit = static_cast<float>(options.maxEventsPerSecond) * in->durationSeconds;
@@ -240,6 +242,7 @@ void EventTrack::finaliseHistory(int startTime) {
 }
 
 void EventTrackPrivate::finalise(int startTime, Dropped& dropped) {
+    ++CaptureState::changes;
     while (!events.empty() && timeDifference(events.front().time, startTime) < 0) {
         if (EventTrack::Event event = events.takeFront(dropped); event.userData)
             dropped.add(std::move(event.userData));
@@ -250,6 +253,7 @@ void EventTrackPrivate::finalise(int startTime, Dropped& dropped) {
 void EventTrackPrivate::contentReplaced() {
     content = nextNumber();
     removed = 0;
+    ++CaptureState::changes;
 }
 
 void EventTrackPrivate::setCapture(CaptureState* to) {

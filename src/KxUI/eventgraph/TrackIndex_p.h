@@ -3,9 +3,7 @@
 #include <KxUI/eventgraph/CaptureState_p.h>
 #include <KxUI/eventgraph/EventGraphGeometry_p.h>
 
-#include <QRect>
-
-#include <optional>
+#include <utility>
 #include <vector>
 
 namespace Kestrel::UI {
@@ -43,6 +41,11 @@ struct TrackIndex {
         float high;
     };
 
+    /** The number of an event that there is none of. */
+    static constexpr quint32 noEvent = ~quint32(0);
+    /** How many values one of `ranges` stands for. */
+    static constexpr std::size_t fan = 64;
+
     /** Whether an index made of these is still right. */
     bool isFor(const TrackInfo& info, int startTime) const;
 
@@ -54,7 +57,7 @@ struct TrackIndex {
     std::vector<Mark> unclosed;  ///< starts without an end
     std::vector<Sample> samples; ///< by time
 
-    /** Lowest and highest value of each 64 samples, then of each 64 of these, and so on. */
+    /** Lowest and highest value of each `fan` samples, then of each `fan` of these, and so on. */
     std::vector<std::vector<Range>> ranges;
 
     /** Whether time never goes back from event to event, as it does when events were given times of
@@ -70,36 +73,12 @@ TrackIndex makeIndex(const TrackInfo& info, int startTime, std::vector<PlainEven
 /** Lowest and highest value of the samples [from, to), which are not empty. */
 TrackIndex::Range valueRange(const TrackIndex& index, std::size_t from, std::size_t to);
 
-/** What lies under a point. */
-struct EventHit {
-    enum class Kind { Sample, Instant, Activity };
+/** Start and end of the activity that ends with an event, or the time of an instant twice; zeroes
+   for other events. */
+std::pair<int, int> timesOf(const TrackIndex& index, quint32 event);
 
-    Kind kind = Kind::Instant;
-    int time = 0; ///< of a sample or instant, or the start of an activity
-    int end = 0;  ///< of an activity
-    float value = 0;
-    quint32 event = 0; ///< whose user data describes it
-    QRect rect;
-};
-
-/** Where a timeline row is looked at. */
-struct TimelineProbe {
-    TimeScale scale;
-    int x = 0;
-    int viewRight = 0; ///< events beyond it are not looked at
-    EventHitTestMode mode = EventHitTestMode::DirectHitOnly;
-};
-
-/** The event of a timeline at an x: the first, from the oldest on, of an instant within 1 pixel and
-    an activity that ends at or after the point. The rectangle has no vertical extent yet. */
-std::optional<EventHit> hitTimeline(const TrackIndex& index, const TimelineProbe& probe);
-
-/** The same by looking at one event after the other, in whatever order they are. */
-std::optional<EventHit> hitTimelineLinear(const std::vector<PlainEvent>& events,
-                                          const TimelineProbe& probe);
-
-/** The oldest sample within 2 pixels of a point in a row of the track's height above `bottom`. */
-std::optional<EventHit> hitGraph(const TrackIndex& index, TimeScale scale, QPoint point,
-                                 int bottom);
+/** The text of an event's user data, or nothing when it has none or is no longer held. Takes the
+    mutex, but not while the text is made. */
+QString userText(const TrackIndex& index, quint32 event);
 
 } // namespace Kestrel::UI
