@@ -13,7 +13,6 @@
 #include <KxUI/eventgraph/IEventGraphTimer.h>
 
 #include <QAction>
-#include <QMutex>
 #include <QPointer>
 #include <QTemporaryDir>
 #include <QThread>

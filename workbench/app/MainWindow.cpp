@@ -21,7 +21,6 @@
 #include <QFile>
 #include <QFileDialog>
 #include <QMenuBar>
-#include <QSplitter>
 #include <QStatusBar>
 #include <QTimer>
 #include <QTreeView>
@@ -118,10 +117,7 @@ void MainWindow::rememberArrangement() {
 void MainWindow::closeEvent(QCloseEvent* event) {
     if (m_remembers) {
         remember();
-        const bool profiles = m_profiler && m_profiler->isVisible();
-        UI::AppSettings().setValue(profilerKey(), profiles);
-        if (profiles)
-            m_tracker.saveWidgetLocation(m_profiler);
+        UI::AppSettings().setValue(profilerKey(), m_profiler && m_profiler->isVisible());
     }
     Workspace::closeEvent(event);
 }
@@ -308,12 +304,9 @@ void MainWindow::openProfiler() {
     m_session.profiling()->addTo(profiler->view());
     m_help.addPanel(profiler, "profiler.html");
     profiler->setAttribute(Qt::WA_QuitOnClose, false);
-    if (m_remembers && !m_profiler) {
+    if (m_remembers) {
         profiler->setObjectName(QStringLiteral("Profiler"));
-        if (auto* splitter = profiler->findChild<QSplitter*>())
-            splitter->setObjectName(QStringLiteral("Profiler.splitter"));
-        m_tracker.registerWidget(profiler, true);
-        m_tracker.restoreWidget(profiler);
+        profiler->setRemembersPlace(true);
     }
     m_profiler = profiler;
     profiler->show();

@@ -5,8 +5,6 @@
 #include "play/Session.h"
 #include "workspace/Workspace.h"
 
-#include <KxUI/dock/WidgetTracker.h>
-
 #include <QByteArray>
 #include <QPointer>
 
@@ -73,7 +71,6 @@ private:
 
     Session m_session;
     HelpDesk m_help;
-    UI::WidgetTracker m_tracker;
     QPointer<UI::EventGraph> m_profiler; // once it was opened
     Theme m_theme;
     bool m_remembers = false;
