@@ -2,7 +2,7 @@
 
 namespace Kestrel::UI {
 
-/** How a capture uses the room that its tracks have. */
+/** Which events a capture keeps when there are more than its tracks may hold. */
 enum class EventGraphMode : int {
     /** From the start of the capture until a track is full or the capture's duration has passed. */
     Forwards = 0,

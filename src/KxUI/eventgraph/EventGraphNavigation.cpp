@@ -47,6 +47,11 @@ QRect EventGraphViewPrivate::visiblePart() const {
     return parent ? q->rect() & parent->rect().translated(-q->pos()) : q->rect();
 }
 
+int EventGraphViewPrivate::middle() const {
+    const QRect seen = visiblePart();
+    return seen.left() + nameColumnWidth + std::max(seen.width() - nameColumnWidth, 10) / 2;
+}
+
 QScrollBar* EventGraphViewPrivate::scrollBar(Qt::Orientation orientation) const {
     const QWidget* const viewport = q->parentWidget();
     auto* const area =

@@ -7,6 +7,7 @@
 #include <KxUI/eventgraph/EventPopup_p.h>
 #include <KxUI/eventgraph/EventTraceWriter_p.h>
 #include <KxUI/eventgraph/ViewPainting_p.h>
+#include <KxUI/kit/InterfaceThread_p.h>
 
 #include <QApplication>
 #include <QFile>
@@ -94,6 +95,7 @@ int EventGraphView::endTime() const {
 }
 
 void EventGraphView::start(float durationSeconds, EventGraphMode mode) {
+    KXUI_INTERFACE_THREAD(this);
     const bool timed = mode == EventGraphMode::Forwards && durationSeconds != unlimitedDuration;
     const bool wasPaused = paused();
     const QPointer<EventGraphView> alive(this);
@@ -122,6 +124,7 @@ void EventGraphView::start(float durationSeconds, EventGraphMode mode) {
 }
 
 void EventGraphView::stop() {
+    KXUI_INTERFACE_THREAD(this);
     const bool wasPaused = paused();
     {
         Dropped dropped;
@@ -138,6 +141,7 @@ void EventGraphView::stop() {
 }
 
 void EventGraphView::clear() {
+    KXUI_INTERFACE_THREAD(this);
     {
         Dropped dropped;
         const StateWriteGuard guard(d->state.lock);
@@ -183,6 +187,7 @@ const QMultiMap<int, EventTrack*>& EventGraphView::tracks() const {
 }
 
 void EventGraphView::setBackgroundStripeSpacing(int pixels) {
+    KXUI_INTERFACE_THREAD(this);
     if (d->stripeSpacing == pixels)
         return;
     d->stripeSpacing = pixels;
@@ -206,6 +211,7 @@ EventTrack* EventGraphView::syncTrack() const {
 }
 
 void EventGraphView::setHideEmptyTracks(bool hide) {
+    KXUI_INTERFACE_THREAD(this);
     if (d->hideEmptyTracks == hide)
         return;
     d->hideEmptyTracks = hide;
@@ -220,6 +226,7 @@ bool EventGraphView::hideEmptyTracks() const {
 }
 
 void EventGraphView::setHitTestMode(EventHitTestMode mode) {
+    KXUI_INTERFACE_THREAD(this);
     if (d->hitTestMode == mode)
         return;
     d->hitTestMode = mode;
@@ -248,6 +255,7 @@ bool EventGraphView::exportTrace(const QString& path) const {
 }
 
 void EventGraphView::load(const QString& path) {
+    KXUI_INTERFACE_THREAD(this);
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
         return;
@@ -305,16 +313,19 @@ void EventGraphView::wheelEvent(QWheelEvent* event) {
 }
 
 void EventGraphView::zoomAbout(int x, int steps) {
+    KXUI_INTERFACE_THREAD(this);
     if (paused())
         d->setScale(zoomed(d->scale.pixelsPerMs, std::clamp(steps, -1000, 1000) * 120, d->span()),
                     x);
 }
 
 void EventGraphView::zoomToFit() {
+    KXUI_INTERFACE_THREAD(this);
     d->showTimes(0, d->span());
 }
 
 void EventGraphView::zoomToSelection() {
+    KXUI_INTERFACE_THREAD(this);
     if (d->selectionStart != d->selectionEnd)
         d->showTimes(d->selectionStart, d->selectionEnd);
 }
@@ -328,6 +339,7 @@ int EventGraphView::selectionEnd() const {
 }
 
 void EventGraphView::setSelection(int start, int end) {
+    KXUI_INTERFACE_THREAD(this);
     const int longest = std::max(d->span(), 0);
     start = std::clamp(start, 0, longest);
     end = std::clamp(end, 0, longest);
@@ -342,6 +354,7 @@ void EventGraphView::setSelection(int start, int end) {
 }
 
 bool EventGraphView::findNext(const QString& text, bool backwards) {
+    KXUI_INTERFACE_THREAD(this);
     if (!paused())
         return false;
     const auto place = findText(d->upToDateScene().rows(), text, d->found, backwards);
@@ -373,15 +386,12 @@ void EventGraphView::mouseReleaseEvent(QMouseEvent*) {
 }
 
 void EventGraphView::keyPressEvent(QKeyEvent* event) {
-    const QRect seen = d->visiblePart();
-    const int middle =
-        seen.left() + nameColumnWidth + std::max(seen.width() - nameColumnWidth, 10) / 2;
     switch (event->key()) {
     case Qt::Key_Plus:
     case Qt::Key_Equal:
-        return zoomAbout(middle, 1);
+        return zoomAbout(d->middle(), 1);
     case Qt::Key_Minus:
-        return zoomAbout(middle, -1);
+        return zoomAbout(d->middle(), -1);
     case Qt::Key_F:
         return zoomToFit();
     case Qt::Key_Z:

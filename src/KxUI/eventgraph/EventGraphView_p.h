@@ -33,6 +33,8 @@ struct EventGraphViewPrivate {
 
     /** What of the view can be seen in what it is scrolled in. */
     QRect visiblePart() const;
+    /** The x in the middle of the times that can be seen. */
+    int middle() const;
     /** That of the scroll area the view is in, or null. */
     QScrollBar* scrollBar(Qt::Orientation orientation) const;
     void scrollTo(int horizontal);

@@ -45,34 +45,45 @@ void TimeRuler::paintEvent(QPaintEvent*) {
     painter.fillRect(0, height() - 1, width(), 1, colors.line);
     if (!m_view.paused())
         return;
+    paintRange(painter, colors);
+    paintTicks(painter, colors);
+    paintSelected(painter, colors);
+}
 
-    // The view's own coordinates, seen through what it is scrolled by.
-    const int scrolled = -m_view.x();
+// The view's own coordinates, seen through what it is scrolled by.
+int TimeRuler::scrolled() const {
+    return -m_view.x();
+}
+
+void TimeRuler::paintRange(QPainter& painter, const ViewColors& colors) const {
+    if (m_view.selectionStart() == m_view.selectionEnd())
+        return;
     const TimeScale scale{m_view.horizontalScale()};
-    if (m_view.selectionStart() != m_view.selectionEnd()) {
-        const int from = scale.x(m_view.selectionStart()) - scrolled;
-        const int to = scale.x(m_view.selectionEnd()) - scrolled;
-        QColor fill = colors.selection;
-        fill.setAlpha(110);
-        const QRect range =
-            QRect(QPoint(std::max(from, -2), 0), QPoint(std::min(to, width() + 2), height() - 2));
-        painter.fillRect(range, fill);
-    }
+    const int from = scale.x(m_view.selectionStart()) - scrolled();
+    const int to = scale.x(m_view.selectionEnd()) - scrolled();
+    QColor fill = colors.selection;
+    fill.setAlpha(110);
+    painter.fillRect(
+        QRect(QPoint(std::max(from, -2), 0), QPoint(std::min(to, width() + 2), height() - 2)),
+        fill);
+}
+
+void TimeRuler::paintTicks(QPainter& painter, const ViewColors& colors) const {
+    const TimeScale scale{m_view.horizontalScale()};
     const double step = tickStep(m_view.horizontalScale(), narrowestTick);
-    const int left = std::max(scrolled, nameColumnWidth);
-    const int right = std::min(scrolled + width(), m_view.width());
+    const int left = std::max(scrolled(), nameColumnWidth);
+    const int right = std::min(scrolled() + width(), m_view.width());
     painter.setPen(colors.faintText);
     for (double tick = std::floor(std::max(scale.time(left), 0.0) / step);; ++tick) {
         const double time = tick * step;
         const double x = std::trunc(time * double(m_view.horizontalScale())) + nameColumnWidth;
         if (x >= right)
             break;
-        const int at = static_cast<int>(x) - scrolled;
+        const int at = static_cast<int>(x) - scrolled();
         painter.fillRect(at, height() - 7, 1, 6, colors.faintText);
         painter.drawText(QRect(at + 4, 0, narrowestTick, height() - 4),
                          Qt::AlignLeft | Qt::AlignVCenter, tickText(time, step));
     }
-    paintSelected(painter, colors);
 }
 
 // How long the selection is, above the names.

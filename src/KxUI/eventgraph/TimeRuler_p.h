@@ -20,6 +20,9 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
+    int scrolled() const;
+    void paintRange(QPainter& painter, const ViewColors& colors) const;
+    void paintTicks(QPainter& painter, const ViewColors& colors) const;
     void paintSelected(QPainter& painter, const ViewColors& colors) const;
 
     EventGraphView& m_view;
