@@ -1,5 +1,6 @@
 #pragma once
 
+#include <KxUI/eventgraph/EventGraphView.h>
 #include <KxUI/eventgraph/IEventGraphTimer.h>
 
 #include <atomic>
@@ -7,7 +8,7 @@
 namespace Kestrel::Test {
 
 /** What a capture without an end lasts. */
-constexpr float unlimited = 3.4028235e38F;
+constexpr float unlimited = UI::EventGraphView::unlimitedDuration;
 
 /** A clock that stands until it is set. */
 class FakeTimer : public UI::IEventGraphTimer {

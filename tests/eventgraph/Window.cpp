@@ -133,7 +133,11 @@ private Q_SLOTS:
             QCOMPARE(view.eventTextAt(nothing), QString());
 
         auto* const mode = capture.window.findChildren<QComboBox*>().at(1);
+        QSignalSpy modes(&view, &EventGraphView::hitTestModeChanged);
         mode->setCurrentIndex(1); // allow the next
+        QCOMPARE(modes.size(), 1);
+        QVERIFY(view.property("hitTestMode").value<EventHitTestMode>() ==
+                EventHitTestMode::AllowNext);
         QVERIFY(view.eventTextAt({350, 5}).startsWith("frame 2, "));
     }
 

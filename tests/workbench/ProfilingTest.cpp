@@ -82,7 +82,7 @@ private:
     const EventGraphView& m_view;
 };
 
-constexpr float unlimited = 3.4028235e38F;
+constexpr float unlimited = EventGraphView::unlimitedDuration;
 
 } // namespace
 

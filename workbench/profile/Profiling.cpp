@@ -42,14 +42,17 @@ int nextKey() {
 }
 
 EventTrack activities(const QString& name, QRgb color) {
-    return EventTrack(name, QColor(color), nextKey(), EventTrack::TrackType::Timeline, 0.0F, 0.0F,
-                      mostEventsPerSecond, mostEvents, 0, nullptr);
+    return EventTrack(EventTrack::Options::timeline(name, QColor(color))
+                          .at(nextKey())
+                          .keeping(mostEventsPerSecond, mostEvents));
 }
 
 EventTrack graph(const QString& name, QRgb color, double top) {
-    return EventTrack(name, QColor(color), nextKey(), EventTrack::TrackType::Value, 0.0F,
-                      std::max(float(top), 1.0F), mostEventsPerSecond, mostEvents, graphHeight,
-                      nullptr);
+    return EventTrack(
+        EventTrack::Options::graph(name, QColor(color), 0.0F, std::max(float(top), 1.0F))
+            .at(nextKey())
+            .keeping(mostEventsPerSecond, mostEvents)
+            .high(graphHeight));
 }
 
 /** A moment as an activity without length: unlike an instant it is counted and measured. */

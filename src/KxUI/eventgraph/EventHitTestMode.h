@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QMetaType>
+
 namespace Kestrel::UI {
 
 /** Which event a point on a timeline stands for. */
@@ -11,3 +13,5 @@ enum class EventHitTestMode : int {
 };
 
 } // namespace Kestrel::UI
+
+Q_DECLARE_METATYPE(Kestrel::UI::EventHitTestMode)

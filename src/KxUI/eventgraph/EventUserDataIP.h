@@ -54,7 +54,7 @@ public:
     /** Exchanges the references, without touching the counts. */
     void swap(EventUserDataIP& other) noexcept { std::swap(m_data, other.m_data); }
 
-    /** The object itself, without touching the count. */
+    /** The object itself, without touching the count; null without one, which only get() allows. */
     IEventUserData* get() const noexcept { return m_data; }
     IEventUserData* operator->() const noexcept { return m_data; }
     IEventUserData& operator*() const noexcept { return *m_data; }
