@@ -3,9 +3,13 @@
 #include <KxUI/dock/Dock.h>
 #include <KxUI/dock/DockMainWindow.h>
 #include <KxUI/dock/DockSplitter.h>
+#include <KxUI/dock/NamedWorkspaces.h>
+#include <KxUI/dock/NamedWorkspacesMenu.h>
 
 #include <QApplication>
 #include <QBuffer>
+#include <QMenuBar>
+#include <QStandardPaths>
 #include <QTextEdit>
 
 #include <cstdio>
@@ -33,6 +37,7 @@ int main(int argc, char** argv) {
     auto* workspace = new Workspace;           // deletes itself when it is closed
     workspace->setSplitPanelsByDragging(true); // options come before panes
     workspace->setHighlightCurrentTab(true);
+    workspace->setEmptiedPanesClose(true);
 
     Dock* viewer = workspace->createDock();
     workspace->addWidget(viewer);
@@ -50,7 +55,14 @@ int main(int argc, char** argv) {
     layout.seek(0);
     DockLayoutError error;
     if (!workspace->restoreWholeLayout(&layout, false, &error))
-        std::fprintf(stderr, "%s\n", qPrintable(error.reason));
+        std::fprintf(stderr, "%s\n", qPrintable(error.message()));
+
+    // Arrangements with names, and a menu for them.
+    auto* named = new NamedWorkspaces(workspace);
+    named->setFolder(QStandardPaths::writableLocation(QStandardPaths::AppDataLocation));
+    auto* menu = new NamedWorkspacesMenu(workspace);
+    menu->setWorkspaces(named);
+    workspace->menuBar()->addMenu(menu);
 
     workspace->resize(720, 360);
     workspace->show();

@@ -46,6 +46,24 @@ QPoint inside(const Dock* dock, double x, double y) {
     return stack->mapToGlobal(QPoint(int(stack->width() * x), int(stack->height() * y)));
 }
 
+/** The visible ones of these windows, as they lie on one another, the lowest first. */
+QStringList stacked(const QHash<QString, QWidget*>& windows) {
+    QProcess process;
+    process.start("xprop", {"-root", "-notype", "_NET_CLIENT_LIST_STACKING"});
+    process.waitForFinished();
+    QStringList result;
+    const QStringList ids =
+        QString::fromLatin1(process.readAll().trimmed()).section('#', 1).split(", ");
+    for (const QString& id : ids) {
+        for (auto window = windows.begin(); window != windows.end(); ++window) {
+            if (window.value()->isVisible() &&
+                window.value()->winId() == id.toULongLong(nullptr, 0))
+                result.append(window.key());
+        }
+    }
+    return result;
+}
+
 } // namespace
 
 /** Real windows, a real window manager and a real pointer. */
@@ -123,6 +141,58 @@ private Q_SLOTS:
         xdotool({"mouseup", "1"});
         QCOMPARE(names(dock), QStringList({"a", "b"}));
         QVERIFY(workspace.floatingWindows().isEmpty());
+    }
+
+    // At the next start of a program: everything comes back before its main window is shown.
+    void windowsComeBackAsTheyLay() {
+        QByteArray layout;
+        const auto windows = [](Workspace& workspace) {
+            QHash<QString, QWidget*> all{{"main", &workspace}};
+            const auto floating = workspace.floatingWindows();
+            for (DockWindow* window : floating)
+                all.insert(names(window->panes().first()).first(), window);
+            return all;
+        };
+        const QStringList order{"main", "b", "a", "c"};
+        {
+            Workspace workspace;
+            workspace.setGeometry(150, 120, 700, 500);
+            workspace.pane({"x"});
+            show(workspace);
+            QTest::qWait(200);
+            workspace.showMaximized();
+            int step = 0;
+            for (const char* name : {"a", "b", "c"}) {
+                DockWindow* window = workspace.addNewFloatingDock(workspace.page(name));
+                window->resize(300, 200);
+                window->move(100 + 350 * step, 200);
+                ++step;
+            }
+            QTest::qWait(300);
+            for (const char* name : {"b", "a", "c"}) {
+                const QPoint corner = windows(workspace)[name]->frameGeometry().topLeft();
+                xdotool({"mousemove", QString::number(corner.x() + 30),
+                         QString::number(corner.y() + 8), "click", "1"});
+                QTest::qWait(100);
+            }
+            QTRY_COMPARE(stacked(windows(workspace)), order);
+            layout = workspace.saved();
+        }
+        for (int start = 0; start < 2; ++start) {
+            Workspace workspace;
+            QVERIFY(workspace.wholeRestored(layout));
+            workspace.show();
+            QVERIFY(QTest::qWaitForWindowExposed(&workspace));
+            QTest::qWait(300);
+            QTRY_COMPARE(stacked(windows(workspace)), order);
+            QVERIFY(workspace.isMaximized());
+            layout = workspace.saved();
+            if (start == 0)
+                continue;
+            workspace.showNormal();
+            QTest::qWait(300);
+            QTRY_COMPARE(workspace.geometry(), QRect(150, 120, 700, 500));
+        }
     }
 
     void framedWindowsDoNotDrift() {

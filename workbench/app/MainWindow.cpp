@@ -110,7 +110,10 @@ void MainWindow::rememberArrangement() {
                 tr("The last workspace could not be restored. %1").arg(problem), 20000);
         });
     }
-    if (UI::AppSettings().value(profilerKey()).toBool())
+}
+
+void MainWindow::openTools() {
+    if (m_remembers && UI::AppSettings().value(profilerKey()).toBool())
         openProfiler();
 }
 

@@ -36,10 +36,14 @@ public:
     ViewerPanel* viewer();
     TimelinePanel* timeline();
 
-    /** Comes up arranged as the program was left last, with the tool windows that were open, and
-        keeps all that in the settings when it is closed. Says so when that arrangement cannot be
-        read; the window then stays as it is. To be called before the window is shown. */
+    /** Comes up arranged as the program was left last, and keeps that in the settings when it is
+        closed, with the tool windows that are open. Says so when that arrangement cannot be read;
+        the window then stays as it is. To be called before the window is shown. */
     void rememberArrangement();
+
+    /** Opens the tool windows that were open then. To be called when the window is shown, so that
+        they come up above it. */
+    void openTools();
 
     /** Lists the first of these folders and files and opens its sequence, or its first one; the
        other folders are offered in the list's path field. Absolute paths in the bytes of the file

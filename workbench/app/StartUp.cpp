@@ -110,6 +110,7 @@ void open(MainWindow* window, const CommandLine& line, const QList<QByteArray>& 
     window->show();
     window->openPaths(paths);
     window->showPage(window->getFocusPage());
+    window->openTools();
 }
 
 } // namespace Kestrel::Workbench

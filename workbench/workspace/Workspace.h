@@ -3,14 +3,8 @@
 #include <KxUI/dock/DockMainWindow.h>
 
 #include <QHash>
-#include <QPoint>
 #include <QPointer>
-#include <QSizePolicy>
 #include <QString>
-
-namespace Kestrel::UI {
-class DockSplitter;
-}
 
 namespace Kestrel::Workbench {
 
@@ -64,52 +58,22 @@ public:
     bool recall(QString* problem);
 
     QWidget* createPage(QString& id) override;
-    UI::Dock* createDock() override;
 
 signals:
     /** A panel was made. */
     void pageMade(const QString& id, QWidget* page);
 
 protected:
-    bool eventFilter(QObject* watched, QEvent* event) override;
-    void moveEvent(QMoveEvent* event) override;
-
     /** Destroys every panel. For a destructor that is about to destroy what they work on. */
     void destroyPages();
 
 private:
-    /** Where a page goes that is opened again: the first of these that there still is. */
-    struct Home {
-        /** The pane that it was taken out of last. */
-        QPointer<UI::Dock> pane;
-        /** The one that it was in last in the main window. */
-        QPointer<UI::Dock> docked;
-        // For the latter when it has closed, where it stood and what it was there.
-        QString id;
-        QPointer<UI::DockSplitter> splitter;
-        int index = 0;
-        QList<int> sizes;
-        QSizePolicy policy;
-    };
-
     QString restore(QIODevice* device);
     QString restore(QByteArray document);
-    UI::Dock* homeOf(const QString& id);
-    UI::Dock* reopen(const Home& home);
-    void endExpansion(const QWidget* window, const UI::Dock* dock);
-    bool isDragging() const;
-    void settle();
-    void closeEmpty(UI::Dock* dock);
-    void keepPlace(UI::Dock* dock);
     void nameWindows();
 
     Session* m_session;
     QHash<QString, QPointer<QWidget>> m_pages;
-    QHash<QString, Home> m_homes;
-    /** Panes that lost their last page and may close. */
-    QVector<QPointer<UI::Dock>> m_emptied;
-    /** From the frame's corner to the contents', when the window is not maximized. */
-    QPoint m_frameOffset;
 };
 
 } // namespace Kestrel::Workbench

@@ -5,6 +5,8 @@
 #include "workspace/Workspace.h"
 
 #include <KxUI/dock/Dock.h>
+#include <KxUI/dock/NamedWorkspaces.h>
+#include <KxUI/dock/NamedWorkspacesMenu.h>
 #include <KxUI/kit/FullScreen.h>
 #include <KxUI/kit/IconFactory.h>
 
@@ -17,10 +19,15 @@ namespace Kestrel::Workbench {
 
 namespace {
 
-/** Where the dialogs start: the user's own workspaces, or home before there are any. */
+/** The user's own workspaces. */
 QString workspaceFolder() {
-    const QString folder = QStandardPaths::writableLocation(QStandardPaths::AppDataLocation) +
-                           QStringLiteral("/workspaces");
+    return QStandardPaths::writableLocation(QStandardPaths::AppDataLocation) +
+           QStringLiteral("/workspaces");
+}
+
+/** Where the dialogs start. */
+QString dialogFolder() {
+    const QString folder = workspaceFolder();
     return QDir().mkpath(folder) ? folder : QDir::homePath();
 }
 
@@ -52,6 +59,11 @@ void WorkspaceMenu::addLayouts() {
 }
 
 void WorkspaceMenu::addFiles() {
+    auto* named = new UI::NamedWorkspaces(m_workspace);
+    named->setFolder(workspaceFolder());
+    auto* menu = new UI::NamedWorkspacesMenu(this);
+    menu->setWorkspaces(named);
+    addMenu(menu);
     addAction(tr("&Save Workspace..."), this, &WorkspaceMenu::save,
               QKeySequence(QStringLiteral("Ctrl+Shift+S")));
     addAction(tr("&Load Workspace..."), this, &WorkspaceMenu::load,
@@ -125,8 +137,7 @@ void WorkspaceMenu::togglePage(const QString& id) {
 }
 
 void WorkspaceMenu::save() {
-    QFileDialog dialog(m_workspace, tr("Save Workspace"), workspaceFolder(),
-                       tr("Workspaces (*.xml)"));
+    QFileDialog dialog(m_workspace, tr("Save Workspace"), dialogFolder(), tr("Workspaces (*.xml)"));
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setDefaultSuffix(QStringLiteral("xml"));
     if (dialog.exec() != QDialog::Accepted)
@@ -141,7 +152,7 @@ void WorkspaceMenu::save() {
 
 void WorkspaceMenu::load() {
     const QString file = QFileDialog::getOpenFileName(m_workspace, tr("Load Workspace"),
-                                                      workspaceFolder(), tr("Workspaces (*.xml)"));
+                                                      dialogFolder(), tr("Workspaces (*.xml)"));
     if (file.isEmpty())
         return;
     const QString problem = m_workspace->loadFrom(file);

@@ -1,7 +1,7 @@
 #include <KxUI/dock/Dock_p.h>
 
 #include <KxUI/dock/DockDrag_p.h>
-#include <KxUI/dock/DockMainWindow.h>
+#include <KxUI/dock/DockMainWindow_p.h>
 #include <KxUI/dock/DockMenu_p.h>
 #include <KxUI/dock/DockMoves_p.h>
 #include <KxUI/dock/DockPlaceHolder.h>
@@ -443,6 +443,8 @@ void Dock::closeEvent(QCloseEvent* event) {
     DockWindow* window = dockWindow();
     const bool closesWindow = window && window != d->controller && isTopLevel(this);
     setExpanded(false);
+    if (d->controller)
+        DockMainWindowPrivate::of(*d->controller).places.paneCloses(this);
     // Deletion comes later; until then the pane is no part of the workspace any more.
     DockDragSession::instance().forget(this);
     hide();

@@ -40,11 +40,14 @@ void DockAnnouncer::tellLater(News news, Dock* dock, QWidget* page) {
 void DockAnnouncer::tellNow(News news, Dock* dock, QWidget* page) {
     if (m_silent)
         return;
+    DockPlaces& places = DockMainWindowPrivate::of(m_workspace).places;
     switch (news) {
     case News::Added:
+        places.pageCame(dock, page);
         m_workspace.emitWidgetAdded(dock, page);
         break;
     case News::Removed:
+        places.pageLeft(dock, page);
         m_workspace.emitWidgetRemoved(dock, page);
         break;
     case News::Activated:

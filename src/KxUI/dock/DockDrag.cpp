@@ -90,6 +90,7 @@ bool DockDragSession::begin(DockTabBar* strip, QWidget* page, const QPoint& pres
     page->setAttribute(Qt::WA_ShowWithoutActivating);
     setWindowOpacity(page, 0.75);
     page->show();
+    DockMainWindowPrivate::of(*m_controller).tellOfDrag(true);
     return true;
 }
 
@@ -142,6 +143,8 @@ QWidget* DockDragSession::release() {
     if (m_strip && m_grabbed && QWidget::mouseGrabber() == m_strip)
         m_strip->releaseMouse();
     m_active = false;
+    if (m_controller)
+        DockMainWindowPrivate::of(*m_controller).tellOfDrag(false);
     m_source = nullptr;
     if (m_page) {
         m_page->setWindowFlags(m_pageFlags);

@@ -64,7 +64,7 @@ int lengthWithinFrame(int wanted, int available, int frame) {
 WindowPlan planWindow(const SavedWindow& saved, bool fillScreen, const QVector<QRect>& areas,
                       const QSize& frame) {
     WindowPlan plan;
-    plan.rect = saved.rect;
+    plan.rect = saved.maximized && !saved.normal.isEmpty() ? saved.normal : saved.rect;
     if (areas.isEmpty())
         return plan;
 

@@ -42,10 +42,12 @@ PaneLayout layOutPane(const PaneMetrics& metrics);
 
 /** A window as a layout document describes it. */
 struct SavedWindow {
-    QRect rect; ///< position of the frame, size without it
+    QRect rect;   ///< position of the frame, size without it
+    QRect normal; ///< the same when it is no longer maximized; null when that is not known
     int screen = 0;
     bool maximized = false;
     bool fullScreen = false;
+    int stacking = 0; ///< among the floating windows: higher ones lie above lower ones
 };
 
 /** Where a saved window goes on the screens that are there. */

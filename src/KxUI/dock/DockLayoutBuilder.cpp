@@ -68,10 +68,21 @@ LayoutWindow captureWindow(const DockWindow& window, const QWidget* focus) {
     LayoutWindow result;
     result.place.rect = QRect(window.pos(), window.size());
     result.place.maximized = window.isMaximized();
+    if (result.place.maximized && window.normalGeometry().isValid())
+        result.place.normal =
+            window.normalGeometry().translated(-DockWindowPrivate::of(window).frameOffset);
     result.place.fullScreen = FullScreen::isOn(&window);
     result.place.screen = std::max(0, QGuiApplication::screens().indexOf(window.screen()));
     result.splitters.push_back(captureSplitter(*window.rootSplitter(), focus));
     return result;
+}
+
+/** The windows, the one that was active longest ago first. */
+QList<DockWindow*> inStackingOrder(QList<DockWindow*> windows) {
+    std::stable_sort(windows.begin(), windows.end(), [](DockWindow* a, DockWindow* b) {
+        return DockWindowPrivate::of(*a).activation < DockWindowPrivate::of(*b).activation;
+    });
+    return windows;
 }
 
 void collectPageIds(const LayoutSplitter& splitter, QStringList& ids) {
@@ -107,6 +118,9 @@ Layout DockLayoutBuilder::capture(const DockMainWindow& workspace, const QWidget
     const auto windows = DockMainWindowPrivate::windows(workspace);
     for (const DockWindow* window : windows)
         layout.windows.push_back(captureWindow(*window, focus));
+    const auto stacked = inStackingOrder(workspace.floatingWindows());
+    for (int i = 0; stacked.size() > 1 && i < stacked.size(); ++i)
+        layout.windows[std::size_t(windows.indexOf(stacked.at(i)))].place.stacking = i + 1;
     return layout;
 }
 
@@ -252,6 +266,19 @@ void DockLayoutBuilder::build(const Layout& layout) {
     }
     if (m_workspace)
         m_workspace->rootSplitter()->show();
+    showFloating();
+}
+
+/** Shows the floating windows, those first that lie below others. */
+void DockLayoutBuilder::showFloating() {
+    std::stable_sort(m_floating.begin(), m_floating.end(),
+                     [](const Floating& a, const Floating& b) { return a.stacking < b.stacking; });
+    for (const Floating& floating : m_floating) {
+        if (!floating.window)
+            continue;
+        DockWindowPrivate::of(*floating.window).noteActivation();
+        floating.window->show();
+    }
 }
 
 void DockLayoutBuilder::fillWindow(DockWindow& window, const LayoutWindow& layout, bool isMain) {
@@ -275,8 +302,12 @@ void DockLayoutBuilder::fillWindow(DockWindow& window, const LayoutWindow& layou
     if (!staysPut)
         placeWindow(window, layout.place, isMain);
     window.rootSplitter()->show();
-    if (!staysHidden)
+    if (!isMain)
+        m_floating.push_back({&window, layout.place.stacking});
+    else if (!staysHidden)
         window.show();
+    else
+        DockMainWindowPrivate::of(*m_workspace).makeWindow();
 }
 
 void DockLayoutBuilder::fillSplitter(const QPointer<DockSplitter>& splitter,

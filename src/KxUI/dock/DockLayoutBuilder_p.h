@@ -47,6 +47,11 @@ public:
     void discardOldArrangement();
 
 private:
+    struct Floating {
+        QPointer<DockWindow> window;
+        int stacking;
+    };
+
     void takeOutArrangement();
     void build(const Layout& layout);
     void fillWindow(DockWindow& window, const LayoutWindow& layout, bool isMain);
@@ -55,6 +60,7 @@ private:
     QWidget* takePage(const LayoutPage& layout);
     QHash<QString, QPointer<QWidget>> presentPages() const;
     void takeOut(Dock& dock);
+    void showFloating();
     void placeWindow(DockWindow& window, const SavedWindow& saved, bool isMain);
 
     // The host, asked for a page, a pane or a window, may destroy any of them, and this one too.
@@ -68,6 +74,7 @@ private:
     QPointer<QWidget> m_oldCentral;
     QList<QPointer<DockWindow>> m_oldFloating;
     QVector<QPointer<Dock>> m_oldPanes;
+    std::vector<Floating> m_floating; // to be shown
 };
 
 } // namespace Kestrel::UI

@@ -12,6 +12,9 @@ struct KXUI_EXPORT DockLayoutError {
     qint64 line = 0;   ///< where in the document, from 1; 0 when none was read
     qint64 column = 0; ///< characters into the line
 
+    /** The reason and where it is, for the user; empty without an error. */
+    QString message() const;
+
     /** Whether there was an error. */
     explicit operator bool() const { return !reason.isEmpty(); }
 };

@@ -92,9 +92,13 @@ private:
         // In the list before its contents are read: what was read before an error counts.
         m_layout.windows.emplace_back();
         LayoutWindow& window = m_layout.windows.back();
-        window.place.rect =
-            QRect(number(attributes, "x", -most, most), number(attributes, "y", -most, most),
-                  number(attributes, "w", 0, most), number(attributes, "h", 0, most));
+        const auto rect = [&](const char* x, const char* y, const char* w, const char* h) {
+            return QRect(number(attributes, x, -most, most), number(attributes, y, -most, most),
+                         number(attributes, w, 0, most), number(attributes, h, 0, most));
+        };
+        window.place.rect = rect("x", "y", "w", "h");
+        window.place.normal = rect("normalX", "normalY", "normalW", "normalH");
+        window.place.stacking = number(attributes, "stacking");
         window.place.screen = number(attributes, "screen");
         window.place.maximized = number(attributes, "maximized") != 0;
         window.place.fullScreen = number(attributes, "fullscreen") != 0;
@@ -169,6 +173,12 @@ private:
 };
 
 } // namespace
+
+QString DockLayoutError::message() const {
+    if (line <= 0)
+        return reason;
+    return DockMainWindow::tr("%1 (line %2, column %3)").arg(reason).arg(line).arg(column);
+}
 
 LayoutReading readLayout(QIODevice* device) {
     return Reader(device).read();

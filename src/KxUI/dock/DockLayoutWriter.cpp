@@ -6,6 +6,8 @@
 #include <QIODevice>
 #include <QXmlStreamWriter>
 
+#include <array>
+
 namespace Kestrel::UI {
 
 namespace {
@@ -31,6 +33,12 @@ public:
 private:
     void text(const char* name, const QString& value) { Xml::writeText(m_xml, name, value); }
     void number(const char* name, int value) { Xml::writeNumber(m_xml, name, value); }
+    void rect(const std::array<const char*, 4>& names, const QRect& value) {
+        number(names[0], value.x());
+        number(names[1], value.y());
+        number(names[2], value.width());
+        number(names[3], value.height());
+    }
     void flag(const char* name, bool value) {
         if (value)
             number(name, 1);
@@ -39,13 +47,14 @@ private:
     void write(const LayoutWindow& window) {
         const SavedWindow& place = window.place;
         m_xml.writeStartElement(QStringLiteral("window"));
-        number("x", place.rect.x());
-        number("y", place.rect.y());
-        number("w", place.rect.width());
-        number("h", place.rect.height());
+        rect({"x", "y", "w", "h"}, place.rect);
         flag("maximized", place.maximized);
         flag("fullscreen", place.fullScreen);
         number("screen", place.screen);
+        if (place.maximized && !place.normal.isEmpty())
+            rect({"normalX", "normalY", "normalW", "normalH"}, place.normal);
+        if (place.stacking != 0)
+            number("stacking", place.stacking);
         for (const LayoutSplitter& splitter : window.splitters)
             write(splitter);
         m_xml.writeEndElement();

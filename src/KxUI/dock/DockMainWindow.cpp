@@ -9,6 +9,7 @@
 #include <KxUI/dock/DockWindow_p.h>
 #include <KxUI/dock/Dock_p.h>
 #include <KxUI/dock/FocusKeeper_p.h>
+#include <KxUI/kit/WindowSystem_p.h>
 
 #include <QAction>
 #include <QApplication>
@@ -116,6 +117,45 @@ void DockMainWindow::focusChanged(QWidget* old, QWidget* now) {
     entered->updateTabs();
     // Qt goes on with the widget that gets the focus, which the host might destroy.
     d->announcer.tellLater(DockAnnouncer::News::Activated, entered, entered->currentWidget());
+}
+
+bool DockMainWindow::emptiedPanesClose() const {
+    return d->emptiedPanesClose;
+}
+
+void DockMainWindow::setEmptiedPanesClose(bool close) {
+    if (d->emptiedPanesClose == close)
+        return;
+    d->emptiedPanesClose = close;
+    Q_EMIT emptiedPanesCloseChanged(close);
+}
+
+bool DockMainWindow::isDragActive() const {
+    const DockDragSession& drag = DockDragSession::instance();
+    return drag.isActive() && drag.controller() == this;
+}
+
+void DockMainWindow::showPage(QWidget* page) {
+    const DockChange change(this);
+    const QPointer<DockMainWindow> alive(this);
+    const QPointer<QWidget> wanted(page);
+    if (!wanted)
+        return;
+    QPointer<Dock> home(paneOf(wanted));
+    if (!home || home->controller() != this) {
+        home = d->places.paneFor(*wanted);
+        if (!alive || !home || !wanted)
+            return;
+        home->addWidget(wanted, true, false);
+    }
+    home->setCurrentWidget(wanted);
+    d->places.giveRoom(*home);
+    if (isVisible()) {
+        home->window()->show();
+        bringToFront(home->window());
+    }
+    if (wanted)
+        wanted->setFocus(Qt::OtherFocusReason);
 }
 
 QAction* DockMainWindow::nextDockAction() {

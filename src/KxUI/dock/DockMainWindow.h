@@ -36,6 +36,9 @@ class KXUI_EXPORT DockMainWindow : public DockWindow {
     Q_PROPERTY(bool tabsAreClosable READ tabsAreClosable WRITE setTabsAreClosable NOTIFY
                    tabsAreClosableChanged)
     Q_PROPERTY(QString focusPage READ getFocusPage WRITE setFocusPage NOTIFY focusPageChanged)
+    Q_PROPERTY(bool emptiedPanesClose READ emptiedPanesClose WRITE setEmptiedPanesClose NOTIFY
+                   emptiedPanesCloseChanged)
+    Q_PROPERTY(bool dragActive READ isDragActive NOTIFY dragActiveChanged)
 
 public:
     /** An empty workspace: a window without panes. `parent` owns the window; without one, it
@@ -64,6 +67,24 @@ public:
         Initially false. */
     bool tabsAreClosable() const;
     void setTabsAreClosable(bool closable);
+
+    /** Whether a pane closes when its last page leaves it, unless it is the last one of the main
+        window, and whether the close button of a pane without pages closes the pane. A pane that
+       was made without pages stays. Initially false. */
+    bool emptiedPanesClose() const;
+    void setEmptiedPanesClose(bool close);
+
+    /** Whether a page of this workspace is being dragged: it is in no pane then, and a window of
+       its own. See dragActiveChanged(). */
+    bool isDragActive() const;
+
+    /** Brings a page to the front and gives it the focus: its tab becomes current, its pane has
+       room again, and its window comes up if the workspace is shown.
+
+        A page that is in no pane goes where one of its object name was last: into the pane that it
+        left, or a new one in the place of that pane when it has closed. Where there is no such
+       place any more, it goes to the pane with the focus. Null shows nothing. */
+    void showPage(QWidget* page);
 
     /** New actions, children of this window, for the host's menus: "Next Pane"
        (Ctrl+Alt+Backquote), "Previous Pane" (Ctrl+Shift+Alt+Backquote), "Next Tab" (Ctrl+Shift+]),
@@ -172,6 +193,9 @@ Q_SIGNALS:
     /** A page became the one to work in: its tab was chosen, or the focus came into its pane (with
         `highlightCurrentTab`; then from the event loop). */
     void widgetActivated(Kestrel::UI::Dock* dock, QWidget* widget);
+    /** A page of this workspace left its pane to be dragged, or its drag has ended, wherever it is
+        now. */
+    void dragActiveChanged(bool active);
     /** The host passed on the name of its script; see emitUpdateNovaScriptName(). */
     void updateNovaScriptName(QString name);
     /** An option was changed. */
@@ -180,6 +204,7 @@ Q_SIGNALS:
     void splitPanelsByDraggingChanged(bool on);
     void highlightCurrentTabChanged(bool on);
     void tabsAreClosableChanged(bool on);
+    void emptiedPanesCloseChanged(bool on);
     /** Another page had the focus in a layout that was restored, or was set. */
     void focusPageChanged(const QString& id);
 

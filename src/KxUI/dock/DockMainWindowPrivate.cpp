@@ -33,7 +33,8 @@ bool canTakeFocus(const Dock& dock) {
 
 DockMainWindowPrivate::DockMainWindowPrivate(DockMainWindow* workspace)
     : q(workspace)
-    , announcer(*workspace) {}
+    , announcer(*workspace)
+    , places(*workspace) {}
 
 DockMainWindowPrivate::~DockMainWindowPrivate() {
     if (m_arrangeMenu)
@@ -47,6 +48,12 @@ QAction* DockMainWindowPrivate::newAction(const QString& text, const char* id,
     action->setShortcut(QKeySequence(shortcut));
     QObject::connect(action, &QAction::triggered, q, slot);
     return action;
+}
+
+void DockMainWindowPrivate::tellOfDrag(bool active) {
+    if (!active)
+        places.dragEnded();
+    announcer.tell(q, [workspace = q, active] { Q_EMIT workspace->dragActiveChanged(active); });
 }
 
 void DockMainWindowPrivate::addFloatingDock(DockWindow* window) {

@@ -2,6 +2,7 @@
 
 #include <KxUI/dock/DockAnnouncer_p.h>
 #include <KxUI/dock/DockMainWindow.h>
+#include <KxUI/dock/DockPlaces_p.h>
 
 #include <QHash>
 #include <QIcon>
@@ -36,6 +37,10 @@ public:
     void rebuildLayoutIds();
     /** Of pages that a layout cannot tell apart, and therefore brings back as one. */
     static void warnOfNamesakes(const Layout& layout);
+    /** A drag of a page began or ended. */
+    void tellOfDrag(bool active);
+    /** Has the desktop make the window, shown or not: what floats lies above it only then. */
+    void makeWindow() { q->create(); }
     /** What a device says, or why it cannot be used (line 0), or where reading stopped. */
     DockLayoutError read(QIODevice* device, Layout& layout) const;
     DockArrangeMenu* arrangeMenu();
@@ -47,6 +52,7 @@ public:
 
     DockMainWindow* const q;
     DockAnnouncer announcer;
+    DockPlaces places;
     QList<DockWindow*> floatingWindows;
     QStringList layoutIds;
     bool hideSingleTabs = false;
@@ -54,6 +60,7 @@ public:
     bool splitPanelsByDragging = false;
     bool highlightCurrentTab = false;
     bool tabsAreClosable = false;
+    bool emptiedPanesClose = false;
     QString focusPage;
     QSet<Dock*> docks;            // every pane of this controller, in the tree or not
     QSet<DockWindow*> satellites; // every other window of it, listed or not

@@ -85,7 +85,17 @@ void DockPrivate::createTitleButtons() {
     floatButton = make(QStyle::SP_TitleBarNormalButton, Dock::tr("Float the current tab"));
     closeButton = make(QStyle::SP_TitleBarCloseButton, Dock::tr("Close the current tab"));
     QObject::connect(floatButton, &QPushButton::clicked, q, &Dock::floatActiveTab);
-    QObject::connect(closeButton, &QPushButton::clicked, q, &Dock::closeActiveTab);
+    QObject::connect(closeButton, &QPushButton::clicked, q, [this] { closeTabOrPane(); });
+}
+
+/** The button closes tabs; where there are none, it may close the pane. */
+void DockPrivate::closeTabOrPane() {
+    if (pages->count() == 0 && controller && controller->emptiedPanesClose()) {
+        const DockChange change(controller);
+        DockMainWindowPrivate::of(*controller).places.closeEmpty(q);
+    } else {
+        q->closeActiveTab();
+    }
 }
 
 void DockPrivate::tearDown() {

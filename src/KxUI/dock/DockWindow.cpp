@@ -116,7 +116,16 @@ void DockWindow::disconnectController() {
     d->controller = nullptr;
 }
 
+void DockWindowPrivate::noteActivation() {
+    static quint64 count = 0;
+    activation = ++count;
+}
+
 bool DockWindow::event(QEvent* event) {
+    if (event->type() == QEvent::WindowActivate)
+        d->noteActivation();
+    else if (event->type() == QEvent::Move && isVisible() && !isMaximized() && !isFullScreen())
+        d->frameOffset = geometry().topLeft() - pos();
     snapEvent(event);
     return QMainWindow::event(event);
 }

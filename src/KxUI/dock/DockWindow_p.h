@@ -2,12 +2,15 @@
 
 #include <KxUI/dock/DockWindow.h>
 
+#include <QPoint>
+
 namespace Kestrel::UI {
 
 /** What a window of the workspace is made of. */
 class DockWindowPrivate {
 public:
     static DockWindowPrivate& of(DockWindow& window) { return *window.d; }
+    static const DockWindowPrivate& of(const DockWindow& window) { return *window.d; }
 
     /** The controller of the window that is `widget` or encloses it, null for none. */
     static DockMainWindow* workspaceAround(const QWidget* widget);
@@ -18,6 +21,13 @@ public:
     DockMainWindow* controller;
     DockSplitter* rootSplitter = nullptr;
     bool floating = false;
+    /** From the frame's corner to the contents', as it was when the window was last in its normal
+        state: a maximized one may have another frame. */
+    QPoint frameOffset;
+    /** When it was activated last, counted over all windows: activated windows come to the top. */
+    quint64 activation = 0;
+
+    void noteActivation();
 };
 
 } // namespace Kestrel::UI

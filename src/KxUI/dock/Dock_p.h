@@ -84,6 +84,7 @@ public:
 
 private:
     void createTitleButtons();
+    void closeTabOrPane();
     void pageLeft(QWidget* page, DockPages::Leaving how);
     void pageShown();
 };
