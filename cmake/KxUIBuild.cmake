@@ -32,8 +32,20 @@ if(KXUI_SANITIZE)
   endif()
 endif()
 
-# Where the library's data is, under share/.
-set(KXUI_DATA_FOLDER kxui)
+# The library for Qt 6 lies beside the one for Qt 5: it has a name of its own wherever it is installed.
+if(KXUI_QT EQUAL 5)
+  set(KXUI_QT_OLDEST 5.15)
+  set(KXUI_NAME KxUI)
+  set(KXUI_DATA_FOLDER kxui) # also the name of the pkg-config file
+  set(KXUI_INCLUDE_DIR "${CMAKE_INSTALL_INCLUDEDIR}")
+elseif(KXUI_QT EQUAL 6)
+  set(KXUI_QT_OLDEST 6.4)
+  set(KXUI_NAME KxUIQt6)
+  set(KXUI_DATA_FOLDER kxui-qt6)
+  set(KXUI_INCLUDE_DIR "${CMAKE_INSTALL_INCLUDEDIR}/KxUIQt6")
+else()
+  message(FATAL_ERROR "KXUI_QT is 5 or 6, not ${KXUI_QT}")
+endif()
 
 # The rooms, in the order of src/KxUI/rooms.txt; where there is no Qt, those that need none.
 set(KXUI_ROOMS)
