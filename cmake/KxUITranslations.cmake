@@ -3,10 +3,6 @@
 # the catalogs up to date with the texts of the folder that calls this. Does nothing where Qt's tools for
 # translators are not installed: the texts then are English.
 
-if(NOT KXUI_QT) # the workbench as a project of its own
-  set(KXUI_QT 5)
-  set(KXUI_DATA_FOLDER kxui)
-endif()
 find_package(Qt${KXUI_QT}LinguistTools QUIET)
 
 function(kxui_translations)

@@ -1,5 +1,6 @@
 #include "ToolLine.h"
 #include "app/MainWindow.h"
+#include "app/QtStart.h"
 #include "app/StartUp.h"
 #include "robot/Robot.h"
 #include "tour/Tour.h"
@@ -42,11 +43,7 @@ int main(int argc, char** argv) {
         goWithoutScreen(line);
     else if (!hasScreen())
         return complain(Failed, QStringLiteral("the robot needs a screen"));
-#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
-    // The tour's pictures have exactly the scale that they name.
-    QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling, !tour);
-    QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
-#endif
+    prepareScreens(!tour); // its pictures have exactly the scale that they name
     QApplication application(argc, argv);
     if (tour) {
         // Without a screen there is no desktop to say how large its text is.

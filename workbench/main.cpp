@@ -1,5 +1,6 @@
 #include "app/CommandLine.h"
 #include "app/MainWindow.h"
+#include "app/QtStart.h"
 #include "app/StartUp.h"
 
 #include <QApplication>
@@ -18,10 +19,7 @@ int main(int argc, char** argv) {
     if (!hasScreen())
         return complain(Failed, QStringLiteral("there is no screen to open a window on; "
                                                "kxui-workbench-tool --tour OUT needs none"));
-#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
-    QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
-    QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
-#endif
+    prepareScreens(true);
     QApplication application(argc, argv);
     QIcon icon;
     for (const int size : {48, 256})

@@ -10,7 +10,6 @@
 using namespace Kestrel::UI;
 
 int main(int argc, char** argv) {
-    QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps); // sharp icons on scaled screens
     QApplication application(argc, argv);
     CollapsibleToolbar window;
 

@@ -148,7 +148,7 @@ void ModelTree::addPane() {
 
 void ModelTree::insert(int index, int at, const QString& page) {
     QStringList& list = pane(index)->pages;
-    list.insert(at < 0 ? list.size() : std::min(at, list.size()), page);
+    list.insert(at < 0 ? list.size() : std::min(at, int(list.size())), page);
 }
 
 void ModelTree::take(const QString& page) {
@@ -220,7 +220,8 @@ void ModelTree::drop(const QString& page, int source, int target, UI::DockDropZo
         split(target, across ? Qt::Horizontal : Qt::Vertical, before);
         node = pane(indexOf(node) + (before ? -1 : 1));
     }
-    node->pages.insert(index < 0 ? node->pages.size() : std::min(index, node->pages.size()), page);
+    node->pages.insert(index < 0 ? node->pages.size() : std::min(index, int(node->pages.size())),
+                       page);
     if (sourceNode)
         closeIfEmpty(indexOf(sourceNode));
 }

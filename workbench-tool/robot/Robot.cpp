@@ -106,14 +106,14 @@ QWidget* Robot::anyWidget() {
     }
     if (windows.isEmpty())
         return nullptr;
-    QWidget* window = windows.at(below(windows.size()));
+    QWidget* window = windows.at(below(int(windows.size())));
     QWidget* child = window->childAt(pointIn(window->rect()));
     return child ? child : window;
 }
 
 UI::Dock* Robot::anyDock() {
     const auto docks = m_window->docks();
-    return docks.isEmpty() ? nullptr : docks.at(below(docks.size()));
+    return docks.isEmpty() ? nullptr : docks.at(below(int(docks.size())));
 }
 
 void Robot::step() {
@@ -265,7 +265,7 @@ void Robot::trigger() {
     // The last menu is about help, which opens a browser.
     collect(menus.mid(0, menus.size() - 1), actions);
     if (!actions.isEmpty())
-        actions.at(below(actions.size()))->trigger();
+        actions.at(below(int(actions.size())))->trigger();
 }
 
 void Robot::open() {
@@ -352,7 +352,7 @@ void Robot::undo() {
     UI::MultiStackUndoGroup* history = m_window->session()->grades()->group();
     switch (below(4)) {
     case 0:
-        return history->makeIndex(below(history->undoCommands().size() + 1));
+        return history->makeIndex(below(int(history->undoCommands().size()) + 1));
     case 1:
         return history->redo();
     default:

@@ -19,7 +19,7 @@ QString TextTable::text() const {
         for (int column = 0; column < row.size(); ++column) {
             int width = 0;
             for (const QStringList& other : m_rows)
-                width = std::max(width, other.value(column).size());
+                width = std::max(width, int(other.value(column).size()));
             line += column == 0 ? row[column].leftJustified(width)
                                 : QStringLiteral("  ") + row[column].rightJustified(width);
         }

@@ -3,6 +3,7 @@
 #include "app/CommandLine.h"
 #include "app/Language.h"
 #include "app/MainWindow.h"
+#include "app/QtStart.h"
 #include "look/Theme.h"
 #include "media/FrameDecoder.h"
 #include "media/Paths.h"
@@ -11,10 +12,6 @@
 
 #include <QFile>
 #include <QGuiApplication>
-
-#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
-#include <QTextCodec>
-#endif
 
 #include <cstdio>
 #include <string>
@@ -40,10 +37,7 @@ int complain(ExitCode code, const QString& message) {
 }
 
 void nameProgram() {
-#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
-    // File names are UTF-8 here whatever the locale says, also in the C locale.
-    QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
-#endif
+    prepareFileNames();
     QCoreApplication::setOrganizationName(QStringLiteral("Kestrel"));
     QCoreApplication::setApplicationName(QStringLiteral("kxui-workbench"));
     QGuiApplication::setDesktopFileName(QStringLiteral("kxui-workbench"));

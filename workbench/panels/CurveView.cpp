@@ -27,7 +27,7 @@ QString coordinates(const UI::Knot& knot) {
 }
 
 QColor faint(QColor color, double alpha) {
-    color.setAlphaF(alpha);
+    color.setAlphaF(static_cast<float>(alpha));
     return color;
 }
 

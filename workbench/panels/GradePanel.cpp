@@ -426,7 +426,7 @@ void GradePanel::applyColors() {
     const QColor text = palette().color(QPalette::WindowText);
     m_exposure->setExpTickColor(text);
     QColor between = text;
-    between.setAlphaF(0.65);
+    between.setAlphaF(0.65f);
     m_exposure->setTickColor(between);
     m_exposure->update();
     for (int slot = 0; slot < Grade::Slots; ++slot) {

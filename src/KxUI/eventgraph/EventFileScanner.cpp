@@ -1,9 +1,9 @@
 #include <KxUI/eventgraph/EventFileScanner_p.h>
 
 #include <KxUI/eventgraph/EventUserDataString.h>
+#include <KxUI/kit/QtCompat_p.h>
 
 #include <QIODevice>
-#include <QTextCodec>
 
 #include <algorithm>
 #include <cstring>
@@ -21,12 +21,10 @@ std::optional<QString> decoded(const char* begin, const char* end, bool ascii) {
     const int size = static_cast<int>(end - begin);
     if (ascii)
         return QString::fromLatin1(begin, size);
-    static QTextCodec* const utf8 = QTextCodec::codecForName("UTF-8");
-    QTextCodec::ConverterState state(QTextCodec::IgnoreHeader);
-    QString text = utf8->toUnicode(begin, size, &state);
-    if (state.invalidChars != 0 || state.remainingChars != 0)
+    std::optional<QString> text = fromStrictUtf8(begin, size);
+    if (!text)
         return {};
-    for (const QChar c : text) {
+    for (const QChar c : *text) {
         if (c.unicode() >= 0xfffe)
             return {};
     }

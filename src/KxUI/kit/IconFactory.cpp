@@ -40,7 +40,7 @@ public:
         painter->scale(side / IconUnits, side / IconUnits);
         painter->setBrush(ink);
         painter->drawPath(m_paths.solid);
-        ink.setAlphaF(ink.alphaF() * 0.5);
+        ink.setAlphaF(ink.alphaF() * 0.5f);
         painter->setBrush(ink);
         painter->drawPath(m_paths.pale);
         painter->restore();

@@ -1,13 +1,11 @@
 #include <KxUI/kit/WindowSystem_p.h>
 
+#include <KxUI/kit/QtCompat_p.h>
+
 #include <QEvent>
 #include <QGuiApplication>
 #include <QRegion>
 #include <QWidget>
-
-#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
-#include <QtPlatformHeaders/QXcbWindowFunctions>
-#endif
 
 namespace Kestrel::UI {
 
@@ -24,7 +22,6 @@ bool clientRulesWindows() {
     return hasDesktop() && !QGuiApplication::platformName().startsWith(QLatin1String("wayland"));
 }
 
-#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
 /** Says what a window is whenever it gets a new one from the window system. */
 class NormalWindow : public QObject {
 public:
@@ -35,21 +32,16 @@ public:
                               ? static_cast<QWidget*>(watched)->windowHandle()
                               : nullptr;
         if (window)
-            QXcbWindowFunctions::setWmWindowType(window, QXcbWindowFunctions::Normal);
+            setNormalWindowType(window);
         return false;
     }
 };
-#endif
 
 } // namespace
 
 void presentAsNormal(QWidget* window) {
-#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
     if (QGuiApplication::platformName() == QLatin1String("xcb"))
         window->installEventFilter(new NormalWindow(window));
-#else
-    Q_UNUSED(window)
-#endif
 }
 
 void raiseWindow(QWidget* window) {

@@ -4,8 +4,8 @@
 #include <KxUI/base/Time.h>
 #include <KxUI/base/TimeBase.h>
 #include <KxUI/base/Timecode.h>
+#include <KxUI/time/TimeMetaTypes.h>
 
-#include <QMetaType>
 #include <QObject>
 #include <QString>
 
@@ -70,5 +70,3 @@ private:
 };
 
 } // namespace Kestrel::UI
-
-Q_DECLARE_METATYPE(Kestrel::Base::TimeBase)

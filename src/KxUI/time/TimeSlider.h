@@ -7,7 +7,6 @@
 #include <KxUI/time/TimeSliderTime.h>
 
 #include <QColor>
-#include <QMetaType>
 #include <QWidget>
 
 #include <memory>
@@ -319,5 +318,3 @@ private:
 Q_DECLARE_OPERATORS_FOR_FLAGS(TimeSlider::Options)
 
 } // namespace Kestrel::UI
-
-Q_DECLARE_METATYPE(const Kestrel::Base::Time*)
