@@ -80,7 +80,7 @@ void overTexts(benchmark::State& state, const std::vector<std::string>& texts, R
 
 void addToString(const Rate& rate) {
     const std::string work = std::string("Timecode::toString, 1,000,000 frames, ") + rate.name;
-    Bench::target(work, 20);
+    Bench::target(work, 0.02);
     Bench::targetRatio(work, "libltc to text", 5);
     Bench::targetRatio(work, "libavutil", 5);
     Bench::add(work, "ours", [&rate](benchmark::State& state) {
@@ -119,7 +119,7 @@ void addToString(const Rate& rate) {
 
 void addFormatTime(const Rate& rate) {
     const std::string work = std::string("TimeFormatter::formatTime, ") + rate.name;
-    Bench::target(work, 40);
+    Bench::target(work, 0.04);
     Bench::add(work, "ours", [&rate](benchmark::State& state) {
         UI::TimeFormatter formatter;
         formatter.setTimeDisplay(rate.base, true, true, 0);
@@ -144,7 +144,7 @@ void addFromString(const Rate& rate) {
         char text[AV_TIMECODE_STR_SIZE];
         avTexts.emplace_back(av_timecode_make_string(&timecode, text, frame));
     }
-    Bench::target(work, 40);
+    Bench::target(work, 0.04);
     Bench::add(work, "ours", [&rate, texts](benchmark::State& state) {
         overTexts(state, texts, [&rate](const std::string& text) {
             return Base::Timecode::fromString(text, rate.base, rate.type);

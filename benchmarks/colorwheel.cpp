@@ -62,17 +62,16 @@ void registerColorWheelBenchmarks() {
     using namespace Kestrel::Bench;
 
     const auto drag = [](const std::string& work, ColorWheel::DisplayMode mode, double from,
-                         double radius, double nanoseconds) {
+                         double radius, double references) {
         add(work, "ours", [=](benchmark::State& state) { dragMarker(state, mode, from, radius); });
-        target(work, nanoseconds);
+        target(work, references);
     };
-    drag("wheel at 800 px: drag of the marker", ColorWheel::PlainWheel, 0.0, 250.0, 0.1e6);
+    drag("wheel at 800 px: drag of the marker", ColorWheel::PlainWheel, 0.0, 250.0, 100);
     drag("wheel at 800 px: drag of the marker in the square", ColorWheel::SquareWheel, 0.0, 150.0,
-         0.1e6);
+         100);
     drag("wheel at 800 px: drag of the hue about the square", ColorWheel::SquareWheel, 360.0, 360.0,
-         0.3e6);
-    drag("wheel at 800 px: drag on the value ring", ColorWheel::ValueRingWheel, 390.0, 390.0,
-         0.1e6);
+         300);
+    drag("wheel at 800 px: drag on the value ring", ColorWheel::ValueRingWheel, 390.0, 390.0, 100);
 
     const std::string value = "wheel at 800 px: value change";
     add(value, "ours", [](benchmark::State& state) {
@@ -81,7 +80,7 @@ void registerColorWheelBenchmarks() {
             wheel.setRingValue(x);
         });
     });
-    target(value, 0.3e6);
+    target(value, 300);
 
     add("wheel at 800 px: all drawn anew", "ours", [](benchmark::State& state) {
         change(state, ColorWheel::PlainWheel,

@@ -138,7 +138,7 @@ void addMatch(const std::string& work, const QByteArray& pattern) {
         for (auto _ : state)
             benchmark::DoNotOptimize(filename_match(name.constData(), pattern.constData()));
     });
-    Kestrel::Bench::target(work, 50e3);
+    Kestrel::Bench::target(work, 50);
 }
 
 } // namespace

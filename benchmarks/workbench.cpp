@@ -76,19 +76,18 @@ void gradeFrames(benchmark::State& state, const PreparedGrade& grade,
 
 void registerBenchmarks() {
     using namespace Kestrel::Bench;
-    constexpr double millisecond = 1e6;
 
     const std::string half = "graded playback: a frame of half floats, 1920 x 1080";
     add(half, "ours", [](benchmark::State& state) {
         gradeFrames(state, PreparedGrade(warmGrade(), HalfLinear), halfPicture(), 3);
     });
-    target(half, 4 * millisecond);
+    target(half, 4000);
 
     const std::string screen = "graded playback: a frame of 8-bit codes, 1920 x 1080";
     add(screen, "ours", [](benchmark::State& state) {
         gradeFrames(state, PreparedGrade(warmGrade(), {}), screenPicture(), 1);
     });
-    target(screen, 4 * millisecond);
+    target(screen, 4000);
 
     add("graded playback: half floats with YCbCr preview, 1920 x 1080", "ours",
         [](benchmark::State& state) {
