@@ -76,7 +76,7 @@ endfunction()
 
 # kxui_room(NAME SOURCES ... PUBLIC_HEADERS ... [PRIVATE_HEADERS ...] [PLAIN_SOURCES ...])
 # Adds a room's files, named relative to its folder, to the library. Public headers are installed
-# and each is compiled alone by the target `header-checks`. Plain sources know no Qt, so that they
+# and tools/check compiles each alone. Plain sources know no Qt, so that they
 # are built also where there is none.
 function(kxui_room name)
   cmake_parse_arguments(room "" "" "SOURCES;PLAIN_SOURCES;PUBLIC_HEADERS;PRIVATE_HEADERS" ${ARGN})

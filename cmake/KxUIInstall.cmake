@@ -8,6 +8,8 @@ install(TARGETS KxUI EXPORT ${KXUI_NAME}Targets
   ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development)
 
 get_property(headers GLOBAL PROPERTY KXUI_PUBLIC_HEADERS)
+string(JOIN "\n" lines ${headers} Export.h Version.h)
+file(WRITE "${PROJECT_BINARY_DIR}/public-headers" "${lines}\n") # for tools/check
 foreach(header IN LISTS headers)
   get_filename_component(folder "${header}" DIRECTORY)
   install(FILES "${PROJECT_SOURCE_DIR}/src/KxUI/${header}"
