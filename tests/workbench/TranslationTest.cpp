@@ -3,11 +3,16 @@
 #include "workspace/BuiltInLayouts.h"
 
 #include <KxUI/curves/Curve.h>
+#include <KxUI/dock/Dock.h>
 #include <KxUI/dock/DockMainWindow.h>
+#include <KxUI/eventgraph/EventGraph.h>
+#include <KxUI/kit/Translations.h>
+#include <KxUI/time/TransportControlsWidget.h>
 
 #include <support/TestRegistry.h>
 
 #include <QAbstractButton>
+#include <QComboBox>
 #include <QFile>
 #include <QLabel>
 #include <QMenu>
@@ -92,6 +97,29 @@ QString clash(const Workbench::MainWindow& window) {
     return {};
 }
 
+/** The texts of everything in `root` that are on `english`. */
+QStringList leftIn(const QObject& root, const QSet<QString>& english) {
+    QStringList left;
+    QList<const QObject*> all{&root};
+    for (const QObject* object : root.findChildren<QObject*>())
+        all.append(object);
+    for (const QObject* object : all) {
+        for (const char* name : {"text", "toolTip", "title", "windowTitle", "placeholderText",
+                                 "accessibleName", "suffix"}) {
+            const QString text = object->property(name).toString();
+            if (english.contains(text))
+                left.append(text);
+        }
+        if (const auto* box = qobject_cast<const QComboBox*>(object)) {
+            for (int i = 0; i < box->count(); ++i) {
+                if (english.contains(box->itemText(i)))
+                    left.append(box->itemText(i));
+            }
+        }
+    }
+    return left;
+}
+
 } // namespace
 
 class TranslationTest : public QObject {
@@ -116,6 +144,37 @@ private slots:
                 QVERIFY2(marks(translation) == marks(entry.source), qPrintable(translation));
             }
         }
+    }
+
+    // What the library shows by itself: the menus of panes, the focus actions, the profiler.
+    void germanLibrary() {
+        const QString catalog = QStringLiteral("src/KxUI/translations/kxui_de.ts");
+        QSet<QString> english;
+        QSet<QString> german;
+        for (const Entry& entry : readCatalog(catalog)) {
+            german.unite(QSet<QString>(entry.translations.begin(), entry.translations.end()));
+            english.insert(entry.source);
+        }
+        english.subtract(german);
+        QVERIFY(UI::Translations::install(QLocale(QLocale::German)));
+        UI::DockMainWindow window;
+        UI::Dock* pane = window.createDock();
+        window.addWidget(pane);
+        auto* page = new QWidget;
+        page->setObjectName(QStringLiteral("page"));
+        page->setWindowTitle(QStringLiteral("Seite"));
+        pane->addWidget(page, false, false);
+        for (QMenu* menu : pane->findChildren<QMenu*>())
+            Q_EMIT menu->aboutToShow();
+        for (const QAction* action : {window.nextDockAction(), window.prevDockAction(),
+                                      window.nextTabAction(), window.prevTabAction()})
+            QVERIFY2(german.contains(action->text()), qPrintable(action->text()));
+        UI::TransportControlsWidget controls;
+        for (const QObject* root :
+             {static_cast<QObject*>(&window), static_cast<QObject*>(UI::EventGraph::instance()),
+              static_cast<QObject*>(&controls)})
+            QCOMPARE(leftIn(*root, english), QStringList());
+        QVERIFY(UI::Translations::install(QLocale::c()));
     }
 
     void germanWorkbench() {
