@@ -28,7 +28,7 @@ struct Stage : Workspace {
         left->setObjectName("a");
         top->setObjectName("b");
         bottom->setObjectName("c");
-        show(*this);
+        Kestrel::Test::show(*this);
         page("left")->setFocus();
         settle();
     }

@@ -1,6 +1,6 @@
 #include <KxUI/dock/DockDrag_p.h>
 
-#include <KxUI/dock/DockMainWindow.h>
+#include <KxUI/dock/DockMainWindow_p.h>
 #include <KxUI/dock/DockMoves_p.h>
 #include <KxUI/dock/DockTabBar.h>
 #include <KxUI/dock/DockTitleBar.h>

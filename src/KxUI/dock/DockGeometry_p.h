@@ -42,11 +42,12 @@ PaneLayout layOutPane(const PaneMetrics& metrics);
 
 /** A window as a layout document describes it. */
 struct SavedWindow {
-    QRect rect;   ///< position of the frame, size without it
-    QRect normal; ///< the same when it is no longer maximized; null when that is not known
+    QRect rect; ///< position of the frame, size without it
     int screen = 0;
     bool maximized = false;
     bool fullScreen = false;
+    QRect normal =
+        {};           ///< the rectangle when it is no longer maximized; null when that is not known
     int stacking = 0; ///< among the floating windows: higher ones lie above lower ones
 };
 
