@@ -66,7 +66,9 @@ struct Workspace : DockMainWindow {
         while (panes-- > 0) {
             Dock* dock = createDock();
             addWidget(dock);
-            dock->addWidget(new QWidget, false, false);
+            auto* page = new QWidget;
+            page->setObjectName(QString::number(panes));
+            dock->addWidget(page, false, false);
         }
     }
 };

@@ -6,6 +6,7 @@
 #include <QCollator>
 #include <QDir>
 #include <QFile>
+#include <QLocale>
 #include <QPointer>
 #include <QRegularExpression>
 #include <QSaveFile>
@@ -83,7 +84,9 @@ QStringList NamedWorkspaces::Private::read() const {
         if (file.endsWith(suffix()) && cleanName(name) == name && problemOfName(name).isEmpty())
             found.append(name);
     }
-    QCollator order;
+    // Without a language numbers are not counted: "10" would stand before "9".
+    const QLocale locale;
+    QCollator order(locale.language() == QLocale::C ? QLocale(QLocale::English) : locale);
     order.setNumericMode(true);
     std::sort(found.begin(), found.end(), order);
     return found;

@@ -160,7 +160,7 @@ void NamedWorkspacesMenu::Private::remove(const QString& name) {
 }
 
 NamedWorkspacesMenu::NamedWorkspacesMenu(QWidget* parent)
-    : QMenu(NamedWorkspacesMenu::tr("&Workspaces"), parent)
+    : QMenu(NamedWorkspacesMenu::tr("Works&paces"), parent)
     , d(new Private{this, nullptr}) {
     connect(this, &QMenu::aboutToShow, this, [this] { d->fill(); });
 }
