@@ -41,6 +41,7 @@ public:
         AutoSequence = 128,        ///< the answer of isAutoSequence()
         AutoSequenceDetected = 256 ///< isAutoSequence() has looked
     };
+    /** Bits of Flag. */
     Q_DECLARE_FLAGS(Flags, Flag)
 
     /** An item without a name. */
@@ -55,6 +56,7 @@ public:
     template <class T>
     FileInfo(const char* name, T* isSequence) = delete;
 
+    /** Shares what the other one holds. */
     FileInfo(const FileInfo& other) noexcept;
     FileInfo& operator=(const FileInfo& other) noexcept;
     ~FileInfo();
@@ -68,9 +70,9 @@ public:
     /** The length of rawFileName() in bytes. */
     int getFilenameLength() const;
 
-    /** The name of the files of a sequence with # for the digits of the frame, without a range:
-        `img.####.exr`, or `img.#.exr` where the numbers differ in length. The file name for an item
-        that is no sequence. */
+    /** The name of the files of a sequence, without a range. The frame is a number sign for each of
+        its digits, as in `img.####.exr`, or a single one where the numbers differ in length. The
+        file name for an item that is no sequence. */
     QString frameName() const;
 
     /** The same in the system's encoding. */

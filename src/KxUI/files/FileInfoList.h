@@ -41,6 +41,7 @@ class KXUI_EXPORT FileInfoList : public QObject {
                    setSplitIncompleteSequences NOTIFY settingsChanged)
 
 public:
+    /** An empty list; `parent` owns it when it is given. */
     explicit FileInfoList(QObject* parent = nullptr);
     ~FileInfoList() override;
 
