@@ -380,8 +380,10 @@ QSize Dock::sizeHint() const {
 
 bool Dock::event(QEvent* event) {
     const bool handled = QWidget::event(event);
-    if (event->type() == QEvent::StyleChange || event->type() == QEvent::FontChange ||
-        event->type() == QEvent::LayoutDirectionChange)
+    if (event->type() == QEvent::Enter)
+        enter();
+    else if (event->type() == QEvent::StyleChange || event->type() == QEvent::FontChange ||
+             event->type() == QEvent::LayoutDirectionChange)
         d->layOutLater();
     return handled;
 }
@@ -411,9 +413,8 @@ void Dock::contextMenuEvent(QContextMenuEvent* event) {
         d->menu->popup(event->globalPos());
 }
 
-void Dock::enterEvent(QEvent* event) {
+void Dock::enter() {
     const DockChange change(d->controller);
-    QWidget::enterEvent(event);
     Q_EMIT mouseOver(true);
     // Typing is never interrupted by moving the mouse.
     if (d->hasFocusInside() || isTextField(QApplication::focusWidget()))

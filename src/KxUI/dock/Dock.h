@@ -188,11 +188,12 @@ protected:
     void resizeEvent(QResizeEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
-    void enterEvent(QEvent* event) override;
     void leaveEvent(QEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
 
 private:
+    void enter(); // the mouse came in
+
     friend class DockPrivate;
     const std::unique_ptr<DockPrivate> d;
 };

@@ -68,7 +68,7 @@ WindowPlan planWindow(const SavedWindow& saved, bool fillScreen, const QVector<Q
     if (areas.isEmpty())
         return plan;
 
-    const int screen = std::min(saved.screen, areas.size() - 1);
+    const int screen = std::min(saved.screen, int(areas.size()) - 1);
     const QRect area = areas.at(std::max(0, screen));
     plan.available = area;
     plan.fullScreen = saved.fullScreen && saved.screen < areas.size();

@@ -72,7 +72,7 @@ LayoutWindow captureWindow(const DockWindow& window, const QWidget* focus) {
         result.place.normal =
             window.normalGeometry().translated(-DockWindowPrivate::of(window).frameOffset);
     result.place.fullScreen = FullScreen::isOn(&window);
-    result.place.screen = std::max(0, QGuiApplication::screens().indexOf(window.screen()));
+    result.place.screen = std::max(0, int(QGuiApplication::screens().indexOf(window.screen())));
     result.splitters.push_back(captureSplitter(*window.rootSplitter(), focus));
     return result;
 }

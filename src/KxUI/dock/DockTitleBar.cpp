@@ -68,13 +68,13 @@ void DockTitleBar::endReveal() {
     d->revealed = false;
 }
 
-void DockTitleBar::enterEvent(QEvent* event) {
-    if (d->isHidden()) {
+bool DockTitleBar::event(QEvent* event) {
+    if (event->type() == QEvent::Enter && d->isHidden()) {
         d->stopTimer(this);
         d->revealTimer = startTimer(RevealDelay, Qt::CoarseTimer);
         update();
     }
-    QWidget::enterEvent(event);
+    return QWidget::event(event);
 }
 
 void DockTitleBar::leaveEvent(QEvent* event) {

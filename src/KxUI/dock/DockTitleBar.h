@@ -37,7 +37,7 @@ Q_SIGNALS:
     void pressedChanged(bool pressed);
 
 protected:
-    void enterEvent(QEvent* event) override;
+    bool event(QEvent* event) override;
     void leaveEvent(QEvent* event) override;
     void timerEvent(QTimerEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
