@@ -102,13 +102,6 @@
     </message>
 </context>
 <context>
-    <name>Kestrel::UI::EventGraph</name>
-    <message>
-        <source>Statistics</source>
-        <translation>Statistik</translation>
-    </message>
-</context>
-<context>
     <name>Kestrel::Workbench::CurveView</name>
     <message>
         <source>x %1  y %2</source>
@@ -695,10 +688,6 @@
 </context>
 <context>
     <name>Kestrel::Workbench::Workspace</name>
-    <message>
-        <source>%1 (line %2, column %3)</source>
-        <translation>%1 (Zeile %2, Spalte %3)</translation>
-    </message>
     <message>
         <source>, </source>
         <translation>, </translation>

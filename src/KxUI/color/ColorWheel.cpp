@@ -3,6 +3,7 @@
 #include <KxUI/color/ColorConversions.h>
 #include <KxUI/color/ColorWheelAccessible_p.h>
 #include <KxUI/color/ColorWheel_p.h>
+#include <KxUI/kit/InterfaceThread_p.h>
 
 #include <QContextMenuEvent>
 #include <QMouseEvent>
@@ -81,10 +82,12 @@ ColorWheel::ColorWheel(ColorTransform transform, DisplayMode mode, QWidget* pare
 ColorWheel::~ColorWheel() = default;
 
 void ColorWheel::setHSV(float hue, float saturation, float value) {
+    KXUI_INTERFACE_THREAD(this);
     d->showColor({hue, saturation, value}, d->ringValue);
 }
 
 void ColorWheel::setHSVSlot(float hue, float saturation, float value) {
+    KXUI_INTERFACE_THREAD(this);
     setHSV(hue, saturation, value);
 }
 
@@ -112,18 +115,22 @@ float ColorWheel::ringValue() const {
 }
 
 void ColorWheel::setHue(float hue) {
+    KXUI_INTERFACE_THREAD(this);
     setHSV(wrappedUnit(hue), d->color.saturation, d->color.value);
 }
 
 void ColorWheel::setSaturation(float saturation) {
+    KXUI_INTERFACE_THREAD(this);
     setHSV(d->color.hue, saturation, d->color.value);
 }
 
 void ColorWheel::setValue(float value) {
+    KXUI_INTERFACE_THREAD(this);
     setHSV(d->color.hue, d->color.saturation, value);
 }
 
 void ColorWheel::setRingValue(float value) {
+    KXUI_INTERFACE_THREAD(this);
     d->showColor(d->color, value);
 }
 
@@ -132,6 +139,7 @@ float ColorWheel::getClampedHue() const {
 }
 
 void ColorWheel::setZoomEnabled(bool enabled) {
+    KXUI_INTERFACE_THREAD(this);
     if (std::exchange(d->zoomEnabled, enabled) != enabled)
         Q_EMIT zoomEnabledChanged(enabled);
 }
@@ -149,6 +157,7 @@ QPointF ColorWheel::pan() const {
 }
 
 void ColorWheel::setDisplayMode(DisplayMode mode) {
+    KXUI_INTERFACE_THREAD(this);
     if (std::exchange(d->displayMode, mode) == mode)
         return;
     update();
@@ -160,6 +169,7 @@ ColorWheel::DisplayMode ColorWheel::displayMode() const {
 }
 
 void ColorWheel::setInteractionMode(InteractionMode mode) {
+    KXUI_INTERFACE_THREAD(this);
     if (std::exchange(d->interactionMode, mode) != mode)
         Q_EMIT interactionModeChanged(mode);
 }
@@ -169,6 +179,7 @@ ColorWheel::InteractionMode ColorWheel::interactionMode() const {
 }
 
 void ColorWheel::setInteractionScale(float scale) {
+    KXUI_INTERFACE_THREAD(this);
     if (std::exchange(d->interactionScale, scale) != scale)
         Q_EMIT interactionScaleChanged(scale);
 }
@@ -178,6 +189,7 @@ float ColorWheel::interactionScale() const {
 }
 
 void ColorWheel::setHueRotation(float radians) {
+    KXUI_INTERFACE_THREAD(this);
     if (std::exchange(d->hueRotation, radians) == radians)
         return;
     update();
@@ -197,12 +209,14 @@ ColorWheel::DragModes ColorWheel::dragMode() const {
 }
 
 void ColorWheel::setColorTransform(ColorTransform transform) {
+    KXUI_INTERFACE_THREAD(this);
     d->transform = std::move(transform);
     d->pictures.clear();
     update();
 }
 
 void ColorWheel::setColorSource(ColorSource source) {
+    KXUI_INTERFACE_THREAD(this);
     d->source = std::move(source);
 }
 

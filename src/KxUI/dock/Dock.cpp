@@ -12,6 +12,7 @@
 #include <KxUI/dock/DropZones_p.h>
 #include <KxUI/dock/FocusKeeper_p.h>
 #include <KxUI/kit/FullScreen.h>
+#include <KxUI/kit/InterfaceThread_p.h>
 
 #include <QApplication>
 #include <QCloseEvent>
@@ -123,6 +124,7 @@ void Dock::updateTabs() {
 }
 
 void Dock::addWidget(QWidget* page, bool makeCurrent, bool remember) {
+    KXUI_INTERFACE_THREAD(this);
     if (!page)
         return;
     const DockChange change(d->controller);
@@ -147,6 +149,7 @@ void Dock::addWidget(QWidget* page, bool makeCurrent, bool remember) {
 }
 
 void Dock::insertWidget(int index, QWidget* page) {
+    KXUI_INTERFACE_THREAD(this);
     if (!page)
         return;
     const DockChange change(d->controller);
@@ -161,19 +164,23 @@ void Dock::insertWidget(int index, QWidget* page) {
 }
 
 void Dock::insertWidget(const QPoint& point, QWidget* page) {
+    KXUI_INTERFACE_THREAD(this);
     insertWidget(dropIndexAt(point, tabRects(*d->tabBar)), page);
 }
 
 void Dock::removeWidget(QWidget* page) {
+    KXUI_INTERFACE_THREAD(this);
     removeWidgetAndSetCurrentTab(page, 0);
 }
 
 void Dock::removeWidgetAndSetCurrentTab(QWidget* page, int tab) {
+    KXUI_INTERFACE_THREAD(this);
     const DockChange change(d->controller);
     d->pages->take(page, tab);
 }
 
 QWidget* Dock::restorePlaceHolderForWidget(QWidget* page) {
+    KXUI_INTERFACE_THREAD(this);
     if (!page || !d->controller || !d->controller->isInLayout(page->objectName()))
         return nullptr;
     const DockChange change(d->controller);
@@ -190,10 +197,12 @@ QWidget* Dock::restorePlaceHolderForWidget(QWidget* page) {
 }
 
 void Dock::setCurrentWidget(QWidget* page) {
+    KXUI_INTERFACE_THREAD(this);
     setCurrentTab(page ? d->pages->find(page) : d->pages->previous());
 }
 
 void Dock::setCurrentTab(int index) {
+    KXUI_INTERFACE_THREAD(this);
     if (index < 0 || index >= count())
         return;
     const DockChange change(d->controller);
@@ -202,6 +211,7 @@ void Dock::setCurrentTab(int index) {
 }
 
 void Dock::showTab(int tab) {
+    KXUI_INTERFACE_THREAD(this);
     const DockChange change(d->controller);
     const QWidget* before = currentWidget();
     d->pages->setCurrent(tab);
@@ -210,6 +220,7 @@ void Dock::showTab(int tab) {
 }
 
 void Dock::removeTab(int tab) {
+    KXUI_INTERFACE_THREAD(this);
     d->pages->dropTab(tab);
 }
 
@@ -228,6 +239,7 @@ void Dock::prevTab() {
 }
 
 void Dock::closeTab(int index) {
+    KXUI_INTERFACE_THREAD(this);
     if (index < 0 || index >= count())
         return;
     const DockChange change(d->controller);
@@ -238,10 +250,12 @@ void Dock::closeTab(int index) {
 }
 
 void Dock::closeActiveTab() {
+    KXUI_INTERFACE_THREAD(this);
     closeTab(currentTab());
 }
 
 void Dock::closeInactiveTabs() {
+    KXUI_INTERFACE_THREAD(this);
     const DockChange change(d->controller);
     const QPointer<Dock> alive(this);
     for (int i = count() - 1; i >= 0 && alive; --i) {
@@ -251,10 +265,12 @@ void Dock::closeInactiveTabs() {
 }
 
 void Dock::floatActiveTab() {
+    KXUI_INTERFACE_THREAD(this);
     floatWidgetAt(currentWidget(), mapToGlobal(QPoint()));
 }
 
 void Dock::floatWidgetAt(QWidget* page, const QPoint& global) {
+    KXUI_INTERFACE_THREAD(this);
     if (!page || !d->controller)
         return;
     const DockChange change(d->controller);
@@ -266,6 +282,7 @@ void Dock::floatWidgetAt(QWidget* page, const QPoint& global) {
 }
 
 void Dock::floatDock() {
+    KXUI_INTERFACE_THREAD(this);
     if (!d->controller)
         return;
     const DockChange change(d->controller);
@@ -279,6 +296,7 @@ void Dock::floatDock() {
 }
 
 Dock* Dock::split(Qt::Orientation orientation, bool before) {
+    KXUI_INTERFACE_THREAD(this);
     QPointer<Dock> fresh;
     {
         const DockChange change(d->controller);
@@ -288,10 +306,12 @@ Dock* Dock::split(Qt::Orientation orientation, bool before) {
 }
 
 void Dock::splitHorizontal() {
+    KXUI_INTERFACE_THREAD(this);
     split(Qt::Horizontal, false);
 }
 
 void Dock::splitVertical() {
+    KXUI_INTERFACE_THREAD(this);
     split(Qt::Vertical, false);
 }
 
@@ -317,6 +337,7 @@ void Dock::dumpLayout() {
 }
 
 void Dock::setExpanded(bool expanded) {
+    KXUI_INTERFACE_THREAD(this);
     if (d->expanded == expanded)
         return;
     d->expanded = expanded;
@@ -325,6 +346,7 @@ void Dock::setExpanded(bool expanded) {
 }
 
 void Dock::setTitleVisible(bool visible) {
+    KXUI_INTERFACE_THREAD(this);
     d->titleBar->endReveal();
     d->setTitleVisible(visible);
 }
@@ -335,6 +357,7 @@ void Dock::updateTitles() {
 }
 
 void Dock::setHover(bool hover) {
+    KXUI_INTERFACE_THREAD(this);
     if (d->hover == hover)
         return;
     d->hover = hover;

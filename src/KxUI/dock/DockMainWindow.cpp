@@ -9,6 +9,7 @@
 #include <KxUI/dock/DockWindow_p.h>
 #include <KxUI/dock/Dock_p.h>
 #include <KxUI/dock/FocusKeeper_p.h>
+#include <KxUI/kit/InterfaceThread_p.h>
 #include <KxUI/kit/WindowSystem_p.h>
 
 #include <QAction>
@@ -48,6 +49,7 @@ bool DockMainWindow::hideSingleTabs() const {
 }
 
 void DockMainWindow::setHideSingleTabs(bool hide) {
+    KXUI_INTERFACE_THREAD(this);
     if (d->hideSingleTabs == hide)
         return;
     d->hideSingleTabs = hide;
@@ -59,6 +61,7 @@ bool DockMainWindow::hasPanelMenu() const {
 }
 
 void DockMainWindow::setHasPanelMenu(bool has) {
+    KXUI_INTERFACE_THREAD(this);
     if (d->hasPanelMenu == has)
         return;
     d->hasPanelMenu = has;
@@ -70,6 +73,7 @@ bool DockMainWindow::splitPanelsByDragging() const {
 }
 
 void DockMainWindow::setSplitPanelsByDragging(bool split) {
+    KXUI_INTERFACE_THREAD(this);
     if (d->splitPanelsByDragging == split)
         return;
     d->splitPanelsByDragging = split;
@@ -81,6 +85,7 @@ bool DockMainWindow::highlightCurrentTab() const {
 }
 
 void DockMainWindow::setHighlightCurrentTab(bool highlight) {
+    KXUI_INTERFACE_THREAD(this);
     if (d->highlightCurrentTab == highlight)
         return;
     d->highlightCurrentTab = highlight;
@@ -99,6 +104,7 @@ bool DockMainWindow::tabsAreClosable() const {
 }
 
 void DockMainWindow::setTabsAreClosable(bool closable) {
+    KXUI_INTERFACE_THREAD(this);
     if (d->tabsAreClosable == closable)
         return;
     d->tabsAreClosable = closable;
@@ -124,6 +130,7 @@ bool DockMainWindow::emptiedPanesClose() const {
 }
 
 void DockMainWindow::setEmptiedPanesClose(bool close) {
+    KXUI_INTERFACE_THREAD(this);
     if (d->emptiedPanesClose == close)
         return;
     d->emptiedPanesClose = close;
@@ -136,6 +143,7 @@ bool DockMainWindow::isDragActive() const {
 }
 
 void DockMainWindow::showPage(QWidget* page) {
+    KXUI_INTERFACE_THREAD(this);
     const DockChange change(this);
     const QPointer<DockMainWindow> alive(this);
     const QPointer<QWidget> wanted(page);
@@ -193,6 +201,7 @@ QWidget* DockMainWindow::createPage(QString& id) {
 }
 
 DockWindow* DockMainWindow::addNewFloatingDock(QWidget* widget) {
+    KXUI_INTERFACE_THREAD(this);
     QPointer<DockWindow> window;
     {
         const DockChange change(this);
@@ -209,6 +218,7 @@ QList<DockWindow*> DockMainWindow::floatingWindows() const {
 }
 
 void DockMainWindow::setFloatingWindows(const QList<DockWindow*>& windows) {
+    KXUI_INTERFACE_THREAD(this);
     for (DockWindow* window : qAsConst(d->floatingWindows))
         DockWindowPrivate::of(*window).floating = false;
     d->floatingWindows.clear();
@@ -219,6 +229,7 @@ void DockMainWindow::setFloatingWindows(const QList<DockWindow*>& windows) {
 }
 
 void DockMainWindow::setRootSplitter(DockSplitter* splitter) {
+    KXUI_INTERFACE_THREAD(this);
     if (!splitter || splitter == rootSplitter())
         return;
     DockWindowPrivate::of(*this).rootSplitter = splitter;
@@ -377,6 +388,7 @@ bool DockMainWindow::isInLayout(const QString& name) const {
 }
 
 void DockMainWindow::setFocusPage(const QString& id) {
+    KXUI_INTERFACE_THREAD(this);
     if (d->focusPage == id)
         return;
     d->focusPage = id;
@@ -399,6 +411,7 @@ bool DockMainWindow::saveLayout(QIODevice* device, QWidget* focusWidget) {
 }
 
 bool DockMainWindow::restoreLayout(QIODevice* device, bool useAvailableGeometry) {
+    KXUI_INTERFACE_THREAD(this);
     if (d->restoring)
         return false;
     Layout layout;
@@ -425,6 +438,7 @@ bool DockMainWindow::restoreLayout(QIODevice* device, bool useAvailableGeometry)
 
 bool DockMainWindow::restoreWholeLayout(QIODevice* device, bool useAvailableGeometry,
                                         DockLayoutError* error) {
+    KXUI_INTERFACE_THREAD(this);
     Layout layout;
     DockLayoutError trouble = d->read(device, layout);
     if (!trouble && layout.windows.empty())

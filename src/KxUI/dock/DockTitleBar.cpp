@@ -1,6 +1,7 @@
 #include <KxUI/dock/DockTitleBar.h>
 
 #include <KxUI/dock/Dock_p.h>
+#include <KxUI/kit/InterfaceThread_p.h>
 
 #include <QPainter>
 #include <QTimerEvent>
@@ -48,6 +49,7 @@ bool DockTitleBar::isPressed() const {
 }
 
 void DockTitleBar::setPressed(bool pressed) {
+    KXUI_INTERFACE_THREAD(this);
     if (d->pressed == pressed)
         return;
     d->pressed = pressed;

@@ -5,6 +5,7 @@
 #include <KxUI/dock/DockSplitter.h>
 #include <KxUI/dock/Dock_p.h>
 #include <KxUI/kit/FloatingWindowStyle.h>
+#include <KxUI/kit/InterfaceThread_p.h>
 
 #include <QCloseEvent>
 #include <QPointer>
@@ -79,6 +80,7 @@ bool DockWindow::isFloating() const {
 }
 
 void DockWindow::addWidget(Dock* dock) {
+    KXUI_INTERFACE_THREAD(this);
     if (!dock)
         return;
     d->rootSplitter->addWidget(dock);

@@ -1,5 +1,7 @@
 #include <KxUI/dock/FloatingWindowRegistry.h>
 
+#include <KxUI/kit/InterfaceThread_p.h>
+
 #include <QWidget>
 
 namespace Kestrel::UI {
@@ -20,6 +22,7 @@ QList<QWidget*> FloatingWindowRegistry::windows() const {
 }
 
 void FloatingWindowRegistry::addWindow(QWidget* window) {
+    KXUI_INTERFACE_THREAD(this);
     if (!window || d->windows.contains(window))
         return;
     d->windows.append(window);
@@ -27,6 +30,7 @@ void FloatingWindowRegistry::addWindow(QWidget* window) {
 }
 
 void FloatingWindowRegistry::removeWindow(QWidget* window) {
+    KXUI_INTERFACE_THREAD(this);
     if (d->windows.removeAll(window) > 0)
         disconnect(window, &QObject::destroyed, this, &FloatingWindowRegistry::windowDestroyed);
 }

@@ -2,6 +2,7 @@
 
 #include <KxUI/dock/DropZones_p.h>
 
+#include <KxUI/kit/InterfaceThread_p.h>
 #include <KxUI/kit/WindowSystem_p.h>
 
 #include <QPainter>
@@ -40,6 +41,7 @@ DockDropZone HoverWidget::zone() const {
 }
 
 void HoverWidget::setZone(DockDropZone zone) {
+    KXUI_INTERFACE_THREAD(this);
     if (d->zone == zone)
         return;
     d->zone = zone;

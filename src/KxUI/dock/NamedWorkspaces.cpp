@@ -2,6 +2,7 @@
 
 #include <KxUI/dock/DockLayoutError.h>
 #include <KxUI/dock/DockMainWindow.h>
+#include <KxUI/kit/InterfaceThread_p.h>
 
 #include <QCollator>
 #include <QDir>
@@ -163,6 +164,7 @@ QString NamedWorkspaces::folder() const {
 }
 
 void NamedWorkspaces::setFolder(const QString& folder) {
+    KXUI_INTERFACE_THREAD(this);
     if (folder == d->folder)
         return;
     d->folder = folder;
@@ -221,6 +223,7 @@ bool NamedWorkspaces::save(const QString& text, QString* error) {
 }
 
 bool NamedWorkspaces::restore(const QString& text, QString* error) {
+    KXUI_INTERFACE_THREAD(this);
     const QString name = cleanName(text);
     const QPointer<NamedWorkspaces> alive(this);
     QString problem = d->problemOfListed(name);
@@ -252,6 +255,7 @@ bool NamedWorkspaces::rename(const QString& text, const QString& newText, QStrin
 }
 
 bool NamedWorkspaces::remove(const QString& text, QString* error) {
+    KXUI_INTERFACE_THREAD(this);
     const QString name = cleanName(text);
     QString problem = d->problemOfListed(name);
     if (problem.isEmpty()) {

@@ -2,6 +2,7 @@
 
 #include <KxUI/dock/DockMainWindow.h>
 #include <KxUI/dock/NamedWorkspaces.h>
+#include <KxUI/kit/InterfaceThread_p.h>
 
 #include <QInputDialog>
 #include <QMessageBox>
@@ -172,6 +173,7 @@ NamedWorkspaces* NamedWorkspacesMenu::workspaces() const {
 }
 
 void NamedWorkspacesMenu::setWorkspaces(NamedWorkspaces* workspaces) {
+    KXUI_INTERFACE_THREAD(this);
     d->workspaces = workspaces;
     // Filled now already: a menu that has nothing in it is not shown in some menu bars.
     d->fill();

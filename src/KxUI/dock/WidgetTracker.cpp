@@ -1,6 +1,7 @@
 #include <KxUI/dock/WidgetTracker.h>
 
 #include <KxUI/dock/WidgetMonitorEventFilter.h>
+#include <KxUI/kit/InterfaceThread_p.h>
 #include <KxUI/kit/WindowPlacement.h>
 #include <KxUI/settings/AppSettings.h>
 
@@ -74,10 +75,12 @@ void WidgetTracker::unregisterWidget(QWidget* widget) {
 }
 
 void WidgetTracker::clearRegisteredWidgets() {
+    KXUI_INTERFACE_THREAD(this);
     d->tracked.clear();
 }
 
 bool WidgetTracker::restoreWidget(QWidget* widget) {
+    KXUI_INTERFACE_THREAD(this);
     const QString name = widget ? widget->objectName() : QString();
     if (name.isEmpty())
         return false;

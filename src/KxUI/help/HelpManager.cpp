@@ -2,6 +2,7 @@
 
 #include <KxUI/help/HelpLog_p.h>
 #include <KxUI/help/HelpRequest_p.h>
+#include <KxUI/kit/InterfaceThread_p.h>
 
 #include <QCoreApplication>
 #include <QNetworkProxy>
@@ -144,6 +145,7 @@ HelpManager::~HelpManager() {
 }
 
 bool HelpManager::setHelpServer(const int& index) {
+    KXUI_INTERFACE_THREAD(this);
     const int wanted = index == CurrentServer ? d->current : index;
     logToError({"HelpManager::setHelpServer index: ", std::to_string(index)});
     if (!d->localServer) {
@@ -167,6 +169,7 @@ int HelpManager::helpServer() const {
 }
 
 bool HelpManager::setCurrentHost(const std::string& host) {
+    KXUI_INTERFACE_THREAD(this);
     ServerRow& asked = row(d->current);
     logToError({"HelpManager::setCurrentHost [", asked.name, "] ", host});
     if (asked.local)
@@ -177,6 +180,7 @@ bool HelpManager::setCurrentHost(const std::string& host) {
 }
 
 bool HelpManager::setCurrentPort(const int& port, const int& range) {
+    KXUI_INTERFACE_THREAD(this);
     ServerRow& asked = row(d->current);
     if (asked.local) {
         HelpServer* const replaced = d->localServer;
@@ -215,6 +219,7 @@ void HelpManager::Private::restartLocalServer() {
 }
 
 void HelpManager::setRequestHandler(HelpServer::RequestHandler handler) {
+    KXUI_INTERFACE_THREAD(this);
     if (!d->localServer) {
         logToError({"HelpManager::setRequestHandler - local server not ready"});
         return;
@@ -224,20 +229,24 @@ void HelpManager::setRequestHandler(HelpServer::RequestHandler handler) {
 }
 
 void HelpManager::setSearchPath(const std::vector<const char*>& dirs) {
+    KXUI_INTERFACE_THREAD(this);
     logToError({"HelpManager::setSearchPath - setting in local server"});
     d->localServer->appendSearchPath(dirs);
 }
 
 void HelpManager::clearSearchPath() {
+    KXUI_INTERFACE_THREAD(this);
     logToError({"HelpManager::clearSearchPath - in local server"});
     d->localServer->clearSearchPath();
 }
 
 void HelpManager::setCommonPath(const std::string& path) {
+    KXUI_INTERFACE_THREAD(this);
     d->commonPath = path;
 }
 
 void HelpManager::setLocalPathPrefix(const std::string& prefix) {
+    KXUI_INTERFACE_THREAD(this);
     d->localPathPrefix = prefix;
 }
 

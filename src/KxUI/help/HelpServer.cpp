@@ -4,6 +4,7 @@
 #include <KxUI/help/HelpLog_p.h>
 #include <KxUI/help/HelpRequest_p.h>
 #include <KxUI/help/HelpSeats_p.h>
+#include <KxUI/kit/InterfaceThread_p.h>
 
 #include <QCoreApplication>
 #include <QDir>
@@ -72,6 +73,7 @@ HelpServer::~HelpServer() {
 }
 
 bool HelpServer::start(const std::string& host, const int& firstPort, const int& range) {
+    KXUI_INTERFACE_THREAD(this);
     if (d->started)
         return false;
     const auto first = static_cast<std::uint16_t>(firstPort);
@@ -102,6 +104,7 @@ bool HelpServer::start(const std::string& host, const int& firstPort, const int&
 }
 
 void HelpServer::close() {
+    KXUI_INTERFACE_THREAD(this);
     QTcpServer::close();
     d->started = false;
     log({"[Help] stopped [", d->name, "]"});
@@ -115,12 +118,14 @@ void HelpServer::retire() {
 }
 
 void HelpServer::setRelativePath(const std::string& path) {
+    KXUI_INTERFACE_THREAD(this);
     d->relativePath = ensureTrailingSlash(path);
     log({"[Help] relative path is now: ", d->relativePath});
     setSearchPath();
 }
 
 void HelpServer::setSearchPath() {
+    KXUI_INTERFACE_THREAD(this);
     d->searchPath = {getServerRoot()};
     if (!d->relativePath.empty())
         d->searchPath.push_back(d->serverRoot + d->relativePath);
@@ -140,6 +145,7 @@ void HelpServer::appendSearchPath(const std::vector<const char*>& dirs) {
 }
 
 void HelpServer::clearSearchPath() {
+    KXUI_INTERFACE_THREAD(this);
     d->searchPath.clear();
 }
 
@@ -150,6 +156,7 @@ void HelpServer::takeOver(const HelpServer& predecessor) {
 }
 
 void HelpServer::setVerbose(bool verbose) {
+    KXUI_INTERFACE_THREAD(this);
     Help::setVerbose(verbose);
     report({"[Help] logging is ", verbose ? "verbose" : "off"});
 }
@@ -160,6 +167,7 @@ const std::string& HelpServer::getServerRoot() {
 }
 
 void HelpServer::setRequestHandler(RequestHandler handler) {
+    KXUI_INTERFACE_THREAD(this);
     d->requestHandler = handler;
 }
 

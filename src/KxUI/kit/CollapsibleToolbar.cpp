@@ -1,5 +1,7 @@
 #include <KxUI/kit/CollapsibleToolbar.h>
 
+#include <KxUI/kit/InterfaceThread_p.h>
+
 #include <QAbstractButton>
 #include <QEvent>
 #include <QHBoxLayout>
@@ -99,11 +101,13 @@ CollapsibleToolbar::CollapsibleToolbar(QWidget* parent)
 CollapsibleToolbar::~CollapsibleToolbar() = default;
 
 void CollapsibleToolbar::addItem(QWidget* widget) {
+    KXUI_INTERFACE_THREAD(this);
     d->append({widget, QString(), 0, false, false});
 }
 
 void CollapsibleToolbar::addOverflowItem(QAbstractButton* button, const QString& name,
                                          int priority) {
+    KXUI_INTERFACE_THREAD(this);
     d->append({button, name, priority, true, false});
 }
 

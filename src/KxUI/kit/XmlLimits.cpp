@@ -57,6 +57,16 @@ void XmlLimits::detectUnits(unsigned char first, unsigned char second) {
         m_units = Units::LittleEndian;
 }
 
+/** What the character after a "<" begins. */
+bool XmlLimits::openTag(unsigned char c) {
+    m_in = c == '!' ? In::Bang : c == '?' ? In::Instruction : c == '/' ? In::EndTag : In::StartTag;
+    if (m_in != In::StartTag)
+        return true;
+    m_attributes = 0;
+    return ++m_depth <= m_bounds.nesting ||
+           violate(tr("Elements are nested more than %1 deep").arg(m_bounds.nesting));
+}
+
 bool XmlLimits::accept(unsigned char c) {
     switch (m_in) {
     case In::Text:
@@ -64,18 +74,8 @@ bool XmlLimits::accept(unsigned char c) {
             m_in = In::Open;
         break;
     case In::Open:
-        if (c == '!') {
-            m_in = In::Bang;
-        } else if (c == '?') {
-            m_in = In::Instruction;
-        } else if (c == '/') {
-            m_in = In::EndTag;
-        } else {
-            if (++m_depth > m_bounds.nesting)
-                return violate(tr("Elements are nested more than %1 deep").arg(m_bounds.nesting));
-            m_attributes = 0;
-            m_in = In::StartTag;
-        }
+        if (!openTag(c))
+            return false;
         break;
     case In::Bang:
         if (c == 'D')

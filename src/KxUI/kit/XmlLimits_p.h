@@ -41,6 +41,7 @@ private:
     bool acceptByte(unsigned char byte);
     void detectUnits(unsigned char first, unsigned char second);
     bool accept(unsigned char c);
+    bool openTag(unsigned char c);
     bool violate(const QString& why);
     QString tooLarge() const;
 

@@ -1,6 +1,7 @@
 #include <KxUI/time/JogWheel.h>
 
 #include <KxUI/kit/EscapeWatch_p.h>
+#include <KxUI/kit/InterfaceThread_p.h>
 #include <KxUI/time/JogWheelDrag_p.h>
 #include <KxUI/time/JogWheelPlan_p.h>
 #include <KxUI/time/WheelNotches_p.h>
@@ -95,10 +96,12 @@ int JogWheel::value() const {
 }
 
 void JogWheel::setValue(int value) {
+    KXUI_INTERFACE_THREAD(this);
     m->setCandidate(value);
 }
 
 void JogWheel::setRange(int minimum, int maximum) {
+    KXUI_INTERFACE_THREAD(this);
     maximum = std::max(minimum, maximum);
     const QPointer<JogWheel> guard(this);
     if (minimum != m->minimum || maximum != m->maximum) {
@@ -111,6 +114,7 @@ void JogWheel::setRange(int minimum, int maximum) {
 }
 
 void JogWheel::setMinimum(int minimum) {
+    KXUI_INTERFACE_THREAD(this);
     setRange(minimum, m->maximum);
 }
 
@@ -119,6 +123,7 @@ int JogWheel::minimum() const {
 }
 
 void JogWheel::setMaximum(int maximum) {
+    KXUI_INTERFACE_THREAD(this);
     setRange(std::min(m->minimum, maximum), maximum);
 }
 
@@ -127,6 +132,7 @@ int JogWheel::maximum() const {
 }
 
 void JogWheel::setSensitivity(float sensitivity) {
+    KXUI_INTERFACE_THREAD(this);
     if (!std::isfinite(sensitivity) || sensitivity == m->sensitivity)
         return;
     m->sensitivity = sensitivity;

@@ -126,11 +126,13 @@ void TimeField::Private::announce(By who, bool flag) {
 }
 
 void TimeField::setText(const QString& text) {
+    KXUI_INTERFACE_THREAD(this);
     QLineEdit::setText(text);
     m->settledText.reset();
 }
 
 void TimeField::setFormatter(TimeFormatter* formatter) {
+    KXUI_INTERFACE_THREAD(this);
     if (formatter == m->formatter)
         return;
     disconnect(m->followed);
@@ -157,6 +159,7 @@ bool TimeField::usesMinMaxTime() const {
 }
 
 void TimeField::setMinTime(Time time) {
+    KXUI_INTERFACE_THREAD(this);
     m->storeLimit(m->minTime, time);
 }
 
@@ -165,6 +168,7 @@ Time TimeField::minTime() const {
 }
 
 void TimeField::setMaxTime(Time time) {
+    KXUI_INTERFACE_THREAD(this);
     m->storeLimit(m->maxTime, time);
 }
 
@@ -177,6 +181,7 @@ bool TimeField::isInRange(Time time) const {
 }
 
 void TimeField::setTimeBase(TimeBase timeBase) {
+    KXUI_INTERFACE_THREAD(this);
     if (timeBase == m->timeBase)
         return;
     m->timeBase = timeBase;
@@ -188,6 +193,7 @@ TimeBase TimeField::timeBase() const {
 }
 
 void TimeField::setTimeDisplayFormat(bool displayTimecode, bool displayDropFrames) {
+    KXUI_INTERFACE_THREAD(this);
     const bool same =
         displayTimecode == m->displayTimecode && displayDropFrames == m->displayDropFrames;
     m->displayTimecode = displayTimecode;
@@ -198,6 +204,7 @@ void TimeField::setTimeDisplayFormat(bool displayTimecode, bool displayDropFrame
 }
 
 void TimeField::setDisplayTimecode(bool displayTimecode) {
+    KXUI_INTERFACE_THREAD(this);
     setTimeDisplayFormat(displayTimecode, m->displayDropFrames);
 }
 
@@ -206,6 +213,7 @@ bool TimeField::displayTimecode() const {
 }
 
 void TimeField::setDisplayDropFrames(bool displayDropFrames) {
+    KXUI_INTERFACE_THREAD(this);
     setTimeDisplayFormat(m->displayTimecode, displayDropFrames);
 }
 
@@ -218,6 +226,7 @@ Base::Timecode::DisplayType TimeField::timeDisplayFormat() const {
 }
 
 void TimeField::setTimecodeStart(Time timecodeStart) {
+    KXUI_INTERFACE_THREAD(this);
     if (timecodeStart == m->timecodeStart)
         return;
     m->timecodeStart = timecodeStart;
@@ -248,6 +257,7 @@ TimeFieldNotation TimeField::notation() const {
 
 void TimeField::setTimeDisplay(TimeBase timeBase, bool displayTimecode, bool displayDropFrames,
                                Time timecodeStart) {
+    KXUI_INTERFACE_THREAD(this);
     if (timeBase == m->timeBase && displayTimecode == m->displayTimecode &&
         displayDropFrames == m->displayDropFrames && timecodeStart == m->timecodeStart)
         return;

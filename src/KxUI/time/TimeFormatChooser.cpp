@@ -1,5 +1,6 @@
 #include <KxUI/time/TimeFormatChooser.h>
 
+#include <KxUI/kit/InterfaceThread_p.h>
 #include <KxUI/time/TimeField.h>
 
 #include <QAction>
@@ -80,6 +81,7 @@ QAction* TimeFormatChooser::Private::addEntry(const QString& text,
 }
 
 void TimeFormatChooser::setFormatter(TimeFormatter* formatter) {
+    KXUI_INTERFACE_THREAD(this);
     if (formatter == m->formatter)
         return;
     disconnect(m->followed);
@@ -110,6 +112,7 @@ TimeFormatter* TimeFormatChooser::formatter() const {
 }
 
 void TimeFormatChooser::addTimefield(TimeField* field) {
+    KXUI_INTERFACE_THREAD(this);
     if (!field)
         return;
     m->fields.removeAll(nullptr);
@@ -120,6 +123,7 @@ void TimeFormatChooser::addTimefield(TimeField* field) {
 }
 
 void TimeFormatChooser::setMode(Mode mode) {
+    KXUI_INTERFACE_THREAD(this);
     if (mode == m->mode || (mode != ClipMode && mode != TimelineMode))
         return;
     m->mode = mode;
@@ -143,10 +147,12 @@ TimeFormatChooser::Mode TimeFormatChooser::mode() const {
 }
 
 void TimeFormatChooser::setTimecodeStart(Time framesStart, Time timecodeStart) {
+    KXUI_INTERFACE_THREAD(this);
     setTimeDisplay(m->displayTimecode, m->displayDropFrames, framesStart, timecodeStart);
 }
 
 void TimeFormatChooser::setFramesStart(Time framesStart) {
+    KXUI_INTERFACE_THREAD(this);
     setTimecodeStart(framesStart, m->timecodeStart);
 }
 
@@ -155,6 +161,7 @@ Time TimeFormatChooser::framesStart() const {
 }
 
 void TimeFormatChooser::setTimecodeStart(Time timecodeStart) {
+    KXUI_INTERFACE_THREAD(this);
     setTimecodeStart(m->framesStart, timecodeStart);
 }
 
@@ -163,10 +170,12 @@ Time TimeFormatChooser::timecodeStart() const {
 }
 
 void TimeFormatChooser::setTimeDisplayFormat(bool displayTimecode, bool displayDropFrames) {
+    KXUI_INTERFACE_THREAD(this);
     setTimeDisplay(displayTimecode, displayDropFrames, m->framesStart, m->timecodeStart);
 }
 
 void TimeFormatChooser::setDisplayTimecode(bool displayTimecode) {
+    KXUI_INTERFACE_THREAD(this);
     setTimeDisplayFormat(displayTimecode, m->displayDropFrames);
 }
 
@@ -175,6 +184,7 @@ bool TimeFormatChooser::displayTimecode() const {
 }
 
 void TimeFormatChooser::setDisplayDropFrames(bool displayDropFrames) {
+    KXUI_INTERFACE_THREAD(this);
     setTimeDisplayFormat(m->displayTimecode, displayDropFrames);
 }
 
@@ -184,6 +194,7 @@ bool TimeFormatChooser::displayDropFrames() const {
 
 void TimeFormatChooser::setTimeDisplay(bool displayTimecode, bool displayDropFrames,
                                        Time framesStart, Time timecodeStart) {
+    KXUI_INTERFACE_THREAD(this);
     if (displayTimecode == m->displayTimecode && displayDropFrames == m->displayDropFrames &&
         framesStart == m->framesStart && timecodeStart == m->timecodeStart)
         return;
@@ -198,10 +209,12 @@ void TimeFormatChooser::setTimeDisplay(bool displayTimecode, bool displayDropFra
 }
 
 void TimeFormatChooser::showTimecode() {
+    KXUI_INTERFACE_THREAD(this);
     setDisplayTimecode(true);
 }
 
 void TimeFormatChooser::showFrames() {
+    KXUI_INTERFACE_THREAD(this);
     setDisplayTimecode(false);
 }
 

@@ -27,6 +27,7 @@ TimeFormatter::TimeFormatter(QObject* parent)
 TimeFormatter::~TimeFormatter() = default;
 
 void TimeFormatter::setTimeBase(TimeBase timeBase) {
+    KXUI_INTERFACE_THREAD(this);
     setTimeDisplay(timeBase, m->displayTimecode, m->displayDropFrames, m->timecodeStart);
 }
 
@@ -35,10 +36,12 @@ TimeBase TimeFormatter::timeBase() const {
 }
 
 void TimeFormatter::setTimeDisplayFormat(bool displayTimecode, bool displayDropFrames) {
+    KXUI_INTERFACE_THREAD(this);
     setTimeDisplay(m->timeBase, displayTimecode, displayDropFrames, m->timecodeStart);
 }
 
 void TimeFormatter::setDisplayTimecode(bool displayTimecode) {
+    KXUI_INTERFACE_THREAD(this);
     setTimeDisplayFormat(displayTimecode, m->displayDropFrames);
 }
 
@@ -47,6 +50,7 @@ bool TimeFormatter::displayTimecode() const {
 }
 
 void TimeFormatter::setDisplayDropFrames(bool displayDropFrames) {
+    KXUI_INTERFACE_THREAD(this);
     setTimeDisplayFormat(m->displayTimecode, displayDropFrames);
 }
 
@@ -59,6 +63,7 @@ Base::Timecode::DisplayType TimeFormatter::timeDisplayFormat() const {
 }
 
 void TimeFormatter::setTimecodeStart(Time timecodeStart) {
+    KXUI_INTERFACE_THREAD(this);
     setTimeDisplay(m->timeBase, m->displayTimecode, m->displayDropFrames, timecodeStart);
 }
 

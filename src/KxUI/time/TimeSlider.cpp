@@ -44,6 +44,7 @@ TimeSlider::TimeSlider(TimeSliderModel* model, TimeFormatter* formatter, int num
 TimeSlider::~TimeSlider() = default;
 
 void TimeSlider::setModel(TimeSliderModel* model) {
+    KXUI_INTERFACE_THREAD(this);
     if (model == m->model)
         return;
     const QPointer<TimeSlider> guard(this);
@@ -62,6 +63,7 @@ TimeSliderModel* TimeSlider::model() const {
 }
 
 void TimeSlider::setFormatter(TimeFormatter* formatter) {
+    KXUI_INTERFACE_THREAD(this);
     if (formatter == m->formatter)
         return;
     disconnect(m->formatterConnection);
@@ -78,6 +80,7 @@ TimeFormatter* TimeSlider::formatter() const {
 }
 
 void TimeSlider::setOptions(Options options) {
+    KXUI_INTERFACE_THREAD(this);
     if (options == m->options)
         return;
     m->options = options;
@@ -94,6 +97,7 @@ QSize TimeSlider::sizeHint() const {
 }
 
 void TimeSlider::setFirstVisibleTime(Time time) {
+    KXUI_INTERFACE_THREAD(this);
     const TimeSliderRange clip = m->geometry().clip;
     TimeSliderRange range = m->visible();
     range.first = time;
@@ -109,6 +113,7 @@ Time TimeSlider::firstVisibleTime() const {
 }
 
 void TimeSlider::setLastVisibleTime(Time time) {
+    KXUI_INTERFACE_THREAD(this);
     const TimeSliderRange clip = m->geometry().clip;
     TimeSliderRange range = m->visible();
     range.last = time;
@@ -159,6 +164,7 @@ void TimeSlider::pan(Time time) {
 }
 
 void TimeSlider::setScrollMode(int mode) {
+    KXUI_INTERFACE_THREAD(this);
     if (mode == m->scrollMode)
         return;
     m->scrollMode = mode;
@@ -182,6 +188,7 @@ int TimeSlider::clipXToVisible(int x) const {
 }
 
 void TimeSlider::setNumCacheBars(int bars) {
+    KXUI_INTERFACE_THREAD(this);
     if (std::max(bars, 0) == m->indicators.bars())
         return;
     m->indicators.setBars(bars);
@@ -211,11 +218,13 @@ void TimeSlider::setCachedFrames(const FrameSet& frames, int bar) {
 }
 
 void TimeSlider::setCacheBarColor(const QColor& color, int bar) {
+    KXUI_INTERFACE_THREAD(this);
     if (m->indicators.setColor(bar, color))
         m->queueIndicatorUpdate({0, width()});
 }
 
 void TimeSlider::setPlayheadColor(const QColor& color) {
+    KXUI_INTERFACE_THREAD(this);
     if (m->playheadColor == color)
         return;
     m->playheadColor = color;
@@ -228,11 +237,13 @@ QColor TimeSlider::playheadColor() const {
 }
 
 void TimeSlider::setPreviewPlayhead(Time time) {
+    KXUI_INTERFACE_THREAD(this);
     m->hover.reset();
     m->setHover(time);
 }
 
 void TimeSlider::clearPreviewPlayhead() {
+    KXUI_INTERFACE_THREAD(this);
     m->endHover();
 }
 

@@ -91,6 +91,7 @@ TimeSliderModel::Times TimeSliderModel::times() const {
 }
 
 void TimeSliderModel::setTimes(Time start, Time in, Time out, Time end, Time current) {
+    KXUI_INTERFACE_THREAD(this);
     setTimes({start, in, out, end, current});
 }
 
@@ -130,10 +131,12 @@ void TimeSliderModel::Private::announceMarks(TimeFlags flags) {
 }
 
 void TimeSliderModel::setStartTime(Time time) {
+    KXUI_INTERFACE_THREAD(this);
     m->store(m->times.start, time, StartTime);
 }
 
 void TimeSliderModel::setEndTime(Time time) {
+    KXUI_INTERFACE_THREAD(this);
     m->store(m->times.end, time, EndTime);
 }
 
@@ -183,6 +186,7 @@ void TimeSliderModel::setKeyFrames(const std::set<Time>& keyFrames) {
 }
 
 void TimeSliderModel::setKeyFrames(const std::set<int>& keyFrames) {
+    KXUI_INTERFACE_THREAD(this);
     setKeyFrames(std::set<Time>(keyFrames.begin(), keyFrames.end()));
 }
 
@@ -228,6 +232,7 @@ void TimeSliderModel::setOutTime(Time time, bool lock) {
 }
 
 void TimeSliderModel::clearIn() {
+    KXUI_INTERFACE_THREAD(this);
     m->times.in = InvalidTime;
     if (m->times.out == InvalidTime)
         m->inOutLock = false;
@@ -235,6 +240,7 @@ void TimeSliderModel::clearIn() {
 }
 
 void TimeSliderModel::clearOut() {
+    KXUI_INTERFACE_THREAD(this);
     m->times.out = InvalidTime;
     if (m->times.in == InvalidTime)
         m->inOutLock = false;
@@ -242,6 +248,7 @@ void TimeSliderModel::clearOut() {
 }
 
 void TimeSliderModel::clearInOut() {
+    KXUI_INTERFACE_THREAD(this);
     m->times.in = InvalidTime;
     m->times.out = InvalidTime;
     m->inOutLock = false;

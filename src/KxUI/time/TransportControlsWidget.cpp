@@ -1,6 +1,7 @@
 #include <KxUI/time/TransportControlsWidget.h>
 
 #include <KxUI/kit/IconFactory.h>
+#include <KxUI/kit/InterfaceThread_p.h>
 #include <KxUI/time/TimeField.h>
 #include <KxUI/time/TimeFormatChooser.h>
 #include <KxUI/time/TimeSlider.h>
@@ -111,6 +112,7 @@ void TransportControlsWidget::Private::addForwardsButtons() {
 }
 
 void TransportControlsWidget::setMode(TransportControlsMode mode) {
+    KXUI_INTERFACE_THREAD(this);
     if (mode == m->mode || (mode != KeyframesOrEdits && mode != KeyframesOnly))
         return;
     m->mode = mode;
@@ -143,6 +145,7 @@ TransportControlsMode TransportControlsWidget::mode() const {
 }
 
 void TransportControlsWidget::setCurrentTime(Base::Time time) {
+    KXUI_INTERFACE_THREAD(this);
     m->timeField->setTime(time, false);
 }
 
@@ -151,6 +154,7 @@ Base::Time TransportControlsWidget::currentTime() const {
 }
 
 void TransportControlsWidget::setBounceMode(bool bounce) {
+    KXUI_INTERFACE_THREAD(this);
     if (bounce == m->bounceMode)
         return;
     m->bounceMode = bounce;
@@ -200,6 +204,7 @@ void TransportControlsWidget::changeEvent(QEvent* event) {
 }
 
 void TransportControlsWidget::setFormatter(TimeFormatter* formatter) {
+    KXUI_INTERFACE_THREAD(this);
     m->timeField->setFormatter(formatter);
 }
 
@@ -213,6 +218,7 @@ void TransportControlsWidget::connectTimecodeWidgetToFormatChooser(TimeFormatCho
 }
 
 void TransportControlsWidget::setTimecodeWidgetEnabled(bool enabled) {
+    KXUI_INTERFACE_THREAD(this);
     if (enabled == isTimecodeWidgetEnabled())
         return;
     m->timeField->setEnabled(enabled);
@@ -224,6 +230,7 @@ bool TransportControlsWidget::isTimecodeWidgetEnabled() const {
 }
 
 void TransportControlsWidget::setFocusToTimecodeWidget() {
+    KXUI_INTERFACE_THREAD(this);
     m->timeField->setFocus(Qt::OtherFocusReason);
     m->timeField->selectAll();
 }

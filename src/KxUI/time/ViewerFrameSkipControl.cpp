@@ -1,6 +1,7 @@
 #include <KxUI/time/ViewerFrameSkipControl.h>
 
 #include <KxUI/kit/IconFactory.h>
+#include <KxUI/kit/InterfaceThread_p.h>
 
 #include <QEvent>
 #include <QFontMetrics>
@@ -91,6 +92,7 @@ void ViewerFrameSkipControl::Private::skip(void (ViewerFrameSkipControl::*signal
 }
 
 void ViewerFrameSkipControl::setIncrement(int increment) {
+    KXUI_INTERFACE_THREAD(this);
     m->field->setText(QString::number(increment));
     m->field->setModified(false);
     if (increment == m->increment)

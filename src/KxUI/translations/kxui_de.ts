@@ -13,6 +13,10 @@ Zeile %2, Spalte %3</translation>
         <source>The file doesn&apos;t contain an event graph</source>
         <translation>Die Datei enthält keine Ereignisaufzeichnung</translation>
     </message>
+    <message>
+        <source>The device is not open for reading</source>
+        <translation>Das Gerät ist nicht zum Lesen geöffnet</translation>
+    </message>
 </context>
 <context>
     <name>Kestrel::UI::CollapsibleToolbar</name>
@@ -129,24 +133,12 @@ Zeile %2, Spalte %3</translation>
         <translation>Die Datei ist keine Kestrel-Anordnung der Version 1.0.</translation>
     </message>
     <message>
-        <source>A layout cannot have a document type declaration.</source>
-        <translation>Eine Anordnung darf keine Dokumenttyp-Deklaration haben.</translation>
-    </message>
-    <message>
-        <source>The layout has too many nested elements.</source>
-        <translation>Die Anordnung ist zu tief verschachtelt.</translation>
-    </message>
-    <message>
         <source>The layout has too many elements.</source>
         <translation>Die Anordnung hat zu viele Elemente.</translation>
     </message>
     <message>
         <source>The layout has too many nested splitters.</source>
         <translation>Die Anordnung hat zu viele ineinander liegende Teiler.</translation>
-    </message>
-    <message>
-        <source>The layout is larger than 64 MiB.</source>
-        <translation>Die Anordnung ist größer als 64 MiB.</translation>
     </message>
     <message>
         <source>Next Pane</source>
@@ -181,6 +173,14 @@ Zeile %2, Spalte %3</translation>
     <message>
         <source>Another layout is being restored.</source>
         <translation>Eine andere Anordnung wird gerade hergestellt.</translation>
+    </message>
+    <message>
+        <source>%1 (line %2, column %3)</source>
+        <translation>%1 (Zeile %2, Spalte %3)</translation>
+    </message>
+    <message>
+        <source>There is no device that is open for reading.</source>
+        <translation>Es gibt kein Gerät, das zum Lesen geöffnet ist.</translation>
     </message>
 </context>
 <context>
@@ -473,6 +473,112 @@ einer Tätigkeit, deren Anfang sie schon trägt.</translation>
     </message>
 </context>
 <context>
+    <name>Kestrel::UI::NamedWorkspaces</name>
+    <message>
+        <source>There is no workspace.</source>
+        <translation>Es gibt keine Arbeitsfläche.</translation>
+    </message>
+    <message>
+        <source>There is no folder for workspaces.</source>
+        <translation>Es gibt keinen Ordner für Arbeitsflächen.</translation>
+    </message>
+    <message>
+        <source>There is no workspace &quot;%1&quot;.</source>
+        <translation>Es gibt keine Arbeitsfläche „%1“.</translation>
+    </message>
+    <message>
+        <source>The folder &quot;%1&quot; cannot be made.</source>
+        <translation>Der Ordner „%1“ lässt sich nicht anlegen.</translation>
+    </message>
+    <message>
+        <source>A workspace needs a name.</source>
+        <translation>Eine Arbeitsfläche braucht einen Namen.</translation>
+    </message>
+    <message>
+        <source>The name has more than %1 characters.</source>
+        <translation>Der Name hat mehr als %1 Zeichen.</translation>
+    </message>
+    <message>
+        <source>A name cannot have one of the characters / \ : * ? &quot; &lt; &gt; |</source>
+        <translation>Ein Name kann keines der Zeichen / \ : * ? &quot; &lt; &gt; | haben</translation>
+    </message>
+    <message>
+        <source>A name cannot begin or end with a dot.</source>
+        <translation>Ein Name kann nicht mit einem Punkt beginnen oder enden.</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is a name that some systems keep for themselves.</source>
+        <translation>„%1“ ist ein Name, den manche Systeme für sich behalten.</translation>
+    </message>
+    <message>
+        <source>There is a workspace &quot;%1&quot; already.</source>
+        <translation>Es gibt schon eine Arbeitsfläche „%1“.</translation>
+    </message>
+</context>
+<context>
+    <name>Kestrel::UI::NamedWorkspacesMenu</name>
+    <message>
+        <source>&amp;Save</source>
+        <translation>&amp;Speichern</translation>
+    </message>
+    <message>
+        <source>&amp;Save &quot;%1&quot;</source>
+        <translation>„%1“ &amp;speichern</translation>
+    </message>
+    <message>
+        <source>Save &amp;As...</source>
+        <translation>Speichern &amp;als...</translation>
+    </message>
+    <message>
+        <source>&amp;Rename</source>
+        <translation>&amp;Umbenennen</translation>
+    </message>
+    <message>
+        <source>&amp;Delete</source>
+        <translation>&amp;Löschen</translation>
+    </message>
+    <message>
+        <source>Name:</source>
+        <translation>Name:</translation>
+    </message>
+    <message>
+        <source>Load Workspace</source>
+        <translation>Arbeitsfläche laden</translation>
+    </message>
+    <message>
+        <source>Save Workspace</source>
+        <translation>Arbeitsfläche speichern</translation>
+    </message>
+    <message>
+        <source>Replace the workspace &quot;%1&quot;?</source>
+        <translation>Die Arbeitsfläche „%1“ ersetzen?</translation>
+    </message>
+    <message>
+        <source>Replace</source>
+        <translation>Ersetzen</translation>
+    </message>
+    <message>
+        <source>Rename Workspace</source>
+        <translation>Arbeitsfläche umbenennen</translation>
+    </message>
+    <message>
+        <source>Delete the workspace &quot;%1&quot;?</source>
+        <translation>Die Arbeitsfläche „%1“ löschen?</translation>
+    </message>
+    <message>
+        <source>Delete</source>
+        <translation>Löschen</translation>
+    </message>
+    <message>
+        <source>Delete Workspace</source>
+        <translation>Arbeitsfläche löschen</translation>
+    </message>
+    <message>
+        <source>&amp;Workspaces</source>
+        <translation>&amp;Arbeitsflächen</translation>
+    </message>
+</context>
+<context>
     <name>Kestrel::UI::TimeField</name>
     <message>
         <source>Time</source>
@@ -641,10 +747,6 @@ einer Tätigkeit, deren Anfang sie schon trägt.</translation>
 <context>
     <name>Kestrel::UI::XmlLimits</name>
     <message>
-        <source>The file is larger than 4 GiB</source>
-        <translation>Die Datei ist größer als 4 GiB</translation>
-    </message>
-    <message>
         <source>Elements are nested more than %1 deep</source>
         <translation>Die Elemente sind tiefer als %1 verschachtelt</translation>
     </message>
@@ -655,6 +757,14 @@ einer Tätigkeit, deren Anfang sie schon trägt.</translation>
     <message>
         <source>An element has more than %1 attributes</source>
         <translation>Ein Element hat mehr als %1 Attribute</translation>
+    </message>
+    <message>
+        <source>The file is larger than %1 GiB</source>
+        <translation>Die Datei ist größer als %1 GiB</translation>
+    </message>
+    <message>
+        <source>The file is larger than %1 MiB</source>
+        <translation>Die Datei ist größer als %1 MiB</translation>
     </message>
 </context>
 </TS>

@@ -1,5 +1,6 @@
 #include <KxUI/undo/MultiStackUndoModel.h>
 
+#include <KxUI/kit/InterfaceThread_p.h>
 #include <KxUI/undo/MultiStackUndoGroup.h>
 
 #include <QMetaMethod>
@@ -60,6 +61,7 @@ MultiStackUndoModel::MultiStackUndoModel(QObject* parent)
 MultiStackUndoModel::~MultiStackUndoModel() = default;
 
 void MultiStackUndoModel::setGroup(MultiStackUndoGroup* group) {
+    KXUI_INTERFACE_THREAD(this);
     using Group = MultiStackUndoGroup;
     using Model = MultiStackUndoModel;
     if (d->group)
@@ -117,6 +119,7 @@ QVariant MultiStackUndoModel::data(const QModelIndex& index, int role) const {
 }
 
 void MultiStackUndoModel::setCurrentIndex(const QModelIndex& index) {
+    KXUI_INTERFACE_THREAD(this);
     const int row = rowOf(index);
     if (row >= 0)
         d->group->makeIndex(row);

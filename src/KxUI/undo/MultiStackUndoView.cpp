@@ -1,5 +1,6 @@
 #include <KxUI/undo/MultiStackUndoView.h>
 
+#include <KxUI/kit/InterfaceThread_p.h>
 #include <KxUI/undo/MultiStackUndoModel.h>
 
 namespace Kestrel::UI {
@@ -28,6 +29,7 @@ MultiStackUndoView::MultiStackUndoView(QWidget* parent)
 MultiStackUndoView::~MultiStackUndoView() = default;
 
 void MultiStackUndoView::setGroup(MultiStackUndoGroup* group) {
+    KXUI_INTERFACE_THREAD(this);
     d->model->setGroup(group);
 }
 

@@ -1,5 +1,7 @@
 #include <KxUI/undo/UndoAction.h>
 
+#include <KxUI/kit/InterfaceThread_p.h>
+
 namespace Kestrel::UI {
 
 /** The data of an UndoAction. */
@@ -15,6 +17,7 @@ UndoAction::UndoAction(const QString& text, QObject* parent)
 UndoAction::~UndoAction() = default;
 
 void UndoAction::setActionText(const QString& text) {
+    KXUI_INTERFACE_THREAD(this);
     setText(d->prefix + QLatin1Char(' ') + text);
 }
 

@@ -1,5 +1,6 @@
 #include <KxUI/values/LogSlider.h>
 
+#include <KxUI/kit/InterfaceThread_p.h>
 #include <KxUI/values/LogSliderAccessible_p.h>
 #include <KxUI/values/LogSliderLayout_p.h>
 #include <KxUI/values/LogSlider_p.h>
@@ -44,6 +45,7 @@ LogSlider::LogSlider(Qt::Orientation orientation, QWidget* parent)
 LogSlider::~LogSlider() = default;
 
 void LogSlider::setRealRange(int minExp, int maxExp, int precision) {
+    KXUI_INTERFACE_THREAD(this);
     if (precision < 1)
         throw std::invalid_argument("precision argument should be > 0");
     if (minExp == maxExp)
@@ -75,6 +77,7 @@ double LogSlider::realValue() const {
 }
 
 void LogSlider::setRealValue(double value) {
+    KXUI_INTERFACE_THREAD(this);
     requireRange();
     if (std::isnan(value))
         throw std::invalid_argument("the value is not a number");
@@ -96,6 +99,7 @@ double LogSlider::realValueOrZero() const {
 }
 
 void LogSlider::setRealValueIfAny(double value) {
+    KXUI_INTERFACE_THREAD(this);
     if (d->scale.precision != 0 && !std::isnan(value))
         setRealValue(value);
 }
@@ -105,6 +109,7 @@ bool LogSlider::drawLogTicks() const {
 }
 
 void LogSlider::setDrawLogTicks(bool draw) {
+    KXUI_INTERFACE_THREAD(this);
     d->drawLogTicks = draw;
 }
 
@@ -113,6 +118,7 @@ int LogSlider::tickTextSize() const {
 }
 
 void LogSlider::setTickTextSize(int size) {
+    KXUI_INTERFACE_THREAD(this);
     d->tickTextSize = size;
 }
 
@@ -121,6 +127,7 @@ QColor LogSlider::tickColor() const {
 }
 
 void LogSlider::setTickColor(const QColor& color) {
+    KXUI_INTERFACE_THREAD(this);
     d->tickColor = color;
 }
 
@@ -129,6 +136,7 @@ QColor LogSlider::expTickColor() const {
 }
 
 void LogSlider::setExpTickColor(const QColor& color) {
+    KXUI_INTERFACE_THREAD(this);
     d->expTickColor = color;
 }
 
