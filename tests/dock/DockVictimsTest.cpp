@@ -47,7 +47,10 @@ public:
         }
         main->setSplitPanelsByDragging(true);
         left = main->pane({"a", "b", "c"});
-        Kestrel::Test::show(*main);
+        // Without waiting for the screen, which takes longer than all the rest.
+        main->show();
+        main->activateWindow();
+        settle();
         right = left->split(Qt::Horizontal, false);
         right->addWidget(page("x"), true, false);
         window = main->addNewFloatingDock(page("f"));

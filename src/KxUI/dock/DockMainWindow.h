@@ -172,7 +172,7 @@ public:
     void setFocusPage(const QString& id);
     QString getFocusPage() const;
 
-    /** Tells of a page; called by panes. */
+    /** Tells of a page; called by panes. Null is passed on. */
     void emitWidgetAdded(Dock* dock, QWidget* widget) { Q_EMIT widgetAdded(dock, widget); }
     void emitWidgetRemoved(Dock* dock, QWidget* widget) { Q_EMIT widgetRemoved(dock, widget); }
     void emitWidgetActivated(Dock* dock, QWidget* widget) { Q_EMIT widgetActivated(dock, widget); }

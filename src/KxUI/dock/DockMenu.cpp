@@ -31,6 +31,7 @@ bool DockMenuBase::event(QEvent* event) {
 DockMenu::DockMenu(Dock* dock)
     : DockMenuBase(Dock::tr("Panel"))
     , m_dock(dock) {
+    // A picture is named after the line between the panes, an entry after how they come to stand.
     connect(addAction(IconFactory::icon(QStringLiteral(":/ui/qrc/images/HSplit.png")),
                       Dock::tr("Split Vertical")),
             &QAction::triggered, dock, &Dock::splitVertical);

@@ -22,8 +22,8 @@ class KXUI_EXPORT DockWindow : public QMainWindow, public SnappableWindow {
     Q_OBJECT
 
 public:
-    /** `controller` is borrowed; it is the window itself for the main window. `parent` owns the
-        window. */
+    /** `controller` is borrowed; it is the window itself for the main window, and null for a window
+        of no workspace. `parent` owns the window, and may be null. */
     DockWindow(DockMainWindow* controller, QWidget* parent);
     /** A window of the workspace that `parent` lies in, or of none. */
     explicit DockWindow(QWidget* parent = nullptr);

@@ -9,11 +9,14 @@ namespace Kestrel::UI {
 /** What a WidgetTracker knows of a widget. Its layout in memory is frozen. */
 class KXUI_EXPORT TrackedWidget {
 public:
+    /** What hasMoved() shifts by when nothing else is asked for, in pixels. */
+    static constexpr int DefaultTolerance = 10;
+
     /** Nothing known: an empty rectangle that is not saved. */
     TrackedWidget() = default;
     /** `rect` is the frame rectangle at registration; `save` also stores the place in the settings;
         `tolerance` in pixels. */
-    TrackedWidget(const QRect& rect, bool save, int tolerance = 10)
+    TrackedWidget(const QRect& rect, bool save, int tolerance = DefaultTolerance)
         : m_rect(rect)
         , m_save(save)
         , m_tolerance(tolerance) {}
@@ -29,7 +32,8 @@ public:
     int tolerance() const { return m_tolerance; }
 
     /** Whether `rect` is not inside the stored rectangle shifted right and down by the tolerance.
-        Shifted, not grown: a widget that did not move at all counts as moved, on purpose. */
+        Shifted, not grown, since that is how hosts have always been answered: a widget that did not
+        move at all counts as moved. */
     bool hasMoved(const QRect& rect) const {
         return !m_rect.translated(m_tolerance, m_tolerance).contains(rect);
     }
@@ -37,7 +41,7 @@ public:
 private:
     QRect m_rect;
     bool m_save = false;
-    int m_tolerance = 10;
+    int m_tolerance = DefaultTolerance;
 };
 
 } // namespace Kestrel::UI
