@@ -269,14 +269,9 @@ private Q_SLOTS:
         constexpr int left = Qt::LeftButton, none = Qt::NoModifier, ctrl = Qt::ControlModifier;
         row("in mark", {x(20), 30}, {x(70), 30}, left, none);
         row("ctrl sets a mark without the lock", {x(70), 30}, {x(72), 30}, left, ctrl);
-        row("both marks", {x(60), 30}, {x(90), 30}, left, ctrl);
         row("playhead", {x(50), 10}, {x(70), 10}, left, none);
-        row("playhead, at the press", {x(55), 10}, {x(55), 10}, left, none);
         row("pan", {x(50), 30}, {x(40), 30}, left, Qt::AltModifier);
-        row("overview", {200, 2}, {250, 2}, left, none);
-        row("overview, left edge", {5, 2}, {x(10), 2}, left, none);
         row("zoom rectangle", {x(20), 30}, {x(40), 30}, Qt::RightButton, none);
-        row("drag zoom", {x(0), 30}, {x(0) + 116, 30}, Qt::MiddleButton, Qt::AltModifier);
         row("derived", {x(90), 30}, {x(80), 30}, left, none);
     }
     void dragsAreTakenBack() {
