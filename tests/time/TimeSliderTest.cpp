@@ -10,8 +10,10 @@
 #include <QCursor>
 #include <QGestureEvent>
 #include <QLabel>
+#include <QMetaMethod>
 #include <QPaintEvent>
 #include <QPainter>
+#include <QPointer>
 #include <QtTest>
 
 #include <functional>
@@ -604,6 +606,57 @@ private Q_SLOTS:
         formatter.reset();
         slider.zoomToFitInOut();
         slider.grab();
+    }
+
+    // A host may delete the slider in whatever it is told, at every step of every kind of drag.
+    void mayBeDeletedInAnySignal() {
+        const QMetaObject& meta = TimeSlider::staticMetaObject;
+        int deleted = 0;
+        for (int index = meta.methodOffset(); index < meta.methodCount(); ++index) {
+            if (meta.method(index).methodType() != QMetaMethod::Signal)
+                continue;
+            for (const QPoint from : {QPoint(x(20), 30), QPoint(x(50), 10), QPoint(200, 2)}) {
+                TimeSliderModel model;
+                model.setTimes(0, 20, 60, 99, 50);
+                QPointer<TimeSlider> slider = new TimeSlider(&model, nullptr, 1, 1);
+                slider->resize(510, 37);
+                slider->zoomToFit();
+                struct Killer : QObject {
+                    TimeSlider* victim;
+                    int signal;
+                    int qt_metacall(QMetaObject::Call call, int id, void** arguments) override {
+                        id = QObject::qt_metacall(call, id, arguments);
+                        if (id == 0 && call == QMetaObject::InvokeMetaMethod)
+                            delete victim;
+                        return id - 1;
+                    }
+                } killer;
+                killer.victim = slider;
+                QMetaObject::connect(slider, index, &killer,
+                                     QObject::staticMetaObject.methodCount());
+                const std::function<void()> steps[] = {
+                    [&] {
+                        Kestrel::Test::turnWheel(*slider, 120, {100, 20});
+                    },
+                    [&] { QTest::mousePress(slider, Qt::LeftButton, {}, from); },
+                    [&] { Kestrel::Test::moveMouse(*slider, from + QPoint(30, 0)); },
+                    [&] { QTest::keyClick(slider.data(), Qt::Key_Escape); },
+                    [&] { QTest::mouseRelease(slider, Qt::LeftButton, {}, from); },
+                    [&] { QTest::mousePress(slider, Qt::LeftButton, {}, from); },
+                    [&] { Kestrel::Test::moveMouse(*slider, from + QPoint(30, 0)); },
+                    [&] { QTest::mouseRelease(slider, Qt::LeftButton, {}, from); },
+                    [&] { QTest::mouseClick(slider, Qt::RightButton, {}, from); },
+                    [&] { slider->pan(3); },
+                    [&] { slider->setModel(nullptr); }};
+                for (const auto& step : steps) {
+                    if (slider)
+                        step();
+                }
+                deleted += slider.isNull();
+                delete slider;
+            }
+        }
+        QVERIFY(deleted > 20);
     }
 
     // Any input at any size and any times: no fault, and every begun drag is ended once.
