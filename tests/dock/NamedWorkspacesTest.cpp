@@ -193,6 +193,7 @@ private Q_SLOTS:
         QVERIFY(choose("One  two")); // the ampersands are gone with the mnemonics
         QCOMPARE(named.current(), QString("One & two"));
         QCOMPARE(workspace.docks().size(), 1);
+        Q_EMIT menu.aboutToShow();
         QVERIFY(entry(menu, "x") && !entry(menu, "x")->isChecked());
 
         workspace.pane({"b"});

@@ -63,6 +63,8 @@ void WorkspaceMenu::addFiles() {
     named->setFolder(workspaceFolder());
     auto* menu = new UI::NamedWorkspacesMenu(this);
     menu->setWorkspaces(named);
+    // Its letter is that of a layout here.
+    menu->setTitle(menu->title().remove(QLatin1Char('&')));
     addMenu(menu);
     addAction(tr("&Save Workspace..."), this, &WorkspaceMenu::save,
               QKeySequence(QStringLiteral("Ctrl+Shift+S")));

@@ -271,14 +271,21 @@ void DockLayoutBuilder::build(const Layout& layout) {
 
 /** Shows the floating windows, those first that lie below others. */
 void DockLayoutBuilder::showFloating() {
+    if (!m_workspace)
+        return;
     std::stable_sort(m_floating.begin(), m_floating.end(),
                      [](const Floating& a, const Floating& b) { return a.stacking < b.stacking; });
+    DockMainWindowPrivate& workspace = DockMainWindowPrivate::of(*m_workspace);
+    workspace.waiting.clear();
     for (const Floating& floating : m_floating) {
         if (!floating.window)
             continue;
         DockWindowPrivate::of(*floating.window).noteActivation();
-        floating.window->show();
+        workspace.waiting.append(floating.window);
     }
+    // Below a main window that is shown later they could not be seen.
+    if (m_workspace->isVisible())
+        workspace.showWaiting();
 }
 
 void DockLayoutBuilder::fillWindow(DockWindow& window, const LayoutWindow& layout, bool isMain) {
@@ -306,8 +313,6 @@ void DockLayoutBuilder::fillWindow(DockWindow& window, const LayoutWindow& layou
         m_floating.push_back({&window, layout.place.stacking});
     else if (!staysHidden)
         window.show();
-    else
-        DockMainWindowPrivate::of(*m_workspace).makeWindow();
 }
 
 void DockLayoutBuilder::fillSplitter(const QPointer<DockSplitter>& splitter,

@@ -160,7 +160,8 @@ public:
        moved, not created again; only others are asked of `createPage`. Pages that it does not name
        are taken out alive: hidden, without a parent, and reported removed. The focus stays in its
        page. Placeholders are not pages: the page that one stands for is asked of `createPage`
-        again. Null and a device that is not open are refused. */
+        again. Null and a device that is not open are refused.
+        A hidden workspace stays hidden; its floating windows come up when it is shown. */
     bool restoreWholeLayout(QIODevice* device, bool useAvailableGeometry,
                             DockLayoutError* error = nullptr);
 

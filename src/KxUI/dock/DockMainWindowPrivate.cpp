@@ -5,6 +5,7 @@
 #include <KxUI/dock/DockWindow_p.h>
 
 #include <QAction>
+#include <QApplication>
 #include <QIODevice>
 
 #include <utility>
@@ -48,6 +49,25 @@ QAction* DockMainWindowPrivate::newAction(const QString& text, const char* id,
     action->setShortcut(QKeySequence(shortcut));
     QObject::connect(action, &QAction::triggered, q, slot);
     return action;
+}
+
+void DockMainWindowPrivate::showWaiting() {
+    const QPointer<DockMainWindow> alive(q);
+    const auto windows = std::exchange(waiting, {});
+    for (const QPointer<DockWindow>& window : windows) {
+        if (alive && window && floatingWindows.contains(window))
+            window->show();
+    }
+}
+
+void DockMainWindowPrivate::showWaitingAbove() {
+    // What has just begun goes on in the main window.
+    const QWidget* active = QApplication::activeWindow();
+    const bool keepsActive = !waiting.isEmpty() && (!active || active == q);
+    const QPointer<DockMainWindow> alive(q);
+    showWaiting();
+    if (alive && keepsActive)
+        q->activateWindow();
 }
 
 void DockMainWindowPrivate::tellOfDrag(bool active) {

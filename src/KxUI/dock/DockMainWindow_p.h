@@ -39,8 +39,10 @@ public:
     static void warnOfNamesakes(const Layout& layout);
     /** A drag of a page began or ended. */
     void tellOfDrag(bool active);
-    /** Has the desktop make the window, shown or not: what floats lies above it only then. */
-    void makeWindow() { q->create(); }
+    /** Shows the floating windows that wait. */
+    void showWaiting();
+    /** The same when the main window has just been shown, which stays the active one. */
+    void showWaitingAbove();
     /** What a device says, or why it cannot be used (line 0), or where reading stopped. */
     DockLayoutError read(QIODevice* device, Layout& layout) const;
     DockArrangeMenu* arrangeMenu();
@@ -54,6 +56,7 @@ public:
     DockAnnouncer announcer;
     DockPlaces places;
     QList<DockWindow*> floatingWindows;
+    QVector<QPointer<DockWindow>> waiting; // floating ones, for the main window to be shown
     QStringList layoutIds;
     bool hideSingleTabs = false;
     bool hasPanelMenu = true;

@@ -123,11 +123,24 @@ void DockWindowPrivate::noteActivation() {
     activation = ++count;
 }
 
+/** Once the desktop shows the main window, too. */
+void DockWindowPrivate::showWaitingLater(DockWindow* main) {
+    QMetaObject::invokeMethod(
+        main,
+        [this] {
+            if (controller)
+                DockMainWindowPrivate::of(*controller).showWaitingAbove();
+        },
+        Qt::QueuedConnection);
+}
+
 bool DockWindow::event(QEvent* event) {
     if (event->type() == QEvent::WindowActivate)
         d->noteActivation();
     else if (event->type() == QEvent::Move && isVisible() && !isMaximized() && !isFullScreen())
         d->frameOffset = geometry().topLeft() - pos();
+    else if (event->type() == QEvent::Show && static_cast<void*>(d->controller) == this)
+        d->showWaitingLater(this);
     snapEvent(event);
     return QMainWindow::event(event);
 }

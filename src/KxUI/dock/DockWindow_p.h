@@ -28,6 +28,7 @@ public:
     quint64 activation = 0;
 
     void noteActivation();
+    void showWaitingLater(DockWindow* main);
 };
 
 } // namespace Kestrel::UI
