@@ -9,11 +9,13 @@ class KXUI_EXPORT FileManager {
 public:
     FileManager() = delete;
 
-    /** Registers the extensions of the usual image formats as marks of sequences. Works once per
-        process; further calls do nothing. */
+    /** Registers the extensions of the usual image formats as marks of sequences, for
+        FileInfo::isAutoSequence(); folding does not ask for them. Works once per process; further
+        calls do nothing. */
     static void setInitialSequenceExtensions();
 
-    /** Makes one more extension mark sequences; see FileInfo::addSequenceFileExtension(). */
+    /** Makes one more extension mark sequences; see FileInfo::addSequenceFileExtension(). Null does
+        nothing. */
     static void addSequenceFileExtension(const char* extension);
 };
 
