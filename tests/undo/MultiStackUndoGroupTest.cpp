@@ -226,7 +226,7 @@ private slots:
 
     // Nothing walks the history: a hundred times these steps, squared, would take minutes.
     void manyCommands() {
-        constexpr int Count = 60000;
+        constexpr int Count = 30000;
         Projects projects;
         MultiStackUndoGroup group;
         for (int number = 0; number < Count; ++number) {

@@ -2,6 +2,8 @@
 
 #include <QUndoCommand>
 
+#include <algorithm>
+#include <cstdint>
 #include <tuple>
 #include <utility>
 
@@ -12,6 +14,58 @@ bool operator==(const UndoActionState& a, const UndoActionState& b) {
         return std::tie(each.undoable, each.redoable, each.undoText, each.redoText, each.index);
     };
     return fields(a) == fields(b);
+}
+
+bool UndoCommandSet::contains(const QUndoCommand* command) const {
+    return !m_places.empty() && m_places[placeOf(command)];
+}
+
+void UndoCommandSet::insert(const QUndoCommand* command) {
+    if (2 * ++m_count > m_places.size())
+        grow();
+    m_places[placeOf(command)] = command;
+}
+
+void UndoCommandSet::remove(const QUndoCommand* command) {
+    if (!contains(command))
+        return;
+    // What was put aside because its place was taken moves up.
+    std::size_t hole = placeOf(command);
+    for (std::size_t place = next(hole); m_places[place]; place = next(place)) {
+        const std::size_t mask = m_places.size() - 1;
+        if (((place - home(m_places[place])) & mask) < ((place - hole) & mask))
+            continue;
+        m_places[hole] = m_places[place];
+        hole = place;
+    }
+    m_places[hole] = nullptr;
+    --m_count;
+}
+
+// By the address within its page of memory; pages are spread.
+std::size_t UndoCommandSet::home(const QUndoCommand* command) const {
+    constexpr std::uint64_t Spread = 0x9e3779b97f4a7c15U; // 2^64 over the golden ratio
+    const std::uint64_t address = reinterpret_cast<std::uintptr_t>(command);
+    return static_cast<std::size_t>((address >> 4U) + (address >> 12U) * Spread) &
+           (m_places.size() - 1);
+}
+
+// Where the command is, or else a free place for it.
+std::size_t UndoCommandSet::placeOf(const QUndoCommand* command) const {
+    std::size_t place = home(command);
+    while (m_places[place] && m_places[place] != command)
+        place = next(place);
+    return place;
+}
+
+void UndoCommandSet::grow() {
+    constexpr std::size_t Least = 16;
+    std::vector<const QUndoCommand*> old(std::max(Least, 2 * m_places.size()));
+    old.swap(m_places);
+    for (const QUndoCommand* command : old) {
+        if (command)
+            m_places[placeOf(command)] = command;
+    }
 }
 
 QUndoCommand* MultiStackUndoGroupPrivate::commandAt(int position) const {

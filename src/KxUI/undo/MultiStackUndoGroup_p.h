@@ -6,6 +6,7 @@
 #include <QSet>
 #include <QString>
 
+#include <cstddef>
 #include <unordered_map>
 #include <vector>
 
@@ -21,6 +22,25 @@ struct UndoActionState {
 };
 
 bool operator==(const UndoActionState& a, const UndoActionState& b);
+
+/** Which commands a history has. They lie in one piece of memory, neighbours of the heap close to
+    each other: a set that allocates and scatters costs as much as all else that a step does. */
+class UndoCommandSet {
+public:
+    bool contains(const QUndoCommand* command) const;
+    /** Not null, and not in the set. */
+    void insert(const QUndoCommand* command);
+    void remove(const QUndoCommand* command);
+
+private:
+    std::size_t home(const QUndoCommand* command) const;
+    std::size_t next(std::size_t place) const { return (place + 1) & (m_places.size() - 1); }
+    std::size_t placeOf(const QUndoCommand* command) const;
+    void grow();
+
+    std::vector<const QUndoCommand*> m_places; ///< a power of two, half of them null at least
+    std::size_t m_count = 0;
+};
 
 /** The history of an undo group, and what keeps each of its steps from having to walk it. */
 class MultiStackUndoGroupPrivate {
@@ -61,7 +81,7 @@ private:
 
     QList<UndoCommandItem*> m_history;
     int m_index = 0;
-    QSet<const QUndoCommand*> m_commands; ///< those of the history
+    UndoCommandSet m_commands; ///< those of the history
     std::unordered_map<const UndoableProject*, Entries> m_entries;
 };
 
