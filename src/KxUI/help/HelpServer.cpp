@@ -156,7 +156,6 @@ void HelpServer::takeOver(const HelpServer& predecessor) {
 }
 
 void HelpServer::setVerbose(bool verbose) {
-    KXUI_INTERFACE_THREAD(this);
     Help::setVerbose(verbose);
     report({"[Help] logging is ", verbose ? "verbose" : "off"});
 }
