@@ -77,7 +77,9 @@ private Q_SLOTS:
     void keeping() {
         const QTemporaryDir folder;
         Workspace workspace;
+        workspace.resize(700, 500);
         workspace.pane({"a"});
+        Kestrel::Test::show(workspace);
         NamedWorkspaces named(&workspace);
         const QSignalSpy listed(&named, &NamedWorkspaces::namesChanged);
         const QSignalSpy current(&named, &NamedWorkspaces::currentChanged);
@@ -90,13 +92,16 @@ private Q_SLOTS:
 
         const QByteArray one = workspace.saved();
         workspace.pane({"b"});
+        settle();
         const QByteArray two = workspace.saved();
         QVERIFY(named.save("TAKE 9")); // the same name
         QCOMPARE(named.names().size(), 3);
         QCOMPARE(named.current(), QString("take 9"));
         QVERIFY(named.restore("Paint"));
+        settle();
         QCOMPARE(workspace.saved(), one);
         QVERIFY(named.restore("take 9"));
+        settle();
         QCOMPARE(workspace.saved(), two);
 
         QVERIFY(named.rename("take 9", "Take nine"));

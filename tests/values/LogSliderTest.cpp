@@ -147,7 +147,7 @@ private slots:
         const LogScale scale = scaleOf(-1, 1, 100);
         const auto textOf = [](double value) {
             const QString text = QString::number(value);
-            return Kestrel::UI::LogSliderText{text, 8 * text.size()};
+            return Kestrel::UI::LogSliderText{text, 8 * int(text.size())};
         };
         for (const Qt::Orientation orientation : {Qt::Horizontal, Qt::Vertical}) {
             const bool horizontal = orientation == Qt::Horizontal;

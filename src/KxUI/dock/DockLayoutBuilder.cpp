@@ -68,9 +68,11 @@ LayoutWindow captureWindow(const DockWindow& window, const QWidget* focus) {
     LayoutWindow result;
     result.place.rect = QRect(window.pos(), window.size());
     result.place.maximized = window.isMaximized();
-    if (result.place.maximized && window.normalGeometry().isValid())
-        result.place.normal =
-            window.normalGeometry().translated(-DockWindowPrivate::of(window).frameOffset);
+    const DockWindowPrivate& its = DockWindowPrivate::of(window);
+    if (result.place.maximized && !its.restoredNormal.isNull())
+        result.place.normal = its.restoredNormal;
+    else if (result.place.maximized && window.normalGeometry().isValid())
+        result.place.normal = window.normalGeometry().translated(-its.frameOffset);
     result.place.fullScreen = FullScreen::isOn(&window);
     result.place.screen = std::max(0, int(QGuiApplication::screens().indexOf(window.screen())));
     result.splitters.push_back(captureSplitter(*window.rootSplitter(), focus));
@@ -409,8 +411,10 @@ void DockLayoutBuilder::placeWindow(DockWindow& window, const SavedWindow& saved
         FullScreen::set(&window, false, m_workspace);
     }
     FullScreen::set(&window, plan.fullScreen, m_workspace);
-    if (saved.maximized)
+    if (saved.maximized) {
         window.setWindowState(window.windowState() | Qt::WindowMaximized);
+        DockWindowPrivate::of(window).restoredNormal = plan.rect;
+    }
     if (logsRestore()) {
         qDebug() << "Finished restoring window geom:" << window.geometry()
                  << "requested geom:" << plan.rect << "available:" << plan.available

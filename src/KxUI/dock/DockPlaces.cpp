@@ -138,7 +138,7 @@ void DockPlaces::giveRoom(Dock& dock) {
         if (index >= 0 && sizes.at(index) == 0) {
             const int length =
                 splitter->orientation() == Qt::Horizontal ? splitter->width() : splitter->height();
-            sizes[index] = std::max(1, length / sizes.size());
+            sizes[index] = std::max(1, length / int(sizes.size()));
             splitter->setSizes(sizes);
         }
         child = parent;

@@ -134,13 +134,37 @@ void DockWindowPrivate::showWaitingLater(DockWindow* main) {
         Qt::QueuedConnection);
 }
 
+/** Looks at where the window is, how large, and whether it is active. */
+void DockWindowPrivate::follow(DockWindow& window, QEvent* event) {
+    constexpr Qt::WindowStates large = Qt::WindowMaximized | Qt::WindowFullScreen;
+    switch (event->type()) {
+    case QEvent::WindowActivate:
+        noteActivation();
+        break;
+    case QEvent::Move:
+    case QEvent::Resize:
+        if (window.isVisible() && !(window.windowState() & large)) {
+            frameOffset = window.geometry().topLeft() - window.pos();
+            restoredNormal = QRect();
+        }
+        break;
+    case QEvent::WindowStateChange:
+        // A window that has not been moved yet is about to lose the frame that it has.
+        if (window.isVisible() && frameOffset.isNull() &&
+            !(static_cast<QWindowStateChangeEvent*>(event)->oldState() & large))
+            frameOffset = window.geometry().topLeft() - window.pos();
+        break;
+    case QEvent::Show:
+        if (static_cast<void*>(controller) == &window)
+            showWaitingLater(&window);
+        break;
+    default:
+        break;
+    }
+}
+
 bool DockWindow::event(QEvent* event) {
-    if (event->type() == QEvent::WindowActivate)
-        d->noteActivation();
-    else if (event->type() == QEvent::Move && isVisible() && !isMaximized() && !isFullScreen())
-        d->frameOffset = geometry().topLeft() - pos();
-    else if (event->type() == QEvent::Show && static_cast<void*>(d->controller) == this)
-        d->showWaitingLater(this);
+    d->follow(*this, event);
     snapEvent(event);
     return QMainWindow::event(event);
 }
