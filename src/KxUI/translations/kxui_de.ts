@@ -574,8 +574,8 @@ einer Tätigkeit, deren Anfang sie schon trägt.</translation>
         <translation>Arbeitsfläche löschen</translation>
     </message>
     <message>
-        <source>&amp;Workspaces</source>
-        <translation>&amp;Arbeitsflächen</translation>
+        <source>Works&amp;paces</source>
+        <translation>Arbeits&amp;flächen</translation>
     </message>
 </context>
 <context>
