@@ -81,6 +81,7 @@ public Q_SLOTS:
     void refresh();
 
 Q_SIGNALS:
+    /** The properties of these names changed. */
     void folderChanged(const QString& folder);
     void namesChanged(const QStringList& names);
     void currentChanged(const QString& current);

@@ -32,6 +32,7 @@ public:
         IncludeUserData = 1, ///< write the text of user data
         SkipDuplicates = 2   ///< leave it out where it is the object of the event written before
     };
+    /** Any of them. */
     Q_DECLARE_FLAGS(Flags, Flag)
 
     /** Borrows the view. */

@@ -64,10 +64,10 @@ public:
         int sortKey = 0;                      ///< rows stand in the order of this number
         TrackType type = TrackType::Timeline; ///< what the track shows
         float minValue = 0.0F;                ///< the range of a graph
-        float maxValue = 1.0F;
-        int maxEventsPerSecond = 5000; ///< times its duration, what a limited capture keeps
-        int maxEvents = 10000;         ///< what an unlimited capture keeps
-        int graphHeight = 100;         ///< pixels; a timeline has a height of its own
+        float maxValue = 1.0F;                ///< its upper end
+        int maxEventsPerSecond = 5000;        ///< times its duration, what a limited capture keeps
+        int maxEvents = 10000;                ///< what an unlimited capture keeps
+        int graphHeight = 100;                ///< pixels; a timeline has a height of its own
         EventTrack* timeTrack =
             nullptr; ///< the timeline that a bandwidth follows, or null; borrowed
 

@@ -23,6 +23,7 @@ public:
     /** Some of the values, for as long as it lives. */
     class Block;
 
+    /// \cond what every container of the standard has
     /** Walks over the values; a change of the deque ends its use. */
     class const_iterator {
     public:
@@ -66,17 +67,21 @@ public:
 
     std::size_t size() const noexcept { return m_end - m_begin; }
     bool empty() const noexcept { return m_begin == m_end; }
+    /// \endcond
 
     /** The value of a number below size(). */
     const T& operator[](std::size_t i) const noexcept {
         return m_blocks[(m_begin + i) / blockSize].values()[(m_begin + i) % blockSize];
     }
-    /** The oldest and the newest value; there must be one. */
+    /** The oldest value; there must be one. */
     const T& front() const noexcept { return (*this)[0]; }
+    /** The newest value; there must be one. */
     const T& back() const noexcept { return (*this)[size() - 1]; }
 
+    /// \cond
     const_iterator begin() const noexcept { return {this, 0}; }
     const_iterator end() const noexcept { return {this, std::ptrdiff_t(size())}; }
+    /// \endcond
 
     /** Adds a value at the end. */
     template <class Blocks>
@@ -152,6 +157,7 @@ private:
     std::size_t m_end = 0;
 };
 
+/// \cond
 /** Room for values, which counts the deques it belongs to. */
 template <class T>
 class SharedDeque<T>::Block {
@@ -197,5 +203,6 @@ private:
 
     Head* m_head;
 };
+/// \endcond
 
 } // namespace Kestrel::UI

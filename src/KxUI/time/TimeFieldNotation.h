@@ -26,6 +26,7 @@ struct KXUI_EXPORT TimeFieldNotation {
 
     /** What the user meant by a text. */
     struct Edit {
+        /** What is to be done. */
         enum Kind {
             Nothing, ///< no text
             Failed,  ///< it can not be read
@@ -33,9 +34,9 @@ struct KXUI_EXPORT TimeFieldNotation {
             SetRange ///< the range `time` to `upper`; `upper` may be invalid
         };
 
-        Kind kind = Nothing;
-        Base::Time time = Base::InvalidTime;
-        Base::Time upper = Base::InvalidTime;
+        Kind kind = Nothing;                  ///< what is to be done
+        Base::Time time = Base::InvalidTime;  ///< InvalidTime where there is none
+        Base::Time upper = Base::InvalidTime; ///< of a range
     };
 
     /** The text of a time, none for InvalidTime. */
