@@ -26,4 +26,5 @@ add_custom_command(OUTPUT "${pages}/html/index.html"
   DEPENDS ${texts} ${headers} WORKING_DIRECTORY "${PROJECT_SOURCE_DIR}"
   COMMENT "Building the reference pages" VERBATIM)
 add_custom_target(reference ALL DEPENDS "${pages}/html/index.html")
-install(DIRECTORY "${pages}/html" DESTINATION "${doc_folder}" COMPONENT development)
+# Optional: who builds the library alone installs no pages.
+install(DIRECTORY "${pages}/html" DESTINATION "${doc_folder}" COMPONENT development OPTIONAL)
