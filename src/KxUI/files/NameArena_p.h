@@ -5,6 +5,7 @@
 #include <cstring>
 #include <memory>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace Kestrel::UI {
@@ -16,9 +17,11 @@ public:
     std::string_view add(std::string_view name) {
         const std::size_t needed = name.size() + 1;
         if (m_left < needed) {
-            m_left = std::max(needed, blockSize);
-            m_blocks.emplace_back(new char[m_left]);
+            const std::size_t size = std::max(needed, blockSize);
+            std::unique_ptr<char[]> block(new char[size]);
+            m_blocks.push_back(std::move(block));
             m_next = m_blocks.back().get();
+            m_left = size;
         }
         char* const copy = m_next;
         std::memcpy(copy, name.data(), name.size());
