@@ -44,6 +44,7 @@ public:
             main->setHideSingleTabs(true);
             main->setHighlightCurrentTab(true);
             main->setTabsAreClosable(true);
+            main->setEmptiedPanesClose(true);
         }
         main->setSplitPanelsByDragging(true);
         left = main->pane({"a", "b", "c"});
@@ -235,6 +236,8 @@ const Operation Operations[] = {
     OPERATION(s.page("f")->m_refuses = true; s.window->close()),
     OPERATION(s.main->close()),
     OPERATION(s.main->addNewFloatingDock(s.page("b"))),
+    OPERATION(s.main->showPage(s.fresh)),
+    OPERATION(s.right->closeTab(0); if (s.main) s.main->showPage(s.page("x"))),
     OPERATION(s.right->makeActive()),
     OPERATION(s.main->nextDock()),
     OPERATION(s.right->setFocus(); s.main->nextTab()),
