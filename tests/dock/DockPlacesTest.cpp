@@ -169,6 +169,26 @@ private Q_SLOTS:
         Mouse(doomed->of("top")).tearOff(0);
         QTRY_VERIFY(!doomed);
     }
+
+    // A host that destroys the workspace when it is asked for a pane.
+    void panesOfADoomedHost() {
+        struct Doomed : Workspace {
+            Dock* createDock() override {
+                const QPointer<Dock> made(Workspace::createDock());
+                if (m_dies)
+                    delete this;
+                return made;
+            }
+            bool m_dies = false;
+        };
+        const QPointer<Doomed> host(new Doomed);
+        const QPointer<QWidget> page(new QWidget);
+        page->setObjectName("page");
+        host->m_dies = true;
+        host->showPage(page);
+        QVERIFY(!host);
+        delete page;
+    }
 };
 
 KXUI_TEST(DockPlacesTest);

@@ -91,7 +91,11 @@ Dock* DockPlaces::paneFor(const QWidget& page) {
         if (dock && all.contains(dock))
             return dock;
     }
-    if (Dock* reopened = reopen(home))
+    // Hosts make panes of their own, and may destroy the workspace meanwhile.
+    DockMainWindow& workspace = m_workspace;
+    const QPointer<DockMainWindow> alive(&workspace);
+    Dock* reopened = reopen(home);
+    if (reopened || !alive)
         return reopened;
     Dock* active = m_workspace.activeDock();
     if (active && all.contains(active))
@@ -99,8 +103,10 @@ Dock* DockPlaces::paneFor(const QWidget& page) {
     const auto here = m_workspace.panes();
     if (!here.isEmpty())
         return here.first();
-    Dock* fresh = m_workspace.createDock();
-    m_workspace.addWidget(fresh);
+    const QPointer<Dock> fresh(workspace.createDock());
+    if (!alive || !fresh)
+        return nullptr;
+    workspace.addWidget(fresh);
     return fresh;
 }
 
