@@ -5,6 +5,7 @@
 #include <QMouseEvent>
 #include <QWheelEvent>
 #include <QWidget>
+#include <QtTest>
 
 namespace Kestrel::Test {
 
@@ -13,6 +14,15 @@ inline void moveMouse(QWidget& widget, const QPoint& at, Qt::MouseButtons held =
                       Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
     QMouseEvent event(QEvent::MouseMove, at, widget.mapToGlobal(at), Qt::NoButton, held, modifiers);
     QCoreApplication::sendEvent(&widget, &event);
+}
+
+/** Gives the keyboard focus to a widget of a window that is shown. */
+inline bool focus(QWidget& widget) {
+    widget.activateWindow();
+    if (!QTest::qWaitForWindowActive(widget.window()))
+        return false;
+    widget.setFocus();
+    return widget.hasFocus();
 }
 
 /** Turns the wheel, 120 a notch; returns whether the widget took it. */

@@ -1,7 +1,7 @@
 #include <KxUI/values/LogSlider.h>
 #include <KxUI/values/LogSliderLayout_p.h>
 
-#include <support/Input.h>
+#include <support/EditBracket.h>
 #include <support/TestRegistry.h>
 
 #include <QAccessible>
@@ -268,6 +268,32 @@ private slots:
                 }
             }
         }
+    }
+
+    void editsAreBracketed() {
+        Kestrel::Test::EditedWidget<LogSlider> edited;
+        edited.make = [] {
+            auto slider = std::make_unique<LogSlider>(Qt::Horizontal);
+            slider->resize(400, 40);
+            slider->setRealRange(0, 2, 100);
+            slider->setValue(37);
+            return slider;
+        };
+        edited.another = 100.0;
+        const QPoint handle(7 + 37 * 386 / 200, 20);
+        edited.press = [handle](LogSlider& slider) {
+            QTest::mousePress(&slider, Qt::LeftButton, {}, handle);
+        };
+        edited.move = [handle](LogSlider& slider, int nth) {
+            Kestrel::Test::moveMouse(slider, handle + QPoint(20 * nth, 0));
+        };
+        edited.release = [handle](LogSlider& slider) {
+            QTest::mouseRelease(&slider, Qt::LeftButton, {}, handle);
+        };
+        edited.key = Qt::Key_Right;
+        edited.notch = [](LogSlider& slider) { return Kestrel::Test::turnWheel(slider, 120); };
+        edited.wheelNeedsFocus = false; // as any slider of the base class
+        Kestrel::Test::checkEditBracket(edited);
     }
 
     void paintsOnlyWhatItShould() {

@@ -2,9 +2,9 @@
 
 #include <KxUI/kit/EscapeWatch_p.h>
 #include <KxUI/kit/InterfaceThread_p.h>
+#include <KxUI/kit/WheelNotches_p.h>
 #include <KxUI/time/JogWheelDrag_p.h>
 #include <KxUI/time/JogWheelPlan_p.h>
-#include <KxUI/time/WheelNotches_p.h>
 
 #include <QAccessible>
 #include <QAccessibleWidget>

@@ -2,9 +2,9 @@
 
 #include <KxUI/base/TimeArithmetic.h>
 #include <KxUI/kit/InterfaceThread_p.h>
+#include <KxUI/kit/WheelNotches_p.h>
 #include <KxUI/time/Beep_p.h>
 #include <KxUI/time/TimeMetaTypes_p.h>
-#include <KxUI/time/WheelNotches_p.h>
 
 #include <QApplication>
 #include <QFontMetrics>

@@ -19,6 +19,7 @@
 #include <climits>
 #include <cmath>
 #include <stdexcept>
+#include <utility>
 
 namespace Kestrel::UI {
 namespace {
@@ -27,22 +28,83 @@ namespace {
 constexpr int LowestExponent = -307;
 constexpr int HighestExponent = 308;
 
+// While it lives, the base class handles what the user does, which changes the value once at most:
+// further changes are answers of those who were told.
+class UserInput {
+public:
+    UserInput(LogSlider* slider, bool* flag)
+        : m_slider(slider)
+        , m_flag(flag) {
+        *flag = true;
+    }
+    ~UserInput() {
+        if (m_slider)
+            *m_flag = false;
+    }
+    UserInput(const UserInput&) = delete;
+    UserInput& operator=(const UserInput&) = delete;
+
+    bool isOver() const { return m_slider.isNull(); }
+
+private:
+    QPointer<LogSlider> m_slider;
+    bool* m_flag;
+};
+
 } // namespace
+
+LogSliderPrivate::LogSliderPrivate(LogSlider* slider)
+    : q(slider)
+    , bracket(
+          slider, [slider] { return slider->value(); }, [this](int position) { goTo(position); },
+          [slider](int) { Q_EMIT slider->valueEdited(slider->realValueOrZero()); }) {}
+
+void LogSliderPrivate::goTo(int position) {
+    if (!dragStart) {
+        q->setValue(position);
+        return;
+    }
+    takenBack = true;
+    q->setRepeatAction(QAbstractSlider::SliderNoAction);
+    const QPointer<LogSlider> slider(q);
+    slider->setSliderPosition(position);
+    if (slider)
+        slider->setSliderDown(false);
+}
 
 LogSlider::LogSlider(QWidget* parent)
     : LogSlider(Qt::Vertical, parent) {}
 
 LogSlider::LogSlider(Qt::Orientation orientation, QWidget* parent)
     : QSlider(orientation, parent)
-    , d(std::make_unique<LogSliderPrivate>()) {
+    , d(std::make_unique<LogSliderPrivate>(this)) {
     LogSliderAccessible::install();
-    connect(this, &QSlider::valueChanged, this, [this](int position) {
-        if (d->scale.precision != 0)
-            Q_EMIT realValueChanged(calculateRealValue(position));
-    });
+    connect(this, &QSlider::valueChanged, this, &LogSlider::moved);
 }
 
 LogSlider::~LogSlider() = default;
+
+void LogSlider::moved(int position) {
+    const auto tell = [this, position] {
+        if (d->scale.precision != 0)
+            Q_EMIT realValueChanged(calculateRealValue(position));
+    };
+    if (std::exchange(d->byUser, false)) {
+        d->bracket.note(position, tell);
+    } else {
+        d->bracket.hostSet(position);
+        tell();
+    }
+}
+
+bool LogSlider::isEditing() const {
+    return d->bracket.isEditing();
+}
+
+void LogSlider::cancelEdit() {
+    KXUI_INTERFACE_THREAD(this);
+    d->bracket.cancel();
+}
 
 void LogSlider::setRealRange(int minExp, int maxExp, int precision) {
     KXUI_INTERFACE_THREAD(this);
@@ -172,10 +234,11 @@ bool LogSlider::event(QEvent* event) {
             ? d->dragStart && static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape
             : event->type() == QEvent::ContextMenu && d->menuSuppressed &&
                   static_cast<QContextMenuEvent*>(event)->reason() == QContextMenuEvent::Mouse;
-    if (!ours)
-        return QSlider::event(event);
-    event->accept();
-    return true;
+    if (ours) {
+        event->accept();
+        return true;
+    }
+    return d->bracket.takes(event) || QSlider::event(event);
 }
 
 void LogSlider::mousePressEvent(QMouseEvent* event) {
@@ -187,32 +250,53 @@ void LogSlider::mousePressEvent(QMouseEvent* event) {
             cancelDrag();
         return;
     }
+    if (!d->bracket.beginDrag(Qt::NoButton))
+        return;
     d->takenBack = false;
     d->dragStart = value();
     d->dragButton = event->button();
-    const QPointer<LogSlider> self(this);
+    const UserInput user(this, &d->byUser);
     QSlider::mousePressEvent(event);
-    if (self && !event->isAccepted())
-        d->dragStart.reset();
+    if (user.isOver() || event->isAccepted())
+        return;
+    d->dragStart.reset();
+    d->bracket.finish();
 }
 
 void LogSlider::mouseMoveEvent(QMouseEvent* event) {
-    if (event->buttons() == Qt::NoButton) { // the release went to somebody else
-        d->dragStart.reset();
-        d->takenBack = false;
-    }
-    if (d->takenBack)
+    if (event->buttons() == Qt::NoButton && !endDrag()) // the release went to somebody else
+        return;
+    if (d->takenBack) {
         event->accept();
-    else
-        QSlider::mouseMoveEvent(event);
+        return;
+    }
+    const UserInput user(this, &d->byUser);
+    QSlider::mouseMoveEvent(event);
 }
 
 void LogSlider::mouseReleaseEvent(QMouseEvent* event) {
-    if (event->buttons() == Qt::NoButton) {
+    const bool released = event->buttons() == Qt::NoButton;
+    if (released) {
         d->dragStart.reset();
         d->takenBack = false;
     }
-    QSlider::mouseReleaseEvent(event);
+    const UserInput user(this, &d->byUser);
+    QSlider::mouseReleaseEvent(event); // which changes the value where there is no tracking
+    if (released && !user.isOver())
+        d->bracket.finish();
+}
+
+void LogSlider::wheelEvent(QWheelEvent* event) {
+    if (!d->bracket.beginWheel())
+        return;
+    const UserInput user(this, &d->byUser);
+    QSlider::wheelEvent(event);
+}
+
+// The groove and the arrows of a style repeat while they are pressed.
+void LogSlider::timerEvent(QTimerEvent* event) {
+    const UserInput user(this, &d->byUser);
+    QSlider::timerEvent(event);
 }
 
 void LogSlider::keyPressEvent(QKeyEvent* event) {
@@ -221,6 +305,9 @@ void LogSlider::keyPressEvent(QKeyEvent* event) {
         cancelDrag();
         return;
     }
+    if (!d->bracket.beginKey(*event))
+        return;
+    const UserInput user(this, &d->byUser);
     QSlider::keyPressEvent(event);
 }
 
@@ -230,15 +317,19 @@ void LogSlider::hideEvent(QHideEvent* event) {
     d->takenBack = false;
 }
 
+bool LogSlider::endDrag() {
+    d->dragStart.reset();
+    d->takenBack = false;
+    return d->bracket.gesture() != EditGestures::Drag || d->bracket.finish();
+}
+
 void LogSlider::cancelDrag() {
     if (!d->dragStart || d->takenBack)
         return;
-    d->takenBack = true;
-    setRepeatAction(SliderNoAction);
-    const QPointer<LogSlider> self(this);
-    setSliderPosition(*d->dragStart);
-    if (self)
-        setSliderDown(false);
+    if (d->bracket.isEditing())
+        d->bracket.cancel();
+    else
+        d->goTo(*d->dragStart);
 }
 
 void LogSlider::paintTicks(QPainter& painter) {

@@ -17,13 +17,15 @@ class LogSliderPrivate;
    labels on the other. Call setRealRange() before anything that reads or writes a real value.
 
     Escape, or the right button pressed while the left one is down, takes back what was done since
-    that was pressed.
+    that was pressed. What the user does is told as one edit from the first change to the release of
+    the button or key, or half a second after the last notch of the wheel; without tracking() a drag
+    is one change at its release.
     Interface thread. */
 class KXUI_EXPORT LogSlider : public QSlider {
     Q_OBJECT
     /** As realValue(), but 0 before a range was set; what can not be set then is ignored. */
     Q_PROPERTY(double realValue READ realValueOrZero WRITE setRealValueIfAny NOTIFY realValueChanged
-                   STORED false)
+                   STORED false USER true)
     // Without signals, as these setters tell nobody.
     Q_PROPERTY(bool drawLogTicks READ drawLogTicks WRITE setDrawLogTicks)
     Q_PROPERTY(int tickTextSize READ tickTextSize WRITE setTickTextSize)
@@ -73,13 +75,26 @@ public:
     QColor expTickColor() const;
     void setExpTickColor(const QColor& color);
 
+    /** Whether the user has begun to change the value: from editStarted() to editFinished(). */
+    bool isEditing() const;
+
 public Q_SLOTS:
     /** Takes the current drag back, as Escape does. Nothing without a drag. */
     void cancelDrag();
+    /** Takes the current edit back, as Escape does. Nothing without an edit. */
+    void cancelEdit();
 
 Q_SIGNALS:
     /** The position became another one, or came to stand for another value with the range. */
     void realValueChanged(double value);
+    /** The user begins to change the value. Always followed by one editFinished(), unless the
+       slider is deleted. */
+    void editStarted();
+    /** The user changed the value; the property realValue. */
+    void valueEdited(double value);
+    /** The edit is over. Not accepted: it was taken back, the value is what it was at
+       editStarted(), and valueEdited() said so before. */
+    void editFinished(bool accepted);
 
 protected:
     /** The real value of a position, for a slider whose range was set. */
@@ -92,15 +107,20 @@ protected:
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
+    void wheelEvent(QWheelEvent* event) override;
+    void timerEvent(QTimerEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void hideEvent(QHideEvent* event) override;
 
 private:
     friend class LogSliderAccessible;
+    friend class LogSliderPrivate;
 
     double realValueOrZero() const;
     void setRealValueIfAny(double value);
     void requireRange() const;
+    void moved(int position);
+    bool endDrag();
     QSize withLabels(QSize hint) const;
     void paintTicks(QPainter& painter);
 

@@ -5,6 +5,7 @@
 
 #include <QLocale>
 
+#include <algorithm>
 #include <cmath>
 
 namespace Kestrel::UI {
@@ -50,8 +51,10 @@ QVariant LogSliderAccessible::currentValue() const {
 void LogSliderAccessible::setCurrentValue(const QVariant& value) {
     const LogScale& scale = slider()->d->scale;
     const double wanted = value.toDouble();
-    if (!std::isnan(wanted))
-        slider()->setValue(scale.precision == 0 ? qRound(wanted) : scale.nearestTo(wanted));
+    if (std::isnan(wanted))
+        return;
+    const int position = scale.precision == 0 ? qRound(wanted) : scale.nearestTo(wanted);
+    slider()->d->bracket.editOnce(std::clamp(position, slider()->minimum(), slider()->maximum()));
 }
 
 QVariant LogSliderAccessible::maximumValue() const {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <KxUI/kit/EditBracket_p.h>
+#include <KxUI/values/LogSlider.h>
 #include <KxUI/values/LogSliderTicks_p.h>
 
 #include <QColor>
@@ -11,11 +13,19 @@ namespace Kestrel::UI {
 /** The data of a LogSlider. */
 class LogSliderPrivate {
 public:
+    explicit LogSliderPrivate(LogSlider* slider);
+
+    /** Shows a position again that an edit began at. */
+    void goTo(int position);
+
+    LogSlider* q;
+    EditBracket<LogSlider, int> bracket; ///< of positions
     LogScale scale;
     QColor tickColor;
     QColor expTickColor;
     int tickTextSize = 8;
     bool drawLogTicks = true;
+    bool byUser = false; ///< the next change is the user's
 
     std::optional<int> dragStart; ///< the position at the press, while a button is down
     Qt::MouseButton dragButton = Qt::NoButton;

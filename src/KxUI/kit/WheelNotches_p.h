@@ -13,6 +13,9 @@ public:
         return notches;
     }
 
+    /** Forgets what is short of a notch. */
+    void drop() { m_rest = 0; }
+
 private:
     static constexpr int Notch = 120;
     int m_rest = 0;
