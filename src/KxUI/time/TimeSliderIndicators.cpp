@@ -14,7 +14,8 @@ using Geometry = TimeSliderGeometry;
 
 // The columns of the frames from `first` up to but without `end`.
 TimeSliderColumns columnsOf(const Geometry& geometry, Time first, TimeSliderTime end) {
-    return {geometry.timeToX(first), geometry.timeToX(end.time())};
+    const TimeSliderMapping toX(geometry);
+    return {toX(first), toX(end.time())};
 }
 
 } // namespace
