@@ -15,14 +15,14 @@ DockAnnouncer::~DockAnnouncer() = default;
 void DockAnnouncer::tell(News news, Dock* dock, QWidget* page) {
     if (m_silent || !page)
         return;
-    m_items.append(item(news, dock, page));
+    m_items.push_back(item(news, dock, page));
     flush();
 }
 
 void DockAnnouncer::tell(QObject* who, std::function<void()> say) {
     if (m_silent)
         return;
-    m_items.append({who, who, std::move(say)});
+    m_items.push_back({who, who, std::move(say)});
     flush();
 }
 
@@ -33,7 +33,7 @@ DockAnnouncer::Item DockAnnouncer::item(News news, Dock* dock, QWidget* page) {
 void DockAnnouncer::tellLater(News news, Dock* dock, QWidget* page) {
     if (m_silent || !page)
         return;
-    m_items.append(item(news, dock, page));
+    m_items.push_back(item(news, dock, page));
     QMetaObject::invokeMethod(this, &DockAnnouncer::flush, Qt::QueuedConnection);
 }
 
@@ -63,8 +63,9 @@ void DockAnnouncer::silence() {
 
 void DockAnnouncer::flush() {
     const QPointer<DockAnnouncer> alive(this);
-    while (alive && m_changes == 0 && !m_items.isEmpty()) {
-        const Item next = m_items.takeFirst();
+    while (alive && m_changes == 0 && !m_items.empty()) {
+        const Item next = std::move(m_items.front());
+        m_items.pop_front();
         if (next.who && next.what)
             next.say();
     }

@@ -2,8 +2,8 @@
 
 #include <QObject>
 #include <QPointer>
-#include <QVector>
 
+#include <deque>
 #include <functional>
 
 class QWidget;
@@ -49,8 +49,8 @@ private:
     void flush();
 
     DockMainWindow& m_workspace;
-    QVector<Item> m_items;
-    int m_changes = 0; // under way, one inside another
+    std::deque<Item> m_items; // a restored workspace tells of thousands of pages
+    int m_changes = 0;        // under way, one inside another
     bool m_silent = false;
 };
 
