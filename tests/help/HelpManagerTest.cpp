@@ -97,6 +97,33 @@ private slots:
         QTRY_COMPARE(m_manager->getUrl("local.html"), url(mute.serverPort(), "local.html"));
     }
 
+    // Each node is told of once for each server that was asked, and commands by whichever server is
+    // the local one.
+    void announcements() {
+        const QSignalSpy checked(m_manager, &HelpManager::nodeChecked);
+        for (const char* node : {"both.html", "missing.html"})
+            m_manager->checkNode(node);
+        QCOMPARE(checked.count(), 0);
+        QTRY_COMPARE(checked.count(), 2);
+        QCOMPARE(QSet<QString>({checked[0][0].toString(), checked[1][0].toString()}),
+                 QSet<QString>({"both.html", "missing.html"}));
+        QVERIFY(m_manager->setHelpServer(HelpManager::CustomServer));
+        QVERIFY(m_manager->setCurrentHost("no host")); // cannot even be asked
+        QTRY_COMPARE(checked.count(), 4);
+        QVERIFY(m_manager->setHelpServer(HelpManager::LocalServer));
+
+        m_manager->setRequestHandler(nullptr);
+        Capture errors(stderr);
+        converse(localServer()->getPort(), "POST /first 1\r\n\r\n");
+        QVERIFY(errors.text().contains("no callback assigned"));
+        const QSignalSpy commands(m_manager, &HelpManager::commandReceived);
+        converse(localServer()->getPort(), "POST /second 2\r\n\r\n");
+        QVERIFY(m_manager->setCurrentPort(HelpServer::AnyPort));
+        converse(localServer()->getPort(), "POST /third 3\r\n\r\n");
+        QCOMPARE(commands.count(), 2);
+        QCOMPARE(commands[1], QVariantList({"third", "3"}));
+    }
+
     void outOfRange() {
         for (int index : {3, -2}) {
             QVERIFY(!m_manager->setHelpServer(index) && m_manager->helpServer() == 0);

@@ -65,6 +65,14 @@ private slots:
             QCOMPARE(converse(m_server->getPort(), "POST /go 7\r\n\r\n"), bareDone);
             QCOMPARE(errors.text(), "[Help] handleRequestPOST - no callback assigned\n");
         }
+        {
+            Capture errors(stderr);
+            const QSignalSpy told(m_server.get(), &HelpServer::commandReceived);
+            QCOMPARE(converse(m_server->getPort(), "POST /gr\xc3\xbc n 7\r\n\r\n"), bareDone);
+            QCOMPARE(told.count(), 1);
+            QCOMPARE(told.first(), QVariantList({QString::fromUtf8("gr\xc3\xbc"), "n 7"}));
+            QCOMPARE(errors.text(), QByteArray());
+        }
         m_server->setRequestHandler(remember);
         // The end of what a client has to say ends its request.
         Client brief(m_server->getPort());

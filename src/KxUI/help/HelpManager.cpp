@@ -5,6 +5,7 @@
 #include <KxUI/kit/InterfaceThread_p.h>
 
 #include <QCoreApplication>
+#include <QMetaMethod>
 #include <QNetworkProxy>
 #include <QNetworkReply>
 #include <QNetworkRequest>
@@ -99,6 +100,7 @@ struct HelpManager::Private {
     std::string addressOf(const std::string& node, int index) const;
     void startLocalServer(int port, int range);
     void restartLocalServer();
+    void passCommandsOn();
     QNetworkReply* requestHead(const std::string& address, bool local);
 
     HelpManager* const q;
@@ -207,6 +209,21 @@ void HelpManager::Private::startLocalServer(int port, int range) {
     local.port = localServer->getPort();
     logToError({"HelpManager::startLocalServer [", local.name, "] using port ",
                 std::to_string(local.port), started ? " success" : " failure"});
+    passCommandsOn();
+}
+
+/** The local server complains of commands that nobody listens to: so only where somebody does. */
+void HelpManager::Private::passCommandsOn() {
+    static const QMetaMethod told = QMetaMethod::fromSignal(&HelpManager::commandReceived);
+    if (localServer && q->isSignalConnected(told))
+        connect(localServer, &HelpServer::commandReceived, q, &HelpManager::commandReceived,
+                Qt::UniqueConnection);
+}
+
+void HelpManager::connectNotify(const QMetaMethod& signal) {
+    QNetworkAccessManager::connectNotify(signal);
+    if (signal == QMetaMethod::fromSignal(&HelpManager::commandReceived))
+        d->passCommandsOn();
 }
 
 void HelpManager::Private::restartLocalServer() {
@@ -269,6 +286,9 @@ void HelpManager::checkNode(const std::string& node, int index) {
     if (!reply) {
         state = Private::NodeState::NotFound;
         logToError({"HelpManager::checkNode call to QNetworkAccessManager::head failed"});
+        const QString asked = QString::fromStdString(node);
+        QMetaObject::invokeMethod(
+            this, [this, asked] { Q_EMIT nodeChecked(asked); }, Qt::QueuedConnection);
         return;
     }
     reply->setProperty("node", QByteArray::fromStdString(node));
@@ -303,6 +323,7 @@ void HelpManager::handleFinished() {
     d->nodes[node].of(local) = found ? Private::NodeState::Found : Private::NodeState::NotFound;
     d->pendingReplies(local).erase(node);
     reply->deleteLater();
+    Q_EMIT nodeChecked(QString::fromStdString(node));
 }
 
 void HelpManager::cancelPendingReply(const std::string& node, bool local) {

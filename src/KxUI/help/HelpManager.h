@@ -62,11 +62,15 @@ public:
         callback. Returns what setHelpServer() returns. */
     bool setCurrentPort(const int& port, const int& range = 0);
 
-    /** Sets the function that the local server calls for POST requests; null for none. */
+    /** Sets the function that the local server calls for POST requests; null for none.
+        commandReceived() tells of them, too. */
     void setRequestHandler(HelpServer::RequestHandler handler);
 
     /** Appends to the directories that the local server searches; see
-        HelpServer::appendSearchPath(). */
+        HelpServer::appendSearchPath(). The page of a node is the file DIRECTORY/PATH/NODE, where
+        PATH is that of setLocalPathPrefix() and setCommonPath():
+        "/opt/host/Documentation/html/Blur.html" for the directory "/opt/host" as things are at
+        first. */
     void setSearchPath(const std::vector<const char*>& dirs);
 
     /** Forgets the directories that the local server searches. */
@@ -79,8 +83,8 @@ public:
     void setLocalPathPrefix(const std::string& prefix);
 
     /** Asks a server whether it has a node, unless that is known or under way; the local server is
-        asked whenever another one is. A server that says nothing for 30 seconds does not have it.
-        An index out of range asks nobody. */
+        asked whenever another one is. nodeChecked() tells of the answer. A server that says nothing
+       for 30 seconds does not have it. An index out of range asks nobody. */
     void checkNode(const std::string& node, int index = CurrentServer);
 
     /** The URL of a node on a server that has said that it has it, else on the local server on the
@@ -92,7 +96,17 @@ public:
     static std::string GenerateAddress(const std::string& host, int port, const std::string& path,
                                        const std::string& node);
 
+Q_SIGNALS:
+    /** A server has told whether it has a node, or was silent for too long: getUrl() may know more
+        now. Sent from the event loop, for each server that was asked. */
+    void nodeChecked(const QString& node);
+
+    /** As HelpServer::commandReceived(), of whichever server is the local one. */
+    void commandReceived(const QString& command, const QString& argument);
+
 protected:
+    void connectNotify(const QMetaMethod& signal) override;
+
     HelpManager();
     ~HelpManager() override;
 

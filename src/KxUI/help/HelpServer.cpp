@@ -9,6 +9,7 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QHostAddress>
+#include <QMetaMethod>
 
 #include <algorithm>
 #include <cstdlib>
@@ -333,7 +334,8 @@ void HelpServer::Private::handleRequestPOST(HelpConnection& connection,
         return;
     }
     log({"[Help] handleRequestPOST - Command ", post->command, " - Arg ", post->argument});
-    if (requestHandler)
+    static const QMetaMethod told = QMetaMethod::fromSignal(&HelpServer::commandReceived);
+    if (requestHandler || q->isSignalConnected(told))
         runCommand(connection, *post);
     else
         reportError({"[Help] handleRequestPOST - no callback assigned"});
@@ -352,7 +354,10 @@ void HelpServer::Private::runCommand(HelpConnection& connection, const CommandRe
     // Neither this server nor the connection, both on the stack, may be deleted meanwhile.
     connection.beginCommand();
     ++runningCommands;
-    requestHandler(post.command, post.argument);
+    if (requestHandler)
+        requestHandler(post.command, post.argument);
+    Q_EMIT q->commandReceived(QString::fromStdString(post.command),
+                              QString::fromStdString(post.argument));
     --runningCommands;
     connection.endCommand();
 }

@@ -24,6 +24,8 @@ namespace Kestrel::UI {
    command; the body of a POST is not read. A query belongs to the command. The answer says "200 OK"
    whatever the command did, with "Content-Length: 0" where the line names an HTTP version.
 
+    Only GET, HEAD and POST are answered: a client that asks with another method hears nothing.
+
     A request ends with the blank line after its headers. One whose line names no HTTP version, as
     "POST /go 7", may do without it: it ends when the client has been silent for a tenth of a
    second.
@@ -82,7 +84,8 @@ public:
     /** Rebuilds the search path: the server root and, if there is one, the relative path below. */
     void setSearchPath();
 
-    /** Appends directories to the search path. One that contains ".nova", the folder of a user's
+    /** Appends directories to the search path. The page of "http://127.0.0.1:PORT/a/b.html" is the
+        file "a/b.html" below one of them. One that contains ".nova", the folder of a user's
         settings, is followed by its own "Documentation/". Null pointers are skipped; the strings
        are copied. */
     void appendSearchPath(const std::vector<const char*>& dirs);
@@ -93,7 +96,7 @@ public:
     /** Takes the search path, the relative path and the command callback of another server. */
     void takeOver(const HelpServer& predecessor);
 
-    /** Sets what POST requests call; null for nothing. */
+    /** Sets what POST requests call; null for nothing. commandReceived() tells of them, too. */
     void setRequestHandler(RequestHandler handler);
 
     /** True while the command callback is being called. */
@@ -122,6 +125,12 @@ public:
 
     /** The application's directory with a trailing slash. */
     const std::string& getServerRoot();
+
+Q_SIGNALS:
+    /** A page sent a command, both strings decoded as UTF-8; after the command callback, and with
+        the same rights. For hosts that want to know which object it concerns, or that have several
+        who listen. */
+    void commandReceived(const QString& command, const QString& argument);
 
 protected:
     void incomingConnection(qintptr descriptor) override;
