@@ -1,6 +1,7 @@
 #include "FakeTimer.h"
 
 #include <KxUI/eventgraph/EventGraph.h>
+#include <KxUI/eventgraph/EventGraphSnapshot.h>
 #include <KxUI/eventgraph/EventGraphView.h>
 #include <KxUI/eventgraph/EventTrack.h>
 #include <KxUI/eventgraph/EventUserDataString.h>
@@ -23,6 +24,7 @@
 #include <QSplitter>
 #include <QTemporaryDir>
 #include <QTextEdit>
+#include <QTranslator>
 #include <QTreeWidget>
 #include <QtTest>
 
@@ -112,6 +114,18 @@ private:
     int m_timer;
 };
 
+class ReversedOrder : public QTranslator {
+public:
+    QString translate(const char* context, const char* text, const char*, int) const override {
+        if (qstrcmp(context, "Kestrel::UI::EventGraphView") != 0)
+            return {};
+        return qstrcmp(text, "Time=%1, Value=%2") == 0 ? QStringLiteral("%2=Wert, %1=Zeit")
+               : qstrcmp(text, ", Mean Value=%1") == 0 ? QStringLiteral("; %1 im Mittel")
+                                                       : QString();
+    }
+    bool isEmpty() const override { return false; }
+};
+
 } // namespace
 
 class Window : public QObject {
@@ -128,6 +142,12 @@ private Q_SLOTS:
         // Sample 3 of value 3 stands at 340 ms, 18 pixels above the end of the row.
         QCOMPARE(view.eventTextAt({541, 64}, &rect), QString("Time=340, Value=3, Mean Value=4.5"));
         QCOMPARE(rect, QRect(538, 64, 5, 5));
+        // In the user's language, but not what any thread may ask for.
+        ReversedOrder language;
+        QCoreApplication::installTranslator(&language);
+        QCOMPARE(view.eventTextAt({541, 64}), QString("3=Wert, 340=Zeit; 4.5 im Mittel"));
+        QCOMPARE(view.snapshot().tracks.at(1).tooltipText, QString(", Mean Value=4.5"));
+        QCoreApplication::removeTranslator(&language);
         // Between activities, beside a sample and below the rows.
         for (const QPoint& nothing : {QPoint(350, 5), QPoint(543, 66), QPoint(310, 300)})
             QCOMPARE(view.eventTextAt(nothing), QString());

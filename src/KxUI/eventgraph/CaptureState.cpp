@@ -192,14 +192,14 @@ EventUserDataIP CaptureState::userDataOf(const TrackInfo& info, quint64 number) 
     return track->events[static_cast<std::size_t>(number - track->removed)].userData;
 }
 
-QString CaptureState::tooltipText(const TrackInfo& info) {
+QString CaptureState::localTooltipText(const TrackInfo& info) {
     TrackTotals totals;
     {
         const MutexGuard guard(profilerMutex());
         if (const EventTrackPrivate* const track = living(info))
             totals = track->totals;
     }
-    return UI::tooltipText(info.type, totals);
+    return UI::localTooltipText(info.type, totals);
 }
 
 quint64 CaptureState::stateOfAllTracks() {

@@ -95,8 +95,9 @@ public:
      */
     static EventUserDataIP userDataOf(const TrackInfo& info, quint64 number);
 
-    /** The track's addition to tooltips; empty when it is gone. Takes the mutex. */
-    static QString tooltipText(const TrackInfo& info);
+    /** The track's addition to tooltips, in the user's language; empty when it is gone. Takes the
+        mutex, but not while it asks for a translation. Interface thread. */
+    static QString localTooltipText(const TrackInfo& info);
 
     /** Counts what happens to tracks and rows of all views, so that what was made of them can be
         told to be old. Under the mutex; stateOfAllTracks() takes it. */

@@ -288,7 +288,7 @@ QString EventGraphView::eventTextAt(const QPoint& point, QRect* hitRect) const {
         text = userText(scene.index(*hit->row), hit->event.event);
     if (!text.isEmpty())
         text += QLatin1String(", ");
-    return text + hitText(hit->event) + CaptureState::tooltipText(hit->row->track);
+    return text + hitText(hit->event) + CaptureState::localTooltipText(hit->row->track);
 }
 
 void EventGraphView::paintEvent(QPaintEvent* event) {

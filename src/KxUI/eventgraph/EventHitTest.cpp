@@ -1,5 +1,7 @@
 #include <KxUI/eventgraph/EventHitTest_p.h>
 
+#include <KxUI/eventgraph/EventGraphView.h>
+
 #include <algorithm>
 
 namespace Kestrel::UI {
@@ -206,16 +208,16 @@ std::optional<RowHit> hitRows(const Scene& scene, const RowProbe& probe) {
 }
 
 QString hitText(const EventHit& hit) {
+    const QString time = QString::number(hit.time);
     switch (hit.kind) {
     case EventHit::Kind::Sample:
-        return QStringLiteral("Time=%1, Value=%2")
-            .arg(QString::number(hit.time),
-                 QString::number(static_cast<double>(hit.value), 'g', 6));
+        return EventGraphView::tr("Time=%1, Value=%2")
+            .arg(time, QString::number(static_cast<double>(hit.value), 'g', 6));
     case EventHit::Kind::Instant:
-        return QStringLiteral("Time=") + QString::number(hit.time);
+        return EventGraphView::tr("Time=%1").arg(time);
     case EventHit::Kind::Activity:
-        return QStringLiteral("Start=%1, Duration=%2")
-            .arg(QString::number(hit.time), QString::number(timeDifference(hit.end, hit.time)));
+        return EventGraphView::tr("Start=%1, Duration=%2")
+            .arg(time, QString::number(timeDifference(hit.end, hit.time)));
     }
     return {};
 }

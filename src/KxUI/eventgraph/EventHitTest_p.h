@@ -55,7 +55,8 @@ struct RowHit {
 };
 std::optional<RowHit> hitRows(const Scene& scene, const RowProbe& probe);
 
-/** What the view tells of an event: its times and its value. */
+/** What the view tells of an event, in the user's language: its times and its value. Interface
+    thread. */
 QString hitText(const EventHit& hit);
 
 } // namespace Kestrel::UI

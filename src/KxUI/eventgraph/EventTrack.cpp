@@ -1,6 +1,7 @@
 #include <KxUI/eventgraph/EventTrack_p.h>
 
 #include <KxUI/eventgraph/CaptureState_p.h>
+#include <KxUI/eventgraph/EventGraphView.h>
 #include <KxUI/eventgraph/EventTrackSnapshot.h>
 #include <KxUI/eventgraph/IEventGraphTimer.h>
 
@@ -310,25 +311,50 @@ void EventTrackPrivate::unlink() {
         track->timeTrack = nullptr;
 }
 
-QString tooltipText(EventTrack::TrackType type, const TrackTotals& totals) {
-    const auto mean = [](const char* label, double value) {
-        return QLatin1String(label) + QString::number(value, 'g', 6);
-    };
+namespace {
+
+struct Mean {
+    const char* text = nullptr; // null: there is none
+    double value = 0;
+};
+
+Mean meanOf(EventTrack::TrackType type, const TrackTotals& totals) {
     switch (type) {
     case EventTrack::TrackType::Timeline:
         if (totals.count != 0)
-            return mean(", Mean Duration=", double(totals.duration) / totals.count);
+            return {QT_TRANSLATE_NOOP("Kestrel::UI::EventGraphView", ", Mean Duration=%1"),
+                    double(totals.duration) / totals.count};
         break;
     case EventTrack::TrackType::Value:
         if (totals.count != 0)
-            return mean(", Mean Value=", totals.values / totals.count);
+            return {QT_TRANSLATE_NOOP("Kestrel::UI::EventGraphView", ", Mean Value=%1"),
+                    totals.values / totals.count};
         break;
     case EventTrack::TrackType::Bandwidth:
         if (totals.duration != 0)
-            return mean(", Mean Bandwidth=", double(totals.bytes) * 1000.0 / totals.duration);
+            return {QT_TRANSLATE_NOOP("Kestrel::UI::EventGraphView", ", Mean Bandwidth=%1"),
+                    double(totals.bytes) * 1000.0 / totals.duration};
         break;
     }
     return {};
+}
+
+QString inserted(const QString& text, double value) {
+    return text.arg(QString::number(value, 'g', 6));
+}
+
+} // namespace
+
+// Asked for by any thread, also while the application with its translators comes to its end: not
+// translated.
+QString tooltipText(EventTrack::TrackType type, const TrackTotals& totals) {
+    const Mean mean = meanOf(type, totals);
+    return mean.text ? inserted(QString::fromLatin1(mean.text), mean.value) : QString();
+}
+
+QString localTooltipText(EventTrack::TrackType type, const TrackTotals& totals) {
+    const Mean mean = meanOf(type, totals);
+    return mean.text ? inserted(EventGraphView::tr(mean.text), mean.value) : QString();
 }
 
 QString EventTrack::trackTooltipText() const {

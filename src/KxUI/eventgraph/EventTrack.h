@@ -154,8 +154,9 @@ public:
     /** Drops the events at the front that are older than `startTime`. Any thread. */
     void finaliseHistory(int startTime);
 
-    /** The mean as an addition to a tooltip, such as ", Mean Duration=12.5"; empty without one. Any
-        thread. */
+    /** The mean as an addition to a tooltip, such as ", Mean Duration=12.5"; empty without one. In
+        English, since any thread may ask; EventGraphView::eventTextAt() is in the user's language.
+        Any thread. */
     QString trackTooltipText() const;
 
     /** What the track was made with. */

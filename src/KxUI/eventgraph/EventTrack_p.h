@@ -50,6 +50,9 @@ struct TrackTotals {
 /** The addition to tooltips of a track of a type. */
 QString tooltipText(EventTrack::TrackType type, const TrackTotals& totals);
 
+/** The same in the user's language. Interface thread, not under a lock. */
+QString localTooltipText(EventTrack::TrackType type, const TrackTotals& totals);
+
 /** The fields of a track, and what changes them. All of it is under the mutex of the profiler, but
     for `capture`; what records holds the state lock of the capture, too. */
 struct EventTrackPrivate {
