@@ -31,7 +31,7 @@ void goWithoutScreen(const ToolLine& line) {
 } // namespace
 
 int main(int argc, char** argv) {
-    nameProgram();
+    nameProgram("kxui-workbench-tool");
     const ToolLine line = readArguments(argc, argv, parseToolLine);
     if (line.action != CommandLine::Action::Run)
         return endAt(line);

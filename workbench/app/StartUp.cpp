@@ -20,6 +20,8 @@ namespace Kestrel::Workbench {
 
 namespace {
 
+const char* programName = "kxui-workbench";
+
 /** The bytes of an argument that was read as this text. */
 std::string argumentBytes(const QString& text, int argc, char** argv) {
     for (int i = 1; i < argc; ++i) {
@@ -32,11 +34,12 @@ std::string argumentBytes(const QString& text, int argc, char** argv) {
 } // namespace
 
 int complain(ExitCode code, const QString& message) {
-    std::fprintf(stderr, "kxui-workbench: %s\n", message.toUtf8().constData());
+    std::fprintf(stderr, "%s: %s\n", programName, message.toUtf8().constData());
     return code;
 }
 
-void nameProgram() {
+void nameProgram(const char* name) {
+    programName = name;
     prepareFileNames();
     QCoreApplication::setOrganizationName(QStringLiteral("Kestrel"));
     QCoreApplication::setApplicationName(QStringLiteral("kxui-workbench"));

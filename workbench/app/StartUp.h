@@ -16,9 +16,10 @@ enum ExitCode { Done = 0, Failed = 1, WrongUse = 2 };
 /** Says what went wrong on standard error; returns the code. */
 int complain(ExitCode code, const QString& message);
 
-/** What has to be set before any application object is made: names, and how file names are read.
+/** What has to be set before any application object is made: names, that which complaints begin
+   with among them, and how file names are read.
  */
-void nameProgram();
+void nameProgram(const char* name = "kxui-workbench");
 
 /** Reads the arguments by `read`, which needs an application object. It is one of their own: that
     of the interface can only be made where there is a screen, and --help must not need one. */
