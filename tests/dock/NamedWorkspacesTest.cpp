@@ -9,9 +9,12 @@
 #include <QDir>
 #include <QInputDialog>
 #include <QMessageBox>
+#include <QPointer>
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QTemporaryDir>
+
+#include <memory>
 
 using namespace Kestrel::UI;
 using namespace Kestrel::Test;
@@ -38,6 +41,35 @@ QAction* entry(const QMenu& menu, const QString& text) {
     return nullptr;
 }
 
+/** Workspaces whose user waits until what was begun is over, and is told what was wrong. */
+class Named : public NamedWorkspaces {
+public:
+    using NamedWorkspaces::NamedWorkspaces;
+
+    QString saved(const QString& name) {
+        return waited([&](const Done& done) { save(name, done); });
+    }
+    QString restored(const QString& name) {
+        return waited([&](const Done& done) { restore(name, done); });
+    }
+    QString renamed(const QString& name, const QString& newName) {
+        return waited([&](const Done& done) { rename(name, newName, done); });
+    }
+    QString removed(const QString& name) {
+        return waited([&](const Done& done) { remove(name, done); });
+    }
+
+private:
+    template <typename Deed>
+    static QString waited(const Deed& deed) {
+        QStringList told;
+        deed([&told](const QString& problem) { told.append(problem); });
+        if (!told.isEmpty() || !QTest::qWaitFor([&told] { return !told.isEmpty(); }))
+            return QStringLiteral("told at once, or never");
+        return told.first();
+    }
+};
+
 } // namespace
 
 class NamedWorkspacesTest : public QObject {
@@ -61,12 +93,10 @@ private Q_SLOTS:
         const QTemporaryDir folder;
         Workspace workspace;
         workspace.pane({"a"});
-        NamedWorkspaces named(&workspace);
+        Named named(&workspace);
         named.setFolder(folder.filePath("below/workspaces"));
-        QString error;
         QCOMPARE(NamedWorkspaces::problemOfName(name).isEmpty(), good);
-        QCOMPARE(named.save(name, &error), good);
-        QCOMPARE(error.isEmpty(), good);
+        QCOMPARE(named.saved(name).isEmpty(), good);
         QCOMPARE(named.names(), good ? QStringList{name.simplified()} : QStringList());
         // Nothing but that file, here or anywhere above.
         QCOMPARE(QDir(named.folder()).entryList(QDir::Files | QDir::Hidden),
@@ -80,12 +110,12 @@ private Q_SLOTS:
         workspace.resize(700, 500);
         workspace.pane({"a"});
         Kestrel::Test::show(workspace);
-        NamedWorkspaces named(&workspace);
+        Named named(&workspace);
         const QSignalSpy listed(&named, &NamedWorkspaces::namesChanged);
         const QSignalSpy current(&named, &NamedWorkspaces::currentChanged);
         named.setFolder(folder.path());
         for (const char* name : {"take 10", "take 9", "Paint"})
-            QVERIFY(named.save(name));
+            QCOMPARE(named.saved(name), QString());
         QCOMPARE(named.names(), QStringList({"Paint", "take 9", "take 10"}));
         QCOMPARE(listed.count(), 3);
         QCOMPARE(named.current(), QString("Paint"));
@@ -94,20 +124,20 @@ private Q_SLOTS:
         workspace.pane({"b"});
         settle();
         const QByteArray two = workspace.saved();
-        QVERIFY(named.save("TAKE 9")); // the same name
+        QCOMPARE(named.saved("TAKE 9"), QString()); // the same name
         QCOMPARE(named.names().size(), 3);
         QCOMPARE(named.current(), QString("take 9"));
-        QVERIFY(named.restore("Paint"));
+        QCOMPARE(named.restored("Paint"), QString());
         settle();
         QCOMPARE(workspace.saved(), one);
-        QVERIFY(named.restore("take 9"));
+        QCOMPARE(named.restored("take 9"), QString());
         settle();
         QCOMPARE(workspace.saved(), two);
 
-        QVERIFY(named.rename("take 9", "Take nine"));
+        QCOMPARE(named.renamed("take 9", "Take nine"), QString());
         QCOMPARE(named.current(), QString("Take nine"));
-        QVERIFY(named.rename("Take nine", "take Nine"));
-        QVERIFY(named.remove("take Nine"));
+        QCOMPARE(named.renamed("Take nine", "take Nine"), QString());
+        QCOMPARE(named.removed("take Nine"), QString());
         QCOMPARE(named.current(), QString());
         QCOMPARE(named.names(), QStringList({"Paint", "take 10"}));
         QVERIFY(current.count() >= 6);
@@ -117,44 +147,77 @@ private Q_SLOTS:
         QVERIFY(QFile::copy(folder.filePath("take 10.xml"), folder.filePath("found.xml")));
         QVERIFY(QFile::copy(folder.filePath("take 10.xml"), folder.filePath("com1.xml")));
         named.refresh();
-        QCOMPARE(named.names(), QStringList({"found", "take 10"}));
+        QTRY_COMPARE(named.names(), QStringList({"found", "take 10"}));
     }
 
     void failures() {
         const QTemporaryDir folder;
         Workspace workspace;
         workspace.pane({"a"});
-        NamedWorkspaces named(&workspace);
-        QString error;
-        QVERIFY(!named.save("a", &error)); // nowhere
-        QVERIFY(!error.isEmpty());
-        QVERIFY(!NamedWorkspaces().save("a", &error));
+        Named named(&workspace);
+        QVERIFY(!named.saved("a").isEmpty()); // nowhere
+        QVERIFY(!Named().saved("a").isEmpty());
         named.setFolder(folder.path());
-        QVERIFY(named.save("a") && named.save("b"));
+        for (const char* name : {"a", "b"})
+            QCOMPARE(named.saved(name), QString());
         QFile damaged(folder.filePath("a.xml"));
         QVERIFY(damaged.open(QIODevice::WriteOnly) && damaged.write("<layout ") > 0);
         damaged.close();
         const QByteArray before = workspace.saved();
-        const auto fails = [&error](bool done) {
-            const bool told = !error.isEmpty();
-            error.clear();
-            return !done && told;
-        };
-        QVERIFY(fails(named.restore("a", &error)));
+        QVERIFY(!named.restored("a").isEmpty());
         QCOMPARE(workspace.saved(), before);
         QCOMPARE(named.current(), QString("b"));
-        QVERIFY(fails(named.restore("none", &error)));
-        QVERIFY(fails(named.rename("none", "c", &error)));
-        QVERIFY(fails(named.rename("a", "b", &error)));
-        QVERIFY(fails(named.rename("a", "../b", &error)));
-        QVERIFY(fails(named.remove("none", &error)));
-        QVERIFY(fails(named.remove("../b", &error)));
+        QVERIFY(!named.restored("none").isEmpty());
+        QVERIFY(!named.renamed("none", "c").isEmpty());
+        QVERIFY(named.renamed("a", "B").contains("\"b\"")); // as it is written
+        QVERIFY(!named.renamed("a", "../b").isEmpty());
+        QVERIFY(!named.removed("none").isEmpty());
+        QVERIFY(!named.removed("../b").isEmpty());
+        QCOMPARE(named.names(), QStringList({"a", "b"}));
         // A folder stands where the file would; another is a file.
         QVERIFY(QDir(folder.path()).mkdir("d.xml"));
-        QVERIFY(fails(named.save("d", &error)));
+        QVERIFY(!named.saved("d").isEmpty());
         named.setFolder(folder.filePath("b.xml/x"));
-        QVERIFY(fails(named.save("a", &error)));
-        QVERIFY(!named.restore("a")); // no one asks why
+        QVERIFY(!named.saved("a").isEmpty());
+        named.restore("a"); // no one asks why
+        QCOMPARE(named.names(), QStringList());
+    }
+
+    // What was begun is done in its order, whatever becomes of who began it.
+    void meanwhile() {
+        const QTemporaryDir folder;
+        Workspace workspace;
+        workspace.pane({"a"});
+        auto named = std::make_unique<Named>(&workspace);
+        named->setFolder(folder.path());
+        int told = 0;
+        named->save("one", [&told](const QString&) { ++told; });
+        named->rename("one", "two", [&told](const QString&) { ++told; });
+        named.reset();
+        QTRY_VERIFY(QFile::exists(folder.filePath("two.xml")));
+        QVERIFY(!QFile::exists(folder.filePath("one.xml")));
+        settle();
+        QCOMPARE(told, 0);
+
+        // What a folder has is not taken for what the next one has.
+        auto* last = new Named(&workspace);
+        last->setFolder(folder.path());
+        last->setCurrent("TWO");
+        QCOMPARE(last->current(), QString());
+        QTRY_COMPARE(last->current(), QString("two"));
+        last->refresh();
+        last->setFolder(folder.filePath("none"));
+        QCOMPARE(last->names() + QStringList(last->current()), QStringList(QString()));
+        QCOMPARE(last->saved("three"), QString());
+        QCOMPARE(last->names(), QStringList("three"));
+        last->setCurrent("two");
+        QCOMPARE(last->current(), QString());
+
+        // One that is told may destroy it.
+        const QPointer<Named> alive(last);
+        last->restore("three", [last](const QString&) { delete last; });
+        QTRY_VERIFY(!alive);
+        settle();
     }
 
     void menu() {
@@ -162,19 +225,25 @@ private Q_SLOTS:
         Workspace workspace;
         workspace.pane({"a"});
         show(workspace);
-        NamedWorkspaces named(&workspace);
+        Named named(&workspace);
         named.setFolder(folder.path());
         NamedWorkspacesMenu menu(&workspace);
         QVERIFY(menu.actions().isEmpty());
         menu.setWorkspaces(&named);
+        // The entries change once the folder has been read again.
         const auto choose = [&menu](const QString& text, const QString& inside = QString()) {
             Q_EMIT menu.aboutToShow();
-            QAction* action = entry(menu, text);
-            if (action && !inside.isEmpty())
-                action = entry(*action->menu(), inside);
-            if (action)
-                action->trigger();
-            return action != nullptr;
+            QAction* action = nullptr;
+            const auto isThere = [&] {
+                action = entry(menu, text);
+                if (action && !inside.isEmpty())
+                    action = entry(*action->menu(), inside);
+                return action != nullptr;
+            };
+            if (!QTest::qWaitFor(isThere))
+                return false;
+            action->trigger();
+            return true;
         };
         const auto answer = [&workspace](const QString& name) {
             auto* dialog = shown<QInputDialog>(workspace);
@@ -185,20 +254,19 @@ private Q_SLOTS:
             return true;
         };
         const auto press = [&workspace](int button) {
-            auto* box = shown<QMessageBox>(workspace);
-            if (box)
+            QMessageBox* box = nullptr;
+            if (QTest::qWaitFor([&] { return (box = shown<QMessageBox>(workspace)) != nullptr; }))
                 box->buttons().at(button)->click();
             return box != nullptr;
         };
 
         QVERIFY(choose("Save As...") && answer("One & two"));
         QVERIFY(choose("Save As...") && answer("x"));
-        QCOMPARE(named.current(), QString("x"));
+        QTRY_COMPARE(named.current(), QString("x"));
         workspace.pane({"b"});
         QVERIFY(choose("One  two")); // the ampersands are gone with the mnemonics
-        QCOMPARE(named.current(), QString("One & two"));
+        QTRY_COMPARE(named.current(), QString("One & two"));
         QCOMPARE(workspace.docks().size(), 1);
-        Q_EMIT menu.aboutToShow();
         QVERIFY(entry(menu, "x") && !entry(menu, "x")->isChecked());
 
         workspace.pane({"b"});
@@ -220,8 +288,9 @@ private Q_SLOTS:
                 break;
             }
         }
-        QCOMPARE(named.names(), QStringList("One & two"));
+        QTRY_COMPARE(named.names(), QStringList("One & two"));
         settle();
+        QCOMPARE(menu.findChildren<QMenu*>().size(), 2); // those of before are gone
     }
 };
 

@@ -2,8 +2,10 @@
 
 #include <KxUI/dock/DockLayoutError.h>
 #include <KxUI/dock/DockMainWindow.h>
+#include <KxUI/dock/FileQueue_p.h>
 #include <KxUI/kit/InterfaceThread_p.h>
 
+#include <QBuffer>
 #include <QCollator>
 #include <QDir>
 #include <QFile>
@@ -42,56 +44,127 @@ bool hasForeignCharacter(const QString& name) {
     });
 }
 
-/** Says what went wrong to who wants to know; returns whether nothing did. */
-bool tell(const QString& problem, QString* error) {
-    if (error)
-        *error = problem;
-    return problem.isEmpty();
+using Outcome = FileQueue::Outcome;
+using Fault = Outcome::Fault;
+
+/** More than a layout ever has: whatever that is, it shall not fill the memory. */
+constexpr qint64 LargestFile = 64 << 20;
+
+enum class NameFault { None, Empty, Long, Character, Dot, Reserved };
+
+NameFault faultOf(const QString& name) {
+    if (name.isEmpty())
+        return NameFault::Empty;
+    if (name.size() > NamedWorkspaces::MaximumNameLength)
+        return NameFault::Long;
+    if (hasForeignCharacter(name))
+        return NameFault::Character;
+    if (name.startsWith(QLatin1Char('.')) || name.endsWith(QLatin1Char('.')))
+        return NameFault::Dot;
+    return isReserved(name) ? NameFault::Reserved : NameFault::None;
 }
 
-} // namespace
+// What follows runs on the queue's thread, and so leaves texts to those who show them.
 
-struct NamedWorkspaces::Private {
-    QPointer<DockMainWindow> workspace;
-    QString folder;
-    QStringList names;
-    QString current;
+QString fileOf(const QString& folder, const QString& name) {
+    return QDir(folder).filePath(name + suffix());
+}
 
-    QString file(const QString& name) const { return QDir(folder).filePath(name + suffix()); }
-
-    /** The name as it is written in the list; empty when it is not there. */
-    QString listed(const QString& name) const {
-        const auto found = std::find_if(names.begin(), names.end(), [&name](const QString& other) {
-            return same(other, name);
-        });
-        return found == names.end() ? QString() : *found;
-    }
-
-    QStringList read() const;
-    QString problem(const QString& name) const;
-    QString problemOfListed(const QString& name) const;
-    QString write(const QString& name) const;
-    QString arrange(const QString& name) const;
-    void publish(NamedWorkspaces* owner, const QString& wanted);
-};
-
-QStringList NamedWorkspaces::Private::read() const {
+QStringList namesIn(const QString& folder) {
     QStringList found;
     if (folder.isEmpty())
         return found;
     const auto files = QDir(folder).entryList({QLatin1Char('*') + suffix()}, QDir::Files);
     for (const QString& file : files) {
         const QString name = file.chopped(suffix().size());
-        if (file.endsWith(suffix()) && cleanName(name) == name && problemOfName(name).isEmpty())
+        if (file.endsWith(suffix()) && NamedWorkspaces::cleanName(name) == name &&
+            faultOf(name) == NameFault::None)
             found.append(name);
     }
-    // Without a language numbers are not counted: "10" would stand before "9".
-    const QLocale locale;
-    QCollator order(locale.language() == QLocale::C ? QLocale(QLocale::English) : locale);
-    order.setNumericMode(true);
-    std::sort(found.begin(), found.end(), order);
     return found;
 }
+
+/** The name as it is written in a list; empty when it is not there. */
+QString listedIn(const QStringList& names, const QString& name) {
+    const auto found = std::find_if(names.begin(), names.end(),
+                                    [&name](const QString& other) { return same(other, name); });
+    return found == names.end() ? QString() : *found;
+}
+
+Outcome outcomeOf(const QString& folder, Fault fault = Fault::None, const QString& text = {}) {
+    return {fault, text, namesIn(folder), {}};
+}
+
+Outcome saveFile(const QString& folder, const QString& name, const QByteArray& layout) {
+    if (!QDir().mkpath(folder))
+        return outcomeOf(folder, Fault::NoFolder, QDir::toNativeSeparators(folder));
+    const QString old = listedIn(namesIn(folder), name);
+    QSaveFile output(fileOf(folder, old.isEmpty() ? name : old));
+    if (!output.open(QIODevice::WriteOnly) || output.write(layout) != layout.size() ||
+        !output.commit())
+        return outcomeOf(folder, Fault::System, output.errorString());
+    return outcomeOf(folder);
+}
+
+Outcome readFile(const QString& folder, const QString& name) {
+    const QString listed = listedIn(namesIn(folder), name);
+    if (listed.isEmpty())
+        return outcomeOf(folder, Fault::NoSuchName, name);
+    QFile input(fileOf(folder, listed));
+    if (!input.open(QIODevice::ReadOnly))
+        return outcomeOf(folder, Fault::System, input.errorString());
+    Outcome outcome = outcomeOf(folder);
+    outcome.bytes = input.read(LargestFile);
+    return outcome;
+}
+
+Outcome renameFile(const QString& folder, const QString& name, const QString& newName) {
+    const QStringList names = namesIn(folder);
+    const QString old = listedIn(names, name);
+    if (old.isEmpty())
+        return outcomeOf(folder, Fault::NoSuchName, name);
+    const QString taken = listedIn(names, newName);
+    if (!taken.isEmpty() && taken != old)
+        return outcomeOf(folder, Fault::NameTaken, taken);
+    QFile file(fileOf(folder, old));
+    if (old != newName && !file.rename(fileOf(folder, newName)))
+        return outcomeOf(folder, Fault::System, file.errorString());
+    return outcomeOf(folder);
+}
+
+Outcome removeFile(const QString& folder, const QString& name) {
+    const QString listed = listedIn(namesIn(folder), name);
+    if (listed.isEmpty())
+        return outcomeOf(folder, Fault::NoSuchName, name);
+    QFile file(fileOf(folder, listed));
+    if (!file.remove())
+        return outcomeOf(folder, Fault::System, file.errorString());
+    return outcomeOf(folder);
+}
+
+} // namespace
+
+struct NamedWorkspaces::Private {
+    explicit Private(NamedWorkspaces* owner)
+        : q(owner) {}
+
+    NamedWorkspaces* const q;
+    QPointer<DockMainWindow> workspace;
+    QString folder;
+    QStringList names;
+    QString current;
+    QString wanted; // becomes the current one when the folder has it
+    FileQueue files;
+
+    using Finish = std::function<QString(const Outcome& outcome)>;
+
+    QString problem(const QString& name) const;
+    static QString problemOf(const Outcome& outcome);
+    QString arrange(const QByteArray& layout) const;
+    void begin(const QString& problem, const FileQueue::Work& work, const Finish& finish,
+               const Done& done);
+    void publish(const QStringList& found);
+};
 
 /** Why nothing can be done with that name. */
 QString NamedWorkspaces::Private::problem(const QString& name) const {
@@ -102,54 +175,76 @@ QString NamedWorkspaces::Private::problem(const QString& name) const {
     return problemOfName(name);
 }
 
-QString NamedWorkspaces::Private::problemOfListed(const QString& name) const {
-    const QString problem = this->problem(name);
-    if (problem.isEmpty() && listed(name).isEmpty())
-        return NamedWorkspaces::tr("There is no workspace \"%1\".").arg(name);
-    return problem;
-}
-
-QString NamedWorkspaces::Private::write(const QString& name) const {
-    if (!QDir().mkpath(folder))
-        return NamedWorkspaces::tr("The folder \"%1\" cannot be made.")
-            .arg(QDir::toNativeSeparators(folder));
-    QSaveFile output(file(name));
-    if (!output.open(QIODevice::WriteOnly))
-        return output.errorString();
-    if (!workspace->saveLayout(&output, nullptr)) {
-        const QString problem = output.errorString();
-        output.cancelWriting();
-        return problem;
+QString NamedWorkspaces::Private::problemOf(const Outcome& outcome) {
+    switch (outcome.fault) {
+    case Fault::None:
+        break;
+    case Fault::NoFolder:
+        return NamedWorkspaces::tr("The folder \"%1\" cannot be made.").arg(outcome.text);
+    case Fault::NoSuchName:
+        return NamedWorkspaces::tr("There is no workspace \"%1\".").arg(outcome.text);
+    case Fault::NameTaken:
+        return NamedWorkspaces::tr("There is a workspace \"%1\" already.").arg(outcome.text);
+    case Fault::System:
+        return outcome.text;
     }
-    return output.commit() ? QString() : output.errorString();
+    return {};
 }
 
-QString NamedWorkspaces::Private::arrange(const QString& name) const {
-    QFile input(file(name));
-    if (!input.open(QIODevice::ReadOnly))
-        return input.errorString();
+QString NamedWorkspaces::Private::arrange(const QByteArray& layout) const {
+    if (!workspace)
+        return NamedWorkspaces::tr("There is no workspace.");
+    QBuffer input;
+    input.setData(layout);
+    input.open(QIODevice::ReadOnly);
     DockLayoutError error;
     if (workspace->restoreWholeLayout(&input, false, &error))
         return {};
     return error.message();
 }
 
-/** Reads the folder, makes the workspace of the wanted name the current one, and tells of both. */
-void NamedWorkspaces::Private::publish(NamedWorkspaces* owner, const QString& wanted) {
-    const QStringList oldNames = std::exchange(names, read());
-    const QString oldCurrent = std::exchange(current, listed(wanted));
-    const QStringList newNames = names;
+/** Has the work done unless there is a problem already. Then `finish` says what else went wrong,
+   the names are published, and who asked is told. */
+void NamedWorkspaces::Private::begin(const QString& problem, const FileQueue::Work& work,
+                                     const Finish& finish, const Done& done) {
+    const bool refused = !problem.isEmpty();
+    const auto nothing = [] { return Outcome(); };
+    files.add(refused ? FileQueue::Work(nothing) : work,
+              [this, problem, refused, finish, done, from = folder](const Outcome& outcome) {
+                  // The pages that come and go may take this with them.
+                  const QPointer<NamedWorkspaces> alive(q);
+                  QString found = refused ? problem : problemOf(outcome);
+                  if (found.isEmpty() && finish)
+                      found = finish(outcome);
+                  if (alive && !refused && from == folder)
+                      publish(outcome.names);
+                  if (alive && done)
+                      done(found);
+              });
+}
+
+/** Takes over what the folder has, and tells of what that changes. */
+void NamedWorkspaces::Private::publish(const QStringList& found) {
+    QStringList sorted = found;
+    // Without a language numbers are not counted: "10" would stand before "9".
+    const QLocale locale;
+    QCollator order(locale.language() == QLocale::C ? QLocale(QLocale::English) : locale);
+    order.setNumericMode(true);
+    std::sort(sorted.begin(), sorted.end(), order);
+    const QStringList oldNames = std::exchange(names, sorted);
+    const QString oldCurrent = std::exchange(current, listedIn(sorted, wanted));
+    wanted = current;
     const QString newCurrent = current;
-    const QPointer<NamedWorkspaces> alive(owner);
-    if (newNames != oldNames)
-        Q_EMIT owner->namesChanged(newNames);
+    const QPointer<NamedWorkspaces> alive(q);
+    if (sorted != oldNames)
+        Q_EMIT q->namesChanged(sorted);
     if (alive && newCurrent != oldCurrent)
-        Q_EMIT owner->currentChanged(newCurrent);
+        Q_EMIT q->currentChanged(newCurrent);
 }
 
 NamedWorkspaces::NamedWorkspaces(DockMainWindow* workspace)
     : QObject(workspace)
-    , d(std::make_unique<Private>()) {
+    , d(std::make_unique<Private>(this)) {
     d->workspace = workspace;
 }
 
@@ -168,8 +263,11 @@ void NamedWorkspaces::setFolder(const QString& folder) {
     if (folder == d->folder)
         return;
     d->folder = folder;
+    d->wanted.clear();
     const QPointer<NamedWorkspaces> alive(this);
     Q_EMIT folderChanged(folder);
+    if (alive)
+        d->publish({});
     if (alive)
         refresh();
 }
@@ -179,11 +277,23 @@ QStringList NamedWorkspaces::names() const {
 }
 
 bool NamedWorkspaces::contains(const QString& name) const {
-    return !d->listed(cleanName(name)).isEmpty();
+    return !listedIn(d->names, cleanName(name)).isEmpty();
 }
 
 QString NamedWorkspaces::current() const {
     return d->current;
+}
+
+void NamedWorkspaces::setCurrent(const QString& name) {
+    KXUI_INTERFACE_THREAD(this);
+    d->wanted = cleanName(name);
+    const QString listed = listedIn(d->names, d->wanted);
+    if (listed == d->current) {
+        refresh();
+        return;
+    }
+    d->current = listed;
+    Q_EMIT currentChanged(listed);
 }
 
 QString NamedWorkspaces::cleanName(const QString& text) {
@@ -192,80 +302,84 @@ QString NamedWorkspaces::cleanName(const QString& text) {
 
 QString NamedWorkspaces::problemOfName(const QString& text) {
     const QString name = cleanName(text);
-    if (name.isEmpty())
+    switch (faultOf(name)) {
+    case NameFault::None:
+        break;
+    case NameFault::Empty:
         return NamedWorkspaces::tr("A workspace needs a name.");
-    if (name.size() > MaximumNameLength)
+    case NameFault::Long:
         return NamedWorkspaces::tr("The name has more than %1 characters.").arg(MaximumNameLength);
-    if (hasForeignCharacter(name))
+    case NameFault::Character:
         return NamedWorkspaces::tr("A name cannot have one of the characters / \\ : * ? \" < > |");
-    if (name.startsWith(QLatin1Char('.')) || name.endsWith(QLatin1Char('.')))
+    case NameFault::Dot:
         return NamedWorkspaces::tr("A name cannot begin or end with a dot.");
-    if (isReserved(name))
+    case NameFault::Reserved:
         return NamedWorkspaces::tr("\"%1\" is a name that some systems keep for themselves.")
             .arg(name);
+    }
     return {};
 }
 
 void NamedWorkspaces::refresh() {
-    d->publish(this, d->current);
+    const auto read = [folder = d->folder] { return outcomeOf(folder); };
+    d->begin({}, read, {}, {});
 }
 
-bool NamedWorkspaces::save(const QString& text, QString* error) {
-    const QString name = cleanName(text);
-    QString problem = d->problem(name);
-    if (problem.isEmpty()) {
-        const QString old = d->listed(name);
-        problem = d->write(old.isEmpty() ? name : old);
-    }
-    if (problem.isEmpty())
-        d->publish(this, name);
-    return tell(problem, error);
-}
-
-bool NamedWorkspaces::restore(const QString& text, QString* error) {
+void NamedWorkspaces::save(const QString& text, const Done& done) {
     KXUI_INTERFACE_THREAD(this);
     const QString name = cleanName(text);
-    const QPointer<NamedWorkspaces> alive(this);
-    QString problem = d->problemOfListed(name);
+    const QString problem = d->problem(name);
+    QBuffer layout;
+    layout.open(QIODevice::WriteOnly);
     if (problem.isEmpty())
-        problem = d->arrange(d->listed(name));
-    // The pages that came and went may have taken this with them.
-    if (problem.isEmpty() && alive)
-        d->publish(this, name);
-    return tell(problem, error);
+        d->workspace->saveLayout(&layout, nullptr);
+    const auto write = [folder = d->folder, name, bytes = layout.data()] {
+        return saveFile(folder, name, bytes);
+    };
+    const auto finish = [this, name](const Outcome&) {
+        d->wanted = name;
+        return QString();
+    };
+    d->begin(problem, write, finish, done);
 }
 
-bool NamedWorkspaces::rename(const QString& text, const QString& newText, QString* error) {
+void NamedWorkspaces::restore(const QString& text, const Done& done) {
+    KXUI_INTERFACE_THREAD(this);
+    const QString name = cleanName(text);
+    const auto read = [folder = d->folder, name] { return readFile(folder, name); };
+    const auto finish = [this, name](const Outcome& outcome) {
+        const QPointer<NamedWorkspaces> alive(this);
+        const QString problem = d->arrange(outcome.bytes);
+        if (alive && problem.isEmpty())
+            d->wanted = name;
+        return problem;
+    };
+    d->begin(d->problem(name), read, finish, done);
+}
+
+void NamedWorkspaces::rename(const QString& text, const QString& newText, const Done& done) {
+    KXUI_INTERFACE_THREAD(this);
     const QString name = cleanName(text);
     const QString newName = cleanName(newText);
-    QString problem = d->problemOfListed(name);
+    QString problem = d->problem(name);
     if (problem.isEmpty())
         problem = problemOfName(newName);
-    if (problem.isEmpty() && !same(name, newName) && contains(newName))
-        problem = NamedWorkspaces::tr("There is a workspace \"%1\" already.").arg(newName);
-    const QString old = d->listed(name);
-    if (problem.isEmpty() && old != newName) {
-        QFile file(d->file(old));
-        if (!file.rename(d->file(newName)))
-            problem = file.errorString();
-        else
-            d->publish(this, same(d->current, name) ? newName : d->current);
-    }
-    return tell(problem, error);
+    const auto move = [folder = d->folder, name, newName] {
+        return renameFile(folder, name, newName);
+    };
+    const auto finish = [this, name, newName](const Outcome&) {
+        if (same(d->wanted, name))
+            d->wanted = newName;
+        return QString();
+    };
+    d->begin(problem, move, finish, done);
 }
 
-bool NamedWorkspaces::remove(const QString& text, QString* error) {
+void NamedWorkspaces::remove(const QString& text, const Done& done) {
     KXUI_INTERFACE_THREAD(this);
     const QString name = cleanName(text);
-    QString problem = d->problemOfListed(name);
-    if (problem.isEmpty()) {
-        QFile file(d->file(d->listed(name)));
-        if (!file.remove())
-            problem = file.errorString();
-        else
-            d->publish(this, d->current);
-    }
-    return tell(problem, error);
+    const auto erase = [folder = d->folder, name] { return removeFile(folder, name); };
+    d->begin(d->problem(name), erase, {}, done);
 }
 
 } // namespace Kestrel::UI

@@ -26,7 +26,8 @@ struct NamedWorkspacesMenu::Private {
     NamedWorkspacesMenu* const menu;
     QPointer<NamedWorkspaces> workspaces;
 
-    using Deed = std::function<bool(NamedWorkspaces& workspaces, QString* error)>;
+    using Deed =
+        std::function<void(NamedWorkspaces& workspaces, const NamedWorkspaces::Done& done)>;
     using NamedDeed = void (Private::*)(const QString& name);
 
     QWidget* window() const;
@@ -52,9 +53,12 @@ QWidget* NamedWorkspacesMenu::Private::window() const {
 
 void NamedWorkspacesMenu::Private::fill() {
     menu->clear();
+    // Those of before are children of the menu, and no entries of it any more.
+    const auto submenus = menu->findChildren<QMenu*>(QString(), Qt::FindDirectChildrenOnly);
+    for (QMenu* submenu : submenus)
+        submenu->deleteLater();
     if (!workspaces)
         return;
-    workspaces->refresh();
     addEntries(menu, &Private::restore, true);
     menu->addSeparator();
     const QString current = workspaces->current();
@@ -87,13 +91,15 @@ void NamedWorkspacesMenu::Private::addEntries(QMenu* to, NamedDeed deed, bool ma
 void NamedWorkspacesMenu::Private::act(const QString& title, const Deed& deed) {
     if (!workspaces)
         return;
-    QString problem;
     const QPointer<NamedWorkspacesMenu> alive(menu);
-    if (deed(*workspaces, &problem) || !alive)
-        return;
-    auto* box = new QMessageBox(QMessageBox::Warning, title, problem, QMessageBox::Ok, window());
-    box->setAttribute(Qt::WA_DeleteOnClose);
-    box->open();
+    deed(*workspaces, [this, alive, title](const QString& problem) {
+        if (!alive || problem.isEmpty())
+            return;
+        auto* box =
+            new QMessageBox(QMessageBox::Warning, title, problem, QMessageBox::Ok, window());
+        box->setAttribute(Qt::WA_DeleteOnClose);
+        box->open();
+    });
 }
 
 void NamedWorkspacesMenu::Private::askName(const QString& title, const QString& suggestion,
@@ -123,12 +129,12 @@ void NamedWorkspacesMenu::Private::confirm(const QString& question, const QStrin
 
 void NamedWorkspacesMenu::Private::restore(const QString& name) {
     act(NamedWorkspacesMenu::tr("Load Workspace"),
-        [name](NamedWorkspaces& of, QString* error) { return of.restore(name, error); });
+        [name](NamedWorkspaces& of, const NamedWorkspaces::Done& done) { of.restore(name, done); });
 }
 
 void NamedWorkspacesMenu::Private::save(const QString& name) {
     act(NamedWorkspacesMenu::tr("Save Workspace"),
-        [name](NamedWorkspaces& of, QString* error) { return of.save(name, error); });
+        [name](NamedWorkspaces& of, const NamedWorkspaces::Done& done) { of.save(name, done); });
 }
 
 void NamedWorkspacesMenu::Private::saveAs() {
@@ -146,8 +152,8 @@ void NamedWorkspacesMenu::Private::rename(const QString& name) {
     askName(NamedWorkspacesMenu::tr("Rename Workspace"), name,
             [this, name](const QString& newName) {
                 act(NamedWorkspacesMenu::tr("Rename Workspace"),
-                    [name, newName](NamedWorkspaces& of, QString* error) {
-                        return of.rename(name, newName, error);
+                    [name, newName](NamedWorkspaces& of, const NamedWorkspaces::Done& done) {
+                        of.rename(name, newName, done);
                     });
             });
 }
@@ -156,14 +162,20 @@ void NamedWorkspacesMenu::Private::remove(const QString& name) {
     confirm(NamedWorkspacesMenu::tr("Delete the workspace \"%1\"?").arg(name),
             NamedWorkspacesMenu::tr("Delete"), [this, name] {
                 act(NamedWorkspacesMenu::tr("Delete Workspace"),
-                    [name](NamedWorkspaces& of, QString* error) { return of.remove(name, error); });
+                    [name](NamedWorkspaces& of, const NamedWorkspaces::Done& done) {
+                        of.remove(name, done);
+                    });
             });
 }
 
 NamedWorkspacesMenu::NamedWorkspacesMenu(QWidget* parent)
     : QMenu(NamedWorkspacesMenu::tr("Works&paces"), parent)
     , d(new Private{this, nullptr}) {
-    connect(this, &QMenu::aboutToShow, this, [this] { d->fill(); });
+    connect(this, &QMenu::aboutToShow, this, [this] {
+        if (d->workspaces)
+            d->workspaces->refresh(); // which fills it again where that changes something
+        d->fill();
+    });
 }
 
 NamedWorkspacesMenu::~NamedWorkspacesMenu() = default;
@@ -174,7 +186,13 @@ NamedWorkspaces* NamedWorkspacesMenu::workspaces() const {
 
 void NamedWorkspacesMenu::setWorkspaces(NamedWorkspaces* workspaces) {
     KXUI_INTERFACE_THREAD(this);
+    if (d->workspaces)
+        d->workspaces->disconnect(this);
     d->workspaces = workspaces;
+    if (workspaces) {
+        connect(workspaces, &NamedWorkspaces::namesChanged, this, [this] { d->fill(); });
+        connect(workspaces, &NamedWorkspaces::currentChanged, this, [this] { d->fill(); });
+    }
     // Filled now already: a menu that has nothing in it is not shown in some menu bars.
     d->fill();
 }
