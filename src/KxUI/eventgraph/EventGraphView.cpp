@@ -254,18 +254,20 @@ bool EventGraphView::exportTrace(const QString& path) const {
     return writeFile(path, [&](QIODevice* device) { return writeEventTrace(*this, device); });
 }
 
-void EventGraphView::load(const QString& path) {
+bool EventGraphView::load(const QString& path) {
     KXUI_INTERFACE_THREAD(this);
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
-        return;
+        return false;
     EventGraphReader reader(*this);
     const QPointer<EventGraphView> alive(this);
-    if (!reader.read(&file))
+    const bool complete = reader.read(&file);
+    if (!complete)
         QMessageBox::warning(this, tr("Open result"),
                              tr("Error opening '%1':\n\n%2").arg(path, reader.errorString()));
     if (alive)
         d->relayout();
+    return complete;
 }
 
 QSize EventGraphView::sizeHint() const {

@@ -155,8 +155,8 @@ public:
     bool save(const QString& path, int flags) const;
 
     /** Adds what a file holds, as by EventGraphReader, and shows a message box when it cannot be
-        read to its end. Does nothing when the file cannot be opened. */
-    void load(const QString& path);
+        read to its end. Does nothing when the file cannot be opened. Whether all was read. */
+    bool load(const QString& path);
 
 public Q_SLOTS:
     /** Stops the capture; a history is cut to the capture's duration. */
