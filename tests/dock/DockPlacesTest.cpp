@@ -41,6 +41,15 @@ class DockPlacesTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
+    void savedWithoutEmptiedPanes() {
+        Stage stage;
+        stage.of("top")->closeActiveTab();
+        const QByteArray layout = stage.saved(); // before the event loop has a turn
+        QVERIFY2(!layout.contains("id=\"b\"") && layout.contains("id=\"c\""), layout);
+        settle();
+        QCOMPARE(stage.saved(), layout);
+    }
+
     void emptiedPanesCloseAndComeBack_data() {
         const Columns<QString, Leave> row("page", "leave");
         for (const char* page : {"left", "top", "bottom"}) {

@@ -402,7 +402,13 @@ QString DockMainWindow::getFocusPage() const {
 bool DockMainWindow::saveLayout(QIODevice* device, QWidget* focusWidget) {
     if (!device || !device->isWritable())
         return false;
-    const QWidget* focus = focusWidget ? focusWidget : QApplication::focusWidget();
+    // Panes that only wait for the event loop to close are no part of the arrangement.
+    const QPointer<DockMainWindow> alive(this);
+    const QPointer<QWidget> wanted(focusWidget);
+    d->places.settle();
+    if (!alive)
+        return false;
+    const QWidget* focus = wanted ? wanted.data() : QApplication::focusWidget();
     const Layout layout = DockLayoutBuilder::capture(*this, focus);
     DockMainWindowPrivate::warnOfNamesakes(layout);
     const bool written = writeLayout(device, layout);

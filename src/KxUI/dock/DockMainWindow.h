@@ -70,7 +70,8 @@ public:
 
     /** Whether a pane closes when its last page leaves it, unless it is the last one of the main
         window, and whether the close button of a pane without pages closes the pane. A pane that
-       was made without pages stays. Initially false. */
+       was made without pages stays. The pane closes from the event loop, or when the layout is
+       saved. Initially false. */
     bool emptiedPanesClose() const;
     void setEmptiedPanesClose(bool close);
 
@@ -143,7 +144,9 @@ public:
     /** Writes the arrangement as an XML document to an open device. The pane with `focusWidget`
         (null: the application's focus widget) is marked as the one with the focus. Returns whether
         the device took everything; nothing is written to null or to one that is not open. Warns of
-        pages with the same object name, or without one: the layout can bring back only one. */
+        pages with the same object name, or without one: the layout can bring back only one. To
+        keep the arrangement of a session, call it in closeEvent() before the one of this class,
+        which takes the pages out. */
     bool saveLayout(QIODevice* device, QWidget* focusWidget);
 
     /** Replaces the arrangement by that of a document on an open device. `useAvailableGeometry`

@@ -37,7 +37,6 @@ void DockPlaces::settleLater() {
     QMetaObject::invokeMethod(this, &DockPlaces::settle, Qt::QueuedConnection);
 }
 
-/** Closes the panes that are left with no page. */
 void DockPlaces::settle() {
     // What is dragged may come back.
     if (m_workspace.isDragActive() || DockMainWindowPrivate::of(m_workspace).restoring)

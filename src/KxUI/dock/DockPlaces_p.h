@@ -29,6 +29,8 @@ public:
     /** To be called while the pane still stands in its splitter. */
     void paneCloses(Dock* dock);
     void dragEnded();
+    /** Closes the panes that are left with no page; without this call it is done later. */
+    void settle();
 
     /** The pane for a page that is in none, made where there is none; null when the host makes
      * none.
@@ -55,7 +57,6 @@ private:
     Dock* reopen(const Home& home);
     void endExpansion(const QWidget* window, const Dock* except);
     void settleLater();
-    void settle();
 
     DockMainWindow& m_workspace;
     QHash<QString, Home> m_homes;      // by the object name of the page
