@@ -24,7 +24,7 @@ public:
         enum class Fault { None, NoFolder, NoSuchName, NameTaken, System };
 
         Fault fault = Fault::None;
-        QString text;      ///< of the system or, where a name is at fault, the name
+        QString text;      ///< what the system says of which file; else the folder or the name
         QStringList names; ///< what the folder has now
         QByteArray bytes;  ///< what was read
     };

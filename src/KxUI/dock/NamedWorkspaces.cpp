@@ -95,6 +95,12 @@ Outcome outcomeOf(const QString& folder, Fault fault = Fault::None, const QStrin
     return {fault, text, namesIn(folder), {}};
 }
 
+Outcome failure(const QString& folder, const QFileDevice& file) {
+    return outcomeOf(folder, Fault::System,
+                     QDir::toNativeSeparators(file.fileName()) + QLatin1String(": ") +
+                         file.errorString());
+}
+
 Outcome saveFile(const QString& folder, const QString& name, const QByteArray& layout) {
     if (!QDir().mkpath(folder))
         return outcomeOf(folder, Fault::NoFolder, QDir::toNativeSeparators(folder));
@@ -102,7 +108,7 @@ Outcome saveFile(const QString& folder, const QString& name, const QByteArray& l
     QSaveFile output(fileOf(folder, old.isEmpty() ? name : old));
     if (!output.open(QIODevice::WriteOnly) || output.write(layout) != layout.size() ||
         !output.commit())
-        return outcomeOf(folder, Fault::System, output.errorString());
+        return failure(folder, output);
     return outcomeOf(folder);
 }
 
@@ -112,7 +118,7 @@ Outcome readFile(const QString& folder, const QString& name) {
         return outcomeOf(folder, Fault::NoSuchName, name);
     QFile input(fileOf(folder, listed));
     if (!input.open(QIODevice::ReadOnly))
-        return outcomeOf(folder, Fault::System, input.errorString());
+        return failure(folder, input);
     Outcome outcome = outcomeOf(folder);
     outcome.bytes = input.read(LargestFile);
     return outcome;
@@ -128,7 +134,7 @@ Outcome renameFile(const QString& folder, const QString& name, const QString& ne
         return outcomeOf(folder, Fault::NameTaken, taken);
     QFile file(fileOf(folder, old));
     if (old != newName && !file.rename(fileOf(folder, newName)))
-        return outcomeOf(folder, Fault::System, file.errorString());
+        return failure(folder, file);
     return outcomeOf(folder);
 }
 
@@ -138,7 +144,7 @@ Outcome removeFile(const QString& folder, const QString& name) {
         return outcomeOf(folder, Fault::NoSuchName, name);
     QFile file(fileOf(folder, listed));
     if (!file.remove())
-        return outcomeOf(folder, Fault::System, file.errorString());
+        return failure(folder, file);
     return outcomeOf(folder);
 }
 
