@@ -27,7 +27,7 @@ TimeSlider::TimeSlider(QWidget* parent)
     , m(std::make_unique<Private>(this)) {
     registerTimeMetaTypes();
     qRegisterMetaType<HandleType>("Kestrel::UI::TimeSlider::HandleType");
-    TimeSliderAccessible::install();
+    installAccessible<TimeSliderAccessible, TimeSlider>();
     m->indicators.setBars(1);
     m->setUpWidget();
 }

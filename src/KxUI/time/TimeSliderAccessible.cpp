@@ -8,14 +8,6 @@
 namespace Kestrel::UI {
 namespace {
 
-QAccessibleInterface* create(const QString& className, QObject* object) {
-    if (className == QLatin1String("Kestrel::UI::TimeSlider")) {
-        if (auto* slider = qobject_cast<TimeSlider*>(object))
-            return new TimeSliderAccessible(slider);
-    }
-    return nullptr;
-}
-
 QVariant valueOf(Base::Time time) {
     return time == Base::InvalidTime ? QVariant() : QVariant(qlonglong{time});
 }
@@ -23,33 +15,20 @@ QVariant valueOf(Base::Time time) {
 } // namespace
 
 TimeSliderAccessible::TimeSliderAccessible(TimeSlider* slider)
-    : QAccessibleWidget(slider, QAccessible::Slider) {}
-
-void TimeSliderAccessible::install() {
-    static const bool installed = [] {
-        QAccessible::installFactory(create);
-        return true;
-    }();
-    Q_UNUSED(installed)
-}
+    : ValueAccessible(slider, QAccessible::Slider) {}
 
 TimeSlider* TimeSliderAccessible::slider() const {
-    return static_cast<TimeSlider*>(object());
+    return widgetAs<TimeSlider>();
 }
 
-QString TimeSliderAccessible::text(QAccessible::Text kind) const {
-    const QString text = QAccessibleWidget::text(kind);
-    if (kind == QAccessible::Name && text.isEmpty())
-        return TimeSlider::tr("Timeline");
-    if (kind == QAccessible::Value && slider()->model() && slider()->formatter())
-        return slider()->formatter()->formatTime(slider()->model()->currentTime());
-    return text;
+QString TimeSliderAccessible::valueText() const {
+    return slider()->model() && slider()->formatter()
+               ? slider()->formatter()->formatTime(slider()->model()->currentTime())
+               : QString();
 }
 
-void* TimeSliderAccessible::interface_cast(QAccessible::InterfaceType type) {
-    if (type == QAccessible::ValueInterface)
-        return static_cast<QAccessibleValueInterface*>(this);
-    return QAccessibleWidget::interface_cast(type);
+QString TimeSliderAccessible::standardName() const {
+    return TimeSlider::tr("Timeline");
 }
 
 QVariant TimeSliderAccessible::currentValue() const {

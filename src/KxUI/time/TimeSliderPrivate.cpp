@@ -1,8 +1,8 @@
 #include <KxUI/time/TimeSliderPrivate_p.h>
 
+#include <KxUI/kit/ValueAccessible_p.h>
 #include <KxUI/time/TimeFormatter.h>
 
-#include <QAccessible>
 #include <QApplication>
 #include <QGesture>
 #include <QPainter>
@@ -167,10 +167,7 @@ void TimeSlider::Private::endHover() {
 void TimeSlider::Private::setCurrentTime(Time time) {
     q->update(playheadRegion(currentTime) + playheadRegion(time));
     currentTime = time;
-    if (QAccessible::isActive()) {
-        QAccessibleValueChangeEvent change(q, qlonglong{time});
-        QAccessible::updateAccessibility(&change);
-    }
+    tellAccessibleValue(q, qlonglong{time});
     if (Settings::all().followPlayhead && isMain() && !drag.isActive())
         q->scrollTimeVisible(time);
 }

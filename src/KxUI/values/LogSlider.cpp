@@ -78,7 +78,7 @@ LogSlider::LogSlider(QWidget* parent)
 LogSlider::LogSlider(Qt::Orientation orientation, QWidget* parent)
     : QSlider(orientation, parent)
     , d(std::make_unique<LogSliderPrivate>(this)) {
-    LogSliderAccessible::install();
+    installAccessible<LogSliderAccessible, LogSlider>();
     connect(this, &QSlider::valueChanged, this, &LogSlider::moved);
 }
 

@@ -9,39 +9,12 @@
 #include <cmath>
 
 namespace Kestrel::UI {
-namespace {
-
-QAccessibleInterface* create(const QString& className, QObject* object) {
-    if (className == QLatin1String("Kestrel::UI::LogSlider")) {
-        if (auto* slider = qobject_cast<LogSlider*>(object))
-            return new LogSliderAccessible(slider);
-    }
-    return nullptr;
-}
-
-} // namespace
 
 LogSliderAccessible::LogSliderAccessible(LogSlider* slider)
-    : QAccessibleWidget(slider, QAccessible::Slider) {}
+    : ValueAccessible(slider, QAccessible::Slider) {}
 
-void LogSliderAccessible::install() {
-    static const bool installed = [] {
-        QAccessible::installFactory(create);
-        return true;
-    }();
-    Q_UNUSED(installed)
-}
-
-QString LogSliderAccessible::text(QAccessible::Text kind) const {
-    if (kind == QAccessible::Value)
-        return slider()->locale().toString(currentValue().toDouble(), 'g', 6);
-    return QAccessibleWidget::text(kind);
-}
-
-void* LogSliderAccessible::interface_cast(QAccessible::InterfaceType type) {
-    if (type == QAccessible::ValueInterface)
-        return static_cast<QAccessibleValueInterface*>(this);
-    return QAccessibleWidget::interface_cast(type);
+QString LogSliderAccessible::valueText() const {
+    return slider()->locale().toString(currentValue().toDouble(), 'g', 6);
 }
 
 QVariant LogSliderAccessible::currentValue() const {
@@ -72,7 +45,7 @@ QVariant LogSliderAccessible::minimumStepSize() const {
 }
 
 LogSlider* LogSliderAccessible::slider() const {
-    return static_cast<LogSlider*>(object());
+    return widgetAs<LogSlider>();
 }
 
 QVariant LogSliderAccessible::valueAt(int position) const {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QAccessibleWidget>
+#include <KxUI/kit/ValueAccessible_p.h>
 
 namespace Kestrel::UI {
 
@@ -8,15 +8,9 @@ class LogSlider;
 
 /** A logarithmic slider as assistive technology sees it: its values are the real ones. Before a
     range was set they are the positions of a plain slider. */
-class LogSliderAccessible : public QAccessibleWidget, public QAccessibleValueInterface {
+class LogSliderAccessible : public ValueAccessible {
 public:
     explicit LogSliderAccessible(LogSlider* slider);
-
-    /** Makes Qt create this interface for logarithmic sliders and classes derived from them. */
-    static void install();
-
-    QString text(QAccessible::Text kind) const override;
-    void* interface_cast(QAccessible::InterfaceType type) override;
 
     QVariant currentValue() const override;
     /** Goes to the nearest position, so that a value plus a step gets there. */
@@ -25,6 +19,9 @@ public:
     QVariant minimumValue() const override;
     /** From the current value to the next. */
     QVariant minimumStepSize() const override;
+
+protected:
+    QString valueText() const override;
 
 private:
     LogSlider* slider() const;
