@@ -86,6 +86,15 @@ QMap<QString, IconPaths> makeIcons() {
     const QPainterPath front = box(3, 6, 7, 7);
     const IconPaths windows{front - box(4, 8, 5, 4), (box(6, 3, 7, 7) - box(7, 5, 5, 4)) - front};
 
+    // Before a text that is searched for; with an arrow where a menu opens.
+    QPainterPath lens;
+    lens.addEllipse(1, 1, 10, 10);
+    QPainterPath glass;
+    glass.addEllipse(2.5, 2.5, 7, 7);
+    const IconPaths search{(lens - glass) | polygon({{8, 9.5}, {9.5, 8}, {14, 12.5}, {12.5, 14}}),
+                           {}};
+    const IconPaths searchMenu{search.solid, polygon({{11, 1}, {16, 1}, {13.5, 4}})};
+
     QMap<QString, IconPaths> icons;
     const auto both = [&icons](const char* backward, const char* forward, const IconPaths& paths) {
         icons.insert(QLatin1String(forward), paths);
@@ -104,6 +113,8 @@ QMap<QString, IconPaths> makeIcons() {
     icons.insert(QStringLiteral("PageGrade"), sliders);
     icons.insert(QStringLiteral("PageHistory"), clock);
     icons.insert(QStringLiteral("PaneClose"), cross);
+    icons.insert(QStringLiteral("Search"), search);
+    icons.insert(QStringLiteral("SearchMenu"), searchMenu);
     icons.insert(QStringLiteral("PaneFloat"), windows);
     // The panes' menus name their icons by these paths.
     icons.insert(QStringLiteral(":/ui/qrc/images/HSplit.png"), turned(split));
