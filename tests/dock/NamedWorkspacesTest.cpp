@@ -1,5 +1,6 @@
 #include "Workspace.h"
 
+#include <KxUI/dock/FileQueue_p.h>
 #include <KxUI/dock/NamedWorkspaces.h>
 #include <KxUI/dock/NamedWorkspacesMenu.h>
 
@@ -11,6 +12,7 @@
 #include <QMessageBox>
 #include <QPointer>
 #include <QPushButton>
+#include <QSemaphore>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 
@@ -181,6 +183,33 @@ private Q_SLOTS:
         QVERIFY(!named.saved("a").isEmpty());
         named.restore("a"); // no one asks why
         QCOMPARE(named.names(), QStringList());
+    }
+
+    // A folder that hangs holds up nobody, not even who goes.
+    void hangingWork() {
+        const auto gate = std::make_shared<QSemaphore>();
+        const auto done = std::make_shared<QSemaphore>();
+        int told = 0;
+        const auto answer = [&told](const FileQueue::Outcome& outcome) {
+            told += outcome.names.size();
+        };
+        const auto hang = [gate, done] {
+            gate->acquire();
+            done->release();
+            return FileQueue::Outcome{{}, {}, {QStringLiteral("one")}, {}};
+        };
+        auto queue = std::make_unique<FileQueue>();
+        for (int i = 0; i < 3; ++i)
+            queue->add(hang, answer);
+        settle();
+        QCOMPARE(told, 0);
+        gate->release();
+        QTRY_COMPARE(told, 1);
+        queue.reset();
+        gate->release(2);
+        done->acquire(3);
+        settle();
+        QCOMPARE(told, 1);
     }
 
     // What was begun is done in its order, whatever becomes of who began it.
