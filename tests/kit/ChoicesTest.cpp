@@ -1,0 +1,461 @@
+#include <KxUI/kit/ChoiceBar.h>
+#include <KxUI/kit/ChoiceBarLayout_p.h>
+#include <KxUI/kit/ChoiceButton.h>
+#include <KxUI/kit/PushButton.h>
+
+#include <support/EditBracket.h>
+#include <support/Input.h>
+#include <support/TestRegistry.h>
+
+#include <QAccessible>
+#include <QMenu>
+#include <QPointer>
+#include <QSignalSpy>
+#include <QtTest>
+
+#include <functional>
+#include <memory>
+
+using namespace Kestrel::UI;
+using Kestrel::Test::turnWheel;
+
+namespace {
+
+using Do = std::function<void(ChoiceBar&)>;
+
+/** Presses a key and lets it go; returns whether the widget took it. */
+bool sendKey(QWidget& widget, int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+    const QPointer<QWidget> alive(&widget);
+    const bool taken = Kestrel::Test::sendKey(widget, key, modifiers);
+    if (alive)
+        QTest::keyRelease(&widget, Qt::Key(key), modifiers);
+    return taken;
+}
+
+/** What a bar or a button told, in order: "start edit(2) chosen(2) end". */
+template <class Widget>
+struct Log {
+    explicit Log(Widget* widget) {
+        const auto number = [this](const char* name) {
+            return [this, name](int value) {
+                text += QStringLiteral("%1(%2) ").arg(QLatin1String(name)).arg(value);
+            };
+        };
+        QObject::connect(widget, &Widget::currentIndexChanged, number("current"));
+        QObject::connect(widget, &Widget::checkedChanged, [this] { text += "checked "; });
+        QObject::connect(widget, &Widget::chosen, number("chosen"));
+        QObject::connect(widget, &Widget::editStarted, [this] { text += "start "; });
+        QObject::connect(widget, &Widget::valueEdited, number("edit"));
+        QObject::connect(widget, &Widget::editFinished, [this](bool accepted) {
+            text += accepted ? QStringLiteral("end ") : QStringLiteral("back ");
+        });
+    }
+    QString take() { return std::exchange(text, QString()).trimmed(); }
+
+    QString text;
+};
+
+QIcon someIcon() {
+    QPixmap picture(16, 16);
+    picture.fill(Qt::red);
+    return picture;
+}
+
+template <class Widget>
+void fill(Widget& widget, bool icons = false) {
+    for (const char* name : {"&One", "Two", "Thr&ee", "Four && more"})
+        widget.addChoice(QLatin1String(name), icons ? someIcon() : QIcon(), QLatin1String(name));
+}
+
+QAction* action(QWidget& widget, int index) {
+    auto* menu = widget.findChild<QMenu*>();
+    Q_EMIT menu->aboutToShow();
+    return menu->actions().at(index);
+}
+
+} // namespace
+
+Q_DECLARE_METATYPE(Do)
+
+class ChoicesTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void layout_data() {
+        QTest::addColumn<int>("width");
+        QTest::addColumn<bool>("icons");
+        QTest::addColumn<bool>("uniform");
+        QTest::addColumn<QString>("expected"); // widths, i: icons only, then the menu's
+        QTest::newRow("as wanted") << 180 << true << false << "40 60 80";
+        QTest::newRow("uniform") << 240 << true << true << "80 80 80";
+        QTest::newRow("wider") << 190 << true << false << "43 63 84";
+        QTest::newRow("icons only") << 179 << true << false << "59 60 60 i";
+        QTest::newRow("menu of icons") << 89 << true << false << "30 i 59";
+        QTest::newRow("menu of texts") << 179 << false << false << "40 60 i 79";
+        QTest::newRow("uniform menu") << 230 << false << true << "80 80 i 70";
+        QTest::newRow("all in the menu") << 25 << true << false << "i 25";
+    }
+
+    void layout() {
+        QFETCH(int, width);
+        QFETCH(bool, icons);
+        QFETCH(bool, uniform);
+        const int icon = icons ? 30 : 0;
+        const std::vector<ChoiceWidth> widths{{40, icon}, {60, icon}, {80, icon}};
+        for (const auto direction : {Qt::LeftToRight, Qt::RightToLeft}) {
+            const auto layout = ChoiceBarLayout::of(widths, {{width, 20}, 35, uniform, direction});
+            QStringList text;
+            int edge = direction == Qt::LeftToRight ? 0 : width;
+            for (int i = 0; i < layout.seen(); ++i) {
+                const QRect part = layout.partOf(i);
+                QCOMPARE(direction == Qt::LeftToRight ? part.left() : part.right() + 1, edge);
+                edge += direction == Qt::LeftToRight ? part.width() : -part.width();
+                QCOMPARE(layout.choiceAt(part.center()), i);
+                text += QString::number(part.width());
+            }
+            if (layout.iconsOnly)
+                text += QStringLiteral("i");
+            if (!layout.menu.isEmpty())
+                text += QString::number(layout.menu.width());
+            QTEST(text.join(QLatin1Char(' ')), "expected");
+        }
+    }
+
+    void settersTellWhatChanged() {
+        ChoiceBar bar;
+        Log<ChoiceBar> log(&bar);
+        fill(bar);
+        QCOMPARE(bar.currentIndex(), -1);
+        QCOMPARE(log.take(), QString());
+        bar.setCurrentIndex(1);
+        bar.setCurrentIndex(1);
+        bar.setCurrentIndex(7);
+        QCOMPARE(log.take(), QStringLiteral("checked current(1)"));
+        bar.setChoiceChecked(2, true); // exclusive: the other goes off
+        QCOMPARE(bar.checkedChoices(), QList<int>{2});
+        QCOMPARE(log.take(), QStringLiteral("checked current(2)"));
+        bar.removeChoice(0);
+        QCOMPARE(log.take(), QStringLiteral("checked current(1)"));
+        QCOMPARE(bar.currentData(), QVariant(QStringLiteral("Thr&ee")));
+        bar.setExclusive(false);
+        bar.setChoiceChecked(0, true);
+        QCOMPARE(log.take(), QStringLiteral("checked current(0)"));
+        QCOMPARE(bar.checkedChoices(), (QList<int>{0, 1}));
+        bar.setExclusive(true);
+        QCOMPARE(log.take(), QStringLiteral("checked"));
+        bar.removeChoice(0);
+        QCOMPARE(bar.currentIndex(), -1);
+        bar.clearChoices();
+        QCOMPARE(bar.choiceCount(), 0);
+        QCOMPARE(bar.choiceText(0), QString());
+        QVERIFY(bar.minimumSizeHint().width() == 0);
+    }
+
+    void user_data() {
+        QTest::addColumn<Do>("act");
+        QTest::addColumn<QString>("told");
+        QTest::addColumn<QList<int>>("on");
+        const auto row = [](const char* name, const char* told, const QList<int>& on, Do act) {
+            QTest::newRow(name) << act << QString::fromLatin1(told) << on;
+        };
+        const char* third = "start checked current(2) edit(2) chosen(2) end";
+        const auto click = [](ChoiceBar& bar, int x, int to) {
+            QTest::mousePress(&bar, Qt::LeftButton, {}, QPoint(x, 5));
+            Kestrel::Test::moveMouse(bar, QPoint(to, 5));
+            QTest::mouseRelease(&bar, Qt::LeftButton, {}, QPoint(to, 5));
+        };
+        row("click", third, {2}, [=](ChoiceBar& bar) { click(bar, 250, 260); });
+        row("click on what is on", "chosen(1)", {1}, [=](ChoiceBar& bar) { click(bar, 150, 150); });
+        row("press, and release elsewhere", "", {1}, [=](ChoiceBar& bar) { click(bar, 250, 50); });
+        row("disabled", "", {1}, [=](ChoiceBar& bar) {
+            bar.setChoiceEnabled(2, false);
+            click(bar, 250, 250);
+        });
+        row("right", third, {2}, [](ChoiceBar& bar) { sendKey(bar, Qt::Key_Right); });
+        row("left, from right to left", third, {2}, [](ChoiceBar& bar) {
+            bar.setLayoutDirection(Qt::RightToLeft);
+            sendKey(bar, Qt::Key_Left);
+        });
+        row("right over a disabled one", "start checked current(3) edit(3) chosen(3) end", {3},
+            [](ChoiceBar& bar) {
+                bar.setChoiceEnabled(2, false);
+                sendKey(bar, Qt::Key_Right);
+                sendKey(bar, Qt::Key_End); // there already
+            });
+        row("home", "start checked current(0) edit(0) chosen(0) end", {0},
+            [](ChoiceBar& bar) { sendKey(bar, Qt::Key_Home); });
+        row("letter", third, {2},
+            [](ChoiceBar& bar) { QTest::keyClick(&bar, Qt::Key_E, Qt::AltModifier); });
+        row("several: keys move, space chooses", "start checked edit(2) chosen(2) end", {1, 2},
+            [](ChoiceBar& bar) {
+                bar.setExclusive(false);
+                for (const int key : {Qt::Key_Right, Qt::Key_Right, Qt::Key_Right, Qt::Key_Left})
+                    sendKey(bar, key);
+                sendKey(bar, Qt::Key_Space);
+            });
+        row("several: off again", "start checked current(-1) edit(1) chosen(1) end", {},
+            [=](ChoiceBar& bar) {
+                bar.setExclusive(false);
+                click(bar, 150, 150);
+            });
+        row("taken back by the host", "start checked current(2) checked current(1) edit(1) back",
+            {1}, [](ChoiceBar& bar) {
+                connect(&bar, &ChoiceBar::currentIndexChanged, &bar, [&bar](int index) {
+                    if (index == 2)
+                        bar.cancelEdit();
+                });
+                sendKey(bar, Qt::Key_Right);
+            });
+        row("host sets another one",
+            "start checked current(2) checked current(0) edit(2) chosen(2) "
+            "end",
+            {0}, [](ChoiceBar& bar) {
+                connect(&bar, &ChoiceBar::currentIndexChanged, &bar, [&bar](int index) {
+                    if (index == 2)
+                        bar.setCurrentIndex(0);
+                });
+                sendKey(bar, Qt::Key_Right);
+            });
+        row("host takes all away", "start checked current(-1) edit(2) chosen(2) end", {},
+            [](ChoiceBar& bar) {
+                connect(&bar, &ChoiceBar::editStarted, &bar, [&bar] { bar.clearChoices(); });
+                sendKey(bar, Qt::Key_Right);
+            });
+        row("other keys are not taken", "", {1}, [](ChoiceBar& bar) {
+            QVERIFY(!sendKey(bar, Qt::Key_Escape));
+            QVERIFY(!sendKey(bar, Qt::Key_Right, Qt::ControlModifier));
+        });
+        row("nothing is on", "checked current(-1) start checked current(0) edit(0) chosen(0) end",
+            {0}, [](ChoiceBar& bar) {
+                bar.setCurrentIndex(-1);
+                sendKey(bar, Qt::Key_Space);
+            });
+    }
+
+    void user() {
+        QFETCH(Do, act);
+        QFETCH(QList<int>, on);
+        ChoiceBar bar;
+        fill(bar);
+        bar.setCurrentIndex(1);
+        bar.setUniformSizes(true);
+        bar.resize(std::max(400, bar.sizeHint().width() / 4 * 4), 24);
+        bar.show();
+        QVERIFY(QTest::qWaitForWindowActive(&bar));
+        bar.setFocus();
+        Log<ChoiceBar> log(&bar);
+        act(bar);
+        QTEST(log.take(), "told");
+        QCOMPARE(bar.checkedChoices(), on);
+        QVERIFY(!bar.isEditing());
+    }
+
+    void editsAreBrackets() {
+        Kestrel::Test::EditedWidget<ChoiceBar> bar;
+        bar.make = [] {
+            auto made = std::make_unique<ChoiceBar>();
+            fill(*made);
+            fill(*made);
+            made->setCurrentIndex(1);
+            made->resize(made->sizeHint());
+            return made;
+        };
+        bar.another = 0;
+        bar.key = Qt::Key_Right;
+        bar.once = [](ChoiceBar& made) {
+            QTest::mouseClick(&made, Qt::LeftButton, {}, QPoint(made.width() - 4, 5));
+        };
+        bar.assisted = false;
+        Kestrel::Test::EditBracketCheck<ChoiceBar>(bar).run();
+
+        Kestrel::Test::EditedWidget<ChoiceButton> button;
+        button.make = [] {
+            auto made = std::make_unique<ChoiceButton>();
+            fill(*made);
+            fill(*made);
+            made->setCurrentIndex(1);
+            return made;
+        };
+        button.another = 0;
+        button.key = Qt::Key_Down;
+        button.notch = [](ChoiceButton& made) { return turnWheel(made, -120); };
+        button.once = [](ChoiceButton& made) { action(made, 6)->trigger(); };
+        button.assisted = false;
+        Kestrel::Test::EditBracketCheck<ChoiceButton>(button).run();
+    }
+
+    void deletedInASlot() {
+        for (const auto signal : {&ChoiceBar::editStarted, &ChoiceBar::checkedChanged}) {
+            auto* bar = new ChoiceBar;
+            fill(*bar);
+            const QPointer<ChoiceBar> guard(bar);
+            connect(bar, signal, [bar] { delete bar; });
+            sendKey(*bar, Qt::Key_End);
+            QVERIFY(!guard);
+        }
+        auto* button = new ChoiceButton;
+        fill(*button);
+        connect(button, &ChoiceButton::valueEdited, [button] { delete button; });
+        sendKey(*button, Qt::Key_Down);
+    }
+
+    void narrowBarHasAMenu() {
+        ChoiceBar bar;
+        fill(bar);
+        bar.setCurrentIndex(3);
+        bar.resize(bar.sizeHint().width() - 20, 24);
+        bar.show();
+        bar.setFocus();
+        Log<ChoiceBar> log(&bar);
+        QTest::mouseClick(&bar, Qt::LeftButton, {}, QPoint(bar.width() - 4, 5));
+        auto* menu = bar.findChild<QMenu*>();
+        QVERIFY(menu && menu->isVisible());
+        menu->close();
+        QCOMPARE(log.take(), QString());
+        QVERIFY(menu->actions().last()->isChecked());
+        QVERIFY(menu->actions().size() < 4);
+        bar.setCurrentIndex(0);
+        bar.setFocus();
+        menu->actions().last()->trigger();
+        QCOMPARE(bar.currentIndex(), 3);
+        sendKey(bar, Qt::Key_Down); // the keyboard is in the menu
+        QVERIFY(menu->isVisible());
+    }
+
+    void buttonChooses() {
+        ChoiceButton button;
+        button.setPlaceholderText(QStringLiteral("None"));
+        fill(button);
+        button.addSection(QStringLiteral("More"));
+        button.addChoice(QStringLiteral("Five"));
+        QCOMPARE(button.text(), QStringLiteral("None"));
+        const QSize size = button.sizeHint();
+        Log<ChoiceButton> log(&button);
+        button.show();
+        action(button, 3)->trigger();
+        QCOMPARE(log.take(), QStringLiteral("start checked current(3) edit(3) chosen(3) end"));
+        QCOMPARE(button.text(), QStringLiteral("Four & more"));
+        QCOMPARE(button.sizeHint(), size);
+        QVERIFY(action(button, 4)->isSeparator());
+        QVERIFY(action(button, 3)->isChecked());
+
+        button.setChoiceEnabled(2, false);
+        QVERIFY(sendKey(button, Qt::Key_Up));
+        QCOMPARE(button.currentIndex(), 1);
+        for (const int key : {Qt::Key_End, Qt::Key_Down, Qt::Key_Home})
+            sendKey(button, key);
+        QCOMPARE(button.currentIndex(), 0);
+        button.setExclusive(false);
+        action(button, 1)->trigger();
+        QCOMPARE(button.text(), QStringLiteral("One, Two"));
+        log.take();
+        sendKey(button, Qt::Key_Up);
+        QCOMPARE(log.take(), QString());
+    }
+
+    void wheelOnTheButton_data() {
+        QTest::addColumn<WheelPolicy::Policy>("policy");
+        QTest::addColumn<bool>("focused");
+        QTest::addColumn<bool>("taken");
+        QTest::newRow("without focus") << WheelPolicy::WheelWhenFocused << false << false;
+        QTest::newRow("with focus") << WheelPolicy::WheelWhenFocused << true << true;
+        QTest::newRow("always") << WheelPolicy::WheelAlways << false << true;
+        QTest::newRow("never") << WheelPolicy::WheelNever << true << false;
+    }
+
+    void wheelOnTheButton() {
+        QFETCH(WheelPolicy::Policy, policy);
+        QFETCH(bool, focused);
+        QFETCH(bool, taken);
+        QWidget window;
+        auto* button = new ChoiceButton(&window);
+        auto* other = new QToolButton(&window);
+        other->setFocusPolicy(Qt::StrongFocus);
+        fill(*button);
+        button->setWheelPolicy(policy);
+        window.show();
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        (focused ? static_cast<QWidget*>(button) : other)->setFocus();
+        QCOMPARE(turnWheel(*button, -60), taken); // half a notch
+        QCOMPARE(button->currentIndex(), -1);
+        turnWheel(*button, -60);
+        turnWheel(*button, -240);
+        QCOMPARE(button->currentIndex(), taken ? 2 : -1);
+        turnWheel(*button, 120);
+        QCOMPARE(button->currentIndex(), taken ? 1 : -1);
+    }
+
+    void busyButtonIsNotClicked() {
+        PushButton button(QStringLiteral("&Render"));
+        QSignalSpy clicked(&button, &PushButton::clicked);
+        QAccessibleInterface* reader = QAccessible::queryAccessibleInterface(&button);
+        QCOMPARE(reader->text(QAccessible::Name), QStringLiteral("Render"));
+        const QSize size = button.sizeHint();
+        const auto clickAll = [&] {
+            QTest::mouseClick(&button, Qt::LeftButton);
+            QTest::keyClick(&button, Qt::Key_Space);
+            return clicked.count();
+        };
+        QCOMPARE(clickAll(), 2);
+        button.setBusy(true);
+        QCOMPARE(clickAll(), 2);
+        QVERIFY(reader->state().busy);
+        QVERIFY(!reader->actionInterface()->actionNames().contains(
+            QAccessibleActionInterface::pressAction()));
+        reader->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+        QVERIFY(!button.isDown());
+        QCOMPARE(button.sizeHint(), size);
+        button.setBusy(false);
+        QCOMPARE(clickAll(), 4);
+
+        button.setRole(PushButton::DefaultRole);
+        QVERIFY(button.isDefault());
+        button.setRole(PushButton::DangerRole);
+        QVERIFY(!button.isDefault() && !button.autoDefault());
+    }
+
+    void readersSeeTheChoices() {
+        auto bar = std::make_unique<ChoiceBar>();
+        fill(*bar);
+        bar->setCurrentIndex(1);
+        bar->setAccessibleName(QStringLiteral("View"));
+        bar->resize(bar->sizeHint());
+        bar->show();
+        QAccessibleInterface* reader = QAccessible::queryAccessibleInterface(bar.get());
+        QCOMPARE(reader->role(), QAccessible::Grouping);
+        QCOMPARE(reader->text(QAccessible::Name), QStringLiteral("View"));
+        QCOMPARE(reader->childCount(), 4);
+        QAccessibleInterface* second = reader->child(1);
+        QCOMPARE(second->role(), QAccessible::RadioButton);
+        QCOMPARE(second->text(QAccessible::Name), QStringLiteral("Two"));
+        QCOMPARE(second->text(QAccessible::Description), QStringLiteral("2 of 4"));
+        QVERIFY(second->state().checked && second->state().checkable);
+        QCOMPARE(reader->indexOfChild(second), 1);
+        QCOMPARE(second->parent(), reader);
+        const QPoint middle = second->rect().center();
+        QCOMPARE(reader->childAt(middle.x(), middle.y()), second);
+
+        Log<ChoiceBar> log(bar.get());
+        reader->child(3)->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+        QCOMPARE(log.take(), QStringLiteral("start checked current(3) edit(3) chosen(3) end"));
+        QCOMPARE(reader->child(3)->text(QAccessible::Name), QStringLiteral("Four & more"));
+        bar->setExclusive(false);
+        QCOMPARE(second->role(), QAccessible::CheckBox);
+        bar->removeChoice(3);
+        QVERIFY(!reader->child(3));
+        bar.reset();
+
+        ChoiceButton button;
+        fill(button);
+        button.setCurrentIndex(2);
+        reader = QAccessible::queryAccessibleInterface(&button);
+        QCOMPARE(reader->role(), QAccessible::ComboBox);
+        QCOMPARE(reader->text(QAccessible::Value), QStringLiteral("Three"));
+        QVERIFY(reader->state().hasPopup);
+        reader->actionInterface()->doAction(QAccessibleActionInterface::increaseAction());
+        QCOMPARE(button.currentIndex(), 3);
+    }
+};
+
+KXUI_TEST(ChoicesTest);
+#include "ChoicesTest.moc"
