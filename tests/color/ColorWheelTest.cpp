@@ -3,7 +3,7 @@
 #include <KxUI/color/ColorWheelDrag_p.h>
 
 #include <support/Columns.h>
-#include <support/Input.h>
+#include <support/EditBracket.h>
 #include <support/TestRegistry.h>
 
 #include <QAccessible>
@@ -338,6 +338,29 @@ private slots:
                 }
             }
         }
+    }
+
+    void editsAreBracketed() {
+        Kestrel::Test::EditedWidget<ColorWheel> edited;
+        edited.make = [] {
+            auto wheel = std::make_unique<ColorWheel>();
+            wheel->resize(Side, Side);
+            wheel->setInteractionMode(ColorWheel::RelativeInteraction);
+            wheel->setHSV(0.1F, 0.5F, 0.7F);
+            return wheel;
+        };
+        edited.another = QVector3D(0.3F, 0.2F, 0.1F);
+        edited.press = [](ColorWheel& w) { QTest::mousePress(&w, Qt::LeftButton, {}, at(9, 9)); };
+        edited.move = [](ColorWheel& w, int nth) {
+            Kestrel::Test::moveMouse(w, at(9, 9 + 50 * nth));
+        };
+        edited.release = [](ColorWheel& w) {
+            QTest::mouseRelease(&w, Qt::LeftButton, {}, at(9, 9));
+        };
+        edited.key = Qt::Key_Right;
+        edited.once = [](ColorWheel& w) { QTest::mouseDClick(&w, Qt::LeftButton, {}, at(9, 9)); };
+        edited.assisted = false; // its text can be read only
+        Kestrel::Test::checkEditBracket(edited);
     }
 
     void doubleClicksAndKeys() {

@@ -2,7 +2,7 @@
 #include <KxUI/time/TimeField.h>
 
 #include <support/Columns.h>
-#include <support/Input.h>
+#include <support/EditBracket.h>
 #include <support/TestRegistry.h>
 
 #include <QDialog>
@@ -54,6 +54,27 @@ private slots:
 
     void initTestCase() {
         UI::beep = [] { ++beeps; };
+    }
+
+    void editsAreBracketed() {
+        Kestrel::Test::EditedWidget<TimeField> edited;
+        edited.make = [] {
+            auto field = std::make_unique<TimeField>();
+            setNotation(*field, FramesOf25);
+            field->setTime(10);
+            field->setCursorPosition(1);
+            return field;
+        };
+        edited.another = QVariant::fromValue<Time>(77);
+        edited.key = Qt::Key_Up;
+        edited.notch = [](TimeField& field) { return Kestrel::Test::turnWheel(field, 120); };
+        edited.wheelNeedsFocus = false;
+        edited.once = [](TimeField& field) {
+            type(field, QStringLiteral("42"));
+            Kestrel::Test::sendKey(field, Qt::Key_Return);
+        };
+        edited.assisted = false; // as text, which is taken when the focus goes
+        Kestrel::Test::checkEditBracket(edited);
     }
 
     void edits_data() {

@@ -8,7 +8,7 @@
 #include <KxUI/time/ViewerFrameSkipControl.h>
 
 #include <support/Columns.h>
-#include <support/Input.h>
+#include <support/EditBracket.h>
 #include <support/TestRegistry.h>
 
 #include <QAccessible>
@@ -327,6 +327,24 @@ private slots:
         QCOMPARE(accessible->text(QAccessible::Value), QStringLiteral("3"));
         accessible->valueInterface()->setCurrentValue(8);
         QCOMPARE(wheel.value(), 8);
+    }
+
+    void jogWheelEditsAreBracketed() {
+        Kestrel::Test::EditedWidget<JogWheel> edited;
+        edited.make = [] {
+            auto wheel = std::make_unique<JogWheel>();
+            wheel->resize(22, 22);
+            wheel->setValue(500);
+            return wheel;
+        };
+        edited.another = 77;
+        edited.press = [](JogWheel& w) { QTest::mousePress(&w, Qt::LeftButton, {}, {9, 9}); };
+        edited.move = [](JogWheel& w, int nth) { Kestrel::Test::moveMouse(w, {9 + 20 * nth, 9}); };
+        edited.release = [](JogWheel& w) { QTest::mouseRelease(&w, Qt::LeftButton, {}, {9, 9}); };
+        edited.key = Qt::Key_Up;
+        edited.notch = [](JogWheel& w) { return Kestrel::Test::turnWheel(w, 120); };
+        edited.wheelNeedsFocus = false;
+        Kestrel::Test::checkEditBracket(edited);
     }
 };
 

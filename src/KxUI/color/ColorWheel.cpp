@@ -83,12 +83,21 @@ ColorWheel::~ColorWheel() = default;
 
 void ColorWheel::setHSV(float hue, float saturation, float value) {
     KXUI_INTERFACE_THREAD(this);
-    d->showColor({hue, saturation, value}, d->ringValue);
+    d->setColor({hue, saturation, value}, d->ringValue);
 }
 
 void ColorWheel::setHSVSlot(float hue, float saturation, float value) {
     KXUI_INTERFACE_THREAD(this);
     setHSV(hue, saturation, value);
+}
+
+void ColorWheel::setHSV(const QVector3D& hsv) {
+    KXUI_INTERFACE_THREAD(this);
+    setHSV(hsv.x(), hsv.y(), hsv.z());
+}
+
+QVector3D ColorWheel::hsv() const {
+    return {d->color.hue, d->color.saturation, d->color.value};
 }
 
 bool ColorWheel::getHSV(float& hue, float& saturation, float& value) const {
@@ -131,7 +140,7 @@ void ColorWheel::setValue(float value) {
 
 void ColorWheel::setRingValue(float value) {
     KXUI_INTERFACE_THREAD(this);
-    d->showColor(d->color, value);
+    d->setColor(d->color, value);
 }
 
 float ColorWheel::getClampedHue() const {
@@ -232,7 +241,7 @@ void ColorWheel::updateFromControl() {
     rgbToHsv(red, green, blue, color.hue, color.saturation, color.value);
     if (color.saturation == 0.0F)
         color.hue = d->color.hue;
-    d->showColor(color, d->ringValue);
+    d->setColor(color, d->ringValue);
 }
 
 QSize ColorWheel::sizeHint() const {
@@ -248,7 +257,19 @@ void ColorWheel::resetView() {
 }
 
 void ColorWheel::cancelDrag() {
-    d->execute(d->drag.takeBack());
+    if (d->drag.isActive() && d->bracket.isEditing())
+        d->bracket.cancel();
+    else
+        d->execute(d->drag.takeBack());
+}
+
+bool ColorWheel::isEditing() const {
+    return d->bracket.isEditing();
+}
+
+void ColorWheel::cancelEdit() {
+    KXUI_INTERFACE_THREAD(this);
+    d->bracket.cancel();
 }
 
 bool ColorWheel::event(QEvent* event) {
@@ -272,7 +293,7 @@ bool ColorWheel::event(QEvent* event) {
     default:
         break;
     }
-    return QWidget::event(event);
+    return d->bracket.takes(event) || QWidget::event(event);
 }
 
 void ColorWheel::paintEvent(QPaintEvent* event) {
@@ -291,20 +312,27 @@ void ColorWheel::paintEvent(QPaintEvent* event) {
 
 void ColorWheel::mousePressEvent(QMouseEvent* event) {
     const bool held = d->drag.isHeld();
+    d->menuSuppressed = held && event->button() == Qt::RightButton;
+    if (d->menuSuppressed && d->bracket.isEditing() && d->drag.isActive()) {
+        event->accept();
+        d->bracket.cancel();
+        return;
+    }
+    if ((!held || event->button() == d->drag.button()) && !d->bracket.beginDrag(Qt::NoButton))
+        return;
     const ColorWheelCommands commands =
         d->drag.press(d->scene(), d->inputOf(*event), event->button());
-    d->menuSuppressed = held && event->button() == Qt::RightButton;
     event->setAccepted(d->drag.isHeld());
-    d->execute(commands);
+    d->drive(commands);
 }
 
 void ColorWheel::mouseMoveEvent(QMouseEvent* event) {
     event->setAccepted(d->drag.isHeld());
-    d->execute(d->drag.move(d->scene(), d->inputOf(*event)));
+    d->drive(d->drag.move(d->scene(), d->inputOf(*event)));
 }
 
 void ColorWheel::mouseReleaseEvent(QMouseEvent* event) {
-    d->execute(d->drag.release(event->button()));
+    d->drive(d->drag.release(event->button()));
 }
 
 void ColorWheel::mouseDoubleClickEvent(QMouseEvent* event) {
@@ -318,9 +346,9 @@ void ColorWheel::mouseDoubleClickEvent(QMouseEvent* event) {
     if (modes == NoDrag)
         event->ignore();
     else if (d->displayMode == ValueRingWheel && modes == DragValue)
-        d->editOnce({d->color.hue, d->color.saturation, 1.0F});
+        d->editWhole({d->color.hue, d->color.saturation, 1.0F});
     else
-        d->editOnce(d->neutralColor());
+        d->editWhole(d->neutralColor());
 }
 
 void ColorWheel::wheelEvent(QWheelEvent* event) {
@@ -337,20 +365,22 @@ void ColorWheel::wheelEvent(QWheelEvent* event) {
 void ColorWheel::keyPressEvent(QKeyEvent* event) {
     const int key = event->key();
     const QPointF middle(width() / 2.0, height() / 2.0);
-    if (const auto edited = editedByKey(*event, d->color))
-        d->editOnce(*edited);
-    else if (key == Qt::Key_Home)
-        d->editOnce(d->neutralColor());
-    else if (key == Qt::Key_Escape && d->drag.isHeld())
+    const std::optional<Hsv> edited =
+        key == Qt::Key_Home ? d->neutralColor() : editedByKey(*event, d->color);
+    if (edited) {
+        if (d->bracket.beginKey(*event))
+            d->editOnce(*edited);
+    } else if (key == Qt::Key_Escape && d->drag.isHeld()) {
         cancelDrag();
-    else if (d->zoomEnabled && (key == Qt::Key_Plus || key == Qt::Key_Equal))
+    } else if (d->zoomEnabled && (key == Qt::Key_Plus || key == Qt::Key_Equal)) {
         d->zoomAbout(middle, KeyZoom);
-    else if (d->zoomEnabled && key == Qt::Key_Minus)
+    } else if (d->zoomEnabled && key == Qt::Key_Minus) {
         d->zoomAbout(middle, 1.0 / KeyZoom);
-    else if (d->zoomEnabled && key == Qt::Key_0)
+    } else if (d->zoomEnabled && key == Qt::Key_0) {
         resetView();
-    else
+    } else {
         QWidget::keyPressEvent(event);
+    }
 }
 
 void ColorWheel::hideEvent(QHideEvent* event) {

@@ -3,6 +3,7 @@
 #include <KxUI/Export.h>
 
 #include <QPointF>
+#include <QVector3D>
 #include <QWidget>
 
 #include <array>
@@ -34,9 +35,14 @@ class ColorWheelPrivate;
     Keys: Left and Right change the hue by a degree, Up and Down the saturation and Page Up and Page
     Down the value by a hundredth, ten times as much with Shift; Home goes back to neutral; plus and
     minus zoom, 0 shows all of the wheel again.
+
+    What the user does to the colour is told as one edit from the first change to the release of the
+    button or key; valueEdited() is hsvChanged() with the three as one.
     Interface thread. */
 class KXUI_EXPORT ColorWheel : public QWidget {
     Q_OBJECT
+    /** Hue, saturation and value as one thing. */
+    Q_PROPERTY(QVector3D hsv READ hsv WRITE setHSV NOTIFY colorChanged USER true)
     Q_PROPERTY(float hue READ hue WRITE setHue NOTIFY colorChanged)
     Q_PROPERTY(float saturation READ saturation WRITE setSaturation NOTIFY colorChanged)
     Q_PROPERTY(float value READ value WRITE setValue NOTIFY colorChanged)
@@ -101,6 +107,8 @@ public:
     /** Stores the three as they are and repaints. The ring value stays. Like all setters here it
         emits no signal of an edit, only colorChanged(). */
     void setHSV(float hue, float saturation, float value);
+    void setHSV(const QVector3D& hsv);
+    QVector3D hsv() const;
 
     /** Writes the three. True where the value is exactly 0, so that hue and saturation mean
         nothing. 0, 0 and 1 at first. */
@@ -167,6 +175,9 @@ public:
         without a signal of an edit. Nothing without a source. */
     void updateFromControl();
 
+    /** Whether the user has begun to change the colour: from editStarted() to editFinished(). */
+    bool isEditing() const;
+
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
 
@@ -180,8 +191,20 @@ public Q_SLOTS:
     /** Takes the current drag back, as Escape does: shows the colour or the view of its start again
         and ends it without changedSignal(). Nothing without a drag. */
     void cancelDrag();
+    /** Takes the current edit back, as Escape does. Nothing without an edit: a drag that pans or
+        zooms is none. */
+    void cancelEdit();
 
 Q_SIGNALS:
+    /** The user begins to change the colour. Always followed by one editFinished(), unless the
+       wheel is deleted. */
+    void editStarted();
+    /** The user changed the colour; after hsvChanged(). */
+    void valueEdited(const QVector3D& hsv);
+    /** The edit is over. Not accepted: it was taken back, the colour is what it was at
+       editStarted(), and valueEdited() said so before. */
+    void editFinished(bool accepted);
+
     /** Sent in pairs around all that the user does: a drag, also one that pans or zooms, a double
         click, a key. The colour at the start is the one to come back to. */
     void startDragSignal();

@@ -54,6 +54,7 @@ public:
 
     /** Whether the button of a drag is down, also of one that was taken back meanwhile. */
     bool isHeld() const { return m_button != Qt::NoButton; }
+    Qt::MouseButton button() const { return m_button; }
 
     /** What a drag that starts here would change. */
     static ColorWheel::DragModes modesFor(const ColorWheelScene& scene, const QPointF& mouse,

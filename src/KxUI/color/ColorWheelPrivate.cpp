@@ -57,6 +57,16 @@ ColorWheelPrivate::ColorWheelPrivate(ColorWheel* wheel, ColorWheel::ColorTransfo
     , zoomEnabled(mode != ColorWheel::EmbeddedWheel)
     , embedded(mode == ColorWheel::EmbeddedWheel)
     , transform(std::move(given))
+    , bracket(
+          wheel,
+          [this] {
+              return ColorWheelColor{color, ringValue};
+          },
+          [this](const ColorWheelColor& shown) { showEdited(shown); },
+          [wheel](const ColorWheelColor& shown) {
+              Q_EMIT wheel->valueEdited(
+                  {shown.color.hue, shown.color.saturation, shown.color.value});
+          })
     , m_wheel(wheel) {}
 
 ColorWheelGeometry ColorWheelPrivate::geometry() const {
@@ -125,6 +135,11 @@ void ColorWheelPrivate::showColor(const Hsv& shown, float ring) {
         Q_EMIT wheel->ringValueChanged(ring);
 }
 
+void ColorWheelPrivate::setColor(const Hsv& shown, float ring) {
+    bracket.hostSet({shown, ring});
+    showColor(shown, ring);
+}
+
 void ColorWheelPrivate::showView(float newZoom, const QPointF& newPan) {
     if (newZoom == zoom && newPan == pan)
         return;
@@ -145,6 +160,13 @@ void ColorWheelPrivate::execute(const ColorWheelCommands& commands) {
     }
 }
 
+void ColorWheelPrivate::drive(const ColorWheelCommands& commands) {
+    const QPointer<ColorWheel> wheel(m_wheel);
+    execute(commands);
+    if (wheel && !drag.isActive() && bracket.gesture() != EditGestures::Keys)
+        bracket.finish();
+}
+
 void ColorWheelPrivate::tell(const ColorWheelCommand& command) {
     const QPointer<ColorWheel> wheel(m_wheel);
     switch (command.kind) {
@@ -152,9 +174,7 @@ void ColorWheelPrivate::tell(const ColorWheelCommand& command) {
         Q_EMIT wheel->startDragSignal();
         break;
     case ColorWheelCommand::ShowColor:
-        showColor(command.color, command.ringValue);
-        if (wheel)
-            Q_EMIT wheel->hsvChanged(color.hue, color.saturation, color.value);
+        tellColor(command);
         break;
     case ColorWheelCommand::ShowView:
         showView(command.zoom, command.pan);
@@ -171,14 +191,55 @@ void ColorWheelPrivate::tell(const ColorWheelCommand& command) {
     }
 }
 
+void ColorWheelPrivate::tellColor(const ColorWheelCommand& command) {
+    const auto show = [this, &command] {
+        const QPointer<ColorWheel> wheel(m_wheel);
+        showColor(command.color, command.ringValue);
+        if (wheel)
+            Q_EMIT wheel->hsvChanged(color.hue, color.saturation, color.value);
+    };
+    const ColorWheelColor edited{command.color, command.ringValue};
+    if (m_restoring || edited == ColorWheelColor{color, ringValue})
+        show();
+    else
+        bracket.note(edited, show);
+}
+
+// An edit that is complete by itself, or taken back.
+void ColorWheelPrivate::showEdited(const ColorWheelColor& shown) {
+    const QPointer<ColorWheel> wheel(m_wheel);
+    m_restoring = true;
+    if (drag.isActive())
+        execute(drag.takeBack());
+    else
+        editOnce(shown.color, shown.ringValue);
+    if (wheel)
+        m_restoring = false;
+}
+
 void ColorWheelPrivate::editOnce(const Hsv& edited) {
+    editOnce(edited, ringAfter(edited));
+}
+
+float ColorWheelPrivate::ringAfter(const Hsv& edited) const {
+    return edited.value == color.value ? ringValue : edited.value;
+}
+
+void ColorWheelPrivate::editOnce(const Hsv& edited, float ring) {
     if (drag.isActive())
         return;
-    const float ring = edited.value == color.value ? ringValue : edited.value;
     execute({{ColorWheelCommand::Begin},
              {ColorWheelCommand::ShowColor, edited, ring},
              {ColorWheelCommand::End},
              {ColorWheelCommand::Changed}});
+}
+
+void ColorWheelPrivate::editWhole(const Hsv& edited) {
+    const float ring = ringAfter(edited);
+    if (ColorWheelColor{edited, ring} == ColorWheelColor{color, ringValue})
+        editOnce(edited, ring);
+    else
+        bracket.editOnce({edited, ring});
 }
 
 void ColorWheelPrivate::zoomAbout(const QPointF& point, double factor) {

@@ -4,6 +4,9 @@ namespace Kestrel::UI {
 
 ParameterWatch::~ParameterWatch() = default;
 
+IParameter::IParameter()
+    : m_lifetime(std::make_shared<char>()) {}
+
 IParameter::~IParameter() = default;
 
 bool IParameter::isEnabled() const {

@@ -26,7 +26,7 @@ public:
     thread. */
 class KXUI_EXPORT IParameter {
 public:
-    IParameter() = default;
+    IParameter();
     IParameter(const IParameter&) = delete;
     IParameter& operator=(const IParameter&) = delete;
     virtual ~IParameter();
@@ -63,6 +63,12 @@ public:
     /** `changed` is called after every change of value or state, by whomever, until the watch is
         destroyed, which may happen in the call itself. */
     virtual std::unique_ptr<ParameterWatch> watch(std::function<void()> changed) = 0;
+
+    /** Expires with the parameter: for who borrows it. */
+    std::weak_ptr<const void> lifetime() const { return m_lifetime; }
+
+private:
+    const std::shared_ptr<const void> m_lifetime;
 };
 
 } // namespace Kestrel::UI

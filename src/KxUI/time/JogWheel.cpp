@@ -1,5 +1,6 @@
 #include <KxUI/time/JogWheel.h>
 
+#include <KxUI/kit/EditBracket_p.h>
 #include <KxUI/kit/EscapeWatch_p.h>
 #include <KxUI/kit/InterfaceThread_p.h>
 #include <KxUI/kit/WheelNotches_p.h>
@@ -20,7 +21,32 @@
 #include <optional>
 
 namespace Kestrel::UI {
-namespace {
+
+struct JogWheel::Private {
+    explicit Private(JogWheel* owner)
+        : q(owner)
+        , escape([this] { takeBack(drag.takeBack()); })
+        , bracket(
+              owner, [this] { return value; }, [this](int edited) { showEdited(edited); }) {}
+
+    JogWheel* q;
+    int minimum = 0;
+    int maximum = 1000;
+    int value = 0;
+    float sensitivity = 0.3F;
+    JogWheelDrag drag;
+    EscapeWatch escape;
+    WheelNotches wheel;
+    EditBracket<JogWheel, int> bracket;
+
+    int limited(double candidate) const;
+    void show(int limitedValue);
+    void set(int limitedValue);
+    void edit(double candidate);
+    void showEdited(int edited);
+    void takeBack(const std::optional<double>& start);
+    void cancel();
+};
 
 class JogWheelAccessible : public QAccessibleWidget, public QAccessibleValueInterface {
 public:
@@ -39,7 +65,10 @@ public:
     }
 
     QVariant currentValue() const override { return wheel()->value(); }
-    void setCurrentValue(const QVariant& value) override { wheel()->setValue(value.toInt()); }
+    void setCurrentValue(const QVariant& value) override {
+        JogWheel::Private& data = *wheel()->m;
+        data.bracket.editOnce(data.limited(value.toInt()));
+    }
     QVariant maximumValue() const override { return wheel()->maximum(); }
     QVariant minimumValue() const override { return wheel()->minimum(); }
     QVariant minimumStepSize() const override { return 1; }
@@ -48,6 +77,8 @@ private:
     JogWheel* wheel() const { return static_cast<JogWheel*>(widget()); }
 };
 
+namespace {
+
 QAccessibleInterface* makeAccessible(const QString& className, QObject* object) {
     if (className == QLatin1String("Kestrel::UI::JogWheel"))
         return new JogWheelAccessible(static_cast<JogWheel*>(object));
@@ -55,25 +86,6 @@ QAccessibleInterface* makeAccessible(const QString& className, QObject* object) 
 }
 
 } // namespace
-
-struct JogWheel::Private {
-    explicit Private(JogWheel* owner)
-        : q(owner)
-        , escape([this] { takeBack(drag.takeBack()); }) {}
-
-    JogWheel* q;
-    int minimum = 0;
-    int maximum = 1000;
-    int value = 0;
-    float sensitivity = 0.3F;
-    JogWheelDrag drag;
-    EscapeWatch escape;
-    WheelNotches wheel;
-
-    void setCandidate(double candidate);
-    void takeBack(const std::optional<double>& start);
-    void cancel();
-};
 
 JogWheel::JogWheel(QWidget* parent)
     : QWidget(parent)
@@ -97,7 +109,16 @@ int JogWheel::value() const {
 
 void JogWheel::setValue(int value) {
     KXUI_INTERFACE_THREAD(this);
-    m->setCandidate(value);
+    m->set(m->limited(value));
+}
+
+bool JogWheel::isEditing() const {
+    return m->bracket.isEditing();
+}
+
+void JogWheel::cancelEdit() {
+    KXUI_INTERFACE_THREAD(this);
+    m->bracket.cancel();
 }
 
 void JogWheel::setRange(int minimum, int maximum) {
@@ -110,7 +131,7 @@ void JogWheel::setRange(int minimum, int maximum) {
         Q_EMIT rangeChanged(minimum, maximum);
     }
     if (guard)
-        m->setCandidate(m->value);
+        m->set(m->limited(m->value));
 }
 
 void JogWheel::setMinimum(int minimum) {
@@ -143,42 +164,72 @@ float JogWheel::sensitivity() const {
     return m->sensitivity;
 }
 
-void JogWheel::Private::setCandidate(double candidate) {
-    // Clamped before it becomes an integer: a drag may reach far beyond 32 bits.
-    const double clamped =
-        std::clamp(candidate, static_cast<double>(minimum), static_cast<double>(maximum));
-    const int whole = static_cast<int>(clamped);
-    if (whole == value)
+// Limited before it becomes an integer: a drag may reach far beyond 32 bits.
+int JogWheel::Private::limited(double candidate) const {
+    return static_cast<int>(
+        std::clamp(candidate, static_cast<double>(minimum), static_cast<double>(maximum)));
+}
+
+void JogWheel::Private::show(int limitedValue) {
+    if (limitedValue == value)
         return;
-    value = whole;
+    value = limitedValue;
     q->update();
     if (QAccessible::isActive()) {
-        QAccessibleValueChangeEvent changed(q, whole);
+        QAccessibleValueChangeEvent changed(q, limitedValue);
         QAccessible::updateAccessibility(&changed);
     }
-    Q_EMIT q->valueChanged(whole);
+    Q_EMIT q->valueChanged(limitedValue);
+}
+
+void JogWheel::Private::set(int limitedValue) {
+    bracket.hostSet(limitedValue);
+    show(limitedValue);
+}
+
+void JogWheel::Private::edit(double candidate) {
+    bracket.change(limited(candidate));
+}
+
+void JogWheel::Private::showEdited(int edited) {
+    if (bracket.gesture() == EditGestures::NoGesture) { // taken back, or something else began
+        drag.takeBack();
+        escape.setActive(false);
+    }
+    show(edited);
 }
 
 void JogWheel::Private::takeBack(const std::optional<double>& start) {
     escape.setActive(drag.isActive());
     if (start)
-        setCandidate(*start);
+        bracket.cancel();
+}
+
+bool JogWheel::event(QEvent* event) {
+    return m->bracket.takes(event) || QWidget::event(event);
 }
 
 void JogWheel::mousePressEvent(QMouseEvent* event) {
-    m->takeBack(m->drag.press(event->x(), event->button(), m->value));
+    const std::optional<double> start = m->drag.press(event->x(), event->button(), m->value);
+    if (m->drag.isActive() && !m->bracket.beginDrag(Qt::NoButton))
+        return;
+    m->takeBack(start);
 }
 
 void JogWheel::mouseMoveEvent(QMouseEvent* event) {
     const auto candidate = m->drag.move(event->x(), event->buttons(), m->sensitivity);
     m->escape.setActive(m->drag.isActive());
     if (candidate)
-        m->setCandidate(*candidate);
+        m->edit(*candidate);
+    else if (m->bracket.gesture() == EditGestures::Drag && !m->drag.isActive())
+        m->bracket.finish();
 }
 
 void JogWheel::mouseReleaseEvent(QMouseEvent* event) {
     m->drag.release(event->button());
     m->escape.setActive(m->drag.isActive());
+    if (!m->drag.isActive())
+        m->bracket.finish();
 }
 
 void JogWheel::contextMenuEvent(QContextMenuEvent* event) {
@@ -206,14 +257,16 @@ void JogWheel::hideEvent(QHideEvent* event) {
 void JogWheel::wheelEvent(QWheelEvent* event) {
     const int notches = m->wheel.add(event->angleDelta().y());
     event->accept();
-    m->setCandidate(static_cast<double>(m->value) + notches);
+    if (m->bracket.beginWheel())
+        m->edit(static_cast<double>(m->value) + notches);
 }
 
 void JogWheel::keyPressEvent(QKeyEvent* event) {
-    if (const auto candidate = jogWheelKey(event->key(), m->value, m->minimum, m->maximum))
-        m->setCandidate(*candidate);
-    else
+    const auto candidate = jogWheelKey(event->key(), m->value, m->minimum, m->maximum);
+    if (!candidate)
         QWidget::keyPressEvent(event);
+    else if (m->bracket.beginKey(*event))
+        m->edit(*candidate);
 }
 
 void JogWheel::paintEvent(QPaintEvent*) {

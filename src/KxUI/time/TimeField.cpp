@@ -1,6 +1,7 @@
 #include <KxUI/time/TimeField.h>
 
 #include <KxUI/base/TimeArithmetic.h>
+#include <KxUI/kit/EditBracket_p.h>
 #include <KxUI/kit/InterfaceThread_p.h>
 #include <KxUI/kit/WheelNotches_p.h>
 #include <KxUI/time/Beep_p.h>
@@ -25,9 +26,18 @@ using Base::TimeBase;
 void (*beep)() = &QApplication::beep;
 
 struct TimeField::Private {
-    enum class By { Host, User };
+    explicit Private(TimeField* field)
+        : q(field)
+        , bracket(
+              field, [this] { return time; }, [this](Time edited) { show(edited); },
+              [this](Time edited) {
+                  const QPointer<TimeField> guard(q);
+                  Q_EMIT guard->valueEdited(edited);
+                  tellTime(guard, edited, false);
+              }) {}
 
-    TimeField* q = nullptr;
+    TimeField* q;
+    EditBracket<TimeField, Time> bracket;
     QPointer<TimeFormatter> formatter;
     QMetaObject::Connection followed;
     TimeBase timeBase{25, false};
@@ -49,9 +59,11 @@ struct TimeField::Private {
     void refresh();
     void redisplay();
     void updateWidth();
-    void announce(By who, bool flag);
+    void show(Time newTime);
+    static void tellTime(const QPointer<TimeField>& field, Time time, bool flag);
     void finishEditing();
-    void setByUser(Time newTime);
+    bool finishSafely();
+    bool finishInTime(const QFocusEvent& event);
     void incrementDigit(int direction);
     bool isOwnKey(const QKeyEvent& key) const;
 
@@ -69,9 +81,8 @@ TimeField::TimeField(QWidget* parent)
 
 TimeField::TimeField(bool frameless, bool ignoreTimecodeStart, QWidget* parent)
     : QLineEdit(parent)
-    , m(std::make_unique<Private>()) {
+    , m(std::make_unique<Private>(this)) {
     registerTimeMetaTypes();
-    m->q = this;
     m->ignoreTimecodeStart = ignoreTimecodeStart;
     m->setUp(frameless);
     connect(this, &QLineEdit::returnPressed, this, [this] {
@@ -106,23 +117,38 @@ Time TimeField::time() const {
 
 void TimeField::setTime(Time time, bool flag) {
     KXUI_INTERFACE_THREAD(this);
-    if (time == m->time || !isInRange(time))
+    if (!isInRange(time))
         return;
-    m->time = time;
-    m->refresh();
-    m->announce(Private::By::Host, flag);
+    m->bracket.hostSet(time);
+    if (time == m->time)
+        return;
+    const QPointer<TimeField> guard(this);
+    m->show(time);
+    Private::tellTime(guard, time, flag);
 }
 
-void TimeField::Private::announce(By who, bool flag) {
-    const QPointer<TimeField> guard(q);
-    const Time now = time; // a listener may set another one
-    Q_EMIT q->valueChanged(now);
-    if (guard && who == By::User)
-        Q_EMIT q->valueEdited(now);
-    if (guard)
-        Q_EMIT q->timeChanged(now);
-    if (guard)
-        Q_EMIT q->timeChanged(now, flag);
+void TimeField::Private::show(Time newTime) {
+    if (newTime == time)
+        return;
+    time = newTime;
+    refresh();
+    Q_EMIT q->valueChanged(newTime);
+}
+
+void TimeField::Private::tellTime(const QPointer<TimeField>& field, Time time, bool flag) {
+    if (field)
+        Q_EMIT field->timeChanged(time);
+    if (field)
+        Q_EMIT field->timeChanged(time, flag);
+}
+
+bool TimeField::isEditing() const {
+    return m->bracket.isEditing();
+}
+
+void TimeField::cancelEdit() {
+    KXUI_INTERFACE_THREAD(this);
+    m->bracket.cancel();
 }
 
 void TimeField::setText(const QString& text) {
@@ -303,13 +329,7 @@ void TimeField::Private::finishEditing() {
     if (edit.kind == Edit::SetRange)
         Q_EMIT q->rangeChanged(edit.time, edit.upper);
     else if (edit.kind == Edit::SetTime && edit.time != time && q->isInRange(edit.time))
-        setByUser(edit.time);
-}
-
-void TimeField::Private::setByUser(Time newTime) {
-    time = newTime;
-    refresh();
-    announce(By::User, false);
+        bracket.editOnce(edit.time);
 }
 
 void TimeField::Private::incrementDigit(int direction) {
@@ -323,10 +343,27 @@ void TimeField::Private::incrementDigit(int direction) {
     if (step == 0 || !sum || *sum == time || !q->isInRange(*sum))
         return;
     // The digit is selected before the host hears of the time, and may set another one.
-    time = *sum;
-    refresh();
-    q->setSelection(qMax(0, q->text().size() - (before.size() - caret)), 1);
-    announce(By::User, false);
+    bracket.note(*sum, [this, sum, caret, length = before.size()] {
+        time = *sum;
+        refresh();
+        q->setSelection(qMax(0, q->text().size() - (length - caret)), 1);
+        Q_EMIT q->valueChanged(*sum);
+    });
+}
+
+// The base class can not stand to be deleted by those who hear that an edit finished, so it happens
+// before it knows. False where the field is gone.
+bool TimeField::Private::finishSafely() {
+    const QPointer<TimeField> guard(q);
+    if (q->hasAcceptableInput())
+        finishEditing();
+    return !guard.isNull();
+}
+
+bool TimeField::Private::finishInTime(const QFocusEvent& event) {
+    const bool passing =
+        event.reason() == Qt::ActiveWindowFocusReason || event.reason() == Qt::PopupFocusReason;
+    return passing || finishSafely();
 }
 
 // The keys that the field uses must not trigger the host's shortcuts while it has the focus.
@@ -343,6 +380,10 @@ bool TimeField::event(QEvent* event) {
         event->accept();
         return true;
     }
+    if (m->bracket.takes(event))
+        return true;
+    if (event->type() == QEvent::FocusOut && !m->finishInTime(*static_cast<QFocusEvent*>(event)))
+        return true;
     return QLineEdit::event(event);
 }
 
@@ -369,10 +410,15 @@ void TimeField::keyPressEvent(QKeyEvent* event) {
         break;
     case Qt::Key_Return:
     case Qt::Key_Enter:
+        if (!m->finishSafely())
+            return;
         QLineEdit::keyPressEvent(event);
         break;
     case Qt::Key_Up:
     case Qt::Key_Down:
+        event->accept();
+        if (!m->bracket.beginKey(*event))
+            return;
         m->incrementDigit(event->key() == Qt::Key_Up ? 1 : -1);
         break;
     default:
@@ -415,10 +461,11 @@ void TimeField::wheelEvent(QWheelEvent* event) {
         QLineEdit::wheelEvent(event);
         return;
     }
-    // A digit a turn, however fast it is.
-    if (const int notches = m->wheel.add(delta))
-        m->incrementDigit(notches);
     event->accept();
+    // A digit a turn, however fast it is.
+    const int notches = m->wheel.add(delta);
+    if (m->bracket.beginWheel() && notches != 0)
+        m->incrementDigit(notches);
 }
 
 } // namespace Kestrel::UI

@@ -18,7 +18,8 @@ namespace Kestrel::UI {
     What may be typed: a time; "+" or "-" and a time, a step from the time shown; two times joined
     by "-", a range. The field beeps at a text that it can not read and leaves it to be mended. Up,
     Down and the wheel count the digit right of the caret. Return and Escape do not reach the
-    parent. Interface thread. */
+    parent. Each time that is typed is an edit, told at once; so is what a held key, or a run of
+    notches until half a second after the last one, counts. Interface thread. */
 class KXUI_EXPORT TimeField : public QLineEdit {
     Q_OBJECT
     Q_PROPERTY(Kestrel::Base::Time time READ time WRITE setTime NOTIFY valueChanged USER true)
@@ -106,7 +107,13 @@ public:
     void ignoreTimecodeStart(bool ignore);
     bool isIgnoreTimecodeStart() const;
 
+    /** Whether the user has begun to change the time: from editStarted() to editFinished(). */
+    bool isEditing() const;
+
 public Q_SLOTS:
+    /** Takes the current edit back: goes to the time that it began at. Nothing without an edit. */
+    void cancelEdit();
+
     /** Takes over everything at once; made for TimeFormatter::timeFormatChanged(). */
     void setTimeDisplay(Kestrel::Base::TimeBase timeBase, bool displayTimecode,
                         bool displayDropFrames, Kestrel::Base::Time timecodeStart);
@@ -117,6 +124,12 @@ Q_SIGNALS:
     /** The user made it another one, by typing, by a key or by the wheel. Follows valueChanged().
      */
     void valueEdited(Kestrel::Base::Time value);
+    /** The user begins to make it another one; before valueChanged(). Always followed by one
+        editFinished(), unless the field is deleted. */
+    void editStarted();
+    /** The edit is over. Not accepted: it was taken back, the time is what it was at editStarted(),
+        and valueEdited() said so before. */
+    void editFinished(bool accepted);
     /** As valueChanged(). Of two signals by this name, so that a connection by pointer must choose:
         `qOverload<Kestrel::Base::Time>(&TimeField::timeChanged)`. */
     void timeChanged(Kestrel::Base::Time time);
