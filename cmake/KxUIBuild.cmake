@@ -14,9 +14,7 @@ endif()
 
 add_library(kxui_build_flags INTERFACE)
 target_compile_options(kxui_build_flags INTERFACE
-  -Wall -Wextra -Wshadow -Woverloaded-virtual
-  # Qt 6 counts in 64 bits and keeps colours in floats: what is narrowed by oversight is found on Qt 5.
-  $<$<EQUAL:${KXUI_QT},5>:-Wconversion>
+  -Wall -Wextra -Wconversion -Wshadow -Woverloaded-virtual
   # Vector and scalar float results must be the same bits, so nothing may be fused.
   -ffp-contract=off
   $<$<BOOL:${KXUI_WARNINGS_AS_ERRORS}>:-Werror>)

@@ -73,7 +73,7 @@ private:
         return all;
     }
 
-    int number(int below) { return below <= 1 ? 0 : m_numbers(below); }
+    int number(qsizetype below) { return below <= 1 ? 0 : m_numbers(int(below)); }
     bool chance(int of) { return number(of) == 0; }
     template <class Item>
     Item pick(const QVector<Item>& list) {
@@ -228,7 +228,7 @@ private:
         }
         const QPoint at = chance(5) ? QPoint(-900, -900) : somewhere();
         mouse.move(at);
-        const int target = m_workspace.docks().indexOf(session.target());
+        const int target = int(m_workspace.docks().indexOf(session.target()));
         const DockDropZone zone = session.zone();
         const int index = zone == DropCentre ? session.dropIndex() : -1;
         const bool floating = target < 0 || chance(5);
@@ -359,8 +359,8 @@ private:
 };
 
 QByteArray damaged(QByteArray document, std::mt19937& random) {
-    const auto number = [&](int below) {
-        return int(std::uniform_int_distribution<>(0, below - 1)(random));
+    const auto number = [&](qsizetype below) {
+        return int(std::uniform_int_distribution<>(0, int(below) - 1)(random));
     };
     const QList<QByteArray> numbers = {"-1",       "2147483647", "-2147483648", "4294967296",
                                        "16777216", "nan",        "1e9",         ""};
@@ -383,8 +383,8 @@ QByteArray damaged(QByteArray document, std::mt19937& random) {
             break;
         }
         case 3: { // another number
-            const int start = document.indexOf('"', at);
-            const int end = start < 0 ? -1 : document.indexOf('"', start + 1);
+            const int start = int(document.indexOf('"', at));
+            const int end = start < 0 ? -1 : int(document.indexOf('"', start + 1));
             if (end > 0)
                 document.replace(start + 1, end - start - 1, numbers.at(number(numbers.size())));
             break;

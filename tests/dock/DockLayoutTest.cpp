@@ -127,7 +127,7 @@ private Q_SLOTS:
         for (int i = 0; i < 4; ++i) {
             QVERIFY(i % 2 ? workspace.restored(first) : workspace.wholeRestored(first));
             settle();
-            const int widgets = QApplication::allWidgets().size();
+            const int widgets = int(QApplication::allWidgets().size());
             QCOMPARE(lines(workspace.saved()), lines(first));
             QVERIFY(workspace.wholeRestored(first));
             settle();

@@ -240,7 +240,7 @@ private Q_SLOTS:
         const auto anyText = [&] {
             QString text;
             for (int i = upTo(5); i > 0; --i)
-                text += pieces.at(upTo(pieces.size()));
+                text += pieces.at(upTo(int(pieces.size())));
             return upTo(200) == 0 ? text.repeated(3000) : text;
         };
         FakeTimer timer;
@@ -280,7 +280,7 @@ private Q_SLOTS:
         // An activity whose end has no data gets that of its start.
         QStringList expected = contents(view);
         for (int i = 1; i < expected.size(); ++i) {
-            const int data = expected.at(i - 1).indexOf(' ') + 1;
+            const int data = int(expected.at(i - 1).indexOf(QLatin1Char(' '))) + 1;
             if (expected.at(i).startsWith("2@") && expected.at(i).endsWith("null") &&
                 expected.at(i - 1).startsWith("1@"))
                 expected[i].replace("null", expected.at(i - 1).mid(data));
@@ -391,7 +391,7 @@ private Q_SLOTS:
         QVERIFY2(loaded.error.startsWith(message), qPrintable(loaded.error));
         QVERIFY(loaded.error.contains(QRegularExpression("\nLine \\d+, column \\d+$")));
         // What stood before the error was kept.
-        QTEST(contents(loaded.view).size(), "lines");
+        QTEST(int(contents(loaded.view).size()), "lines");
     }
 
     void withinTheLimits() {

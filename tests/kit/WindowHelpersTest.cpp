@@ -40,8 +40,12 @@ private Q_SLOTS:
 
     void contrast() {
         using namespace Kestrel::UI;
-        QCOMPARE(contrastRatio(Qt::black, Qt::white), 21.0);
-        QCOMPARE(contrastRatio(Qt::white, QColor(0x76, 0x76, 0x76)), 4.542224959605253);
+        const auto compare = [](const QColor& a, const QColor& b, double ratio) {
+            // Colours are floats in some versions of Qt.
+            QVERIFY(qAbs(contrastRatio(a, b) / ratio - 1) < 1e-6);
+        };
+        compare(Qt::black, Qt::white, 21.0);
+        compare(Qt::white, QColor(0x76, 0x76, 0x76), 4.542224959605253);
         QCOMPARE(firstVisible({Qt::blue, Qt::yellow, Qt::white}, {Qt::black}, ReadableContrast),
                  QColor(Qt::yellow));
         QCOMPARE(firstVisible({Qt::gray, Qt::darkGray}, {Qt::gray}, ReadableContrast),

@@ -1,5 +1,7 @@
 #include <KxUI/color/ColorWheel_p.h>
 
+#include <KxUI/kit/QtCompat_p.h>
+
 #include <QAccessible>
 #include <QMouseEvent>
 #include <QPainter>
@@ -256,7 +258,7 @@ void ColorWheelPrivate::zoomAbout(const QPointF& point, double factor) {
 
 void ColorWheelPrivate::paintPictures(QPainter& painter, const ColorWheelGeometry& places,
                                       const QRegion& region) {
-    constexpr double OutlineOpacity = 0.35;
+    constexpr auto OutlineOpacity = static_cast<ColorPart>(0.35);
     const QSize size = m_wheel->size();
     const double ratio = m_wheel->devicePixelRatioF();
     QColor outline = m_wheel->palette().color(QPalette::WindowText);

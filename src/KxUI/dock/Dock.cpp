@@ -13,6 +13,7 @@
 #include <KxUI/dock/FocusKeeper_p.h>
 #include <KxUI/kit/FullScreen.h>
 #include <KxUI/kit/InterfaceThread_p.h>
+#include <KxUI/kit/QtCompat_p.h>
 
 #include <QApplication>
 #include <QCloseEvent>
@@ -420,7 +421,7 @@ void Dock::resizeEvent(QResizeEvent* event) {
 void Dock::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     QColor line = palette().color(QPalette::Shadow);
-    line.setAlphaF(line.alphaF() * 0.23);
+    line.setAlphaF(ColorPart(line.alphaF() * 0.23));
     painter.fillRect(0, d->titleHeight - 1, width(), 1, line);
     if (d->hover && !(d->controller && d->controller->splitPanelsByDragging()))
         painter.fillRect(0, 0, width(), 2, palette().highlight());

@@ -32,6 +32,16 @@ void giveBackFocus(QWidget* focus) {
     focus->setFocus(Qt::OtherFocusReason);
 }
 
+/** Makes a window that was shown a page again, hidden and without a parent. Given its flags alone it
+    would keep its native window, and take it into its pane. */
+void endBeingWindow(QWidget* page, Qt::WindowFlags flags) {
+    const QPointer<QWidget> alive(page);
+    QWidget parent;
+    page->setParent(&parent, flags);
+    if (alive)
+        page->setParent(nullptr);
+}
+
 } // namespace
 
 DockDragSession& DockDragSession::instance() {
@@ -146,11 +156,12 @@ QWidget* DockDragSession::release() {
     if (m_controller)
         DockMainWindowPrivate::of(*m_controller).tellOfDrag(false);
     m_source = nullptr;
-    if (m_page) {
-        m_page->setWindowFlags(m_pageFlags);
-        m_page->setAttribute(Qt::WA_ShowWithoutActivating, !m_pageActivates);
+    if (m_page)
         setWindowOpacity(m_page, 1.0);
-    }
+    if (m_page)
+        endBeingWindow(m_page, m_pageFlags);
+    if (m_page)
+        m_page->setAttribute(Qt::WA_ShowWithoutActivating, !m_pageActivates);
     return m_page;
 }
 

@@ -198,7 +198,7 @@ void DockLayoutBuilder::replaceKeepingPages(const Layout& layout) {
 void DockLayoutBuilder::takeOut(Dock& dock) {
     DockPrivate& pane = DockPrivate::of(dock);
     const auto pages = pane.pages->list();
-    for (int i = pages.size() - 1; i >= 0; --i) {
+    for (int i = int(pages.size()) - 1; i >= 0; --i) {
         QWidget* page = pages.at(i);
         if (!page || pane.pages->find(page) < 0)
             continue;

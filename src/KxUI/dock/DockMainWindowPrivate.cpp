@@ -97,11 +97,11 @@ QList<DockWindow*> DockMainWindowPrivate::windows(const DockMainWindow& workspac
 
 Dock* DockMainWindowPrivate::walkFocus(int step) {
     const auto all = q->docks();
-    const int start = all.indexOf(q->activeDock());
+    const int start = int(all.indexOf(q->activeDock()));
     if (start < 0)
         return nullptr;
     const QWidget* here = all.at(start)->window();
-    const int size = all.size();
+    const int size = int(all.size());
     for (int walked = 1; walked <= size; ++walked) {
         Dock* dock = all.at((start + walked * step + walked * size) % size);
         if (!canTakeFocus(*dock))

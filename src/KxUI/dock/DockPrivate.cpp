@@ -217,7 +217,7 @@ bool DockPrivate::closePages() {
     refused.clear();
     bool all = true;
     const auto list = pages->list();
-    for (int i = list.size() - 1; i >= 0; --i) {
+    for (int i = int(list.size()) - 1; i >= 0; --i) {
         const QPointer<QWidget> page = list.at(i);
         if (!page || pages->find(page) < 0)
             continue;
@@ -237,7 +237,7 @@ bool DockPrivate::closePages() {
 
 void DockPrivate::releasePages() {
     const auto list = pages->list();
-    for (int i = list.size() - 1; i >= 0; --i) {
+    for (int i = int(list.size()) - 1; i >= 0; --i) {
         QWidget* page = list.at(i);
         if (!page)
             continue;

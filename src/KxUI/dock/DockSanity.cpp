@@ -69,6 +69,8 @@ private:
             const QWidget* page = stack->widget(i);
             if (page->parentWidget() != stack)
                 return QStringLiteral("a page has another parent than its stack");
+            if (page->windowHandle() && !page->testAttribute(Qt::WA_NativeWindow))
+                return QStringLiteral("a page in a pane still has a native window");
             if (m_pages.contains(page))
                 return QStringLiteral("a page is in two places");
             m_pages.insert(page);

@@ -26,7 +26,7 @@ WidgetMonitorEventFilter& monitor() {
     the key of its rectangle. */
 QList<QSplitter*> rememberedSplitters(const QWidget* widget) {
     QList<QSplitter*> splitters = widget->findChildren<QSplitter*>();
-    for (int i = splitters.size() - 1; i >= 0; --i) {
+    for (int i = int(splitters.size()) - 1; i >= 0; --i) {
         const QString name = splitters.at(i)->objectName();
         if (name.isEmpty() || name == widget->objectName())
             splitters.removeAt(i);

@@ -137,7 +137,7 @@ void HelpConnection::fillPiece() {
     m_allRead = true;
     if (m_response.body.state() == RegularFile::State::Open) {
         const auto wanted = std::min(pieceBytes, m_response.body.size() - m_bodyRead);
-        const int before = m_piece.size();
+        const int before = int(m_piece.size());
         m_piece.resize(before + static_cast<int>(wanted));
         const std::size_t got = m_response.body.read(m_piece.data() + before, wanted);
         m_piece.resize(before + static_cast<int>(got));

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QColor>
 #include <QString>
 #include <QVariant>
 #include <QWindow>
@@ -17,6 +18,9 @@
     What Qt 5 and Qt 6 do in different ways: the one place that asks which it is. */
 
 namespace Kestrel::UI {
+
+/** What QColor takes and gives its parts in: double on Qt 5, float on Qt 6. */
+using ColorPart = decltype(QColor().redF());
 
 /** The text of `size` bytes of UTF-8, with a byte order mark if it begins with one; null where they
     are not valid to their end. */

@@ -346,7 +346,7 @@ void TimeField::Private::incrementDigit(int direction) {
     bracket.note(*sum, [this, sum, caret, length = before.size()] {
         time = *sum;
         refresh();
-        q->setSelection(qMax(0, q->text().size() - (length - caret)), 1);
+        q->setSelection(int(qMax(0, q->text().size() - (length - caret))), 1);
         Q_EMIT q->valueChanged(*sum);
     });
 }

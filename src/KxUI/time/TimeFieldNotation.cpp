@@ -64,7 +64,7 @@ Time TimeFieldNotation::digitStep(const QString& text, int caret) const {
     const auto times = [](Time unit, Time factor) {
         return Base::exactProduct(unit, factor).value_or(0);
     };
-    int fieldEnd = text.size();
+    int fieldEnd = int(text.size());
     Time unit = 1;
     if (type != Timecode::Frames) {
         int separators = 0;
