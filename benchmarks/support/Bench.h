@@ -16,7 +16,7 @@ benchmark::internal::Benchmark* add(const std::string& work, const std::string& 
 }
 
 /** States how many times the reference ours may cost at most (per item where items are counted);
-   the report marks a work that misses it. The reference is measured in the same run: 1,000
+    the report marks a work that misses it. The reference is measured in the same run: 1,000
     multiplications of 64 bits, each waiting for the one before, a microsecond at 4 GHz. */
 void target(const std::string& work, double references);
 

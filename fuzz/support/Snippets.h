@@ -7,8 +7,8 @@
 namespace Kestrel::Fuzz {
 
 /** Makes documents of bytes, so that mutations reach behind the parser: each byte chooses a
-   snippet, in which the next bytes choose a number for each % and a name for each $. A snippet that
-   opens an element has it closed by "</", or at the end. */
+    snippet, in which the next bytes choose a number for each % and a name for each $. A snippet
+    that opens an element has it closed by "</", or at the end. */
 class Snippets {
 public:
     Snippets(std::vector<std::string> snippets, std::vector<std::string> names)

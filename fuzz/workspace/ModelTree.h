@@ -12,7 +12,7 @@
 namespace Kestrel::Test {
 
 /** A workspace as a plain tree, with the rules by which it changes, and nothing of widgets. Panes
-   are named by their index in depth-first order over all windows, as `DockMainWindow::docks` lists
+    are named by their index in depth-first order over all windows, as `DockMainWindow::docks` lists
     them. */
 class ModelTree {
 public:

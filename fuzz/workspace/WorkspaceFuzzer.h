@@ -8,7 +8,7 @@
 namespace Kestrel::Fuzz {
 
 /** Random operations on a workspace and on its model, side by side, each followed by a look over
-   the whole workspace. Returns what went wrong, empty when all went well. */
+    the whole workspace. Returns what went wrong, empty when all went well. */
 QString runOperations(unsigned seed, int steps);
 
 /** The same with operations chosen by bytes, until there are no more. */

@@ -50,7 +50,7 @@ const char* const Example = R"(<?xml version="1.0" encoding="UTF-8"?>
 )";
 
 /** For a comparison that names the first line that differs. Which pane has the focus depends on
-   what window is active. */
+    what window is active. */
 QStringList lines(QByteArray document) {
     return QString(document.replace(" focus=\"true\"", "")).split('\n');
 }

@@ -10,7 +10,7 @@
 namespace Kestrel::Test {
 
 /** The left button on a strip of tabs, by events as the window system sends them while the strip
-   has the mouse. Points are in desktop coordinates. */
+    has the mouse. Points are in desktop coordinates. */
 class Mouse {
 public:
     explicit Mouse(UI::Dock* dock)

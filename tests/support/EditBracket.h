@@ -47,7 +47,7 @@ struct EditedWidget {
 };
 
 /** What a widget told: S and F are the start and the end of an edit (R where it was taken back), E
-   a change in between. */
+    a change in between. */
 template <class Widget>
 class EditLog : public QObject {
 public:

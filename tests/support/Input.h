@@ -39,7 +39,7 @@ inline bool turnWheel(QWidget& widget, int delta, const QPoint& at = QPoint(5, 5
 }
 
 /** Presses a key as a window does, first as the shortcut that it might be; returns whether the
-   widget took it both times. */
+    widget took it both times. */
 inline bool sendKey(QWidget& widget, int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
     bool taken = true;
     for (const QEvent::Type type : {QEvent::ShortcutOverride, QEvent::KeyPress}) {

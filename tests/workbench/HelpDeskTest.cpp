@@ -26,7 +26,7 @@ using Kestrel::Base::Time;
 namespace UI = Kestrel::UI;
 
 /** Help in the workbench: which page F1 opens, what the pages may ask for, and whether the pages
-   hang together. */
+    hang together. */
 class HelpDeskTest : public QObject {
     Q_OBJECT
 

@@ -24,7 +24,7 @@ using Kestrel::Base::TimeBase;
 namespace UI = Kestrel::UI;
 
 /** The workbench driven by the keys and controls that its user has: frames 1 to 40, of which 11 to
-   20 are missing. */
+    20 are missing. */
 class TransportTest : public QObject {
     Q_OBJECT
 

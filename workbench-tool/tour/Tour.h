@@ -11,8 +11,8 @@
 namespace Kestrel::Workbench {
 
 /** Shows without a screen that the program does its work: lists the folders, decodes their
-   sequences and saves pictures of the window and of each widget, dark and light, at screen scale 1
-   and 2. */
+    sequences and saves pictures of the window and of each widget, dark and light, at screen scale 1
+    and 2. */
 class Tour {
 public:
     /** @param paths  what to open, absolute, at least one */

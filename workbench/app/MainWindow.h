@@ -21,7 +21,7 @@ class TimelinePanel;
 class ViewerPanel;
 
 /** The window: a workspace of panels round one session, and the menus that drive it. It begins in
-   the first built-in layout. */
+    the first built-in layout. */
 class MainWindow : public Workspace {
     Q_OBJECT
 
@@ -46,8 +46,8 @@ public:
     void openTools();
 
     /** Lists the first of these folders and files and opens its sequence, or its first one; the
-       other folders are offered in the list's path field. Absolute paths in the bytes of the file
-       system. */
+        other folders are offered in the list's path field. Absolute paths in the bytes of the file
+        system. */
     void openPaths(const QList<QByteArray>& paths);
 
     void setTheme(Theme theme);

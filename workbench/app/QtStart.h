@@ -4,7 +4,7 @@ namespace Kestrel::Workbench {
 
 /** \file
     What is to be said before the application object is made; one source file for each version of
-   Qt. */
+    Qt. */
 
 /** File names are UTF-8 whatever the locale says, also in the C locale. */
 void prepareFileNames();

@@ -17,7 +17,7 @@ enum ExitCode { Done = 0, Failed = 1, WrongUse = 2 };
 int complain(ExitCode code, const QString& message);
 
 /** What has to be set before any application object is made: names, that which complaints begin
-   with among them, and how file names are read.
+    with among them, and how file names are read.
  */
 void nameProgram(const char* name = "kxui-workbench");
 

@@ -13,7 +13,7 @@
 namespace Kestrel::Workbench {
 
 /** The grades of all sequences that were opened, each a project of one undo history. A sequence
-   that is opened again has its grade and its history. Interface thread. */
+    that is opened again has its grade and its history. Interface thread. */
 class GradeHistory : public QObject {
     Q_OBJECT
 
@@ -38,7 +38,7 @@ public:
     bool isBypassed() const { return m_bypassed; }
 
     /** Changes the open sequence's grade, to be undone by one step with all changes of the same
-       part since finishEdit().
+        part since finishEdit().
         @param text  for the list of steps */
     void edit(const Grade& grade, Part part, const QString& text);
 

@@ -20,7 +20,7 @@ struct ItemStatus {
 };
 
 /** Asks for the status of a plain item, or, with a hashed name, of all files of a sequence. Takes
-   as long as the file system does. */
+    as long as the file system does. */
 ItemStatus readItemStatus(const std::string& folder, const FolderNames& names,
                           const std::string& itemName, const std::string& hashedName);
 

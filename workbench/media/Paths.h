@@ -17,7 +17,7 @@ std::string parentFolder(const std::string& path);
 std::string fileNameOf(const std::string& path);
 
 /** The absolute form of a path as a user writes it: `~` for the home folder, relative to the
-   current folder, without `.`, `..` and a closing slash. */
+    current folder, without `.`, `..` and a closing slash. */
 std::string absolutePath(const std::string& path);
 
 /** Whether there is anything, or a folder, of this path. */

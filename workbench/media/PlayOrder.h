@@ -19,7 +19,7 @@ struct PlayOrder {
     int direction = 0;
 
     /** How far off the need for a frame is; 0 is the playhead's own frame. Frames that playback
-       does not reach come after all that it does. */
+        does not reach come after all that it does. */
     std::uint64_t distance(Base::Time time) const;
 
     /** The frames needed next, nearest first, at most `count`. */

@@ -17,8 +17,8 @@
 namespace Kestrel::Workbench {
 
 /** What the panels share: the open sequence, its times, how times are written, its grade, the
-   decoded and graded frames, and what the viewer should show right now. Interface thread; it never
-   waits for a decode or a grade. */
+    decoded and graded frames, and what the viewer should show right now. Interface thread; it never
+    waits for a decode or a grade. */
 class Session : public QObject {
     Q_OBJECT
 
@@ -40,8 +40,8 @@ public:
     void open(Sequence sequence, Base::Time at = Base::InvalidTime);
 
     /** What the viewer shows: the graded frame of the current time, or the nearest one while that
-       is being decoded, or the one shown before while it is being graded. Null when there is
-       nothing to show. */
+        is being decoded, or the one shown before while it is being graded. Null when there is
+        nothing to show. */
     FramePtr shownFrame() const { return m_shown; }
 
     /** Whether the shown frame stands in for one that is still being decoded or graded. */

@@ -17,7 +17,7 @@ struct SampleLook {
 
 /** Frame `frame` of a sample shot, `index` frames after its first: a turning leader wipe, a light
     brighter than white on its orbit, a grey wedge and the frame number. Scene-linear RGB, row by
-   row from the top. May run on any thread. */
+    row from the top. May run on any thread. */
 std::vector<float> paintSampleFrame(const SampleLook& look, int frame, int index);
 
 } // namespace Kestrel::Workbench

@@ -12,8 +12,8 @@
 namespace Kestrel::Workbench {
 
 /** Writes the sample: a shot of 240 EXR frames of half float and one of 100 PNG frames with gaps
-   and another padding. The frames are written side by side into a temporary folder that takes its
-   final name when all are there, so that no half of a sample is ever found. */
+    and another padding. The frames are written side by side into a temporary folder that takes its
+    final name when all are there, so that no half of a sample is ever found. */
 class SampleGenerator : public QObject {
     Q_OBJECT
 

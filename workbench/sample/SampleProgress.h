@@ -12,8 +12,8 @@ struct SampleResult {
 };
 
 /** The folder of the sample, written first where it is not there yet, under a progress bar or,
-   without `window`, with a line to standard output. Returns when that is over; needs an application
-   object. */
+    without `window`, with a line to standard output. Returns when that is over; needs an
+    application object. */
 SampleResult provideSample(bool window);
 
 } // namespace Kestrel::Workbench

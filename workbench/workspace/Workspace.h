@@ -23,7 +23,7 @@ public:
     ~Workspace() override;
 
     /** The panel of that id, made when it does not exist yet; null when no kind has that id.
-       Whether it is in a pane is another question. */
+        Whether it is in a pane is another question. */
     QWidget* page(const QString& id);
 
     /** Whether the panel is in a pane, behind other tabs or not. */
@@ -40,7 +40,7 @@ public:
     void closePage(const QString& id);
 
     /** Arranges the pages as a layout says; those that it does not name are closed. The window
-       stays where it is. */
+        stays where it is. */
     void arrange(const BuiltInLayout& layout);
 
     /** Saves the arrangement to a file, or leaves the file as it was. Returns what went wrong, for

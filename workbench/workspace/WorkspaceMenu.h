@@ -13,7 +13,7 @@ namespace Kestrel::Workbench {
 class Workspace;
 
 /** What can be done with the arrangement of a workspace: layouts, saving and loading, the pages,
-   the focus, the pane that has it, full screen. */
+    the focus, the pane that has it, full screen. */
 class WorkspaceMenu : public QMenu {
     Q_OBJECT
 

@@ -43,8 +43,8 @@ public:
     TimeBase(unsigned fps, Flag ntsc) = delete;
 
     /** The base that a measured rate in frames per second stands for, compared in single precision:
-       a whole number within 0.0001, else 24000/1001, 30000/1001 or 60000/1001 within 0.011, else a
-       numerator over 100. A rate near 0 gives 0/1, a negative one a numerator of 0; infinity and
+        a whole number within 0.0001, else 24000/1001, 30000/1001 or 60000/1001 within 0.011, else a
+        numerator over 100. A rate near 0 gives 0/1, a negative one a numerator of 0; infinity and
         not-a-number give the invalid base. */
     explicit constexpr TimeBase(double rate) noexcept {
         constexpr double limit = std::numeric_limits<float>::max();

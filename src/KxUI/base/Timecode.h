@@ -13,7 +13,7 @@
     numbers, feet and frames.
 
     Pure functions for any thread, defined for every 64-bit time. None throws, except where memory
-   runs out. */
+    runs out. */
 namespace Kestrel::Base::Timecode {
 
 /** How a time is written. The values are part of saved settings. */

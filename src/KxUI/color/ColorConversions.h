@@ -164,7 +164,7 @@ struct ConstPlanarRow {
 /** Unpacks the first `pixels` pixels at `source` (any alignment, `rowBytes` of them are read).
     Alpha is 1 for layouts without it, and is not written to a null `to.alpha`. RGB layouts ignore
     the coefficients. `source` and `to` do not overlap; nothing is done where `source` or a colour
-   of `to` is null. The bits of the result do not depend on the processor. */
+    of `to` is null. The bits of the result do not depend on the processor. */
 KXUI_EXPORT void decodeRow(PixelLayout layout, const void* source, const PlanarRow& to, int pixels,
                            const YCbCrToRgbCoefficients& coefficients) noexcept;
 

@@ -18,7 +18,7 @@ namespace Kestrel::UI {
     straight line. So finite knots never give an infinite value.
 
     A plain value, whose layout is frozen. Any number of threads may evaluate one curve that none of
-   them changes. */
+    them changes. */
 class KXUI_EXPORT Curve {
 public:
     /** The most knots that any curve holds. */

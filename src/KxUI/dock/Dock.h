@@ -23,7 +23,7 @@ class DockWindow;
     Lives in a DockSplitter of its controller's main window or of a floating window, and is deleted
     when it is closed. The pages (the host's widgets) are reparented to no parent when their pane
     dies, unless they have Qt::WA_DeleteOnClose and did not refuse to close. The object name of a
-   pane is its id in layouts, that of a page is the page's id. Interface thread.
+    pane is its id in layouts, that of a page is the page's id. Interface thread.
  */
 class KXUI_EXPORT Dock : public QWidget {
     Q_OBJECT

@@ -15,8 +15,8 @@ class DockTabBar;
 class HoverWidget;
 
 /** The drag of a page that left its pane: one at a time in the process, from tear-off to drop.
-   Holds nothing that may not die meanwhile: it then ends, and the page, if it still lives, goes
-   back or floats. */
+    Holds nothing that may not die meanwhile: it then ends, and the page, if it still lives, goes
+    back or floats. */
 class DockDragSession : public QObject {
     Q_OBJECT
 

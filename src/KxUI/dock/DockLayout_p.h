@@ -81,7 +81,7 @@ struct LayoutReading {
 LayoutReading readLayout(QIODevice* device);
 
 /** Whether the first element of the document is a layout of the known version. Reads from the
-   device only what it needs; a random-access device is put back to where it was. */
+    device only what it needs; a random-access device is put back to where it was. */
 bool startsLayout(QIODevice* device);
 
 /** Writes a document to an open device; returns whether everything could be written. Characters

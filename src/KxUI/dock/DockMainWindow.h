@@ -70,26 +70,26 @@ public:
 
     /** Whether a pane closes when its last page leaves it, unless it is the last one of the main
         window, and whether the close button of a pane without pages closes the pane. A pane that
-       was made without pages stays. The pane closes from the event loop, or when the layout is
-       saved. Initially false. */
+        was made without pages stays. The pane closes from the event loop, or when the layout is
+        saved. Initially false. */
     bool emptiedPanesClose() const;
     void setEmptiedPanesClose(bool close);
 
     /** Whether a page of this workspace is being dragged: it is in no pane then, and a window of
-       its own. See dragActiveChanged(). */
+        its own. See dragActiveChanged(). */
     bool isDragActive() const;
 
     /** Brings a page to the front and gives it the focus: its tab becomes current, its pane has
-       room again, and its window comes up if the workspace is shown.
+        room again, and its window comes up if the workspace is shown.
 
         A page that is in no pane goes where one of its object name was last: into the pane that it
         left, or a new one in the place of that pane when it has closed. Where there is no such
-       place any more, it goes to the pane with the focus. Null shows nothing. */
+        place any more, it goes to the pane with the focus. Null shows nothing. */
     void showPage(QWidget* page);
 
     /** New actions, children of this window, for the host's menus: "Next Pane"
-       (Ctrl+Alt+Backquote), "Previous Pane" (Ctrl+Shift+Alt+Backquote), "Next Tab" (Ctrl+Shift+]),
-       "Previous Tab" (Ctrl+Shift+[). */
+        (Ctrl+Alt+Backquote), "Previous Pane" (Ctrl+Shift+Alt+Backquote), "Next Tab" (Ctrl+Shift+]),
+        "Previous Tab" (Ctrl+Shift+[). */
     QAction* nextDockAction();
     QAction* prevDockAction();
     QAction* nextTabAction();
@@ -152,17 +152,17 @@ public:
     /** Replaces the arrangement by that of a document on an open device. `useAvailableGeometry`
         makes the main window fill its screen. When the document cannot be read to its end, what
         could be read replaces the arrangement, the old tree stays hidden and parentless, a box
-       tells where the reader stopped, and the result is false. Null and a device that is not open
+        tells where the reader stopped, and the result is false. Null and a device that is not open
         change nothing; the box says so. See `restoreWholeLayout`. */
     bool restoreLayout(QIODevice* device, bool useAvailableGeometry);
 
     /** Replaces the arrangement by that of a document, or changes nothing at all.
 
         The whole document is read and checked first; a refused one leaves the workspace as it is
-       and says why in `error` (may be null). Pages of the workspace that the document names are
-       moved, not created again; only others are asked of `createPage`. Pages that it does not name
-       are taken out alive: hidden, without a parent, and reported removed. The focus stays in its
-       page. Placeholders are not pages: the page that one stands for is asked of `createPage`
+        and says why in `error` (may be null). Pages of the workspace that the document names are
+        moved, not created again; only others are asked of `createPage`. Pages that it does not name
+        are taken out alive: hidden, without a parent, and reported removed. The focus stays in its
+        page. Placeholders are not pages: the page that one stands for is asked of `createPage`
         again. Null and a device that is not open are refused.
         A hidden workspace stays hidden; its floating windows come up when it is shown. */
     bool restoreWholeLayout(QIODevice* device, bool useAvailableGeometry,

@@ -34,7 +34,7 @@ public:
     /** The pages as they are now, for walks in which some may die. */
     QVector<QPointer<QWidget>> list() const;
     /** Whether a page is leaving by itself right now, in the middle of code of Qt's that cannot
-       bear what hosts do. */
+        bear what hosts do. */
     bool isFollowing() const { return m_following; }
     /** Whether the list, the stack and the strip are the same. */
     bool isInStep() const;

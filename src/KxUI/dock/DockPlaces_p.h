@@ -33,8 +33,7 @@ public:
     void settle();
 
     /** The pane for a page that is in none, made where there is none; null when the host makes
-     * none.
-     */
+        none. */
     Dock* paneFor(const QWidget& page);
     /** Shows the whole of a pane: no other one has its room, and it has some itself. */
     void giveRoom(Dock& dock);

@@ -10,7 +10,7 @@
 namespace Kestrel::UI {
 
 /** A branch of the workspace tree: its children are panes and further splitters. Deletes itself
-   when its last child has gone, unless it is the root of its window. Interface thread. */
+    when its last child has gone, unless it is the root of its window. Interface thread. */
 class KXUI_EXPORT DockSplitter : public QSplitter {
     Q_OBJECT
 
@@ -22,8 +22,8 @@ public:
     ~DockSplitter() override;
 
     /** Gives all room to the child at `index` and keeps the sizes for later; -1 gives the kept
-       sizes back. Sizes already kept are not replaced by those of an expansion. -1 with nothing
-       kept, and an index outside the children, change nothing. */
+        sizes back. Sizes already kept are not replaced by those of an expansion. -1 with nothing
+        kept, and an index outside the children, change nothing. */
     void expand(int index);
 
     /** The sizes without an expansion: the kept ones, else the current ones; pixels. */

@@ -9,7 +9,7 @@
 namespace Kestrel::UI {
 
 /** The bar on top of a pane that carries its tabs and buttons. While the pane's title is hidden it
-   is a strip of 3 pixels, and shows the title while the mouse rests on it. Interface thread. */
+    is a strip of 3 pixels, and shows the title while the mouse rests on it. Interface thread. */
 class KXUI_EXPORT DockTitleBar : public QWidget {
     Q_OBJECT
     Q_PROPERTY(bool pressed READ isPressed WRITE setPressed NOTIFY pressedChanged)

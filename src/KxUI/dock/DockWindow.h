@@ -16,8 +16,8 @@ class DockSplitter;
 class DockWindowPrivate;
 
 /** A window of the workspace: a tree of splitters with panes as its leaves. Floating windows are
-   tool windows above the main window; every window deletes itself when it is closed. Interface
-   thread. */
+    tool windows above the main window; every window deletes itself when it is closed. Interface
+    thread. */
 class KXUI_EXPORT DockWindow : public QMainWindow, public SnappableWindow {
     Q_OBJECT
 

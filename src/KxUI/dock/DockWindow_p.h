@@ -25,7 +25,7 @@ public:
         state: a maximized one may have another frame. */
     QPoint frameOffset;
     /** Where a maximized window goes back to, as a layout said it: until the window is in its
-       normal state its frame is not known. Null when the window was in that state. */
+        normal state its frame is not known. Null when the window was in that state. */
     QRect restoredNormal;
     /** When it was activated last, counted over all windows: activated windows come to the top. */
     quint64 activation = 0;

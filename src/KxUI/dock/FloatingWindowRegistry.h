@@ -12,7 +12,7 @@ class QWidget;
 namespace Kestrel::UI {
 
 /** The floating windows that are alive. Windows are borrowed; one that is destroyed leaves by
-   itself. Interface thread. */
+    itself. Interface thread. */
 class KXUI_EXPORT FloatingWindowRegistry : public QObject {
     Q_OBJECT
 

@@ -210,7 +210,7 @@ QString NamedWorkspaces::Private::arrange(const QByteArray& layout) const {
 }
 
 /** Has the work done unless there is a problem already. Then `finish` says what else went wrong,
-   the names are published, and who asked is told. */
+    the names are published, and who asked is told. */
 void NamedWorkspaces::Private::begin(const QString& problem, const FileQueue::Work& work,
                                      const Finish& finish, const Done& done) {
     const bool refused = !problem.isEmpty();

@@ -14,7 +14,7 @@ namespace Kestrel::UI {
 class DockMainWindow;
 
 /** The arrangements of a workspace that its users gave names to: one layout file each, "NAME.xml",
-   in a folder of the host.
+    in a folder of the host.
 
     Files are read and written on another thread, in the order of the calls, so the folder may lie
     on a slow server. A file is replaced as a whole or stays as it was; what is being saved when the
@@ -67,8 +67,8 @@ public:
     void setCurrent(const QString& name);
 
     /** Why a text cannot be a name, for the user; empty when it can. A name is not empty, has at
-       most MaximumNameLength characters, and must be a file name everywhere: without a slash, a
-       colon or a control character, and no name that a system reserves. */
+        most MaximumNameLength characters, and must be a file name everywhere: without a slash, a
+        colon or a control character, and no name that a system reserves. */
     static QString problemOfName(const QString& name);
 
     /** `text` as names are kept: without blanks at its ends, and with single ones inside. Every

@@ -11,7 +11,7 @@ namespace Kestrel::UI {
 class NamedWorkspaces;
 
 /** A menu for a host's menu bar: goes to the named workspaces, saves, renames and deletes them.
-   Asks and complains in windows of its own, which do not stop the event loop. Interface thread. */
+    Asks and complains in windows of its own, which do not stop the event loop. Interface thread. */
 class KXUI_EXPORT NamedWorkspacesMenu : public QMenu {
     Q_OBJECT
 

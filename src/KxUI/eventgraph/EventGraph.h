@@ -65,8 +65,8 @@ public:
 
         Switched on it goes to its place, so do that before it is shown. It is remembered when it is
         closed, and when it is open as the application quits or as it is destroyed. AppSettings
-       keeps it under the object name, which becomes "EventGraph" where there is none: name windows
-       apart of which several are to be remembered. */
+        keeps it under the object name, which becomes "EventGraph" where there is none: name windows
+        apart of which several are to be remembered. */
     void setRemembersPlace(bool remembers);
     bool remembersPlace() const;
 

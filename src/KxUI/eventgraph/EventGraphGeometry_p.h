@@ -40,7 +40,7 @@ int scrollAfterZoom(int cursorX, int scroll, float oldScale, float newScale, int
                     int parentWidth);
 
 /** The size of a view that shows `span` milliseconds, at least 800 of them, and rows of this
-   height, at least 500 pixels. */
+    height, at least 500 pixels. */
 QSize viewSize(int span, float pixelsPerMs, qint64 rowsHeight);
 
 /** The y of a value in a graph row that ends above `bottom`. */

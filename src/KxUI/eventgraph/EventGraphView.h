@@ -122,7 +122,7 @@ public:
     float horizontalScale() const;
 
     /** The text for the event at a point of the view, in the user's language; empty without one.
-       Where the event is goes to `hitRect`, which may be null. */
+        Where the event is goes to `hitRect`, which may be null. */
     QString eventTextAt(const QPoint& point, QRect* hitRect = nullptr) const;
 
     /** The whole capture without scrolling; 200 x 100 while it runs. */

@@ -15,8 +15,8 @@ namespace Kestrel::UI {
     a copy of a million values takes some microseconds, and stays as it is.
 
     The values lie in blocks. Who changes a block that another deque shares gets a copy of it. What
-   a change no longer needs is handed out, so that whoever holds a lock can destroy it later.
-   Threads may use deques of their own at the same time, even when these share blocks. */
+    a change no longer needs is handed out, so that whoever holds a lock can destroy it later.
+    Threads may use deques of their own at the same time, even when these share blocks. */
 template <class T>
 class SharedDeque {
 public:

@@ -18,8 +18,8 @@ struct PlainEvent {
 /** The events of a track, put in order for drawing and finding them: spans, instants, samples.
 
     All times are milliseconds since the start of the capture, all event numbers count from the
-   first event the index was made of. An end whose start is no longer held belongs to an activity
-   that was open when the capture began: it counts from there. */
+    first event the index was made of. An end whose start is no longer held belongs to an activity
+    that was open when the capture began: it counts from there. */
 struct TrackIndex {
     struct Span {
         int start;
@@ -74,7 +74,7 @@ TrackIndex makeIndex(const TrackInfo& info, int startTime, std::vector<PlainEven
 TrackIndex::Range valueRange(const TrackIndex& index, std::size_t from, std::size_t to);
 
 /** Start and end of the activity that ends with an event, or the time of an instant twice; zeroes
-   for other events. */
+    for other events. */
 std::pair<int, int> timesOf(const TrackIndex& index, quint32 event);
 
 /** The text of an event's user data, or nothing when it has none or is no longer held. Takes the

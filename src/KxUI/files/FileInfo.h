@@ -22,12 +22,12 @@ class FileInfoData;
     whatever the locale, with replacement characters for what is not UTF-8. Nothing is cut.
 
     A sequence stands for its files in one of two ways. One that was listed, or made from the text
-   of a listing, knows the frames that were there. One that a host puts together borrows its member
+    of a listing, knows the frames that were there. One that a host puts together borrows its member
     files, see insertSequenceFile(). presentRanges(), hasFrame() and rawFramePath() answer for both.
 
     A value; copies are cheap and share what they hold until one of them changes. They borrow the
     same members and the same parent. One thread at a time for each item; copies may be used by
-   other threads. */
+    other threads. */
 class KXUI_EXPORT FileInfo {
 public:
     /** What is known of an item. */
@@ -111,9 +111,9 @@ public:
     QString getSequenceLongName() const;
 
     /** Builds the sequence name once: the file name with its first # written numberOfHashes()
-       times, and the range of start and end frame, or of the member files when both are 0. Finds
-       the gaps between the member files. Does nothing for an item that is not a sequence or is
-       named already. */
+        times, and the range of start and end frame, or of the member files when both are 0. Finds
+        the gaps between the member files. Does nothing for an item that is not a sequence or is
+        named already. */
     void constructSequenceName();
 
     /** All flags that are set. */

@@ -46,9 +46,9 @@ public:
     ~FileInfoList() override;
 
     /** Lists a directory in place of what the list holds, and puts the cursor of the status
-       fetching at the first item. The items `.` and `..` are listed, too. A relative path counts
-       from the current directory, an empty one is it. Emits listChanged(), then
-       lazyStatFetchNext() when there are items.
+        fetching at the first item. The items `.` and `..` are listed, too. A relative path counts
+        from the current directory, an empty one is it. Emits listChanged(), then
+        lazyStatFetchNext() when there are items.
 
         Sequences are items of the text `img.####.exr 1-100`, with `,step` when the step is not 1;
         members of different digit counts share a single #. When frames are missing, the present
@@ -72,7 +72,7 @@ public:
     void setShouldFilterSequences(bool filter);
 
     /** Whether fill() makes an item of each present range of a sequence that misses frames; at
-       first off. */
+        first off. */
     bool splitIncompleteSequences() const;
     void setSplitIncompleteSequences(bool split);
 

@@ -14,7 +14,7 @@
     How a listing in natural grouping order becomes image sequences.
 
     Two listings fold: filename_list() by frame patterns (`img%04d.exr`), FileInfoList by frame
-   names
+    names
     (`img.####.exr`). They walk the names alike, end runs alike and count steps and missing frames
     alike: foldSequences() and SequenceRun. They differ in what their rules say:
 

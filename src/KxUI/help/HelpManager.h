@@ -17,7 +17,7 @@ namespace Kestrel::UI {
     product's remote documentation site, and a custom one. A host calls checkNode() early, for
     example when it creates a panel; the manager then asks the server by HTTP HEAD and remembers the
     answer. getUrl() never waits: a page that the remote server does not have, or of which it has
-   not told yet, falls back to the local server.
+    not told yet, falls back to the local server.
 
     The table of servers (their hosts and ports) is shared by the whole process and outlives the
     manager. Nodes are put into URLs as they are; they should need no percent-encoding, which the
@@ -45,8 +45,8 @@ public:
     static void Destroy();
 
     /** Makes a server the current one: LocalServer, RemoteServer or CustomServer. Starts the local
-       server if that has not been done. Selecting another than the local server asks it again for
-       every node. False, and no change of the current server, when `index` is out of range. */
+        server if that has not been done. Selecting another than the local server asks it again for
+        every node. False, and no change of the current server, when `index` is out of range. */
     bool setHelpServer(const int& index);
 
     /** The index of the current server. */
@@ -84,7 +84,7 @@ public:
 
     /** Asks a server whether it has a node, unless that is known or under way; the local server is
         asked whenever another one is. nodeChecked() tells of the answer. A server that says nothing
-       for 30 seconds does not have it. An index out of range asks nobody. */
+        for 30 seconds does not have it. An index out of range asks nobody. */
     void checkNode(const std::string& node, int index = CurrentServer);
 
     /** The URL of a node on a server that has said that it has it, else on the local server on the

@@ -16,19 +16,20 @@ namespace Kestrel::UI {
 
     Pages are looked for below the directories of the search path, in order; nothing outside them is
     served, unless a symbolic link there leads out. A page carries no length (an image does): the
-   end of the connection is its end.
+    end of the connection is its end.
 
     A command is the line "POST /command argument": the command is what stands between the first
     slash and the next blank, the argument the rest of the line. Browsers and Qt's network client
     have no say in the argument: theirs is "HTTP/1.1". What a page has to tell stands in the
-   command; the body of a POST is not read. A query belongs to the command. The answer says "200 OK"
-   whatever the command did, with "Content-Length: 0" where the line names an HTTP version.
+    command; the body of a POST is not read. A query belongs to the command. The answer says
+    "200 OK" whatever the command did, with "Content-Length: 0" where the line names an HTTP
+    version.
 
     Only GET, HEAD and POST are answered: a client that asks with another method hears nothing.
 
     A request ends with the blank line after its headers. One whose line names no HTTP version, as
     "POST /go 7", may do without it: it ends when the client has been silent for a tenth of a
-   second.
+    second.
 
     Not everybody who can reach the loopback may command the host: a request that a browser sent on
     behalf of a foreign page, told by its Host, Origin and Sec-Fetch-Site headers, is answered with
@@ -53,7 +54,7 @@ public:
 
     /** A stopped server. Its search path is the server root, so once started it serves the
         application's own folder to whoever asks, until clearSearchPath() or HelpManager's is
-       called.
+        called.
 
         `name` labels its log lines; an empty one stands for "Local". Turns the verbose log on when
         the environment variable HELP_VERBOSE is 1. `parent` owns the server; null for none. Needs a
@@ -87,7 +88,7 @@ public:
     /** Appends directories to the search path. The page of "http://127.0.0.1:PORT/a/b.html" is the
         file "a/b.html" below one of them. One that contains ".nova", the folder of a user's
         settings, is followed by its own "Documentation/". Null pointers are skipped; the strings
-       are copied. */
+        are copied. */
     void appendSearchPath(const std::vector<const char*>& dirs);
 
     /** Forgets every directory; every page is then not found. */

@@ -37,7 +37,7 @@ public:
                       [widget](const T& value) { Q_EMIT widget->valueEdited(value); }) {}
 
     /** The user changed the value in the gesture that goes on. Opens the edit with the first
-       change; a value that is shown already is none. Clamp it before. */
+        change; a value that is shown already is none. Clamp it before. */
     bool change(const T& value) {
         if (gesture() == NoGesture || value == m_read())
             return true;
@@ -80,7 +80,7 @@ public:
     }
 
     /** The value that the host put in the place of the one it was told, once. A movement that
-       counts from what was before counts from there instead. */
+        counts from what was before counts from there instead. */
     std::optional<T> takeRebase() { return std::exchange(m_rebase, std::nullopt); }
 
     /** The value to come back to, while something goes on. */

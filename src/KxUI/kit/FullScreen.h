@@ -13,9 +13,9 @@ public:
     static bool isOn(const QWidget* widget);
 
     /** Turns full screen of the window of `widget` on or off; nothing happens when it is so
-       already. A window other than `mainWindow` that leaves full screen is raised above it again,
-       since some window managers leave it behind. Null `widget` is ignored; `mainWindow` may be
-       null. */
+        already. A window other than `mainWindow` that leaves full screen is raised above it again,
+        since some window managers leave it behind. Null `widget` is ignored; `mainWindow` may be
+        null. */
     static void set(QWidget* widget, bool on, QWidget* mainWindow);
 
     /** Turns full screen on where it is off, and off where it is on. */

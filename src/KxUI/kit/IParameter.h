@@ -56,7 +56,7 @@ public:
 
     /** Around the calls of setValue() that the user takes for one: one step of the host's history,
         or none where it is not accepted, whose last call of setValue() brought back the value at
-       the start. `what` is a text for the history, empty if the widget has none. Come in pairs. */
+        the start. `what` is a text for the history, empty if the widget has none. Come in pairs. */
     virtual void beginEdit(const QString& what);
     virtual void endEdit(bool accepted);
 

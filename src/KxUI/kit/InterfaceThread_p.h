@@ -22,7 +22,7 @@ inline bool runsInThreadOf(const QObject* object, const char* function, std::ato
 } // namespace Kestrel::UI
 
 /** Stands first in a member function of a QObject that only the interface thread may call. Warns
-   once for each place; does nothing in a release build. */
+    once for each place; does nothing in a release build. */
 #if defined(NDEBUG)
 #define KXUI_INTERFACE_THREAD(object) static_cast<void>(object)
 #else

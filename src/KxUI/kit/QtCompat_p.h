@@ -42,7 +42,7 @@ inline std::optional<QString> fromStrictUtf8(const char* bytes, int size) {
 }
 
 /** Tells the window manager of an X11 screen that `window`, which is not shown yet, is like any
-   other, whatever its flags say. */
+    other, whatever its flags say. */
 inline void setNormalWindowType(QWindow* window) {
 #if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
     QXcbWindowFunctions::setWmWindowType(window, QXcbWindowFunctions::Normal);

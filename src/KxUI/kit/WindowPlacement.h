@@ -26,7 +26,7 @@ public:
     /** The position nearest to that of `window`, going down and to the right in steps of 24 pixels
         and then beside them, at which it hides none of `others` wholly and does not meet `avoid` at
         all (a null rectangle: nothing to avoid), and which lies inside the one of `areas` that
-       holds the window's centre. When there is none, the position it has. */
+        holds the window's centre. When there is none, the position it has. */
     static QPoint positionAside(const QRect& window, const QVector<QRect>& others,
                                 const QRect& avoid, const QVector<QRect>& areas);
 

@@ -14,8 +14,8 @@ namespace Kestrel::UI {
     reentrant and may be used on any thread that owns the object.
 
     The file is replaced as a whole: a process that ends while it saves leaves what was there. So
-   does a disk that is full; but one that becomes full by this very file may cut it short, which
-   QSettings does not notice. */
+    does a disk that is full; but one that becomes full by this very file may cut it short, which
+    QSettings does not notice. */
 class KXUI_EXPORT AppSettings : public QSettings {
     Q_OBJECT
 

@@ -13,7 +13,7 @@ namespace Kestrel::UI {
 class TimeField;
 
 /** A button with a menu from which the user picks how a formatter and the fields attached to it
-   show times: timecode or frames. Interface thread. */
+    show times: timecode or frames. Interface thread. */
 class KXUI_EXPORT TimeFormatChooser : public QToolButton {
     Q_OBJECT
     Q_PROPERTY(Kestrel::UI::TimeFormatter* formatter READ formatter WRITE setFormatter NOTIFY

@@ -14,7 +14,7 @@
 namespace Kestrel::UI {
 
 /** How times are shown, shared by the widgets of one viewer or timeline: time base, notation and
-   the timecode of frame 0. Widgets borrow it and listen to timeFormatChanged(). Interface thread.
+    the timecode of frame 0. Widgets borrow it and listen to timeFormatChanged(). Interface thread.
  */
 class KXUI_EXPORT TimeFormatter : public QObject {
     Q_OBJECT

@@ -14,15 +14,15 @@
 namespace Kestrel::UI {
 
 /** The timeline strip under a viewer: a ruler over the visible part of a TimeSliderModel, an
-   overview of the whole clip along the top, the playback range and its marks, keyframes, what the
-   renderer has cached, and the playhead.
+    overview of the whole clip along the top, the playback range and its marks, keyframes, what the
+    renderer has cached, and the playhead.
 
     Mouse: drag to scrub; with the in/out lock on, drag the marks; Ctrl sets the nearer mark, or
     drags both by either of them; Shift always scrubs and does not snap; Alt and the left button
-   pan; the right or middle button sweeps a range to zoom to, with Alt it zooms by dragging; the
-   wheel and a pinch zoom, a two-finger drag pans; the overview bar is dragged by its middle or its
-   edges. Keys, once focused (by Tab, unless the host sets another focus policy): Left and Right
-   step a frame, Home and End go to the ends of the clip.
+    pan; the right or middle button sweeps a range to zoom to, with Alt it zooms by dragging; the
+    wheel and a pinch zoom, a two-finger drag pans; the overview bar is dragged by its middle or its
+    edges. Keys, once focused (by Tab, unless the host sets another focus policy): Left and Right
+    step a frame, Home and End go to the ends of the clip.
 
     What does not depend on the current time is rendered into an image in device pixels and rendered
     again only after a change; a moving playhead repaints no more than where it was and is.
@@ -65,7 +65,8 @@ public:
     /** What kind of slider it is. */
     enum Option {
         /** The main transport slider: the playhead gets its line and, if set, its double; the
-           visible range follows it and never starts before frame 0; drags scroll past the edges. */
+            visible range follows it and never starts before frame 0; drags scroll past the
+            edges. */
         MainTransport = 1
     };
     /** Bits of Option. */
@@ -91,7 +92,7 @@ public:
     ~TimeSlider() override;
 
     /** What the slider shows and edits, from now on and with its present times. A drag ends.
-       Without a model (null, or once it is deleted) the slider is empty. */
+        Without a model (null, or once it is deleted) the slider is empty. */
     void setModel(TimeSliderModel* model);
     TimeSliderModel* model() const;
 
@@ -107,16 +108,16 @@ public:
 
     /** \name The visible range, kept in the model
         Every change through the slider is followed by rangeChanged(). On the main transport slider
-       a range that starts before frame 0 is moved to start there.
+        a range that starts before frame 0 is moved to start there.
         @{ */
 
     /** Limited to one frame before the clip's end; moves the last visible time to the frame after
-       it if need be. */
+        it if need be. */
     void setFirstVisibleTime(Base::Time time);
     Base::Time firstVisibleTime() const;
 
     /** At least one frame after the clip's start; moves the first visible time to the frame before
-       it if need be. */
+        it if need be. */
     void setLastVisibleTime(Base::Time time);
     Base::Time lastVisibleTime() const;
 
@@ -127,8 +128,8 @@ public:
     void scrollToTime(Base::Time time);
 
     /** Makes the range `factor` times shorter about a time that keeps its place. A factor other
-       than 1 changes the range by a frame at least; one of 0 or less, or not-a-number, does
-       nothing. zoomOrPanChanged() follows. */
+        than 1 changes the range by a frame at least; one of 0 or less, or not-a-number, does
+        nothing. zoomOrPanChanged() follows. */
     void zoomAboutTime(Base::Time time, float factor);
 
     /** The same, starting from the range `first` to `last` rather than the visible one. */
@@ -155,8 +156,8 @@ public:
 
     /** \name Cache bars
         `bar` counts from 0; another bar, or an invalid time, is silently ignored. Many single
-       frames may be reported at little cost: the bars repaint at most once a turn of the event
-       loop.
+        frames may be reported at little cost: the bars repaint at most once a turn of the event
+        loop.
         @{ */
     /** How many there are; none for a negative number. A bar that goes takes its frames along. */
     void setNumCacheBars(int bars);
@@ -239,7 +240,7 @@ Q_SIGNALS:
     void requestCacheBarUpdate();
 
     /** A drag of marks or the playhead begins, moves, ends. `times` holds the dragged time, or the
-       in and out times for InOutHandle, for the duration of the call. */
+        in and out times for InOutHandle, for the duration of the call. */
     void beginTimeDrag(Kestrel::UI::TimeSlider::HandleType dragHandle,
                        const Kestrel::Base::Time* times);
     void updateTimeDrag(const Kestrel::Base::Time* times);
@@ -291,7 +292,7 @@ protected:
     virtual void takeBackHandle();
 
     /** For pressHandle(): emits beginTimeDrag(); endTimeDrag() will follow with the release.
-       `times` holds one or two times as the signal says; null does nothing. */
+        `times` holds one or two times as the signal says; null does nothing. */
     void announceTimeDrag(HandleType handle, const Base::Time* times);
 
     /** Paints a playhead with its time and, on the main transport slider, its line. */

@@ -7,7 +7,7 @@ namespace Kestrel::UI {
 class TimeSlider;
 
 /** A time slider as assistive technology sees it: a slider named "Timeline" unless the host names
-   it, whose value is the current time in the notation it shows, settable within the clip. */
+    it, whose value is the current time in the notation it shows, settable within the clip. */
 class TimeSliderAccessible : public ValueAccessible {
 public:
     explicit TimeSliderAccessible(TimeSlider* slider);

@@ -128,7 +128,7 @@ struct TimeSliderTicks {
     static TimeSliderTicks plan(const TimeSliderGeometry& geometry);
 
     /** Rows of a tick of this kind above the baseline. A plain step is the shortest on purpose: it
-       is the most frequent and must not compete with the labels' ticks. */
+        is the most frequent and must not compete with the labels' ticks. */
     static int rows(Kind kind) {
         constexpr std::array<int, 4> rowsOf = {6, 2, 3, 4};
         return rowsOf[static_cast<std::size_t>(kind)];

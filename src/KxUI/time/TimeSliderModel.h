@@ -13,7 +13,7 @@
 namespace Kestrel::UI {
 
 /** The times that a timeline shows and edits: the clip, the current frame, the in and out marks,
-   the visible range and the keyframes.
+    the visible range and the keyframes.
 
     Every time starts as Kestrel::Base::InvalidTime, unset. A change is announced once, after it is
     stored, by timeChanged() with the set of what changed. With the in/out lock on, the marks define

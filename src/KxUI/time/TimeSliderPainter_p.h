@@ -48,7 +48,7 @@ private:
 };
 
 /** Paints the parts of a time slider, each where the geometry says. While it lives the QPainter is
-   in device space. */
+    in device space. */
 class TimeSliderPainter {
 public:
     /** Glyphs must be prepared for the painter's scale. All arguments are borrowed; without a

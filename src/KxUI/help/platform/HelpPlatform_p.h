@@ -27,7 +27,7 @@ public:
     ~RegularFile();
 
     /** Looks at `path` (the platform's separator; on Windows UTF-8, elsewhere bytes) and opens it
-     * if it is a regular file. */
+        if it is a regular file. */
     static RegularFile open(std::string path);
 
     /** As given to open(). */
@@ -61,11 +61,11 @@ void prepareListening(std::intptr_t listeningSocket, int backlog, int silence);
 void prepareConnection(std::intptr_t socket);
 
 /** Takes at most `bytes` of what has arrived, without waiting: how many, 0 when the peer has ended
-   or the connection is broken, -1 when nothing is there yet. */
+    or the connection is broken, -1 when nothing is there yet. */
 std::ptrdiff_t receive(std::intptr_t socket, char* to, std::size_t bytes);
 
 /** Hands bytes to the system, without waiting: how many it took, perhaps 0; -1 when the connection
-   is broken. */
+    is broken. */
 std::ptrdiff_t send(std::intptr_t socket, const char* from, std::size_t bytes);
 
 /** Tells the peer that nothing more will be sent, while what it sends can still be read. */
