@@ -261,6 +261,8 @@ private Q_SLOTS:
         panes.workspace.page("b")->setFocus();
         Mouse mouse(panes.left);
         mouse.tearOff(1);
+        // The focus also follows the pointer into what is under it when the dragged window is gone.
+        QCursor::setPos(panes.centre(panes.right));
         mouse.release(panes.centre(panes.right));
         settle();
         QVERIFY(panes.workspace.page("b")->hasFocus());

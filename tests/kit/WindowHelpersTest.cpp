@@ -72,6 +72,7 @@ private Q_SLOTS:
         QCOMPARE(pulledBack({1500, 0, 200, 100}), QRect(1500, 0, 200, 100));
         QCOMPARE(pulledBack({-195, 10, 200, 100}), QRect(0, 10, 200, 100)); // a sliver is left
         QCOMPARE(pulledBack({5000, 5000, 3000, 3000}), first);
+        QCOMPARE(pulledBack({INT_MIN, INT_MIN, 200, 100}), QRect(0, 0, 200, 100));
         QCOMPARE(WindowPlacement::pulledBack({1500, 0, 200, 100}, {first}),
                  QRect(800, 0, 200, 100)); // the second screen is gone
         QCOMPARE(WindowPlacement::pulledBack({5000, 0, 10, 10}, {}), QRect(5000, 0, 10, 10));

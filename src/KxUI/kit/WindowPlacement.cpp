@@ -5,6 +5,7 @@
 #include <QWidget>
 
 #include <algorithm>
+#include <cstdint>
 
 namespace Kestrel::UI {
 
@@ -13,10 +14,19 @@ namespace {
 constexpr int GraspableSide = 32; // what must be seen of a window for the user to take hold of it
 constexpr int Step = 24;
 
+/** How many pixels two spans share; 0 or less for none. */
+std::int64_t shared(int first, int last, int otherFirst, int otherLast) {
+    return std::int64_t(std::min(last, otherLast)) - std::max(first, otherFirst) + 1;
+}
+
+/** By 64 bits: a stored place may be anywhere, and Qt 6 takes what begins at the least int to reach
+    across every screen. */
 bool isGraspable(const QRect& window, const QRect& area) {
-    const QRect seen = window.intersected(area);
-    return seen.width() >= std::min(GraspableSide, window.width()) &&
-           seen.height() >= std::min(GraspableSide, window.height()) && !seen.isEmpty();
+    const auto least = [](int side) { return std::max(1, std::min(GraspableSide, side)); };
+    return shared(window.left(), window.right(), area.left(), area.right()) >=
+               least(window.width()) &&
+           shared(window.top(), window.bottom(), area.top(), area.bottom()) >=
+               least(window.height());
 }
 
 QRect movedInto(const QRect& window, const QRect& area) {
