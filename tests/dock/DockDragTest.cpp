@@ -4,6 +4,7 @@
 #include <KxUI/dock/DockDrag_p.h>
 #include <KxUI/dock/DropZones_p.h>
 #include <KxUI/dock/HoverWidget.h>
+#include <KxUI/dock/PageDrag_p.h>
 #include <KxUI/dock/StripDrag_p.h>
 
 #include <support/Columns.h>
@@ -40,6 +41,47 @@ struct TwoPanes {
     Dock* left;
     Dock* right;
 };
+
+/** Commands as the executor would get them. */
+QString text(const PageDragCommands& commands) {
+    static const char* const names[] = {"move to",   "leave", "enter", "zone",  "let go",
+                                        "take back", "hide",  "dock",  "float", "put",
+                                        "expand",    "tidy",  "close", "focus"};
+    QStringList list;
+    for (const PageDragCommand& command : commands) {
+        QString line = QLatin1String(names[command.kind]);
+        const QRect& place = command.place;
+        if (command.kind == PageDragCommand::MovePage || command.kind == PageDragCommand::Float)
+            line += QString(" %1,%2").arg(place.x()).arg(place.y());
+        if (command.kind == PageDragCommand::Float)
+            line += QString(" %1x%2").arg(place.width()).arg(place.height());
+        if (command.kind == PageDragCommand::ShowZone || command.kind == PageDragCommand::Dock)
+            line += QString(" %1").arg(command.zone);
+        if (command.kind == PageDragCommand::PutBack || command.kind == PageDragCommand::Dock)
+            line += QString(" at %1").arg(command.index);
+        list << line;
+    }
+    return list.join(QLatin1String(", "));
+}
+
+/** A point of a pane of 300 x 324 with tabs of 50 each, as the machine sees it. */
+PageDragScene over(const void* pane, const QPoint& point, bool splits = true) {
+    PageDragScene scene;
+    scene.pane = pane;
+    scene.paneSize = QSize(300, 324);
+    scene.stack = QRect(0, 0, 300, 300);
+    scene.inStack = point - QPoint(0, 24);
+    scene.tabs = {QRect(0, 0, 50, 24), QRect(50, 0, 50, 24)};
+    scene.inStrip = point;
+    scene.splits = splits;
+    return scene;
+}
+
+PageDrag pageDrag(bool expandedAlone = false) {
+    PageDrag drag;
+    drag.begin({QPoint(10, 8), 2, QSize(300, 324), expandedAlone});
+    return drag;
+}
 
 using Event = std::function<void(TwoPanes&, Mouse&)>;
 
@@ -95,6 +137,69 @@ private Q_SLOTS:
         // A press beside the tabs drags nothing.
         machine.press({250, 10}, strip);
         QCOMPARE(at(250, 90).command, Command::None);
+    }
+
+    void pageDrags() {
+        const int panes[2] = {};
+        PageDrag drag;
+        QCOMPARE(text(drag.move({}, {5, 5})) + text(drag.aim({})) + text(drag.end()), QString());
+        drag = pageDrag();
+        QCOMPARE(text(drag.move({}, {110, 208})), QString("move to 100,200"));
+        for (const PageDragAlive& alive :
+             {PageDragAlive{false, true, true}, PageDragAlive{true, false, true},
+              PageDragAlive{true, true, false}})
+            QCOMPARE(text(drag.move(alive, {5, 5})), QString("take back"));
+        const auto aim = [&](const PageDragScene& scene, const char* commands, int index) {
+            QCOMPARE(text(drag.aim(scene)), QString(commands));
+            QCOMPARE(drag.pane(), scene.pane);
+            QCOMPARE(drag.dropIndex(), index);
+        };
+        aim({}, "zone 0", -1);
+        aim(over(&panes[0], {150, 150}), "enter, zone 0", -1);
+        aim(over(&panes[0], {60, 10}), "zone 0", 1);
+        aim(over(&panes[0], {90, 10}), "zone 0", 2);
+        aim(over(&panes[0], {2, 150}), "zone 1", -1);
+        aim(over(&panes[1], {2, 150}, false), "leave, enter, zone 0", -1);
+        drag.forget(&panes[0]);
+        QCOMPARE(drag.pane(), static_cast<const void*>(&panes[1]));
+        drag.forget(&panes[1]);
+        aim({}, "zone 0", -1); // nobody is left to leave
+        aim(over(&panes[1], {150, 150}), "enter, zone 0", -1);
+        QCOMPARE(text(drag.end()), QString("leave, let go"));
+        QVERIFY(!drag.isActive() && !drag.pane());
+    }
+
+    void landings_data() {
+        const Columns<QPoint, bool, QString> row("point", "floating", "commands");
+        row("a tab", {60, 10}, false, "dock 0 at 1");
+        row("the centre", {150, 150}, false, "dock 0 at -1");
+        row("an edge", {2, 150}, false, "dock 1 at -1");
+        row("floating", {150, 150}, true, "float 90,192 300x324, tidy, focus");
+        row("over no pane", {-1, -1}, false, "float 90,192 300x324, tidy, focus");
+    }
+    void landings() {
+        QFETCH(QPoint, point);
+        QFETCH(bool, floating);
+        const int pane = 0;
+        PageDrag drag = pageDrag();
+        drag.aim(point.x() < 0 ? PageDragScene() : over(&pane, point));
+        const PageLanding landing = drag.drop({100, 200}, floating);
+        drag.end();
+        QTEST(text(landing.letGo({})), "commands");
+        QCOMPARE(text(landing.docked(true)), QString("tidy, focus"));
+        QCOMPARE(text(landing.docked(false)), QString("float 90,192 300x324, tidy, focus"));
+    }
+
+    void waysHome() {
+        const auto home = [](const PageDragAlive& alive, bool expanded = false) {
+            return text(pageDrag(expanded).cancel({7, 9}).letGo(alive));
+        };
+        QCOMPARE(home({}), QString("hide, put at 2, focus"));
+        QCOMPARE(home({}, true), QString("hide, put at 2, expand, focus"));
+        QCOMPARE(home({false, true, true}), QString("close, focus"));
+        QCOMPARE(home({true, false, true}), QString("hide, float 7,9 300x324, focus"));
+        QCOMPARE(home({true, false, false}), QString("hide, focus"));
+        QCOMPARE(home({false, false, false}), QString("focus"));
     }
 
     void zones() {

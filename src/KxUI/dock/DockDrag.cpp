@@ -32,8 +32,8 @@ void giveBackFocus(QWidget* focus) {
     focus->setFocus(Qt::OtherFocusReason);
 }
 
-/** Makes a window that was shown a page again, hidden and without a parent. Given its flags alone it
-    would keep its native window, and take it into its pane. */
+/** Makes a window that was shown a page again, hidden and without a parent. Given its flags alone
+    it would keep its native window, and take it into its pane. */
 void endBeingWindow(QWidget* page, Qt::WindowFlags flags) {
     const QPointer<QWidget> alive(page);
     QWidget parent;
@@ -42,7 +42,49 @@ void endBeingWindow(QWidget* page, Qt::WindowFlags flags) {
         page->setParent(nullptr);
 }
 
+PageDragScene sceneAt(const QPoint& global, const Dock* pane, bool splits) {
+    PageDragScene scene;
+    if (!pane)
+        return scene;
+    const QStackedWidget* stack = pane->stack();
+    const DockTabBar* strip = pane->tabBar();
+    scene.pane = pane;
+    scene.paneSize = pane->size();
+    scene.stack = stack->rect();
+    scene.inStack = stack->mapFromGlobal(global);
+    scene.tabs = tabRects(*strip);
+    scene.inStrip = strip->mapFromGlobal(global);
+    scene.splits = splits;
+    return scene;
+}
+
+/** Of a pane that lost a page to another place. */
+void tidy(Dock& source, bool hideSingleTabs) {
+    DockPrivate& pane = DockPrivate::of(source);
+    if (hideSingleTabs)
+        pane.applySingleTabRule();
+    else if (!pane.titleBar->isRevealed())
+        source.setTitleVisible(true);
+    pane.settleEmptied();
+}
+
 } // namespace
+
+/** Who takes part in the end of a drag, while the session may have the next one already. */
+struct DockDragSession::Landing {
+    QPointer<QWidget> page;
+    QPointer<QWidget> focus;
+    QPointer<Dock> source;
+    QPointer<Dock> target;
+    QPointer<DockMainWindow> controller;
+
+    PageDragAlive alive() const {
+        return {page != nullptr, source != nullptr, controller != nullptr};
+    }
+    void execute(const PageDragCommands& commands, const PageLanding& plan);
+    void execute(const PageDragCommand& command);
+    void putBack(int index);
+};
 
 DockDragSession& DockDragSession::instance() {
     static DockDragSession session;
@@ -52,26 +94,39 @@ DockDragSession& DockDragSession::instance() {
 bool DockDragSession::begin(DockTabBar* strip, QWidget* page, const QPoint& press,
                             const QPoint& global) {
     Dock* source = strip->dock();
-    if (m_active || !page || !source->controller())
+    if (isActive() || !page || !source->controller())
         return false;
 
     const DockChange change(source->controller());
-    m_active = true;
+    PageDragStart start;
+    start.press = press;
+    start.index = source->stack()->indexOf(page);
+    start.paneSize = source->size();
+    start.expandedAlone = source->isExpanded() && source->count() == 1;
+    m_drag.begin(start);
     m_strip = strip;
     m_source = source;
-    m_sourceIndex = source->stack()->indexOf(page);
-    m_sourceSize = source->size();
-    m_sourceWasExpanded = source->isExpanded() && source->count() == 1;
     m_controller = source->controller();
     m_page = page;
     m_focus = isInside(page, QApplication::focusWidget()) ? QApplication::focusWidget() : nullptr;
-    m_press = press;
     m_pageFlags = page->windowFlags();
     m_pageActivates = !page->testAttribute(Qt::WA_ShowWithoutActivating);
     m_target = nullptr;
-    m_zone = DropCentre;
-    m_dropIndex = -1;
+    watch(page);
 
+    m_grabbed = grabMouse(strip);
+    DockPrivate::of(*source).pages->take(page);
+    page->setParent(nullptr);
+    // What the page would be dropped on must not be hidden by an empty pane.
+    if (start.expandedAlone)
+        source->setExpanded(false);
+    makeWindow(page, global - press);
+    DockMainWindowPrivate::of(*m_controller).tellOfDrag(true);
+    return true;
+}
+
+/** Ends the drag when the page dies or the application is left, and looks at all events. */
+void DockDragSession::watch(QWidget* page) {
     connect(page, &QObject::destroyed, this, [this] {
         m_page = nullptr;
         cancel();
@@ -88,63 +143,63 @@ bool DockDragSession::begin(DockTabBar* strip, QWidget* page, const QPoint& pres
         },
         Qt::QueuedConnection);
     qApp->installEventFilter(this);
+}
 
-    m_grabbed = grabMouse(strip);
-    DockPrivate::of(*source).pages->take(page);
-    page->setParent(nullptr);
-    // What the page would be dropped on must not be hidden by an empty pane.
-    if (m_sourceWasExpanded)
-        source->setExpanded(false);
-    page->move(global - press);
+void DockDragSession::makeWindow(QWidget* page, const QPoint& place) {
+    page->move(place);
     page->setWindowFlags(Qt::Tool | Qt::WindowStaysOnTopHint);
     page->setAttribute(Qt::WA_ShowWithoutActivating);
     setWindowOpacity(page, 0.75);
     page->show();
-    DockMainWindowPrivate::of(*m_controller).tellOfDrag(true);
-    return true;
 }
 
 void DockDragSession::moveTo(const QPoint& global) {
-    if (!m_active)
-        return;
-    if (!m_page || !m_controller || !m_source) {
-        cancel();
-        return;
-    }
-    m_page->move(global - m_press);
+    execute(m_drag.move(alive(), global));
     aim(global);
 }
 
 void DockDragSession::aim(const QPoint& global) {
-    Dock* target = m_controller->findDockAt(global);
-    DockDropZone zone = DropCentre;
-    if (target && m_controller->splitPanelsByDragging()) {
-        const QStackedWidget* stack = target->stack();
-        zone = dropZoneAt(stack->mapFromGlobal(global), stack->rect(), target->size());
-    }
-    setTarget(target, zone);
-    m_dropIndex = -1;
-    if (target) {
-        const DockTabBar* strip = target->tabBar();
-        m_dropIndex = dropIndexAt(strip->mapFromGlobal(global), tabRects(*strip));
+    if (!isActive() || !m_controller)
+        return;
+    Dock* pane = m_controller->findDockAt(global);
+    execute(m_drag.aim(sceneAt(global, pane, m_controller->splitPanelsByDragging())), pane);
+}
+
+void DockDragSession::execute(const PageDragCommands& commands, Dock* entered) {
+    const QPointer<Dock> pane(entered);
+    for (const PageDragCommand& command : commands) {
+        switch (command.kind) {
+        case PageDragCommand::MovePage:
+            if (m_page)
+                m_page->move(command.place.topLeft());
+            break;
+        case PageDragCommand::LeavePane:
+            if (const QPointer<Dock> left = std::exchange(m_target, nullptr))
+                left->setHover(false);
+            break;
+        case PageDragCommand::EnterPane:
+            m_target = pane;
+            if (m_target)
+                m_target->setHover(true);
+            break;
+        case PageDragCommand::ShowZone:
+            if (m_hoverWidget)
+                m_hoverWidget->setZone(command.zone);
+            break;
+        case PageDragCommand::TakeBack:
+            cancel();
+            break;
+        case PageDragCommand::LetGo:
+            letGo();
+            break;
+        default: // what belongs to a landing
+            break;
+        }
     }
 }
 
-void DockDragSession::setTarget(Dock* target, DockDropZone zone) {
-    m_zone = zone;
-    if (m_target != target) {
-        if (m_target)
-            m_target->setHover(false);
-        m_target = target;
-        if (m_target)
-            m_target->setHover(true);
-    }
-    if (m_hoverWidget)
-        m_hoverWidget->setZone(zone);
-}
-
-QWidget* DockDragSession::release() {
-    setTarget(nullptr, DropCentre);
+/** The session is over and the page has its flags and opacity back. */
+void DockDragSession::letGo() {
     setHoverWidget(nullptr);
     qApp->removeEventFilter(this);
     disconnect(qApp, nullptr, this, nullptr);
@@ -152,7 +207,6 @@ QWidget* DockDragSession::release() {
         disconnect(m_page, nullptr, this, nullptr);
     if (m_strip && m_grabbed && QWidget::mouseGrabber() == m_strip)
         m_strip->releaseMouse();
-    m_active = false;
     if (m_controller)
         DockMainWindowPrivate::of(*m_controller).tellOfDrag(false);
     m_source = nullptr;
@@ -162,11 +216,10 @@ QWidget* DockDragSession::release() {
         endBeingWindow(m_page, m_pageFlags);
     if (m_page)
         m_page->setAttribute(Qt::WA_ShowWithoutActivating, !m_pageActivates);
-    return m_page;
 }
 
 void DockDragSession::drop(const QPoint& global, bool floating) {
-    if (!m_active)
+    if (!isActive())
         return;
     if (!m_page || !m_controller || !m_source) {
         cancel();
@@ -174,54 +227,78 @@ void DockDragSession::drop(const QPoint& global, bool floating) {
     }
     const DockChange change(m_controller);
     aim(global);
-    const QPointer<Dock> target = m_target;
-    const QPointer<Dock> source = m_source;
-    const QPointer<DockMainWindow> controller = m_controller;
-    const QPointer<QWidget> focus = m_focus;
-    const DockDropZone zone = m_zone;
-    const int index = zone == DropCentre ? m_dropIndex : -1;
-    const QPointer<QWidget> page = release();
-
-    const bool docked = target && !floating && page && dockPage(page, target, zone, index);
-    if (!docked && page && controller)
-        floatPages(*controller, {page}, QRect(global - m_press, m_sourceSize));
-    if (source && controller) {
-        DockPrivate& pane = DockPrivate::of(*source);
-        if (controller->hideSingleTabs())
-            pane.applySingleTabRule();
-        else if (!pane.titleBar->isRevealed())
-            source->setTitleVisible(true);
-        pane.settleEmptied();
-    }
-    giveBackFocus(focus);
+    if (isActive())
+        land(m_drag.drop(global, floating));
 }
 
 void DockDragSession::cancel() {
-    if (!m_active)
+    if (!isActive())
         return;
     const DockChange change(m_controller);
-    const QPointer<Dock> source = m_source;
-    const QPointer<DockMainWindow> controller = m_controller;
-    const QPointer<QWidget> focus = m_focus;
-    const QPoint at = m_page ? m_page->pos() : QPoint();
-    const QPointer<QWidget> page = release();
-    if (page)
-        page->hide();
-    if (source && page) {
-        source->insertWidget(std::min(m_sourceIndex, source->count()), page);
-        source->setCurrentWidget(page);
-        if (m_sourceWasExpanded)
-            source->setExpanded(true);
-    } else if (source) {
-        DockPrivate::of(*source).applySingleTabRule();
-        DockPrivate::of(*source).settleEmptied();
-    } else if (page && controller) {
-        floatPages(*controller, {page}, QRect(at, m_sourceSize));
+    land(m_drag.cancel(m_page ? m_page->pos() : QPoint()));
+}
+
+void DockDragSession::land(const PageLanding& plan) {
+    Landing landing{m_page, m_focus, m_source, m_target, m_controller};
+    execute(m_drag.end());
+    landing.execute(plan.letGo(landing.alive()), plan);
+}
+
+void DockDragSession::Landing::execute(const PageDragCommands& commands, const PageLanding& plan) {
+    for (const PageDragCommand& command : commands) {
+        if (command.kind == PageDragCommand::Dock) {
+            const bool done = target && page && dockPage(page, target, command.zone, command.index);
+            execute(plan.docked(done), plan);
+        } else {
+            execute(command);
+        }
     }
-    giveBackFocus(focus);
+}
+
+void DockDragSession::Landing::execute(const PageDragCommand& command) {
+    switch (command.kind) {
+    case PageDragCommand::HidePage:
+        if (page)
+            page->hide();
+        break;
+    case PageDragCommand::Float:
+        if (page && controller)
+            floatPages(*controller, {page}, command.place);
+        break;
+    case PageDragCommand::PutBack:
+        putBack(command.index);
+        break;
+    case PageDragCommand::Expand:
+        if (source)
+            source->setExpanded(true);
+        break;
+    case PageDragCommand::TidySource:
+        if (source && controller)
+            tidy(*source, controller->hideSingleTabs());
+        break;
+    case PageDragCommand::CloseSource:
+        if (source)
+            DockPrivate::of(*source).applySingleTabRule();
+        if (source)
+            DockPrivate::of(*source).settleEmptied();
+        break;
+    case PageDragCommand::GiveFocus:
+        giveBackFocus(focus);
+        break;
+    default: // what belongs to the drag before
+        break;
+    }
+}
+
+void DockDragSession::Landing::putBack(int index) {
+    if (source && page)
+        source->insertWidget(std::min(index, source->count()), page);
+    if (source && page)
+        source->setCurrentWidget(page);
 }
 
 void DockDragSession::forget(const Dock* dock) {
+    m_drag.forget(dock);
     if (m_target == dock) {
         m_target = nullptr;
         setHoverWidget(nullptr);

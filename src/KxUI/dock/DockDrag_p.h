@@ -1,6 +1,6 @@
 #pragma once
 
-#include <KxUI/dock/DockDropZone.h>
+#include <KxUI/dock/PageDrag_p.h>
 
 #include <QObject>
 #include <QPoint>
@@ -14,9 +14,9 @@ class DockMainWindow;
 class DockTabBar;
 class HoverWidget;
 
-/** The drag of a page that left its pane: one at a time in the process, from tear-off to drop.
-    Holds nothing that may not die meanwhile: it then ends, and the page, if it still lives, goes
-    back or floats. */
+/** Does what a PageDrag says, with real windows: one drag at a time in the process, from tear-off
+    to drop. Holds nothing that may not die meanwhile: the drag then ends, and the page, if it still
+    lives, goes back or floats. */
 class DockDragSession : public QObject {
     Q_OBJECT
 
@@ -34,12 +34,12 @@ public:
     void forget(const Dock* dock);
     void forget(const DockMainWindow* controller);
 
-    bool isActive() const { return m_active; }
+    bool isActive() const { return m_drag.isActive(); }
     QWidget* page() const { return m_page; }
     Dock* source() const { return m_source; }
     Dock* target() const { return m_target; }
-    DockDropZone zone() const { return m_zone; }
-    int dropIndex() const { return m_dropIndex; }
+    DockDropZone zone() const { return m_drag.zone(); }
+    int dropIndex() const { return m_drag.dropIndex(); }
     DockMainWindow* controller() const { return m_controller; }
 
     HoverWidget* hoverWidget() const;
@@ -49,12 +49,19 @@ public:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
-    void aim(const QPoint& global);
-    void setTarget(Dock* target, DockDropZone zone);
-    /** Clears the session and gives the page its flags and opacity back. */
-    QWidget* release();
+    struct Landing;
 
-    bool m_active = false;
+    PageDragAlive alive() const {
+        return {m_page != nullptr, m_source != nullptr, m_controller != nullptr};
+    }
+    void watch(QWidget* page);
+    void makeWindow(QWidget* page, const QPoint& place);
+    void aim(const QPoint& global);
+    void execute(const PageDragCommands& commands, Dock* entered = nullptr);
+    void letGo();
+    void land(const PageLanding& plan);
+
+    PageDrag m_drag;
     QPointer<QWidget> m_page;
     QPointer<QWidget> m_focus; // inside the page, when it was torn off
     QPointer<DockTabBar> m_strip;
@@ -62,16 +69,10 @@ private:
     QPointer<DockMainWindow> m_controller;
     QPointer<Dock> m_target;
     QPointer<HoverWidget> m_hoverWidget;
-    QPoint m_press;
-    int m_sourceIndex = 0;
-    QSize m_sourceSize;
     Qt::WindowFlags m_pageFlags;
     bool m_pageActivates = true;
     bool m_grabbed = false;
-    bool m_sourceWasExpanded = false;
     bool m_deactivated = false;
-    DockDropZone m_zone = DropCentre;
-    int m_dropIndex = -1;
 };
 
 } // namespace Kestrel::UI

@@ -62,7 +62,6 @@ PageDragCommands PageDrag::end() {
         return commands;
     if (m_pane)
         commands.append({Command::LeavePane});
-    commands.append({Command::ShowZone, {}, DropCentre});
     commands.append({Command::LetGo});
     *this = {};
     return commands;
@@ -96,6 +95,8 @@ PageDragCommands PageLanding::docked(bool done) const {
 
 PageDragCommands PageLanding::home(const PageDragAlive& alive) const {
     PageDragCommands commands;
+    if (alive.page)
+        commands.append({Command::HidePage});
     if (alive.source && alive.page) {
         commands.append({Command::PutBack, {}, DropCentre, m_start.index});
         if (m_start.expandedAlone)

@@ -45,6 +45,7 @@ struct PageDragCommand {
         ShowZone,    ///< on the indicator, if there is one
         LetGo,       ///< the page is no window any more, and nobody is dragging
         TakeBack,    ///< cancel the drag
+        HidePage,    ///< until it is somewhere again
         Dock,        ///< into the pane aimed at: `zone`, `index`; then PageLanding::docked()
         Float,       ///< in a window of its own at `place`
         PutBack,     ///< at `index` of its source, current
@@ -62,8 +63,8 @@ struct PageDragCommand {
 /** What to do, in this order. */
 using PageDragCommands = QVarLengthArray<PageDragCommand, 4>;
 
-/** How a drag ends, from the page let go of to its new place. A value of its own: whoever is told of
-    the end may begin the next drag. */
+/** How a drag ends, from the page let go of to its new place. A value of its own: whoever is told
+    of the end may begin the next drag. */
 class PageLanding {
 public:
     /** The page was let go of. */
