@@ -36,8 +36,8 @@ inline QList<QByteArray> table(const char* name) {
 inline QByteArray unescaped(const QByteArray& text) {
     QByteArray bytes;
     for (int i = 0; i < text.size(); ++i) {
-        const int star = text.indexOf('*', i);
-        const int end = text.indexOf('}', i);
+        const int star = int(text.indexOf('*', i));
+        const int end = int(text.indexOf('}', i));
         if (text[i] == '{') {
             bytes +=
                 text.mid(star + 1, end - star - 1).repeated(text.mid(i + 1, star - i - 1).toInt());

@@ -50,8 +50,8 @@ class HelpRequestTest : public QObject {
 private slots:
     void tables() {
         for (const QByteArray& line : table("requests.txt")) {
-            const int colon = line.indexOf(": ");
-            const int arrow = line.lastIndexOf(" -> ");
+            const int colon = int(line.indexOf(": "));
+            const int arrow = int(line.lastIndexOf(" -> "));
             const QByteArray request = unescaped(line.mid(colon + 2, arrow - colon - 2));
             const std::string is = result(line.left(colon), request.toStdString());
             QVERIFY2(is == unescaped(line.mid(arrow + 4)).toStdString(),

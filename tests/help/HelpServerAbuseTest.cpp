@@ -141,7 +141,7 @@ private slots:
                 QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
                 answer += client.readAll();
             }
-            const int start = answer.indexOf("\r\n\r\n") + 4;
+            const int start = int(answer.indexOf("\r\n\r\n") + 4);
             QVERIFY(answer.mid(start) == body + (name[4] == 'h' ? "\r\n" : ""));
         }
         // A client that breaks off leaves nothing behind.

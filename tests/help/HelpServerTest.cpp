@@ -53,7 +53,7 @@ private slots:
         m_site->put("Documentation/b.xml", "x");
         m_site->put("i.png", "\x89PNG\n");
         for (const QByteArray& line : table("conversations.txt")) {
-            const int arrow = line.indexOf(" -> ");
+            const int arrow = int(line.indexOf(" -> "));
             const QByteArray answer = converse(m_server->getPort(), unescaped(line.left(arrow)));
             QVERIFY2(answer == unescaped(line.mid(arrow + 4)), line + ", not " + answer);
         }

@@ -288,7 +288,7 @@ private slots:
         QCOMPARE(drag(10, 9), 5);      // 5.7: the whole sum is cut
         QCOMPARE(drag(20, 10), 2);     // exactly 2
         QCOMPARE(drag(10, -10000), 0); // clamped, and no change the second time
-        const int before = changed.count();
+        const int before = int(changed.count());
         drag(10, -10000);
         QCOMPARE(changed.count(), before);
 

@@ -164,7 +164,7 @@ private slots:
         view->start(1.0F, EventGraphMode::History);
         Session stays(TimeBase(24, false), std::size_t(1) << 20);
         stays.profiling()->addTo(view.get());
-        const int rows = view->tracks().size();
+        const int rows = int(view->tracks().size());
         for (int i = 0; i < 20; ++i) {
             Session goes(TimeBase(24, false), std::size_t(1) << 20);
             goes.profiling()->addTo(view.get());

@@ -72,7 +72,7 @@ QStringList marks(const QString& text) {
 }
 
 QChar mnemonic(const QString& text) {
-    const int at = text.indexOf(QRegularExpression(QStringLiteral("&\\w")));
+    const int at = int(text.indexOf(QRegularExpression(QStringLiteral("&\\w"))));
     return at < 0 ? QChar() : text.at(at + 1).toLower();
 }
 

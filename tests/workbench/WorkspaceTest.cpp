@@ -69,7 +69,7 @@ void WorkspaceTest::emptiedPane() {
         window.showPage(QStringLiteral("Viewer"));
         QApplication::processEvents();
         const QByteArray before = saved(window);
-        const int panes = window.panes().size();
+        const int panes = int(window.panes().size());
         leave(window, paneOf(window, "Timeline"));
         QTRY_COMPARE(window.panes().size(), panes - 1);
         for (const Dock* dock : window.panes())
