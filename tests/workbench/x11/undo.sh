@@ -6,6 +6,8 @@ workbench=$1
 work=$(mktemp -d)
 pictures=${2:-$work}
 trap '[[ -z ${pid:-} ]] || kill "$pid" 2>/dev/null || true; rm -rf "$work"' EXIT
+# The places below are pixels: letters must have one size, whatever Qt makes of the screen.
+export QT_FONT_DPI=100
 export HOME=$work XDG_CONFIG_HOME=$work/config XDG_DATA_HOME=$work/data LC_ALL=C.UTF-8
 mkdir -p "$work/shot" "$pictures"
 for frame in 1 2 3; do
@@ -33,9 +35,9 @@ fail() { echo "undo: $*" >&2; exit 1; }
 # Takes pictures of the viewer until two in a row are the same.
 settle() {
   for _ in {1..60}; do
-    import -window root -crop "380x600+$((X + 10))+$((Y + 90))" +repage "$work/last.ppm"
+    import -window root -crop "360x600+$((X + 10))+$((Y + 90))" +repage "$work/last.ppm"
     sleep 0.3
-    import -window root -crop "380x600+$((X + 10))+$((Y + 90))" +repage "$1"
+    import -window root -crop "360x600+$((X + 10))+$((Y + 90))" +repage "$1"
     cmp -s "$1" "$work/last.ppm" && return
   done
   fail 'the picture does not come to rest'
