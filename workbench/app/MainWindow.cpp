@@ -144,7 +144,7 @@ void MainWindow::openPaths(const QList<QByteArray>& paths) {
 
 void MainWindow::setTheme(Theme theme) {
     m_theme = theme;
-    applyTheme(theme);
+    UI::ApplicationStyle::install(theme);
 }
 
 void MainWindow::makeFileMenu() {
@@ -294,6 +294,7 @@ void MainWindow::makeViewMenu() {
     };
     addTheme(tr("Dar&k"), Theme::Dark);
     addTheme(tr("&Light"), Theme::Light);
+    addTheme(tr("High &Contrast"), Theme::HighContrast);
 }
 
 void MainWindow::makeToolsMenu() {

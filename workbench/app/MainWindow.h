@@ -1,9 +1,10 @@
 #pragma once
 
 #include "app/HelpDesk.h"
-#include "look/Theme.h"
 #include "play/Session.h"
 #include "workspace/Workspace.h"
+
+#include <KxUI/style/ApplicationStyle.h>
 
 #include <QByteArray>
 #include <QPointer>
@@ -19,6 +20,8 @@ namespace Kestrel::Workbench {
 class SequenceListPanel;
 class TimelinePanel;
 class ViewerPanel;
+
+using Theme = UI::ApplicationStyle::Theme;
 
 /** The window: a workspace of panels round one session, and the menus that drive it. It begins in
     the first built-in layout. */
@@ -50,6 +53,7 @@ public:
         system. */
     void openPaths(const QList<QByteArray>& paths);
 
+    /** Of the whole application. */
     void setTheme(Theme theme);
 
     /** Brings up the profiler's window, on this window's tracks. It does not keep the program

@@ -4,7 +4,6 @@
 #include "app/Language.h"
 #include "app/MainWindow.h"
 #include "app/QtStart.h"
-#include "look/Theme.h"
 #include "media/FrameDecoder.h"
 #include "media/Paths.h"
 #include "sample/SampleGenerator.h"
@@ -80,7 +79,7 @@ bool setUpApplication(const CommandLine& line) {
         return false;
     }
     setUpImageReading();
-    applyTheme(line.darkPalette ? Theme::Dark : Theme::Light);
+    UI::ApplicationStyle::install(line.darkPalette ? Theme::Dark : Theme::Light);
     return true;
 }
 

@@ -1,6 +1,5 @@
 #include "panels/GradePanel.h"
 
-#include "look/Theme.h"
 #include "panels/CurveView.h"
 #include "play/Session.h"
 

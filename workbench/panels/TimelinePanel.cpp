@@ -1,9 +1,9 @@
 #include "panels/TimelinePanel.h"
 
-#include "look/Theme.h"
 #include "panels/TransportRow.h"
 #include "play/Session.h"
 
+#include <KxUI/style/ApplicationStyle.h>
 #include <KxUI/time/TimeSlider.h>
 
 #include <QEvent>
@@ -54,7 +54,7 @@ void TimelinePanel::changeEvent(QEvent* event) {
 }
 
 void TimelinePanel::applyColors() {
-    const ThemeColors colors = themeColors(palette());
+    const auto colors = UI::ApplicationStyle::accentsOf(palette());
     TimeSlider::SetStandardPlayheadColor(colors.playhead);
     TimeSlider::SetInOutMarkerColor(colors.mark);
     TimeSlider::SetKeyFrameColor(colors.keyFrame);

@@ -1,10 +1,10 @@
 #include "panels/ViewerCanvas.h"
 
-#include "look/Theme.h"
 #include "media/FrameNote.h"
 #include "panels/FittedRect.h"
 
 #include <KxUI/eventgraph/EventAdder.h>
+#include <KxUI/style/ApplicationStyle.h>
 
 #include <QPainter>
 
@@ -50,7 +50,7 @@ void ViewerCanvas::paintEvent(QPaintEvent*) {
     const UI::EventAdder activity(m_paintTrack, m_frame ? new FrameNote(m_frame->time) : nullptr,
                                   true);
     QPainter painter(this);
-    painter.fillRect(rect(), themeColors(palette()).surround);
+    painter.fillRect(rect(), UI::ApplicationStyle::accentsOf(palette()).surround);
     if (!m_frame) {
         painter.setPen(QColor(0xa8, 0xa8, 0xa8));
         painter.drawText(rect().adjusted(24, 24, -24, -24), Qt::AlignCenter | Qt::TextWordWrap,

@@ -1,0 +1,1 @@
+kxui_room_bench(style SOURCES style.cpp)
