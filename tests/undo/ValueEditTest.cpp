@@ -103,7 +103,8 @@ private slots:
             edit.change(4);
         }
         QCOMPARE(m_value, 1);
-        auto* deleted = new ValueEdit<int>(m_group.get(), &m_project, [&](int) { delete std::exchange(m_edit, nullptr); });
+        auto* deleted = new ValueEdit<int>(m_group.get(), &m_project,
+                                           [&](int) { delete std::exchange(m_edit, nullptr); });
         m_edit = deleted;
         deleted->begin(1, QString());
         deleted->change(2); // the host destroys the edit when it hears of the value

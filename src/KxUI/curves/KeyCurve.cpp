@@ -317,13 +317,14 @@ double KeyCurve::slopeAt(double x) const noexcept {
     return at.back ? -slope : slope;
 }
 
-KeyCurve::Range KeyCurve::Data::rangeInside(double from, double to) const noexcept {
+KeyCurve::Range KeyCurve::Data::rangeInside(double from, double to,
+                                            bool withLastKey) const noexcept {
     Range range = Nothing;
     for (std::size_t i = pieceAt(from); i < pieces.size() && pieces[i].x <= to; ++i) {
         const double end = i + 1 < pieces.size() ? pieces[i + 1].x : lastX();
         pieces[i].addTo(range, std::max(from, pieces[i].x), std::min(to, end));
     }
-    if (!(to < lastX()))
+    if (withLastKey && !(to < lastX()))
         range = united(range, {keys.back().y, keys.back().y});
     return range;
 }
@@ -335,11 +336,11 @@ KeyCurve::Range KeyCurve::Data::rangeBeyond(bool mirrored, double from, double t
     const double a = !mirrored && from == lastX() ? firstX() : place(from).x;
     const double b = place(to).x;
     if (seams == 0)
-        return rangeInside(std::min(a, b), std::max(a, b));
+        return rangeInside(std::min(a, b), std::max(a, b), mirrored);
     if (seams > 1)
-        return rangeInside(firstX(), lastX());
+        return rangeInside(firstX(), lastX(), mirrored);
     if (!mirrored)
-        return united(rangeInside(a, lastX()), rangeInside(firstX(), b));
+        return united(rangeInside(a, lastX(), false), rangeInside(firstX(), b, false));
     // Every second time the curve turns round at its first key.
     const bool turnsAtFirst = std::fmod(turn, 2) != 0;
     return turnsAtFirst ? rangeInside(firstX(), std::max(a, b))

@@ -46,6 +46,7 @@ public:
         Mirror  ///< the same backwards, then forwards, and so on
     };
 
+    /** A place that the curve goes through. */
     struct Key {
         double x = 0;
         double y = 0;

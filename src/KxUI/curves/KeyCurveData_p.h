@@ -32,8 +32,9 @@ struct KeyCurve::Data {
     Place place(double x) const noexcept;
     double valueAt(double x, std::size_t& hint) const noexcept;
 
-    /** The extremes between two places among the keys. */
-    Range rangeInside(double from, double to) const noexcept;
+    /** The extremes between two places among the keys. Behind a step at the last key there is that
+        key's own value; where the curve repeats, the first key's takes its place. */
+    Range rangeInside(double from, double to, bool withLastKey = true) const noexcept;
     /** The extremes between two places on one side of the keys, where the curve repeats. */
     Range rangeBeyond(bool mirrored, double from, double to) const noexcept;
 };
