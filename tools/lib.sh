@@ -13,7 +13,7 @@ KXUI_PACKAGES_BUILD=(
 KXUI_PACKAGES_TEST=(git clang-format libgsl-dev libmuparser-dev xvfb openbox xdotool x11-utils imagemagick chromium)
 KXUI_PACKAGES_QT6=(qt6-base-dev qt6-tools-dev qt6-tools-dev-tools qt6-l10n-tools libgl-dev)
 KXUI_PACKAGES_DOCS=(doxygen)
-KXUI_PACKAGES_FUZZ=(clang-14 libclang-rt-14-dev llvm-14)
+KXUI_PACKAGES_FUZZ=(clang-14 libclang-rt-14-dev llvm-14 libmuparser-dev)
 KXUI_PACKAGES_WINDOWS=(
   g++-mingw-w64-x86-64-posix cmake ninja-build ccache libboost-dev wine64 locales)
 KXUI_PACKAGES_COVERAGE=(gcovr)
@@ -21,7 +21,7 @@ KXUI_PACKAGES_ABI=(abigail-tools xz-utils)
 KXUI_PACKAGES_SHIP=(dpkg-dev lintian debootstrap doxygen)
 KXUI_PACKAGES_BENCH=(
   libbenchmark-dev libltc-dev libavutil-dev libswscale-dev libyuv-dev libgsl-dev
-  liblttng-ust-dev lttng-tools libqt-advanced-docking-system-dev nginx-light apache2-utils python3)
+  libmuparser-dev liblttng-ust-dev lttng-tools libqt-advanced-docking-system-dev nginx-light apache2-utils python3)
 
 if [[ -t 2 ]]; then
   say() { printf '\033[1m%s\033[0m\n' "$*" >&2; }

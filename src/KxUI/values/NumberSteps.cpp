@@ -149,6 +149,15 @@ std::optional<DigitPlace> digitAt(const QString& text, int caret, const NumberNo
     return DigitPlace{position, position < units ? units - position - 1 : units - position};
 }
 
+int digitPosition(const QString& text, int exponent, const NumberNotation& notation) {
+    const std::optional<NumberParts> parts = PartsReader(text, notation).read();
+    if (!parts)
+        return -1;
+    const int units = parts->point < 0 ? parts->end : parts->point;
+    const int position = exponent >= 0 ? units - 1 - exponent : units - exponent;
+    return std::clamp(position, parts->first, parts->end - 1);
+}
+
 std::optional<DigitStep> steppedDigit(const QString& text, int caret, int steps,
                                       const NumberNotation& notation) {
     const std::optional<NumberParts> parts = PartsReader(text, notation).read();

@@ -33,6 +33,9 @@ struct DigitPlace {
     plain number. */
 std::optional<DigitPlace> digitAt(const QString& text, int caret, const NumberNotation& notation);
 
+/** Where the digit stands that counts 10^exponent, or the one nearest to it. -1 as above. */
+int digitPosition(const QString& text, int exponent, const NumberNotation& notation);
+
 /** What a digit step makes of a text. */
 struct DigitStep {
     QString text;

@@ -43,6 +43,11 @@ public:
     void release() { m_state = Idle; }
 
     double number() const { return m_shown; }
+    /** The number that the drag began at, or that somebody set in it. */
+    double base() const { return m_base; }
+    bool isAtEnd() const { return m_shown == m_start.minimum || m_shown == m_start.maximum; }
+    /** Where the pointer was last. */
+    QPointF place() const { return m_at; }
     Qt::Orientation axis() const { return m_axis; }
 
 private:

@@ -1,0 +1,2 @@
+pkg_check_modules(MUPARSER REQUIRED IMPORTED_TARGET muparser)
+kxui_room_bench(values SOURCES values.cpp LIBS PkgConfig::MUPARSER)
