@@ -536,7 +536,7 @@ private Q_SLOTS:
         menu->close();
         QTest::keyClick(&field.box, Qt::Key_F2);
         QCoreApplication::sendEvent(&field.box, &event);
-        const auto menus = field.box.findChildren<QMenu*>({}, Qt::FindDirectChildrenOnly);
+        const auto menus = field.box.findChildren<QMenu*>(QString(), Qt::FindDirectChildrenOnly);
         QVERIFY(menus.last()->actions().size() > texts.size());
         QVERIFY(!field.line()->isHidden());
     }
