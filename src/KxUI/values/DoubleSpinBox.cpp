@@ -19,7 +19,7 @@ constexpr int MostDecimals = 15;
 DoubleSpinBox::DoubleSpinBox(QWidget* parent)
     : QAbstractSpinBox(parent)
     , d(std::make_unique<DoubleSpinBoxPrivate>(this)) {
-    DoubleSpinBoxAccessible::install();
+    installAccessible<DoubleSpinBoxAccessible, DoubleSpinBox>();
     setFocusPolicy(Qt::StrongFocus);
     lineEdit()->hide();
 }

@@ -7,38 +7,17 @@
 #include <cmath>
 
 namespace Kestrel::UI {
-namespace {
-
-QAccessibleInterface* create(const QString& className, QObject* object) {
-    if (className == QLatin1String("Kestrel::UI::DoubleSpinBox")) {
-        if (auto* box = qobject_cast<DoubleSpinBox*>(object))
-            return new DoubleSpinBoxAccessible(box);
-    }
-    return nullptr;
-}
-
-} // namespace
 
 DoubleSpinBoxAccessible::DoubleSpinBoxAccessible(DoubleSpinBox* box)
-    : QAccessibleWidget(box, QAccessible::SpinBox) {}
+    : ValueAccessible(box, QAccessible::SpinBox) {}
 
-void DoubleSpinBoxAccessible::install() {
-    static const bool installed = [] {
-        QAccessible::installFactory(create);
-        return true;
-    }();
-    Q_UNUSED(installed)
+QString DoubleSpinBoxAccessible::valueText() const {
+    const QString& problem = box()->d->problem;
+    return problem.isNull() ? box()->text() : box()->text() + QStringLiteral(": ") + problem;
 }
 
-QString DoubleSpinBoxAccessible::text(QAccessible::Text kind) const {
-    const QString text = QAccessibleWidget::text(kind);
-    if (kind == QAccessible::Value)
-        return box()->text();
-    if (kind == QAccessible::Name && text.isEmpty() && box()->label())
-        return box()->label()->text().remove(QLatin1Char('&'));
-    if (kind == QAccessible::Description && !box()->d->problem.isNull())
-        return box()->d->problem;
-    return text;
+QString DoubleSpinBoxAccessible::standardName() const {
+    return box()->label() ? box()->label()->text().remove(QLatin1Char('&')) : QString();
 }
 
 QAccessible::State DoubleSpinBoxAccessible::state() const {
@@ -55,15 +34,13 @@ QAccessibleInterface* DoubleSpinBoxAccessible::child(int index) const {
 }
 
 void* DoubleSpinBoxAccessible::interface_cast(QAccessible::InterfaceType type) {
-    if (type == QAccessible::ValueInterface)
-        return static_cast<QAccessibleValueInterface*>(this);
     // The text while it is typed.
     if ((type == QAccessible::TextInterface || type == QAccessible::EditableTextInterface) &&
         box()->d->typing) {
         QAccessibleInterface* line = QAccessible::queryAccessibleInterface(box()->lineEdit());
         return line ? line->interface_cast(type) : nullptr;
     }
-    return QAccessibleWidget::interface_cast(type);
+    return ValueAccessible::interface_cast(type);
 }
 
 QVariant DoubleSpinBoxAccessible::currentValue() const {
@@ -88,10 +65,6 @@ QVariant DoubleSpinBoxAccessible::minimumValue() const {
 QVariant DoubleSpinBoxAccessible::minimumStepSize() const {
     const double up = box()->d->stepped(1.0, 1.0) - box()->value();
     return up > 0.0 ? up : box()->value() - box()->d->stepped(-1.0, 1.0);
-}
-
-DoubleSpinBox* DoubleSpinBoxAccessible::box() const {
-    return static_cast<DoubleSpinBox*>(object());
 }
 
 } // namespace Kestrel::UI

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QAccessibleWidget>
+#include <KxUI/kit/ValueAccessible_p.h>
 
 namespace Kestrel::UI {
 
@@ -8,14 +8,10 @@ class DoubleSpinBox;
 
 /** A number field as assistive technology sees it: its values are those of the host, its text is
     what is shown. Setting the value is an edit of the user. */
-class DoubleSpinBoxAccessible : public QAccessibleWidget, public QAccessibleValueInterface {
+class DoubleSpinBoxAccessible : public ValueAccessible {
 public:
     explicit DoubleSpinBoxAccessible(DoubleSpinBox* box);
 
-    /** Makes Qt create this interface for number fields and classes derived from them. */
-    static void install();
-
-    QString text(QAccessible::Text kind) const override;
     QAccessible::State state() const override;
     /** The line edit is a part of the field. */
     int childCount() const override { return 0; }
@@ -29,8 +25,13 @@ public:
     QVariant minimumValue() const override;
     QVariant minimumStepSize() const override;
 
+protected:
+    /** With the reason why it can not be read. */
+    QString valueText() const override;
+    QString standardName() const override;
+
 private:
-    DoubleSpinBox* box() const;
+    DoubleSpinBox* box() const { return widgetAs<DoubleSpinBox>(); }
 };
 
 } // namespace Kestrel::UI

@@ -64,8 +64,12 @@ QMenu* DoubleSpinBoxPrivate::makeMenu() {
 // No loop of events of its own, which a host that deletes the field would leave behind.
 void DoubleSpinBox::contextMenuEvent(QContextMenuEvent* event) {
     const bool byMouse = event->reason() == QContextMenuEvent::Mouse;
-    d->makeMenu()->popup(byMouse ? event->globalPos() : mapToGlobal(rect().center()));
     event->accept();
+    const QPointer<DoubleSpinBox> alive(this);
+    d->opensMenu = true; // some window systems take the focus for it
+    d->makeMenu()->popup(byMouse ? event->globalPos() : mapToGlobal(rect().center()));
+    if (alive)
+        d->opensMenu = false;
 }
 
 } // namespace Kestrel::UI

@@ -1,8 +1,8 @@
 #include <KxUI/values/DoubleSpinBox_p.h>
 
+#include <KxUI/kit/ValueAccessible_p.h>
 #include <KxUI/values/NumberSteps_p.h>
 
-#include <QAccessible>
 #include <QLineEdit>
 
 #include <algorithm>
@@ -40,10 +40,7 @@ void DoubleSpinBoxPrivate::keep(double wanted) {
         return;
     value = wanted;
     redisplay();
-    if (QAccessible::isActive()) {
-        QAccessibleValueChangeEvent changed(q, value);
-        QAccessible::updateAccessibility(&changed);
-    }
+    tellAccessibleValue(q, value);
     Q_EMIT q->valueChanged(wanted);
 }
 

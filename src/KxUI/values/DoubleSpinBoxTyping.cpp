@@ -359,7 +359,7 @@ void DoubleSpinBox::focusOutEvent(QFocusEvent* event) {
     QWidget::focusOutEvent(event);
     update();
     d->stopArrow();
-    if (!d->typing || event->reason() == Qt::PopupFocusReason || QApplication::activePopupWidget())
+    if (!d->typing || event->reason() == Qt::PopupFocusReason || d->opensMenu)
         return; // the menu acts on the text
     if (!d->takeText())
         return;

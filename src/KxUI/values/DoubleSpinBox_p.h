@@ -90,6 +90,7 @@ public:
     // Typing.
     bool typing = false;
     bool relativeEditing = false;
+    bool opensMenu = false;
     QString settledText; ///< what is in the line edit and needs no reading
     QString problem;     ///< why what was typed can not be read
     int problemColumn = 0;
