@@ -1,2 +1,2 @@
 pkg_check_modules(MUPARSER REQUIRED IMPORTED_TARGET muparser)
-kxui_room_bench(values SOURCES values.cpp LIBS PkgConfig::MUPARSER)
+kxui_room_bench(values SOURCES values.cpp values_sliders.cpp LIBS PkgConfig::MUPARSER)

@@ -134,8 +134,12 @@ void addFields() {
 
 } // namespace
 
+/** Registers the cases of the sliders along with those of the fields. */
+void registerSliderBenchmarks();
+
 void registerBenchmarks() {
     addReading();
     addWriting();
     addFields();
+    registerSliderBenchmarks();
 }

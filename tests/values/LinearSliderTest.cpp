@@ -1,9 +1,11 @@
+#include <KxUI/values/DoubleSpinBox.h>
 #include <KxUI/values/LinearSliderLook_p.h>
 #include <KxUI/values/TinySlider.h>
 
 #include <support/EditBracket.h>
 #include <support/TestRegistry.h>
 
+#include <QLineEdit>
 #include <QScrollArea>
 #include <QSignalSpy>
 #include <QtTest>
@@ -375,6 +377,46 @@ private slots:
         moveMouse(*slider, from + QPoint(21, 0));
         QVERIFY(slider->value() > before && slider->value() < before + 0.02);
         release(*slider, from);
+    }
+
+    // Digits open a field for the number; what it takes is one edit.
+    void exactNumbers() {
+        struct Row {
+            const char* typed;
+            int last;
+            double value;
+            const char* told;
+        };
+        const Row rows[] = {
+            {"0.123456789", Qt::Key_Return, 0.123456789, "SEF"},
+            {"-3", Qt::Key_Return, 0.0, "SEF"}, // limited
+            {".5*", Qt::Key_Return, 0.4, ""},   // stays to be mended
+            {"0.7", Qt::Key_Escape, 0.4, ""},
+        };
+        for (const Row& row : rows) {
+            auto slider = makeSlider<TinySlider>();
+            slider->setValue(0.4);
+            slider->show();
+            Kestrel::Test::EditLog<TinySlider> log(
+                *slider, [](const TinySlider& each) { return each.value(); });
+            QVERIFY(sendKey(*slider, Qt::Key_F2));
+            QPointer<SliderEntry> entry = slider->findChild<SliderEntry*>();
+            QVERIFY(entry && entry->isVisible());
+            auto* line = entry->field()->findChild<QLineEdit*>();
+            line->selectAll();
+            QTest::keyClicks(line, QString::fromLatin1(row.typed));
+            QTest::keyClick(line, static_cast<Qt::Key>(row.last));
+            QCoreApplication::processEvents();
+            QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+            QCOMPARE(slider->value(), row.value);
+            QCOMPARE(log.text, QString::fromLatin1(row.told));
+            QCOMPARE(entry.isNull(), row.typed[2] != '*');
+        }
+        auto slider = makeSlider<LinearSlider>();
+        QTest::keyClicks(slider.get(), QStringLiteral("7"));
+        auto* entry = slider->findChild<SliderEntry*>();
+        QVERIFY(entry);
+        QCOMPARE(entry->field()->text(), QStringLiteral("7"));
     }
 
     void brackets() {

@@ -1,6 +1,5 @@
 #include <KxUI/values/LinearSlider.h>
 
-#include <KxUI/kit/EditModifiers.h>
 #include <KxUI/kit/InterfaceThread_p.h>
 #include <KxUI/values/LinearSliderAccessible_p.h>
 #include <KxUI/values/LinearSliderLook_p.h>
@@ -35,7 +34,9 @@ LinearSlider::LinearSlider(std::unique_ptr<LinearSliderPrivate> own, QWidget* pa
     setAttribute(Qt::WA_WState_OwnSizePolicy, false); // not the host's
 }
 
-LinearSlider::~LinearSlider() = default;
+LinearSlider::~LinearSlider() {
+    d->closeEntry();
+}
 
 double LinearSlider::value() const {
     return d->value;
@@ -114,7 +115,7 @@ void LinearSlider::setDefaultValue(double value) {
     if (!std::isfinite(value) || std::exchange(d->defaultValue, value + 0.0) == value)
         return;
     d->relayout();
-    Q_EMIT defaultValueChanged(value);
+    Q_EMIT handlingChanged();
 }
 
 Qt::Orientation LinearSlider::orientation() const {
@@ -177,7 +178,7 @@ LinearSlider::PressMode LinearSlider::pressMode() const {
 void LinearSlider::setPressMode(PressMode mode) {
     KXUI_INTERFACE_THREAD(this);
     if (std::exchange(d->pressMode, mode) != mode)
-        Q_EMIT pressModeChanged(mode);
+        Q_EMIT handlingChanged();
 }
 
 WheelPolicy::Policy LinearSlider::wheelPolicy() const {
@@ -187,7 +188,7 @@ WheelPolicy::Policy LinearSlider::wheelPolicy() const {
 void LinearSlider::setWheelPolicy(WheelPolicy::Policy policy) {
     KXUI_INTERFACE_THREAD(this);
     if (std::exchange(d->wheelPolicy, policy) != policy)
-        Q_EMIT wheelPolicyChanged(policy);
+        Q_EMIT handlingChanged();
 }
 
 QVector<double> LinearSlider::snapPoints() const {
@@ -221,6 +222,11 @@ void LinearSlider::resetToDefault() {
 void LinearSlider::cancelEdit() {
     KXUI_INTERFACE_THREAD(this);
     d->bracket->cancel();
+}
+
+void LinearSlider::editNumber() {
+    KXUI_INTERFACE_THREAD(this);
+    d->openEntry(QKeyEvent(QEvent::KeyPress, Qt::Key_F2, Qt::NoModifier));
 }
 
 bool LinearSlider::event(QEvent* event) {
@@ -291,16 +297,7 @@ void LinearSlider::mouseDoubleClickEvent(QMouseEvent* event) {
 }
 
 void LinearSlider::wheelEvent(QWheelEvent* event) {
-    if (event->angleDelta().y() == 0 || !WheelPolicy::takes(d->wheelPolicy, this)) {
-        event->ignore();
-        return;
-    }
-    event->accept();
-    const QPointer<LinearSlider> alive(this);
-    const double step = d->step() * EditModifiers::factor(event->modifiers());
-    const int notches = d->bracket->turnWheel(*event);
-    if (alive && notches != 0)
-        d->changeTo(d->stepped(step, notches));
+    event->setAccepted(WheelPolicy::takes(d->wheelPolicy, this) && d->turn(*event));
 }
 
 void LinearSlider::keyPressEvent(QKeyEvent* event) {

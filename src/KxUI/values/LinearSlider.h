@@ -25,27 +25,26 @@ class LinearSliderPrivate;
    dragging. A double click on the handle goes to the default value.
 
     Keys: arrows change the value by singleStep(), Page Up and Page Down by pageStep(), both with
-   the factors above; Home and End go to the ends, Backspace and Delete to the default value.
-    Interface thread. */
+   the factors above; Home and End go to the ends, Backspace and Delete to the default value. A
+   digit, a sign, a point or F2 opens a field for the exact number. Interface thread. */
 class KXUI_EXPORT LinearSlider : public QWidget {
     Q_OBJECT
     Q_PROPERTY(double value READ value WRITE setValue NOTIFY valueChanged USER true)
     Q_PROPERTY(double minimum READ minimum WRITE setMinimum NOTIFY limitsChanged)
     Q_PROPERTY(double maximum READ maximum WRITE setMaximum NOTIFY limitsChanged)
-    Q_PROPERTY(double singleStep READ singleStep WRITE setSingleStep NOTIFY stepsChanged)
-    Q_PROPERTY(double pageStep READ pageStep WRITE setPageStep NOTIFY stepsChanged)
-    Q_PROPERTY(double grid READ grid WRITE setGrid NOTIFY stepsChanged)
-    Q_PROPERTY(
-        double defaultValue READ defaultValue WRITE setDefaultValue NOTIFY defaultValueChanged)
+    Q_PROPERTY(double singleStep READ singleStep WRITE setSingleStep NOTIFY handlingChanged)
+    Q_PROPERTY(double pageStep READ pageStep WRITE setPageStep NOTIFY handlingChanged)
+    Q_PROPERTY(double grid READ grid WRITE setGrid NOTIFY handlingChanged)
+    Q_PROPERTY(double defaultValue READ defaultValue WRITE setDefaultValue NOTIFY handlingChanged)
     Q_PROPERTY(
         Qt::Orientation orientation READ orientation WRITE setOrientation NOTIFY displayChanged)
     Q_PROPERTY(TickMode tickMode READ tickMode WRITE setTickMode NOTIFY displayChanged)
     Q_PROPERTY(double exponent READ exponent WRITE setExponent NOTIFY displayChanged)
     Q_PROPERTY(double centre READ centre WRITE setCentre NOTIFY displayChanged)
     Q_PROPERTY(QString suffix READ suffix WRITE setSuffix NOTIFY displayChanged)
-    Q_PROPERTY(PressMode pressMode READ pressMode WRITE setPressMode NOTIFY pressModeChanged)
+    Q_PROPERTY(PressMode pressMode READ pressMode WRITE setPressMode NOTIFY handlingChanged)
     Q_PROPERTY(Kestrel::UI::WheelPolicy::Policy wheelPolicy READ wheelPolicy WRITE setWheelPolicy
-                   NOTIFY wheelPolicyChanged)
+                   NOTIFY handlingChanged)
 
 public:
     /** What is drawn beside the groove. Every few ticks is a long one. */
@@ -114,8 +113,8 @@ public:
     double centre() const;
     void setCentre(double value);
 
-    /** What stands behind the value where it is told, as to assistive technology; empty at first.
-     */
+    /** What stands behind the value where it is told: in the field for an exact number and to
+       assistive technology. Empty at first. */
     QString suffix() const;
     void setSuffix(const QString& suffix);
 
@@ -143,6 +142,9 @@ public Q_SLOTS:
     void resetToDefault();
     /** Ends an edit as Escape does; nothing without one. */
     void cancelEdit();
+    /** Opens the field for an exact number over the handle, as F2 does: one edit, limited to the
+       range. Return takes the number, and so does a press elsewhere; Escape closes. */
+    void editNumber();
 
 Q_SIGNALS:
     /** The value became another one, by whomever. */
@@ -155,13 +157,12 @@ Q_SIGNALS:
         value is what it was at editStarted(), and valueEdited() said so before. */
     void editFinished(bool accepted);
 
-    /** What their names say became another one, by whomever. */
+    /** The range became another one. */
     void limitsChanged();
-    void stepsChanged();
+    /** Steps, grid, default value, press mode or wheel policy became other ones. */
+    void handlingChanged();
+    /** What is drawn became something else, for another reason than the value or the range. */
     void displayChanged();
-    void defaultValueChanged(double value);
-    void pressModeChanged(Kestrel::UI::LinearSlider::PressMode mode);
-    void wheelPolicyChanged(Kestrel::UI::WheelPolicy::Policy policy);
 
 protected:
     bool event(QEvent* event) override;

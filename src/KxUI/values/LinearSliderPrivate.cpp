@@ -6,6 +6,7 @@
 
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QWheelEvent>
 
 #include <algorithm>
 #include <cmath>
@@ -16,6 +17,14 @@ namespace {
 constexpr int FirstRepeat = 500; // milliseconds, as those of Qt's sliders
 constexpr int NextRepeats = 50;
 constexpr int PagesPerSteps = 10;
+
+// What begins a number, or asks for the field to write one.
+bool isEntryKey(const QKeyEvent& event) {
+    const QString text = event.text();
+    return event.key() == Qt::Key_F2 ||
+           (text.size() == 1 && !event.modifiers().testFlag(Qt::ControlModifier) &&
+            (text[0].isDigit() || QStringLiteral("+-.,=(").contains(text[0])));
+}
 
 } // namespace
 
@@ -88,7 +97,7 @@ void LinearSliderPrivate::setStep(double& member, double step) {
         return;
     member = step;
     relayout();
-    Q_EMIT q->stepsChanged();
+    Q_EMIT q->handlingChanged();
 }
 
 double LinearSliderPrivate::step() const {
@@ -225,7 +234,7 @@ bool LinearSliderPrivate::isOwnKey(const QKeyEvent& event) const {
     case Qt::Key_S:
         return isDragged() && m_drag.isActive();
     default:
-        return false;
+        return isEntryKey(event);
     }
 }
 
@@ -262,8 +271,33 @@ void LinearSliderPrivate::pressKey(const QKeyEvent& event) {
         m_drag.toggleSnapping();
         return;
     }
+    if (isEntryKey(event)) {
+        if (!isDragged())
+            openEntry(event);
+        return;
+    }
     if (bracket->beginKey(event) && bracket->gesture() == EditGestures::Keys)
         changeTo(keyTarget(event));
+}
+
+bool LinearSliderPrivate::turn(const QWheelEvent& event) {
+    if (event.angleDelta().y() == 0)
+        return false;
+    const QPointer<LinearSlider> alive(q);
+    const double amount = step() * EditModifiers::factor(event.modifiers());
+    const int notches = bracket->turnWheel(event);
+    if (alive && notches != 0)
+        changeTo(stepped(amount, notches));
+    return true;
+}
+
+void LinearSliderPrivate::openEntry(const QKeyEvent& key) {
+    if (m_entry || !bracket->finish())
+        return;
+    m_entry = new SliderEntry(value, suffix, q);
+    QObject::connect(m_entry, &SliderEntry::taken, q,
+                     [this](double number) { bracket->editOnce(editable(number)); });
+    m_entry->open(geometry().handle(value).center().toPoint(), key);
 }
 
 void LinearSliderPrivate::hover(const QPoint& at) {

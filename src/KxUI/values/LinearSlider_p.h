@@ -3,6 +3,7 @@
 #include <KxUI/kit/EditBracket_p.h>
 #include <KxUI/values/LinearSlider.h>
 #include <KxUI/values/SliderDrag_p.h>
+#include <KxUI/values/SliderEntry_p.h>
 #include <KxUI/values/SliderGeometry_p.h>
 
 #include <QBasicTimer>
@@ -14,6 +15,7 @@
 class QKeyEvent;
 class QMouseEvent;
 class QPainter;
+class QWheelEvent;
 
 namespace Kestrel::UI {
 
@@ -65,6 +67,12 @@ public:
     bool wasHandlePressed() const { return m_pressedHandle; }
     bool isOwnKey(const QKeyEvent& event) const;
     void pressKey(const QKeyEvent& event);
+    /** Whether a wheel says anything to the slider. */
+    bool turn(const QWheelEvent& event);
+    /** Opens the field for an exact number by the key that asked for it. */
+    void openEntry(const QKeyEvent& key);
+    /** Takes nothing from it. */
+    void closeEntry() { delete m_entry.data(); }
     void hover(const QPoint& at);
     QString numberText(double number) const;
 
@@ -111,6 +119,7 @@ private:
     std::vector<double> m_snaps;
     SliderDrag m_drag;
     QBasicTimer m_paging;
+    QPointer<SliderEntry> m_entry;
     double m_pressPixel = 0.0;
     double m_before = 0.0; ///< the value before the last movement
     bool m_pressedHandle = false;

@@ -100,7 +100,7 @@ PromptComboBox::Behaviour PromptComboBox::behaviour() const {
 void PromptComboBox::setBehaviour(Behaviour behaviour) {
     KXUI_INTERFACE_THREAD(this);
     if (std::exchange(d->behaviour, behaviour) != behaviour)
-        Q_EMIT behaviourChanged(behaviour);
+        Q_EMIT handlingChanged();
 }
 
 WheelPolicy::Policy PromptComboBox::wheelPolicy() const {
@@ -110,7 +110,7 @@ WheelPolicy::Policy PromptComboBox::wheelPolicy() const {
 void PromptComboBox::setWheelPolicy(WheelPolicy::Policy policy) {
     KXUI_INTERFACE_THREAD(this);
     if (std::exchange(d->wheelPolicy, policy) != policy)
-        Q_EMIT wheelPolicyChanged(policy);
+        Q_EMIT handlingChanged();
 }
 
 void PromptComboBox::setModel(QAbstractItemModel* model) {

@@ -16,9 +16,9 @@ namespace Kestrel::UI {
 class KXUI_EXPORT PromptComboBox : public QComboBox {
     Q_OBJECT
     Q_PROPERTY(QString prompt READ prompt WRITE setPrompt NOTIFY promptChanged)
-    Q_PROPERTY(Behaviour behaviour READ behaviour WRITE setBehaviour NOTIFY behaviourChanged)
+    Q_PROPERTY(Behaviour behaviour READ behaviour WRITE setBehaviour NOTIFY handlingChanged)
     Q_PROPERTY(Kestrel::UI::WheelPolicy::Policy wheelPolicy READ wheelPolicy WRITE setWheelPolicy
-                   NOTIFY wheelPolicyChanged)
+                   NOTIFY handlingChanged)
 
 public:
     /** What the box shows after a choice. */
@@ -78,10 +78,10 @@ Q_SIGNALS:
     /** The edit is over. Not accepted: the choice is what it was at editStarted(). */
     void editFinished(bool accepted);
 
-    /** What their names say became another one, by whomever. */
+    /** The prompt became another one. */
     void promptChanged(const QString& prompt);
-    void behaviourChanged(Kestrel::UI::PromptComboBox::Behaviour behaviour);
-    void wheelPolicyChanged(Kestrel::UI::WheelPolicy::Policy policy);
+    /** Behaviour or wheel policy became other ones. */
+    void handlingChanged();
 
 protected:
     bool event(QEvent* event) override;

@@ -1,8 +1,10 @@
-// A host in fifty lines: lists the sequences of a folder, and shows a timeline and the transport
-// row for the first. `host FOLDER` opens the window, `host FOLDER PICTURE` saves it as a picture.
+// A small host: lists the sequences of a folder, and shows a timeline, the transport row and a slider
+// over a parameter for the first. `host FOLDER` opens the window, `host FOLDER PICTURE` saves it as a picture.
 
 #include <KxUI/Version.h>
 #include <KxUI/files/FileInfoList.h>
+#include <KxUI/kit/CallbackParameter.h>
+#include <KxUI/time/FrameSlider.h>
 #include <KxUI/time/TimeFormatter.h>
 #include <KxUI/time/TimeSlider.h>
 #include <KxUI/time/TimeSliderModel.h>
@@ -48,11 +50,22 @@ int main(int argc, char** argv) {
                      [&] { transport->setCurrentTime(model.currentTime()); });
     transport->playbackStateChanged(Stopped);
 
+    int held = first; // a number of the host's own
+    CallbackParameter offset([&] { return QVariant(held); },
+                             [&](const QVariant& wanted) {
+                                 held = wanted.toInt();
+                                 return true;
+                             });
+    offset.setRange(first, last);
+    auto* frames = new FrameSlider;
+    frames->setParameter(&offset);
+
     auto* layout = new QVBoxLayout(&window);
+    layout->addWidget(frames);
     layout->addWidget(slider);
     layout->addWidget(transport);
     window.setWindowTitle(QStringLiteral("A host of KxUI " KXUI_VERSION_STRING));
-    window.resize(720, 120);
+    window.resize(720, 180);
     if (arguments.size() > 2)
         return window.grab().save(arguments[2]) ? 0 : 1;
     window.show();
