@@ -2,12 +2,11 @@
 
 #include "play/Session.h"
 
+#include <KxUI/kit/HorizontalLayout.h>
 #include <KxUI/time/JogWheel.h>
 #include <KxUI/time/TimeFormatChooser.h>
 #include <KxUI/time/TransportControlsWidget.h>
 #include <KxUI/time/ViewerFrameSkipControl.h>
-
-#include <QHBoxLayout>
 
 #include <algorithm>
 #include <climits>
@@ -33,9 +32,7 @@ TransportRow::TransportRow(Session* session, QWidget* parent)
     skip->setIncrement(navigator->skipLength());
     m_jogWheel->setToolTip(tr("Drag to go through the frames"));
 
-    auto* layout = new QHBoxLayout(this);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->setSpacing(8);
+    auto* layout = new UI::HorizontalLayout(0, 8, this);
     layout->addWidget(chooser);
     layout->addStretch(1);
     layout->addWidget(m_transport, 2);

@@ -3,9 +3,10 @@
 #include "panels/ViewerCanvas.h"
 #include "play/Session.h"
 
+#include <KxUI/kit/VerticalLayout.h>
+
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QVBoxLayout>
 
 namespace Kestrel::Workbench {
 
@@ -28,9 +29,7 @@ ViewerPanel::ViewerPanel(Session* session, QWidget* parent)
     line->setContentsMargins(8, 4, 8, 4);
     line->addWidget(m_name, 1);
     line->addWidget(m_facts);
-    auto* layout = new QVBoxLayout(this);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->setSpacing(0);
+    auto* layout = new UI::VerticalLayout(0, 0, this);
     layout->addLayout(line);
     layout->addWidget(m_canvas, 1);
 

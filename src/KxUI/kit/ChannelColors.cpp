@@ -8,8 +8,6 @@
 namespace Kestrel::UI {
 namespace {
 
-constexpr double LineContrast = 3.0;
-
 /** A channel's colour where the background is dark, and where it is light. */
 struct Pair {
     QRgb onDark;
@@ -39,7 +37,7 @@ ChannelColors ChannelColors::of(const QPalette& palette) {
 }
 
 QColor ChannelColors::line(Channel channel) const {
-    return visible(channel, LineContrast);
+    return visible(channel, VisibleContrast);
 }
 
 QColor ChannelColors::text(Channel channel) const {

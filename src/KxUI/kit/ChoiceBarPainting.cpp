@@ -1,14 +1,19 @@
-// How a choice bar is drawn: by the palette alone, so that its buttons are joined in every style.
+// How a choice bar is drawn: by the palette alone, so that its buttons are
+// joined in every style.
 
 #include <KxUI/kit/ChoiceBar_p.h>
 
 #include <KxUI/kit/ColorContrast_p.h>
 #include <KxUI/kit/Crisp_p.h>
 
+#include <QImage>
 #include <QPainter>
 #include <QPainterPath>
 #include <QStyle>
-#include <QStyleOptionFocusRect>
+
+#include <algorithm>
+#include <cmath>
+#include <vector>
 
 namespace Kestrel::UI {
 namespace {
@@ -21,6 +26,96 @@ QColor frameColor(const QPalette& palette) {
     return mixed(palette.color(QPalette::Button), palette.color(QPalette::ButtonText), 0.4);
 }
 
+/** What lies under a button's label. */
+struct Ground {
+    QRgb frame = 0;
+    QRgb fill = 0;
+    QRgb underline = 0; ///< transparent for none
+    int underlineHeight = 0;
+};
+
+/** The rounded ends of a bar, next to each other. */
+struct Ends {
+    static constexpr int Width = 4; ///< of one: whole device pixels in steps of a quarter
+
+    Ground ground;
+    int height = 0; ///< device pixels
+    double ratio = 1.0;
+    QImage picture;
+
+    bool isOf(const Ground& other, int otherHeight, double otherRatio) const {
+        return ground.frame == other.frame && ground.fill == other.fill &&
+               ground.underline == other.underline &&
+               ground.underlineHeight == other.underlineHeight && height == otherHeight &&
+               ratio == otherRatio;
+    }
+};
+
+QImage drawEnds(const Ground& ground, int height, double ratio) {
+    QImage picture(qRound(2 * Ends::Width * ratio), height, QImage::Format_ARGB32_Premultiplied);
+    picture.setDevicePixelRatio(ratio);
+    picture.fill(Qt::transparent);
+    QPainter painter(&picture);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const double thin = 1.0 / ratio;
+    const QRectF whole(0, 0, 2 * Ends::Width, height / ratio);
+    QPainterPath shape;
+    shape.addRoundedRect(whole.adjusted(thin / 2, thin / 2, -thin / 2, -thin / 2), Radius, Radius);
+    painter.fillPath(shape, QColor::fromRgba(ground.fill));
+    painter.setClipPath(shape);
+    painter.fillRect(
+        QRectF(0, whole.bottom() - ground.underlineHeight, whole.width(), ground.underlineHeight),
+        QColor::fromRgba(ground.underline));
+    painter.setClipping(false);
+    painter.setPen(QPen(QColor::fromRgba(ground.frame), thin));
+    painter.drawPath(shape);
+    return picture;
+}
+
+/** A few looks of a theme serve all bars of a program: rounded corners are slow
+ * to draw. */
+const QImage& endsOf(const Ground& ground, int height, double ratio) {
+    constexpr std::size_t most = 64;
+    static std::vector<Ends> known;
+    for (const Ends& ends : known) {
+        if (ends.isOf(ground, height, ratio))
+            return ends.picture;
+    }
+    if (known.size() == most)
+        known.clear();
+    known.push_back({ground, height, ratio, drawEnds(ground, height, ratio)});
+    return known.back().picture;
+}
+
+/** Draws the part `from` to `to` of a bar of the size, in whole device pixels.
+ */
+void paintGround(QPainter& painter, const Ground& ground, const QSizeF& size, double from,
+                 double to, double ratio) {
+    const double thin = 1.0 / ratio;
+    const double height = size.height();
+    if (from <= 0 || to >= size.width()) {
+        const QImage& ends = endsOf(ground, qRound(height * ratio), ratio);
+        const QSizeF part(Ends::Width * ratio, qRound(height * ratio));
+        if (from <= 0) {
+            painter.drawImage(QPointF(), ends, QRectF(QPointF(), part));
+            from = Ends::Width;
+        }
+        if (to >= size.width()) {
+            painter.drawImage(QPointF(size.width() - Ends::Width, 0), ends,
+                              QRectF(QPointF(Ends::Width * ratio, 0), part));
+            to = size.width() - Ends::Width;
+        }
+    }
+    const auto fill = [&](double top, double bottom, QRgb color) {
+        painter.fillRect(QRectF(from, top, to - from, bottom - top), QColor::fromRgba(color));
+    };
+    fill(0, thin, ground.frame);
+    fill(thin, height - thin, ground.fill);
+    if (ground.underlineHeight > 0)
+        fill(height - ground.underlineHeight, height - thin, ground.underline);
+    fill(height - thin, height, ground.frame);
+}
+
 /** A triangle that points down, about a point. */
 QPolygonF arrowAt(const QPointF& middle) {
     return {
@@ -31,7 +126,7 @@ QPolygonF arrowAt(const QPointF& middle) {
 
 /** What one button looks like now. */
 struct ChoiceBarPrivate::Look {
-    QColor fill; ///< invalid for none
+    QColor fill;
     QColor text;
     QColor underline; ///< invalid for none
     QIcon::Mode iconMode = QIcon::Normal;
@@ -52,76 +147,68 @@ ChoiceBarPrivate::Look ChoiceBarPrivate::lookOf(int part) {
     const QColor button = palette.color(QPalette::Button);
     const QColor text = palette.color(QPalette::ButtonText);
     Look look;
+    look.fill = button;
     look.iconMode = enabled ? QIcon::Normal : QIcon::Disabled;
     look.text = text;
     const QColor accent =
         choice.color.isValid() ? choice.color : palette.color(QPalette::Highlight);
-    if (choice.checked) // not the highlight itself, on which an icon in the text's colour is lost
+    if (choice.checked) // not the highlight itself, on which an icon in the
+                        // text's colour is lost
         look.fill = mixed(button, accent, choice.color.isValid() || !enabled ? 0.22 : 0.4);
     else if (part == pressed)
         look.fill = mixed(button, text, 0.2);
     else if (part == hovered && enabled)
         look.fill = mixed(button, text, 0.08);
-    const QColor ground = look.fill.isValid() ? look.fill : button;
     if (choice.checked || (choice.color.isValid() && enabled)) {
         look.underline = choice.checked ? accent : mixed(button, accent, 0.7);
         look.underlineHeight = choice.checked ? UnderlineWhenOn : Underline;
     }
     if (choice.color.isValid() && enabled) {
-        const QColor end = brightness(ground) < 0.5 ? Qt::white : Qt::black;
+        const QColor end = brightness(look.fill) < 0.5 ? Qt::white : Qt::black;
         look.text = firstVisible(
             {choice.color, mixed(choice.color, end, 0.3), mixed(choice.color, end, 0.6), end},
-            {ground}, ReadableContrast);
+            {look.fill}, ReadableContrast);
     }
     return look;
 }
 
 void ChoiceBarPrivate::paint(QPainter& painter) {
-    const double ratio = q->devicePixelRatioF();
-    const double thin = 1.0 / ratio;
-    const QPalette palette = q->palette();
-    const QRectF outline = QRectF(q->rect()).adjusted(thin / 2, thin / 2, -thin / 2, -thin / 2);
-    QPainterPath shape;
-    shape.addRoundedRect(outline, Radius, Radius);
-
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.fillPath(shape, palette.color(QPalette::Button));
-    painter.save();
-    painter.setClipPath(shape);
     for (int i = 0; i < layout().seen(); ++i)
         paintPart(painter, i, layout().partOf(i));
     if (!layout().menu.isEmpty())
         paintPart(painter, MenuPart, layout().menu);
-    painter.restore();
-    painter.setPen(QPen(frameColor(palette), thin));
-    painter.setBrush(Qt::NoBrush);
-    painter.drawPath(shape);
+    if (q->hasFocus() && cursor() >= 0)
+        paintFocus(painter);
+}
 
-    if (q->hasFocus() && cursor() >= 0) {
-        QStyleOptionFocusRect option;
-        option.initFrom(q);
-        option.state |= QStyle::State_KeyboardFocusChange;
-        option.rect = layout().partOf(cursor()).adjusted(2, 2, -2, -2);
-        option.backgroundColor = palette.color(QPalette::Button);
-        q->style()->drawPrimitive(QStyle::PE_FrameFocusRect, &option, &painter, q);
-    }
+void ChoiceBarPrivate::paintFocus(QPainter& painter) {
+    const double ratio = q->devicePixelRatioF();
+    const double width = std::max(1.0, std::round(1.5 * ratio)) / ratio;
+    const int part = cursor() < layout().seen() ? cursor() : MenuPart;
+    const QRectF rect = rectOnPixels(layout().partOf(cursor()), ratio);
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(visibleHighlight(q->palette(), lookOf(part).fill), width));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRoundedRect(rect.adjusted(width / 2, width / 2, -width / 2, -width / 2), Radius,
+                            Radius);
+    painter.restore();
 }
 
 void ChoiceBarPrivate::paintPart(QPainter& painter, int part, const QRect& rect) {
     const double ratio = q->devicePixelRatioF();
     const Look look = lookOf(part);
-    if (look.fill.isValid())
-        painter.fillRect(rect, look.fill);
-    if (look.underline.isValid())
-        painter.fillRect(QRect(rect.left(), rect.bottom() + 1 - look.underlineHeight, rect.width(),
-                               look.underlineHeight),
-                         look.underline);
+    const QRgb frame = frameColor(q->palette()).rgba();
+    const Ground ground{frame, look.fill.rgba(),
+                        look.underline.isValid() ? look.underline.rgba() : 0, look.underlineHeight};
+    const QSizeF size(onPixels(q->width(), ratio), onPixels(q->height(), ratio));
+    const double from = onPixels(rect.left(), ratio);
+    const double to = onPixels(rect.right() + 1, ratio);
+    paintGround(painter, ground, size, from, to, ratio);
     const bool mirrored = q->isRightToLeft();
-    if (mirrored ? rect.right() < q->width() - 1 : rect.left() > 0) { // not before the first
-        const double edge = mirrored ? rect.right() + 1 : rect.left();
-        painter.fillRect(QRectF(onPixels(edge, ratio), rect.top(), 1.0 / ratio, rect.height()),
-                         frameColor(q->palette()));
-    }
+    if (mirrored ? to < size.width() : from > 0) // not before the first
+        painter.fillRect(QRectF(mirrored ? to : from, 0, 1.0 / ratio, size.height()),
+                         QColor::fromRgba(frame));
     painter.setPen(look.text);
     if (part == MenuPart)
         paintMenuLabel(painter, rect, look);
@@ -133,9 +220,10 @@ void ChoiceBarPrivate::paintLabel(QPainter& painter, const Choice& choice, const
                                   const Look& look) {
     const bool hasIcon = !choice.icon.isNull();
     const bool iconOnly = hasIcon && (layout().iconsOnly || style() == Qt::ToolButtonIconOnly);
-    const int letters = q->style()->styleHint(QStyle::SH_UnderlineShortcut, nullptr, q)
-                            ? Qt::TextShowMnemonic
-                            : Qt::TextHideMnemonic;
+    const int letters =
+        Qt::TextSingleLine |
+        (q->style()->styleHint(QStyle::SH_UnderlineShortcut, nullptr, q) ? Qt::TextShowMnemonic
+                                                                         : Qt::TextHideMnemonic);
     const auto paintIcon = [&](const QRect& place) {
         choice.icon.paint(&painter, place, Qt::AlignCenter, look.iconMode);
     };
@@ -178,6 +266,7 @@ void ChoiceBarPrivate::paintMenuLabel(QPainter& painter, const QRect& rect, cons
                      q->fontMetrics().elidedText(text, Qt::ElideRight, label.width()));
     const QRect arrow(rect.right() + 1 - ArrowRoom, rect.top(), ArrowRoom, rect.height());
     painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
     painter.setBrush(look.text);
     painter.drawPolygon(arrowAt(QRectF(place(arrow)).center()));

@@ -15,10 +15,12 @@ namespace Kestrel::UI {
 /** The data of a ChoiceBar, and how it is drawn. */
 class ChoiceBarPrivate : public ChoicesPrivate {
 public:
-    /** Stands for the part that opens the menu where the number of a choice is asked. */
+    /** Stands for the part that opens the menu where the number of a choice is
+     * asked. */
     static constexpr int MenuPart = -2;
 
-    /** In pixels: around a label, between icon and text, and of the menu's arrow. */
+    /** In pixels: around a label, between icon and text, and of the menu's arrow.
+     */
     static constexpr int PaddingX = 9;
     static constexpr int PaddingY = 4;
     static constexpr int LabelGap = 4;
@@ -46,7 +48,8 @@ public:
     /** To a choice by the keyboard: chooses it where the bar is exclusive. */
     void goTo(int index, const QKeyEvent& event);
     void openMenu();
-    /** Where `key` leads from the cursor, -1 for nowhere; empty for another key. */
+    /** Where `key` leads from the cursor, -1 for nowhere; empty for another key.
+     */
     std::optional<int> wayOf(int key) const;
     bool handleKey(const QKeyEvent& event);
     /** Whether a shortcut of the window must not get it. */
@@ -76,6 +79,7 @@ private:
     Qt::ToolButtonStyle style() const;
     Look lookOf(int part);
     void paintPart(QPainter& painter, int part, const QRect& rect);
+    void paintFocus(QPainter& painter);
     void paintLabel(QPainter& painter, const Choice& choice, const QRect& rect, const Look& look);
     void paintMenuLabel(QPainter& painter, const QRect& rect, const Look& look);
 

@@ -77,6 +77,7 @@ public:
     bool isEditing() const;
 
 protected:
+    /** For the widgets; `data` is theirs. */
     explicit Choices(std::unique_ptr<ChoicesPrivate> data);
 
     /** Takes an edit back. */

@@ -1,7 +1,5 @@
 #include <KxUI/kit/ColorContrast_p.h>
 
-#include <KxUI/kit/QtCompat_p.h>
-
 #include <algorithm>
 #include <cmath>
 
@@ -48,8 +46,16 @@ QColor firstVisible(std::initializer_list<QColor> candidates,
     return best;
 }
 
+QColor visibleHighlight(const QPalette& palette, const QColor& ground) {
+    const QColor highlight = palette.color(QPalette::Highlight);
+    const QColor text = palette.color(QPalette::WindowText);
+    return firstVisible(
+        {highlight, mixed(highlight, text, 0.25), mixed(highlight, text, 0.5), text}, {ground},
+        VisibleContrast);
+}
+
 QColor mixed(const QColor& a, const QColor& b, double part) {
-    const auto mix = [part](double x, double y) { return ColorPart(x + (y - x) * part); };
+    const auto mix = [part](qreal x, qreal y) { return x + (y - x) * part; };
     return QColor::fromRgbF(mix(a.redF(), b.redF()), mix(a.greenF(), b.greenF()),
                             mix(a.blueF(), b.blueF()));
 }

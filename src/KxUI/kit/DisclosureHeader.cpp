@@ -12,6 +12,7 @@
 #include <QStyleOptionButton>
 
 #include <algorithm>
+#include <utility>
 
 namespace Kestrel::UI {
 namespace {
@@ -19,8 +20,8 @@ namespace {
 constexpr int ArrowSize = 10;
 constexpr int DotSize = 6;
 constexpr int PaddingY = 4;
+constexpr int WidgetGap = 2;
 constexpr double Radius = 3.0;
-constexpr double ShapeContrast = 3.0; // WCAG 2.1, 1.4.11
 
 QString plain(const QString& text) {
     Choice label;
@@ -64,7 +65,10 @@ QWidget* DisclosureHeader::lastInTabOrder() {
 }
 
 void DisclosureHeader::shownChanged() {
-    updateGeometry();
+    const std::optional<Measures> before = std::exchange(m_measures, std::nullopt);
+    if (!before || before->height != measures().height ||
+        DisclosureHeaderLayout::wantedWidth(before->parts) != sizeHint().width())
+        updateGeometry();
     placeWidgets();
     update();
 }
@@ -76,47 +80,52 @@ void DisclosureHeader::grabLetter() {
     m_letter = letter.isEmpty() ? 0 : grabShortcut(letter);
 }
 
-QFont DisclosureHeader::titleFont() const {
-    QFont bold = font();
-    bold.setBold(true);
-    return bold;
-}
-
-DisclosureHeaderParts DisclosureHeader::parts() const {
-    DisclosureHeaderParts parts;
+DisclosureHeader::Measures DisclosureHeader::measure() const {
+    Measures all;
+    all.titleFont = font();
+    all.titleFont.setBold(true);
+    const QFontMetrics metrics(all.titleFont);
+    DisclosureHeaderParts& parts = all.parts;
+    all.height = std::max(metrics.height(), ArrowSize) + 2 * PaddingY;
     parts.arrow = ArrowSize;
     if (d->checkable)
         parts.check = style()->pixelMetric(QStyle::PM_IndicatorWidth, nullptr, this);
-    parts.title = QFontMetrics(titleFont()).horizontalAdvance(plain(d->title));
+    parts.title = metrics.horizontalAdvance(plain(d->title));
     parts.dot = d->modified ? DotSize : 0;
     if (!d->expanded && !d->summary.isEmpty())
         parts.summary = fontMetrics().horizontalAdvance(d->summary) + 1; // widths are rounded
     for (const QPointer<QWidget>& widget : m_widgets) {
-        if (widget && !widget->isHidden())
-            parts.widgets += hintOf(widget).width() + (parts.widgets > 0 ? 2 : 0);
+        if (!widget || widget->isHidden())
+            continue;
+        const QSize hint = hintOf(widget);
+        parts.widgets += hint.width() + (parts.widgets > 0 ? WidgetGap : 0);
+        all.height = std::max(all.height, hint.height() + 2);
     }
-    return parts;
+    return all;
+}
+
+const DisclosureHeader::Measures& DisclosureHeader::measures() const {
+    ensurePolished();
+    if (!m_measures)
+        m_measures = measure();
+    return *m_measures;
 }
 
 DisclosureHeaderLayout DisclosureHeader::layoutNow() const {
-    return DisclosureHeaderLayout::of(size(), parts(), layoutDirection());
+    return DisclosureHeaderLayout::of(size(), measures().parts, layoutDirection());
 }
 
 QSize DisclosureHeader::sizeHint() const {
-    ensurePolished();
-    int height = std::max(QFontMetrics(titleFont()).height(), ArrowSize) + 2 * PaddingY;
-    for (const QPointer<QWidget>& widget : m_widgets) {
-        if (widget && !widget->isHidden())
-            height = std::max(height, hintOf(widget).height() + 2);
-    }
-    return {DisclosureHeaderLayout::wantedWidth(parts()), height};
+    return {DisclosureHeaderLayout::wantedWidth(measures().parts), measures().height};
 }
 
 QSize DisclosureHeader::minimumSizeHint() const {
-    return {DisclosureHeaderLayout::leastWidth(parts()), sizeHint().height()};
+    return {DisclosureHeaderLayout::leastWidth(measures().parts), measures().height};
 }
 
 void DisclosureHeader::placeWidgets() {
+    if (m_widgets.isEmpty())
+        return;
     const QRect room = layoutNow().widgets;
     int left = room.left();
     for (const QPointer<QWidget>& widget : qAsConst(m_widgets)) {
@@ -126,13 +135,14 @@ void DisclosureHeader::placeWidgets() {
         const int high = std::min(hint.height(), height());
         const QRect place(left, (height() - high) / 2, hint.width(), high);
         widget->setGeometry(QStyle::visualRect(layoutDirection(), room, place));
-        left += hint.width() + 2;
+        left += hint.width() + WidgetGap;
     }
 }
 
 bool DisclosureHeader::event(QEvent* event) {
     switch (event->type()) {
-    case QEvent::LayoutRequest: // one of the host's widgets wants another size, or is gone
+    case QEvent::LayoutRequest: // one of the host's widgets wants another size,
+                                // or is gone
         shownChanged();
         break;
     case QEvent::Shortcut:
@@ -271,11 +281,7 @@ void DisclosureHeader::paintGround(QPainter& painter) {
     const double ratio = devicePixelRatioF();
     const double width = std::max(1.0, std::round(1.5 * ratio)) / ratio;
     painter.setBrush(Qt::NoBrush);
-    const QColor text = palette().color(QPalette::WindowText);
-    const QColor highlight = palette().color(QPalette::Highlight);
-    painter.setPen(QPen(firstVisible({highlight, mixed(highlight, text, 0.4), text},
-                                     {ground(), palette().color(QPalette::Window)}, ShapeContrast),
-                        width));
+    painter.setPen(QPen(visibleHighlight(palette(), ground()), width));
     painter.drawRoundedRect(QRectF(rect()).adjusted(width / 2, width / 2, -width / 2, -width / 2),
                             Radius, Radius);
 }
@@ -306,14 +312,9 @@ void DisclosureHeader::paintCheck(QPainter& painter, const QRect& place) {
 }
 
 void DisclosureHeader::paintDot(QPainter& painter, const QRect& place) {
-    const QPalette& colors = palette();
     painter.setPen(Qt::NoPen);
-    const QColor text = colors.color(QPalette::WindowText);
-    const QColor highlight = colors.color(QPalette::Highlight);
-    painter.setBrush(isEnabled() ? firstVisible({highlight, mixed(highlight, text, 0.25),
-                                                 mixed(highlight, text, 0.5), text},
-                                                {ground()}, ShapeContrast)
-                                 : text);
+    painter.setBrush(isEnabled() ? visibleHighlight(palette(), ground())
+                                 : palette().color(QPalette::WindowText));
     const double radius = DotSize / 2.0;
     painter.drawEllipse(QRectF(place).center(), radius, radius);
 }
@@ -321,11 +322,9 @@ void DisclosureHeader::paintDot(QPainter& painter, const QRect& place) {
 void DisclosureHeader::paintTexts(QPainter& painter, const DisclosureHeaderLayout& layout) {
     const QColor text = palette().color(QPalette::WindowText);
     const bool letters = style()->styleHint(QStyle::SH_UnderlineShortcut, nullptr, this) != 0;
-    painter.setFont(titleFont());
+    painter.setFont(measures().titleFont);
     painter.setPen(text);
-    // An elided text cannot be told from one that has its letter marked elsewhere.
-    const QFontMetrics metrics(titleFont());
-    const bool whole = metrics.horizontalAdvance(plain(d->title)) <= layout.title.width();
+    const bool whole = measures().parts.title <= layout.title.width();
     const int flags = Qt::AlignVCenter | Qt::AlignLeading | Qt::TextSingleLine;
     if (whole)
         painter.drawText(layout.title,
@@ -335,7 +334,8 @@ void DisclosureHeader::paintTexts(QPainter& painter, const DisclosureHeaderLayou
                          d->title);
     else
         painter.drawText(layout.title, flags,
-                         metrics.elidedText(plain(d->title), Qt::ElideRight, layout.title.width()));
+                         QFontMetrics(measures().titleFont)
+                             .elidedText(plain(d->title), Qt::ElideRight, layout.title.width()));
     if (d->expanded || d->summary.isEmpty())
         return;
     painter.setFont(font());

@@ -2,9 +2,12 @@
 
 #include <KxUI/kit/DisclosureHeaderLayout_p.h>
 
+#include <QFont>
 #include <QPointer>
 #include <QVector>
 #include <QWidget>
+
+#include <optional>
 
 namespace Kestrel::UI {
 
@@ -41,9 +44,17 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
-    DisclosureHeaderParts parts() const;
+    /** What follows from texts, font and widgets; measured once for all that ask.
+     */
+    struct Measures {
+        QFont titleFont;
+        DisclosureHeaderParts parts;
+        int height = 0;
+    };
+
+    const Measures& measures() const;
+    Measures measure() const;
     DisclosureHeaderLayout layoutNow() const;
-    QFont titleFont() const;
     bool handleKey(const QKeyEvent& event);
     bool isOwn(const QKeyEvent& event) const;
     void placeWidgets();
@@ -58,6 +69,7 @@ private:
     Disclosure* const m_section;
     DisclosurePrivate* const d;
     QVector<QPointer<QWidget>> m_widgets;
+    mutable std::optional<Measures> m_measures;
     int m_letter = 0;
     bool m_pressed = false;
     bool m_onCheck = false; ///< the press was on the check box

@@ -17,10 +17,12 @@
 namespace Kestrel::UI {
 namespace {
 
-/** Above this, most frames of an animation would show nothing but a scrolled panel. */
+/** Above this, most frames of an animation would show nothing but a scrolled
+ * panel. */
 constexpr int HighestMoving = 2000;
 
-/** One object for all sections: it writes once for all that change at the same time. */
+/** One object for all sections: it writes once for all that change at the same
+ * time. */
 AppSettings& settings() {
     struct Store {
         QPointer<AppSettings> object;
@@ -41,8 +43,8 @@ QString pathOf(const QString& key) {
     return QStringLiteral("disclosures/") + key;
 }
 
-/** Puts what the Tab key reaches in a widget behind another one. What comes to a window late would
-    be reached last. */
+/** Puts what the Tab key reaches in a widget behind another one. What comes to
+   a window late would be reached last. */
 void chainBehind(QWidget* before, QWidget* root) {
     QVector<QWidget*> own;
     QWidget* widget = root;
@@ -101,7 +103,8 @@ void DisclosurePrivate::adopt(QWidget* widget) {
     const bool hiddenByHost =
         widget->isHidden() && widget->testAttribute(Qt::WA_WState_ExplicitShowHide);
     widget->setParent(viewport);
-    if (!hiddenByHost)
+    // In a viewport that is hidden it is seen with that, and not laid out before.
+    if (!hiddenByHost && viewport->isVisible())
         widget->show();
     chainBehind(header->lastInTabOrder(), widget);
 }
@@ -222,8 +225,12 @@ void DisclosurePrivate::place() {
     viewport->setGeometry(0, head, q->width(), std::max(0, q->height() - head));
     if (!content || content->isHidden() || progress + (expanded ? 1.0 : 0.0) <= 0.0)
         return;
-    const int height = isMoving() ? contentHeight(q->width()) : viewport->height();
-    QWidgetItem(content).setGeometry(QRect(0, 0, q->width(), height));
+    QWidgetItem item(content);
+    const bool fits = viewport->height() >= item.minimumSize().height();
+    // Where it does not fit, the layout around has not heard yet, or has no more
+    // room to give.
+    const int height = isMoving() || !fits ? contentHeight(q->width()) : viewport->height();
+    item.setGeometry(QRect(0, 0, q->width(), height));
 }
 
 void DisclosurePrivate::contentChanged() {

@@ -1,0 +1,2 @@
+find_package(KF5WidgetsAddons REQUIRED)
+kxui_room_bench(kit SOURCES kit.cpp LIBS KF5::WidgetsAddons)
