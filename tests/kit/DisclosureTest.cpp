@@ -326,7 +326,7 @@ private Q_SLOTS:
     }
 
     void scrollsIntoSight() {
-        Panel panel;
+        Panel panel(200);
         auto* area = new QScrollArea;
         area->setWidgetResizable(true);
         auto* column = new QWidget;
@@ -339,6 +339,16 @@ private Q_SLOTS:
         area->show();
         layOut();
         panel.sections[0]->setExpanded(true);
+        auto* animation = panel.sections[0]->findChild<QVariantAnimation*>();
+        QVERIFY(animation);
+        const int high = headerOf(*panel.sections[0])->height() + 100;
+        for (int time = 0; time < 200; time += 40) {
+            animation->pause();
+            animation->setCurrentTime(time);
+            layOut();
+            QVERIFY(panel.sections[0]->height() <= high);
+        }
+        animation->setCurrentTime(200);
         layOut();
         layOut();
         const QRect seen(panel.sections[0]->mapTo(area->viewport(), QPoint()),
