@@ -1,5 +1,6 @@
 #include <KxUI/kit/EditBracket_p.h>
 #include <KxUI/kit/EditModifiers.h>
+#include <KxUI/kit/OwnKeys_p.h>
 #include <KxUI/kit/WheelPolicy.h>
 
 #include <support/EditBracket.h>
@@ -51,7 +52,14 @@ signals:
     void editFinished(bool accepted);
 
 protected:
-    bool event(QEvent* event) override { return m_bracket.takes(event) || QWidget::event(event); }
+    bool event(QEvent* event) override {
+        if (event->type() == QEvent::ShortcutOverride &&
+            Kestrel::UI::isSliderKey(*static_cast<QKeyEvent*>(event))) {
+            event->accept();
+            return true;
+        }
+        return m_bracket.takes(event) || QWidget::event(event);
+    }
     void mousePressEvent(QMouseEvent* event) override {
         m_x = event->x();
         m_bracket.beginDrag(event->button());

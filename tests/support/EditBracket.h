@@ -35,8 +35,9 @@ struct EditedWidget {
     std::function<void(Widget&)> press;
     std::function<void(Widget&, int nth)> move;
     std::function<void(Widget&)> release;
-    /** A key that changes the value and repeats. */
+    /** A key that changes the value and repeats, and whether it comes before shortcuts. */
     int key = 0;
+    bool keyIsOwn = true;
     /** A notch of the wheel, and whether it is for widgets with the focus only. */
     std::function<bool(Widget&)> notch;
     bool wheelNeedsFocus = true;
@@ -286,6 +287,12 @@ private:
     bool key() {
         const auto widget = make();
         Log log(*widget, m_edited.value);
+        QKeyEvent shortcut(QEvent::ShortcutOverride, m_edited.key, Qt::NoModifier);
+        shortcut.ignore();
+        QCoreApplication::sendEvent(widget.get(), &shortcut);
+        if (!check(shortcut.isAccepted() || !m_edited.keyIsOwn,
+                   QStringLiteral("the key may be a shortcut")))
+            return false;
         pressKey(*widget, QEvent::KeyPress, false);
         pressKey(*widget, QEvent::KeyRelease, true);
         pressKey(*widget, QEvent::KeyPress, true);

@@ -97,6 +97,7 @@ private slots:
         };
         edited.another = 9;
         edited.key = Qt::Key_Down;
+        edited.keyIsOwn = false; // as for any combo box
         edited.notch = [](PromptComboBox& box) { return Kestrel::Test::turnWheel(box, -120); };
         edited.assisted = false;
         Kestrel::Test::checkEditBracket(edited);

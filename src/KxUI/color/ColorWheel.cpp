@@ -280,7 +280,7 @@ bool ColorWheel::event(QEvent* event) {
         update();
         break;
     case QEvent::ShortcutOverride:
-        if (!d->drag.isHeld() || static_cast<QKeyEvent*>(event)->key() != Qt::Key_Escape)
+        if (!d->isOwnKey(*static_cast<QKeyEvent*>(event)))
             break;
         event->accept();
         return true;

@@ -1,5 +1,6 @@
 #include <KxUI/color/ColorWheel_p.h>
 
+#include <KxUI/kit/OwnKeys_p.h>
 #include <KxUI/kit/QtCompat_p.h>
 
 #include <QAccessible>
@@ -95,6 +96,14 @@ ColorWheelInput ColorWheelPrivate::inputOf(const QMouseEvent& event) const {
 
 QPointF ColorWheelPrivate::upwards(const QPointF& position) const {
     return {position.x(), m_wheel->height() - position.y()};
+}
+
+bool ColorWheelPrivate::isOwnKey(const QKeyEvent& event) const {
+    if (event.key() == Qt::Key_Escape)
+        return drag.isHeld() || (bracket.isEditing() && bracket.gesture() == EditGestures::Keys);
+    if (zoomEnabled && UI::isOwnKey(event, {Qt::Key_Plus, Qt::Key_Equal, Qt::Key_Minus, Qt::Key_0}))
+        return true;
+    return event.key() != Qt::Key_End && isSliderKey(event);
 }
 
 Hsv ColorWheelPrivate::neutralColor() const {

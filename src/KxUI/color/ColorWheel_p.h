@@ -4,6 +4,7 @@
 #include <KxUI/color/ColorWheelPictures_p.h>
 #include <KxUI/kit/EditBracket_p.h>
 
+class QKeyEvent;
 class QMouseEvent;
 class QPainter;
 class QRegion;
@@ -31,6 +32,9 @@ public:
     ColorWheelInput inputOf(const QMouseEvent& event) const;
     /** A position in the widget from its lower left corner, y upwards. */
     QPointF upwards(const QPointF& position) const;
+
+    /** Whether a key is the wheel's, before a shortcut's. */
+    bool isOwnKey(const QKeyEvent& event) const;
 
     /** What Home and a double click go back to. */
     Hsv neutralColor() const;

@@ -3,6 +3,7 @@
 #include <KxUI/kit/EditBracket_p.h>
 #include <KxUI/kit/EscapeWatch_p.h>
 #include <KxUI/kit/InterfaceThread_p.h>
+#include <KxUI/kit/OwnKeys_p.h>
 #include <KxUI/kit/WheelNotches_p.h>
 #include <KxUI/time/JogWheelDrag_p.h>
 #include <KxUI/time/JogWheelPlan_p.h>
@@ -206,6 +207,10 @@ void JogWheel::Private::takeBack(const std::optional<double>& start) {
 }
 
 bool JogWheel::event(QEvent* event) {
+    if (event->type() == QEvent::ShortcutOverride && isSliderKey(*static_cast<QKeyEvent*>(event))) {
+        event->accept();
+        return true;
+    }
     return m->bracket.takes(event) || QWidget::event(event);
 }
 

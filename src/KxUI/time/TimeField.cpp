@@ -3,6 +3,7 @@
 #include <KxUI/base/TimeArithmetic.h>
 #include <KxUI/kit/EditBracket_p.h>
 #include <KxUI/kit/InterfaceThread_p.h>
+#include <KxUI/kit/OwnKeys_p.h>
 #include <KxUI/kit/WheelNotches_p.h>
 #include <KxUI/time/Beep_p.h>
 #include <KxUI/time/TimeMetaTypes_p.h>
@@ -14,7 +15,6 @@
 #include <QPointer>
 #include <QWheelEvent>
 
-#include <algorithm>
 #include <optional>
 
 namespace Kestrel::UI {
@@ -368,11 +368,8 @@ bool TimeField::Private::finishInTime(const QFocusEvent& event) {
 
 // The keys that the field uses must not trigger the host's shortcuts while it has the focus.
 bool TimeField::Private::isOwnKey(const QKeyEvent& key) const {
-    constexpr Qt::Key own[] = {Qt::Key_Escape, Qt::Key_Return, Qt::Key_Enter, Qt::Key_Up,
-                               Qt::Key_Down,   Qt::Key_Left,   Qt::Key_Right};
-    const bool isPlain =
-        (key.modifiers() & ~(Qt::ShiftModifier | Qt::KeypadModifier)) == Qt::NoModifier;
-    return isPlain && std::find(std::begin(own), std::end(own), key.key()) != std::end(own);
+    return UI::isOwnKey(key, {Qt::Key_Escape, Qt::Key_Return, Qt::Key_Enter, Qt::Key_Up,
+                              Qt::Key_Down, Qt::Key_Left, Qt::Key_Right});
 }
 
 bool TimeField::event(QEvent* event) {

@@ -1,6 +1,7 @@
 #include <KxUI/values/LogSlider.h>
 
 #include <KxUI/kit/InterfaceThread_p.h>
+#include <KxUI/kit/OwnKeys_p.h>
 #include <KxUI/values/LogSliderAccessible_p.h>
 #include <KxUI/values/LogSliderLayout_p.h>
 #include <KxUI/values/LogSlider_p.h>
@@ -229,16 +230,23 @@ void LogSlider::paintEvent(QPaintEvent* event) {
 }
 
 bool LogSlider::event(QEvent* event) {
-    const bool ours =
-        event->type() == QEvent::ShortcutOverride
-            ? d->dragStart && static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape
-            : event->type() == QEvent::ContextMenu && d->menuSuppressed &&
-                  static_cast<QContextMenuEvent*>(event)->reason() == QContextMenuEvent::Mouse;
+    bool ours = false;
+    if (event->type() == QEvent::ShortcutOverride) {
+        const auto* key = static_cast<QKeyEvent*>(event);
+        ours = key->key() == Qt::Key_Escape ? d->dragStart.has_value() : isSliderKey(*key);
+    } else if (event->type() == QEvent::ContextMenu) {
+        ours = d->menuSuppressed &&
+               static_cast<QContextMenuEvent*>(event)->reason() == QContextMenuEvent::Mouse;
+    }
     if (ours) {
         event->accept();
         return true;
     }
     return d->bracket.takes(event) || QSlider::event(event);
+}
+
+int LogSlider::along(const QPoint& point) const {
+    return orientation() == Qt::Horizontal ? point.x() : point.y();
 }
 
 void LogSlider::mousePressEvent(QMouseEvent* event) {
@@ -255,6 +263,7 @@ void LogSlider::mousePressEvent(QMouseEvent* event) {
     d->takenBack = false;
     d->dragStart = value();
     d->dragButton = event->button();
+    d->pressedAt = along(event->pos());
     const UserInput user(this, &d->byUser);
     QSlider::mousePressEvent(event);
     if (user.isOver() || event->isAccepted())
@@ -271,6 +280,12 @@ void LogSlider::mouseMoveEvent(QMouseEvent* event) {
         return;
     }
     const UserInput user(this, &d->byUser);
+    // The base class would round the place of the press, which several positions share.
+    if (isSliderDown() && d->dragStart && along(event->pos()) == d->pressedAt) {
+        event->accept();
+        setSliderPosition(*d->dragStart);
+        return;
+    }
     QSlider::mouseMoveEvent(event);
 }
 

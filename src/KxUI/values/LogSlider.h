@@ -121,6 +121,7 @@ private:
     void requireRange() const;
     void moved(int position);
     bool endDrag();
+    int along(const QPoint& point) const;
     QSize withLabels(QSize hint) const;
     void paintTicks(QPainter& painter);
 

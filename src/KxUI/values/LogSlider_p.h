@@ -29,6 +29,7 @@ public:
 
     std::optional<int> dragStart; ///< the position at the press, while a button is down
     Qt::MouseButton dragButton = Qt::NoButton;
+    int pressedAt = 0;           ///< along the groove, in pixels
     bool takenBack = false;      ///< and the rest of that drag goes unheeded
     bool menuSuppressed = false; ///< the right button took a drag back; that is all it meant
 };
