@@ -22,7 +22,6 @@ using namespace Kestrel::Workbench;
 using Kestrel::Base::Time;
 using Kestrel::Base::TimeBase;
 namespace UI = Kestrel::UI;
-using Part = GradeHistory::Part;
 
 /** Two sequences in a session: what is shown of their grades, and their shared history. */
 class GradingTest : public QObject {
@@ -42,7 +41,7 @@ private:
     void expose(float stops) {
         Grade grade = m_session->grades()->grade();
         grade.exposure = stops;
-        m_session->grades()->edit(grade, Part::Exposure, QStringLiteral("Exposure"));
+        m_session->grades()->edit(grade, QStringLiteral("Exposure"));
     }
 
     QStringList steps() const {
@@ -157,7 +156,7 @@ private slots:
         Grade grade = m_session->grades()->grade();
         grade.exposure = 0.0F;
         grade.gain = gainColor({1.0F, 0.25F, 0.125F});
-        m_session->grades()->edit(grade, Part::Gain, QStringLiteral("Gain"));
+        m_session->grades()->edit(grade, QStringLiteral("Gain"));
         QTRY_COMPARE(shownPixel(), qRgb(118, 188, 188));
         m_session->grades()->group()->makeIndex(0);
         QTRY_COMPARE(shownPixel(), qRgb(118, 255, 255));
@@ -170,9 +169,12 @@ private slots:
         panel.resize(300, 200);
         panel.show();
         m_session->model()->setCurrentTime(4);
-        for (const float stops : {0.5F, 1.0F, 2.0F})
-            expose(stops);
-        grades->finishEdit();
+        for (const float stops : {0.5F, 1.0F, 2.0F}) {
+            Grade grade = grades->grade();
+            grade.exposure = stops;
+            grades->change(this, grade, QStringLiteral("Exposure"));
+        }
+        grades->finish(this, true);
         expose(-1.0F);
         m_session->open(m_plain, 3);
         QVERIFY(grades->grade().isIdentity());
@@ -211,6 +213,75 @@ private slots:
         QTRY_COMPARE(m_session->sequence().title(), m_plain.title());
         QCOMPARE(grades->grade().exposure, 1.0F);
         QVERIFY(!panel.grab().isNull());
+    }
+
+    /** Escape, and a drag that ends where it began, leave the history of both sequences as it was,
+        also what can be redone; so does undoing in the middle of a drag with what it takes back. */
+    void editsThatLeaveNoStep() {
+        GradePanel panel(m_session.get());
+        panel.resize(340, 720);
+        panel.show();
+        GradeHistory* grades = m_session->grades();
+        expose(1.0F);
+        m_session->open(m_plain, 1);
+        expose(0.25F);
+        expose(0.3F); // between two positions of the slider
+        grades->group()->undo();
+        grades->group()->redo();
+        expose(2.0F);
+        grades->group()->undo();
+        const auto history = grades->group()->undoCommands();
+        const Grade grade = grades->grade();
+        const auto same = [&](const char* what) {
+            const bool kept = grades->group()->undoCommands() == history &&
+                              grades->group()->index() == history.size() - 1;
+            QVERIFY2(kept, what);
+            QVERIFY2(grades->grade() == grade, what);
+        };
+        auto* slider = panel.findChild<UI::LogSlider*>();
+        auto* wheel = panel.findChild<UI::ColorWheel*>();
+        wheel->setInteractionMode(UI::ColorWheel::RelativeInteraction);
+        auto* curve = panel.findChild<CurveView*>();
+        for (QWidget* widget : {static_cast<QWidget*>(slider), static_cast<QWidget*>(wheel),
+                                static_cast<QWidget*>(curve)}) {
+            const char* name = widget->metaObject()->className();
+            QPoint from = widget->rect().center();
+            if (widget == slider)
+                from.rx() = slider->width() / 2 + int(0.3 * 0.30103 / 4 * slider->width());
+            for (const bool escape : {true, false}) {
+                QTest::mousePress(widget, Qt::LeftButton, {}, from);
+                Kestrel::Test::moveMouse(*widget, from + QPoint(30, -20));
+                QVERIFY2(grades->grade() != grade, name);
+                QCOMPARE(grades->group()->undoCommands().size(), history.size());
+                if (escape) {
+                    QVERIFY2(Kestrel::Test::sendKey(*widget, Qt::Key_Escape), name);
+                    same(name);
+                } else if (widget == curve) {
+                    Kestrel::Test::moveMouse(*widget, {from.x(), -100}); // pulled out again
+                } else {
+                    Kestrel::Test::moveMouse(*widget, from);
+                }
+                QTest::mouseRelease(widget, Qt::LeftButton, {}, from);
+                same(name);
+            }
+            QTest::mousePress(widget, Qt::LeftButton, {}, from);
+            Kestrel::Test::moveMouse(*widget, from + QPoint(30, -20));
+            grades->group()->undo();
+            QCOMPARE(grades->grade().exposure, 0.25F);
+            Kestrel::Test::moveMouse(*widget, from + QPoint(40, -20));
+            QTest::mouseRelease(widget, Qt::LeftButton, {}, from + QPoint(40, -20));
+            QCOMPARE(grades->grade().exposure, 0.25F);
+            grades->group()->redo();
+            same(name);
+        }
+        // A drag that goes on while another sequence is opened stays what it was.
+        QTest::mousePress(wheel, Qt::LeftButton, {}, wheel->rect().center());
+        Kestrel::Test::moveMouse(*wheel, wheel->rect().center() + QPoint(30, -20));
+        m_session->open(m_bright, 1);
+        Kestrel::Test::moveMouse(*wheel, wheel->rect().center() + QPoint(50, -20));
+        QCOMPARE(grades->grade().exposure, 1.0F);
+        QVERIFY(grades->grade().gain == GainColor());
+        QCOMPARE(steps().last(), QStringLiteral("Gain"));
     }
 
     /** The panel by mouse and keyboard: each gesture is one step, and undoing shows in it. */

@@ -44,29 +44,23 @@ void print(const QString& text) {
 
 /** Some edits, as a user may make them: warm light, and a curve with a soft shoulder. */
 void applySampleGrade(GradeHistory* grades) {
-    using Part = GradeHistory::Part;
     Grade grade = grades->grade();
-    const auto edit = [&](Part part, const QString& text) {
-        grades->edit(grade, part, text);
-        grades->finishEdit();
-    };
+    const auto edit = [&](const QString& text) { grades->edit(grade, text); };
     grade.gain = {0.09F, 0.22F, 1.0F};
-    edit(Part::Gain, GradePanel::tr("Gain"));
+    edit(GradePanel::tr("Gain"));
     grade.exposure = 0.75F;
-    edit(Part::Exposure, GradePanel::tr("Exposure"));
+    edit(GradePanel::tr("Exposure"));
     UI::Curve blue(UI::Curve::MaximumKnots, 3);
     blue.setKnot(1, {0.42F, 0.36F, false});
     grade.curves.setCurve(Grade::Blue, blue);
-    edit(Part::BlueCurve,
-         GradePanel::tr("%1 Curve: %2").arg(GradePanel::tr("Blue"), CurveView::tr("add knot")));
+    edit(GradePanel::tr("%1 Curve: %2").arg(GradePanel::tr("Blue"), CurveView::tr("add knot")));
     UI::Curve master(UI::Curve::MaximumKnots, 4);
     master.setKnot(1, {0.24F, 0.17F, false});
     master.setKnot(2, {0.7F, 0.79F, true});
     grade.curves.setCurve(Grade::Master, master);
-    edit(Part::MasterCurve,
-         GradePanel::tr("%1 Curve: %2").arg(GradePanel::tr("Master"), CurveView::tr("move knot")));
+    edit(GradePanel::tr("%1 Curve: %2").arg(GradePanel::tr("Master"), CurveView::tr("move knot")));
     grade.preview = UI::ColorSpace::Rec709;
-    edit(Part::Preview, GradePanel::tr("YCbCr preview"));
+    edit(GradePanel::tr("YCbCr preview"));
 }
 
 QString shown(const QByteArray& path) {

@@ -3,7 +3,6 @@
 #include "grade/UndoableProject.h"
 
 #include <QScopedValueRollback>
-#include <QUndoCommand>
 
 #include <algorithm>
 
@@ -11,43 +10,11 @@ namespace Kestrel::Workbench {
 
 using UI::UndoableProject;
 
-class GradeHistory::Command : public QUndoCommand {
-public:
-    Command(GradeHistory* history, UndoableProject* project, const Grade& after, Part part,
-            const QString& text)
-        : QUndoCommand(text)
-        , m_history(history)
-        , m_project(project)
-        , m_before(project->grade)
-        , m_after(after)
-        , m_part(part)
-        , m_edit(history->m_edit) {}
-
-    void redo() override { m_history->apply(m_project, m_after); }
-    void undo() override { m_history->apply(m_project, m_before); }
-
-    bool mergeWith(const QUndoCommand* other) override {
-        // The history holds nothing else.
-        const auto* command = static_cast<const Command*>(other);
-        if (command->m_part != m_part || command->m_edit != m_edit)
-            return false;
-        m_after = command->m_after;
-        return true;
-    }
-
-private:
-    GradeHistory* m_history;
-    UndoableProject* m_project;
-    const Grade m_before;
-    Grade m_after;
-    const Part m_part;
-    const quint64 m_edit;
-};
-
 GradeHistory::GradeHistory(QObject* parent)
     : QObject(parent) {}
 
 GradeHistory::~GradeHistory() {
+    m_edit.reset();
     // Or else the group would leave their commands behind.
     for (const auto& project : m_projects)
         m_group.removeProject(project.get());
@@ -56,7 +23,11 @@ GradeHistory::~GradeHistory() {
 void GradeHistory::open(const Sequence& sequence, Base::Time leftAt) {
     if (m_open)
         m_open->leftAt = leftAt;
-    finishEdit();
+    if (isEditing()) {
+        finish(m_editor, true);
+        emit editInterrupted();
+    }
+    m_edit.reset();
     m_open = nullptr;
     if (!sequence.isEmpty()) {
         m_open = find(sequence);
@@ -76,11 +47,40 @@ const Grade& GradeHistory::grade() const {
     return m_open ? m_open->grade : identity;
 }
 
-void GradeHistory::edit(const Grade& grade, Part part, const QString& text) {
-    if (!m_open || grade == m_open->grade)
+const Grade& GradeHistory::gradeBefore() const {
+    return isEditing() ? m_before : grade();
+}
+
+void GradeHistory::edit(const Grade& grade, const QString& text) {
+    change(nullptr, grade, text);
+    finish(nullptr, true);
+}
+
+void GradeHistory::change(const QObject* editor, const Grade& grade, const QString& text) {
+    if (!m_open)
+        return;
+    if (!isEditing() || editor != m_editor)
+        begin(editor, text);
+    const QScopedValueRollback<bool> performing(m_performing, true);
+    m_edit->change(grade);
+}
+
+void GradeHistory::begin(const QObject* editor, const QString& text) {
+    finish(m_editor, true);
+    UndoableProject* project = m_open;
+    m_before = project->grade;
+    m_editor = editor;
+    m_edit = std::make_unique<UI::ValueEdit<Grade>>(
+        &m_group, project, [this, project](const Grade& grade) { apply(project, grade); });
+    m_edit->onCancelled([this] { emit editInterrupted(); });
+    m_edit->begin(m_before, text);
+}
+
+void GradeHistory::finish(const QObject* editor, bool accepted) {
+    if (!isEditing() || editor != m_editor)
         return;
     const QScopedValueRollback<bool> performing(m_performing, true);
-    m_group.performCommand(new Command(this, m_open, grade, part, text), m_open);
+    m_edit->finish(accepted);
 }
 
 QString GradeHistory::titleOf(int step) const {
@@ -107,8 +107,6 @@ UndoableProject* GradeHistory::find(const Sequence& sequence) const {
 void GradeHistory::apply(UndoableProject* project, const Grade& grade) {
     project->grade = grade;
     if (!m_performing) {
-        // What is edited next is no continuation of what was edited before.
-        finishEdit();
         if (!m_changed)
             QMetaObject::invokeMethod(this, &GradeHistory::askForChanged, Qt::QueuedConnection);
         m_changed = project;

@@ -4,6 +4,7 @@
 #include "media/Sequence.h"
 
 #include <KxUI/undo/MultiStackUndoGroup.h>
+#include <KxUI/undo/ValueEdit.h>
 
 #include <QObject>
 
@@ -18,9 +19,6 @@ class GradeHistory : public QObject {
     Q_OBJECT
 
 public:
-    /** What an edit changes. */
-    enum class Part { Gain, Exposure, RedCurve, GreenCurve, BlueCurve, MasterCurve, Preview, All };
-
     explicit GradeHistory(QObject* parent = nullptr);
     ~GradeHistory() override;
 
@@ -32,18 +30,24 @@ public:
 
     /** Of the open sequence; the identity when there is none. */
     const Grade& grade() const;
+    /** The same as it was before the edit that goes on. */
+    const Grade& gradeBefore() const;
     bool hasSequence() const { return m_open != nullptr; }
 
     /** Whether the open sequence is shown without its grade. No edit: it is not undone. */
     bool isBypassed() const { return m_bypassed; }
 
-    /** Changes the open sequence's grade, to be undone by one step with all changes of the same
-        part since finishEdit().
+    /** Changes the open sequence's grade by one step.
         @param text  for the list of steps */
-    void edit(const Grade& grade, Part part, const QString& text);
+    void edit(const Grade& grade, const QString& text);
 
-    /** The next change is a step of its own: the mouse was released. */
-    void finishEdit() { ++m_edit; }
+    /** Shows a grade that somebody edits, outside the history. The first one begins the edit; that
+        of another editor is over then. */
+    void change(const QObject* editor, const Grade& grade, const QString& text);
+
+    /** The edit of that editor is over: one step, or, where it was not accepted or changed nothing,
+        none. Nothing without one. */
+    void finish(const QObject* editor, bool accepted);
 
     /** The title of the sequence that a step of the history belongs to. */
     QString titleOf(int step) const;
@@ -56,14 +60,18 @@ signals:
     void gradeChanged();
     void bypassChanged(bool bypassed);
 
+    /** An edit was ended by something else than its editor, which is still at it: an undo, or
+        another sequence. */
+    void editInterrupted();
+
     /** A step was undone or redone whose sequence is not the open one: it should be opened, to see
         what was done. Comes after all steps of a jump, for the last of them. */
     void sequenceWanted(const Kestrel::Workbench::Sequence& sequence, Kestrel::Base::Time at);
 
 private:
-    class Command;
-
     UI::UndoableProject* find(const Sequence& sequence) const;
+    bool isEditing() const { return m_edit && m_edit->isActive(); }
+    void begin(const QObject* editor, const QString& text);
     void apply(UI::UndoableProject* project, const Grade& grade);
     void askForChanged();
 
@@ -72,8 +80,9 @@ private:
     UI::UndoableProject* m_open = nullptr;
     /** Whose step was undone or redone last, until it was asked for. */
     UI::UndoableProject* m_changed = nullptr;
-    /** Changes of one edit have its number. */
-    quint64 m_edit = 0;
+    std::unique_ptr<UI::ValueEdit<Grade>> m_edit; ///< of the open sequence
+    const QObject* m_editor = nullptr;
+    Grade m_before; ///< the edit
     bool m_performing = false;
     bool m_bypassed = false;
 };

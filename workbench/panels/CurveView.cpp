@@ -108,10 +108,39 @@ QSize CurveView::minimumSizeHint() const {
     return {SmallestSize, SmallestSize};
 }
 
+// Keys that the window would take for its own.
+bool CurveView::isOwnKey(const QKeyEvent& event) const {
+    if ((event.modifiers() & ~(Qt::ShiftModifier | Qt::KeypadModifier)) != 0)
+        return false;
+    switch (event.key()) {
+    case Qt::Key_Left:
+    case Qt::Key_Right:
+    case Qt::Key_Up:
+    case Qt::Key_Down:
+    case Qt::Key_Home:
+    case Qt::Key_Delete:
+    case Qt::Key_Backspace:
+    case Qt::Key_Insert:
+        return true;
+    case Qt::Key_Escape:
+        return m_editing;
+    default:
+        return false;
+    }
+}
+
+bool CurveView::event(QEvent* event) {
+    if (event->type() == QEvent::ShortcutOverride && isOwnKey(*static_cast<QKeyEvent*>(event))) {
+        event->accept();
+        return true;
+    }
+    return QWidget::event(event);
+}
+
 void CurveView::changeEvent(QEvent* event) {
     QWidget::changeEvent(event);
     update();
-    if (event->type() == QEvent::EnabledChange)
+    if (event->type() == QEvent::EnabledChange && !isEnabled())
         finishDrag();
 }
 
@@ -145,6 +174,13 @@ void CurveView::focusInEvent(QFocusEvent* event) {
         select(m_curve.numKnots() - 1);
 }
 
+void CurveView::focusOutEvent(QFocusEvent* event) {
+    QWidget::focusOutEvent(event);
+    if (!m_drag || event->reason() == Qt::PopupFocusReason ||
+        event->reason() == Qt::ActiveWindowFocusReason)
+        finishDrag();
+}
+
 bool CurveView::focusNextPrevChild(bool next) {
     const int selected = selectedKnot(m_curve);
     const int wanted = next ? selected + 1 : selected - 1;
@@ -161,20 +197,20 @@ void CurveView::hideEvent(QHideEvent* event) {
 
 void CurveView::keyPressEvent(QKeyEvent* event) {
     m_notice.clear();
-    if (m_drag) {
-        if (event->key() == Qt::Key_Escape) {
-            m_drag.reset();
-            edit(m_beforeDrag, m_dragText);
-        }
+    if (m_editing && event->key() == Qt::Key_Escape)
+        return cancelEdit();
+    if (m_drag)
         return;
-    }
     const double step = event->modifiers().testFlag(Qt::ShiftModifier) ? 0.1 : 0.01;
     const int selected = selectedKnot(m_curve);
     const auto nudge = [&](double x, double y) {
         UI::Curve curve = m_curve;
         const UI::Knot knot = curve.knot(selected);
         moveKnot(curve, selected, {double(knot.x) + x, double(knot.y) + y});
-        editOnce(curve, tr("move knot"));
+        if (m_heldKey != event->key())
+            finishEdit();
+        m_heldKey = event->key();
+        edit(curve, tr("move knot"));
     };
     if (event->key() == Qt::Key_Insert)
         return insertBehindSelected();
@@ -200,6 +236,12 @@ void CurveView::keyPressEvent(QKeyEvent* event) {
     QWidget::keyPressEvent(event);
 }
 
+void CurveView::keyReleaseEvent(QKeyEvent* event) {
+    QWidget::keyReleaseEvent(event);
+    if (!event->isAutoRepeat() && event->key() == m_heldKey && !m_drag)
+        finishEdit();
+}
+
 void CurveView::leaveEvent(QEvent* event) {
     QWidget::leaveEvent(event);
     m_notice.clear();
@@ -220,7 +262,7 @@ void CurveView::mouseMoveEvent(QMouseEvent* event) {
     if (m_drag && !(event->buttons() & Qt::LeftButton))
         finishDrag(); // the release went to somebody else
     else if (m_drag)
-        edit(m_drag->curveAt(m_geometry, event->localPos()), m_dragText);
+        edit(m_drag->curveAt(m_geometry, event->localPos()), m_editText);
     else
         hover(m_geometry.knotAt(m_curve, event->localPos()));
 }
@@ -228,24 +270,26 @@ void CurveView::mouseMoveEvent(QMouseEvent* event) {
 void CurveView::mousePressEvent(QMouseEvent* event) {
     m_notice.clear();
     if (event->button() != Qt::LeftButton || m_drag) {
+        if (m_drag && event->button() == Qt::RightButton)
+            cancelEdit();
         update();
         return;
     }
+    finishEdit(); // of a key that is held
     const QPointF position = event->localPos();
     const int index = m_geometry.knotAt(m_curve, position);
     m_addedByPress = index < 0;
     if (index >= 0) {
         select(index);
-        startDrag(index, position, m_curve, tr("move knot"));
+        startDrag(index, position, tr("move knot"));
     } else if (m_geometry.plot.contains(position)) {
         QPointF point = m_geometry.toCurve(position);
         if (m_geometry.isOnLine(m_curve, position))
             point.setY(double(m_curve.valueAt(float(point.x()))));
-        const UI::Curve before = m_curve;
         const QPointer<CurveView> self(this);
         const int added = addAt(point);
         if (self && added >= 0)
-            startDrag(added, position, before, tr("add knot"));
+            startDrag(added, position, tr("add knot"));
     } else {
         select(-1);
     }
@@ -315,16 +359,40 @@ void CurveView::hover(int index) {
 bool CurveView::edit(const UI::Curve& curve, const QString& what) {
     if (curve == m_curve)
         return true;
-    showCurve(curve);
-    m_editing = true;
     const QPointer<CurveView> self(this);
+    if (!std::exchange(m_editing, true)) {
+        m_beforeEdit = m_curve;
+        emit editStarted();
+    }
+    if (!self || !m_editing)
+        return self;
+    m_editText = what;
+    showCurve(curve);
     emit curveEdited(curve, what);
     return self;
 }
 
 void CurveView::editOnce(const UI::Curve& curve, const QString& what) {
-    if (edit(curve, what) && std::exchange(m_editing, false))
-        emit editFinished();
+    finishEdit();
+    if (edit(curve, what))
+        finishEdit();
+}
+
+void CurveView::finishEdit() {
+    m_heldKey = 0;
+    if (std::exchange(m_editing, false))
+        emit editFinished(true);
+}
+
+void CurveView::cancelEdit() {
+    if (!m_editing)
+        return;
+    m_drag.reset();
+    m_heldKey = 0;
+    const QPointer<CurveView> self(this);
+    edit(m_beforeEdit, m_editText);
+    if (self && std::exchange(m_editing, false))
+        emit editFinished(false);
 }
 
 // The new knot's index; -1 where there is none to drag.
@@ -351,8 +419,8 @@ void CurveView::insertBehindSelected() {
     const float x = (m_curve.knot(left).x + m_curve.knot(left + 1).x) / 2.0F;
     const QPointer<CurveView> self(this);
     addAt({double(x), double(m_curve.valueAt(x))});
-    if (self && std::exchange(m_editing, false))
-        emit editFinished();
+    if (self)
+        finishEdit();
 }
 
 void CurveView::resetKnot(int index) {
@@ -362,20 +430,17 @@ void CurveView::resetKnot(int index) {
     editOnce(curve, tr("reset knot"));
 }
 
-void CurveView::startDrag(int index, const QPointF& position, const UI::Curve& before,
-                          const QString& what) {
+void CurveView::startDrag(int index, const QPointF& position, const QString& what) {
     m_drag = CurveDrag{m_curve, index, position - m_geometry.positionOf(m_curve.knot(index))};
-    m_beforeDrag = before;
-    m_dragText = what;
+    m_editText = what;
     update();
 }
 
-// Also where `setCurve` or Escape ended the drag itself: who saw edits sees the end of them.
+// Also where `setCurve` ended the drag itself: who saw edits sees the end of them.
 void CurveView::finishDrag() {
     m_drag.reset();
     update();
-    if (std::exchange(m_editing, false))
-        emit editFinished();
+    finishEdit();
 }
 
 void CurveView::rebuildBackdrop() {

@@ -24,7 +24,7 @@ namespace Kestrel::Workbench {
    move the selected knot by a hundredth, with Shift by a tenth; Home puts it back on the identity
    line; Delete and Backspace delete it; Insert adds one behind it; Escape takes a drag back.
 
-    An edit is what happens from the first `curveEdited` up to `editFinished`: one step to undo. */
+    An edit is what happens from `editStarted` up to `editFinished`: one step to undo, or none. */
 class CurveView : public QWidget {
     Q_OBJECT
 
@@ -52,21 +52,34 @@ public:
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
 
+    bool isEditing() const { return m_editing; }
+
+public slots:
+    /** Takes the edit back that goes on, as Escape does. */
+    void cancelEdit();
+
 signals:
+    /** The user begins to change the curve; not yet by the press. */
+    void editStarted();
+
     /** The user changed the curve; at every movement of a drag that does so.
         @param what  what a list of edits may say about it */
     void curveEdited(const Kestrel::UI::Curve& curve, const QString& what);
 
-    /** The release of a drag that edited the curve, or the end of any other edit. */
-    void editFinished();
+    /** The edit is over: the release of the mouse or the key, or at once for a command. Not
+       accepted: the curve is what it was before, and `curveEdited` said so. */
+    void editFinished(bool accepted);
 
 protected:
+    bool event(QEvent* event) override;
     void changeEvent(QEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
     bool focusNextPrevChild(bool next) override;
     void hideEvent(QHideEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
+    void keyReleaseEvent(QKeyEvent* event) override;
     void leaveEvent(QEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
@@ -90,9 +103,10 @@ private:
     void deleteSelected();
     void insertBehindSelected();
     void resetKnot(int index);
-    void startDrag(int index, const QPointF& position, const UI::Curve& before,
-                   const QString& what);
+    void startDrag(int index, const QPointF& position, const QString& what);
     void finishDrag();
+    void finishEdit();
+    bool isOwnKey(const QKeyEvent& event) const;
     void rebuildBackdrop();
     QColor lineColor() const;
     QString readout() const;
@@ -107,8 +121,9 @@ private:
     QPolygonF m_line;
     std::vector<Line> m_backdropLines;
     std::optional<CurveDrag> m_drag;
-    UI::Curve m_beforeDrag;
-    QString m_dragText;
+    UI::Curve m_beforeEdit;
+    QString m_editText;
+    int m_heldKey = 0; ///< which nudges a knot
     QString m_notice;
     int m_hovered = -1;
     bool m_editing = false;

@@ -11,7 +11,6 @@
 #include <QDoubleSpinBox>
 #include <QEvent>
 #include <QGridLayout>
-#include <QKeyEvent>
 #include <QLabel>
 #include <QScrollArea>
 #include <QSignalBlocker>
@@ -45,13 +44,6 @@ const char* curveName(int slot) {
     return names[slot];
 }
 
-/** What an edit of a curve changes. */
-GradeHistory::Part partOf(Grade::Slot slot) {
-    using Part = GradeHistory::Part;
-    constexpr Part parts[] = {Part::RedCurve, Part::GreenCurve, Part::BlueCurve, Part::MasterCurve};
-    return parts[slot];
-}
-
 /** To be read on the window's grey and on that of a plot; text colour for the master. */
 QColor slotColor(int slot, const QPalette& palette) {
     const bool dark = palette.color(QPalette::Window).lightness() < 128;
@@ -67,6 +59,10 @@ QColor slotColor(int slot, const QPalette& palette) {
     }
 }
 
+float stopsOf(double stops) {
+    return std::clamp(float(stops), -Grade::MostStops, Grade::MostStops);
+}
+
 QToolButton* textButton(const QString& text) {
     auto* button = new QToolButton;
     button->setText(text);
@@ -79,30 +75,6 @@ void setTextColor(QWidget* widget, QPalette::ColorRole role, const QColor& color
     palette.setColor(QPalette::Active, role, color);
     palette.setColor(QPalette::Inactive, role, color);
     widget->setPalette(palette);
-}
-
-/** Keys by which the wheel, the curve and the slider are edited, which the window would take for
-    its own. */
-bool isEditingKey(const QKeyEvent& event) {
-    if ((event.modifiers() & ~(Qt::ShiftModifier | Qt::KeypadModifier)) != 0)
-        return false;
-    switch (event.key()) {
-    case Qt::Key_Left:
-    case Qt::Key_Right:
-    case Qt::Key_Up:
-    case Qt::Key_Down:
-    case Qt::Key_PageUp:
-    case Qt::Key_PageDown:
-    case Qt::Key_Home:
-    case Qt::Key_End:
-    case Qt::Key_Delete:
-    case Qt::Key_Backspace:
-    case Qt::Key_Insert:
-    case Qt::Key_Escape:
-        return true;
-    default:
-        return false;
-    }
 }
 
 } // namespace
@@ -133,9 +105,6 @@ GradePanel::GradePanel(Session* session, QWidget* parent)
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(scroll);
 
-    for (QWidget* widget : {static_cast<QWidget*>(m_wheel), static_cast<QWidget*>(m_exposure),
-                            static_cast<QWidget*>(m_curve)})
-        widget->installEventFilter(this);
     connect(m_grades, &GradeHistory::gradeChanged, this, &GradePanel::showGrade);
     connect(session, &Session::sequenceChanged, this, &GradePanel::showGrade);
     applyColors();
@@ -152,7 +121,7 @@ QLayout* GradePanel::makeHeader() {
     m_bypass->setToolTip(tr("Shows the sequence without its grade"));
     connect(m_bypass, &QToolButton::toggled, m_grades, &GradeHistory::setBypassed);
     connect(m_grades, &GradeHistory::bypassChanged, m_bypass, &QToolButton::setChecked);
-    m_resetAll = resetButton(tr("grade"), Part::All, [](Grade& grade) { grade = Grade(); });
+    m_resetAll = resetButton(tr("grade"), [](Grade& grade) { grade = Grade(); });
     m_resetAll->setText(tr("Reset All"));
 
     auto* row = new QHBoxLayout;
@@ -168,14 +137,10 @@ QLayout* GradePanel::makeGain() {
     m_wheel->setMinimumSize(168, 168);
     m_wheel->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     m_wheel->setToolTip(tr("Left button: colour, on the ring value. F1 tells the rest."));
-    connect(m_wheel, &UI::ColorWheel::hsvChanged, this,
-            [this](float hue, float saturation, float value) {
-                Grade grade = m_grades->grade();
-                grade.gain = {hue, saturation, value};
-                edit(grade, Part::Gain, tr("Gain"));
-            });
-    // Also after a drag that was taken back, which the next one must not be taken for a part of.
-    connect(m_wheel, &UI::ColorWheel::stopDragSignal, m_grades, &GradeHistory::finishEdit);
+    bracket(m_wheel, tr("Gain"), [this](Grade& grade) {
+        const QVector3D hsv = m_wheel->hsv();
+        grade.gain = {hsv.x(), hsv.y(), hsv.z()};
+    });
 
     auto* numbers = new QGridLayout;
     numbers->setHorizontalSpacing(gap);
@@ -192,7 +157,7 @@ QLayout* GradePanel::makeGain() {
                 [this, channel](double factor) { editGain(channel, factor); });
     }
 
-    m_resetGain = resetButton(tr("gain"), Part::Gain, [](Grade& grade) { grade.gain = {}; });
+    m_resetGain = resetButton(tr("gain"), [](Grade& grade) { grade.gain = {}; });
     auto* row = new QHBoxLayout;
     row->setSpacing(betweenSections);
     row->addWidget(m_wheel, 1);
@@ -211,24 +176,23 @@ QLayout* GradePanel::makeExposure() {
     m_exposure->setTickTextSize(10);
     m_exposure->setAccessibleName(tr("Exposure"));
     m_exposure->setToolTip(tr("Multiplies the light"));
-    connect(m_exposure, &QSlider::valueChanged, this, [this] {
-        editExposure(std::log2(m_exposure->realValue()));
-        // A key or the mouse wheel; a drag goes on until its release.
-        if (!m_exposure->isSliderDown())
-            m_grades->finishEdit();
+    bracket(m_exposure, tr("Exposure"), [this](Grade& grade) {
+        // A slider back in its place means what it meant there, not what it would be rounded to.
+        grade.exposure = m_exposure->value() == m_shownPosition
+                             ? m_grades->gradeBefore().exposure
+                             : stopsOf(std::log2(m_exposure->realValue()));
     });
-    connect(m_exposure, &QSlider::sliderReleased, m_grades, &GradeHistory::finishEdit);
 
     m_stops = number(-double(Grade::MostStops), double(Grade::MostStops), 2, 0.1);
     m_stops->setAccessibleName(tr("Exposure in stops"));
     connect(m_stops, QOverload<double>::of(&QDoubleSpinBox::valueChanged), this,
             [this](double stops) {
-                editExposure(stops);
-                m_grades->finishEdit();
+                Grade grade = m_grades->grade();
+                grade.exposure = stopsOf(stops);
+                m_grades->edit(grade, tr("Exposure"));
             });
 
-    m_resetExposure =
-        resetButton(tr("exposure"), Part::Exposure, [](Grade& grade) { grade.exposure = 0.0F; });
+    m_resetExposure = resetButton(tr("exposure"), [](Grade& grade) { grade.exposure = 0.0F; });
     auto* stopsLabel = new QLabel(tr("Stops"));
     stopsLabel->setBuddy(m_stops);
     auto* row = new QHBoxLayout;
@@ -249,7 +213,7 @@ QLayout* GradePanel::makeCurves() {
     connect(m_resetCurve, &QToolButton::clicked, this, [this] {
         Grade grade = m_grades->grade();
         grade.curves.setCurve(m_slot, UI::Curve());
-        editOnce(grade, partOf(m_slot), tr("Reset %1 Curve").arg(tr(curveName(m_slot))));
+        m_grades->edit(grade, tr("Reset %1 Curve").arg(tr(curveName(m_slot))));
     });
     QHBoxLayout* top = heading(tr("Curves"), nullptr);
     auto* choice = new QButtonGroup(this);
@@ -267,7 +231,9 @@ QLayout* GradePanel::makeCurves() {
 
     m_curve = new CurveView;
     connect(m_curve, &CurveView::curveEdited, this, &GradePanel::editCurve);
-    connect(m_curve, &CurveView::editFinished, m_grades, &GradeHistory::finishEdit);
+    connect(m_curve, &CurveView::editFinished, m_grades,
+            [this](bool accepted) { m_grades->finish(m_curve, accepted); });
+    connect(m_grades, &GradeHistory::editInterrupted, m_curve, &CurveView::cancelEdit);
     auto* section = new QVBoxLayout;
     section->setSpacing(gap);
     section->addLayout(top);
@@ -285,7 +251,7 @@ QLayout* GradePanel::makePreview() {
     connect(m_preview, QOverload<int>::of(&QComboBox::activated), this, [this](int index) {
         Grade grade = m_grades->grade();
         grade.preview = m_preview->itemData(index).toInt();
-        editOnce(grade, Part::Preview, tr("YCbCr preview"));
+        m_grades->edit(grade, tr("YCbCr preview"));
     });
     QHBoxLayout* row = heading(tr("YCbCr preview"), nullptr);
     row->addStretch(1);
@@ -320,13 +286,28 @@ QDoubleSpinBox* GradePanel::number(double least, double most, int decimals, doub
     return box;
 }
 
+/** What the user does to the widget is an edit of what `set` takes over from it. */
+template <typename Widget, typename Set>
+void GradePanel::bracket(Widget* widget, const QString& text, Set set) {
+    connect(widget, &Widget::valueEdited, this, [this, widget, text, set] {
+        Grade grade = m_grades->grade();
+        set(grade);
+        m_grades->change(widget, grade, text);
+    });
+    connect(widget, &Widget::editFinished, this, [this, widget](bool accepted) {
+        m_grades->finish(widget, accepted);
+        showGrade();
+    });
+    connect(m_grades, &GradeHistory::editInterrupted, widget, &Widget::cancelEdit);
+}
+
 template <typename Change>
-QToolButton* GradePanel::resetButton(const QString& what, Part part, Change change) {
+QToolButton* GradePanel::resetButton(const QString& what, Change change) {
     QToolButton* button = textButton(tr("Reset"));
-    connect(button, &QToolButton::clicked, this, [this, what, part, change] {
+    connect(button, &QToolButton::clicked, this, [this, what, change] {
         Grade grade = m_grades->grade();
         change(grade);
-        editOnce(grade, part, tr("Reset %1").arg(what));
+        m_grades->edit(grade, tr("Reset %1").arg(what));
     });
     return button;
 }
@@ -334,17 +315,7 @@ QToolButton* GradePanel::resetButton(const QString& what, Part part, Change chan
 void GradePanel::showCurve(Grade::Slot slot) {
     m_slot = slot;
     m_curveButtons[slot]->setChecked(true);
-    m_grades->finishEdit();
     showCurves();
-}
-
-bool GradePanel::eventFilter(QObject* watched, QEvent* event) {
-    if (event->type() == QEvent::ShortcutOverride &&
-        isEditingKey(*static_cast<QKeyEvent*>(event))) {
-        event->accept();
-        return true;
-    }
-    return QWidget::eventFilter(watched, event);
 }
 
 void GradePanel::changeEvent(QEvent* event) {
@@ -353,34 +324,18 @@ void GradePanel::changeEvent(QEvent* event) {
         applyColors();
 }
 
-void GradePanel::edit(const Grade& grade, Part part, const QString& text) {
-    m_grades->edit(grade, part, text);
-}
-
-void GradePanel::editOnce(const Grade& grade, Part part, const QString& text) {
-    m_grades->finishEdit();
-    edit(grade, part, text);
-    m_grades->finishEdit();
-}
-
 void GradePanel::editGain(int channel, double factor) {
     Grade grade = m_grades->grade();
     Factors factors = gainFactors(grade.gain);
     factors[std::size_t(channel)] = float(factor);
     grade.gain = gainColor(factors, grade.gain);
-    editOnce(grade, Part::Gain, tr("Gain"));
-}
-
-void GradePanel::editExposure(double stops) {
-    Grade grade = m_grades->grade();
-    grade.exposure = std::clamp(float(stops), -Grade::MostStops, Grade::MostStops);
-    edit(grade, Part::Exposure, tr("Exposure"));
+    m_grades->edit(grade, tr("Gain"));
 }
 
 void GradePanel::editCurve(const UI::Curve& curve, const QString& what) {
     Grade grade = m_grades->grade();
     grade.curves.setCurve(m_slot, curve);
-    edit(grade, partOf(m_slot), tr("%1 Curve: %2").arg(tr(curveName(m_slot)), what));
+    m_grades->change(m_curve, grade, tr("%1 Curve: %2").arg(tr(curveName(m_slot)), what));
 }
 
 void GradePanel::showGrade() {
@@ -398,6 +353,8 @@ void GradePanel::showGrade() {
         const QSignalBlocker slider(m_exposure);
         const QSignalBlocker stops(m_stops);
         m_exposure->setRealValue(std::exp2(double(grade.exposure)));
+        if (!m_exposure->isEditing())
+            m_shownPosition = m_exposure->value();
         m_stops->setValue(double(grade.exposure));
     }
     m_preview->setCurrentIndex(m_preview->findData(grade.preview));

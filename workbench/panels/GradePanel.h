@@ -38,14 +38,10 @@ public:
     /** Shows another of the four curves. */
     void showCurve(Grade::Slot slot);
 
-    bool eventFilter(QObject* watched, QEvent* event) override;
-
 protected:
     void changeEvent(QEvent* event) override;
 
 private:
-    using Part = GradeHistory::Part;
-
     QLayout* makeHeader();
     QLayout* makeGain();
     QLayout* makeExposure();
@@ -53,14 +49,12 @@ private:
     QLayout* makePreview();
     QHBoxLayout* heading(const QString& title, QToolButton* reset);
     QDoubleSpinBox* number(double least, double most, int decimals, double step);
+    template <typename Widget, typename Set>
+    void bracket(Widget* widget, const QString& text, Set set);
     template <typename Change>
-    QToolButton* resetButton(const QString& what, Part part, Change change);
+    QToolButton* resetButton(const QString& what, Change change);
 
-    void edit(const Grade& grade, Part part, const QString& text);
-    /** An edit that is complete by itself. */
-    void editOnce(const Grade& grade, Part part, const QString& text);
     void editGain(int channel, double factor);
-    void editExposure(double stops);
     void editCurve(const UI::Curve& curve, const QString& what);
 
     void showGrade();
@@ -77,6 +71,7 @@ private:
     std::array<QDoubleSpinBox*, 3> m_gains{};
     QToolButton* m_resetGain;
     UI::LogSlider* m_exposure;
+    int m_shownPosition = 0; ///< where the slider stood before the edit that goes on
     QDoubleSpinBox* m_stops;
     QToolButton* m_resetExposure;
     std::array<QToolButton*, Grade::Slots> m_curveButtons{};
