@@ -12,8 +12,9 @@ namespace Kestrel::UI {
 struct FileQueue::Shared {
     std::mutex mutex;
     std::deque<Work> work;
-    bool running = false;       // a thread is at it
-    FileQueue* queue = nullptr; // who wants to know; null when it is gone
+    std::deque<Outcome> outcomes; // not told yet
+    bool running = false;         // a thread is at it
+    FileQueue* queue = nullptr;   // who wants to know; null when it is gone
 };
 
 FileQueue::FileQueue()
@@ -53,17 +54,23 @@ void FileQueue::run(const std::shared_ptr<Shared>& shared) {
             work = std::move(shared->work.front());
             shared->work.pop_front();
         }
-        const Outcome outcome = work();
+        Outcome outcome = work();
         const std::lock_guard<std::mutex> guard(shared->mutex);
         if (FileQueue* queue = shared->queue) {
+            shared->outcomes.push_back(std::move(outcome));
             QMetaObject::invokeMethod(
-                &queue->m_mailbox, [queue, outcome] { queue->deliver(outcome); },
-                Qt::QueuedConnection);
+                &queue->m_mailbox, [queue] { queue->deliver(); }, Qt::QueuedConnection);
         }
     }
 }
 
-void FileQueue::deliver(const Outcome& outcome) {
+void FileQueue::deliver() {
+    Outcome outcome;
+    {
+        const std::lock_guard<std::mutex> guard(m_shared->mutex);
+        outcome = std::move(m_shared->outcomes.front());
+        m_shared->outcomes.pop_front();
+    }
     const Answer answer = std::move(m_answers.front());
     m_answers.pop_front();
     answer(outcome);

@@ -43,7 +43,7 @@ private:
     struct Shared;
 
     static void run(const std::shared_ptr<Shared>& shared);
-    void deliver(const Outcome& outcome);
+    void deliver();
 
     const std::shared_ptr<Shared> m_shared;
     std::deque<Answer> m_answers; // in the order of the work
