@@ -246,6 +246,9 @@ private Q_SLOTS:
         model.setKeyFrames(std::set<int>{3, 9});
         QCOMPARE(changed.count(), 2);
         QCOMPARE(model.keyFrames(), (std::set<Time>{3, 9}));
+        QVERIFY(model.setProperty("keyFrames", QVariant::fromValue(std::set<Time>{4})));
+        QCOMPARE(model.property("keyFrames").value<std::set<Time>>(), (std::set<Time>{4}));
+        QCOMPARE(changed.count(), 3);
     }
 };
 

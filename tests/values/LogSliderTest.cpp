@@ -326,6 +326,22 @@ private slots:
             QCOMPARE(slider.grab().toImage(), plain.grab().toImage());
         }
     }
+
+    void settingsOfTicksAreProperties() {
+        LogSlider slider;
+        QSignalSpy changed(&slider, &LogSlider::ticksChanged);
+        const QHash<const char*, QVariant> values{{"drawLogTicks", false},
+                                                  {"tickTextSize", 11},
+                                                  {"tickColor", QColor(Qt::red)},
+                                                  {"expTickColor", QColor(Qt::green)}};
+        for (int round = 0; round < 2; ++round) { // the second one changes nothing
+            for (auto it = values.begin(); it != values.end(); ++it) {
+                QVERIFY(slider.setProperty(it.key(), it.value()));
+                QCOMPARE(slider.property(it.key()), it.value());
+            }
+            QCOMPARE(changed.count(), 4);
+        }
+    }
 };
 
 KXUI_TEST(LogSliderTest);

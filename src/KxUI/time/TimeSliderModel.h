@@ -32,6 +32,8 @@ class KXUI_EXPORT TimeSliderModel : public QObject {
                    setFirstVisibleTime NOTIFY timeChanged)
     Q_PROPERTY(Kestrel::UI::TimeSliderTime lastVisibleTime READ lastVisibleTime WRITE
                    setLastVisibleTime NOTIFY timeChanged)
+    Q_PROPERTY(std::set<Kestrel::Base::Time> keyFrames READ keyFrames WRITE setKeyFrames NOTIFY
+                   timeChanged)
     Q_PROPERTY(bool inOutLock READ inOutLock WRITE enableInOutLock NOTIFY inOutTimesModified)
 
 public:
@@ -179,3 +181,4 @@ Q_DECLARE_OPERATORS_FOR_FLAGS(TimeSliderModel::TimeFlags)
 } // namespace Kestrel::UI
 
 Q_DECLARE_METATYPE(Kestrel::UI::TimeSliderTime)
+Q_DECLARE_METATYPE(std::set<Kestrel::Base::Time>)

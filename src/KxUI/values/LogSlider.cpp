@@ -173,7 +173,10 @@ bool LogSlider::drawLogTicks() const {
 
 void LogSlider::setDrawLogTicks(bool draw) {
     KXUI_INTERFACE_THREAD(this);
+    if (d->drawLogTicks == draw)
+        return;
     d->drawLogTicks = draw;
+    Q_EMIT ticksChanged();
 }
 
 int LogSlider::tickTextSize() const {
@@ -182,7 +185,10 @@ int LogSlider::tickTextSize() const {
 
 void LogSlider::setTickTextSize(int size) {
     KXUI_INTERFACE_THREAD(this);
+    if (d->tickTextSize == size)
+        return;
     d->tickTextSize = size;
+    Q_EMIT ticksChanged();
 }
 
 QColor LogSlider::tickColor() const {
@@ -191,7 +197,10 @@ QColor LogSlider::tickColor() const {
 
 void LogSlider::setTickColor(const QColor& color) {
     KXUI_INTERFACE_THREAD(this);
+    if (d->tickColor == color)
+        return;
     d->tickColor = color;
+    Q_EMIT ticksChanged();
 }
 
 QColor LogSlider::expTickColor() const {
@@ -200,7 +209,10 @@ QColor LogSlider::expTickColor() const {
 
 void LogSlider::setExpTickColor(const QColor& color) {
     KXUI_INTERFACE_THREAD(this);
+    if (d->expTickColor == color)
+        return;
     d->expTickColor = color;
+    Q_EMIT ticksChanged();
 }
 
 QSize LogSlider::withLabels(QSize hint) const {

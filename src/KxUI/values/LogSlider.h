@@ -26,11 +26,10 @@ class KXUI_EXPORT LogSlider : public QSlider {
     /** As realValue(), but 0 before a range was set; what can not be set then is ignored. */
     Q_PROPERTY(double realValue READ realValueOrZero WRITE setRealValueIfAny NOTIFY realValueChanged
                    STORED false USER true)
-    // Without signals, as these setters tell nobody.
-    Q_PROPERTY(bool drawLogTicks READ drawLogTicks WRITE setDrawLogTicks)
-    Q_PROPERTY(int tickTextSize READ tickTextSize WRITE setTickTextSize)
-    Q_PROPERTY(QColor tickColor READ tickColor WRITE setTickColor)
-    Q_PROPERTY(QColor expTickColor READ expTickColor WRITE setExpTickColor)
+    Q_PROPERTY(bool drawLogTicks READ drawLogTicks WRITE setDrawLogTicks NOTIFY ticksChanged)
+    Q_PROPERTY(int tickTextSize READ tickTextSize WRITE setTickTextSize NOTIFY ticksChanged)
+    Q_PROPERTY(QColor tickColor READ tickColor WRITE setTickColor NOTIFY ticksChanged)
+    Q_PROPERTY(QColor expTickColor READ expTickColor WRITE setExpTickColor NOTIFY ticksChanged)
 
 public:
     /** A vertical slider without a range, as a plain QSlider is. */
@@ -87,6 +86,8 @@ public Q_SLOTS:
 Q_SIGNALS:
     /** The position became another one, or came to stand for another value with the range. */
     void realValueChanged(double value);
+    /** Whether ticks are drawn, their colours or the size of their labels changed. */
+    void ticksChanged();
     /** The user begins to change the value. Always followed by one editFinished(), unless the
        slider is deleted. */
     void editStarted();
