@@ -127,10 +127,12 @@ public:
     Dock* focusWidgetUnderCursor();
     /** Every pane: those of the main window depth-first, then those of the floating windows. */
     QList<Dock*> docks() const;
-    /** The pane that holds the widget (or is the pane) of that object name. When there is none and
-        `exact` is false, the first pane with a page whose name (with `usePaneIDs`: a pane id that)
-        begins with `name` up to its last "."; when `exact` is true, with `usePaneIDs`, the pane of
-        that pane id. */
+    /** The pane of that object name, or the one that holds the widget of that object name. When
+        there is neither:
+        - with `exact` and `usePaneIDs`, the pane that has the pane id `name`;
+        - without `exact`, the first pane that has a page whose object name, or with `usePaneIDs` a
+          pane id that, begins with `name` cut off after its last ".".
+        Null when nothing is found. */
     Dock* findDockByName(const QString& name, bool exact, bool usePaneIDs) const;
     /** Every pane that holds a page whose object name begins with `prefix`. */
     QList<Dock*> getDocksWithPrefix(const QString& prefix) const;
@@ -184,9 +186,9 @@ public:
     void emitUpdateNovaScriptName(const QString& name) { Q_EMIT updateNovaScriptName(name); }
 
 Q_SIGNALS:
-    // What is told of pages is told when the change that it tells of is over: the host may destroy
-    // any page, pane or window in it, and this one too. The exception is a page or a pane that is
-    // in its destructor already.
+    // The signals about pages come when the change that they report is complete: a slot may destroy
+    // any page, pane or window, this one too. The exception is the page or pane that is being
+    // destroyed itself.
 
     /** A page came into a pane, or went to another place in it. */
     void widgetAdded(Kestrel::UI::Dock* dock, QWidget* widget);

@@ -9,7 +9,7 @@ namespace Kestrel::UI {
 /** What a WidgetTracker knows of a widget. Its layout in memory is frozen. */
 class KXUI_EXPORT TrackedWidget {
 public:
-    /** What hasMoved() shifts by when nothing else is asked for, in pixels. */
+    /** The tolerance of hasMoved() where none is given, in pixels. */
     static constexpr int DefaultTolerance = 10;
 
     /** Nothing known: an empty rectangle that is not saved. */
@@ -21,19 +21,19 @@ public:
         , m_save(save)
         , m_tolerance(tolerance) {}
 
-    /** No pointer is a flag. */
+    /** Deleted: a pointer given for `save` would silently mean true. */
     TrackedWidget(const QRect& rect, const void* save, int tolerance = 10) = delete;
 
     /** The frame rectangle at registration, in desktop coordinates. */
     QRect rect() const { return m_rect; }
     /** Whether the place is stored in the settings, too. */
     bool save() const { return m_save; }
-    /** What hasMoved() shifts by, in pixels. */
+    /** By how many pixels hasMoved() shifts the rectangle. */
     int tolerance() const { return m_tolerance; }
 
-    /** Whether `rect` is not inside the stored rectangle shifted right and down by the tolerance.
-        Shifted, not grown, since that is how hosts have always been answered: a widget that did not
-        move at all counts as moved. */
+    /** Whether `rect` does not fit into rect() shifted right and down by tolerance() pixels. The
+        rectangle is shifted, not made larger: so a widget that stayed where it was counts as moved,
+        unless the tolerance is 0. Hosts rely on that answer. */
     bool hasMoved(const QRect& rect) const {
         return !m_rect.translated(m_tolerance, m_tolerance).contains(rect);
     }

@@ -25,7 +25,8 @@ public:
 
     /** Remembers `widget` when it is closed; `save` also across sessions. */
     void registerWidget(QWidget* widget, bool save);
-    /** Remembers the next closing of `widget` no longer; what is remembered stays. */
+    /** The place of `widget` is not remembered any more when it is closed; the place that was
+        remembered before stays known. */
     void unregisterWidget(QWidget* widget);
     /** `unregisterWidget` for every widget. */
     void clearRegisteredWidgets();

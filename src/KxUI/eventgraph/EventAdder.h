@@ -18,7 +18,7 @@ public:
             m_track->addEvent(EventTrack::Type::Start, m_userData);
     }
 
-    /** No pointer is a flag. */
+    /** Deleted: a pointer given for `enabled` would silently mean true. */
     EventAdder(EventTrack* track, EventUserDataIP userData, const void* enabled) = delete;
 
     /** Copies what the end will carry; no start is recorded. */

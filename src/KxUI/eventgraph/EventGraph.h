@@ -33,12 +33,12 @@ public:
     explicit EventGraph(QWidget* parent = nullptr, IEventGraphTimer* timer = nullptr);
     ~EventGraph() override;
 
-    /** The window of the process, made at the first call with the timer of SetTimer(). The library
-        destroys it only with the application.
+    /** The window of the process, made at the first call with the timer of SetTimer(). It lives as
+        long as the application.
 
-        Null unless a QApplication runs. The first call decides that for good: one that comes before
-        the application is made leaves the process without a window. Code that records needs none,
-        a track that is in no view keeps nothing. */
+        Null where there is no QApplication. Call it only when there is one: after a first call that
+        came too early the result stays null. Code that records needs no window, since a track that
+        is in no view keeps nothing. */
     static EventGraph* instance();
 
     /** The clock of the window that instance() will make; borrowed, null for the time of day. */
@@ -63,10 +63,10 @@ public:
     /** Whether the window remembers from session to session, by a WidgetTracker, where it was, how
         its splitter stood and whether it showed statistics. Default false.
 
-        Switched on it goes to its place, so do that before it is shown. It is remembered when it is
-        closed, and when it is open as the application quits or as it is destroyed. AppSettings
-        keeps it under the object name, which becomes "EventGraph" where there is none: name windows
-        apart of which several are to be remembered. */
+        Turned on, the window goes to the place of the last session, so do that before it is shown.
+        The place is stored when the window is closed, and when the application quits or the window
+        is destroyed while it is open. AppSettings keeps it under the object name of the window; a
+        window without a name gets the name "EventGraph". Several windows need different names. */
     void setRemembersPlace(bool remembers);
     bool remembersPlace() const;
 

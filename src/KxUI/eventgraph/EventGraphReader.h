@@ -14,11 +14,12 @@ namespace Kestrel::UI {
 
 class EventGraphView;
 
-/** Adds the tracks and events of a file that EventGraphWriter wrote to a view, beside the tracks it
-    has. All become timeline tracks, which the view owns; a number that is none reads as 0.
+/** Reads files that EventGraphWriter wrote into a view. The tracks of a file are added to those
+    that the view has already; they are timeline tracks and belong to the view. An attribute that
+    should be a number and is not one is read as 0.
 
     A document type declaration, elements nested more than 64 deep, more than 64 attributes on an
-    element and a file beyond 4 GiB are errors. interface thread. */
+    element and a file beyond 4 GiB are errors. Interface thread. */
 class KXUI_EXPORT EventGraphReader {
     Q_DECLARE_TR_FUNCTIONS(EventGraphReader)
 
@@ -26,9 +27,9 @@ public:
     /** Borrows the view. */
     explicit EventGraphReader(EventGraphView& view);
 
-    /** Reads from a device that is open for reading, else it fails; false when the document has an
-        error. What stands before the error stays in the view. Tracks of equal priority keep the
-        order of the file. */
+    /** Reads from a device, which must be open for reading. False when it is not, or when the
+        document has an error; the tracks and events before the error are in the view then, too.
+        Tracks of equal priority keep the order of the file. */
     bool read(QIODevice* device);
 
     /** The error of the last read() with its line and column; empty without one. */

@@ -49,7 +49,7 @@ public:
     using SaveFlags = EventGraphWriter::Flags;
     /** Write the text of user data. */
     static constexpr EventGraphWriter::Flag IncludeUserData = EventGraphWriter::IncludeUserData;
-    /** Leave it out where it is the object of the event written before. */
+    /** Do not write the text when the event before has the same user data object. */
     static constexpr EventGraphWriter::Flag SkipDuplicates = EventGraphWriter::SkipDuplicates;
 
     /** A paused view. `timer` is borrowed and outlives the view; null makes the view use a clock of

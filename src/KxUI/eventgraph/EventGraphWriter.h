@@ -30,7 +30,7 @@ public:
     /** What is written beside times and names. */
     enum Flag {
         IncludeUserData = 1, ///< write the text of user data
-        SkipDuplicates = 2   ///< leave it out where it is the object of the event written before
+        SkipDuplicates = 2   ///< but not when the event before has the same user data object
     };
     /** Any of them. */
     Q_DECLARE_FLAGS(Flags, Flag)
@@ -39,8 +39,9 @@ public:
     EventGraphWriter(const EventGraphView& view, Flags flags);
     EventGraphWriter(const EventGraphView& view, int flags);
 
-    /** Writes the capture as it is at this call; nothing to null. False when the device is not open
-        for writing or failed.
+    /** Writes the capture as it is at this call. False when the device is not open for writing, or
+        when writing to it failed. Null is no device: nothing is written then, and the result is
+        true.
 
         Other threads may go on recording; no lock is held while a text is asked for or written. */
     bool write(QIODevice* device) const;

@@ -63,10 +63,10 @@ public:
         QColor color;                         ///< of activities and graphs
         int sortKey = 0;                      ///< rows stand in the order of this number
         TrackType type = TrackType::Timeline; ///< what the track shows
-        float minValue = 0.0F;                ///< the range of a graph
-        float maxValue = 1.0F;                ///< its upper end
-        int maxEventsPerSecond = 5000;        ///< times its duration, what a limited capture keeps
-        int maxEvents = 10000;                ///< what an unlimited capture keeps
+        float minValue = 0.0F;                ///< the value at the lower edge of a graph
+        float maxValue = 1.0F;                ///< the value at its upper edge
+        int maxEventsPerSecond = 5000;        ///< kept for each second of a limited capture
+        int maxEvents = 10000;                ///< kept in an unlimited capture
         int graphHeight = 100;                ///< pixels; a timeline has a height of its own
         EventTrack* timeTrack =
             nullptr; ///< the timeline that a bandwidth follows, or null; borrowed

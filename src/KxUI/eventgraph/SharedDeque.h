@@ -11,12 +11,21 @@
 
 namespace Kestrel::UI {
 
-/** Values in a row that grows at its end and shrinks at its front. Its copies share what they hold:
-    a copy of a million values takes some microseconds, and stays as it is.
+/** The container of the events of a track (EventTrack::EventList). Hosts get it from a snapshot and
+    read it like a constant std::deque: size(), operator[], front(), back(), a range-based for.
 
-    The values lie in blocks. Who changes a block that another deque shares gets a copy of it. What
-    a change no longer needs is handed out, so that whoever holds a lock can destroy it later.
-    Threads may use deques of their own at the same time, even when these share blocks. */
+    \code
+    for (const EventTrack::Event& event : track.snapshot().events)
+        total += event.time;
+    \endcode
+
+    Copies are cheap, since they share their values until one of them changes: a copy of a million
+    values takes some microseconds, and a later change of the original does not show in it. Each
+    thread may use copies of its own at any time.
+
+    Values are added at the end and taken from the front, in blocks. The functions that do so are
+    for recorders: they do not destroy what a change leaves over but append it to `unneeded`, a
+    container of Block, to be destroyed when no lock is held any more. */
 template <class T>
 class SharedDeque {
 public:
@@ -83,7 +92,7 @@ public:
     const_iterator end() const noexcept { return {this, std::ptrdiff_t(size())}; }
     /// \endcond
 
-    /** Adds a value at the end. */
+    /** Adds a value at the end. A block that another deque shares is replaced by a copy. */
     template <class Blocks>
     void push_back(T&& value, Blocks& unneeded) {
         const std::size_t used = m_end % blockSize;
@@ -95,7 +104,7 @@ public:
         ++m_end;
     }
 
-    /** Takes the oldest value; there must be one. */
+    /** Removes and returns the oldest value; there must be one. */
     template <class Blocks>
     T takeFront(Blocks& unneeded) {
         Block& first = m_blocks[m_begin / blockSize];
@@ -110,7 +119,7 @@ public:
         return result;
     }
 
-    /** Leaves the deque empty. */
+    /** Removes all values. */
     template <class Blocks>
     void takeAll(Blocks& unneeded) {
         for (Block& block : m_blocks)

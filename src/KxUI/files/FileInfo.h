@@ -52,7 +52,7 @@ public:
         `img.#.exr 1-10,3 ( 1-4  10-10 )`). The item then knows what the text says: its frame name,
         range, step and present frames, as the listed item does. */
     FileInfo(const char* name, bool isSequence);
-    /** A pointer does not say whether it is a sequence. */
+    /** Deleted: a pointer given for the flag would silently mean true. */
     template <class T>
     FileInfo(const char* name, T* isSequence) = delete;
 

@@ -14,8 +14,9 @@ namespace Kestrel::UI {
 
 /** A directory listing in natural order that can fold numbered files into image sequences.
 
-    A fill reads names only. The status of the items (size, time, kind, permission) follows one item
-    an event, when whoever is connected to lazyStatFetchNext() fetches it:
+    A fill reads names only. The status of the items (size, time, kind, permission) is fetched
+    afterwards, one item in each turn of the event loop, by whoever is connected to
+    lazyStatFetchNext():
 
     @code
     connect(&list, &FileInfoList::lazyStatFetchNext, &list, [&list] {
@@ -115,8 +116,7 @@ Q_SIGNALS:
     /** The list was filled, or an item was added. */
     void listChanged();
 
-    /** Whether sequences are folded, or split, is another answer now; it holds from the next fill.
-     */
+    /** shouldFilterSequences() or splitIncompleteSequences() changed, for the next fill on. */
     void settingsChanged();
 
     /** The cursor has reached the end of the list. */

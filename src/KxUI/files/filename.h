@@ -43,7 +43,7 @@ KXUI_EXPORT const char* filename_name(const char* path);
 
     `?` is any byte, `*` any run of bytes, `[a-z]` one of a set and `[!a-z]` or `[^a-z]` one outside
     it, `{one,two}` or `{one|two}` one of several texts (they nest), `\` takes the next character
-    literally. An unclosed set matches nothing, and null neither is nor has a match. Takes time in
+    literally. An unclosed set matches nothing; a null name or pattern is no match. Takes time in
     proportion to the product of both lengths at worst. */
 KXUI_EXPORT bool filename_match(const char* name, const char* pattern);
 

@@ -34,11 +34,12 @@ public:
     static constexpr int RemoteServer = 1;
     static constexpr int CustomServer = 2;
 
-    /** The manager, created on first use; that starts the local server on a port of the system's
-        choice, after Destroy() on the port of before or, where that was taken meanwhile, one of the
-        range last asked for. The server serves the application's own folder until
-        clearSearchPath(). Never null; to be called while there is a QCoreApplication, with which it
-        goes at the latest. */
+    /** The manager, never null. The first call makes it and starts the local server on a port that
+        the system chooses. A call after Destroy() makes it again, with the port that the server had
+        before or, if that is taken, another one of the range last asked for.
+
+        The server serves the application's own folder until clearSearchPath(). Call this only while
+        there is a QCoreApplication; the manager is destroyed with it at the latest. */
     static HelpManager* instance();
 
     /** Deletes the manager, if there is one. Allowed within a command callback. */

@@ -15,15 +15,14 @@ namespace Kestrel::UI {
     to a web browser, and passes commands that the pages send by POST to the host application.
 
     Pages are looked for below the directories of the search path, in order; nothing outside them is
-    served, unless a symbolic link there leads out. A page carries no length (an image does): the
-    end of the connection is its end.
+    served, unless a symbolic link there leads out. A page is sent without its
+    length (an image with it): it ends where the connection ends.
 
-    A command is the line "POST /command argument": the command is what stands between the first
-    slash and the next blank, the argument the rest of the line. Browsers and Qt's network client
-    have no say in the argument: theirs is "HTTP/1.1". What a page has to tell stands in the
-    command; the body of a POST is not read. A query belongs to the command. The answer says
-    "200 OK" whatever the command did, with "Content-Length: 0" where the line names an HTTP
-    version.
+    A command comes as the line "POST /command argument". The command is the text between the first
+    slash and the next blank, with the query if there is one; the argument is the rest of the line.
+    Browsers and Qt's network client always send "HTTP/1.1" as the argument, so a page puts all that
+    it has to tell into the command. The body of a POST is not read. The answer is "200 OK" whatever
+    the command did, with "Content-Length: 0" where the line names an HTTP version.
 
     Only GET, HEAD and POST are answered: a client that asks with another method hears nothing.
 
@@ -46,10 +45,10 @@ public:
         call the help manager and retire() this server, but not delete it. */
     using RequestHandler = void (*)(std::string command, std::string argument);
 
-    /** As first port: the system chooses one. */
+    /** Given as the first port: the system chooses a free one. */
     static constexpr int AnyPort = 0;
 
-    /** Where ranges of ports end. */
+    /** The highest port; no range may go beyond it. */
     static constexpr int LastPort = 65535;
 
     /** A stopped server. Its search path is the server root, so once started it serves the
