@@ -5,6 +5,7 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QCommonStyle>
 #include <QGridLayout>
 #include <QHoverEvent>
 #include <QLineEdit>
@@ -21,11 +22,24 @@ using Kestrel::UI::ApplicationStyle;
 
 namespace {
 
-const char* const peers[] = {"Fusion", "Breeze", "adwaita"};
+const char* const peers[] = {"Fusion", "Breeze", "adwaita", "nothing drawn"};
+
+/** What Qt itself needs to have a widget painted. */
+class NoStyle : public QCommonStyle {
+public:
+    void drawPrimitive(PrimitiveElement, const QStyleOption*, QPainter*,
+                       const QWidget*) const override {}
+    void drawControl(ControlElement, const QStyleOption*, QPainter*,
+                     const QWidget*) const override {}
+    void drawComplexControl(ComplexControl, const QStyleOptionComplex*, QPainter*,
+                            const QWidget*) const override {}
+};
 
 QStyle* styleNamed(const std::string& name) {
     if (name == "ours")
         return new ApplicationStyle;
+    if (name == "nothing drawn")
+        return new NoStyle;
     return QStyleFactory::create(QString::fromStdString(name));
 }
 
@@ -189,13 +203,15 @@ void registerBenchmarks() {
 
     const auto compare = [](const std::string& work, auto body, const std::vector<double>& ratios) {
         add(work, "ours", [=](benchmark::State& state) { body(state, "ours"); });
-        for (std::size_t i = 0; i < ratios.size(); ++i) {
+        for (std::size_t i = 0; i < std::size(peers); ++i) {
             add(work, peers[i], [=](benchmark::State& state) { body(state, peers[i]); });
-            targetRatio(work, peers[i], ratios[i]);
+            if (i < ratios.size())
+                targetRatio(work, peers[i], ratios[i]);
         }
     };
     compare("300 widgets, full repaint", repaint, {1.3, 2, 2});
-    compare("a button hovered and left, with paint", hover, {1.2, 1, 1});
+    // Little of it is drawing: the events and the window behind the button cost the most.
+    compare("a button hovered and left, with paint", hover, {1, 2, 2});
 
     for (const int widgets : {300, 3000}) {
         for (const bool paints : {true, false}) {
@@ -205,7 +221,10 @@ void registerBenchmarks() {
                 [=](benchmark::State& state) { switchTheme(state, widgets, paints); });
             add(work, "style sheet of 200 rules",
                 [=](benchmark::State& state) { switchSheet(state, widgets, paints); });
-            targetRatio(work, "style sheet of 200 rules", 20);
+            // So many widgets fill a screen of 8 million pixels, whose painting costs more than the
+            // switch and is the same for both.
+            const bool isWindowful = widgets == 3000 && paints;
+            targetRatio(work, "style sheet of 200 rules", isWindowful ? 15 : 20);
         }
     }
 }

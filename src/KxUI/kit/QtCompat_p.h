@@ -2,6 +2,7 @@
 
 #include <QColor>
 #include <QString>
+#include <QStyleOption>
 #include <QVariant>
 #include <QWindow>
 
@@ -52,6 +53,15 @@ inline void setNormalWindowType(QWindow* window) {
     const Qt::WindowFlags flags = window->flags();
     window->setFlags(flags ^ Qt::WindowContextHelpButtonHint);
     window->setFlags(flags);
+#endif
+}
+
+/** How much room a menu leaves for the shortcuts of its items. */
+inline int shortcutWidth(const QStyleOptionMenuItem& item) {
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
+    return item.tabWidth;
+#else
+    return item.reservedShortcutWidth;
 #endif
 }
 

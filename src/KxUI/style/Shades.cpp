@@ -83,8 +83,9 @@ Shades shadesOf(const QPalette& palette, QPalette::ColorGroup group) {
                   : mixedShade(shades.window, shades.text, 0.6);
     shades.focus = standingOut(shades.highlight, away, {shades.window, shades.base, shades.button});
     shades.checked = checkedShade(shades);
-    shades.groove = shades.isDark ? mixedShade(shades.window, black, 0.4)
-                                  : mixedShade(shades.window, black, 0.1);
+    shades.groove = shades.isHighContrast ? mixedShade(shades.window, shades.windowText, 0.2)
+                    : shades.isDark       ? mixedShade(shades.window, black, 0.4)
+                                          : mixedShade(shades.window, black, 0.1);
     shades.grip = shades.isHighContrast
                       ? shades.windowText
                       : mixedShade(shades.button, away, shades.isDark ? 0.22 : 0.4);

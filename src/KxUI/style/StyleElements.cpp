@@ -42,14 +42,15 @@ void paintButton(Bevel& bevel, unsigned state, const Shades& shades) {
     if (state & StateHover)
         color = mixedShade(color, white, shades.isDark ? 0.07 : 0.35);
     bevel.outline = shades.outline;
-    if (state & StateSunken)
-        fill(bevel, mixedShade(color, black, shades.isDark ? 0.25 : 0.12));
+    if (!(state & StateEnabled))
+        fill(bevel, mixedShade(color, shades.window, 0.5));
+    else if (state & StateSunken)
+        fill(bevel, shades.isHighContrast ? mixedShade(color, shades.buttonText, 0.35)
+                                          : mixedShade(color, black, shades.isDark ? 0.25 : 0.12));
     else if (state & StateOn)
         fill(bevel, color);
-    else if (state & StateEnabled)
-        raise(bevel, color, shades.isHighContrast ? 0 : shades.isDark ? 0.035 : 0.025);
     else
-        fill(bevel, mixedShade(shades.button, shades.window, 0.5));
+        raise(bevel, color, shades.isHighContrast ? 0 : shades.isDark ? 0.035 : 0.025);
     if (state & StateDefault)
         bevel.outline = mixedShade(shades.outline, shades.focus, 0.6);
     if (!(state & StateEnabled))
@@ -98,33 +99,56 @@ void paintTab(Bevel& bevel, unsigned state, const Shades& shades) {
     bevel.outline = shades.outline;
 }
 
+void paintHeader(Bevel& bevel, unsigned state, const Shades& shades) {
+    if (state & (StateSunken | StateOn))
+        fill(bevel, mixedShade(shades.button, black, 0.12));
+    else if (state & StateHover)
+        fill(bevel, mixedShade(shades.button, white, shades.isDark ? 0.06 : 0.3));
+    else
+        raise(bevel, shades.button, shades.isHighContrast ? 0 : 0.025);
+}
+
+double radiusOf(StyleElement element) {
+    constexpr double Round = 1000; // as much as there is room for
+    switch (element) {
+    case StyleElement::Radio:
+    case StyleElement::Groove:
+    case StyleElement::ScrollHandle:
+        return Round;
+    case StyleElement::Header:
+    case StyleElement::Menu:
+    case StyleElement::Tip:
+        return 0;
+    case StyleElement::Progress:
+        return StyleMetrics::Radius - 1;
+    default:
+        return StyleMetrics::Radius;
+    }
+}
+
 } // namespace
 
 Bevel bevelOf(StyleElement element, unsigned state, const Shades& shades) {
     Bevel bevel;
-    bevel.radius = StyleMetrics::Radius;
+    bevel.radius = radiusOf(element);
     switch (element) {
     case StyleElement::Button:
     case StyleElement::ToolButton:
         paintButton(bevel, state, shades);
         break;
     case StyleElement::Field:
-        paintField(bevel, state, shades);
-        break;
     case StyleElement::Frame:
         paintField(bevel, state, shades);
-        fill(bevel, 0);
+        if (element == StyleElement::Frame)
+            fill(bevel, 0);
         break;
     case StyleElement::Indicator:
     case StyleElement::Radio:
         paintIndicator(bevel, state, shades);
-        bevel.radius = element == StyleElement::Radio ? 1000 : StyleMetrics::Radius;
         break;
     case StyleElement::Groove:
         fill(bevel, (state & StateOn) ? shades.grip : shades.groove);
-        if (shades.isHighContrast)
-            bevel.outline = shades.outline;
-        bevel.radius = 1000;
+        bevel.outline = shades.isHighContrast ? shades.outline : 0;
         break;
     case StyleElement::Handle:
         paintHandle(bevel, state, shades);
@@ -134,22 +158,15 @@ Bevel bevelOf(StyleElement element, unsigned state, const Shades& shades) {
         break;
     case StyleElement::ScrollHandle:
         paintHandle(bevel, state, shades);
-        bevel.radius = 1000;
         break;
     case StyleElement::Progress:
         fill(bevel, shades.highlight);
-        bevel.radius = StyleMetrics::Radius - 1;
         break;
     case StyleElement::Tab:
         paintTab(bevel, state, shades);
         break;
     case StyleElement::Header:
-        raise(bevel, shades.button, shades.isHighContrast ? 0 : 0.025);
-        if (state & (StateSunken | StateOn))
-            fill(bevel, mixedShade(shades.button, black, 0.12));
-        else if (state & StateHover)
-            fill(bevel, mixedShade(shades.button, white, shades.isDark ? 0.06 : 0.3));
-        bevel.radius = 0;
+        paintHeader(bevel, state, shades);
         break;
     case StyleElement::Panel:
         bevel.outline = shades.outline;
@@ -157,12 +174,10 @@ Bevel bevelOf(StyleElement element, unsigned state, const Shades& shades) {
     case StyleElement::Menu:
         fill(bevel, shades.menu);
         bevel.outline = shades.outline;
-        bevel.radius = 0;
         break;
     case StyleElement::Tip:
         fill(bevel, shades.tip);
         bevel.outline = shades.indicator;
-        bevel.radius = 0;
         break;
     case StyleElement::Focus:
         bevel.outline = shades.focus;

@@ -1,3 +1,4 @@
+#include <KxUI/kit/QtCompat_p.h>
 #include <KxUI/style/ApplicationStyle_p.h>
 #include <KxUI/style/StyleMetrics_p.h>
 
@@ -29,7 +30,7 @@ struct MenuItemLayout {
         const int textRight = inside.right() + 1 - ArrowSpace;
         mark = place(inside.left(), column);
         text = place(textLeft, std::max(0, textRight - textLeft));
-        shortcut = place(textRight - option.tabWidth, option.tabWidth);
+        shortcut = place(textRight - shortcutWidth(option), shortcutWidth(option));
         arrow = place(inside.right() + 1 - ArrowSpace, ArrowSpace);
     }
 

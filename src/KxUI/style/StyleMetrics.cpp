@@ -33,7 +33,7 @@ std::optional<int> lengthOf(QStyle::PixelMetric metric) {
     case QStyle::PM_RadioButtonLabelSpacing:
         return 6;
     case QStyle::PM_SliderLength:
-        return 10;
+        return HandleLength;
     case QStyle::PM_ScrollBarExtent:
     case QStyle::PM_MenuButtonIndicator:
         return 12;
@@ -44,7 +44,7 @@ std::optional<int> lengthOf(QStyle::PixelMetric metric) {
         return IndicatorSide;
     case QStyle::PM_SliderThickness:
     case QStyle::PM_SliderControlThickness:
-        return 16;
+        return HandleThickness;
     case QStyle::PM_TabBarTabHSpace:
         return 20;
     case QStyle::PM_ScrollBarSliderMin:

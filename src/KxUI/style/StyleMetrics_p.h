@@ -14,11 +14,13 @@ constexpr double Radius = 3;
 constexpr int FieldPadding = 5;   ///< between a field's edge and its text
 constexpr int ButtonPadding = 11; ///< between a button's edge and its text
 constexpr int LeastButtonText =
-    42;                         ///< buttons with short texts are as wide as if it were this long
-constexpr int ArrowWidth = 18;  ///< of a combo box
-constexpr int StepWidth = 16;   ///< of a spin box's buttons
-constexpr int ArrowMark = 9;    ///< side of an arrow
-constexpr int StepMark = 7;     ///< side of an arrow of a spin box
+    42;                          ///< buttons with short texts are as wide as if it were this long
+constexpr int ArrowWidth = 18;   ///< of a combo box
+constexpr int StepWidth = 16;    ///< of a spin box's buttons
+constexpr int ArrowMark = 9;     ///< side of an arrow
+constexpr int StepMark = 7;      ///< side of an arrow of a spin box
+constexpr int HandleLength = 10; ///< of a slider's handle, along its groove
+constexpr int HandleThickness = 16;
 constexpr int GrooveWidth = 4;  ///< of a slider
 constexpr int ScrollMargin = 2; ///< around the handle of a scroll bar
 constexpr int IndicatorSide = 14;

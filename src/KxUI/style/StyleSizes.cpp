@@ -84,6 +84,26 @@ QRect scrollPart(const QStyleOptionSlider& option, QStyle::SubControl part) {
     }
 }
 
+QRect sliderPart(const QStyleOptionSlider& option, QStyle::SubControl part, int thickness,
+                 int length) {
+    const bool isFlat = option.orientation == Qt::Horizontal;
+    const QRect rect = option.rect;
+    const int whole = isFlat ? rect.width() : rect.height();
+    const int across = isFlat ? rect.height() : rect.width();
+    const int start =
+        QStyle::sliderPositionFromValue(option.minimum, option.maximum, option.sliderPosition,
+                                        std::max(0, whole - length), option.upsideDown);
+    // Ticks on one side push it to the other one.
+    const int ticks = (option.tickPosition & QSlider::TicksAbove ? 2 : 0) -
+                      (option.tickPosition & QSlider::TicksBelow ? 2 : 0);
+    const int top = (across - thickness) / 2 + ticks;
+    const bool isHandle = part == QStyle::SC_SliderHandle;
+    const int from = isHandle ? start : 0;
+    const int size = isHandle ? length : whole;
+    return isFlat ? QRect(rect.x() + from, rect.y() + top, size, thickness)
+                  : QRect(rect.x() + top, rect.y() + from, thickness, size);
+}
+
 QSize buttonSize(const QStyleOptionButton& option, const QSize& contents) {
     const int line = controlHeight(option.fontMetrics);
     const int text =
@@ -102,6 +122,12 @@ std::optional<QRect> partRect(QStyle::ComplexControl control, const QStyleOption
     } else if (control == QStyle::CC_SpinBox) {
         if (const auto* spin = qstyleoption_cast<const QStyleOptionSpinBox*>(&option))
             return spinPart(*spin, part);
+    } else if (control == QStyle::CC_Slider &&
+               (part == QStyle::SC_SliderHandle || part == QStyle::SC_SliderGroove)) {
+        const double dpi = option.fontMetrics.fontDpi();
+        if (const auto* slider = qstyleoption_cast<const QStyleOptionSlider*>(&option))
+            return sliderPart(*slider, part, scaled(HandleThickness, dpi),
+                              scaled(HandleLength, dpi));
     } else if (control == QStyle::CC_ScrollBar) {
         if (const auto* bar = qstyleoption_cast<const QStyleOptionSlider*>(&option))
             return scrollPart(*bar, part);
@@ -124,7 +150,7 @@ std::optional<QSize> sizeAround(QStyle::ContentsType type, const QStyleOption& o
     case QStyle::CT_LineEdit: {
         const auto* frame = qstyleoption_cast<const QStyleOptionFrame*>(&option);
         if (frame && frame->lineWidth <= 0)
-            return {};
+            return contents;
         return QSize(contents.width() + 2 * FieldPadding, std::max(line, contents.height() + 2));
     }
     case QStyle::CT_ComboBox:
