@@ -536,6 +536,10 @@
         <source>&amp;Bypass Grade</source>
         <translation>Farbkorrektur &amp;umgehen</translation>
     </message>
+    <message>
+        <source>High &amp;Contrast</source>
+        <translation>Hoher &amp;Kontrast</translation>
+    </message>
 </context>
 <context>
     <name>Kestrel::Workbench::SampleGenerator</name>

@@ -19,6 +19,35 @@ Zeile %2, Spalte %3</translation>
     </message>
 </context>
 <context>
+    <name>FrameSlider</name>
+    <message>
+        <source>Frame</source>
+        <translation>Bild</translation>
+    </message>
+    <message>
+        <source>Step Back</source>
+        <translation>Schritt zurück</translation>
+    </message>
+    <message>
+        <source>Step Forward</source>
+        <translation>Schritt vor</translation>
+    </message>
+</context>
+<context>
+    <name>Kestrel::UI::ChoiceBar</name>
+    <message>
+        <source>%1 of %2</source>
+        <translation>%1 von %2</translation>
+    </message>
+</context>
+<context>
+    <name>Kestrel::UI::ChoiceButton</name>
+    <message>
+        <source>Choice</source>
+        <translation>Auswahl</translation>
+    </message>
+</context>
+<context>
     <name>Kestrel::UI::CollapsibleToolbar</name>
     <message>
         <source>More</source>
@@ -34,6 +63,13 @@ Zeile %2, Spalte %3</translation>
     <message>
         <source>Hue %1°, saturation %2 %, value %3 %</source>
         <translation>Farbton %1°, Sättigung %2 %, Helligkeit %3 %</translation>
+    </message>
+</context>
+<context>
+    <name>Kestrel::UI::Disclosure</name>
+    <message>
+        <source>changed</source>
+        <translation>geändert</translation>
     </message>
 </context>
 <context>
@@ -181,6 +217,93 @@ Zeile %2, Spalte %3</translation>
     <message>
         <source>There is no device that is open for reading.</source>
         <translation>Es gibt kein Gerät, das zum Lesen geöffnet ist.</translation>
+    </message>
+</context>
+<context>
+    <name>Kestrel::UI::DoubleSpinBox</name>
+    <message>
+        <source>Copy Value</source>
+        <translation>Wert kopieren</translation>
+    </message>
+    <message>
+        <source>Paste Value</source>
+        <translation>Wert einfügen</translation>
+    </message>
+    <message>
+        <source>Reset to Default</source>
+        <translation>Auf Vorgabe zurücksetzen</translation>
+    </message>
+    <message>
+        <source>Negate</source>
+        <translation>Vorzeichen umkehren</translation>
+    </message>
+    <message>
+        <source>Step Up</source>
+        <translation>Schritt aufwärts</translation>
+    </message>
+    <message>
+        <source>Step Down</source>
+        <translation>Schritt abwärts</translation>
+    </message>
+    <message>
+        <source>Show in</source>
+        <translation>Anzeigen in</translation>
+    </message>
+    <message>
+        <source>%1 (character %2)</source>
+        <translation>%1 (Zeichen %2)</translation>
+    </message>
+    <message>
+        <source>A number is missing</source>
+        <translation>Eine Zahl fehlt</translation>
+    </message>
+    <message>
+        <source>This does not belong here</source>
+        <translation>Das gehört nicht hierher</translation>
+    </message>
+    <message>
+        <source>A parenthesis is not closed</source>
+        <translation>Eine Klammer ist nicht geschlossen</translation>
+    </message>
+    <message>
+        <source>Unknown name</source>
+        <translation>Unbekannter Name</translation>
+    </message>
+    <message>
+        <source>Unknown unit</source>
+        <translation>Unbekannte Einheit</translation>
+    </message>
+    <message>
+        <source>A unit in the divisor</source>
+        <translation>Eine Einheit im Nenner</translation>
+    </message>
+    <message>
+        <source>No unit can stand here</source>
+        <translation>Hier kann keine Einheit stehen</translation>
+    </message>
+    <message>
+        <source>These units do not go together</source>
+        <translation>Diese Einheiten passen nicht zusammen</translation>
+    </message>
+    <message>
+        <source>This function takes one number</source>
+        <translation>Diese Funktion nimmt eine Zahl</translation>
+    </message>
+    <message>
+        <source>Digit groups are not read</source>
+        <translation>Zifferngruppen werden nicht gelesen</translation>
+    </message>
+    <message>
+        <source>The text is too long</source>
+        <translation>Der Text ist zu lang</translation>
+    </message>
+    <message>
+        <source>Too many parentheses</source>
+        <translation>Zu viele Klammern</translation>
+    </message>
+    <message>
+        <source>The result is not a number</source>
+        <translation>Das Ergebnis ist keine Zahl</translation>
     </message>
 </context>
 <context>
@@ -446,6 +569,30 @@ einer Tätigkeit, deren Anfang sie schon trägt.</translation>
         <source>Recording...</source>
         <translation>Aufnahme läuft...</translation>
     </message>
+    <message>
+        <source>Time=%1, Value=%2</source>
+        <translation>Zeit=%1, Wert=%2</translation>
+    </message>
+    <message>
+        <source>Time=%1</source>
+        <translation>Zeit=%1</translation>
+    </message>
+    <message>
+        <source>Start=%1, Duration=%2</source>
+        <translation>Beginn=%1, Dauer=%2</translation>
+    </message>
+    <message>
+        <source>, Mean Duration=%1</source>
+        <translation>, Mittlere Dauer=%1</translation>
+    </message>
+    <message>
+        <source>, Mean Value=%1</source>
+        <translation>, Mittlerer Wert=%1</translation>
+    </message>
+    <message>
+        <source>, Mean Bandwidth=%1</source>
+        <translation>, Mittlere Bandbreite=%1</translation>
+    </message>
 </context>
 <context>
     <name>Kestrel::UI::JogWheel</name>
@@ -576,6 +723,39 @@ einer Tätigkeit, deren Anfang sie schon trägt.</translation>
     <message>
         <source>Works&amp;paces</source>
         <translation>Arbeits&amp;flächen</translation>
+    </message>
+</context>
+<context>
+    <name>Kestrel::UI::PromptComboBox</name>
+    <message>
+        <source>Choose…</source>
+        <translation>Auswählen …</translation>
+    </message>
+</context>
+<context>
+    <name>Kestrel::UI::SearchField</name>
+    <message>
+        <source>Search</source>
+        <translation>Suchen</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n matches</source>
+        <translation>
+            <numerusform>%n Treffer</numerusform>
+            <numerusform>%n Treffer</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>%1 of %2</source>
+        <translation>%1 von %2</translation>
+    </message>
+    <message>
+        <source>Search options</source>
+        <translation>Suchoptionen</translation>
+    </message>
+    <message>
+        <source>Clear Recent Searches</source>
+        <translation>Letzte Suchen löschen</translation>
     </message>
 </context>
 <context>
