@@ -48,8 +48,8 @@ public:
 
     /** A place that the curve goes through. */
     struct Key {
-        double x = 0;
-        double y = 0;
+        double x = 0; ///< along the axis: a time, or what goes in
+        double y = 0; ///< the curve's value there
         /** For `Free` pieces: dy/dx where the piece before the key arrives (only if `broken`, else
             it is `slopeOut`) and where the one after it leaves. */
         double slopeIn = 0;
@@ -63,8 +63,8 @@ public:
 
     /** The slopes of a curve at a key, whatever its shapes. */
     struct Slopes {
-        double in = 0;
-        double out = 0;
+        double in = 0;  ///< of the piece before the key
+        double out = 0; ///< of the one after it
     };
 
     /** No keys; 0 everywhere. */
@@ -84,7 +84,9 @@ public:
         as it can hold at most. False, and `curve` as it was, where it cannot. */
     bool toCurve(Curve& curve, float tolerance) const;
 
+    /** How many keys there are. */
     std::size_t size() const noexcept;
+    /** Whether there are none. */
     bool isEmpty() const noexcept { return size() == 0; }
 
     /** The key at `index`; a default one outside the count. */
@@ -135,16 +137,19 @@ public:
         A single one is that at `from`. Nothing for null. */
     void sample(double from, double to, std::size_t count, double* out) const noexcept;
 
-    /** The smallest and the largest value between two places, ends included. Exact: extremes inside
-        of pieces count. */
+    /** The least and the greatest value of a stretch of the curve. */
     struct Range {
-        double low = 0;
-        double high = 0;
+        double low = 0;  ///< the least one
+        double high = 0; ///< the greatest one
     };
+    /** Those between two places, both included. Extremes inside of pieces count. */
     Range range(double from, double to) const noexcept;
 
+    /** What the curve does before its first key. */
     Beyond before() const noexcept;
+    /** What it does after its last one. */
     Beyond after() const noexcept;
+    /** Chooses both; `Hold` at first. */
     void setBeyond(Beyond before, Beyond after);
 
     /** The same keys, selection apart, and the same beyond. */
