@@ -3,6 +3,7 @@
 #include <KxUI/kit/ColorContrast_p.h>
 #include <KxUI/kit/InterfaceThread_p.h>
 #include <KxUI/kit/PushButtonAccessible_p.h>
+#include <KxUI/kit/QtCompat_p.h>
 
 #include <QBasicTimer>
 #include <QKeyEvent>
@@ -216,7 +217,7 @@ void PushButtonPrivate::paintRing(QPainter& painter, const QRectF& ring,
     const double width = std::max(1.5, ring.width() / 8.0);
     const QRectF line = ring.adjusted(width, width, -width, -width);
     QColor track = color;
-    track.setAlphaF(0.3);
+    track.setAlphaF(ColorPart(0.3));
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(QPen(track, width));
