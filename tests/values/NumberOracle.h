@@ -42,9 +42,14 @@ public:
         try {
             m_parser.SetExpr(text);
             theirs = m_parser.Eval();
+            if (m_parser.GetNumResults() > 1) // a list, which is no number
+                return read ? Differ : BothFail;
         } catch (const mu::Parser::exception_type&) {
             return read ? Differ : BothFail;
         }
+        if (ours.problem == UI::NumberProblem::TooDeep ||
+            ours.problem == UI::NumberProblem::TooLong)
+            return NoComparison;
         if (!read) {
             // An infinite number in between may end as a finite one there.
             return ours.problem == UI::NumberProblem::NoResult

@@ -71,7 +71,7 @@ void DoubleSpinBoxPrivate::paintBar(QPainter& painter) const {
     const double width = room.width() * part;
     const bool mirrored = q->layoutDirection() == Qt::RightToLeft;
     QColor color = q->palette().color(QPalette::Highlight);
-    color.setAlphaF(0.35);
+    color.setAlpha(90);
     painter.fillRect(
         QRectF(mirrored ? room.right() - width : room.left(), room.top(), width, room.height()),
         color);

@@ -20,8 +20,7 @@ struct NumberParts {
     int first = 0;      ///< where they begin in the text
     int point = -1;     ///< where the point stands in the text
     int end = 0;        ///< behind the mantissa
-    int exponent = 0;
-    QString tail; ///< the exponent and the unit
+    QString tail;       ///< the power of ten and the unit
 
     int decimals() const { return point < 0 ? 0 : end - point - 1; }
 };
@@ -53,14 +52,11 @@ public:
         }
         parts.end = i;
         parts.tail = m_text.mid(i);
-        const bool usable = !parts.digits.empty() && parts.digits.size() <= MostDigits;
+        const bool usable = !parts.digits.empty() && parts.digits.size() <= LongestExpression;
         return usable && readTail(parts) ? std::optional(parts) : std::nullopt;
     }
 
 private:
-    static constexpr std::size_t MostDigits = 40;
-    static constexpr int MostExponentDigits = 4;
-
     const QString& m_text;
     const NumberNotation& m_notation;
 
@@ -77,22 +73,17 @@ private:
     }
 
     // An exponent, and then nothing that would go on calculating.
-    bool readTail(NumberParts& parts) const {
+    bool readTail(const NumberParts& parts) const {
         int i = 0;
         if (!parts.tail.isEmpty() && parts.tail.front().toLower() == QLatin1Char('e')) {
             i = 1;
-            const bool negative = i < parts.tail.size() && isMinus(parts.tail[i]);
             while (i < parts.tail.size() && digitOf(parts.tail[i]) < 0 && !parts.tail[i].isLetter())
                 ++i;
             const int begin = i;
-            for (; i < parts.tail.size() && digitOf(parts.tail[i]) >= 0; ++i)
-                parts.exponent = parts.exponent * 10 + digitOf(parts.tail[i]);
-            if (i - begin > MostExponentDigits)
-                return false;
+            while (i < parts.tail.size() && digitOf(parts.tail[i]) >= 0)
+                ++i;
             if (i == begin)
                 i = 0; // the unit "ev"
-            else if (negative)
-                parts.exponent = -parts.exponent;
         }
         return std::none_of(parts.tail.begin() + i, parts.tail.end(), [this](QChar c) {
             return isPart(c) || isMinus(c) || QStringLiteral("+*/^(),;").contains(c);
