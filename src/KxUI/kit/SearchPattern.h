@@ -16,8 +16,8 @@ class KXUI_EXPORT SearchPattern {
 public:
     /** A part of a text, in QChars. */
     struct Range {
-        int start = 0;
-        int length = 0;
+        int start = 0;  ///< of the first character
+        int length = 0; ///< at least 1
     };
 
     /** Finds every text. */

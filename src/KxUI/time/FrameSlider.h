@@ -37,10 +37,11 @@ public:
     explicit FrameSlider(QWidget* parent = nullptr);
     ~FrameSlider() override;
 
+    /** The frame as it was set. */
     int frame() const;
+    /** The range, in either order. The frame stays as it is. */
     int minimum() const;
     int maximum() const;
-    /** The range, in either order. The frame stays as it is. */
     void setRange(int minimum, int maximum);
     /** One end of the range; moves the other one along where it would lie beyond it. */
     void setMinimum(int minimum);
@@ -67,6 +68,7 @@ public:
     void setFormatter(Kestrel::UI::TimeFormatter* formatter);
     Kestrel::UI::TimeFormatter* formatter() const;
 
+    /** `WheelWhenFocused` at first, as for every widget here. */
     Kestrel::UI::WheelPolicy::Policy wheelPolicy() const;
     void setWheelPolicy(Kestrel::UI::WheelPolicy::Policy policy);
 

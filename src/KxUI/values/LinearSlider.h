@@ -69,10 +69,10 @@ public:
     /** The value as it was set. */
     double value() const;
 
-    double minimum() const;
-    double maximum() const;
     /** The range, in either order. The value stays as it is. Like every setter of a number here it
         ignores what is not finite. */
+    double minimum() const;
+    double maximum() const;
     void setRange(double minimum, double maximum);
     /** One end of the range; moves the other one along where it would lie beyond it. */
     void setMinimum(double minimum);
@@ -95,6 +95,7 @@ public:
     double defaultValue() const;
     void setDefaultValue(double value);
 
+    /** Horizontal at first. A vertical slider has its high end at the top. */
     Qt::Orientation orientation() const;
     void setOrientation(Qt::Orientation orientation);
 
@@ -118,9 +119,11 @@ public:
     QString suffix() const;
     void setSuffix(const QString& suffix);
 
+    /** `JumpToPress` at first. */
     PressMode pressMode() const;
     void setPressMode(PressMode mode);
 
+    /** `WheelWhenFocused` at first. */
     WheelPolicy::Policy wheelPolicy() const;
     void setWheelPolicy(WheelPolicy::Policy policy);
 

@@ -42,6 +42,7 @@ public:
     Behaviour behaviour() const;
     void setBehaviour(Behaviour behaviour);
 
+    /** `WheelWhenFocused` at first. */
     WheelPolicy::Policy wheelPolicy() const;
     void setWheelPolicy(WheelPolicy::Policy policy);
 
@@ -49,6 +50,7 @@ public:
         the first. */
     void setModel(QAbstractItemModel* model);
 
+    /** Whether an item is chosen, by whomever. */
     bool hasChoice() const;
     /** Between editStarted() and editFinished(). */
     bool isEditing() const;
