@@ -113,7 +113,7 @@ void PromptComboBox::setWheelPolicy(WheelPolicy::Policy policy) {
         Q_EMIT handlingChanged();
 }
 
-void PromptComboBox::setModel(QAbstractItemModel* model) {
+void PromptComboBox::showModel(QAbstractItemModel* model) {
     KXUI_INTERFACE_THREAD(this);
     QComboBox::setModel(model);
     d->followModel();

@@ -48,7 +48,10 @@ public:
 
     /** Shows other items, of which none is chosen. Call it on this class: that of QComboBox chooses
         the first. */
-    void setModel(QAbstractItemModel* model);
+    template <class Model> // which overrides nothing, virtual or not
+    void setModel(Model* model) {
+        showModel(model);
+    }
 
     /** Whether an item is chosen, by whomever. */
     bool hasChoice() const;
@@ -94,6 +97,9 @@ protected:
 
 private:
     struct Private;
+
+    void showModel(QAbstractItemModel* model);
+
     const std::unique_ptr<Private> d;
 };
 
