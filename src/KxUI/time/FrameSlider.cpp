@@ -280,7 +280,14 @@ void FrameSlider::cancelEdit() {
 
 bool FrameSlider::event(QEvent* event) {
     // The edit is that of the slider, wherever the event comes to.
-    return m->own().bracket->takes(event) || QWidget::event(event);
+    if (m->own().bracket->takes(event))
+        return true;
+    if (event->type() == QEvent::ShortcutOverride &&
+        m->own().isOwnKey(*static_cast<QKeyEvent*>(event))) {
+        event->accept();
+        return true;
+    }
+    return QWidget::event(event);
 }
 
 bool FrameSlider::eventFilter(QObject*, QEvent* event) {
