@@ -1,5 +1,7 @@
 #include <KxUI/kit/ColorContrast_p.h>
 
+#include <KxUI/kit/QtCompat_p.h>
+
 #include <algorithm>
 #include <cmath>
 
@@ -55,7 +57,7 @@ QColor visibleHighlight(const QPalette& palette, const QColor& ground) {
 }
 
 QColor mixed(const QColor& a, const QColor& b, double part) {
-    const auto mix = [part](qreal x, qreal y) { return x + (y - x) * part; };
+    const auto mix = [part](double x, double y) { return ColorPart(x + (y - x) * part); };
     return QColor::fromRgbF(mix(a.redF(), b.redF()), mix(a.greenF(), b.greenF()),
                             mix(a.blueF(), b.blueF()));
 }

@@ -7,7 +7,7 @@
 
 /** \file
     How colours tell apart. A shape stands out and a text can be read by luminance alone, whatever
-   the hues are. */
+    the hues are. */
 
 namespace Kestrel::UI {
 
