@@ -10,10 +10,11 @@
 
 #include <KxUI/color/ColorWheel.h>
 #include <KxUI/undo/MultiStackUndoView.h>
+#include <KxUI/values/DoubleSpinBox.h>
 #include <KxUI/values/LogSlider.h>
+#include <KxUI/values/SearchField.h>
 
 #include <QComboBox>
-#include <QDoubleSpinBox>
 #include <QTemporaryDir>
 #include <QUndoCommand>
 #include <QtTest>
@@ -209,6 +210,14 @@ private slots:
         // A new step drops only its own sequence's undone ones, and merges into none of before.
         expose(0.25F);
         QCOMPARE(steps().size(), 2);
+        auto* search = panel.findChild<UI::SearchField*>();
+        QTest::keyClicks(search, QStringLiteral("plain exp"));
+        QTest::keyClick(search, Qt::Key_Return);
+        for (int row = 0; row < 3; ++row)
+            QCOMPARE(panel.view()->isRowHidden(row), row == 1);
+        search->selectAll();
+        QTest::keyClick(search, Qt::Key_Delete);
+        QTRY_VERIFY(!panel.view()->isRowHidden(1));
         grades->group()->redo();
         QTRY_COMPARE(m_session->sequence().title(), m_plain.title());
         QCOMPARE(grades->grade().exposure, 1.0F);
@@ -328,10 +337,21 @@ private slots:
         expectStep("YCbCr preview");
         QCOMPARE(grades->grade().preview, int(UI::ColorSpace::Rec709));
 
-        auto* red = panel.findChild<QDoubleSpinBox*>();
-        red->setValue(1.25);
+        auto* red = panel.findChild<UI::DoubleSpinBox*>();
+        QVERIFY(Kestrel::Test::focus(*red));
+        const auto type = [red](const char* text) {
+            QTest::keyClicks(red, QString::fromLatin1(text));
+            QTest::keyClick(red, Qt::Key_Return);
+        };
+        type("0.18*2");
         expectStep("Gain");
-        QVERIFY(std::abs(gainFactors(grades->grade().gain)[0] - 1.25F) < 1e-5F);
+        QCOMPARE(red->value(), 0.36);
+        QVERIFY(std::abs(gainFactors(grades->grade().gain)[0] - 0.36F) < 1e-5F);
+        type("=x"); // the same number is no step
+        QCOMPARE(steps(), expected);
+        drag(red, red->rect().center(), {0, -20});
+        expectStep("Gain");
+        QVERIFY(red->value() > 0.36 && red->value() <= 0.41);
         QVERIFY(!panel.grab().isNull());
 
         grades->group()->makeIndex(0);

@@ -6,6 +6,8 @@
 #include "panels/SequenceListPanel.h"
 #include "sample/SampleGenerator.h"
 
+#include <KxUI/values/SearchField.h>
+
 #include <QDir>
 #include <QSignalSpy>
 #include <QTemporaryDir>
@@ -40,6 +42,36 @@ private slots:
     void initTestCase() {
         qRegisterMetaType<Sequence>("Kestrel::Workbench::Sequence");
         qRegisterMetaType<Time>("Kestrel::Base::Time");
+    }
+
+    void searching() {
+        const QTemporaryDir folder;
+        for (const char* name : {"plate.exr", "other.exr", "plate_clean.exr", "mask.png"})
+            write(folder.filePath(QLatin1String(name)), 10);
+        SequenceListPanel panel;
+        panel.openFolder(QFile::encodeName(folder.path()));
+        panel.show();
+        auto* field = panel.findChild<Kestrel::UI::SearchField*>();
+        const auto shown = [&panel] {
+            QStringList names;
+            for (int row = 0; row < panel.model()->rowCount(); ++row) {
+                if (!panel.view()->isRowHidden(row, {}))
+                    names << panel.model()->index(row, 0).data().toString();
+            }
+            return names.join(QLatin1Char(' '));
+        };
+        const auto current = [&panel] { return panel.view()->currentIndex().data().toString(); };
+        QTest::keyClicks(field, QStringLiteral("exr plate"));
+        QTest::keyClick(field, Qt::Key_Down); // at once, and to the list
+        QCOMPARE(shown(), QStringLiteral("plate.exr plate_clean.exr"));
+        QCOMPARE(current(), QStringLiteral("plate.exr"));
+        QTest::keyClick(field, Qt::Key_F3);
+        QCOMPARE(current(), QStringLiteral("plate_clean.exr"));
+        QTest::keyClick(field, Qt::Key_F3);
+        QCOMPARE(current(), QStringLiteral("plate.exr"));
+        panel.reload(); // the search was in the list that is gone
+        QCOMPARE(field->text(), QString());
+        QCOMPARE(shown().count(QLatin1Char(' ')), 3);
     }
 
     void listing() {

@@ -4,16 +4,17 @@
 #include "play/Session.h"
 
 #include <KxUI/color/ColorWheel.h>
+#include <KxUI/kit/ChannelColors.h>
+#include <KxUI/kit/Disclosure.h>
+#include <KxUI/values/DoubleSpinBox.h>
 #include <KxUI/values/LogSlider.h>
 
 #include <QButtonGroup>
 #include <QComboBox>
-#include <QDoubleSpinBox>
 #include <QEvent>
 #include <QGridLayout>
 #include <QLabel>
 #include <QScrollArea>
-#include <QSignalBlocker>
 #include <QToolButton>
 #include <QVBoxLayout>
 
@@ -44,19 +45,23 @@ const char* curveName(int slot) {
     return names[slot];
 }
 
-/** To be read on the window's grey and on that of a plot; text colour for the master. */
-QColor slotColor(int slot, const QPalette& palette) {
-    const bool dark = palette.color(QPalette::Window).lightness() < 128;
-    switch (slot) {
-    case Grade::Red:
-        return dark ? QColor(0xf0, 0x70, 0x68) : QColor(0xb8, 0x20, 0x1c);
-    case Grade::Green:
-        return dark ? QColor(0x6c, 0xc8, 0x6c) : QColor(0x1c, 0x72, 0x26);
-    case Grade::Blue:
-        return dark ? QColor(0x78, 0xa8, 0xf8) : QColor(0x1c, 0x4c, 0xb8);
-    default:
-        return palette.color(QPalette::WindowText);
-    }
+UI::ChannelColors::Channel channelOf(int slot) {
+    using Colors = UI::ChannelColors;
+    constexpr Colors::Channel channels[] = {Colors::Red, Colors::Green, Colors::Blue, Colors::Luma};
+    return channels[slot];
+}
+
+/** The number that a user would type for it, rather than all its binary digits. */
+double typed(float number) {
+    return QString::number(double(number), 'g', 7).toDouble();
+}
+
+/** Shows a number unless it is just what was made of the field's own, which may have more digits.
+ */
+void showNumber(UI::DoubleSpinBox* box, float number) {
+    constexpr double Rounding = 1e-6;
+    if (std::abs(box->value() - double(number)) > Rounding * std::max(1.0, std::abs(box->value())))
+        box->setValue(typed(number));
 }
 
 float stopsOf(double stops) {
@@ -89,10 +94,11 @@ GradePanel::GradePanel(Session* session, QWidget* parent)
     sections->setContentsMargins(margin, gap, margin, margin);
     sections->setSpacing(betweenSections);
     sections->addLayout(makeHeader());
-    sections->addLayout(makeGain());
-    sections->addLayout(makeExposure());
-    sections->addLayout(makeCurves(), 1);
-    sections->addLayout(makePreview());
+    sections->addWidget(makeGain());
+    sections->addWidget(makeExposure());
+    sections->addWidget(makeCurves());
+    sections->addWidget(makePreview());
+    sections->addStretch(1);
 
     auto* scroll = new QScrollArea;
     scroll->setWidget(content);
@@ -131,7 +137,7 @@ QLayout* GradePanel::makeHeader() {
     return row;
 }
 
-QLayout* GradePanel::makeGain() {
+UI::Disclosure* GradePanel::makeGain() {
     m_wheel = new UI::ColorWheel({}, UI::ColorWheel::ValueRingWheel);
     m_wheel->setAccessibleName(tr("Gain"));
     m_wheel->setMinimumSize(168, 168);
@@ -149,12 +155,19 @@ QLayout* GradePanel::makeGain() {
         const auto at = std::size_t(channel);
         m_gainLabels[at] = new QLabel(tr(curveName(channel)));
         m_gains[at] = number(0.0, mostGain, 3, 0.01);
-        m_gainLabels[at]->setBuddy(m_gains[at]);
+        m_gains[at]->setDefaultValue(1.0);
+        m_gains[at]->setLabel(m_gainLabels[at]);
         m_gains[at]->setAccessibleName(tr("%1 gain").arg(tr(curveName(channel))));
         numbers->addWidget(m_gainLabels[at], channel, 0);
         numbers->addWidget(m_gains[at], channel, 1);
-        connect(m_gains[at], QOverload<double>::of(&QDoubleSpinBox::valueChanged), this,
-                [this, channel](double factor) { editGain(channel, factor); });
+        bracket(m_gains[at], tr("Gain"), [this, at](Grade& grade) {
+            const GainColor& before = m_grades->gradeBefore().gain;
+            Factors factors = gainFactors(before);
+            const float factor = float(m_gains[at]->value());
+            const bool same = factor == float(typed(factors[at]));
+            factors[at] = factor;
+            grade.gain = same ? before : gainColor(factors, before);
+        });
     }
 
     m_resetGain = resetButton(tr("gain"), [](Grade& grade) { grade.gain = {}; });
@@ -162,14 +175,12 @@ QLayout* GradePanel::makeGain() {
     row->setSpacing(betweenSections);
     row->addWidget(m_wheel, 1);
     row->addLayout(numbers);
-    auto* section = new QVBoxLayout;
-    section->setSpacing(gap);
-    section->addLayout(heading(tr("Gain"), m_resetGain));
-    section->addLayout(row);
-    return section;
+    m_gainSection = section(tr("Gain"), QStringLiteral("gain"), row);
+    m_gainSection->addHeaderWidget(m_resetGain);
+    return m_gainSection;
 }
 
-QLayout* GradePanel::makeExposure() {
+UI::Disclosure* GradePanel::makeExposure() {
     m_exposure = new UI::LogSlider(Qt::Horizontal);
     m_exposure->setRealRange(-exposureDecades, exposureDecades, positionsADecade);
     m_exposure->setPageStep(thirdOfAStop);
@@ -185,37 +196,35 @@ QLayout* GradePanel::makeExposure() {
 
     m_stops = number(-double(Grade::MostStops), double(Grade::MostStops), 2, 0.1);
     m_stops->setAccessibleName(tr("Exposure in stops"));
-    connect(m_stops, QOverload<double>::of(&QDoubleSpinBox::valueChanged), this,
-            [this](double stops) {
-                Grade grade = m_grades->grade();
-                grade.exposure = stopsOf(stops);
-                m_grades->edit(grade, tr("Exposure"));
-            });
+    bracket(m_stops, tr("Exposure"), [this](Grade& grade) {
+        const float before = m_grades->gradeBefore().exposure;
+        const float stops = stopsOf(m_stops->value());
+        grade.exposure = stops == float(typed(before)) ? before : stops;
+    });
 
     m_resetExposure = resetButton(tr("exposure"), [](Grade& grade) { grade.exposure = 0.0F; });
     auto* stopsLabel = new QLabel(tr("Stops"));
-    stopsLabel->setBuddy(m_stops);
+    m_stops->setLabel(stopsLabel);
     auto* row = new QHBoxLayout;
     row->setSpacing(gap);
     row->addWidget(m_exposure, 1);
     row->addSpacing(betweenSections - gap);
     row->addWidget(stopsLabel);
     row->addWidget(m_stops);
-    auto* section = new QVBoxLayout;
-    section->setSpacing(gap);
-    section->addLayout(heading(tr("Exposure"), m_resetExposure));
-    section->addLayout(row);
-    return section;
+    m_exposureSection = section(tr("Exposure"), QStringLiteral("exposure"), row);
+    m_exposureSection->addHeaderWidget(m_resetExposure);
+    return m_exposureSection;
 }
 
-QLayout* GradePanel::makeCurves() {
+UI::Disclosure* GradePanel::makeCurves() {
     m_resetCurve = textButton(tr("Reset"));
     connect(m_resetCurve, &QToolButton::clicked, this, [this] {
         Grade grade = m_grades->grade();
         grade.curves.setCurve(m_slot, UI::Curve());
         m_grades->edit(grade, tr("Reset %1 Curve").arg(tr(curveName(m_slot))));
     });
-    QHBoxLayout* top = heading(tr("Curves"), nullptr);
+    auto* top = new QHBoxLayout;
+    top->setSpacing(gap);
     auto* choice = new QButtonGroup(this);
     for (const Grade::Slot slot : {Grade::Master, Grade::Red, Grade::Green, Grade::Blue}) {
         QToolButton* button = textButton(tr(curveName(slot)));
@@ -227,21 +236,22 @@ QLayout* GradePanel::makeCurves() {
         connect(button, &QToolButton::clicked, this, [this, slot] { showCurve(slot); });
     }
     top->addStretch(1);
-    top->addWidget(m_resetCurve);
 
     m_curve = new CurveView;
     connect(m_curve, &CurveView::curveEdited, this, &GradePanel::editCurve);
     connect(m_curve, &CurveView::editFinished, m_grades,
             [this](bool accepted) { m_grades->finish(m_curve, accepted); });
     connect(m_grades, &GradeHistory::editInterrupted, m_curve, &CurveView::cancelEdit);
-    auto* section = new QVBoxLayout;
-    section->setSpacing(gap);
-    section->addLayout(top);
-    section->addWidget(m_curve, 1);
-    return section;
+    auto* column = new QVBoxLayout;
+    column->setSpacing(gap);
+    column->addLayout(top);
+    column->addWidget(m_curve, 1);
+    m_curveSection = section(tr("Curves"), QStringLiteral("curves"), column);
+    m_curveSection->addHeaderWidget(m_resetCurve);
+    return m_curveSection;
 }
 
-QLayout* GradePanel::makePreview() {
+UI::Disclosure* GradePanel::makePreview() {
     m_preview = new QComboBox;
     m_preview->setAccessibleName(tr("YCbCr preview"));
     m_preview->setToolTip(tr("Shows what 8-bit 4:2:2 keeps of the picture"));
@@ -253,34 +263,33 @@ QLayout* GradePanel::makePreview() {
         grade.preview = m_preview->itemData(index).toInt();
         m_grades->edit(grade, tr("YCbCr preview"));
     });
-    QHBoxLayout* row = heading(tr("YCbCr preview"), nullptr);
-    row->addStretch(1);
-    row->addWidget(m_preview);
-    return row;
-}
-
-/** A section's name in bold; with the button at the right end of the line, if there is one. */
-QHBoxLayout* GradePanel::heading(const QString& title, QToolButton* reset) {
-    auto* label = new QLabel(title);
-    QFont bold = label->font();
-    bold.setBold(true);
-    label->setFont(bold);
     auto* row = new QHBoxLayout;
-    row->setSpacing(gap);
-    row->addWidget(label);
-    if (reset) {
-        row->addStretch(1);
-        row->addWidget(reset);
-    }
-    return row;
+    row->addWidget(m_preview);
+    row->addStretch(1);
+    m_previewSection = section(tr("YCbCr preview"), QStringLiteral("preview"), row);
+    return m_previewSection;
 }
 
-QDoubleSpinBox* GradePanel::number(double least, double most, int decimals, double step) {
-    auto* box = new QDoubleSpinBox;
+/** Open at first, then as the user left it. */
+UI::Disclosure* GradePanel::section(const QString& title, const QString& key, QLayout* layout) {
+    auto* content = new QWidget;
+    layout->setContentsMargins(0, gap, 0, 0);
+    content->setLayout(layout);
+    auto* made = new UI::Disclosure;
+    made->setTitle(title);
+    made->setGroup(QStringLiteral("Grade"));
+    made->setContent(content);
+    made->setExpanded(true);
+    made->setSettingsKey(QStringLiteral("grade/") + key);
+    return made;
+}
+
+UI::DoubleSpinBox* GradePanel::number(double least, double most, int decimals, double step) {
+    auto* box = new UI::DoubleSpinBox;
     box->setRange(least, most);
     box->setDecimals(decimals);
+    box->setFewestDecimals(decimals);
     box->setSingleStep(step);
-    box->setKeyboardTracking(false);
     box->setFixedWidth(numberWidth);
     box->setAlignment(Qt::AlignRight);
     return box;
@@ -324,14 +333,6 @@ void GradePanel::changeEvent(QEvent* event) {
         applyColors();
 }
 
-void GradePanel::editGain(int channel, double factor) {
-    Grade grade = m_grades->grade();
-    Factors factors = gainFactors(grade.gain);
-    factors[std::size_t(channel)] = float(factor);
-    grade.gain = gainColor(factors, grade.gain);
-    m_grades->edit(grade, tr("Gain"));
-}
-
 void GradePanel::editCurve(const UI::Curve& curve, const QString& what) {
     Grade grade = m_grades->grade();
     grade.curves.setCurve(m_slot, curve);
@@ -345,34 +346,51 @@ void GradePanel::showGrade() {
     m_wheel->setHSV(grade.gain.hue, grade.gain.saturation, grade.gain.value);
     m_wheel->setRingValue(grade.gain.value);
     const Factors factors = gainFactors(grade.gain);
-    for (std::size_t channel = 0; channel < m_gains.size(); ++channel) {
-        const QSignalBlocker blocker(m_gains[channel]);
-        m_gains[channel]->setValue(double(factors[channel]));
-    }
-    {
-        const QSignalBlocker slider(m_exposure);
-        const QSignalBlocker stops(m_stops);
-        m_exposure->setRealValue(std::exp2(double(grade.exposure)));
-        if (!m_exposure->isEditing())
-            m_shownPosition = m_exposure->value();
-        m_stops->setValue(double(grade.exposure));
-    }
+    for (std::size_t channel = 0; channel < m_gains.size(); ++channel)
+        showNumber(m_gains[channel], factors[channel]);
+    m_exposure->setRealValue(std::exp2(double(grade.exposure)));
+    if (!m_exposure->isEditing())
+        m_shownPosition = m_exposure->value();
+    showNumber(m_stops, grade.exposure);
     m_preview->setCurrentIndex(m_preview->findData(grade.preview));
     m_resetAll->setEnabled(grade != Grade());
     m_resetGain->setEnabled(!(grade.gain == GainColor()));
     m_resetExposure->setEnabled(grade.exposure != 0.0F);
+    summarize();
     showCurves();
+}
+
+/** What the closed sections say. */
+void GradePanel::summarize() {
+    const Grade& grade = m_grades->grade();
+    QStringList factors;
+    for (const UI::DoubleSpinBox* box : m_gains)
+        factors << box->cleanText();
+    m_gainSection->setSummary(factors.join(QStringLiteral("  ")));
+    m_gainSection->setModified(!(grade.gain == GainColor()));
+    m_exposureSection->setSummary(m_stops->cleanText());
+    m_exposureSection->setModified(grade.exposure != 0.0F);
+    QStringList changed;
+    for (const Grade::Slot slot : {Grade::Master, Grade::Red, Grade::Green, Grade::Blue}) {
+        if (!grade.curves.curve(slot).isIdentity())
+            changed << tr(curveName(slot));
+    }
+    m_curveSection->setSummary(changed.join(QStringLiteral(", ")));
+    m_curveSection->setModified(!changed.isEmpty());
+    m_previewSection->setSummary(m_preview->currentText());
+    m_previewSection->setModified(grade.preview != Grade::NoPreview);
 }
 
 void GradePanel::showCurves() {
     const UI::Curves& curves = m_grades->grade().curves;
     m_curve->setCurve(curves.curve(m_slot));
-    m_curve->setColor(slotColor(m_slot, palette()));
+    const UI::ChannelColors colors = UI::ChannelColors::of(palette());
+    m_curve->setColor(colors.line(channelOf(m_slot)));
     m_curve->setAccessibleName(tr("%1 curve").arg(tr(curveName(m_slot))));
     std::vector<CurveView::Backdrop> others;
     for (int slot = 0; slot < Grade::Slots; ++slot) {
         if (slot != m_slot && !curves.curve(slot).isIdentity())
-            others.push_back({curves.curve(slot), slotColor(slot, palette())});
+            others.push_back({curves.curve(slot), colors.line(channelOf(slot))});
     }
     m_curve->setBackdrop(std::move(others));
     m_resetCurve->setEnabled(curves.curve(m_slot) != UI::Curve());
@@ -385,11 +403,13 @@ void GradePanel::applyColors() {
     between.setAlphaF(0.65f);
     m_exposure->setTickColor(between);
     m_exposure->update();
+    const UI::ChannelColors colors = UI::ChannelColors::of(palette());
     for (int slot = 0; slot < Grade::Slots; ++slot) {
         const auto at = std::size_t(slot);
-        setTextColor(m_curveButtons[at], QPalette::ButtonText, slotColor(slot, palette()));
+        const QColor color = slot == Grade::Master ? text : colors.text(channelOf(slot));
+        setTextColor(m_curveButtons[at], QPalette::ButtonText, color);
         if (at < m_gainLabels.size())
-            setTextColor(m_gainLabels[at], QPalette::WindowText, slotColor(slot, palette()));
+            setTextColor(m_gainLabels[at], QPalette::WindowText, color);
     }
     showCurves();
 }

@@ -8,16 +8,14 @@
 #include <vector>
 
 class QComboBox;
-class QDoubleSpinBox;
-class QGridLayout;
-class QHBoxLayout;
 class QLabel;
 class QLayout;
 class QToolButton;
-class QVBoxLayout;
 
 namespace Kestrel::UI {
 class ColorWheel;
+class Disclosure;
+class DoubleSpinBox;
 class LogSlider;
 } // namespace Kestrel::UI
 
@@ -43,22 +41,22 @@ protected:
 
 private:
     QLayout* makeHeader();
-    QLayout* makeGain();
-    QLayout* makeExposure();
-    QLayout* makeCurves();
-    QLayout* makePreview();
-    QHBoxLayout* heading(const QString& title, QToolButton* reset);
-    QDoubleSpinBox* number(double least, double most, int decimals, double step);
+    UI::Disclosure* makeGain();
+    UI::Disclosure* makeExposure();
+    UI::Disclosure* makeCurves();
+    UI::Disclosure* makePreview();
+    UI::Disclosure* section(const QString& title, const QString& key, QLayout* layout);
+    UI::DoubleSpinBox* number(double least, double most, int decimals, double step);
     template <typename Widget, typename Set>
     void bracket(Widget* widget, const QString& text, Set set);
     template <typename Change>
     QToolButton* resetButton(const QString& what, Change change);
 
-    void editGain(int channel, double factor);
     void editCurve(const UI::Curve& curve, const QString& what);
 
     void showGrade();
     void showCurves();
+    void summarize();
     void applyColors();
 
     Session* m_session;
@@ -68,16 +66,20 @@ private:
     QToolButton* m_resetAll;
     UI::ColorWheel* m_wheel;
     std::array<QLabel*, 3> m_gainLabels{};
-    std::array<QDoubleSpinBox*, 3> m_gains{};
+    std::array<UI::DoubleSpinBox*, 3> m_gains{};
     QToolButton* m_resetGain;
     UI::LogSlider* m_exposure;
     int m_shownPosition = 0; ///< where the slider stood before the edit that goes on
-    QDoubleSpinBox* m_stops;
+    UI::DoubleSpinBox* m_stops;
     QToolButton* m_resetExposure;
     std::array<QToolButton*, Grade::Slots> m_curveButtons{};
     CurveView* m_curve;
     QToolButton* m_resetCurve;
     QComboBox* m_preview;
+    UI::Disclosure* m_gainSection;
+    UI::Disclosure* m_exposureSection;
+    UI::Disclosure* m_curveSection;
+    UI::Disclosure* m_previewSection;
     Grade::Slot m_slot = Grade::Master;
 };
 

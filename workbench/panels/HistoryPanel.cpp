@@ -3,6 +3,7 @@
 #include "play/Session.h"
 
 #include <KxUI/undo/MultiStackUndoView.h>
+#include <KxUI/values/SearchField.h>
 
 #include <QApplication>
 #include <QPainter>
@@ -68,15 +69,59 @@ private:
 
 HistoryPanel::HistoryPanel(Session* session, QWidget* parent)
     : QWidget(parent)
+    , m_grades(session->grades())
+    , m_search(new UI::SearchField)
     , m_view(new UI::MultiStackUndoView) {
     setObjectName(QStringLiteral("HistoryPanel"));
     m_view->setAccessibleName(tr("History"));
     m_view->setFrameShape(QFrame::NoFrame);
     m_view->setItemDelegate(new StepDelegate(session->grades(), m_view));
     m_view->setGroup(session->grades()->group());
+    m_search->setPlaceholderText(tr("Search edits"));
+    connect(m_search, &UI::SearchField::searchChanged, this, &HistoryPanel::search);
+    connect(m_search, &UI::SearchField::leaveWanted, m_view, [this] { m_view->setFocus(); });
+    const QAbstractItemModel* model = m_view->model();
+    connect(model, &QAbstractItemModel::rowsInserted, this, &HistoryPanel::showMatches);
+    connect(model, &QAbstractItemModel::rowsRemoved, this, &HistoryPanel::showMatches);
+    connect(model, &QAbstractItemModel::dataChanged, this, &HistoryPanel::showMatches);
+    connect(model, &QAbstractItemModel::modelReset, this, &HistoryPanel::showMatches);
+
+    auto* top = new QVBoxLayout;
+    top->setContentsMargins(4, 4, 4, 4);
+    top->addWidget(m_search);
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->addLayout(top);
     layout->addWidget(m_view);
+}
+
+void HistoryPanel::search(const QString& words) {
+    const bool wasEmpty = m_pattern.isEmpty();
+    m_pattern = UI::SearchPattern(words);
+    if (!wasEmpty && m_pattern.isEmpty()) {
+        for (int row = 0; row < m_view->model()->rowCount(); ++row)
+            m_view->setRowHidden(row, false);
+    }
+    showMatches();
+}
+
+void HistoryPanel::showMatches() {
+    if (m_pattern.isEmpty()) {
+        m_search->setMatches(0, -1);
+        return;
+    }
+    const QAbstractItemModel* model = m_view->model();
+    int count = 0;
+    // The first row is the state before the first edit: there is always a way back to it.
+    for (int row = 1; row < model->rowCount(); ++row) {
+        const QString text =
+            model->index(row, 0).data().toString() + QLatin1Char(' ') + m_grades->titleOf(row - 1);
+        const bool matches = m_pattern.matches(text);
+        m_view->setRowHidden(row, !matches);
+        count += int(matches);
+    }
+    m_search->setMatches(0, count);
 }
 
 } // namespace Kestrel::Workbench

@@ -3,6 +3,8 @@
 #include "media/Paths.h"
 #include "panels/FolderModel.h"
 
+#include <KxUI/values/SearchField.h>
+
 #include <QComboBox>
 #include <QHBoxLayout>
 #include <QHeaderView>
@@ -16,6 +18,8 @@
 #include <QTreeView>
 #include <QVBoxLayout>
 
+#include <algorithm>
+
 namespace Kestrel::Workbench {
 
 SequenceListPanel::SequenceListPanel(QWidget* parent)
@@ -23,6 +27,7 @@ SequenceListPanel::SequenceListPanel(QWidget* parent)
     , m_model(new FolderModel(this))
     , m_path(new QComboBox)
     , m_pages(new QStackedWidget)
+    , m_search(new UI::SearchField)
     , m_view(new QTreeView)
     , m_message(new QLabel)
     , m_summary(new QLabel) {
@@ -70,6 +75,14 @@ SequenceListPanel::SequenceListPanel(QWidget* parent)
     m_view->installEventFilter(this);
     setFocusProxy(m_view);
     connect(m_view, &QTreeView::activated, this, &SequenceListPanel::activate);
+    connect(m_view->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
+            &SequenceListPanel::showPlaceOfMatch);
+    using Search = UI::SearchField;
+    m_search->setPlaceholderText(tr("Search names"));
+    connect(m_search, &Search::searchChanged, this, &SequenceListPanel::search);
+    connect(m_search, &Search::nextWanted, this, [this] { goToMatch(1); });
+    connect(m_search, &Search::previousWanted, this, [this] { goToMatch(-1); });
+    connect(m_search, &Search::leaveWanted, m_view, [this] { m_view->setFocus(); });
 
     m_message->setAlignment(Qt::AlignCenter);
     m_message->setWordWrap(true);
@@ -89,13 +102,21 @@ SequenceListPanel::SequenceListPanel(QWidget* parent)
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
+    auto* searching = new QHBoxLayout;
+    searching->setContentsMargins(4, 0, 4, 4);
+    searching->addWidget(m_search);
     layout->addLayout(top);
+    layout->addLayout(searching);
     layout->addWidget(m_pages, 1);
     layout->addWidget(m_summary);
     connect(m_model, &FolderModel::completed, this, &SequenceListPanel::showSummary);
 }
 
 void SequenceListPanel::openFolder(const QByteArray& folder) {
+    m_search->clear(); // what was searched for was in the other folder
+    m_pattern = UI::SearchPattern();
+    m_matches.clear();
+    m_search->setMatches(0, -1);
     m_model->setFolder(folder);
     offerFolder(folder);
     m_path->setCurrentIndex(m_path->findData(folder));
@@ -192,6 +213,38 @@ void SequenceListPanel::goUp() {
             break;
         }
     }
+}
+
+void SequenceListPanel::search(const QString& words) {
+    m_pattern = UI::SearchPattern(words);
+    m_matches.clear();
+    for (int row = 0; row < m_model->rowCount(); ++row) {
+        const QString name = m_model->index(row, FolderModel::NameColumn).data().toString();
+        const bool matches = m_pattern.matches(name);
+        m_view->setRowHidden(row, {}, !matches);
+        if (matches && !m_pattern.isEmpty())
+            m_matches.push_back(row);
+    }
+    const int current = m_view->currentIndex().row();
+    if (!m_matches.empty() && !std::binary_search(m_matches.begin(), m_matches.end(), current))
+        m_view->setCurrentIndex(m_model->index(m_matches.front(), 0));
+    showPlaceOfMatch();
+}
+
+void SequenceListPanel::goToMatch(int step) {
+    if (m_matches.empty())
+        return;
+    const auto at =
+        std::lower_bound(m_matches.begin(), m_matches.end(), m_view->currentIndex().row());
+    const auto count = std::ptrdiff_t(m_matches.size());
+    const std::ptrdiff_t next = (at - m_matches.begin() + step + count) % count;
+    m_view->setCurrentIndex(m_model->index(m_matches[std::size_t(next)], 0));
+}
+
+void SequenceListPanel::showPlaceOfMatch() {
+    const auto at = std::find(m_matches.begin(), m_matches.end(), m_view->currentIndex().row());
+    const int place = at == m_matches.end() ? 0 : int(at - m_matches.begin()) + 1;
+    m_search->setMatches(place, m_pattern.isEmpty() ? -1 : int(m_matches.size()));
 }
 
 void SequenceListPanel::showSummary() {

@@ -2,14 +2,22 @@
 
 #include "media/Sequence.h"
 
+#include <KxUI/kit/SearchPattern.h>
+
 #include <QByteArray>
 #include <QWidget>
+
+#include <vector>
 
 class QComboBox;
 class QLabel;
 class QModelIndex;
 class QStackedWidget;
 class QTreeView;
+
+namespace Kestrel::UI {
+class SearchField;
+}
 
 namespace Kestrel::Workbench {
 
@@ -53,13 +61,20 @@ private:
     void choose(int row, Base::Time at);
     void goUp();
     void showSummary();
+    void search(const QString& words);
+    /** Goes to the match that many rows on, around the end. */
+    void goToMatch(int step);
+    void showPlaceOfMatch();
 
     FolderModel* m_model;
     QComboBox* m_path;
     QStackedWidget* m_pages;
+    UI::SearchField* m_search;
     QTreeView* m_view;
     QLabel* m_message;
     QLabel* m_summary;
+    UI::SearchPattern m_pattern;
+    std::vector<int> m_matches; ///< rows; empty without a search
 };
 
 } // namespace Kestrel::Workbench
