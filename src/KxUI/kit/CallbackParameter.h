@@ -7,6 +7,7 @@ namespace Kestrel::UI {
 /** A parameter made of functions of the host. Interface thread. */
 class KXUI_EXPORT CallbackParameter : public IParameter {
 public:
+    /** What value() returns, and what setValue(), beginEdit(), endEdit() and setEnabled() do. */
     using Read = std::function<QVariant()>;
     using Write = std::function<bool(const QVariant&)>;
     using Begin = std::function<void(const QString& what)>;

@@ -36,6 +36,7 @@ public:
 
     ~ParameterBinding() override;
 
+    /** Which it belongs to. */
     QWidget* widget() const;
     /** Null where it is gone. */
     IParameter* parameter() const;

@@ -65,6 +65,7 @@ struct TimeField::Private {
     bool finishSafely();
     bool finishInTime(const QFocusEvent& event);
     void incrementDigit(int direction);
+    void leaveFocus();
     bool isOwnKey(const QKeyEvent& key) const;
 
     template <class T>
@@ -372,6 +373,15 @@ bool TimeField::Private::isOwnKey(const QKeyEvent& key) const {
                               Qt::Key_Down, Qt::Key_Left, Qt::Key_Right});
 }
 
+void TimeField::Private::leaveFocus() {
+    for (QWidget* ancestor = q->parentWidget(); ancestor; ancestor = ancestor->parentWidget()) {
+        if (ancestor->focusPolicy() != Qt::NoFocus) {
+            ancestor->setFocus(Qt::OtherFocusReason);
+            return;
+        }
+    }
+}
+
 bool TimeField::event(QEvent* event) {
     if (event->type() == QEvent::ShortcutOverride && m->isOwnKey(*static_cast<QKeyEvent*>(event))) {
         event->accept();
@@ -398,12 +408,7 @@ void TimeField::focusInEvent(QFocusEvent* event) {
 void TimeField::keyPressEvent(QKeyEvent* event) {
     switch (event->key()) {
     case Qt::Key_Escape:
-        for (QWidget* ancestor = parentWidget(); ancestor; ancestor = ancestor->parentWidget()) {
-            if (ancestor->focusPolicy() != Qt::NoFocus) {
-                ancestor->setFocus(Qt::OtherFocusReason);
-                break;
-            }
-        }
+        m->leaveFocus();
         break;
     case Qt::Key_Return:
     case Qt::Key_Enter:

@@ -31,7 +31,10 @@ protected:
     /** A step of the history. Steps of the same source merge within a time that it knows. */
     class KXUI_EXPORT Command : public QUndoCommand {
     public:
+        /** What of the source is the same is one source: where it is the time, in milliseconds, that
+            steps merge within; 0 for steps that do not. */
         Command(std::shared_ptr<const int> source, const QString& text);
+        /** Reimplemented from Qt. */
         int id() const override;
         bool mergeWith(const QUndoCommand* other) override;
 
@@ -45,16 +48,21 @@ protected:
         qint64 m_time;
     };
 
+    /** As ValueEdit(). */
     ValueEditBase(MultiStackUndoGroup* group, UndoableProject* project, int mergeWithin);
     virtual ~ValueEditBase();
 
+    /** What ValueEdit::begin() and finish() do about the history. */
     void beginEdit(const QString& text);
     void finishEdit(bool accepted);
     /** What ~ValueEdit() calls, while the values are still there. */
     void end();
 
+    /** Applies the value of the beginning, if another one was applied since. */
     virtual void showStart() = 0;
+    /** Whether the value is another one than at the beginning. */
     virtual bool isChanged() const = 0;
+    /** The step from the value of the beginning to the present one, for the caller to own. */
     virtual QUndoCommand* makeCommand(std::shared_ptr<const int> source,
                                       const QString& text) const = 0;
 
@@ -73,6 +81,7 @@ private:
 template <class T>
 class ValueEdit final : public ValueEditBase {
 public:
+    /** Sets the value in the project. */
     using Apply = std::function<void(const T&)>;
 
     /** Group and project are borrowed; an edit of a group that is gone leaves no step. `apply` sets
