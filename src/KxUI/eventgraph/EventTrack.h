@@ -1,6 +1,7 @@
 #pragma once
 
 #include <KxUI/Export.h>
+#include <KxUI/eventgraph/EventTrackOptions.h>
 #include <KxUI/eventgraph/EventUserDataIP.h>
 #include <KxUI/eventgraph/SharedDeque.h>
 
@@ -36,11 +37,7 @@ public:
     };
 
     /** The kind of a track. */
-    enum class TrackType : qint32 {
-        Timeline = 0, ///< activities, drawn as spans
-        Value = 1,    ///< samples, drawn as a graph between the minimum and maximum value
-        Bandwidth = 2 ///< bytes per second of each activity of a timeline track
-    };
+    using TrackType = EventTrackType;
 
     /** One event as it is kept. Its layout is frozen. */
     struct Event {
@@ -53,67 +50,8 @@ public:
     /** Events, oldest first. Copies share the events. */
     using EventList = SharedDeque<Event>;
 
-    /** What a track is made with. Its layout is frozen.
-        \code
-        EventTrack decode(EventTrack::Options::timeline("Decode", Qt::blue).at(10));
-        EventTrack memory(EventTrack::Options::graph("Memory", Qt::green, 0, 64).at(20));
-        \endcode */
-    struct Options {
-        QString name;                         ///< shown at the left end of the row, searched
-        QColor color;                         ///< of activities and graphs
-        int sortKey = 0;                      ///< rows stand in the order of this number
-        TrackType type = TrackType::Timeline; ///< what the track shows
-        float minValue = 0.0F;                ///< the value at the lower edge of a graph
-        float maxValue = 1.0F;                ///< the value at its upper edge
-        int maxEventsPerSecond = 5000;        ///< kept for each second of a limited capture
-        int maxEvents = 10000;                ///< kept in an unlimited capture
-        int graphHeight = 100;                ///< pixels; a timeline has a height of its own
-        EventTrack* timeTrack =
-            nullptr; ///< the timeline that a bandwidth follows, or null; borrowed
-
-        /** A track of activities. */
-        static Options timeline(const QString& name, const QColor& color) {
-            Options options;
-            options.name = name;
-            options.color = color;
-            return options;
-        }
-        /** A track of samples between two values. */
-        static Options graph(const QString& name, const QColor& color, float minValue,
-                             float maxValue) {
-            Options options = timeline(name, color);
-            options.type = TrackType::Value;
-            options.minValue = minValue;
-            options.maxValue = maxValue;
-            return options;
-        }
-        /** A track of the bytes per second, up to `maxValue`, of each activity of a timeline. */
-        static Options bandwidth(const QString& name, const QColor& color, float maxValue,
-                                 EventTrack* timeTrack) {
-            Options options = graph(name, color, 0.0F, maxValue);
-            options.type = TrackType::Bandwidth;
-            options.timeTrack = timeTrack;
-            return options;
-        }
-
-        /** Sets the sort key. */
-        Options& at(int key) {
-            sortKey = key;
-            return *this;
-        }
-        /** Sets how many events are kept: for each second of a limited capture, and at most in an
-            unlimited one. */
-        Options& keeping(int eventsPerSecond, int events) {
-            maxEventsPerSecond = eventsPerSecond;
-            maxEvents = events;
-            return *this;
-        }
-        /** Sets the height of a graph in pixels. */
-        Options& high(int pixels) {
-            graphHeight = pixels;
-            return *this;
-        }
-    };
+    /** What a track is made with. */
+    using Options = EventTrackOptions;
 
     /** Makes a track that belongs to no view yet. */
     explicit EventTrack(const Options& options);
