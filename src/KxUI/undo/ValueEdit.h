@@ -31,8 +31,8 @@ protected:
     /** A step of the history. Steps of the same source merge within a time that it knows. */
     class KXUI_EXPORT Command : public QUndoCommand {
     public:
-        /** What of the source is the same is one source: where it is the time, in milliseconds, that
-            steps merge within; 0 for steps that do not. */
+        /** Steps with the same `source`, which is shared with their edit, may merge; it holds the
+            milliseconds that they do so within, or 0. */
         Command(std::shared_ptr<const int> source, const QString& text);
         /** Reimplemented from Qt. */
         int id() const override;
