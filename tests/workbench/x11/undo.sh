@@ -80,10 +80,10 @@ drag 899 211 40 -20 # the wheel
 new a-gain a-plain
 drag 901 358 30 0 # the exposure
 new a-exposure a-gain
-click 1073 749
+click 864 750
 xdotool key Down key Return # the preview
 new a-preview a-exposure
-click 482 133 2 # the other shot
+click 480 158 2 # the other shot
 new b-plain a-preview
 drag 970 571 0 -60 # its master curve
 new b-curve b-plain
@@ -96,7 +96,7 @@ xdotool key alt+e sleep 0.3 key Return
 same a-gain 'undo by the menu'
 xdotool key ctrl+shift+z
 same a-exposure 'redo'
-row() { click 597 $((366 + 23 * $1)); }
+row() { click 597 $((397 + 23 * $1)); }
 row 4
 same b-curve 'a click on the last step'
 row 1
