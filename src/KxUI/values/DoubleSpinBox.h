@@ -58,6 +58,7 @@ class KXUI_EXPORT DoubleSpinBox : public QAbstractSpinBox {
     Q_PROPERTY(QString text READ text NOTIFY displayChanged)
 
 public:
+    /** What a step of keys, wheel and drags is. */
     enum StepMode {
         SingleSteps,  ///< singleStep()
         DigitSteps,   ///< the digit under the pointer, of what is shown

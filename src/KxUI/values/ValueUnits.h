@@ -20,11 +20,11 @@ class KXUI_EXPORT ValueUnits {
 public:
     /** `value = factor * number + offset`, or `2^number` with `powerOfTwo`. */
     struct Unit {
-        QString symbol;      ///< shown behind the number, and read
-        QStringList aliases; ///< read, too
-        double factor = 1.0; ///< finite, not 0
-        double offset = 0.0; ///< finite
-        bool powerOfTwo = false;
+        QString symbol;          ///< shown behind the number, and read
+        QStringList aliases;     ///< read, too
+        double factor = 1.0;     ///< finite, not 0
+        double offset = 0.0;     ///< finite
+        bool powerOfTwo = false; ///< factor and offset do not count then
     };
 
     /** None: numbers are values. */
@@ -53,6 +53,7 @@ public:
         or an offset that is no use. */
     bool add(const Unit& unit);
 
+    /** Whether there are none, and how many there are. */
     bool isEmpty() const;
     int count() const;
     /** `index` is from 0 to below count(). */
