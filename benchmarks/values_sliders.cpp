@@ -5,6 +5,7 @@
 #include <QApplication>
 #include <QMouseEvent>
 #include <QSlider>
+#include <QStyle>
 #include <QStyleFactory>
 
 #include <memory>
