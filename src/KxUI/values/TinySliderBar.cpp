@@ -14,7 +14,8 @@ namespace {
 
 constexpr double LineContrast = 3.0; // WCAG 2.1, 1.4.11
 
-// A triangle that stands on its tip on the line, or that points beyond an end of it.
+// A pointer that stands on its tip on the line, or a triangle that points beyond an end of it; x runs
+// along the line.
 QPolygonF pointer(double at, double middle, int beyond) {
     constexpr double Half = TinySliderBar::PointerSize / 2.0;
     if (beyond != 0)
@@ -31,39 +32,46 @@ QPolygonF pointer(double at, double middle, int beyond) {
 } // namespace
 
 void TinySliderBar::paint(QPainter& painter, const QPalette& palette) const {
-    const bool isHorizontal = orientation == Qt::Horizontal;
     const QColor window = palette.color(QPalette::Window);
     const QColor text = palette.color(QPalette::WindowText);
-    const QColor line = mixed(window, text, 0.3);
-    const QColor fill =
-        firstVisible({palette.color(QPalette::Highlight), text}, {window},
-                     palette.currentColorGroup() == QPalette::Disabled ? 1.0 : LineContrast);
-    painter.save();
-    if (!isHorizontal) // x runs along the line
-        painter.setTransform(QTransform(0.0, 1.0, 1.0, 0.0, 0.0, 0.0), true);
+    const QColor highlight = palette.color(QPalette::Highlight);
+    const bool isVisible = palette.currentColorGroup() == QPalette::Disabled ||
+                           contrastRatio(highlight, window) >= LineContrast;
+    const QColor fill = isVisible ? highlight : text;
+    const bool isHorizontal = orientation == Qt::Horizontal;
     const double start = isHorizontal ? area.left() : area.top();
     const double end = isHorizontal ? area.right() : area.bottom();
     const double middle = isHorizontal ? area.center().y() : area.center().x();
-    const double across = isHorizontal ? area.height() : area.width();
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(Qt::NoPen);
+    // Whole device pixels: nothing is blurred, and filling them is several times cheaper.
+    const double ratio = painter.device()->devicePixelRatioF();
+    const auto crisp = [ratio](double x) { return std::round(x * ratio) / ratio; };
+    const double top = crisp(middle - LineWidth / 2.0);
     const auto bar = [&](double a, double b, const QColor& color) {
-        painter.setBrush(color);
-        painter.drawRoundedRect(QRectF(a, middle - LineWidth / 2.0, b - a, LineWidth),
-                                LineWidth / 2.0, LineWidth / 2.0);
+        const double first = crisp(a);
+        const double length = crisp(b) - first;
+        painter.fillRect(isHorizontal ? QRectF(first, top, length, LineWidth)
+                                      : QRectF(top, first, LineWidth, length),
+                         color);
     };
-    bar(start + Inset, end - Inset, line);
+    bar(start + Inset, end - Inset, mixed(window, text, 0.3));
     if (from != to)
         bar(std::min(from, to), std::max(from, to), fill);
+
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
     painter.setBrush(isActive ? mixed(text, fill, 0.5) : text);
-    painter.drawPolygon(pointer(to, middle, beyond));
+    QPolygonF shape = pointer(to, middle, beyond);
+    if (!isHorizontal) {
+        for (QPointF& corner : shape)
+            corner = corner.transposed();
+    }
+    painter.drawConvexPolygon(shape);
+    painter.setRenderHint(QPainter::Antialiasing, false);
     if (hasFocus) {
         painter.setBrush(Qt::NoBrush);
-        painter.setPen(QPen(fill, 1.0));
-        painter.drawRect(
-            QRectF(start + 0.5, middle - across / 2.0 + 0.5, end - start - 1.0, across - 1.0));
+        painter.setPen(fill);
+        painter.drawRect(area.adjusted(0.0, 0.0, -1.0, -1.0));
     }
-    painter.restore();
 }
 
 } // namespace Kestrel::UI
