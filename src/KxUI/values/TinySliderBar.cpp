@@ -66,11 +66,10 @@ void TinySliderBar::paint(QPainter& painter, const QPalette& palette) const {
             corner = corner.transposed();
     }
     painter.drawConvexPolygon(shape);
-    painter.setRenderHint(QPainter::Antialiasing, false);
     if (hasFocus) {
         painter.setBrush(Qt::NoBrush);
-        painter.setPen(fill);
-        painter.drawRect(area.adjusted(0.0, 0.0, -1.0, -1.0));
+        painter.setPen(QPen(fill, 1.0));
+        painter.drawRect(area.adjusted(0.5, 0.5, -0.5, -0.5));
     }
 }
 
