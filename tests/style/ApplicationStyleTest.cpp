@@ -5,6 +5,7 @@
 #include <support/TestRegistry.h>
 
 #include <QApplication>
+#include <QBitmap>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QHash>
@@ -253,6 +254,40 @@ private slots:
         QApplication::style()->drawPrimitive(QStyle::PE_PanelButtonCommand, &option, &painter);
         QVERIFY(image.pixel(50, 10) != QColor(Qt::black).rgb());
         ApplicationStyle::setCacheLimit(8 << 20);
+    }
+
+    // Texts that were laid out before lie where the base style draws them.
+    void textsLieWhereTheyShould() {
+        const QStyle* style = QApplication::style();
+        const std::unique_ptr<QStyle> plain(QStyleFactory::create(QStringLiteral("Fusion")));
+        const QPalette palette = ApplicationStyle::palette(ApplicationStyle::Light);
+        QFont font = QApplication::font();
+        const auto boundsBy = [&](const QStyle* by, int flags, const QString& text) {
+            QImage image = canvasOf(QSize(140, 50), 1, Qt::white);
+            QPainter painter(&image);
+            painter.setFont(font);
+            by->drawItemText(&painter, QRect(5, 4, 120, 41), flags, palette, true, text,
+                             QPalette::Text);
+            painter.end();
+            const QImage ink = image.convertToFormat(QImage::Format_Mono, Qt::ThresholdDither);
+            return QRegion(QBitmap::fromImage(ink)).boundingRect();
+        };
+        for (const int size : {12, 12, 17, 12}) {
+            font.setPixelSize(size);
+            for (const char* text :
+                 {"Render", "&Open", "A & B", "two\nlines", "wider than there is room for it"}) {
+                for (const int flags :
+                     {int(Qt::AlignCenter), int(Qt::AlignRight | Qt::AlignBottom),
+                      int(Qt::AlignLeft), int(Qt::AlignCenter) | int(Qt::TextShowMnemonic)}) {
+                    const QRect ours = boundsBy(style, flags, QString::fromLatin1(text));
+                    const QRect theirs = boundsBy(plain.get(), flags, QString::fromLatin1(text));
+                    QVERIFY(!ours.isEmpty());
+                    QVERIFY2(theirs.adjusted(-1, -1, 1, 1).contains(ours) &&
+                                 ours.adjusted(-1, -1, 1, 1).contains(theirs),
+                             text);
+                }
+            }
+        }
     }
 
     // No textures where pixels are not copied one to one.

@@ -104,6 +104,7 @@ std::shared_ptr<StyleCaches> livingStyleCaches() {
 void StyleCaches::clear() {
     textures.clear();
     shades.clear();
+    texts.clear();
 }
 
 ApplicationStylePrivate::ApplicationStylePrivate(ApplicationStyle* style)
@@ -168,6 +169,18 @@ void ApplicationStyle::drawComplexControl(ComplexControl control, const QStyleOp
                                           QPainter* painter, const QWidget* widget) const {
     if (!option || !painter || !d->drawComplex(control, *option, painter, widget))
         QProxyStyle::drawComplexControl(control, option, painter, widget);
+}
+
+void ApplicationStyle::drawItemText(QPainter* painter, const QRect& rect, int flags,
+                                    const QPalette& palette, bool enabled, const QString& text,
+                                    QPalette::ColorRole textRole) const {
+    const QPen before = painter->pen();
+    if (textRole != QPalette::NoRole)
+        painter->setPen(QPen(palette.brush(textRole), before.widthF()));
+    if (!d->caches->texts.draw(painter, rect, flags, text))
+        QProxyStyle::drawItemText(painter, rect, flags, palette, enabled, text);
+    if (textRole != QPalette::NoRole)
+        painter->setPen(before);
 }
 
 int ApplicationStyle::pixelMetric(PixelMetric metric, const QStyleOption* option,

@@ -3,6 +3,7 @@
 #include <KxUI/style/ApplicationStyle.h>
 #include <KxUI/style/BrushTextures_p.h>
 #include <KxUI/style/Shades_p.h>
+#include <KxUI/style/TextRuns_p.h>
 
 #include <QStyleOption>
 
@@ -15,6 +16,7 @@ namespace Kestrel::UI {
 struct StyleCaches {
     BrushTextures textures;
     ShadesTable shades;
+    TextRuns texts;
 
     void clear();
 };

@@ -15,12 +15,6 @@ namespace {
 constexpr int MarkElement = StyleElementCount; // marks follow the elements in keys
 constexpr double MostRatio = 16;
 
-bool copiesPixels(const QPainter* painter) {
-    const QPaintEngine* engine = painter->paintEngine();
-    return engine &&
-           (engine->type() == QPaintEngine::Raster || engine->type() == QPaintEngine::OpenGL2);
-}
-
 bool isWhole(double value) {
     return value == std::floor(value);
 }
@@ -41,6 +35,12 @@ int ditherRank(int x, int y) {
 }
 
 } // namespace
+
+bool copiesPixels(const QPainter* painter) {
+    const QPaintEngine* engine = painter->paintEngine();
+    return engine &&
+           (engine->type() == QPaintEngine::Raster || engine->type() == QPaintEngine::OpenGL2);
+}
 
 PixelSpace::PixelSpace(QPainter* painter)
     : m_painter(painter) {

@@ -10,6 +10,9 @@ class QPainter;
 
 namespace Kestrel::UI {
 
+/** Whether pictures come out as they are, as on a screen; not so on printers. */
+bool copiesPixels(const QPainter* painter);
+
 /** A painter for as long as it draws in the pixels of its device. Where it can not, being rotated
    or printing, it stays as it is and isExact() is false. */
 class PixelSpace {
