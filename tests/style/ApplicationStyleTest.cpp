@@ -449,15 +449,15 @@ namespace {
 using Random = std::mt19937;
 
 template <class Option>
-std::unique_ptr<QStyleOption> filled(Random& random, const std::function<void(Option&)>& fill) {
-    auto option = std::make_unique<Option>();
+std::shared_ptr<QStyleOption> filled(Random& random, const std::function<void(Option&)>& fill) {
+    auto option = std::make_shared<Option>();
     Q_UNUSED(random)
     fill(*option);
     return option;
 }
 
-// An option of a random kind, with whatever in it.
-std::unique_ptr<QStyleOption> anyOption(Random& random) {
+// An option of a random kind, with whatever in it. Shared, for options have no virtual destructor.
+std::shared_ptr<QStyleOption> anyOption(Random& random) {
     const auto number = [&](int below) { return int(random() % unsigned(below)); };
     const auto value = [&] { return number(4) == 0 ? int(random()) : number(200) - 50; };
     const QString texts[] = {QString(), QStringLiteral("&Text"), QStringLiteral("Text\tCtrl+T")};
@@ -537,7 +537,7 @@ std::unique_ptr<QStyleOption> anyOption(Random& random) {
             option.text = texts[number(3)];
         });
     default:
-        return std::make_unique<QStyleOption>();
+        return std::make_shared<QStyleOption>();
     }
 }
 
@@ -550,7 +550,7 @@ void ApplicationStyleTest::survivesAnyOption() {
     const QStyle* style = QApplication::style();
     QImage image = canvasOf(QSize(100, 60), 1, Qt::black);
     for (int step = 0; step < 6000; ++step) {
-        const std::unique_ptr<QStyleOption> option = anyOption(random);
+        const std::shared_ptr<QStyleOption> option = anyOption(random);
         option->rect = QRect(number(40) - 20, number(40) - 20, number(step % 8 ? 120 : 3000),
                              number(step % 8 ? 60 : 3000));
         option->state = QStyle::State(int(random()) & 0x07ffffff);
