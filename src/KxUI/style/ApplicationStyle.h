@@ -55,7 +55,7 @@ public:
     struct CacheStatistics {
         qint64 hits = 0;   ///< times that one was there
         qint64 misses = 0; ///< times that one had to be drawn
-        qint64 bytes = 0;
+        qint64 bytes = 0;  ///< memory of those that are kept
     };
 
     /** For QApplication::setStyle(), which takes it; or for a single widget. */
@@ -88,6 +88,7 @@ public:
     using QProxyStyle::polish;
     using QProxyStyle::unpolish;
 
+    /** What QStyle asks of a style; for widgets to call. What it does not draw is Fusion's. */
     void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                        const QWidget* widget = nullptr) const override;
     void drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
@@ -118,6 +119,7 @@ public:
     void unpolish(QApplication* application) override;
 
 Q_SIGNALS:
+    /** animationDuration() is another one now. */
     void animationDurationChanged(int milliseconds);
 
 private:
