@@ -122,8 +122,11 @@ void ApplicationStyle::install(Theme theme) {
     if (!installedStyle())
         QApplication::setStyle(new ApplicationStyle);
     const QPalette colors = palette(theme);
-    if (theme != FromPalette)
+    if (theme != FromPalette) {
         QApplication::setPalette(colors);
+        // Qt 6 tells the widgets later.
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::ApplicationPaletteChange);
+    }
     QToolTip::setPalette(colors);
 }
 
