@@ -16,6 +16,7 @@
 #include <QPicture>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QScrollArea>
 #include <QScrollBar>
 #include <QSlider>
 #include <QSpinBox>
@@ -316,6 +317,10 @@ private slots:
         auto* still = new QLabel(QStringLiteral("Held"));
         column->addWidget(button);
         column->addWidget(still);
+        auto* scroll = new QScrollArea; // an opaque part
+        auto* scrolled = new QLabel(QStringLiteral("Frame"));
+        scroll->setWidget(scrolled);
+        column->addWidget(scroll);
         window.show();
         QMenu menu;
         menu.addAction(QStringLiteral("Open"));
@@ -334,6 +339,8 @@ private slots:
         qApp->removeEventFilter(&counter);
         QCOMPARE(counter.paints.value(&window), 1);
         QCOMPARE(counter.paints.value(button), 1);
+        QCOMPARE(counter.paints.value(scroll->viewport()), 1);
+        QCOMPARE(counter.paints.value(scrolled), 1);
         QCOMPARE(counter.paints.value(&menu), 1);
 
         const QPalette light = ApplicationStyle::palette(ApplicationStyle::Light);

@@ -86,9 +86,11 @@ public:
     OneUpdateEach& operator=(const OneUpdateEach&) = delete;
 
 private:
-    // Not painted along with its window.
+    // Not painted along with its window; Qt leaves out what is opaque, as the parts of panels that
+    // scroll.
     static bool paintsForItself(const QWidget* widget) {
-        return widget->testAttribute(Qt::WA_NativeWindow) || widget->inherits("QOpenGLWidget") ||
+        return widget->autoFillBackground() || widget->testAttribute(Qt::WA_OpaquePaintEvent) ||
+               widget->testAttribute(Qt::WA_NativeWindow) || widget->inherits("QOpenGLWidget") ||
                widget->inherits("QQuickWidget");
     }
 
