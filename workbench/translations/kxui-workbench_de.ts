@@ -333,6 +333,10 @@
         <source>History</source>
         <translation>Verlauf</translation>
     </message>
+    <message>
+        <source>Search edits</source>
+        <translation>Änderungen suchen</translation>
+    </message>
 </context>
 <context>
     <name>Kestrel::Workbench::MainWindow</name>
@@ -609,6 +613,10 @@
     <message>
         <source>, </source>
         <translation>, </translation>
+    </message>
+    <message>
+        <source>Search names</source>
+        <translation>Namen suchen</translation>
     </message>
 </context>
 <context>
