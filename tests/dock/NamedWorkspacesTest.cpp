@@ -191,7 +191,7 @@ private Q_SLOTS:
         const auto done = std::make_shared<QSemaphore>();
         int told = 0;
         const auto answer = [&told](const FileQueue::Outcome& outcome) {
-            told += outcome.names.size();
+            told += int(outcome.names.size());
         };
         const auto hang = [gate, done] {
             gate->acquire();
