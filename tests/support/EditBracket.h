@@ -190,6 +190,8 @@ private:
                                      QStringLiteral("the start did not come back"));
             m_edited.move(*widget, 2);
             m_edited.release(*widget);
+            if (way == 1)
+                QTest::mouseRelease(widget.get(), Qt::RightButton, {}, widget->rect().center());
             if (!right || !told(log, "SE+R") ||
                 !check(m_edited.value(*widget) == start, QStringLiteral("moved on")))
                 return false;

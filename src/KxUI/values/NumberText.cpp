@@ -69,9 +69,25 @@ public:
             else
                 *to++ = c == '.' ? QChar(notation.point) : QLatin1Char(c);
         }
-        if (notation.minus.size() != 1 || notation.minus.front() != QLatin1Char('-'))
-            text.replace(QLatin1Char('-'), notation.minus);
+        if (notation.minus == QLatin1String("-"))
+            return text;
+        // Backwards: the sign of a number may be longer than the one character that it is here. An
+        // exponent's has no marks of writing direction, which would part it from its number.
+        const int e = int(text.lastIndexOf(QLatin1Char('e')));
+        if (e >= 0)
+            text.replace(e, int(text.size()) - e,
+                         text.mid(e).replace(QLatin1Char('-'), sign(notation)));
+        if (text.startsWith(QLatin1Char('-')))
+            text.replace(0, 1, notation.minus);
         return text;
+    }
+
+    static QString sign(const NumberNotation& notation) {
+        for (const QChar c : notation.minus) {
+            if (c.category() != QChar::Other_Format)
+                return c;
+        }
+        return QStringLiteral("-");
     }
 
 private:
