@@ -271,16 +271,17 @@ void DoubleSpinBox::setMixed(bool mixed) {
 }
 
 QLabel* DoubleSpinBox::label() const {
-    return d->label;
+    return qobject_cast<QLabel*>(d->label.data());
 }
 
 void DoubleSpinBox::setLabel(QLabel* label) {
     KXUI_INTERFACE_THREAD(this);
-    if (label == d->label)
+    QLabel* const old = this->label();
+    if (label == old)
         return;
-    if (d->label) {
-        d->label->removeEventFilter(this);
-        d->label->unsetCursor();
+    if (old) {
+        old->removeEventFilter(this);
+        old->unsetCursor();
     }
     d->label = label;
     if (!label)

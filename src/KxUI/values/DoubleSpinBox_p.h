@@ -115,7 +115,8 @@ public:
     bool pasteValue();
 
     // Mouse.
-    QPointer<QLabel> label;
+    /** Kept as what it is to its end: the last events come when it is no label any more. */
+    QPointer<QObject> label;
     /** A button went down; `arrow` is that of the arrows which it is on. */
     bool press(const QMouseEvent& event, QStyle::SubControl arrow = QStyle::SC_None);
     bool move(const QMouseEvent& event);
