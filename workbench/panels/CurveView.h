@@ -21,8 +21,8 @@ namespace Kestrel::Workbench {
     click puts a knot back on the identity line. The right button opens a menu.
 
     Keys: Tab and Backtab select the next and the previous knot, then leave the view; the arrows
-   move the selected knot by a hundredth, with Shift by a tenth; Home puts it back on the identity
-   line; Delete and Backspace delete it; Insert adds one behind it; Escape takes a drag back.
+    move the selected knot by a hundredth, with Shift by a tenth; Home puts it back on the identity
+    line; Delete and Backspace delete it; Insert adds one behind it; Escape takes a drag back.
 
     An edit is what happens from `editStarted` up to `editFinished`: one step to undo, or none. */
 class CurveView : public QWidget {
@@ -67,7 +67,7 @@ signals:
     void curveEdited(const Kestrel::UI::Curve& curve, const QString& what);
 
     /** The edit is over: the release of the mouse or the key, or at once for a command. Not
-       accepted: the curve is what it was before, and `curveEdited` said so. */
+        accepted: the curve is what it was before, and `curveEdited` said so. */
     void editFinished(bool accepted);
 
 protected:

@@ -25,7 +25,7 @@ class CurveView;
 class Session;
 
 /** Grades the open sequence: gain on a wheel, exposure, curves, and a preview of what YCbCr keeps
-   of the picture. Every edit is a step of the shared history. */
+    of the picture. Every edit is a step of the shared history. */
 class GradePanel : public QWidget {
     Q_OBJECT
 

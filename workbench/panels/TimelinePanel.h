@@ -15,7 +15,7 @@ class Session;
 class TransportRow;
 
 /** The timeline of a session: the slider with a bar of the decoded frames and one of the frames
-   that have no file, and the transport controls under it. */
+    that have no file, and the transport controls under it. */
 class TimelinePanel : public QWidget {
     Q_OBJECT
 

@@ -12,7 +12,7 @@ namespace Kestrel::Workbench {
 class Session;
 
 /** The controls under the timeline: notation, transport buttons round the time field, frame skip
-   and jog wheel, wired to a session's player and navigator. */
+    and jog wheel, wired to a session's player and navigator. */
 class TransportRow : public QWidget {
     Q_OBJECT
 

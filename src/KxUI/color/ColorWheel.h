@@ -197,12 +197,12 @@ public Q_SLOTS:
 
 Q_SIGNALS:
     /** The user begins to change the colour. Always followed by one editFinished(), unless the
-       wheel is deleted. */
+        wheel is deleted. */
     void editStarted();
     /** The user changed the colour; after hsvChanged(). */
     void valueEdited(const QVector3D& hsv);
     /** The edit is over. Not accepted: it was taken back, the colour is what it was at
-       editStarted(), and valueEdited() said so before. */
+        editStarted(), and valueEdited() said so before. */
     void editFinished(bool accepted);
 
     /** Sent in pairs around all that the user does: a drag, also one that pans or zooms, a double
@@ -221,7 +221,7 @@ Q_SIGNALS:
     void hsvChanged(float hue, float saturation, float value);
 
     /** Something became another one, by whomever; sent after it did. `viewChanged` tells of zoom
-       and pan. */
+        and pan. */
     void colorChanged();
     void ringValueChanged(float value);
     void viewChanged();

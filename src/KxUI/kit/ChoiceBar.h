@@ -17,9 +17,9 @@ class ChoiceBarPrivate;
     among them.
 
     One tab stop. Left and Right, Home and End choose; where the bar is not exclusive, they only
-   move and Space chooses. Space or Down opens the menu where the keyboard is in it. Alt with a
-   choice's letter chooses it. Each choice is an edit that is complete at once: editStarted(),
-   valueEdited() and editFinished() follow each other. Interface thread. */
+    move and Space chooses. Space or Down opens the menu where the keyboard is in it. Alt with a
+    choice's letter chooses it. Each choice is an edit that is complete at once: editStarted(),
+    valueEdited() and editFinished() follow each other. Interface thread. */
 class KXUI_EXPORT ChoiceBar : public QWidget, public Choices {
     Q_OBJECT
     Q_PROPERTY(int currentIndex READ currentIndex WRITE setCurrentIndex NOTIFY currentIndexChanged

@@ -18,8 +18,8 @@ class ChoiceButtonPrivate;
 
     Up and Down, Home and End and the mouse wheel choose without the menu; Space, Return, F4 and
     Alt with Down open it. The wheel acts as wheelPolicy() says. A choice by the mouse is an edit by
-   itself; a held key, or a run of notches, is one until it ends, which Escape takes back. Interface
-   thread. */
+    itself; a held key, or a run of notches, is one until it ends, which Escape takes back.
+    Interface thread. */
 class KXUI_EXPORT ChoiceButton : public QToolButton, public Choices {
     Q_OBJECT
     Q_PROPERTY(int currentIndex READ currentIndex WRITE setCurrentIndex NOTIFY currentIndexChanged

@@ -58,7 +58,7 @@ public:
     int findChoice(const QVariant& data) const;
 
     /** The choice that is on; -1 for none, as at first. The first one that is on where the choice
-       is not exclusive. Setting leaves only that one on, and none for -1. */
+        is not exclusive. Setting leaves only that one on, and none for -1. */
     int currentIndex() const;
     void setCurrentIndex(int index);
     /** The data of the current one. */

@@ -39,7 +39,7 @@ public:
     void change(const std::function<void(ChoiceList&)>& change);
 
     /** The user chose: an edit by itself, or a part of the one by the key or the wheel that goes
-       on. A choice that is on already is told as chosen, but is no edit. */
+        on. A choice that is on already is told as chosen, but is no edit. */
     void choose(int index);
     /** The same by a key, which may repeat. */
     void chooseByKey(int index, const QKeyEvent& event);

@@ -12,14 +12,14 @@ namespace Kestrel::UI {
 class DisclosurePrivate;
 
 /** A section of a panel that folds: a header, and below it a content that is there while the
-   section is open. The header shows a title, a check box if it is checkable, a dot if something
-   inside is not at its default, what the host summarizes while it is closed, and the host's own
-   widgets.
+    section is open. The header shows a title, a check box if it is checkable, a dot if something
+    inside is not at its default, what the host summarizes while it is closed, and the host's own
+    widgets.
 
     A click on the header opens and closes; with Alt all of the group. Keys on the header: Space and
     Return open and close, Right opens, Left closes (the other way from right to left), Up and Down
-   go to the header before and after in the group, `*` is a click with Alt, Control with Space
-   switches the check box. The letter after `&` in the title opens and closes, too.
+    go to the header before and after in the group, `*` is a click with Alt, Control with Space
+    switches the check box. The letter after `&` in the title opens and closes, too.
 
     Opening is animated as long as the style lets widgets do so: the content has its final size from
     the begin and comes into sight from below the header. Closed at first.
@@ -70,14 +70,14 @@ public:
     void setModified(bool modified);
 
     /** Takes the content and deletes the one before; null for none. Its vertical size policy
-       decides whether an open section grows. */
+        decides whether an open section grows. */
     void setContent(QWidget* content);
     /** The content; null while there is none, also one that the factory has not made yet. */
     QWidget* content() const;
     /** Gives the content to the caller, hidden and without a parent. */
     QWidget* takeContent();
     /** Has the content made at the first opening, or at once where it is open. What the factory
-       gives is taken. It replaces an earlier factory, and is forgotten by setContent(). */
+        gives is taken. It replaces an earlier factory, and is forgotten by setContent(). */
     void setContentFactory(ContentFactory factory);
 
     /** Takes a widget, a button to reset for example, to the end of the header. Null is ignored. */
@@ -92,7 +92,7 @@ public:
     void setExclusiveGroup(bool exclusive);
 
     /** Under which key AppSettings remembers whether it is open; empty, as at first, for not at
-       all. Setting one opens or closes as remembered, if it is. */
+        all. Setting one opens or closes as remembered, if it is. */
     QString settingsKey() const;
     void setSettingsKey(const QString& key);
 

@@ -44,7 +44,7 @@ QString pathOf(const QString& key) {
 }
 
 /** Puts what the Tab key reaches in a widget behind another one. What comes to
-   a window late would be reached last. */
+    a window late would be reached last. */
 void chainBehind(QWidget* before, QWidget* root) {
     QVector<QWidget*> own;
     QWidget* widget = root;

@@ -13,7 +13,7 @@ namespace Kestrel::UI {
 class KXUI_EXPORT PropertyParameter : public IParameter {
 public:
     /** The object is borrowed. Where it is null, goes away or has no such property, the parameter
-       has no value, refuses every one and is not enabled. Dynamic properties count, too. */
+        has no value, refuses every one and is not enabled. Dynamic properties count, too. */
     PropertyParameter(QObject* object, const QByteArray& property);
     ~PropertyParameter() override;
 

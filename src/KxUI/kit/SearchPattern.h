@@ -10,8 +10,8 @@
 namespace Kestrel::UI {
 
 /** What somebody searches for: words, of which every one must be in a text, in any order and
-   written in capitals or not. Words between two quotation marks belong together. A plain value:
-   made once and then asked of every row. Any thread. */
+    written in capitals or not. Words between two quotation marks belong together. A plain value:
+    made once and then asked of every row. Any thread. */
 class KXUI_EXPORT SearchPattern {
 public:
     /** A part of a text, in QChars. */
@@ -36,7 +36,7 @@ public:
     bool matches(const QString& text) const;
 
     /** Every place of every word, in the order of the text; those that overlap or touch are one.
-       None where the text does not match. */
+        None where the text does not match. */
     QVector<Range> ranges(const QString& text) const;
 
 private:

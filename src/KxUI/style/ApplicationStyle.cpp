@@ -59,7 +59,7 @@ double dotsPerInch(const QStyleOption* option, const QWidget* widget) {
 
 /** Holds back the updates of all widgets and updates each window once instead. When the palette
     changes, Qt updates every widget for itself; and a window that is updated along with widgets on
-   it is painted twice. */
+    it is painted twice. */
 class OneUpdateEach {
 public:
     OneUpdateEach() {

@@ -13,14 +13,14 @@ namespace Kestrel::UI {
 class ApplicationStylePrivate;
 
 /** The look of the library: flat, neutral, and in whatever palette it is given. What it does not
-   draw itself is drawn by Qt's Fusion, in the same palette.
+    draw itself is drawn by Qt's Fusion, in the same palette.
 
     Neutral means that greys are greys: beside a picture nothing is tinted. The palette's highlight
     shows where the focus is, what is selected and what is checked, and nowhere else. Style sheets
-   of a host go on working on top of it.
+    of a host go on working on top of it.
 
     Shapes are drawn once, kept as small textures for all widgets, and copied; texts without
-   mnemonics are laid out once. Another palette is seen at the next paint, widget by widget.
+    mnemonics are laid out once. Another palette is seen at the next paint, widget by widget.
 
     Interface thread. */
 class KXUI_EXPORT ApplicationStyle : public QProxyStyle {

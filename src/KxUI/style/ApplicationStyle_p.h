@@ -22,7 +22,7 @@ struct StyleCaches {
 };
 
 /** Draws one control: elements in the colours of an option's palette, in pixels of the device. As
-   long as it lives, nothing else may be drawn with the painter. */
+    long as it lives, nothing else may be drawn with the painter. */
 class StyleCanvas {
 public:
     StyleCanvas(QPainter* painter, StyleCaches& caches, const QStyleOption& option);

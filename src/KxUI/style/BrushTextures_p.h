@@ -14,7 +14,7 @@ namespace Kestrel::UI {
 bool copiesPixels(const QPainter* painter);
 
 /** A painter for as long as it draws in the pixels of its device. Where it can not, being rotated
-   or printing, it stays as it is and isExact() is false. */
+    or printing, it stays as it is and isExact() is false. */
 class PixelSpace {
 public:
     explicit PixelSpace(QPainter* painter);
@@ -41,7 +41,7 @@ private:
 };
 
 /** The textures of the style: small pictures of bevels and marks that are drawn once and then
-   copied to where they are needed. Interface thread. */
+    copied to where they are needed. Interface thread. */
 class BrushTextures {
 public:
     static constexpr std::int64_t StandardLimit = 8 << 20; // bytes

@@ -41,7 +41,7 @@ struct Shades {
 Shades shadesOf(const QPalette& palette, QPalette::ColorGroup group);
 
 /** Remembers shades: by the palette's key where that is known, else by its colours, so that a
-   palette which is set up anew for each paint costs no more than looking at its colours. */
+    palette which is set up anew for each paint costs no more than looking at its colours. */
 class ShadesTable {
 public:
     /** Valid until the next call. */

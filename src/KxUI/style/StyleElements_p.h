@@ -102,7 +102,7 @@ struct TextureShape {
 };
 
 /** The height of the row that an element of `height` pixels of the device is drawn by; 0 where it
-   is drawn by a frame. */
+    is drawn by a frame. */
 int textureExtent(StyleElement element, int height, double ratio);
 
 /** The texture for a bevel in a row of that height. */

@@ -13,13 +13,13 @@ class IParameter;
 } // namespace Kestrel::UI
 
 /** A slider over frames with a field and two buttons that step, for a parameter of the host. It
-   stands in the global namespace, where older panels look for it. Frames run from left to right,
-   whatever the layout direction is, as on a timeline.
+    stands in the global namespace, where older panels look for it. Frames run from left to right,
+    whatever the layout direction is, as on a timeline.
 
     The slider has the mouse and the keys of Kestrel::UI::LinearSlider; Control+Left and
-   Control+Right go to the parameter's keys before and after the frame, where it has any. While a
-   button is down it steps again and again. What is typed is limited to the range. The frame that a
-   host sets stays as it is, also outside the range. Interface thread. */
+    Control+Right go to the parameter's keys before and after the frame, where it has any. While a
+    button is down it steps again and again. What is typed is limited to the range. The frame that a
+    host sets stays as it is, also outside the range. Interface thread. */
 class KXUI_EXPORT FrameSlider : public QWidget {
     Q_OBJECT
     Q_PROPERTY(int frame READ frame WRITE setFrame NOTIFY frameChanged USER true)
@@ -52,15 +52,15 @@ public:
     void setStep(int frames);
 
     /** Shows the parameter's value, range and enabled state, now and whenever they change, and
-       writes what the user edits into it: rounded to frames, at most once in a turn of the event
-       loop, and between its beginEdit() and endEdit(). What it answers wins: one that limits a
-       value is shown limited, one that refuses it is shown as it was. Borrowed; null for none. One
-       that goes away is let go. An edit that is under way ends. */
+        writes what the user edits into it: rounded to frames, at most once in a turn of the event
+        loop, and between its beginEdit() and endEdit(). What it answers wins: one that limits a
+        value is shown limited, one that refuses it is shown as it was. Borrowed; null for none. One
+        that goes away is let go. An edit that is under way ends. */
     void setParameter(Kestrel::UI::IParameter* parameter);
     Kestrel::UI::IParameter* parameter() const;
 
     /** Whether the parameter is written to while the user drags; true at first. Else only when the
-       edit is over, for hosts that are slow to follow. */
+        edit is over, for hosts that are slow to follow. */
     void setTracking(bool live);
     bool hasTracking() const;
 

@@ -13,8 +13,8 @@ namespace Kestrel::UI {
     Beside the mouse: Left and Down, Right and Up count by 1, Page Up and Page Down by 10, Home and
     End go to the limits, and a notch of the mouse wheel counts by 1. Escape, or the right button
     while another one drags, goes back to the value that the drag began at. What the user does is
-   told as one edit from the first change to the release of the button or key, or half a second
-   after the last notch. Interface thread. */
+    told as one edit from the first change to the release of the button or key, or half a second
+    after the last notch. Interface thread. */
 class KXUI_EXPORT JogWheel : public QWidget {
     Q_OBJECT
     Q_PROPERTY(int value READ value WRITE setValue NOTIFY valueChanged USER true)
@@ -63,7 +63,7 @@ Q_SIGNALS:
     /** The user changed the value. */
     void valueEdited(int value);
     /** The edit is over. Not accepted: it was taken back, the value is what it was at
-       editStarted(), and valueEdited() said so before. */
+        editStarted(), and valueEdited() said so before. */
     void editFinished(bool accepted);
     /** The limits became other ones; before the value that they limit. */
     void rangeChanged(int minimum, int maximum);

@@ -77,7 +77,7 @@ private:
     command meanwhile, or a project is removed, the edit is taken back first.
 
     A widget's editStarted() begins, valueEdited() changes and editFinished() finishes it. The
-   object serves one edit after another. `T` is copied, and compared by ==. Interface thread. */
+    object serves one edit after another. `T` is copied, and compared by ==. Interface thread. */
 template <class T>
 class ValueEdit final : public ValueEditBase {
 public:

@@ -15,7 +15,7 @@ namespace Kestrel::UI {
 class DoubleSpinBoxPrivate;
 
 /** A number that is typed, stepped or dragged. The value is a double that is kept as it was set;
-   how many decimals are shown never changes it.
+    how many decimals are shown never changes it.
 
     Typing: a number in the user's locale or with a point; an expression of + - * / ^ and
     parentheses, functions (abs min max floor ceil round sqrt exp ln log10 log2 sin cos tan asin

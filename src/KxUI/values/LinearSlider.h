@@ -14,19 +14,19 @@ class LinearSliderPrivate;
 
 /** A slider over real values, with ticks and labels where wanted. Values are doubles and nothing is
     rounded but at snap points and on a grid(). A value outside the range that the host sets stays
-   as it is: the handle stands at that end with an arrow on it, and only what the user does lies
-   within the range.
+    as it is: the handle stands at that end with an arrow on it, and only what the user does lies
+    within the range.
 
     Mouse: a press on the groove brings the handle there, or steps towards it, as pressMode() says;
     the middle button always brings it. A drag goes ten times as far with Shift, a tenth with
-   Control, a hundredth with both; a press with one of them moves nothing by itself. Within 6 pixels
-   of the default value, a long tick, the centre or one of snapPoints() the value goes there, and
-   leaves it 12 pixels away; not with Control, and the other way round with Alt, or after S, while
-   dragging. A double click on the handle goes to the default value.
+    Control, a hundredth with both; a press with one of them moves nothing by itself. Within 6
+    pixels of the default value, a long tick, the centre or one of snapPoints() the value goes
+    there, and leaves it 12 pixels away; not with Control, and the other way round with Alt, or
+    after S, while dragging. A double click on the handle goes to the default value.
 
     Keys: arrows change the value by singleStep(), Page Up and Page Down by pageStep(), both with
-   the factors above; Home and End go to the ends, Backspace and Delete to the default value. A
-   digit, a sign, a point or F2 opens a field for the exact number. Interface thread. */
+    the factors above; Home and End go to the ends, Backspace and Delete to the default value. A
+    digit, a sign, a point or F2 opens a field for the exact number. Interface thread. */
 class KXUI_EXPORT LinearSlider : public QWidget {
     Q_OBJECT
     Q_PROPERTY(double value READ value WRITE setValue NOTIFY valueChanged USER true)
@@ -87,7 +87,7 @@ public:
     void setPageStep(double step);
 
     /** The user gets to multiples of this only, and ticks are no closer; 1 for whole numbers. 0, as
-       at first: to every value. The ends can be reached always. */
+        at first: to every value. The ends can be reached always. */
     double grid() const;
     void setGrid(double grid);
 
@@ -115,7 +115,7 @@ public:
     void setCentre(double value);
 
     /** What stands behind the value where it is told: in the field for an exact number and to
-       assistive technology. Empty at first. */
+        assistive technology. Empty at first. */
     QString suffix() const;
     void setSuffix(const QString& suffix);
 
@@ -146,7 +146,7 @@ public Q_SLOTS:
     /** Ends an edit as Escape does; nothing without one. */
     void cancelEdit();
     /** Opens the field for an exact number over the handle, as F2 does: one edit, limited to the
-       range. Return takes the number, and so does a press elsewhere; Escape closes. */
+        range. Return takes the number, and so does a press elsewhere; Escape closes. */
     void editNumber();
 
 Q_SIGNALS:

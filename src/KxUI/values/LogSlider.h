@@ -13,8 +13,8 @@ class LogSliderAccessible;
 class LogSliderPrivate;
 
 /** A slider over several decades: its whole positions stand for real values on a base-10
-   logarithmic scale between two powers of ten. Decade ticks are drawn on one side of the groove and
-   labels on the other. Call setRealRange() before anything that reads or writes a real value.
+    logarithmic scale between two powers of ten. Decade ticks are drawn on one side of the groove
+    and labels on the other. Call setRealRange() before anything that reads or writes a real value.
 
     Escape, or the right button pressed while the left one is down, takes back what was done since
     that was pressed. What the user does is told as one edit from the first change to the release of
@@ -89,12 +89,12 @@ Q_SIGNALS:
     /** Whether ticks are drawn, their colours or the size of their labels changed. */
     void ticksChanged();
     /** The user begins to change the value. Always followed by one editFinished(), unless the
-       slider is deleted. */
+        slider is deleted. */
     void editStarted();
     /** The user changed the value; the property realValue. */
     void valueEdited(double value);
     /** The edit is over. Not accepted: it was taken back, the value is what it was at
-       editStarted(), and valueEdited() said so before. */
+        editStarted(), and valueEdited() said so before. */
     void editFinished(bool accepted);
 
 protected:

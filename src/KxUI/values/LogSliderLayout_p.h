@@ -33,7 +33,7 @@ struct LogSliderMark {
 };
 
 /** A label as it is drawn: on a vertical slider by a painter turned clockwise by 90 degrees, whose
-   x runs down and whose y runs from right to left. */
+    x runs down and whose y runs from right to left. */
 struct LogSliderLabel {
     QRect room; ///< as wide as the text
     QString text;

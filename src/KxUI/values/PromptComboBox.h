@@ -38,7 +38,7 @@ public:
     void setPrompt(const QString& prompt);
 
     /** `PromptUntilChosen` at first. With `PromptAgain` arrow keys and letters open the list, the
-       wheel does nothing, and a choice is no edit of a value: only chosen() tells of it. */
+        wheel does nothing, and a choice is no edit of a value: only chosen() tells of it. */
     Behaviour behaviour() const;
     void setBehaviour(Behaviour behaviour);
 

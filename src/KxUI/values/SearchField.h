@@ -12,11 +12,11 @@ class QMenu;
 namespace Kestrel::UI {
 
 /** A field for what to search for. It waits until typing pauses before it tells its text; Return
-   and the arrow keys tell it at once, and so does an empty text.
+    and the arrow keys tell it at once, and so does an empty text.
 
     Keys: Return and F3 ask for the next result, with Shift for the previous one; Down and Up go to
-   the results; Alt+Down opens the menu of the magnifier. Escape clears the field, which undo brings
-   back; in an empty field it is left to the window. Return does not reach the window.
+    the results; Alt+Down opens the menu of the magnifier. Escape clears the field, which undo
+    brings back; in an empty field it is left to the window. Return does not reach the window.
     Kestrel::UI::SearchPattern finds what was typed in the host's texts. Interface thread. */
 class KXUI_EXPORT SearchField : public QLineEdit {
     Q_OBJECT
@@ -31,12 +31,12 @@ public:
     ~SearchField() override;
 
     /** How long a text rests until it is told, in milliseconds; with 0 every change is told by the
-       next turn of the event loop. Negative ones are 0. */
+        next turn of the event loop. Negative ones are 0. */
     int delay() const;
     void setDelay(int milliseconds);
 
     /** Whether texts that were used (by Return, F3, the arrow keys or leaving the field) are
-       offered in the menu of the magnifier. */
+        offered in the menu of the magnifier. */
     bool isHistoryEnabled() const;
     void setHistoryEnabled(bool enabled);
     /** These texts, the newest first, at most 20; what is empty or twice is left out. */
@@ -44,7 +44,7 @@ public:
     void setHistory(const QStringList& texts);
 
     /** Shows at the end of the field which of how many results is the present one, counted from 1,
-       or with 0 only how many there are. A negative count shows nothing. */
+        or with 0 only how many there are. A negative count shows nothing. */
     void setMatches(int current, int count);
 
     /** What else the menu of the magnifier offers, as whether capitals count. Borrowed; null for

@@ -22,7 +22,7 @@ public:
     void setDelay(int milliseconds);
 
     /** The user changed the text. It is told after the delay; one that became empty with the next
-       turn of the event loop. */
+        turn of the event loop. */
     void edited(const QString& text);
     const QString& text() const { return m_text; }
     /** The host set it: it counts as told, unless edited() says right after that it was the user.

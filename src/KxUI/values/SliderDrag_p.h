@@ -25,7 +25,7 @@ struct SliderInput {
 /** The drag of a slider's handle. At the plain factor the handle stays under the mouse, also after
     the mouse was beyond an end; at others it follows relatively and turns back at once. Another
     factor takes a new start from where both are, so the value never jumps. Answers with the value
-   to show, or nothing where that is as it was. */
+    to show, or nothing where that is as it was. */
 class SliderDrag {
 public:
     /** Pixels from a snap point at which the value goes there, and at which it leaves again. */

@@ -9,7 +9,7 @@ namespace Kestrel::UI {
 class DoubleSpinBox;
 
 /** The field for an exact number that opens over the handle of a slider. Return takes the number,
-   and so does a press elsewhere; Escape closes. Deletes itself when it is closed. */
+    and so does a press elsewhere; Escape closes. Deletes itself when it is closed. */
 class SliderEntry : public QFrame {
     Q_OBJECT
 

@@ -24,7 +24,7 @@ struct SliderScale {
 };
 
 /** 1, 2 or 5 times a power of ten. Multiples are the doubles that are nearest to them, so that
-   three steps of 0.1 are 0.3. */
+    three steps of 0.1 are 0.3. */
 struct NiceStep {
     int digit = 1;
     int exponent = 0;
