@@ -1,6 +1,7 @@
 #include <support/TestRegistry.h>
 
 #include <KxUI/time/TimeSliderGeometry_p.h>
+#include <KxUI/time/TimeSliderLabels_p.h>
 
 #include <QtTest>
 

@@ -6,6 +6,7 @@
 #include <KxUI/eventgraph/IEventGraphTimer.h>
 
 #include <algorithm>
+#include <utility>
 
 namespace Kestrel::UI {
 namespace {
@@ -72,7 +73,7 @@ EventTrack& EventTrack::operator=(const EventTrack& other) {
         return *this;
     Dropped dropped;
     const MutexGuard guard(profilerMutex());
-    d->events.takeAll(dropped);
+    dropped.add(std::exchange(d->events, {}));
     d->copyFrom(*other.d);
     return *this;
 }
@@ -226,7 +227,7 @@ void EventTrack::clear() {
 }
 
 void EventTrackPrivate::clear(const CaptureState* in, Dropped& dropped) {
-    events.takeAll(dropped);
+    dropped.add(std::exchange(events, {}));
     contentReplaced();
     if (in && in->durationSeconds == EventGraphView::unlimitedDuration) {
         eventLimit = std::max(options.maxEvents, 0);

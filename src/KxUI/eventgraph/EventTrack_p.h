@@ -20,6 +20,8 @@ public:
         else
             more().userData.push_back(std::move(userData));
     }
+    /** All events of a track as they are: their blocks are not touched while others wait. */
+    void add(EventTrack::EventList&& events) { more().lists.push_back(std::move(events)); }
     void push_back(EventTrack::EventList::Block&& block) {
         more().blocks.push_back(std::move(block));
     }
@@ -27,6 +29,7 @@ public:
 private:
     struct More {
         std::vector<EventUserDataIP> userData;
+        std::vector<EventTrack::EventList> lists;
         std::vector<EventTrack::EventList::Block> blocks;
     };
     More& more() {

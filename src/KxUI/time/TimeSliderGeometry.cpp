@@ -136,47 +136,4 @@ TimeSliderTicks TimeSliderTicks::plan(const TimeSliderGeometry& geometry) {
     return ticks;
 }
 
-TimeSliderLabels::TimeSliderLabels(const TimeSliderGeometry& geometry, int firstWidth,
-                                   int lastWidth)
-    : m_width(geometry.width)
-    , m_firstWidth(firstWidth)
-    , m_lastWidth(lastWidth)
-    , m_taken(firstWidth) {}
-
-bool TimeSliderLabels::lastFits() const {
-    return m_firstWidth + Gap + m_lastWidth <= m_width;
-}
-
-bool TimeSliderLabels::take(int x, int labelWidth) {
-    constexpr int margin = TimeSliderGeometry::Margin;
-    const int half = (labelWidth + 1) / 2;
-    if (x <= 2 * margin + half + m_firstWidth || x >= m_width - 2 * margin - half - m_lastWidth)
-        return false;
-    if (x - half < m_taken + Gap)
-        return false;
-    m_taken = x + half;
-    return true;
-}
-
-TimeSliderMarkLabels TimeSliderMarkLabels::plan(int width, const std::optional<Mark>& in,
-                                                const std::optional<Mark>& out) {
-    TimeSliderMarkLabels labels;
-    int inEnd = in ? in->x : -1;
-    if (in) {
-        const bool hasRoom = in->x - in->labelWidth - Gap >= 0;
-        const int x = hasRoom ? in->x - in->labelWidth - Gap : in->x + Gap;
-        if (hasRoom || x + in->labelWidth < (out ? out->x : width)) {
-            labels.in = x;
-            inEnd = std::max(inEnd, x + in->labelWidth);
-        }
-    }
-    if (out) {
-        const bool hasRoom = out->x + Gap + out->labelWidth <= width;
-        const int x = hasRoom ? out->x + Gap : out->x - out->labelWidth - Gap;
-        if (hasRoom || x > inEnd + 1)
-            labels.out = x;
-    }
-    return labels;
-}
-
 } // namespace Kestrel::UI

@@ -3,6 +3,7 @@
 #include <KxUI/time/TimeFormatter.h>
 #include <KxUI/time/TimeGlyphs_p.h>
 #include <KxUI/time/TimeSliderColors_p.h>
+#include <KxUI/time/TimeSliderLabels_p.h>
 
 #include <QPainter>
 #include <QRegion>
