@@ -18,7 +18,7 @@ constexpr int Sample = 400;       // long enough for every style's handle
 } // namespace
 
 void paintBeyond(QPainter& painter, const QRectF& area, Qt::Orientation orientation, double towards,
-                 const QColor& color) {
+                 const QPalette& palette) {
     constexpr double Half = 2.5;
     const QPointF middle = area.center();
     const auto at = [&](double along, double across) {
@@ -29,8 +29,9 @@ void paintBeyond(QPainter& painter, const QRectF& area, Qt::Orientation orientat
                                at(-towards * Half, Half)};
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(color);
+    // The edge tells it from a handle of the same colour, which styles have.
+    painter.setPen(QPen(palette.color(QPalette::Button), 1.0));
+    painter.setBrush(palette.color(QPalette::ButtonText));
     painter.drawPolygon(corners, 3);
     painter.restore();
 }
@@ -179,8 +180,7 @@ void LinearSliderLook::paintHandle(QPainter& painter, const QStyleOptionSlider& 
 void LinearSliderLook::paintSide(QPainter& painter) {
     if (side() != 0)
         paintBeyond(painter, geometry().handle(value), orientation,
-                    (side() > 0) == isForward() ? 1.0 : -1.0,
-                    q->palette().color(QPalette::ButtonText));
+                    (side() > 0) == isForward() ? 1.0 : -1.0, q->palette());
 }
 
 void LinearSliderLook::paintTicks(QPainter& painter, const QRect& exposed) {

@@ -29,6 +29,6 @@ private:
 /** A small triangle that says that a value lies beyond an end: in the middle of `area`, its tip
     where `towards` points, 1 or -1 along x, or along y if vertical. */
 void paintBeyond(QPainter& painter, const QRectF& area, Qt::Orientation orientation, double towards,
-                 const QColor& color);
+                 const QPalette& palette);
 
 } // namespace Kestrel::UI
