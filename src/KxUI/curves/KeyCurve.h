@@ -5,6 +5,8 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <string>
+#include <string_view>
 #include <vector>
 
 namespace Kestrel::UI {
@@ -151,6 +153,20 @@ public:
     Beyond after() const noexcept;
     /** Chooses both; `Hold` at first. */
     void setBeyond(Beyond before, Beyond after);
+
+    /** The curve as text, from which setText() makes the same one to the last bit, selection
+        included. A natural key is written as a knot of `Curve` is, so that the text of either can be
+        read by the other; what is more than that follows in words, in this order where it is there:
+
+            (0, 0, monotone), (0.5, 0.6, free, in -1, out 2, broken, selected), (1, 1) after repeat
+
+        No keys are "()". Numbers are as short as possible, in the classic locale. */
+    std::string text() const;
+
+    /** Makes the curve what text() says, or any text of that kind: words in any order, spaces and
+        line ends between all parts. Keys without a word for their shape are `Natural`. False, and
+        the curve as it was, for any other text, and for numbers that no key takes. */
+    bool setText(std::string_view text);
 
     /** The same keys, selection apart, and the same beyond. */
     bool operator==(const KeyCurve& other) const noexcept;
