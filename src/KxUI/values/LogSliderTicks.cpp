@@ -31,14 +31,9 @@ int LogScale::tickPosition(double value, int origin, int length) const {
     return static_cast<int>((positionOf(value) - first) / (last - first) * length) + origin;
 }
 
-DecadeFlags preprocessTicks(const DecadeFlags& flags, const LogScale& scale, int length,
-                            int spacing) {
-    const double unit = std::pow(10.0, scale.minExp);
-    std::array<int, 11> pixel{};
-    for (int tick = 1; tick <= 10; ++tick)
-        pixel[static_cast<std::size_t>(tick)] = scale.tickPosition(tick * unit, 0, length);
+DecadeFlags thinnedDecade(const DecadeFlags& flags, const DecadePixels& pixels, double spacing) {
     const auto apart = [&](std::size_t a, std::size_t b) {
-        return std::abs(pixel[a] - pixel[b]) > spacing;
+        return std::abs(pixels[a - 1] - pixels[b - 1]) > spacing;
     };
 
     DecadeFlags kept{};
@@ -61,6 +56,15 @@ DecadeFlags preprocessTicks(const DecadeFlags& flags, const LogScale& scale, int
             keep(9, apart(8, 10));
     }
     return kept;
+}
+
+DecadeFlags preprocessTicks(const DecadeFlags& flags, const LogScale& scale, int length,
+                            int spacing) {
+    const double unit = std::pow(10.0, scale.minExp);
+    DecadePixels pixels{};
+    for (int tick = 1; tick <= 10; ++tick)
+        pixels[static_cast<std::size_t>(tick - 1)] = scale.tickPosition(tick * unit, 0, length);
+    return thinnedDecade(flags, pixels, spacing);
 }
 
 std::vector<LogTick> planTicks(const LogScale& scale, int origin, int length,

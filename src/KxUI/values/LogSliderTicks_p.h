@@ -26,8 +26,14 @@ struct LogScale {
 /** Which of the ticks 1 to 10 of a decade are kept; [0] is tick 1. */
 using DecadeFlags = std::array<bool, 10>;
 
+/** Where the ticks 1 to 10 of a decade are, in pixels; [0] is tick 1. */
+using DecadePixels = std::array<double, 10>;
+
 /** Keeps those of the set flags that stand more than `spacing` pixels apart, by halving the decade,
-    so that ticks thin out evenly as the groove gets shorter. Ticks 1 and 10 are kept always. */
+    so that ticks thin out evenly as the scale gets shorter. Ticks 1 and 10 are kept always. */
+DecadeFlags thinnedDecade(const DecadeFlags& flags, const DecadePixels& pixels, double spacing);
+
+/** The same for the decades of a slider, which are all as long as the first one. */
 DecadeFlags preprocessTicks(const DecadeFlags& flags, const LogScale& scale, int length,
                             int spacing);
 
