@@ -1,0 +1,252 @@
+#include <KxUI/curveedit/CurveView_p.h>
+
+#include <KxUI/curveedit/CurveOverlays_p.h>
+#include <KxUI/time/TimeFormatter.h>
+#include <KxUI/time/TimeSliderGeometry_p.h>
+#include <KxUI/time/TimeSliderPainter_p.h>
+
+#include <QLocale>
+#include <QPainter>
+
+#include <algorithm>
+#include <cmath>
+
+namespace Kestrel::UI {
+namespace {
+
+constexpr double DisabledOpacity = 0.4;
+constexpr double TickSpacing = 20.0; // pixels, at least
+constexpr double LabelSpacingX = 64.0;
+constexpr double LabelSpacingY = 38.0;
+constexpr double LeastStep = 6.0;
+constexpr double MostFrames = 1e15;
+constexpr double WholeFrame = 1e-6;
+
+QString numberText(QLocale locale, double number, int decimals) {
+    locale.setNumberOptions(locale.numberOptions() | QLocale::OmitGroupSeparator);
+    const double shown = number + 0.0; // no -0
+    return decimals < 0 || std::abs(shown) >= 1e12 ? locale.toString(shown, 'g', 6)
+                                                   : locale.toString(shown, 'f', decimals);
+}
+
+QVector<CurveGridLine> linesOf(const CurveAxis& axis, double labelSpacing, const QLocale& locale) {
+    const CurveTicks ticks = CurveTicks::of(axis, TickSpacing, labelSpacing);
+    QVector<CurveGridLine> lines;
+    for (const CurveTick& tick : ticks.ticks) {
+        const QString label =
+            tick.isLong ? numberText(locale, tick.value, ticks.decimals) : QString();
+        lines.append({tick.pixel, label, tick.isLong});
+    }
+    return lines;
+}
+
+// The ticks that a time slider has over the same frames.
+QVector<CurveGridLine> frameLinesOf(const CurvePlot& plot, const TimeFormatter& formatter) {
+    const auto frame = [](double x) {
+        return TimeSliderTime(static_cast<Base::Time>(std::clamp(x, -MostFrames, MostFrames)));
+    };
+    TimeSliderGeometry geometry;
+    geometry.width = int(plot.rect().width());
+    geometry.height = int(plot.rect().height());
+    // A tick is never before the first time that is visible, so that begins one earlier.
+    geometry.visible = {frame(std::ceil(plot.xAxis().span().low) - 1.0),
+                        frame(std::floor(plot.xAxis().span().high))};
+    QVector<CurveGridLine> lines;
+    if (geometry.visible.length() < 1)
+        return lines;
+    const TimeSliderTicks ticks = TimeSliderTicks::plan(geometry);
+    ticks.forEach(geometry.visible, [&](Base::Time time, TimeSliderTicks::Kind kind) {
+        const double x = plot.toX(static_cast<double>(time));
+        if (kind == TimeSliderTicks::Major)
+            lines.append({x, formatter.formatTime(time), true});
+        else if (kind == TimeSliderTicks::Step && ticks.pixelsPerStep >= LeastStep)
+            lines.append({x, QString(), false});
+    });
+    return lines;
+}
+
+} // namespace
+
+CurveScene CurveViewPrivate::scene() const {
+    CurveScene scene;
+    scene.model = model;
+    scene.plot = plot;
+    scene.current = current;
+    scene.curves = editableCurves();
+    scene.several = othersEditable;
+    scene.pressAdds = pressOffLine == CurveView::Adds;
+    scene.hasFrame = frameVisible;
+    scene.canZoom = zoomEnabled;
+    scene.nominal = nominal;
+    scene.snaps = snapEnabled;
+    scene.snapX = snapX;
+    scene.snapY = snapY;
+    scene.playhead = playhead;
+    scene.hasFrames = !timeAxis.isNull();
+    return scene;
+}
+
+const CurveGrid& CurveViewPrivate::currentGrid() {
+    if (std::exchange(gridIsCurrent, true))
+        return grid;
+    const QLocale locale = q->locale();
+    grid.x =
+        timeAxis ? frameLinesOf(plot, *timeAxis) : linesOf(plot.xAxis(), LabelSpacingX, locale);
+    grid.y = linesOf(plot.yAxis(), LabelSpacingY, locale);
+    grid.identity = hasCurve(current) && isUnitSquare(current);
+    return grid;
+}
+
+std::vector<CurveLook> CurveViewPrivate::looks() const {
+    std::vector<CurveLook> looks;
+    const auto add = [&](int curve) {
+        CurveLook look;
+        look.curve = curve;
+        look.color = model->color(curve, q->palette());
+        look.hasKnots = isEditable(curve);
+        look.hovered = hovered.curve == curve ? hovered.knot : -1;
+        if (curve != current) {
+            look.width = othersEditable ? 1.5 : 1.0;
+            look.opacity = othersEditable ? 0.8 : 0.55;
+        }
+        looks.push_back(look);
+    };
+    for (int curve = 0; model && curve < model->count(); ++curve) {
+        if (curve != current && isVisible(curve))
+            add(curve);
+    }
+    if (hasCurve(current))
+        add(current);
+    return looks;
+}
+
+void CurveViewPrivate::paint(QPainter& painter, const QRect& exposed) {
+    if (!q->isEnabled())
+        painter.setOpacity(DisabledOpacity);
+    const CurveScene shown = scene();
+    const std::vector<CurveLook> curves = looks();
+    const CurveGround::Key ground{q->size(),
+                                  deviceScale(painter),
+                                  plot,
+                                  currentGrid(),
+                                  q->palette().color(QPalette::Base),
+                                  q->palette().color(QPalette::Text),
+                                  q->font(),
+                                  histogramCount};
+    pictures.paintLines(painter, ground, histogram, shown, curves, exposed);
+    painter.setClipRect(q->rect().adjusted(1, 1, -1, -1), Qt::IntersectClip);
+    CurveOverlays overlays(painter, shown, q->palette());
+    painter.setRenderHint(QPainter::Antialiasing);
+    paintMarks(overlays, curves);
+    for (const CurveLook& look : curves) {
+        if (look.hasKnots)
+            overlays.paintHandles(look.curve, look.color);
+    }
+    painter.setRenderHint(QPainter::Antialiasing, false);
+    pictures.paintKnots(painter, ground, shown, curves, exposed);
+    painter.setRenderHint(QPainter::Antialiasing);
+    paintDrag(painter, overlays, ground);
+    paintTexts(overlays, curves);
+    painter.setClipping(false);
+    if (q->hasFocus())
+        overlays.paintFocus(q->rect());
+}
+
+void CurveViewPrivate::paintMarks(CurveOverlays& overlays, const std::vector<CurveLook>& curves) {
+    if (std::isfinite(playhead))
+        overlays.paintPlayhead(playhead);
+    if (!std::isfinite(marker))
+        return;
+    overlays.paintMarker(marker);
+    for (const CurveLook& look : curves) {
+        double y = 0.0;
+        model->sample(look.curve, marker, marker, 1, &y);
+        overlays.paintDot(marker, y, look.color);
+    }
+}
+
+void CurveViewPrivate::paintDrag(QPainter&, CurveOverlays&, const CurveGround::Key&) {}
+
+QString CurveViewPrivate::dragText() const {
+    return {};
+}
+
+void CurveViewPrivate::paintTexts(CurveOverlays& overlays, const std::vector<CurveLook>& curves) {
+    const QColor ink = q->palette().color(QPalette::Text);
+    int line = 0;
+    const QString text = readout();
+    if (!text.isEmpty())
+        overlays.paintText({{text, ink}}, q->font(), line++);
+    if (!std::isfinite(marker) || curves.empty())
+        return;
+    std::vector<CurveWord> words{{xText(marker) + QStringLiteral(" \u2192"), ink}};
+    for (const CurveLook& look : curves) {
+        double y = 0.0;
+        model->sample(look.curve, marker, marker, 1, &y);
+        words.push_back({QStringLiteral("  ") + yText(y), look.color});
+    }
+    overlays.paintText(words, q->font(), line);
+}
+
+// -- Words
+
+QString CurveViewPrivate::xText(double x) const {
+    const double whole = std::round(x);
+    if (timeAxis && std::abs(x - whole) < WholeFrame && std::abs(whole) < MostFrames)
+        return timeAxis->formatTime(static_cast<Base::Time>(whole));
+    return numberText(q->locale(), x, plot.xAxis().decimalsAt(x));
+}
+
+QString CurveViewPrivate::yText(double y) const {
+    return numberText(q->locale(), y, plot.yAxis().decimalsAt(y));
+}
+
+QString CurveViewPrivate::placeText(const QPointF& place) const {
+    return CurveView::tr("x %1  y %2").arg(xText(place.x()), yText(place.y()));
+}
+
+QString CurveViewPrivate::knotName(const CurveKnot& knot) const {
+    const QString name =
+        CurveView::tr("Knot %1 of %2").arg(knot.knot + 1).arg(model->knots(knot.curve));
+    return editableCurves().size() > 1 ? CurveView::tr("%1, %2").arg(model->name(knot.curve), name)
+                                       : name;
+}
+
+// What assistive tools read as the value of the whole.
+QString CurveViewPrivate::valueText() const {
+    if (!hasCurve(current))
+        return {};
+    const int count = selectedCount();
+    if (count > 1)
+        return CurveView::tr("%n knots selected", nullptr, count);
+    const std::vector<CurveKnot> knots = selected();
+    if (knots.empty())
+        return CurveView::tr("%n knots", nullptr, model->knots(current));
+    const CurveModel::Knot knot = model->knot(knots.front().curve, knots.front().knot);
+    return CurveView::tr("%1, %2").arg(knotName(knots.front()), placeText({knot.x, knot.y}));
+}
+
+// What the user points at comes before what is selected.
+QString CurveViewPrivate::readout() const {
+    if (!notice.isEmpty())
+        return notice;
+    if (!model)
+        return {};
+    const QString dragged = dragText();
+    if (!dragged.isEmpty())
+        return dragged;
+    CurveKnot shown = edit.gesture() == EditGestures::Drag ? CurveKnot() : hovered;
+    if (!hasKnot(shown)) {
+        const int count = selectedCount();
+        if (count > 1)
+            return CurveView::tr("%n knots", nullptr, count);
+        const std::vector<CurveKnot> knots = selected();
+        if (knots.empty())
+            return {};
+        shown = knots.front();
+    }
+    const CurveModel::Knot knot = model->knot(shown.curve, shown.knot);
+    return placeText({knot.x, knot.y});
+}
+
+} // namespace Kestrel::UI
