@@ -51,7 +51,12 @@ private:
         const double bright = light(format, sample) * double(gainFactors(grade.gain)[channel]) *
                               std::exp2(double(grade.exposure));
         const auto unit = [](float value) { return std::clamp(value, 0.0F, 1.0F); };
-        const float signal = bright > 0.0 ? unit(float(srgb(bright))) : 0.0F;
+        const auto at = std::size_t(channel);
+        const double encoded = std::min(bright > 0.0 ? srgb(bright) : 0.0, 1e6);
+        const double moved =
+            encoded * double(grade.balance.highlights[at]) + double(grade.balance.shadows[at]);
+        const float signal =
+            unit(float(std::pow(std::max(moved, 0.0), double(grade.balance.midtones[at]))));
         const float own = unit(grade.curves.curve(channel).valueAt(signal));
         return int(std::lround(unit(grade.curves.curve(Grade::Master).valueAt(own)) * 255.0F));
     }
@@ -79,9 +84,11 @@ private slots:
         curved.curves.setCurve(Grade::Red, bent(0.3F, 0.5F));
         curved.curves.setCurve(Grade::Blue, bent(0.8F, 0.2F));
         curved.curves.setCurve(Grade::Master, bent(0.5F, 0.35F));
+        Grade balanced = curved;
+        balanced.balance = {{0.1F, 0.0F, -0.05F}, {1.0F, 0.6F, 1.8F}, {0.5F, 1.1F, 0.0F}};
         const int samples = type == int(Type::Byte) ? 256 : 65536;
         std::vector<QRgb> out(std::size_t(samples), 0);
-        for (const Grade& grade : {exposed, curved}) {
+        for (const Grade& grade : {exposed, curved, balanced}) {
             const PreparedGrade prepared(grade, format);
             std::vector<std::uint16_t> rgb;
             std::vector<QRgb> codes;
@@ -109,6 +116,59 @@ private slots:
                 }
             }
         }
+    }
+
+    /** What changes nothing gives the very codes that are shown without a grade. */
+    void neutral() {
+        std::vector<QRgb> out(65536);
+        std::vector<std::uint16_t> rgb;
+        for (int i = 0; i < 65536; ++i)
+            rgb.insert(rgb.end(), 3, std::uint16_t(i));
+        Grade grade;
+        grade.exposureKeys.insert({3.0, 0.0});
+        QVERIFY(grade.isIdentity());
+        grade.exposureKeys.insert({5.0, 1.0});
+        QVERIFY(!grade.isIdentity());
+        for (const auto type : {Type::Half, Type::Integer16}) {
+            const SampleFormat format{type, Encoding::SceneLinear};
+            const auto& table =
+                type == Type::Half ? halfTable(format.encoding) : integerTable(format.encoding);
+            PreparedGrade({grade, format}, grade.exposureAt(3))
+                .gradeRow(rgb.data(), out.data(), 65536);
+            for (std::size_t i = 0; i < table.size(); ++i)
+                QCOMPARE(out[i], qRgb(table[i], table[i], table[i]));
+        }
+        for (int i = 0; i < 256; ++i)
+            out[std::size_t(i)] = qRgb(i, i, i);
+        PreparedGrade(Grade(), {}).gradeRow(out.data(), out.data(), 256);
+        for (int i = 0; i < 256; ++i)
+            QCOMPARE(out[std::size_t(i)], qRgb(i, i, i));
+    }
+
+    void exposureKeys() {
+        Grade grade;
+        grade.setExposureAt(10, 1.5F);
+        QVERIFY(!grade.isKeyed());
+        QCOMPARE(grade.exposureAt(77), 1.5F);
+        grade.addExposureKey(10);
+        const Grade one = grade;
+        QCOMPARE(grade.exposureAt(77), 1.5F);
+        grade.setExposureAt(20, -20.0F);
+        QCOMPARE(grade.exposureKeys.size(), std::size_t(2));
+        QCOMPARE(grade.exposureAt(20), -Grade::MostStops); // whatever the keys say
+        grade.setExposureAt(20, 0.5F);
+        QCOMPARE(grade.exposureAt(15), 1.0F);
+        grade.addExposureKey(15);
+        QCOMPARE(grade.exposureKeyAt(15), 1);
+        QCOMPARE(grade.exposureAt(15), 1.0F);
+        QCOMPARE(grade.exposureKeyAt(14), -1);
+        QVERIFY(grade != one);
+        grade.setExposureKeys(one.exposureKeys);
+        QVERIFY(grade == one);
+        grade.exposure = 0.0F; // nothing to see of it
+        QVERIFY(grade == one);
+        grade.setExposureKeys({});
+        QCOMPARE(grade.exposureAt(3), 1.5F);
     }
 
     /** By what each 8-bit 4:2:2 stores of two pixels, and of a last one without a partner. */

@@ -131,6 +131,21 @@ private slots:
         QCOMPARE(grader.gradedCount(), std::uint64_t(sources.size()));
     }
 
+    /** From no exposure to a stop less, over four frames that are alike. */
+    void framesHaveTheirOwnExposure() {
+        Grade grade = m_session->grades()->grade();
+        grade.exposureKeys.insert({1.0, 0.0, 0.0, 0.0, Kestrel::UI::KeyCurve::Shape::Linear});
+        grade.exposureKeys.insert({3.0, -1.0});
+        m_session->grades()->edit(grade, QStringLiteral("Keys"));
+        const std::pair<Time, int> reds[] = {{1, 118}, {2, 100}, {3, 85}, {5, 85}};
+        for (const auto& [time, red] : reds) {
+            m_session->model()->setCurrentTime(time);
+            QTRY_COMPARE(shownPixel(), qRgb(red, 255, 255));
+        }
+        m_session->model()->setCurrentTime(1);
+        QTRY_COMPARE(m_session->shownFrame(), m_session->cache().find(1));
+    }
+
     /** The grade changes again before the frame is done, and is undone before the next one is. */
     void picturesFollowADrag() {
         expose(1.0F);

@@ -18,29 +18,55 @@ int gradeThreads() {
 /** Rows that a thread takes at a time. */
 constexpr int bandRows = 64;
 
+/** More exposures than frames are graded ahead. */
+constexpr std::size_t mostPrepared = 16;
+
 SampleFormat formatOf(const Frame& frame) {
     return frame.samples ? frame.samples->format : SampleFormat();
 }
 
 } // namespace
 
-/** Is prepared by the thread that needs it first; the others wait for it. */
-class FrameGrader::LazyGrade {
+/** Are made by the thread that needs them first; the others wait for it. */
+class FrameGrader::LazyTables {
 public:
-    LazyGrade(const Grade& grade, const SampleFormat& format)
+    LazyTables(const Grade& grade, const SampleFormat& format)
         : m_grade(grade)
         , m_format(format) {}
 
     const SampleFormat& format() const { return m_format; }
 
-    const PreparedGrade& get() {
-        std::call_once(m_once, [this] { m_prepared.emplace(m_grade, m_format); });
-        return *m_prepared;
+    const GradeTables& get() {
+        std::call_once(m_once, [this] { m_tables.emplace(m_grade, m_format); });
+        return *m_tables;
     }
 
 private:
     const Grade m_grade;
     const SampleFormat m_format;
+    std::once_flag m_once;
+    std::optional<GradeTables> m_tables;
+};
+
+/** Is prepared like them. */
+class FrameGrader::LazyGrade {
+public:
+    LazyGrade(std::shared_ptr<LazyTables> tables, float stops)
+        : m_tables(std::move(tables))
+        , m_stops(stops) {}
+
+    bool is(const SampleFormat& format, float stops) const {
+        return m_stops == stops && m_tables->format() == format;
+    }
+
+    const PreparedGrade& get() {
+        std::call_once(m_once, [this] { m_prepared.emplace(m_tables->get(), m_stops); });
+        return *m_prepared;
+    }
+
+private:
+    const std::shared_ptr<LazyTables> m_tables;
+    const float m_stops;
     std::once_flag m_once;
     std::optional<PreparedGrade> m_prepared;
 };
@@ -93,6 +119,8 @@ void FrameGrader::setGrade(const Grade& grade) {
     clear();
     m_grade = grade;
     m_isIdentity = grade.isIdentity();
+    m_isNeutral = grade.isIdentity(0.0F);
+    m_tables.clear();
     m_prepared.clear();
 }
 
@@ -137,7 +165,7 @@ void FrameGrader::setRequests(const std::vector<FramePtr>& sources) {
                 continue;
             auto job = std::make_shared<Job>();
             job->source = source;
-            job->grade = prepared(formatOf(*source));
+            job->grade = prepared(formatOf(*source), stopsOf(source));
             job->graded = std::make_shared<Frame>(*source);
             job->graded->samples = nullptr;
             job->graded->image = QImage(source->image.size(), QImage::Format_RGB32);
@@ -160,7 +188,13 @@ void FrameGrader::clear() {
 }
 
 bool FrameGrader::staysAsItIs(const FramePtr& source) const {
-    return m_isIdentity || !source || source->state != Frame::State::Ready;
+    if (m_isIdentity || !source || source->state != Frame::State::Ready)
+        return true;
+    return m_isNeutral && m_grade.isKeyed() && stopsOf(source) == 0.0F;
+}
+
+float FrameGrader::stopsOf(const FramePtr& source) const {
+    return m_grade.exposureAt(source->time);
 }
 
 bool FrameGrader::isBegun(const FramePtr& source) const {
@@ -177,13 +211,27 @@ std::list<FrameGrader::Graded>::iterator FrameGrader::findGraded(const FramePtr&
                         [&source](const Graded& graded) { return graded.source.lock() == source; });
 }
 
-std::shared_ptr<FrameGrader::LazyGrade> FrameGrader::prepared(const SampleFormat& format) {
-    const auto found = std::find_if(m_prepared.begin(), m_prepared.end(),
+std::shared_ptr<FrameGrader::LazyTables> FrameGrader::tables(const SampleFormat& format) {
+    const auto found = std::find_if(m_tables.begin(), m_tables.end(),
                                     [&](const auto& each) { return each->format() == format; });
-    if (found != m_prepared.end())
+    if (found != m_tables.end())
         return *found;
-    m_prepared.push_back(std::make_shared<LazyGrade>(m_grade, format));
-    return m_prepared.back();
+    m_tables.push_back(std::make_shared<LazyTables>(m_grade, format));
+    return m_tables.back();
+}
+
+std::shared_ptr<FrameGrader::LazyGrade> FrameGrader::prepared(const SampleFormat& format,
+                                                              float stops) {
+    const auto found = std::find_if(m_prepared.begin(), m_prepared.end(),
+                                    [&](const auto& each) { return each->is(format, stops); });
+    if (found != m_prepared.end()) {
+        m_prepared.splice(m_prepared.begin(), m_prepared, found);
+        return m_prepared.front();
+    }
+    m_prepared.push_front(std::make_shared<LazyGrade>(tables(format), stops));
+    if (m_prepared.size() > mostPrepared)
+        m_prepared.pop_back();
+    return m_prepared.front();
 }
 
 void FrameGrader::work() {

@@ -55,6 +55,7 @@ signals:
     void frameGraded(const Kestrel::Workbench::FramePtr& source);
 
 private:
+    class LazyTables;
     class LazyGrade;
     struct Job;
     using JobPtr = std::shared_ptr<Job>;
@@ -69,7 +70,9 @@ private:
     bool isBegun(const FramePtr& source) const;
     bool isAsked(const FramePtr& source) const;
     std::list<Graded>::iterator findGraded(const FramePtr& source);
-    std::shared_ptr<LazyGrade> prepared(const SampleFormat& format);
+    float stopsOf(const FramePtr& source) const;
+    std::shared_ptr<LazyTables> tables(const SampleFormat& format);
+    std::shared_ptr<LazyGrade> prepared(const SampleFormat& format, float stops);
     void work();
     void deliver(const JobPtr& job, std::uint64_t round);
 
@@ -78,7 +81,12 @@ private:
     std::uint64_t m_gradedCount = 0;
     Grade m_grade;
     bool m_isIdentity = true;
-    std::vector<std::shared_ptr<LazyGrade>> m_prepared;
+    /** Whether it does so to frames of no exposure. */
+    bool m_isNeutral = true;
+    /** One a format. */
+    std::vector<std::shared_ptr<LazyTables>> m_tables;
+    /** Those of late, the one asked for last first: frames have exposures of their own. */
+    std::list<std::shared_ptr<LazyGrade>> m_prepared;
     /** The one seen last first. */
     std::list<Graded> m_graded;
 

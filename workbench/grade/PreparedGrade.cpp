@@ -26,25 +26,39 @@ std::uint8_t screenCode(unsigned short code) {
 
 } // namespace
 
+GradeTables::GradeTables(const Grade& grade, const SampleFormat& format)
+    : m_grade(grade)
+    , m_light(format.type == SampleFormat::Type::Byte ? 256 : 65536)
+    , m_balanced(!grade.balance.isNeutral()) {
+    for (std::size_t i = 0; i < m_light.size(); ++i)
+        m_light[i] = lightOf(format, std::uint16_t(i));
+    if (!grade.curvesAreIdentity())
+        m_curves = curveTable(grade.curves);
+}
+
+std::uint8_t GradeTables::codeOf(double light, std::size_t channel) const {
+    double signal = 1.0;
+    // What is brighter than white is seen only where a balance brings it back. Else this saves most
+    // of the powers: half of all half floats are above white.
+    if (m_balanced)
+        signal = m_grade.balance.applied(srgbSignal(light), channel);
+    else if (!(light >= 1.0))
+        signal = srgbSignal(light);
+    return m_curves.empty() ? Workbench::screenCode(signal)
+                            : screenCode(m_curves[curveEntry(signal) * 4 + channel]);
+}
+
 PreparedGrade::PreparedGrade(const Grade& grade, const SampleFormat& format)
-    : m_preview(grade.preview) {
-    const std::size_t samples = format.type == SampleFormat::Type::Byte ? 256 : 65536;
-    std::vector<double> light(samples);
-    for (std::size_t i = 0; i < samples; ++i)
-        light[i] = lightOf(format, std::uint16_t(i));
-    const bool straight = grade.curvesAreIdentity();
-    const auto curves = straight ? std::vector<unsigned short>() : curveTable(grade.curves);
-    const Factors factors = grade.lightFactors();
+    : PreparedGrade(GradeTables(grade, format), grade.exposure) {}
+
+PreparedGrade::PreparedGrade(const GradeTables& tables, float stops)
+    : m_preview(tables.m_grade.preview) {
+    const Factors factors = tables.m_grade.lightFactors(stops);
     for (std::size_t channel = 0; channel < m_codes.size(); ++channel) {
         std::vector<std::uint8_t>& codes = m_codes[channel];
-        codes.resize(samples);
-        for (std::size_t i = 0; i < samples; ++i) {
-            const double bright = light[i] * double(factors[channel]);
-            // Saves most of the powers: half of all half floats are above white.
-            const double signal = bright >= 1.0 ? 1.0 : srgbSignal(bright);
-            codes[i] = straight ? Workbench::screenCode(signal)
-                                : screenCode(curves[curveEntry(signal) * 4 + channel]);
-        }
+        codes.resize(tables.m_light.size());
+        for (std::size_t i = 0; i < codes.size(); ++i)
+            codes[i] = tables.codeOf(tables.m_light[i] * double(factors[channel]), channel);
     }
 }
 

@@ -11,13 +11,34 @@
 
 namespace Kestrel::Workbench {
 
-/** A grade made ready for all frames of one format: gain, exposure, the transfer to the screen and
-    the curves are one table a channel, from each sample to its 8-bit code. Any number of threads
-    may use one. */
-class PreparedGrade {
+/** What a grade makes of all frames of one format, whatever their exposure: the light that samples
+    stand for, and what balance and curves make of a signal. Any number of threads may use one. */
+class GradeTables {
 public:
     /** Takes some milliseconds. */
+    GradeTables(const Grade& grade, const SampleFormat& format);
+
+private:
+    friend class PreparedGrade;
+
+    std::uint8_t codeOf(double light, std::size_t channel) const;
+
+    Grade m_grade;
+    /** Of each sample. */
+    std::vector<double> m_light;
+    /** From each signal, in 65,535ths, four codes; empty where the curves change nothing. */
+    std::vector<unsigned short> m_curves;
+    bool m_balanced;
+};
+
+/** A grade made ready for all frames of one format and one exposure: gain, exposure, the transfer
+    to the screen, the balance and the curves are one table a channel, from each sample to its 8-bit
+    code. Any number of threads may use one. */
+class PreparedGrade {
+public:
+    /** Take some milliseconds. The first is for the exposure of a grade without keys. */
     PreparedGrade(const Grade& grade, const SampleFormat& format);
+    PreparedGrade(const GradeTables& tables, float stops);
 
     /** From red, green and blue samples, of a 16-bit format, to opaque screen pixels. */
     void gradeRow(const std::uint16_t* rgb, QRgb* to, int pixels) const;
