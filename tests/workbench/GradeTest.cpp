@@ -171,6 +171,21 @@ private slots:
         QCOMPARE(grade.exposureAt(3), 1.5F);
     }
 
+    void curveInputs() {
+        Grade grade;
+        grade.balance.highlights = {0.5F, 1.0F, 2.0F};
+        grade.curves.setCurve(Grade::Green, bent(0.5F, 0.25F));
+        const auto inputs = grade.curveInputs({0.5, 0.25, 0.25}, -1.0F);
+        const double red = srgb(0.25) * 0.5;
+        const double green = srgb(0.125);
+        QVERIFY(std::abs(inputs[Grade::Red] - red) < 1e-6);
+        QVERIFY(std::abs(inputs[Grade::Green] - green) < 1e-6);
+        QVERIFY(std::abs(inputs[Grade::Blue] - 2.0 * green) < 1e-6);
+        const auto curved = double(grade.curves.curve(Grade::Green).valueAt(float(green)));
+        QVERIFY(std::abs(inputs[Grade::Master] - 0.2126 * red - 0.7152 * curved -
+                         0.0722 * 2.0 * green) < 1e-6);
+    }
+
     /** By what each 8-bit 4:2:2 stores of two pixels, and of a last one without a partner. */
     void preview() {
         const QRgb pixels[] = {qRgb(200, 40, 90), qRgb(20, 220, 130), qRgb(255, 128, 0)};

@@ -6,6 +6,8 @@
 #include "panels/CurveView.h"
 #include "panels/GradePanel.h"
 #include "panels/HistoryPanel.h"
+#include "panels/ViewerCanvas.h"
+#include "panels/ViewerPanel.h"
 #include "play/Session.h"
 
 #include <KxUI/color/ColorWheel.h>
@@ -15,6 +17,7 @@
 #include <KxUI/values/SearchField.h>
 
 #include <QComboBox>
+#include <QLabel>
 #include <QTemporaryDir>
 #include <QUndoCommand>
 #include <QtTest>
@@ -129,6 +132,29 @@ private slots:
             }));
         }
         QCOMPARE(grader.gradedCount(), std::uint64_t(sources.size()));
+    }
+
+    /** The viewer tells the pixel under the pointer, of the file and of the screen. */
+    void pixelUnderThePointer() {
+        ViewerPanel viewer(m_session.get());
+        viewer.resize(700, 300);
+        viewer.show();
+        auto* canvas = viewer.findChild<ViewerCanvas*>();
+        Kestrel::Test::moveMouse(*canvas, canvas->rect().center() + QPoint(4, 4));
+        QCOMPARE(m_session->pointedPixel()->at, QPoint(16, 9));
+        expose(-2.0F);
+        QVERIFY(!m_session->pointedPixel());
+        QTRY_VERIFY(m_session->pointedPixel());
+        const auto has = [&viewer](const char* text) {
+            const auto labels = viewer.findChildren<QLabel*>();
+            return std::any_of(labels.begin(), labels.end(), [text](const QLabel* label) {
+                return label->text().contains(QString::fromUtf8(text));
+            });
+        };
+        QVERIFY(has("16, 9:  0.1799 2 4 \u2192 60 188 255"));
+        QEvent leave(QEvent::Leave);
+        QCoreApplication::sendEvent(canvas, &leave);
+        QVERIFY(!m_session->pointedPixel());
     }
 
     /** From no exposure to a stop less, over four frames that are alike. */

@@ -3,7 +3,9 @@
 #include "media/ChannelPick.h"
 #include "media/DisplayTable.h"
 #include "media/FolderNames.h"
+#include "media/HistogramCounter.h"
 #include "media/Paths.h"
+#include "media/PixelValues.h"
 #include "panels/FittedRect.h"
 
 #include <QDir>
@@ -53,6 +55,63 @@ private slots:
         QVERIFY(std::abs(int(log[470 * 65535 / 1023]) - 118) <= 3);
         QVERIFY(std::is_sorted(log.begin(), log.end()));
         QCOMPARE(int(integerTable(Encoding::SceneLinear)[32768]), 188);
+    }
+
+    void histograms() {
+        QImage picture(3, 2, QImage::Format_RGB32);
+        picture.fill(qRgb(10, 20, 255));
+        picture.setPixel(2, 1, qRgb(10, 0, 0));
+        const Histogram small = Histogram::of(picture);
+        QCOMPARE(small.channels[0][10], 6U);
+        QCOMPARE(small.channels[1][20], 5U);
+        QCOMPARE(small.channels[2][0], 1U);
+        // Of a large one a part of the rows, from top to bottom.
+        QImage large(1024, 4096, QImage::Format_RGB32);
+        for (int y = 0; y < large.height(); ++y)
+            std::fill_n(reinterpret_cast<QRgb*>(large.scanLine(y)), 1024, qRgb(y / 16, 0, 0));
+        const Histogram rows = Histogram::of(large);
+        for (const std::uint32_t count : rows.channels[0])
+            QCOMPARE(count, 4096U);
+        QCOMPARE(Histogram::of(QImage(2, 2, QImage::Format_RGB888)).channels[0][0], 0U);
+
+        HistogramCounter counter;
+        QSignalSpy counted(&counter, &HistogramCounter::counted);
+        const auto frame = std::make_shared<Frame>();
+        frame->state = Frame::State::Ready;
+        frame->image = picture;
+        counter.count(frame);
+        QTRY_COMPARE(counter.histogram().channels[0][10], 6U);
+        counter.count(frame); // no need to
+        counter.count(nullptr);
+        QCOMPARE(counter.histogram().channels[0][10], 0U);
+        QCOMPARE(counted.count(), 2);
+    }
+
+    void pixels() {
+        Frame source;
+        source.state = Frame::State::Ready;
+        source.image = QImage(2, 2, QImage::Format_RGB32);
+        source.image.fill(qRgb(0, 51, 255));
+        Frame shown = source;
+        shown.image.fill(qRgb(1, 2, 3));
+        const auto codes = PixelValues::of(source, shown, {1, 1});
+        QCOMPARE(codes->text(), QStringLiteral("0 51 255 \u2192 1 2 3"));
+        QCOMPARE(codes->light[2], 1.0);
+        auto samples = std::make_shared<Samples>();
+        samples->format = {SampleFormat::Type::Half, Encoding::SceneLinear};
+        samples->rgb = {0, 0, 0, 0, 0, 0, 0, 0, 0, 0x3800, 0x4200, 0xbc00}; // 0.5, 3, -1
+        source.samples = samples;
+        const auto numbers = PixelValues::of(source, shown, {1, 1});
+        QCOMPARE(numbers->text(), QStringLiteral("0.5 3 -1 \u2192 1 2 3"));
+        QCOMPARE(numbers->light[1], 3.0);
+        QVERIFY(!PixelValues::of(source, shown, {2, 0}));
+        QVERIFY(!PixelValues::of(Frame(), shown, {0, 0}));
+
+        const QRectF target(10, 20, 30, 20);
+        QCOMPARE(pixelAt({10, 20}, target, {3, 2}), QPoint(0, 0));
+        QCOMPARE(pixelAt({39.9, 39.9}, target, {3, 2}), QPoint(2, 1));
+        QCOMPARE(pixelAt({9.9, 25}, target, {3, 2}), QPoint(-1, -1));
+        QCOMPARE(pixelAt({40, 25}, target, {3, 2}), QPoint(-1, -1));
     }
 
     void sequences() {

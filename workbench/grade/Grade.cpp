@@ -1,5 +1,7 @@
 #include "grade/Grade.h"
 
+#include "media/DisplayTable.h"
+
 #include <algorithm>
 #include <cmath>
 
@@ -7,7 +9,7 @@ namespace Kestrel::Workbench {
 
 namespace {
 
-/** Of light, by ITU-R BT.709. */
+/** By ITU-R BT.709: of light, or, of signals, their luma. */
 float luminance(const Factors& color) {
     const auto& weights = UI::colorSpaceRgbToYCbCr(UI::ColorSpace::Rec709).luma;
     return weights[0] * color[0] + weights[1] * color[1] + weights[2] * color[2];
@@ -148,6 +150,20 @@ Factors Grade::lightFactors(float stops) const {
     for (float& factor : factors)
         factor *= std::exp2(stops);
     return factors;
+}
+
+std::array<double, Grade::Slots> Grade::curveInputs(const std::array<double, 3>& light,
+                                                    float stops) const {
+    const Factors factors = lightFactors(stops);
+    std::array<double, Slots> inputs{};
+    Factors results{};
+    for (std::size_t channel = 0; channel < factors.size(); ++channel) {
+        const double signal = srgbSignal(light[channel] * double(factors[channel]));
+        inputs[channel] = std::min(balance.applied(signal, channel), 1.0);
+        results[channel] = curves.curve(int(channel)).valueAt(float(inputs[channel]));
+    }
+    inputs[Master] = std::clamp(double(luminance(results)), 0.0, 1.0);
+    return inputs;
 }
 
 bool Grade::operator==(const Grade& other) const {

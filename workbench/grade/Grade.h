@@ -108,6 +108,10 @@ struct Grade {
     /** Gain and an exposure together. */
     Factors lightFactors(float stops) const;
 
+    /** What comes to each curve of such light, in signals of 0-1: to the master the luma of what the
+        other ones make of it. */
+    std::array<double, Slots> curveInputs(const std::array<double, 3>& light, float stops) const;
+
     bool operator==(const Grade& other) const;
     bool operator!=(const Grade& other) const { return !(*this == other); }
 

@@ -74,19 +74,20 @@ std::uint8_t screenCode(double signal) {
     return std::uint8_t(std::lround(std::min(signal, 1.0) * 255.0));
 }
 
-double lightOf(const SampleFormat& format, std::uint16_t sample) {
-    double value = 0.0;
-    switch (format.type) {
-    case SampleFormat::Type::Byte:
-        value = sample / 255.0;
-        break;
+double valueOf(SampleFormat::Type type, std::uint16_t sample) {
+    switch (type) {
     case SampleFormat::Type::Integer16:
-        value = sample / 65535.0;
-        break;
+        return sample / 65535.0;
     case SampleFormat::Type::Half:
-        value = halfValue(sample);
+        return halfValue(sample);
+    case SampleFormat::Type::Byte:
         break;
     }
+    return sample / 255.0;
+}
+
+double lightOf(const SampleFormat& format, std::uint16_t sample) {
+    const double value = valueOf(format.type, sample);
     switch (format.encoding) {
     case Encoding::SceneLinear:
         return value;

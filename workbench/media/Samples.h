@@ -19,6 +19,9 @@ struct SampleFormat {
     }
 };
 
+/** The number that a sample is: 0-1 of integers. */
+double valueOf(SampleFormat::Type type, std::uint16_t sample);
+
 /** The light that a sample stands for: 0 is black, 1 white. */
 double lightOf(const SampleFormat& format, std::uint16_t sample);
 

@@ -6,6 +6,7 @@
 #include <KxUI/eventgraph/EventAdder.h>
 #include <KxUI/style/ApplicationStyle.h>
 
+#include <QMouseEvent>
 #include <QPainter>
 
 #include <algorithm>
@@ -18,6 +19,7 @@ ViewerCanvas::ViewerCanvas(QWidget* parent)
     setAttribute(Qt::WA_OpaquePaintEvent);
     setAccessibleName(tr("Viewer"));
     setMinimumSize(160, 90);
+    setMouseTracking(true);
 }
 
 void ViewerCanvas::setFrame(const FramePtr& frame) {
@@ -44,6 +46,16 @@ void ViewerCanvas::setFast(bool fast) {
 
 QSize ViewerCanvas::sizeHint() const {
     return {960, 540};
+}
+
+void ViewerCanvas::leaveEvent(QEvent*) {
+    emit pointed({-1, -1});
+}
+
+void ViewerCanvas::mouseMoveEvent(QMouseEvent* event) {
+    QWidget::mouseMoveEvent(event);
+    emit pointed(m_frame ? pixelAt(event->pos(), fittedRect(m_shape, rect()), m_frame->image.size())
+                         : QPoint(-1, -1));
 }
 
 void ViewerCanvas::paintEvent(QPaintEvent*) {

@@ -30,7 +30,13 @@ public:
 
     QSize sizeHint() const override;
 
+signals:
+    /** The pointer is over that pixel of the frame's picture now; at (-1, -1) over none. */
+    void pointed(const QPoint& pixel);
+
 protected:
+    void leaveEvent(QEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
 
 private:

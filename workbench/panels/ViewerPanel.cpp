@@ -15,10 +15,15 @@ ViewerPanel::ViewerPanel(Session* session, QWidget* parent)
     , m_session(session)
     , m_canvas(new ViewerCanvas)
     , m_name(new QLabel)
+    , m_pixel(new QLabel)
     , m_facts(new QLabel) {
     setObjectName(QStringLiteral("ViewerPanel"));
     m_patience.setSingleShot(true);
     m_patience.setInterval(200);
+    m_pixel->setAccessibleName(tr("Pixel under the pointer"));
+    m_pixel->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    // It comes and goes with the pointer, which must not move anything.
+    m_pixel->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     m_facts->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     m_name->setTextFormat(Qt::PlainText);
     // Long names must not keep the panel from being made narrow.
@@ -28,11 +33,14 @@ ViewerPanel::ViewerPanel(Session* session, QWidget* parent)
     auto* line = new QHBoxLayout;
     line->setContentsMargins(8, 4, 8, 4);
     line->addWidget(m_name, 1);
+    line->addWidget(m_pixel, 1);
     line->addWidget(m_facts);
     auto* layout = new UI::VerticalLayout(0, 0, this);
     layout->addLayout(line);
     layout->addWidget(m_canvas, 1);
 
+    connect(m_canvas, &ViewerCanvas::pointed, session, &Session::pointAt);
+    connect(session, &Session::pointedPixelChanged, this, &ViewerPanel::describePixel);
     connect(session, &Session::frameChanged, this, &ViewerPanel::showFrame);
     connect(&m_patience, &QTimer::timeout, this, &ViewerPanel::describeFrame);
     connect(session->player(), &Player::playingChanged, m_canvas, &ViewerCanvas::setFast);
@@ -80,6 +88,13 @@ void ViewerPanel::describeFrame() {
         facts +=
             tr("   shown at %1 \u00d7 %2").arg(frame->image.width()).arg(frame->image.height());
     m_facts->setText(facts);
+}
+
+void ViewerPanel::describePixel() {
+    const auto pixel = m_session->pointedPixel();
+    m_pixel->setText(
+        pixel ? tr("%1, %2:  %3").arg(pixel->at.x()).arg(pixel->at.y()).arg(pixel->text())
+              : QString());
 }
 
 } // namespace Kestrel::Workbench

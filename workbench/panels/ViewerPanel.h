@@ -21,10 +21,12 @@ public:
 private:
     void showFrame();
     void describeFrame();
+    void describePixel();
 
     Session* m_session;
     ViewerCanvas* m_canvas;
     QLabel* m_name;
+    QLabel* m_pixel;
     QLabel* m_facts;
     /** Runs until a wait for a frame is long enough to be worth a word. */
     QTimer m_patience;

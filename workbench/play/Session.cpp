@@ -137,6 +137,21 @@ void Session::present() {
     m_shown = picture;
     m_loading = loading;
     emit frameChanged();
+    if (m_pointed != QPoint(-1, -1))
+        emit pointedPixelChanged();
+}
+
+void Session::pointAt(const QPoint& pixel) {
+    if (pixel == m_pointed)
+        return;
+    m_pointed = pixel;
+    emit pointedPixelChanged();
+}
+
+std::optional<PixelValues> Session::pointedPixel() const {
+    if (!m_source || !m_shown || m_loading)
+        return std::nullopt;
+    return PixelValues::of(*m_source, *m_shown, m_pointed);
 }
 
 void Session::regrade() {

@@ -4,6 +4,7 @@
 #include "grade/GradeHistory.h"
 #include "media/DecodePool.h"
 #include "media/FrameCache.h"
+#include "media/PixelValues.h"
 #include "media/Sequence.h"
 #include "play/Navigator.h"
 #include "play/Player.h"
@@ -13,6 +14,9 @@
 #include <KxUI/time/TimeSliderModel.h>
 
 #include <QObject>
+#include <QPoint>
+
+#include <optional>
 
 namespace Kestrel::Workbench {
 
@@ -47,6 +51,12 @@ public:
     /** Whether the shown frame stands in for one that is still being decoded or graded. */
     bool isLoading() const { return m_loading; }
 
+    /** What the user points at in the viewer, a pixel of the shown frame; (-1, -1) for none. */
+    void pointAt(const QPoint& pixel);
+
+    /** What is there; nothing where no pixel is pointed at, and while its frame is on its way. */
+    std::optional<PixelValues> pointedPixel() const;
+
     /** Whether everything that fits into the cache is decoded. */
     bool isSettled() const { return m_pool.pending() == 0; }
 
@@ -57,6 +67,8 @@ signals:
     void sequenceChanged();
     /** The shown frame, or whether it stands in for another, changed. */
     void frameChanged();
+    /** Another pixel is pointed at, or it has other values. */
+    void pointedPixelChanged();
     /** The picture of a time came into the cache or left it. */
     void frameCached(Kestrel::Base::Time time);
     void frameUncached(Kestrel::Base::Time time);
@@ -89,6 +101,7 @@ private:
     bool m_sourceStandsIn = false;
     FramePtr m_shown;
     bool m_loading = false;
+    QPoint m_pointed{-1, -1};
     /** The grade changed while the source was being graded. */
     bool m_regradeWaits = false;
     /** Frames are decoded with their samples: there is a grade. */
