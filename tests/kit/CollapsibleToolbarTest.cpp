@@ -56,11 +56,31 @@ private slots:
         QVERIFY(high->isHidden());
     }
 
+    /** Also what has moved into the menu. */
+    void itemsThatAreNotThere() {
+        CollapsibleToolbar toolbar;
+        QPushButton* first = button(100);
+        toolbar.addOverflowItem(first, QStringLiteral("first"), 0);
+        toolbar.addItem(button(100));
+        toolbar.resize(150, 20);
+        toolbar.show();
+        QCOMPARE(toolbar.overflowNames(), QStringList{QStringLiteral("first")});
+        toolbar.setItemVisible(first, false);
+        QVERIFY(toolbar.overflowNames().isEmpty() && !toolbar.isItemVisible(first));
+        QCOMPARE(toolbar.sizeHint().width(), 100);
+        toolbar.resize(250, 20);
+        QVERIFY(first->isHidden());
+        toolbar.setItemVisible(first, true);
+        QVERIFY(first->isVisible());
+        toolbar.setItemVisible(nullptr, false);
+    }
+
     void menuClicksTheButton() {
         CollapsibleToolbar toolbar;
         QPushButton* first = button(100);
         QPushButton* second = button(100);
         second->setEnabled(false);
+        first->setCheckable(true);
         toolbar.addOverflowItem(first, QStringLiteral("First"), 0);
         toolbar.addOverflowItem(second, QStringLiteral("Second"), 0);
         toolbar.resize(10, 20);
@@ -73,8 +93,10 @@ private slots:
         QCOMPARE(menu->actions().size(), 2);
         QCOMPARE(menu->actions().at(0)->text(), QStringLiteral("First"));
         QVERIFY(!menu->actions().at(1)->isEnabled());
+        QVERIFY(menu->actions().at(0)->isCheckable());
         menu->actions().at(0)->trigger();
         QCOMPARE(clicked.count(), 1);
+        QVERIFY(first->isChecked());
     }
 };
 

@@ -39,9 +39,10 @@ public:
         int priority = 0;
         bool canCollapse = false;
         bool collapsed = false;
+        bool visible = true;
 
         /** One that the host hides takes none; one that collapsed would take some. */
-        bool takesRoom() const { return widget && (!widget->isHidden() || collapsed); }
+        bool takesRoom() const { return visible && widget && (!widget->isHidden() || collapsed); }
     };
 
     explicit CollapsibleToolbarPrivate(CollapsibleToolbar* toolbar)
@@ -53,6 +54,8 @@ public:
     }
 
     void append(Item item);
+    /** Null for what is none. */
+    Item* find(const QWidget* widget);
     void collapse();
     int overflowWidth() const { return m_overflow->sizeHint().width(); }
 
@@ -109,6 +112,29 @@ void CollapsibleToolbar::addOverflowItem(QAbstractButton* button, const QString&
                                          int priority) {
     KXUI_INTERFACE_THREAD(this);
     d->append({button, name, priority, true, false});
+}
+
+CollapsibleToolbarPrivate::Item* CollapsibleToolbarPrivate::find(const QWidget* widget) {
+    const auto found = std::find_if(items.begin(), items.end(),
+                                    [widget](const Item& item) { return item.widget == widget; });
+    return widget && found != items.end() ? &*found : nullptr;
+}
+
+void CollapsibleToolbar::setItemVisible(QWidget* item, bool visible) {
+    KXUI_INTERFACE_THREAD(this);
+    CollapsibleToolbarPrivate::Item* const found = d->find(item);
+    if (!found || found->visible == visible)
+        return;
+    found->visible = visible;
+    found->collapsed = false;
+    item->setVisible(visible);
+    updateGeometry();
+    d->collapse();
+}
+
+bool CollapsibleToolbar::isItemVisible(const QWidget* item) const {
+    const CollapsibleToolbarPrivate::Item* const found = d->find(item);
+    return found && found->visible;
 }
 
 QStringList CollapsibleToolbar::overflowNames() const {
@@ -189,6 +215,8 @@ void CollapsibleToolbarPrivate::fillMenu() {
             continue;
         QAction* action = m_menu->addAction(button->icon(), item.name);
         action->setEnabled(button->isEnabled());
+        action->setCheckable(button->isCheckable());
+        action->setChecked(button->isChecked());
         action->setToolTip(button->toolTip());
         QObject::connect(action, &QAction::triggered, button, &QAbstractButton::click);
     }

@@ -31,6 +31,11 @@ public:
         Null is ignored. */
     void addOverflowItem(QAbstractButton* button, const QString& name, int priority);
 
+    /** Whether an item is there at all, in the row or in the menu; all are at first. In place of
+        QWidget::setVisible(), which the toolbar needs for itself. Nothing for what is no item. */
+    void setItemVisible(QWidget* item, bool visible);
+    bool isItemVisible(const QWidget* item) const;
+
     /** The names of the buttons that are in the menu now, from left to right. */
     QStringList overflowNames() const;
 

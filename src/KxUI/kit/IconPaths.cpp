@@ -1,10 +1,12 @@
 #include <KxUI/kit/IconPaths_p.h>
 
 #include <QMap>
+#include <QPainterPathStroker>
 #include <QPolygonF>
 #include <QTransform>
 
 #include <initializer_list>
+#include <utility>
 
 namespace Kestrel::UI {
 namespace {
@@ -32,6 +34,25 @@ QPainterPath diamond(qreal middle, qreal half) {
         {{middle, 8 - half}, {middle + half, 8}, {middle, 8 + half}, {middle - half, 8}});
 }
 
+/** From `inner` to `outer`, around a point. */
+QPainterPath ring(qreal x, qreal y, qreal outer, qreal inner) {
+    QPainterPath path;
+    path.addEllipse(QPointF(x, y), outer, outer);
+    QPainterPath hole;
+    hole.addEllipse(QPointF(x, y), inner, inner);
+    return path - hole;
+}
+
+/** A line 2 units wide from the first point of `from` to the last of `to`, by the others. */
+QPainterPath line(const std::pair<QPointF, QPointF>& from, const std::pair<QPointF, QPointF>& to) {
+    QPainterPath path(from.first);
+    path.cubicTo(from.second, to.first, to.second);
+    QPainterPathStroker pen;
+    pen.setWidth(2);
+    pen.setCapStyle(Qt::RoundCap);
+    return pen.createStroke(path);
+}
+
 IconPaths mirrored(const IconPaths& paths) {
     const QTransform mirror(-1, 0, 0, 1, IconUnits, 0);
     return {mirror.map(paths.solid), mirror.map(paths.pale)};
@@ -40,6 +61,47 @@ IconPaths mirrored(const IconPaths& paths) {
 IconPaths turned(const IconPaths& paths) {
     const QTransform turn(0, 1, 1, 0, 0, 0);
     return {turn.map(paths.solid), turn.map(paths.pale)};
+}
+
+void addCurveIcons(QMap<QString, IconPaths>& icons) {
+    // Above curves: a magnet, a frame with its grips, arrows into the corners, a grid of powers, a
+    // straight line, a bent one, two sheets, an eye.
+    QPainterPath magnet = ring(8, 8, 6, 3) - box(2, 8, 12, 7);
+    magnet |= box(2, 8, 3, 3) | box(11, 8, 3, 3);
+    const IconPaths snap{magnet, box(2, 12, 3, 2) | box(11, 12, 3, 2)};
+    IconPaths grips;
+    for (const QPoint& grip : {QPoint(1, 1), QPoint(12, 1), QPoint(1, 12), QPoint(12, 12)})
+        grips.solid |= box(grip.x(), grip.y(), 3, 3);
+    grips.pale = (box(2, 2, 12, 12) - box(3, 3, 10, 10)) - grips.solid;
+    IconPaths corners;
+    const QPainterPath corner = polygon({{1, 1}, {6, 1}, {1, 6}});
+    for (const int turn : {0, 90, 180, 270})
+        corners.solid |= QTransform().translate(8, 8).rotate(turn).translate(-8, -8).map(corner);
+    corners.pale = box(6, 6, 4, 4);
+    IconPaths powers;
+    for (const int at : {2, 7, 10, 12, 13})
+        powers.pale |= box(at, 2, 1, 12);
+    powers.solid = box(1, 1, 1, 14) | box(1, 14, 14, 1);
+    const QPainterPath axes = box(2, 2, 1, 12) | box(2, 13, 12, 1);
+    const IconPaths straight{line({{3, 13}, {3, 13}}, {{13, 3}, {13, 3}}), axes};
+    const IconPaths bent{line({{3, 12}, {12, 12}}, {{5, 3}, {14, 3}}), axes};
+    const QPainterPath sheet = box(2, 2, 8, 9);
+    const IconPaths copies{box(6, 5, 8, 9) - box(7, 6, 6, 7),
+                           (sheet - box(3, 3, 6, 7)) - box(6, 5, 8, 9)};
+    QPainterPath lids(QPointF(1, 8));
+    lids.quadTo(8, 1, 15, 8);
+    lids.quadTo(8, 15, 1, 8);
+    const QPainterPath iris = ring(8, 8, 3.5, 0);
+    const IconPaths eye{
+        (lids - QTransform(0.8, 0, 0, 0.66, 1.6, 2.72).map(lids)) | ring(8, 8, 2, 0), iris & lids};
+    icons.insert(QStringLiteral("CurveSnap"), snap);
+    icons.insert(QStringLiteral("CurveFrame"), grips);
+    icons.insert(QStringLiteral("CurveShowAll"), corners);
+    icons.insert(QStringLiteral("CurveScale"), powers);
+    icons.insert(QStringLiteral("CurveReset"), straight);
+    icons.insert(QStringLiteral("CurvePresets"), bent);
+    icons.insert(QStringLiteral("CurveCopy"), copies);
+    icons.insert(QStringLiteral("CurveEye"), eye);
 }
 
 QMap<QString, IconPaths> makeIcons() {
@@ -112,6 +174,7 @@ QMap<QString, IconPaths> makeIcons() {
     icons.insert(QStringLiteral("PageTimeline"), ruler);
     icons.insert(QStringLiteral("PageGrade"), sliders);
     icons.insert(QStringLiteral("PageHistory"), clock);
+    addCurveIcons(icons);
     icons.insert(QStringLiteral("PaneClose"), cross);
     icons.insert(QStringLiteral("Search"), search);
     icons.insert(QStringLiteral("SearchMenu"), searchMenu);
