@@ -1,6 +1,7 @@
 #include <support/Bench.h>
 
 #include "grade/PreparedGrade.h"
+#include "media/Histogram.h"
 
 #include <qfloat16.h>
 
@@ -101,6 +102,26 @@ void registerBenchmarks() {
         for (auto _ : state) {
             const PreparedGrade prepared(grade, HalfLinear);
             benchmark::DoNotOptimize(&prepared);
+        }
+    });
+
+    add("grade: its tables, for a frame of another exposure", "ours", [](benchmark::State& state) {
+        const GradeTables tables(warmGrade(), HalfLinear);
+        float stops = -1.0F;
+        for (auto _ : state) {
+            const PreparedGrade prepared(tables, stops);
+            benchmark::DoNotOptimize(&prepared);
+            stops = -stops;
+        }
+    });
+
+    add("histogram of a frame, 1920 x 1080", "ours", [](benchmark::State& state) {
+        const std::vector<QRgb> pixels = screenPicture();
+        const QImage picture(reinterpret_cast<const uchar*>(pixels.data()), Width, Height,
+                             QImage::Format_RGB32);
+        for (auto _ : state) {
+            const Histogram histogram = Histogram::of(picture);
+            benchmark::DoNotOptimize(&histogram);
         }
     });
 }
