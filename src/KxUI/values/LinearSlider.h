@@ -10,6 +10,7 @@
 
 namespace Kestrel::UI {
 
+class ColorSlider;
 class LinearSliderPrivate;
 
 /** A slider over real values, with ticks and labels where wanted. Values are doubles and nothing is
@@ -181,6 +182,7 @@ protected:
     void timerEvent(QTimerEvent* event) override;
 
 private:
+    friend class ColorSlider;
     friend class LinearSliderPrivate;
     friend class TinySlider;
     LinearSlider(std::unique_ptr<LinearSliderPrivate> own, QWidget* parent);
