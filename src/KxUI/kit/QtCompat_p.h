@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QColor>
+#include <QDropEvent>
 #include <QString>
 #include <QStyleOption>
 #include <QVariant>
@@ -62,6 +63,15 @@ inline int shortcutWidth(const QStyleOptionMenuItem& item) {
     return item.tabWidth;
 #else
     return item.reservedShortcutWidth;
+#endif
+}
+
+/** Where something is dropped, or would be. */
+inline QPoint dropPosition(const QDropEvent& event) {
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
+    return event.pos();
+#else
+    return event.position().toPoint();
 #endif
 }
 
