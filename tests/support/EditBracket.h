@@ -211,14 +211,22 @@ private:
                 QCoreApplication::sendEvent(&widget, &lost);
             },
         };
-        for (const auto& end : ends) {
+        for (const auto& interrupt : ends) {
             const auto widget = make();
             Log log(*widget, m_edited.value);
             m_edited.press(*widget);
             m_edited.move(*widget, 1);
-            end(*widget);
+            interrupt(*widget);
             if (!told(log, "SE+F") ||
                 !check(!widget->isEditing(), QStringLiteral("the edit goes on")))
+                return false;
+            // The button is still down, which is no new edit.
+            const QVariant end = m_edited.value(*widget);
+            m_edited.move(*widget, 2);
+            sendKey(*widget, Qt::Key_Escape);
+            m_edited.release(*widget);
+            if (!told(log, "SE+F") ||
+                !check(m_edited.value(*widget) == end, QStringLiteral("moved on after the end")))
                 return false;
         }
         return true;

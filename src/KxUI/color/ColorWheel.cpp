@@ -293,7 +293,13 @@ bool ColorWheel::event(QEvent* event) {
     default:
         break;
     }
-    return d->bracket.takes(event) || QWidget::event(event);
+    if (d->bracket.takes(event))
+        return true;
+    if (!d->bracket.isAdrift() || !d->drag.isActive())
+        return QWidget::event(event);
+    const QPointer<ColorWheel> self(this);
+    d->execute(d->drag.finish());
+    return !self || QWidget::event(event);
 }
 
 void ColorWheel::paintEvent(QPaintEvent* event) {

@@ -57,7 +57,7 @@ public:
     bool editOnce(const T& value) {
         if (isClosing())
             return true;
-        if (!finish())
+        if (!interrupt())
             return false;
         if (value == m_read())
             return true;

@@ -108,6 +108,11 @@ bool EditGestures::finish() {
     return !alive.isNull();
 }
 
+bool EditGestures::interrupt() {
+    m_adrift = m_adrift || (m_gesture == Drag && m_button == Qt::NoButton);
+    return finish();
+}
+
 bool EditGestures::cancel() {
     if (!m_open || m_closing)
         return true;
@@ -132,9 +137,9 @@ bool EditGestures::takes(QEvent* event) {
     bool taken = false;
     switch (event->type()) {
     case QEvent::Hide:
-        return !finish();
+        return !interrupt();
     case QEvent::EnabledChange:
-        return !m_widget->isEnabled() && !finish();
+        return !m_widget->isEnabled() && !interrupt();
     case QEvent::FocusOut:
         return takesFocusOut(*static_cast<QFocusEvent*>(event));
     case QEvent::MouseButtonPress:
@@ -148,7 +153,7 @@ bool EditGestures::takes(QEvent* event) {
         taken = takesRelease(*static_cast<QMouseEvent*>(event));
         break;
     case QEvent::Wheel:
-        taken = isHeld();
+        taken = isHeld() || m_adrift;
         break;
     case QEvent::ContextMenu:
         taken = m_menuSuppressed &&
@@ -172,8 +177,20 @@ bool EditGestures::takes(QEvent* event) {
     return taken;
 }
 
+// Until no button is down; the widget needs the release to let go.
+bool EditGestures::takesAdrift(const QMouseEvent& event) {
+    const Qt::MouseButtons others = event.buttons() & ~Qt::MouseButtons(event.button());
+    m_adrift = m_adrift && others != Qt::NoButton;
+    if (event.type() == QEvent::MouseButtonRelease)
+        return false;
+    m_menuSuppressed = m_menuSuppressed || (m_adrift && event.button() == Qt::RightButton);
+    return m_adrift;
+}
+
 bool EditGestures::takesPress(const QMouseEvent& event) {
     m_menuSuppressed = false;
+    if (m_adrift && takesAdrift(event))
+        return true;
     if (!isHeld())
         return m_gesture != Drag && !finish();
     if (event.button() == m_button) { // its release went to somebody else
@@ -188,6 +205,8 @@ bool EditGestures::takesPress(const QMouseEvent& event) {
 }
 
 bool EditGestures::takesMove(const QMouseEvent& event) {
+    if (m_adrift && takesAdrift(event))
+        return true;
     if (!isHeld())
         return false;
     if (!(event.buttons() & m_button)) { // its release went to somebody else
@@ -198,6 +217,8 @@ bool EditGestures::takesMove(const QMouseEvent& event) {
 }
 
 bool EditGestures::takesRelease(const QMouseEvent& event) {
+    if (m_adrift)
+        return takesAdrift(event);
     if (!isHeld())
         return false;
     if (event.button() == m_button) {
@@ -223,7 +244,7 @@ bool EditGestures::takesKey(const QKeyEvent& event) {
 bool EditGestures::takesFocusOut(const QFocusEvent& event) {
     const bool lost = event.reason() == Qt::PopupFocusReason ||
                       event.reason() == Qt::ActiveWindowFocusReason || m_gesture != Drag;
-    return lost && !finish();
+    return lost && !interrupt();
 }
 
 } // namespace Kestrel::UI

@@ -41,6 +41,8 @@ public:
         - Escape, and the right button, while a drag or a held key has an edit open: taken back;
         - other buttons and the wheel while the button of a drag is down, also of one that was
           taken back, whose movements and release are taken, too;
+        - movements, buttons and the wheel while any button is down after a drag that the widget
+          looks after was ended by something else, but no release;
         - the menu that the right button would bring after it took something back.
         It ends a drag where the widget is hidden, disabled or loses the focus to a window or a
         popup, or the release went to somebody else; a run of notches or a held key also where
@@ -50,6 +52,9 @@ public:
     Gesture gesture() const { return m_gesture; }
     /** Whether something has been changed that is not over yet. */
     bool isEditing() const { return m_open; }
+    /** Whether a drag that the widget looks after was ended by something else while its button was
+        down, which it may be still. */
+    bool isAdrift() const { return m_adrift; }
 
     /** A drag begins. Calls finish() at the release itself; movements count only while gesture() is
         Drag. With a button takes() looks after that button; without one the widget does. */
@@ -81,6 +86,8 @@ protected:
     int edit() const { return m_edit; }
     QWidget* widget() const { return m_widget; }
     bool isClosing() const { return m_closing; }
+    /** As finish(), where something else than the gesture itself ends it. */
+    bool interrupt();
 
     /** A gesture begins: remember the value. */
     virtual void keepStart() = 0;
@@ -91,6 +98,7 @@ protected:
 
 private:
     void begin(Gesture gesture);
+    bool takesAdrift(const QMouseEvent& event);
     bool takesPress(const QMouseEvent& event);
     bool takesMove(const QMouseEvent& event);
     bool takesRelease(const QMouseEvent& event);
@@ -110,6 +118,7 @@ private:
     bool m_open = false;
     bool m_closing = false; ///< being taken back
     bool m_menuSuppressed = false;
+    bool m_adrift = false;
 };
 
 } // namespace Kestrel::UI

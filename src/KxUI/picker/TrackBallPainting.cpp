@@ -81,10 +81,12 @@ void TrackBallPrivate::paintMaster(QPainter& painter, const TrackBallGeometry& p
     painter.setPen(QPen(colors.mark, width - 3.0, Qt::SolidLine, Qt::FlatCap));
     if (angle != 0.0)
         drawArc(painter, places, std::min(angle, 0.0), std::max(angle, 0.0));
-    // Where neutral is.
-    painter.setPen(QPen(colors.text, 1.5, Qt::SolidLine, Qt::FlatCap));
-    painter.drawLine(places.onRing(0.0, places.ringInner), places.onRing(0.0, places.ringOuter));
-
+    const bool isNearNeutral = std::fabs(angle) * places.ringMiddle() < 5.0;
+    if (!isNearNeutral) {
+        painter.setPen(QPen(colors.text, 1.5, Qt::SolidLine, Qt::FlatCap));
+        painter.drawLine(places.onRing(0.0, places.ringInner),
+                         places.onRing(0.0, places.ringOuter));
+    }
     const bool isActive = m_hovered == TrackBallGeometry::Ring || isDragged(TrackBallDrag::Turn) ||
                           isDragged(TrackBallDrag::Slide);
     const double handle = isActive ? 4.0 : 3.0;

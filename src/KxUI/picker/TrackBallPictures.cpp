@@ -2,6 +2,7 @@
 
 #include <KxUI/color/ColorConversions.h>
 #include <KxUI/kit/ColorContrast_p.h>
+#include <KxUI/kit/Crisp_p.h>
 #include <KxUI/kit/QtCompat_p.h>
 
 #include <QPainter>
@@ -16,7 +17,8 @@ namespace {
 
 constexpr double Turn = 2.0 * M_PI;
 constexpr double RimPart = 0.045; // of the radius, where the colours are full
-constexpr int Knurls = 72;
+constexpr double NarrowRim = 2.0; // pixels
+constexpr double BetweenKnurls = 6.0;
 
 double smooth(double from, double to, double x) {
     const double t = std::clamp((x - from) / (to - from), 0.0, 1.0);
@@ -58,15 +60,16 @@ private:
 // How the ball takes the light. In units of its radius, y upwards.
 class Surface {
 public:
-    explicit Surface(const TrackBallColors& colors, double rotation)
+    Surface(const TrackBallColors& colors, double rotation, double radius)
         : m_hues(rotation)
-        , m_dark(colors.isDark()) {}
+        , m_dark(colors.isDark())
+        , m_rim(std::max(RimPart, NarrowRim / radius)) {}
 
     Rgb at(double x, double y) const {
         const double radius = std::min(std::hypot(x, y), 1.0);
         const double height = std::sqrt(1.0 - radius * radius);
         const double light = std::max(0.0, -0.34 * x + 0.54 * y + 0.77 * height);
-        const double rim = smooth(1.0 - RimPart * 1.4, 1.0 - RimPart, radius);
+        const double rim = smooth(1.0 - m_rim * 1.4, 1.0 - m_rim, radius);
         const double hue = 0.62 * smooth(0.08, 1.0, radius) * (1.0 - rim) + rim;
         const double grey = m_dark ? 0.12 + 0.18 * light : 0.70 + 0.26 * light;
         const double shade =
@@ -84,6 +87,7 @@ public:
 private:
     Hues m_hues;
     bool m_dark;
+    double m_rim;
 };
 
 QRgb packed(const Rgb& color, double alpha) {
@@ -95,7 +99,7 @@ QRgb packed(const Rgb& color, double alpha) {
 
 void paintBall(QImage& image, const TrackBallGeometry& geometry, double rotation, double ratio,
                const TrackBallColors& colors) {
-    const Surface surface(colors, rotation);
+    const Surface surface(colors, rotation, geometry.ball);
     const QPointF centre = geometry.centre * ratio;
     const double radius = geometry.ball * ratio;
     const QRect box = QRectF(centre.x() - radius, centre.y() - radius, 2.0 * radius, 2.0 * radius)
@@ -114,15 +118,16 @@ void paintBall(QImage& image, const TrackBallGeometry& geometry, double rotation
     }
 }
 
-void paintCross(QPainter& painter, const TrackBallGeometry& geometry,
+void paintCross(QPainter& painter, const TrackBallGeometry& geometry, double ratio,
                 const TrackBallColors& colors) {
     const QColor line = withAlpha(colors.isDark() ? QColor(Qt::white) : QColor(Qt::black), 0.20);
     const double far = geometry.reach();
     const double near = 4.0;
     painter.setPen(QPen(line, 1.0));
     painter.setBrush(Qt::NoBrush);
+    const QPointF middle(crisp(geometry.centre.x(), ratio), crisp(geometry.centre.y(), ratio));
     for (const QPointF& way : {QPointF(1, 0), QPointF(-1, 0), QPointF(0, 1), QPointF(0, -1)})
-        painter.drawLine(geometry.centre + way * near, geometry.centre + way * far);
+        painter.drawLine(middle + way * near, middle + way * far);
     painter.drawEllipse(geometry.centre, near, near);
     if (far >= 36.0)
         painter.drawEllipse(geometry.centre, far / 2.0, far / 2.0);
@@ -137,8 +142,9 @@ void paintGroove(QPainter& painter, const TrackBallGeometry& geometry,
     painter.drawEllipse(geometry.centre, middle, middle);
     // Knurled, as what is turned by a finger is.
     painter.setPen(QPen(mixed(colors.window, colors.text, 0.26), 1.0));
-    for (int i = 0; i < Knurls; ++i) {
-        const double angle = Turn * i / Knurls;
+    const int knurls = std::max(4, qRound(Turn * middle / BetweenKnurls));
+    for (int i = 0; i < knurls; ++i) {
+        const double angle = Turn * i / knurls;
         painter.drawLine(geometry.onRing(angle, geometry.ringInner + width * 0.28),
                          geometry.onRing(angle, geometry.ringOuter - width * 0.28));
     }
@@ -173,7 +179,7 @@ QImage drawTrackBall(const TrackBallGeometry& geometry, double rotation, const Q
     QPainter painter(&image);
     painter.setRenderHint(QPainter::Antialiasing);
     paintGroove(painter, geometry, colors);
-    paintCross(painter, geometry, colors);
+    paintCross(painter, geometry, deviceRatio, colors);
     painter.setPen(QPen(withAlpha(colors.isDark() ? Qt::black : colors.text, 0.45), 1.0));
     painter.drawEllipse(geometry.centre, geometry.ball, geometry.ball);
     return image;

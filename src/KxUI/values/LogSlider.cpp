@@ -245,7 +245,7 @@ bool LogSlider::event(QEvent* event) {
     bool ours = false;
     if (event->type() == QEvent::ShortcutOverride) {
         const auto* key = static_cast<QKeyEvent*>(event);
-        ours = key->key() == Qt::Key_Escape ? d->dragStart.has_value() : isSliderKey(*key);
+        ours = key->key() == Qt::Key_Escape ? d->isHeld() : isSliderKey(*key);
     } else if (event->type() == QEvent::ContextMenu) {
         ours = d->menuSuppressed &&
                static_cast<QContextMenuEvent*>(event)->reason() == QContextMenuEvent::Mouse;
@@ -262,7 +262,7 @@ int LogSlider::along(const QPoint& point) const {
 }
 
 void LogSlider::mousePressEvent(QMouseEvent* event) {
-    const bool dragging = d->dragStart && event->button() != d->dragButton;
+    const bool dragging = d->isHeld() && event->button() != d->dragButton;
     d->menuSuppressed = dragging && event->button() == Qt::RightButton;
     if (dragging) {
         event->accept();
@@ -322,12 +322,16 @@ void LogSlider::wheelEvent(QWheelEvent* event) {
 
 // The groove and the arrows of a style repeat while they are pressed.
 void LogSlider::timerEvent(QTimerEvent* event) {
+    if (d->bracket.isAdrift()) {
+        setRepeatAction(SliderNoAction);
+        return;
+    }
     const UserInput user(this, &d->byUser);
     QSlider::timerEvent(event);
 }
 
 void LogSlider::keyPressEvent(QKeyEvent* event) {
-    if (d->dragStart && event->key() == Qt::Key_Escape) {
+    if (d->isHeld() && event->key() == Qt::Key_Escape) {
         event->accept();
         cancelDrag();
         return;
@@ -351,7 +355,7 @@ bool LogSlider::endDrag() {
 }
 
 void LogSlider::cancelDrag() {
-    if (!d->dragStart || d->takenBack)
+    if (!d->isHeld() || d->takenBack)
         return;
     if (d->bracket.isEditing())
         d->bracket.cancel();

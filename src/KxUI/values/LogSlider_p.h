@@ -17,6 +17,8 @@ public:
 
     /** Shows a position again that an edit began at. */
     void goTo(int position);
+    /** Whether the button of a drag, or of paging, is down, and nothing else ended that. */
+    bool isHeld() const { return dragStart && !bracket.isAdrift(); }
 
     LogSlider* q;
     EditBracket<LogSlider, int> bracket; ///< of positions
