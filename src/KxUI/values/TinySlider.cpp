@@ -36,7 +36,7 @@ public:
         bar.beyond = side() == 0 ? 0 : (side() > 0) == isForward() ? 1 : -1;
         bar.isActive = isDragged() || isHovered();
         bar.hasFocus = q->hasFocus();
-        bar.paint(painter, q->palette());
+        bar.paint(painter, q->palette(), m_pointer);
     }
 
 protected:
@@ -58,6 +58,9 @@ protected:
     QRectF handleArea(double shown) override {
         return LinearSliderPrivate::handleArea(shown).adjusted(-2.0, -2.0, 2.0, 2.0);
     }
+
+private:
+    TinySliderPointer m_pointer;
 };
 
 } // namespace

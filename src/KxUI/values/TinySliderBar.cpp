@@ -1,6 +1,7 @@
 #include <KxUI/values/TinySliderBar_p.h>
 
 #include <KxUI/kit/ColorContrast_p.h>
+#include <KxUI/kit/Crisp_p.h>
 
 #include <QPainter>
 #include <QPalette>
@@ -14,9 +15,12 @@ namespace {
 
 constexpr double LineContrast = 3.0; // WCAG 2.1, 1.4.11
 
+// Around the picture: smooth edges, and arrows, go a little beyond the pointer.
+constexpr int PointerRoom = 12;
+
 // A pointer that stands on its tip on the line, or a triangle that points beyond an end of it; x runs
 // along the line.
-QPolygonF pointer(double at, double middle, int beyond) {
+QPolygonF pointerAt(double at, double middle, int beyond) {
     constexpr double Half = TinySliderBar::PointerSize / 2.0;
     if (beyond != 0)
         return QPolygonF({{at - beyond * Half, middle - Half},
@@ -31,7 +35,36 @@ QPolygonF pointer(double at, double middle, int beyond) {
 
 } // namespace
 
-void TinySliderBar::paint(QPainter& painter, const QPalette& palette) const {
+const QImage& TinySliderPointer::image(const QColor& color, Qt::Orientation orientation, int beyond,
+                                       double deviceRatio) {
+    const bool isSame = color.rgba() == m_color && orientation == m_orientation &&
+                        beyond == m_beyond && deviceRatio == m_ratio;
+    if (isSame && !m_image.isNull())
+        return m_image;
+    m_color = color.rgba();
+    m_orientation = orientation;
+    m_beyond = beyond;
+    m_ratio = deviceRatio;
+    const int side = static_cast<int>(std::ceil(PointerRoom * deviceRatio));
+    m_image = QImage(side, side, QImage::Format_ARGB32_Premultiplied);
+    m_image.setDevicePixelRatio(deviceRatio);
+    m_image.fill(Qt::transparent);
+    constexpr double Middle = PointerRoom / 2.0;
+    QPolygonF shape = pointerAt(Middle, Middle, beyond);
+    if (orientation != Qt::Horizontal) {
+        for (QPointF& corner : shape)
+            corner = corner.transposed();
+    }
+    QPainter painter(&m_image);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(color);
+    painter.drawConvexPolygon(shape);
+    return m_image;
+}
+
+void TinySliderBar::paint(QPainter& painter, const QPalette& palette,
+                          TinySliderPointer& pointer) const {
     const QColor window = palette.color(QPalette::Window);
     const QColor text = palette.color(QPalette::WindowText);
     const QColor highlight = palette.color(QPalette::Highlight);
@@ -44,11 +77,10 @@ void TinySliderBar::paint(QPainter& painter, const QPalette& palette) const {
     const double middle = isHorizontal ? area.center().y() : area.center().x();
     // Whole device pixels: nothing is blurred, and filling them is several times cheaper.
     const double ratio = painter.device()->devicePixelRatioF();
-    const auto crisp = [ratio](double x) { return std::round(x * ratio) / ratio; };
-    const double top = crisp(middle - LineWidth / 2.0);
+    const double top = onPixels(middle - LineWidth / 2.0, ratio);
     const auto bar = [&](double a, double b, const QColor& color) {
-        const double first = crisp(a);
-        const double length = crisp(b) - first;
+        const double first = onPixels(a, ratio);
+        const double length = onPixels(b, ratio) - first;
         painter.fillRect(isHorizontal ? QRectF(first, top, length, LineWidth)
                                       : QRectF(top, first, LineWidth, length),
                          color);
@@ -57,20 +89,23 @@ void TinySliderBar::paint(QPainter& painter, const QPalette& palette) const {
     if (from != to)
         bar(std::min(from, to), std::max(from, to), fill);
 
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(isActive ? mixed(text, fill, 0.5) : text);
-    QPolygonF shape = pointer(to, middle, beyond);
-    if (!isHorizontal) {
-        for (QPointF& corner : shape)
-            corner = corner.transposed();
-    }
-    painter.drawConvexPolygon(shape);
-    if (hasFocus) {
-        painter.setBrush(Qt::NoBrush);
-        painter.setPen(QPen(fill, 1.0));
-        painter.drawRect(area.adjusted(0.5, 0.5, -0.5, -0.5));
-    }
+    constexpr double Middle = PointerRoom / 2.0;
+    const QPointF corner(onPixels(to - Middle, ratio), onPixels(middle - Middle, ratio));
+    painter.drawImage(
+        isHorizontal ? corner : corner.transposed(),
+        pointer.image(isActive ? mixed(text, fill, 0.5) : text, orientation, beyond, ratio));
+    if (hasFocus)
+        paintFrame(painter, fill, ratio);
+}
+
+void TinySliderBar::paintFrame(QPainter& painter, const QColor& color, double ratio) const {
+    const double width = std::max(1.0, std::round(ratio)) / ratio;
+    const QRectF frame = rectOnPixels(area, ratio);
+    const QPointF inner = frame.bottomRight() - QPointF(width, width);
+    painter.fillRect(QRectF(frame.left(), frame.top(), frame.width(), width), color);
+    painter.fillRect(QRectF(frame.left(), inner.y(), frame.width(), width), color);
+    painter.fillRect(QRectF(frame.left(), frame.top(), width, frame.height()), color);
+    painter.fillRect(QRectF(inner.x(), frame.top(), width, frame.height()), color);
 }
 
 } // namespace Kestrel::UI
