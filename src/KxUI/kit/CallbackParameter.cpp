@@ -1,32 +1,18 @@
 #include <KxUI/kit/CallbackParameter.h>
 
-#include <KxUI/kit/ParameterWatchers.h>
+#include <KxUI/kit/ParameterFacts_p.h>
 
 #include <utility>
 
 namespace Kestrel::UI {
 
-struct CallbackParameter::Private {
+struct CallbackParameter::Private : ParameterFacts {
     Read read;
     Write write;
     Begin begin;
     End end;
     Enable enable;
-    QVariant minimum;
-    QVariant maximum;
-    QVariant defaultValue;
-    QString label;
     QVector<double> keys;
-    bool enabled = true;
-    ParameterWatchers watchers;
-
-    template <class T>
-    void set(T& member, const T& value) {
-        if (member == value)
-            return;
-        member = value;
-        watchers.tell();
-    }
 };
 
 CallbackParameter::CallbackParameter(Read read, Write write)
@@ -47,11 +33,7 @@ void CallbackParameter::setEnabler(Enable enable) {
 }
 
 void CallbackParameter::setRange(const QVariant& minimum, const QVariant& maximum) {
-    if (m->minimum == minimum && m->maximum == maximum)
-        return;
-    m->minimum = minimum;
-    m->maximum = maximum;
-    m->watchers.tell();
+    m->setRange(minimum, maximum);
 }
 
 void CallbackParameter::setDefaultValue(const QVariant& value) {

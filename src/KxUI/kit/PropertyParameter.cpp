@@ -1,25 +1,19 @@
 #include <KxUI/kit/PropertyParameter.h>
 
 #include <KxUI/kit/MethodRelay_p.h>
-#include <KxUI/kit/ParameterWatchers.h>
+#include <KxUI/kit/ParameterFacts_p.h>
 
 #include <QMetaProperty>
 #include <QPointer>
 
 namespace Kestrel::UI {
 
-struct PropertyParameter::Private {
+struct PropertyParameter::Private : ParameterFacts {
     QPointer<QObject> object;
     QByteArray name;
     QMetaProperty property; ///< invalid for a dynamic one
-    QVariant minimum;
-    QVariant maximum;
-    QVariant defaultValue;
-    QString label;
-    ParameterWatchers watchers;
     std::unique_ptr<MethodRelay> relay;
     QMetaObject::Connection destroyed;
-    bool enabled = true;
     bool writing = false;
     bool told = false; ///< while writing
 
@@ -27,14 +21,6 @@ struct PropertyParameter::Private {
         told = true;
         if (!writing)
             watchers.tell();
-    }
-
-    template <class T>
-    void set(T& member, const T& value) {
-        if (member == value)
-            return;
-        member = value;
-        watchers.tell();
     }
 };
 
@@ -61,11 +47,7 @@ PropertyParameter::~PropertyParameter() {
 }
 
 void PropertyParameter::setRange(const QVariant& minimum, const QVariant& maximum) {
-    if (m->minimum == minimum && m->maximum == maximum)
-        return;
-    m->minimum = minimum;
-    m->maximum = maximum;
-    m->watchers.tell();
+    m->setRange(minimum, maximum);
 }
 
 void PropertyParameter::setDefaultValue(const QVariant& value) {
