@@ -134,10 +134,8 @@ const std::vector<ChoiceWidth>& ChoiceBarPrivate::widths() {
 }
 
 int ChoiceBarPrivate::height() const {
-    const bool hasIcons = std::any_of(list.all.begin(), list.all.end(),
-                                      [](const Choice& choice) { return !choice.icon.isNull(); });
     const int text = q->fontMetrics().height();
-    if (!hasIcons)
+    if (!list.hasIcons())
         return text + 2 * PaddingY;
     const int icon = iconSize();
     const bool under = style() == Qt::ToolButtonTextUnderIcon;

@@ -150,10 +150,8 @@ QStyleOptionComboBox ChoiceButtonPrivate::comboOption() const {
 }
 
 QSize ChoiceButtonPrivate::sizeOf(int textWidth) const {
-    const bool hasIcons = std::any_of(list.all.begin(), list.all.end(),
-                                      [](const Choice& choice) { return !choice.icon.isNull(); });
     const QStyleOptionComboBox option = comboOption();
-    const QSize icon = hasIcons ? q->iconSize() + QSize(4, 2) : QSize(0, 0);
+    const QSize icon = list.hasIcons() ? q->iconSize() + QSize(4, 2) : QSize(0, 0);
     const QFontMetrics metrics = q->fontMetrics();
     const QSize contents(textWidth + icon.width(),
                          std::max({metrics.height(), icon.height(), 14}) + 2);

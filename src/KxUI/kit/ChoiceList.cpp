@@ -1,5 +1,7 @@
 #include <KxUI/kit/ChoiceList_p.h>
 
+#include <algorithm>
+
 namespace Kestrel::UI {
 
 QString Choice::plainText() const {
@@ -11,6 +13,11 @@ QString Choice::plainText() const {
         plain.append(text.at(i));
     }
     return plain;
+}
+
+bool ChoiceList::hasIcons() const {
+    return std::any_of(all.begin(), all.end(),
+                       [](const Choice& choice) { return !choice.icon.isNull(); });
 }
 
 int ChoiceList::current() const {

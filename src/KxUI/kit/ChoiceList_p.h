@@ -34,6 +34,7 @@ struct ChoiceList {
     Choice& at(int index) { return all[static_cast<std::size_t>(index)]; }
     const Choice& at(int index) const { return all[static_cast<std::size_t>(index)]; }
 
+    bool hasIcons() const;
     int current() const;
     QList<int> checked() const;
     /** Leaves only these on, and of them only the first where the choice is exclusive. */
