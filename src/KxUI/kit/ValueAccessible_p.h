@@ -25,6 +25,16 @@ protected:
     }
 };
 
+/** The same of a widget whose value has a range: minimum() to maximum(). */
+template <class Widget>
+class RangeAccessible : public ValueAccessible {
+public:
+    using ValueAccessible::ValueAccessible;
+
+    QVariant maximumValue() const final { return widgetAs<Widget>()->maximum(); }
+    QVariant minimumValue() const final { return widgetAs<Widget>()->minimum(); }
+};
+
 /** Makes Qt create `Interface` for the widgets of this class and of those derived from it. */
 template <class Interface, class Widget>
 void installAccessible() {

@@ -7,7 +7,7 @@
 namespace Kestrel::UI {
 
 FrameSliderAccessible::FrameSliderAccessible(FrameSlider* slider)
-    : ValueAccessible(slider, QAccessible::Slider) {}
+    : RangeAccessible(slider, QAccessible::Slider) {}
 
 FrameSlider* FrameSliderAccessible::slider() const {
     return widgetAs<FrameSlider>();
@@ -31,14 +31,6 @@ void FrameSliderAccessible::setCurrentValue(const QVariant& value) {
     auto* inner = slider()->findChild<LinearSlider*>();
     if (QAccessibleInterface* seen = QAccessible::queryAccessibleInterface(inner))
         seen->valueInterface()->setCurrentValue(value);
-}
-
-QVariant FrameSliderAccessible::maximumValue() const {
-    return slider()->maximum();
-}
-
-QVariant FrameSliderAccessible::minimumValue() const {
-    return slider()->minimum();
 }
 
 QVariant FrameSliderAccessible::minimumStepSize() const {

@@ -8,15 +8,13 @@ namespace Kestrel::UI {
 
 /** A frame slider as assistive technology sees it: a slider named "Frame" unless the host names it,
     told in the notation of its field. Setting the value is an edit of the user. */
-class FrameSliderAccessible : public ValueAccessible {
+class FrameSliderAccessible : public RangeAccessible<FrameSlider> {
 public:
     explicit FrameSliderAccessible(FrameSlider* slider);
 
     QVariant currentValue() const override;
     /** Limited to the range; what is no number is ignored. */
     void setCurrentValue(const QVariant& value) override;
-    QVariant maximumValue() const override;
-    QVariant minimumValue() const override;
     QVariant minimumStepSize() const override;
 
 protected:

@@ -9,7 +9,7 @@
 namespace Kestrel::UI {
 
 DoubleSpinBoxAccessible::DoubleSpinBoxAccessible(DoubleSpinBox* box)
-    : ValueAccessible(box, QAccessible::SpinBox) {}
+    : RangeAccessible(box, QAccessible::SpinBox) {}
 
 QString DoubleSpinBoxAccessible::valueText() const {
     const QString& problem = box()->d->problem;
@@ -52,14 +52,6 @@ void DoubleSpinBoxAccessible::setCurrentValue(const QVariant& value) {
     const double wanted = value.toDouble(&isNumber);
     if (isNumber && std::isfinite(wanted) && box()->isEnabled())
         box()->d->setOnce(box()->d->clamped(wanted));
-}
-
-QVariant DoubleSpinBoxAccessible::maximumValue() const {
-    return box()->maximum();
-}
-
-QVariant DoubleSpinBoxAccessible::minimumValue() const {
-    return box()->minimum();
 }
 
 QVariant DoubleSpinBoxAccessible::minimumStepSize() const {

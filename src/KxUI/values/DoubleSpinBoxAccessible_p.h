@@ -8,7 +8,7 @@ class DoubleSpinBox;
 
 /** A number field as assistive technology sees it: its values are those of the host, its text is
     what is shown. Setting the value is an edit of the user. */
-class DoubleSpinBoxAccessible : public ValueAccessible {
+class DoubleSpinBoxAccessible : public RangeAccessible<DoubleSpinBox> {
 public:
     explicit DoubleSpinBoxAccessible(DoubleSpinBox* box);
 
@@ -21,8 +21,6 @@ public:
     QVariant currentValue() const override;
     /** In one edit, clamped to the range. */
     void setCurrentValue(const QVariant& value) override;
-    QVariant maximumValue() const override;
-    QVariant minimumValue() const override;
     QVariant minimumStepSize() const override;
 
 protected:

@@ -7,7 +7,7 @@
 namespace Kestrel::UI {
 
 LinearSliderAccessible::LinearSliderAccessible(LinearSlider* slider)
-    : ValueAccessible(slider, QAccessible::Slider) {}
+    : RangeAccessible(slider, QAccessible::Slider) {}
 
 QString LinearSliderAccessible::valueText() const {
     return LinearSliderPrivate::of(slider())->numberText(slider()->value());
@@ -23,14 +23,6 @@ void LinearSliderAccessible::setCurrentValue(const QVariant& value) {
     LinearSliderPrivate* const own = LinearSliderPrivate::of(slider());
     if (isNumber && std::isfinite(wanted))
         own->bracket->editOnce(own->editable(wanted));
-}
-
-QVariant LinearSliderAccessible::maximumValue() const {
-    return slider()->maximum();
-}
-
-QVariant LinearSliderAccessible::minimumValue() const {
-    return slider()->minimum();
 }
 
 QVariant LinearSliderAccessible::minimumStepSize() const {

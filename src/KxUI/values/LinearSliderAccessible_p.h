@@ -8,15 +8,13 @@ class LinearSlider;
 
 /** A linear slider as assistive technology sees it: its value is the real one, and setting that is
     an edit of the user. */
-class LinearSliderAccessible : public ValueAccessible {
+class LinearSliderAccessible : public RangeAccessible<LinearSlider> {
 public:
     explicit LinearSliderAccessible(LinearSlider* slider);
 
     QVariant currentValue() const override;
     /** Limited to the range; what is no finite number is ignored. */
     void setCurrentValue(const QVariant& value) override;
-    QVariant maximumValue() const override;
-    QVariant minimumValue() const override;
     QVariant minimumStepSize() const override;
 
 protected:
