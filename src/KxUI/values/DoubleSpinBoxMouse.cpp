@@ -19,6 +19,22 @@
 
 namespace Kestrel::UI {
 
+namespace {
+
+bool isOfMouse(const QEvent& event) {
+    switch (event.type()) {
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonDblClick:
+    case QEvent::MouseMove:
+    case QEvent::MouseButtonRelease:
+        return true;
+    default:
+        return false;
+    }
+}
+
+} // namespace
+
 ScrubDrag::Start DoubleSpinBoxPrivate::scrubStart(const QPoint& at, bool onArrow) {
     m_scrubUnit = unitOf(value);
     m_scrubBase = value;
@@ -202,15 +218,8 @@ void DoubleSpinBoxPrivate::hover(const QPoint& at) {
 
 // While text is edited: the middle button drags the number.
 bool DoubleSpinBoxPrivate::filterEdit(QEvent* event) {
-    switch (event->type()) {
-    case QEvent::MouseButtonPress:
-    case QEvent::MouseButtonDblClick:
-    case QEvent::MouseMove:
-    case QEvent::MouseButtonRelease:
-        break;
-    default:
+    if (!isOfMouse(*event))
         return false;
-    }
     if (bracket.takes(event))
         return true;
     const auto& mouse = *static_cast<QMouseEvent*>(event);
@@ -227,15 +236,8 @@ bool DoubleSpinBoxPrivate::filterEdit(QEvent* event) {
 }
 
 bool DoubleSpinBoxPrivate::filterLabel(QEvent* event) {
-    switch (event->type()) {
-    case QEvent::MouseButtonPress:
-    case QEvent::MouseButtonDblClick:
-    case QEvent::MouseMove:
-    case QEvent::MouseButtonRelease:
-        break;
-    default:
+    if (!isOfMouse(*event))
         return false;
-    }
     if (!q->isEnabled() || bracket.takes(event))
         return true;
     const auto& mouse = *static_cast<QMouseEvent*>(event);
