@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QObject>
+#include <QtTest>
 
 #include <functional>
 #include <memory>
