@@ -5,12 +5,7 @@
 #include <KxUI/dock/DockSanity_p.h>
 #include <KxUI/dock/DockSplitter.h>
 
-#include <QBuffer>
 #include <QCloseEvent>
-#include <QCoreApplication>
-#include <QEvent>
-#include <QHash>
-#include <QPointer>
 #include <QtTest>
 
 namespace Kestrel::Test {

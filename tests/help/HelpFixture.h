@@ -1,12 +1,7 @@
 #pragma once
 
-#include <QCoreApplication>
-#include <QDir>
-#include <QFile>
 #include <QHostAddress>
 #include <QTcpSocket>
-#include <QTemporaryDir>
-#include <QTemporaryFile>
 #include <QtTest>
 
 #include <algorithm>

@@ -4,8 +4,6 @@
 
 #include "app/MainWindow.h"
 
-#include <QFile>
-#include <QTemporaryDir>
 #include <QtTest>
 
 #include <memory>
