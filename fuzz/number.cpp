@@ -5,8 +5,8 @@
 #include <KxUI/values/NumberEntry_p.h>
 #include <KxUI/values/NumberSteps_p.h>
 
+#include <support/NumberOracle.h>
 #include <support/Require.h>
-#include <values/NumberOracle.h>
 
 #include <fuzzer/FuzzedDataProvider.h>
 
@@ -15,8 +15,8 @@
 #include <vector>
 
 using namespace Kestrel::UI;
+using Kestrel::Fuzz::NumberOracle;
 using Kestrel::Fuzz::require;
-using Kestrel::Test::NumberOracle;
 
 namespace {
 

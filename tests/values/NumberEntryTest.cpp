@@ -5,15 +5,10 @@
 #include <support/TestRegistry.h>
 
 #include <cmath>
-#include <cstring>
 #include <limits>
-#include <random>
 
 using namespace Kestrel;
-using Kestrel::UI::NumberEntry;
-using Kestrel::UI::NumberNotation;
-using Kestrel::UI::NumberProblem;
-using Kestrel::UI::ValueUnits;
+using namespace Kestrel::UI;
 
 Q_DECLARE_METATYPE(NumberProblem)
 
@@ -235,30 +230,6 @@ private Q_SLOTS:
         QFETCH(int, decimals);
         QFETCH(int, fewest);
         QTEST(UI::numberText(number, decimals, fewest, {}), "text");
-    }
-
-    void exactTextsReadBack_data() {
-        QTest::addColumn<QString>("locale");
-        for (const char* locale : {"C", "de_DE", "fr_FR", "ar_EG", "fa_IR", "sv_SE"})
-            QTest::newRow(locale) << QString::fromLatin1(locale);
-    }
-    void exactTextsReadBack() {
-        QFETCH(QString, locale);
-        const auto notation = NumberNotation::of(QLocale(locale));
-        const ValueUnits units;
-        std::mt19937_64 random(1);
-        for (int i = 0; i < 100000; ++i) {
-            const std::uint64_t bits = random();
-            double number = 0.0;
-            std::memcpy(&number, &bits, sizeof number);
-            if (i % 2)
-                number = std::ldexp(double(bits >> 11), -53) * 2000.0 - 1000.0;
-            if (!std::isfinite(number))
-                continue;
-            const QString text = UI::exactNumberText(number, notation);
-            const NumberEntry entry = UI::readNumber(text, {notation, units, -1, 0.0});
-            QVERIFY2(entry.kind == NumberEntry::Set && entry.value == number, qPrintable(text));
-        }
     }
 };
 
