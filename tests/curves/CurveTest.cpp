@@ -4,17 +4,12 @@
 #include <support/Columns.h>
 #include <support/TestRegistry.h>
 
-#include <QtTest>
-
-#include <array>
 #include <cmath>
 #include <locale>
-#include <random>
 #include <sstream>
 #include <vector>
 
-using Kestrel::UI::Curve;
-using Kestrel::UI::Knot;
+using namespace Kestrel::UI;
 
 namespace {
 
@@ -113,25 +108,6 @@ private slots:
               curveThrough({{-2, 5}, {0.1F, 0.5F}, {4, -3}})}) {
             for (const unsigned int size : {0U, 1U, 2U, 33U, 70001U})
                 QCOMPARE(badEntries(curve, size), 0);
-        }
-    }
-
-    // Any finite knots in any order, many of them coincident or nearly so.
-    void fuzzedKnotsStayFinite() {
-        std::mt19937 random(7);
-        const auto upTo = [&](unsigned int limit) { return unsigned(random() % (limit + 1)); };
-        const auto coordinate = [&] {
-            const float unit = float(upTo(1000)) / 1000.0F;
-            const float quarter = float(upTo(4)) / 4.0F;
-            const std::array<float, 4> all{unit, quarter, std::nextafter(quarter, unit),
-                                           std::ldexp(unit - 0.5F, int(upTo(200)) - 120)};
-            return all[upTo(3)];
-        };
-        for (int round = 0; round < 20000; ++round) {
-            Curve curve(8, 2 + upTo(6));
-            for (int i = 0; i < curve.numKnots(); ++i)
-                curve.setKnot(i, {coordinate(), coordinate(), false});
-            QVERIFY2(badEntries(curve, 2 + upTo(60)) == 0, qPrintable(text(curve, 9)));
         }
     }
 
