@@ -1,10 +1,7 @@
 #include <KxUI/curves/Curve.h>
 #include <KxUI/curves/KeyCurve.h>
 
-#include <support/Columns.h>
 #include <support/TestRegistry.h>
-
-#include <QtTest>
 
 #include <algorithm>
 #include <cmath>
@@ -12,8 +9,7 @@
 #include <random>
 #include <vector>
 
-using Kestrel::UI::Curve;
-using Kestrel::UI::KeyCurve;
+using namespace Kestrel::UI;
 using Key = KeyCurve::Key;
 using Shape = KeyCurve::Shape;
 using Beyond = KeyCurve::Beyond;
@@ -74,31 +70,30 @@ class KeyCurveTest : public QObject {
     Q_OBJECT
 
 private slots:
-    void shapes_data() {
-        QTest::addColumn<int>("shape");
-        QTest::addColumn<double>("middle");
-        QTest::addColumn<double>("slope");
-        // Of the piece from (1, 1) to (2, 3), the third of (0, 0), (1, 1), (2, 3), (4, 3).
-        QTest::newRow("constant") << int(Shape::Constant) << 1.0 << 0.0;
-        QTest::newRow("linear") << int(Shape::Linear) << 2.0 << 2.0;
-        QTest::newRow("smooth") << int(Shape::Smooth) << 2 + (1.5 - 2.0 / 3) / 8 << 1.5;
-        QTest::newRow("monotone") << int(Shape::Monotone) << 2 + (4.0 / 3) / 8 << 4.0 / 3;
-        QTest::newRow("free") << int(Shape::Free) << 2 + (0.5 - -1.0) / 8 << 0.5;
-    }
+    // Of the piece from (1, 1) to (2, 3), the third of (0, 0), (1, 1), (2, 3), (4, 3).
     void shapes() {
-        QFETCH(int, shape);
-        std::vector<Key> keys;
-        for (const auto& at : {std::pair(0, 0), {1, 1}, {2, 3}, {4, 3}})
-            keys.push_back(keyAt(at.first, at.second, Shape(shape)));
-        keys[1].slopeOut = 0.5;
-        keys[2].slopeIn = -1;
-        keys[2].broken = true;
-        const KeyCurve curve(keys);
-        QTEST(curve.valueAt(1.5), "middle");
-        QTEST(curve.slopes(1).out, "slope");
-        QCOMPARE(curve.valueAt(2), 3.0);
-        QCOMPARE(curve.valueAt(-1), 0.0);
-        QCOMPARE(curve.valueAt(9), 3.0);
+        const struct {
+            Shape shape;
+            double middle, slope;
+        } rows[] = {{Shape::Constant, 1.0, 0.0},
+                    {Shape::Linear, 2.0, 2.0},
+                    {Shape::Smooth, 2 + (1.5 - 2.0 / 3) / 8, 1.5},
+                    {Shape::Monotone, 2 + (4.0 / 3) / 8, 4.0 / 3},
+                    {Shape::Free, 2 + (0.5 - -1.0) / 8, 0.5}};
+        for (const auto& row : rows) {
+            std::vector<Key> keys;
+            for (const auto& at : {std::pair(0, 0), {1, 1}, {2, 3}, {4, 3}})
+                keys.push_back(keyAt(at.first, at.second, row.shape));
+            keys[1].slopeOut = 0.5;
+            keys[2].slopeIn = -1;
+            keys[2].broken = true;
+            const KeyCurve curve(keys);
+            QCOMPARE(curve.valueAt(1.5), row.middle);
+            QCOMPARE(curve.slopes(1).out, row.slope);
+            QCOMPARE(curve.valueAt(2), 3.0);
+            QCOMPARE(curve.valueAt(-1), 0.0);
+            QCOMPARE(curve.valueAt(9), 3.0);
+        }
     }
 
     void keepsMonotone() {
@@ -215,26 +210,23 @@ private slots:
         }
     }
 
-    void beyond_data() {
-        QTest::addColumn<int>("beyond");
-        QTest::addColumn<double>("left");  // at -0.5
-        QTest::addColumn<double>("right"); // at 3.5
-        QTest::addColumn<double>("slopeLeft");
-        QTest::addColumn<double>("slopeRight");
-        QTest::newRow("hold") << int(Beyond::Hold) << 0.0 << 4.0 << 0.0 << 0.0;
-        QTest::newRow("line") << int(Beyond::Line) << -0.5 << 5.5 << 1.0 << 3.0;
-        QTest::newRow("repeat") << int(Beyond::Repeat) << 2.5 << 0.5 << 3.0 << 1.0;
-        QTest::newRow("mirror") << int(Beyond::Mirror) << 0.5 << 2.5 << -1.0 << -3.0;
-    }
     void beyond() {
-        QFETCH(int, beyond);
+        const struct {
+            Beyond beyond;
+            double left, right, slopeLeft, slopeRight; ///< at -0.5 and 2.5
+        } rows[] = {{Beyond::Hold, 0.0, 4.0, 0.0, 0.0},
+                    {Beyond::Line, -0.5, 5.5, 1.0, 3.0},
+                    {Beyond::Repeat, 2.5, 0.5, 3.0, 1.0},
+                    {Beyond::Mirror, 0.5, 2.5, -1.0, -3.0}};
         KeyCurve curve(
             {keyAt(0, 0, Shape::Linear), keyAt(1, 1, Shape::Linear), keyAt(2, 4, Shape::Linear)});
-        curve.setBeyond(Beyond(beyond), Beyond(beyond));
-        QTEST(curve.valueAt(-0.5), "left");
-        QTEST(curve.valueAt(2.5), "right");
-        QTEST(curve.slopeAt(-0.5), "slopeLeft");
-        QTEST(curve.slopeAt(2.5), "slopeRight");
+        for (const auto& row : rows) {
+            curve.setBeyond(row.beyond, row.beyond);
+            QCOMPARE(curve.valueAt(-0.5), row.left);
+            QCOMPARE(curve.valueAt(2.5), row.right);
+            QCOMPARE(curve.slopeAt(-0.5), row.slopeLeft);
+            QCOMPARE(curve.slopeAt(2.5), row.slopeRight);
+        }
     }
 
     void samplesAndRangesAreTheValues() {
