@@ -3,10 +3,6 @@
 
 #include <support/TestRegistry.h>
 
-#include <QDir>
-#include <QTemporaryDir>
-#include <QtTest>
-
 #include <clocale>
 
 using Kestrel::Base::FrameRange;
@@ -16,15 +12,6 @@ class FileInfoTest : public QObject {
     Q_OBJECT
 
 private slots:
-    void status() {
-        FileInfo info("a.exr", false);
-        info.setAdditionalInfo(5000000000U, -7, true, true);
-        QCOMPARE(info.flags(), FileInfo::Flags(QFlag(1 | 4 | 8)));
-        QVERIFY(info.size() == 5000000000U && info.lastModified() == -7);
-        info.setAdditionalInfo(1, 2, false, false);
-        QCOMPARE(info.flags(), FileInfo::AdditionalInfo);
-    }
-
     // Bytes are kept; they are shown as UTF-8 also where the locale does not know it.
     void names() {
         std::setlocale(LC_ALL, "C");
