@@ -5,8 +5,6 @@
 #include <KxUI/time/JogWheelPlan_p.h>
 #include <KxUI/time/TimeSliderDrag_p.h>
 
-#include <QtTest>
-
 using namespace Kestrel::UI;
 using Kestrel::Base::InvalidTime;
 
@@ -174,15 +172,18 @@ private Q_SLOTS:
         struct {
             TimeSliderRange visible, clip;
             int y;
+            Qt::KeyboardModifiers modifiers = Qt::NoModifier;
         } const cases[] = {{{20, 60}, {0, 99}, 2}, // beside the overview bar
                            {{0, 99}, {0, -1}, 30}, // no frames
-                           {{}, {0, 99}, 30}};     // nothing is shown
+                           {{}, {0, 99}, 30},      // nothing is shown
+                           {{}, {0, 99}, 30, Qt::ControlModifier}};
         for (const auto& each : cases) {
             TimeSliderDrag drag;
             TimeSliderScene scene = makeScene();
             scene.geometry.visible = each.visible;
             scene.geometry.clip = each.clip;
-            QCOMPARE(words(drag.press(scene, {x(90), each.y})), QStringLiteral("allow"));
+            QCOMPARE(words(drag.press(scene, {x(90), each.y, Qt::LeftButton, each.modifiers})),
+                     QStringLiteral("allow"));
             QVERIFY(!drag.isActive());
         }
     }
