@@ -7,9 +7,7 @@
 
 #include <QDialog>
 #include <QPushButton>
-#include <QSignalSpy>
 #include <QVBoxLayout>
-#include <QtTest>
 
 #include <limits>
 #include <type_traits>
@@ -227,21 +225,6 @@ private slots:
         field.setFormatter(nullptr);
         other.setDisplayTimecode(false);
         QCOMPARE(field.text(), QStringLiteral("00:00:00:24"));
-    }
-
-    void saysWhoChangedTheTime() {
-        TimeField field;
-        setNotation(field, FramesOf25);
-        QStringList log;
-        connect(&field, &TimeField::valueChanged, [&](Time t) { log << QString::number(t); });
-        connect(&field, &TimeField::valueEdited, [&] { log << QStringLiteral("edited"); });
-        field.setTime(3);
-        enter(field, "5");
-        QTest::keyClick(&field, Qt::Key_Home);
-        QTest::keyClick(&field, Qt::Key_Up);
-        QCOMPARE(log.join(QLatin1Char(' ')), QStringLiteral("3 5 edited 6 edited"));
-        QVERIFY(field.setProperty("time", QVariant::fromValue(Time(9))));
-        QCOMPARE(field.text(), QStringLiteral("9"));
     }
 
     void displayFollowsTheFormatter() {
