@@ -5,17 +5,13 @@
 #include <support/TestRegistry.h>
 
 #include <QAccessible>
-#include <QSignalSpy>
-#include <QtTest>
 
 #include <climits>
 #include <cmath>
 #include <limits>
 #include <stdexcept>
 
-using Kestrel::UI::DecadeFlags;
-using Kestrel::UI::LogScale;
-using Kestrel::UI::LogSlider;
+using namespace Kestrel::UI;
 
 namespace {
 
@@ -324,22 +320,6 @@ private slots:
             QVERIFY(slider.tickColor().isValid());
             slider.setDrawLogTicks(false);
             QCOMPARE(slider.grab().toImage(), plain.grab().toImage());
-        }
-    }
-
-    void settingsOfTicksAreProperties() {
-        LogSlider slider;
-        QSignalSpy changed(&slider, &LogSlider::ticksChanged);
-        const QHash<const char*, QVariant> values{{"drawLogTicks", false},
-                                                  {"tickTextSize", 11},
-                                                  {"tickColor", QColor(Qt::red)},
-                                                  {"expTickColor", QColor(Qt::green)}};
-        for (int round = 0; round < 2; ++round) { // the second one changes nothing
-            for (auto it = values.begin(); it != values.end(); ++it) {
-                QVERIFY(slider.setProperty(it.key(), it.value()));
-                QCOMPARE(slider.property(it.key()), it.value());
-            }
-            QCOMPARE(changed.count(), 4);
         }
     }
 };
