@@ -6,9 +6,6 @@
 #include <support/TestRegistry.h>
 
 #include <QLineEdit>
-#include <QScrollArea>
-#include <QSignalSpy>
-#include <QtTest>
 
 #include <cfloat>
 #include <cmath>
@@ -424,18 +421,6 @@ private slots:
             Kestrel::Test::checkEditBracket(editedSlider<LinearSlider>(orientation));
             Kestrel::Test::checkEditBracket(editedSlider<TinySlider>(orientation));
         }
-    }
-
-    void scrollAreaKeepsTheWheel() {
-        QScrollArea area;
-        auto* slider = new LinearSlider;
-        slider->setMinimumHeight(1000);
-        area.setWidget(slider);
-        area.show();
-        QVERIFY(!Kestrel::Test::turnWheel(*slider, 120));
-        slider->setWheelPolicy(WheelPolicy::WheelAlways);
-        QVERIFY(Kestrel::Test::turnWheel(*slider, 120));
-        QCOMPARE(slider->value(), 0.01);
     }
 
     void toldToAssistiveTools() {
