@@ -5,15 +5,13 @@
 #include <KxUI/kit/ParameterBinding.h>
 #include <KxUI/kit/PushButton.h>
 
+#include <support/Columns.h>
 #include <support/EditBracket.h>
 #include <support/Input.h>
 #include <support/TestRegistry.h>
 
 #include <QAccessible>
 #include <QMenu>
-#include <QPointer>
-#include <QSignalSpy>
-#include <QtTest>
 
 #include <functional>
 #include <memory>
@@ -83,43 +81,38 @@ class ChoicesTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void layout_data() {
-        QTest::addColumn<int>("width");
-        QTest::addColumn<bool>("icons");
-        QTest::addColumn<bool>("uniform");
-        QTest::addColumn<QString>("expected"); // widths, i: icons only, then the menu's
-        QTest::newRow("as wanted") << 180 << true << false << "40 60 80";
-        QTest::newRow("uniform") << 240 << true << true << "80 80 80";
-        QTest::newRow("wider") << 190 << true << false << "43 63 84";
-        QTest::newRow("icons only") << 179 << true << false << "59 60 60 i";
-        QTest::newRow("menu of icons") << 89 << true << false << "30 i 59";
-        QTest::newRow("menu of texts") << 179 << false << false << "40 60 i 79";
-        QTest::newRow("uniform menu") << 230 << false << true << "80 80 i 70";
-        QTest::newRow("all in the menu") << 25 << true << false << "i 25";
-    }
-
     void layout() {
-        QFETCH(int, width);
-        QFETCH(bool, icons);
-        QFETCH(bool, uniform);
-        const int icon = icons ? 30 : 0;
-        const std::vector<ChoiceWidth> widths{{40, icon}, {60, icon}, {80, icon}};
-        for (const auto direction : {Qt::LeftToRight, Qt::RightToLeft}) {
-            const auto layout = ChoiceBarLayout::of(widths, {{width, 20}, 35, uniform, direction});
-            QStringList text;
-            int edge = direction == Qt::LeftToRight ? 0 : width;
-            for (int i = 0; i < layout.seen(); ++i) {
-                const QRect part = layout.partOf(i);
-                QCOMPARE(direction == Qt::LeftToRight ? part.left() : part.right() + 1, edge);
-                edge += direction == Qt::LeftToRight ? part.width() : -part.width();
-                QCOMPARE(layout.choiceAt(part.center()), i);
-                text += QString::number(part.width());
+        const struct {
+            int width;
+            bool icons, uniform;
+            const char* parts; ///< widths, i: icons only, then the menu's
+        } rows[] = {
+            {180, true, false, "40 60 80"},   {240, true, true, "80 80 80"},
+            {190, true, false, "43 63 84"},   {179, true, false, "59 60 60 i"},
+            {89, true, false, "30 i 59"},     {179, false, false, "40 60 i 79"},
+            {230, false, true, "80 80 i 70"}, {25, true, false, "i 25"},
+        };
+        for (const auto& row : rows) {
+            const int icon = row.icons ? 30 : 0;
+            const std::vector<ChoiceWidth> widths{{40, icon}, {60, icon}, {80, icon}};
+            for (const auto direction : {Qt::LeftToRight, Qt::RightToLeft}) {
+                const auto layout =
+                    ChoiceBarLayout::of(widths, {{row.width, 20}, 35, row.uniform, direction});
+                QStringList text;
+                int edge = direction == Qt::LeftToRight ? 0 : row.width;
+                for (int i = 0; i < layout.seen(); ++i) {
+                    const QRect part = layout.partOf(i);
+                    QCOMPARE(direction == Qt::LeftToRight ? part.left() : part.right() + 1, edge);
+                    edge += direction == Qt::LeftToRight ? part.width() : -part.width();
+                    QCOMPARE(layout.choiceAt(part.center()), i);
+                    text += QString::number(part.width());
+                }
+                if (layout.iconsOnly)
+                    text += QStringLiteral("i");
+                if (!layout.menu.isEmpty())
+                    text += QString::number(layout.menu.width());
+                QCOMPARE(text.join(QLatin1Char(' ')), QString::fromLatin1(row.parts));
             }
-            if (layout.iconsOnly)
-                text += QStringLiteral("i");
-            if (!layout.menu.isEmpty())
-                text += QString::number(layout.menu.width());
-            QTEST(text.join(QLatin1Char(' ')), "expected");
         }
     }
 
@@ -154,12 +147,7 @@ private Q_SLOTS:
     }
 
     void user_data() {
-        QTest::addColumn<Do>("act");
-        QTest::addColumn<QString>("told");
-        QTest::addColumn<QList<int>>("on");
-        const auto row = [](const char* name, const char* told, const QList<int>& on, Do act) {
-            QTest::newRow(name) << act << QString::fromLatin1(told) << on;
-        };
+        const Kestrel::Test::Columns<QString, QList<int>, Do> row("told", "on", "act");
         const char* third = "start checked current(2) edit(2) chosen(2) end";
         const auto click = [](ChoiceBar& bar, int x, int to) {
             QTest::mousePress(&bar, Qt::LeftButton, {}, QPoint(x, 5));
@@ -236,7 +224,6 @@ private Q_SLOTS:
 
     void user() {
         QFETCH(Do, act);
-        QFETCH(QList<int>, on);
         ChoiceBar bar;
         fill(bar);
         bar.setCurrentIndex(1);
@@ -248,7 +235,7 @@ private Q_SLOTS:
         Log<ChoiceBar> log(&bar);
         act(bar);
         QTEST(log.take(), "told");
-        QCOMPARE(bar.checkedChoices(), on);
+        QTEST(bar.checkedChoices(), "on");
         QVERIFY(!bar.isEditing());
     }
 
@@ -380,36 +367,32 @@ private Q_SLOTS:
         QCOMPARE(log.take(), QString());
     }
 
-    void wheelOnTheButton_data() {
-        QTest::addColumn<WheelPolicy::Policy>("policy");
-        QTest::addColumn<bool>("focused");
-        QTest::addColumn<bool>("taken");
-        QTest::newRow("without focus") << WheelPolicy::WheelWhenFocused << false << false;
-        QTest::newRow("with focus") << WheelPolicy::WheelWhenFocused << true << true;
-        QTest::newRow("always") << WheelPolicy::WheelAlways << false << true;
-        QTest::newRow("never") << WheelPolicy::WheelNever << true << false;
-    }
-
     void wheelOnTheButton() {
-        QFETCH(WheelPolicy::Policy, policy);
-        QFETCH(bool, focused);
-        QFETCH(bool, taken);
-        QWidget window;
-        auto* button = new ChoiceButton(&window);
-        auto* other = new QToolButton(&window);
-        other->setFocusPolicy(Qt::StrongFocus);
-        fill(*button);
-        button->setWheelPolicy(policy);
-        window.show();
-        QVERIFY(QTest::qWaitForWindowActive(&window));
-        (focused ? static_cast<QWidget*>(button) : other)->setFocus();
-        QCOMPARE(turnWheel(*button, -60), taken); // half a notch
-        QCOMPARE(button->currentIndex(), -1);
-        turnWheel(*button, -60);
-        turnWheel(*button, -240);
-        QCOMPARE(button->currentIndex(), taken ? 2 : -1);
-        turnWheel(*button, 120);
-        QCOMPARE(button->currentIndex(), taken ? 1 : -1);
+        const struct {
+            WheelPolicy::Policy policy;
+            bool focused, taken;
+        } rows[] = {{WheelPolicy::WheelWhenFocused, false, false},
+                    {WheelPolicy::WheelWhenFocused, true, true},
+                    {WheelPolicy::WheelAlways, false, true},
+                    {WheelPolicy::WheelNever, true, false}};
+        for (const auto& row : rows) {
+            QWidget window;
+            auto* button = new ChoiceButton(&window);
+            auto* other = new QToolButton(&window);
+            other->setFocusPolicy(Qt::StrongFocus);
+            fill(*button);
+            button->setWheelPolicy(row.policy);
+            window.show();
+            QVERIFY(QTest::qWaitForWindowActive(&window));
+            (row.focused ? static_cast<QWidget*>(button) : other)->setFocus();
+            QCOMPARE(turnWheel(*button, -60), row.taken); // half a notch
+            QCOMPARE(button->currentIndex(), -1);
+            turnWheel(*button, -60);
+            turnWheel(*button, -240);
+            QCOMPARE(button->currentIndex(), row.taken ? 2 : -1);
+            turnWheel(*button, 120);
+            QCOMPARE(button->currentIndex(), row.taken ? 1 : -1);
+        }
     }
 
     void busyButtonIsNotClicked() {
