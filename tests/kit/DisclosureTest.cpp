@@ -2,21 +2,12 @@
 #include <KxUI/kit/DisclosureHeader_p.h>
 #include <KxUI/settings/AppSettings.h>
 
+#include <support/Columns.h>
 #include <support/EditBracket.h>
 #include <support/Input.h>
 #include <support/TestRegistry.h>
 
-#include <QAccessible>
-#include <QLabel>
-#include <QLineEdit>
-#include <QProxyStyle>
-#include <QPushButton>
-#include <QScrollArea>
-#include <QScrollBar>
-#include <QSignalSpy>
-#include <QVBoxLayout>
-#include <QVariantAnimation>
-#include <QtTest>
+#include <QtWidgets>
 
 #include <functional>
 #include <memory>
@@ -116,60 +107,44 @@ class DisclosureTest : public QObject {
 private Q_SLOTS:
     void initTestCase() { AppSettings().remove(QStringLiteral("disclosures")); }
 
-    void header_data() {
-        QTest::addColumn<int>("width");
-        QTest::addColumn<QString>("expected"); // arrow, check, title, dot, summary, widgets
-        QTest::newRow("wanted") << 250 << "4+10 20+14 40+60 106+6 118+80 204+42";
-        QTest::newRow("wide") << 300 << "4+10 20+14 40+60 106+6 118+80 254+42";
-        QTest::newRow("summary elided") << 200 << "4+10 20+14 40+60 106+6 118+30 154+42";
-        QTest::newRow("title elided") << 130 << "4+10 20+14 40+26 72+6 - 84+42";
-        QTest::newRow("least") << 134 << "4+10 20+14 40+30 76+6 - 88+42";
-        QTest::newRow("nothing left") << 40 << "- - - - - -6+42";
-    }
-
     void header() {
-        QFETCH(int, width);
         const DisclosureHeaderParts parts{10, 14, 60, 6, 80, 42};
-        for (const auto direction : {Qt::LeftToRight, Qt::RightToLeft}) {
-            const auto layout = DisclosureHeaderLayout::of({width, 20}, parts, direction);
-            QStringList text;
-            for (const QRect& part : {layout.arrow, layout.check, layout.title, layout.dot,
-                                      layout.summary, layout.widgets}) {
-                const int left =
-                    direction == Qt::LeftToRight ? part.left() : width - part.right() - 1;
-                text += part.isEmpty() ? QStringLiteral("-")
-                                       : QStringLiteral("%1+%2").arg(left).arg(part.width());
+        const std::pair<int, const char*> rows[] = {
+            // The width, and the arrow, check, title, dot, summary and widgets.
+            {250, "4+10 20+14 40+60 106+6 118+80 204+42"}, // as wanted
+            {300, "4+10 20+14 40+60 106+6 118+80 254+42"},
+            {200, "4+10 20+14 40+60 106+6 118+30 154+42"}, // the summary is elided
+            {130, "4+10 20+14 40+26 72+6 - 84+42"},        // the title, too
+            {134, "4+10 20+14 40+30 76+6 - 88+42"},        // at the least
+            {40, "- - - - - -6+42"},
+        };
+        for (const auto& [width, places] : rows) {
+            for (const auto direction : {Qt::LeftToRight, Qt::RightToLeft}) {
+                const auto layout = DisclosureHeaderLayout::of({width, 20}, parts, direction);
+                QStringList text;
+                for (const QRect& part : {layout.arrow, layout.check, layout.title, layout.dot,
+                                          layout.summary, layout.widgets}) {
+                    const int left =
+                        direction == Qt::LeftToRight ? part.left() : width - part.right() - 1;
+                    text += part.isEmpty() ? QStringLiteral("-")
+                                           : QStringLiteral("%1+%2").arg(left).arg(part.width());
+                }
+                QCOMPARE(text.join(QLatin1Char(' ')), QString::fromLatin1(places));
             }
-            QTEST(text.join(QLatin1Char(' ')), "expected");
         }
         QCOMPARE(DisclosureHeaderLayout::wantedWidth(parts), 250);
         QCOMPARE(DisclosureHeaderLayout::leastWidth(parts), 134);
     }
 
-    void reveal_data() {
-        QTest::addColumn<int>("top");
-        QTest::addColumn<int>("bottom");
-        QTest::addColumn<int>("offset");
-        QTest::addColumn<int>("expected");
-        QTest::newRow("in sight") << 20 << 80 << 10 << 10;
-        QTest::newRow("below") << 120 << 180 << 10 << 80;
-        QTest::newRow("above") << 20 << 80 << 50 << 20;
-        QTest::newRow("higher than the view: its top") << 120 << 400 << 10 << 120;
-    }
-
     void reveal() {
-        QFETCH(int, top);
-        QFETCH(int, bottom);
-        QFETCH(int, offset);
-        QTEST(revealedOffset(top, bottom, 100, offset), "expected");
+        QCOMPARE(revealedOffset(20, 80, 100, 10), 10);    // in sight
+        QCOMPARE(revealedOffset(120, 180, 100, 10), 80);  // below
+        QCOMPARE(revealedOffset(20, 80, 100, 50), 20);    // above
+        QCOMPARE(revealedOffset(120, 400, 100, 10), 120); // higher than the view: its top
     }
 
     void user_data() {
-        QTest::addColumn<Act>("act");
-        QTest::addColumn<QString>("states");
-        const auto row = [](const char* name, const char* states, const Act& act) {
-            QTest::newRow(name) << act << QString::fromLatin1(states);
-        };
+        const Kestrel::Test::Columns<QString, Act> row("states", "act");
         const auto keys = [](int index, std::initializer_list<int> all) {
             return Act([index, codes = std::vector<int>(all)](Panel& panel) {
                 headerOf(*panel.sections[index])->setFocus();
@@ -302,27 +277,24 @@ private Q_SLOTS:
         QCOMPARE(animation->state(), QAbstractAnimation::Stopped);
     }
 
-    void noAnimation_data() {
-        QTest::addColumn<int>("height");
-        QTest::addColumn<bool>("shown");
-        QTest::addColumn<int>("duration");
-        QTest::newRow("nobody sees it") << 100 << false << 200;
-        QTest::newRow("too high") << 2001 << true << 200;
-        QTest::newRow("not by the style") << 100 << true << 0;
-    }
-
     void noAnimation() {
-        QFETCH(int, height);
-        QFETCH(bool, shown);
-        QFETCH(int, duration);
-        Panel panel(duration);
-        panel.sections[0]->setContent(box(height));
-        if (shown)
-            QVERIFY(panel.show());
-        panel.sections[0]->setExpanded(true);
-        QVERIFY(!panel.sections[0]->findChild<QVariantAnimation*>());
-        QCOMPARE(panel.sections[0]->sizeHint().height(),
-                 headerOf(*panel.sections[0])->sizeHint().height() + height);
+        const struct {
+            int height;
+            bool shown;
+            int duration;
+        } rows[] = {{100, false, 200}, // nobody sees it
+                    {2001, true, 200}, // too high
+                    {100, true, 0}};   // not by the style
+        for (const auto& row : rows) {
+            Panel panel(row.duration);
+            panel.sections[0]->setContent(box(row.height));
+            if (row.shown)
+                QVERIFY(panel.show());
+            panel.sections[0]->setExpanded(true);
+            QVERIFY(!panel.sections[0]->findChild<QVariantAnimation*>());
+            QCOMPARE(panel.sections[0]->sizeHint().height(),
+                     headerOf(*panel.sections[0])->sizeHint().height() + row.height);
+        }
     }
 
     void scrollsIntoSight() {
