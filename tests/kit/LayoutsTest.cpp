@@ -8,7 +8,6 @@
 #include <support/TestRegistry.h>
 
 #include <QLabel>
-#include <QtTest>
 
 using namespace Kestrel::UI;
 
@@ -51,32 +50,29 @@ class LayoutsTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void borderPlaces_data() {
-        QTest::addColumn<QSize>("room");
-        QTest::addColumn<bool>("mirrored");
-        QTest::addColumn<QString>("expected");
-        // North, south, start, end, centre.
-        QTest::newRow("room enough")
-            << QSize(200, 100) << false
-            << "0,0 200x20; 0,90 200x10; 0,22 30x66; 160,22 40x66; 32,22 126x66";
-        QTest::newRow("right to left")
-            << QSize(200, 100) << true
-            << "0,0 200x20; 0,90 200x10; 170,22 30x66; 0,22 40x66; 42,22 126x66";
-        QTest::newRow("short: the strips shrink, the centre keeps its own")
-            << QSize(60, 29) << false << "0,0 60x11; 0,21 60x8; 0,13 20x6; 34,13 26x6; 22,13 10x6";
-        QTest::newRow("too short for all") << QSize(20, 9) << false << "0,0 20x5; -; -; -; -";
-        QTest::newRow("nothing") << QSize(0, 0) << false << "-; -; -; -; -";
-    }
-
     void borderPlaces() {
-        QFETCH(QSize, room);
-        QFETCH(bool, mirrored);
+        const struct {
+            QSize room;
+            Qt::LayoutDirection direction;
+            const char* places; ///< north, south, start, end, centre
+        } rows[] = {
+            {{200, 100},
+             Qt::LeftToRight,
+             "0,0 200x20; 0,90 200x10; 0,22 30x66; 160,22 40x66; 32,22 126x66"},
+            {{200, 100},
+             Qt::RightToLeft,
+             "0,0 200x20; 0,90 200x10; 170,22 30x66; 0,22 40x66; 42,22 126x66"},
+            // Too short: the strips shrink, the centre keeps its own.
+            {{60, 29}, Qt::LeftToRight, "0,0 60x11; 0,21 60x8; 0,13 20x6; 34,13 26x6; 22,13 10x6"},
+            {{20, 9}, Qt::LeftToRight, "0,0 20x5; -; -; -; -"},
+            {{0, 0}, Qt::LeftToRight, "-; -; -; -; -"},
+        };
         const BorderItems items{item(Place::North, QSize(50, 20)), item(Place::South, {50, 10}),
                                 item(Place::Start, QSize(30, 8)), item(Place::End, {40, 8}),
                                 item(Place::Centre, QSize(60, 50), QSize(10, 6))};
-        QTEST(text(borderRects(QRect(QPoint(0, 0), room), items, 2,
-                               mirrored ? Qt::RightToLeft : Qt::LeftToRight)),
-              "expected");
+        for (const auto& row : rows)
+            QCOMPARE(text(borderRects(QRect(QPoint(0, 0), row.room), items, 2, row.direction)),
+                     QString::fromLatin1(row.places));
         QCOMPARE(borderHint(items, 2), QSize(134, 84));
         QCOMPARE(borderMinimum(items, 2), QSize(34, 20));
     }
@@ -148,35 +144,35 @@ private Q_SLOTS:
         QCOMPARE(column.spacing(), 2);
     }
 
-    void channelsAreSeen_data() {
-        QTest::addColumn<QColor>("window");
-        QTest::addColumn<QColor>("base");
-        QTest::newRow("light") << QColor(0xef, 0xef, 0xef) << QColor(Qt::white);
-        QTest::newRow("dark") << QColor(0x35, 0x35, 0x35) << QColor(0x23, 0x23, 0x23);
-        QTest::newRow("darker base") << QColor(0x48, 0x48, 0x48) << QColor(0x10, 0x10, 0x10);
-        QTest::newRow("grey") << QColor(0xb0, 0xb0, 0xb0) << QColor(0xd0, 0xd0, 0xd0);
-        QTest::newRow("high contrast, dark") << QColor(Qt::black) << QColor(Qt::black);
-        QTest::newRow("high contrast, light") << QColor(Qt::white) << QColor(Qt::white);
-        QTest::newRow("high contrast, yellow") << QColor(0xff, 0xff, 0) << QColor(Qt::white);
-    }
-
     void channelsAreSeen() {
-        QFETCH(QColor, window);
-        QFETCH(QColor, base);
-        const ChannelColors colors = ChannelColors::of(paletteOf(window, base));
-        const auto least = [&](const QColor& color) {
-            return std::min(contrastRatio(color, window), contrastRatio(color, base));
+        const std::pair<QColor, QColor> rows[] = {
+            {QColor(0xef, 0xef, 0xef), Qt::white},
+            {QColor(0x35, 0x35, 0x35), QColor(0x23, 0x23, 0x23)},
+            {QColor(0x48, 0x48, 0x48), QColor(0x10, 0x10, 0x10)},
+            {QColor(0xb0, 0xb0, 0xb0), QColor(0xd0, 0xd0, 0xd0)},
+            {Qt::black, Qt::black},
+            {Qt::white, Qt::white},
+            {QColor(0xff, 0xff, 0), Qt::white},
         };
-        QSet<QRgb> different;
-        for (int i = ChannelColors::Red; i <= ChannelColors::Z; ++i) {
-            const auto channel = static_cast<ChannelColors::Channel>(i);
-            QVERIFY2(least(colors.line(channel)) >= 3.0, qPrintable(QString::number(i)));
-            QVERIFY2(least(colors.text(channel)) >= 4.5, qPrintable(QString::number(i)));
-            different.insert(colors.text(channel).rgb());
+        for (const auto& row : rows) {
+            const QColor window = row.first, base = row.second;
+            const ChannelColors colors = ChannelColors::of(paletteOf(window, base));
+            const auto least = [&](const QColor& color) {
+                return std::min(contrastRatio(color, window), contrastRatio(color, base));
+            };
+            QSet<QRgb> different;
+            for (int i = ChannelColors::Red; i <= ChannelColors::Z; ++i) {
+                const auto channel = static_cast<ChannelColors::Channel>(i);
+                const QString name = QStringLiteral("%1 on %2").arg(i).arg(window.name());
+                QVERIFY2(least(colors.line(channel)) >= 3.0, qPrintable(name));
+                QVERIFY2(least(colors.text(channel)) >= 4.5, qPrintable(name));
+                different.insert(colors.text(channel).rgb());
+            }
+            QCOMPARE(different.size(), 5); // the axes look as red, green and blue
+            QCOMPARE(colors.line(ChannelColors::X), colors.line(ChannelColors::Red));
+            const QColor red = colors.text(ChannelColors::Red);
+            QVERIFY(red.red() > red.green());
         }
-        QCOMPARE(different.size(), 5); // the axes look as red, green and blue
-        QCOMPARE(colors.line(ChannelColors::X), colors.line(ChannelColors::Red));
-        QVERIFY(colors.text(ChannelColors::Red).red() > colors.text(ChannelColors::Red).green());
     }
 
     void noColorWouldDo() {
@@ -185,19 +181,16 @@ private Q_SLOTS:
         QVERIFY(contrastRatio(ChannelColors::of(odd).text(ChannelColors::Luma), Qt::black) > 1.5);
     }
 
-    void crispLines_data() {
-        QTest::addColumn<double>("ratio");
-        QTest::addColumn<double>("line");
-        QTest::addColumn<QRectF>("rect");
-        QTest::newRow("1") << 1.0 << 3.5 << QRectF(1, 1, 3, 3);
-        QTest::newRow("1.25") << 1.25 << 3.6 << QRectF(0.8, 0.8, 3.2, 3.2);
-        QTest::newRow("2") << 2.0 << 3.25 << QRectF(1, 1, 3, 3);
-    }
-
     void crispLines() {
-        QFETCH(double, ratio);
-        QTEST(crisp(3.2, ratio), "line");
-        QTEST(rectOnPixels(QRectF(0.9, 0.9, 3.1, 3.1), ratio), "rect");
+        const struct {
+            double ratio, line;
+            QRectF rect;
+        } rows[] = {
+            {1.0, 3.5, {1, 1, 3, 3}}, {1.25, 3.6, {0.8, 0.8, 3.2, 3.2}}, {2.0, 3.25, {1, 1, 3, 3}}};
+        for (const auto& row : rows) {
+            QCOMPARE(crisp(3.2, row.ratio), row.line);
+            QCOMPARE(rectOnPixels(QRectF(0.9, 0.9, 3.1, 3.1), row.ratio), row.rect);
+        }
     }
 };
 
