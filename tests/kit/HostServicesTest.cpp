@@ -5,8 +5,6 @@
 
 #include <support/TestRegistry.h>
 
-#include <QtTest>
-
 #include <thread>
 
 using namespace Kestrel::UI;
@@ -16,25 +14,24 @@ class HostServicesTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void speaksTheLanguageAskedFor_data() {
-        QTest::addColumn<QLocale>("locale");
-        QTest::addColumn<bool>("found");
-        QTest::addColumn<QString>("text");
-        const QString english = QStringLiteral("Next Pane");
-        const QString german = QStringLiteral("Nächster Bereich");
-        QTest::newRow("German") << QLocale(QLocale::German) << true << german;
-        QTest::newRow("country") << QLocale(QLocale::German, QLocale::Austria) << true << german;
-        QTest::newRow("no catalog") << QLocale(QLocale::Welsh) << false << english;
-        QTest::newRow("English") << QLocale(QLocale::English) << true << english;
-        QTest::newRow("classic") << QLocale::c() << true << english;
-    }
     void speaksTheLanguageAskedFor() {
-        QFETCH(QLocale, locale);
-        QFETCH(bool, found);
-        // What another call installed is gone.
-        QVERIFY(Translations::install(QLocale(QLocale::German)));
-        QCOMPARE(Translations::install(locale), found);
-        QTEST(DockMainWindow::tr("Next Pane"), "text");
+        const char* english = "Next Pane";
+        const char* german = "N\u00e4chster Bereich";
+        const struct {
+            QLocale locale;
+            bool found;
+            const char* text;
+        } rows[] = {{QLocale(QLocale::German), true, german},
+                    {QLocale(QLocale::German, QLocale::Austria), true, german},
+                    {QLocale(QLocale::Welsh), false, english}, // there is no catalog
+                    {QLocale(QLocale::English), true, english},
+                    {QLocale::c(), true, english}};
+        for (const auto& row : rows) {
+            // What another call installed is gone.
+            QVERIFY(Translations::install(QLocale(QLocale::German)));
+            QCOMPARE(Translations::install(row.locale), row.found);
+            QCOMPARE(DockMainWindow::tr("Next Pane"), QString::fromUtf8(row.text));
+        }
         QVERIFY(Translations::install(QLocale::c()));
     }
 
