@@ -3,6 +3,7 @@
 #include <KxUI/help/HelpConnection_p.h>
 #include <KxUI/help/HelpServer.h>
 
+#include <support/Columns.h>
 #include <support/TestRegistry.h>
 
 #include <QNetworkAccessManager>
@@ -102,25 +103,18 @@ private slots:
 
     // Cut at any place and at any pair of places, a request is answered as if it came whole.
     void cuts_data() {
-        QTest::addColumn<QByteArray>("request");
-        QTest::addColumn<QByteArray>("answer");
-        QTest::addColumn<int>("commands");
+        const Columns<QByteArray, QByteArray, int> row("request", "answer", "commands");
         const QByteArray no = "HTTP/1.1 404 Not Found";
-        QTest::newRow("own") << QByteArray("POST /go HTTP/1.1\r\nHost: localhost\r\n\r\n") << done
-                             << 1;
-        QTest::newRow("Origin") << QByteArray("POST /go HTTP/1.1\r\nA: b\r\nOrigin: null\r\n\r\n")
-                                << no << 0;
-        QTest::newRow("Sec-Fetch-Site")
-            << QByteArray("POST /go HTTP/1.1\nSec-Fetch-Site: cross-site\n\n") << no << 0;
-        QTest::newRow("Host") << QByteArray("GET /p.html HTTP/1.1\r\nHost: evil\r\n\r\n") << no
-                              << 0;
-        QTest::newRow("page") << QByteArray("GET /p.html HTTP/1.0\r\nHost: [::1]\r\n\r\n")
-                              << QByteArray("HTTP/1.1 200 OK\r\nContent-Type") << 0;
-        QTest::newRow("bare page")
-            << QByteArray("GET /p.html ") << QByteArray("HTTP/1.1 200 OK\r\nContent-Type") << 0;
-        QTest::newRow("bare") << QByteArray("POST /go 12") << bareDone << 1;
-        QTest::newRow("bare, foreign") << QByteArray("POST /go 1\r\nOrigin: x\r\n") << no << 0;
-        QTest::newRow("no method") << QByteArray("PUT /x\nGET / \n\n") << QByteArray() << 0;
+        const QByteArray page = "HTTP/1.1 200 OK\r\nContent-Type";
+        row("own", "POST /go HTTP/1.1\r\nHost: localhost\r\n\r\n", done, 1);
+        row("Origin", "POST /go HTTP/1.1\r\nA: b\r\nOrigin: null\r\n\r\n", no, 0);
+        row("Sec-Fetch-Site", "POST /go HTTP/1.1\nSec-Fetch-Site: cross-site\n\n", no, 0);
+        row("Host", "GET /p.html HTTP/1.1\r\nHost: evil\r\n\r\n", no, 0);
+        row("page", "GET /p.html HTTP/1.0\r\nHost: [::1]\r\n\r\n", page, 0);
+        row("bare page", "GET /p.html ", page, 0);
+        row("bare", "POST /go 12", bareDone, 1);
+        row("bare, foreign", "POST /go 1\r\nOrigin: x\r\n", no, 0);
+        row("no method", "PUT /x\nGET / \n\n", "", 0);
     }
 
     void cuts() {
