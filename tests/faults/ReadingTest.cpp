@@ -6,14 +6,12 @@
 #include <KxUI/dock/WidgetTracker.h>
 #include <KxUI/files/FileInfoList.h>
 #include <KxUI/settings/AppSettings.h>
+#include <support/Columns.h>
 #include <support/TestRegistry.h>
 
 #include <QMessageBox>
 #include <QScreen>
 #include <QSplitter>
-#include <QTemporaryDir>
-#include <QTimer>
-#include <QtTest>
 
 #include <atomic>
 #include <random>
@@ -62,19 +60,19 @@ private Q_SLOTS:
     void init() { m_folder = std::make_unique<QTemporaryDir>(); }
 
     void garbageForSettings_data() {
-        QTest::addColumn<QByteArray>("content");
-        QTest::addColumn<bool>("known");
+        const Kestrel::Test::Columns<QByteArray, bool> row("content", "known");
         const QByteArray good = "[General]\nwindow=@Rect(40 50 300 200)\n";
         for (const unsigned seed : {1U, 2U, 3U})
-            QTest::addRow("noise %u", seed) << anyBytes(seed, 20000) << false;
+            row("noise " + QByteArray::number(seed), anyBytes(seed, 20000), false);
         for (int i = 0; i < good.size(); ++i)
-            QTest::addRow("cut at %d", i) << good.left(i) << (i > good.indexOf(')'));
-        QTest::newRow("noise behind") << good + "x=" + anyBytes(4, 5000) << true;
-        QTest::newRow("brackets") << good + QByteArray("[").repeated(100000) << true;
+            row("cut at " + QByteArray::number(i), good.left(i), i > good.indexOf(')'));
+        row("noise behind", good + "x=" + anyBytes(4, 5000), true);
+        row("brackets", good + QByteArray("[").repeated(100000), true);
         const auto value = [&](const char* text, bool known) {
-            QTest::newRow(text) << "[General]\nwindow=" + QByteArray(text) + "\nsplit=@ByteArray(" +
-                                       anyBytes(5, 60).toPercentEncoding() + ")\n"
-                                << known;
+            row(text,
+                "[General]\nwindow=" + QByteArray(text) + "\nsplit=@ByteArray(" +
+                    anyBytes(5, 60).toPercentEncoding() + ")\n",
+                known);
         };
         value("@Rect(a b c d)", false);
         value("@Rect(40 50)", false);
@@ -154,9 +152,9 @@ private Q_SLOTS:
     }
 
     void filesVanishWhileDecoded_data() {
-        QTest::addColumn<QString>("name");
+        const Kestrel::Test::Columns<QString> row("name");
         for (const char* name : {"a.exr", "a.png", "a.tif", "a.jpg", "a.dpx"})
-            QTest::newRow(name) << name;
+            row(name, name);
     }
 
     // Removed, cut short, or written over: a picture or a reason, and the next one is whole again.

@@ -7,11 +7,8 @@
 #include <KxUI/eventgraph/EventTrack.h>
 #include <KxUI/eventgraph/EventUserDataString.h>
 #include <KxUI/settings/AppSettings.h>
+#include <support/Columns.h>
 #include <support/TestRegistry.h>
-
-#include <QSaveFile>
-#include <QTemporaryDir>
-#include <QtTest>
 
 #include <array>
 #include <random>
@@ -185,13 +182,11 @@ private Q_SLOTS:
     }
 
     void aFaultLeavesTheOld_data() {
-        QTest::addColumn<QString>("subject");
-        QTest::addColumn<Fault>("fault");
-        QTest::addColumn<int>("amount");
+        const Kestrel::Test::Columns<QString, Fault, int> add("subject", "fault", "amount");
         for (const QString& name : m_subjects.keys()) {
             const auto row = [&](const char* text, Fault fault, int amount) {
-                QTest::addRow("%s, %s %d", qPrintable(name), text, amount)
-                    << name << fault << amount;
+                add(qPrintable(QString("%1, %2 %3").arg(name, text).arg(amount)), name, fault,
+                    amount);
             };
             row("read-only disk", mountForReading, 0);
             row("read-only folder", forbidWriting, 0);
@@ -226,9 +221,9 @@ private Q_SLOTS:
     }
 
     void deathLeavesOldOrNew_data() {
-        QTest::addColumn<QString>("subject");
+        const Kestrel::Test::Columns<QString> row("subject");
         for (const QString& name : m_subjects.keys())
-            QTest::newRow(qPrintable(name)) << name;
+            row(qPrintable(name), name);
     }
 
     void deathLeavesOldOrNew() {
