@@ -2,8 +2,6 @@
 
 #include <support/TestRegistry.h>
 
-#include <QtTest>
-
 #include <array>
 #include <cmath>
 #include <limits>

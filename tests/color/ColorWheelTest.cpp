@@ -8,9 +8,6 @@
 
 #include <QAccessible>
 #include <QContextMenuEvent>
-#include <QMetaProperty>
-#include <QSignalSpy>
-#include <QtTest>
 
 #include <cmath>
 #include <functional>

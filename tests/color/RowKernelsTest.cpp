@@ -4,8 +4,6 @@
 #include <support/Columns.h>
 #include <support/TestRegistry.h>
 
-#include <QtTest>
-
 #include <algorithm>
 #include <array>
 #include <cmath>
