@@ -3,8 +3,6 @@
 #include <gsl/gsl_spline.h>
 #include <support/TestRegistry.h>
 
-#include <QtTest>
-
 #include <algorithm>
 #include <cmath>
 #include <memory>

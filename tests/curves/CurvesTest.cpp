@@ -2,13 +2,10 @@
 
 #include <support/TestRegistry.h>
 
-#include <QtTest>
-
 #include <array>
 #include <sstream>
 
-using Kestrel::UI::Curve;
-using Kestrel::UI::Curves;
+using namespace Kestrel::UI;
 
 namespace {
 
