@@ -1,8 +1,6 @@
 #include <support/TestRegistry.h>
 #include <workspace/WorkspaceFuzzer.h>
 
-#include <QtTest>
-
 #include <algorithm>
 
 #include <sys/wait.h>

@@ -6,7 +6,6 @@
 
 #include <QAction>
 #include <QMenu>
-#include <QSignalSpy>
 
 using namespace Kestrel::UI;
 using namespace Kestrel::Test;

@@ -12,13 +12,7 @@
 #include <support/Columns.h>
 #include <support/TestRegistry.h>
 
-#include <QLayout>
-#include <QLineEdit>
-#include <QMenu>
-#include <QMetaProperty>
-#include <QSignalSpy>
-#include <QStackedWidget>
-#include <QToolBar>
+#include <QtWidgets>
 
 #include <functional>
 

@@ -6,8 +6,6 @@
 #include <support/Columns.h>
 #include <support/TestRegistry.h>
 
-#include <QSignalSpy>
-
 using namespace Kestrel::UI;
 using namespace Kestrel::Test;
 

@@ -6,12 +6,7 @@
 
 #include <support/TestRegistry.h>
 
-#include <QAction>
-#include <QApplication>
-#include <QMenu>
-#include <QMessageBox>
-#include <QStackedWidget>
-#include <QTimer>
+#include <QtWidgets>
 
 #include <functional>
 #include <tuple>

@@ -7,14 +7,9 @@
 #include <support/Columns.h>
 #include <support/TestRegistry.h>
 
-#include <QDir>
 #include <QInputDialog>
 #include <QMessageBox>
-#include <QPointer>
 #include <QPushButton>
-#include <QSemaphore>
-#include <QSignalSpy>
-#include <QTemporaryDir>
 
 #include <memory>
 

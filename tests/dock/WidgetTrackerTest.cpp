@@ -6,7 +6,6 @@
 
 #include <QScreen>
 #include <QSplitter>
-#include <QtTest>
 
 using namespace Kestrel::UI;
 
