@@ -10,10 +10,6 @@
 #include <support/Columns.h>
 #include <support/TestRegistry.h>
 
-#include <QBuffer>
-#include <QTemporaryDir>
-#include <QtTest>
-
 #include <algorithm>
 #include <limits>
 #include <random>

@@ -12,12 +12,6 @@
 #include <support/Columns.h>
 #include <support/TestRegistry.h>
 
-#include <QBuffer>
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
-#include <QtTest>
-
 #include <cmath>
 #include <limits>
 #include <map>

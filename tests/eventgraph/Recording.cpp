@@ -10,9 +10,6 @@
 #include <support/Columns.h>
 #include <support/TestRegistry.h>
 
-#include <QSignalSpy>
-#include <QtTest>
-
 #include <cmath>
 #include <functional>
 #include <random>

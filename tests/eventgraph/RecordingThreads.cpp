@@ -6,8 +6,6 @@
 #include <KxUI/eventgraph/EventUserDataInt.h>
 #include <support/TestRegistry.h>
 
-#include <QtTest>
-
 #include <thread>
 
 using namespace Kestrel::UI;

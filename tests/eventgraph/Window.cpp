@@ -9,24 +9,7 @@
 #include <support/Input.h>
 #include <support/TestRegistry.h>
 
-#include <QAction>
-#include <QApplication>
-#include <QCheckBox>
-#include <QComboBox>
-#include <QDoubleSpinBox>
-#include <QFileDialog>
-#include <QLabel>
-#include <QLineEdit>
-#include <QMessageBox>
-#include <QScrollArea>
-#include <QScrollBar>
-#include <QSignalSpy>
-#include <QSplitter>
-#include <QTemporaryDir>
-#include <QTextEdit>
-#include <QTranslator>
-#include <QTreeWidget>
-#include <QtTest>
+#include <QtWidgets>
 
 using namespace Kestrel::UI;
 using namespace Kestrel::Test;
