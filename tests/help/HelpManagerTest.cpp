@@ -4,13 +4,10 @@
 
 #include <support/TestRegistry.h>
 
-#include <QPointer>
-
 #include <functional>
 
 using namespace Kestrel::Test;
-using Kestrel::UI::HelpManager;
-using Kestrel::UI::HelpServer;
+using namespace Kestrel::UI;
 
 namespace {
 

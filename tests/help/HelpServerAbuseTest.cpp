@@ -5,8 +5,6 @@
 
 #include <support/TestRegistry.h>
 
-#include <QPointer>
-
 #include <functional>
 
 #include <sys/resource.h>
