@@ -4,9 +4,7 @@
 
 #include <QMenu>
 #include <QPushButton>
-#include <QSignalSpy>
 #include <QToolButton>
-#include <QtTest>
 
 using Kestrel::UI::CollapsibleToolbar;
 

@@ -5,7 +5,6 @@
 #include <QApplication>
 #include <QPalette>
 #include <QPixmap>
-#include <QtTest>
 
 using Kestrel::UI::IconFactory;
 

@@ -11,19 +11,9 @@
 #include <support/TestRegistry.h>
 
 #include <QLineEdit>
-#include <QSignalSpy>
-#include <QtTest>
 
 using Kestrel::Test::sendKey;
-using Kestrel::UI::CallbackParameter;
-using Kestrel::UI::ColorWheel;
-using Kestrel::UI::JogWheel;
-using Kestrel::UI::LogSlider;
-using Kestrel::UI::ParameterBinding;
-using Kestrel::UI::ParameterWatch;
-using Kestrel::UI::ParameterWatchers;
-using Kestrel::UI::PropertyParameter;
-using Kestrel::UI::TimeField;
+using namespace Kestrel::UI;
 
 namespace {
 

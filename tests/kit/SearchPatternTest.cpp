@@ -2,8 +2,6 @@
 
 #include <support/TestRegistry.h>
 
-#include <QtTest>
-
 using Kestrel::UI::SearchPattern;
 
 class SearchPatternTest : public QObject {

@@ -8,7 +8,6 @@
 #include <support/TestRegistry.h>
 
 #include <QWidget>
-#include <QtTest>
 
 using namespace Kestrel::UI;
 
