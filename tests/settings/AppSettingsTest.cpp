@@ -2,10 +2,6 @@
 
 #include <support/TestRegistry.h>
 
-#include <QCoreApplication>
-#include <QRect>
-#include <QtTest>
-
 using Kestrel::UI::AppSettings;
 
 class AppSettingsTest : public QObject {
