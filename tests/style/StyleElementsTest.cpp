@@ -6,8 +6,6 @@
 
 #include <support/TestRegistry.h>
 
-#include <QtTest>
-
 #include <algorithm>
 #include <random>
 #include <vector>
