@@ -7,9 +7,7 @@
 #include <support/EditBracket.h>
 #include <support/TestRegistry.h>
 
-#include <QSignalSpy>
 #include <QToolButton>
-#include <QtTest>
 
 #include <climits>
 

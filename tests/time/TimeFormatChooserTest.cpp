@@ -6,13 +6,9 @@
 
 #include <QAction>
 #include <QMenu>
-#include <QSignalSpy>
-#include <QtTest>
 
 using Kestrel::Base::Time;
-using Kestrel::UI::TimeField;
-using Kestrel::UI::TimeFormatChooser;
-using Kestrel::UI::TimeFormatter;
+using namespace Kestrel::UI;
 
 namespace {
 

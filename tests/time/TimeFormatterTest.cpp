@@ -2,9 +2,6 @@
 
 #include <support/TestRegistry.h>
 
-#include <QSignalSpy>
-#include <QtTest>
-
 using Kestrel::Base::InvalidTime;
 using Kestrel::Base::Time;
 using Kestrel::Base::TimeBase;

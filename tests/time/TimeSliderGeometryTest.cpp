@@ -3,8 +3,6 @@
 #include <KxUI/time/TimeSliderGeometry_p.h>
 #include <KxUI/time/TimeSliderLabels_p.h>
 
-#include <QtTest>
-
 #include <limits>
 #include <optional>
 #include <random>

@@ -2,9 +2,6 @@
 
 #include <KxUI/time/TimeSliderModel.h>
 
-#include <QSignalSpy>
-#include <QtTest>
-
 #include <array>
 #include <functional>
 #include <random>

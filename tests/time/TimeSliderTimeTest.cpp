@@ -2,8 +2,6 @@
 
 #include <KxUI/time/TimeSliderTime.h>
 
-#include <QtTest>
-
 #include <cmath>
 #include <limits>
 
