@@ -3,17 +3,13 @@
 #include <support/TestRegistry.h>
 
 #include <QAction>
-#include <QMetaMethod>
-#include <QPointer>
-#include <QtTest>
 
 #include <array>
 #include <memory>
 #include <random>
 #include <utility>
 
-using Kestrel::UI::MultiStackUndoGroup;
-using Kestrel::UI::UndoableProject;
+using namespace Kestrel::UI;
 
 namespace {
 

@@ -6,16 +6,11 @@
 #include <support/TestRegistry.h>
 
 #include <QAbstractItemModelTester>
-#include <QSignalSpy>
 #include <QTreeView>
-#include <QtTest>
 
 #include <memory>
 
-using Kestrel::UI::MultiStackUndoGroup;
-using Kestrel::UI::MultiStackUndoModel;
-using Kestrel::UI::MultiStackUndoView;
-using Kestrel::UI::UndoableProject;
+using namespace Kestrel::UI;
 
 namespace {
 

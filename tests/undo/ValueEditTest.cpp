@@ -5,8 +5,6 @@
 
 #include <support/TestRegistry.h>
 
-#include <QtTest>
-
 using namespace Kestrel::UI;
 
 namespace {
