@@ -6,22 +6,13 @@
 #include <support/EditBracket.h>
 #include <support/TestRegistry.h>
 
-#include <QClipboard>
-#include <QLabel>
-#include <QLineEdit>
-#include <QMenu>
-#include <QScreen>
-#include <QScrollArea>
-#include <QSpinBox>
-#include <QVBoxLayout>
+#include <QtWidgets>
 
 #include <cmath>
 #include <limits>
 
 using namespace Kestrel;
-using Kestrel::UI::DoubleSpinBox;
-using Kestrel::UI::PointerTravel;
-using Kestrel::UI::ValueUnits;
+using namespace Kestrel::UI;
 
 namespace {
 

@@ -7,10 +7,7 @@
 
 #include <QAbstractItemView>
 #include <QListView>
-#include <QSignalSpy>
 #include <QStandardItemModel>
-#include <QStringListModel>
-#include <QtTest>
 
 using namespace Kestrel::UI;
 using Kestrel::Test::sendKey;

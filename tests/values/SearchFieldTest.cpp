@@ -4,13 +4,7 @@
 #include <support/Input.h>
 #include <support/TestRegistry.h>
 
-#include <QAccessible>
-#include <QDialog>
-#include <QMenu>
-#include <QSignalSpy>
-#include <QToolButton>
-#include <QVBoxLayout>
-#include <QtTest>
+#include <QtWidgets>
 
 using namespace Kestrel::UI;
 using Kestrel::Test::sendKey;
