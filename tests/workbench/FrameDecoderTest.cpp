@@ -5,9 +5,6 @@
 
 #include "media/FrameDecoder.h"
 
-#include <QTemporaryDir>
-#include <QtTest>
-
 #include <sys/stat.h>
 
 using namespace Kestrel::Workbench;

@@ -4,8 +4,6 @@
 
 #include <KxUI/help/HelpManager.h>
 
-#include <QProcess>
-
 using Kestrel::Base::Time;
 
 /** What a reader has: the pages as the workbench serves them, in a real browser. */

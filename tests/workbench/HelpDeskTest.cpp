@@ -14,10 +14,8 @@
 #include <KxUI/time/TimeSlider.h>
 
 #include <QDesktopServices>
-#include <QDir>
 #include <QTcpSocket>
 #include <QTreeView>
-#include <QUrl>
 
 #include <set>
 

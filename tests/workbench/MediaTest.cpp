@@ -8,9 +8,6 @@
 #include "media/PixelValues.h"
 #include "panels/FittedRect.h"
 
-#include <QDir>
-#include <QtTest>
-
 using namespace Kestrel::Workbench;
 using Members = std::vector<Sequence::Member>;
 

@@ -6,8 +6,6 @@
 #include "play/PlaybackClock.h"
 #include "play/RateMeter.h"
 
-#include <QtTest>
-
 #include <limits>
 #include <random>
 

@@ -13,20 +13,13 @@
 #include <KxUI/eventgraph/IEventGraphTimer.h>
 
 #include <QAction>
-#include <QPointer>
-#include <QTemporaryDir>
-#include <QThread>
-#include <QtTest>
 
 #include <atomic>
 
 using namespace Kestrel::Workbench;
 using Kestrel::Base::Time;
 using Kestrel::Base::TimeBase;
-using Kestrel::UI::EventGraph;
-using Kestrel::UI::EventGraphMode;
-using Kestrel::UI::EventGraphView;
-using Kestrel::UI::EventTrack;
+using namespace Kestrel::UI;
 
 namespace {
 

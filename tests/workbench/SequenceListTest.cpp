@@ -8,11 +8,7 @@
 
 #include <KxUI/values/SearchField.h>
 
-#include <QDir>
-#include <QSignalSpy>
-#include <QTemporaryDir>
 #include <QTreeView>
-#include <QtTest>
 
 #include <unistd.h>
 

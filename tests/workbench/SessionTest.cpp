@@ -8,10 +8,6 @@
 
 #include <KxUI/time/TimeSlider.h>
 
-#include <QSignalSpy>
-#include <QTemporaryDir>
-#include <QtTest>
-
 using namespace Kestrel::Workbench;
 using Kestrel::Base::InvalidTime;
 using Kestrel::Base::Time;

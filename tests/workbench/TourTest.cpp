@@ -2,11 +2,7 @@
 
 #include <support/TestRegistry.h>
 
-#include <QDir>
 #include <QImage>
-#include <QProcess>
-#include <QTemporaryDir>
-#include <QtTest>
 
 #include <set>
 

@@ -11,15 +11,7 @@
 
 #include <support/TestRegistry.h>
 
-#include <QAbstractButton>
-#include <QComboBox>
-#include <QFile>
-#include <QLabel>
-#include <QMenu>
-#include <QMenuBar>
-#include <QRegularExpression>
-#include <QXmlStreamReader>
-#include <QtTest>
+#include <QtWidgets>
 
 #include <sstream>
 

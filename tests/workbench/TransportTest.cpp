@@ -14,8 +14,6 @@
 
 #include <QAction>
 #include <QMenu>
-#include <QTemporaryDir>
-#include <QtTest>
 
 using namespace Kestrel::Workbench;
 using Kestrel::Base::InvalidTime;

@@ -6,9 +6,6 @@
 
 #include <support/TestRegistry.h>
 
-#include <QTemporaryDir>
-#include <QtTest>
-
 #include <functional>
 
 using namespace Kestrel;
