@@ -3,6 +3,11 @@
 
 #include <support/TestRegistry.h>
 
+#include <QDir>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QtTest>
+
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -65,6 +70,39 @@ private slots:
             for (const int frame : {4, 9999, 10000})
                 QVERIFY(listed.framePath(frame).endsWith(
                     '/' + QFileInfo(read.framePath(frame)).fileName()));
+        }
+    }
+
+    void presentFrames() {
+        const struct {
+            QStringList files;
+            const char* text;
+            std::vector<FrameRange> present, split;
+        } rows[] = {
+            {{"r0010", "r0020", "r0040"}, "r####", {{10, 20, 10}, {40, 40, 10}}, {{10, 20, 10}}},
+            {{"a0001", "a0005", "a0007", "a0008"},
+             "a####",
+             4,
+             {{1, 1}, {5, 5}, {7, 8}},
+             {{1, 1}, {5, 5}}},
+            {{"x1", "x3", "x4", "x5"}, "x#", 1, {{1, 1}, {3, 5}}, {{1, 1}, {3, 3}}},
+            {{"s1", "s2", "s3", "s5"}, "s#", 1, {{1, 3}, {5, 5}}, {{1, 3}}},
+            {{"m1", "m3", "m02"}, "m#", 0, {{1, 1, 2}, {2, 2, 2}, {3, 3, 2}}, {}},
+            {{"o1", "o99999999999"}, "o#", 0, {{1, 1}}, {}}};
+        for (const auto& row : rows) {
+            QTemporaryDir root;
+            for (const QString& file : row.files)
+                write(root.filePath(file), 0);
+            FileInfoList list;
+            list.setShouldFilterSequences(true);
+            list.fill(root.path());
+            QCOMPARE(list[2].frameName(), QString(row.text));
+            QCOMPARE(list[2].presentRanges(), row.present);
+            QCOMPARE(list[2].missingFrames(), row.missing);
+            list.setSplitIncompleteSequences(true);
+            list.fill(root.path());
+            if (!row.split.empty())
+                QCOMPARE(list[2].presentRanges(), row.split);
         }
     }
 

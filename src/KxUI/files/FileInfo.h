@@ -158,7 +158,10 @@ public:
     /** The distance between the frames of a listed sequence; 1 for other items. */
     std::int32_t frameStep() const;
 
-    /** How many frames a listed sequence misses at its step. */
+    /** How many frames from the first to the last one of a listed sequence have no file, at its
+        step: 1, 5, 7, 8 miss 4. The texts of listings count and show gaps in ways of their own that
+        have never been changed, see frameRanges(); an item made from such a text knows what the text
+        says. */
     std::int64_t missingFrames() const;
 
     /** The stretches that the text of a sequence with gaps names, in order; empty for one without.
@@ -193,6 +196,7 @@ public:
 
 private:
     friend class FileInfoList;
+    friend class FileListing;
 
     explicit FileInfo(FileInfoData* data);
     void detectAutoSequence();

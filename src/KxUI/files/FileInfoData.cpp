@@ -68,10 +68,6 @@ std::string_view hashesOf(std::string_view frameName) {
     return longest;
 }
 
-std::int64_t frameCount(const FrameRange& range) {
-    return (std::int64_t{range.last} - range.first) / range.step + 1;
-}
-
 } // namespace
 
 QByteArray sequenceNameOf(std::string_view frameName, std::int32_t first, std::int32_t last) {
@@ -149,23 +145,53 @@ void FileInfoData::readSequenceText() {
     sequenceName = sequenceNameOf(text->frameName, first, last);
     flags |= FileInfo::SequenceNameBuilt;
     if (!text->hasGaps) {
-        stretches.push_back({text->whole, shortestDigits});
+        stretches.push_back({text->whole, shortestDigits, false});
         return;
     }
     flags |= FileInfo::Gaps;
     frameRanges = text->present;
-    missingFrames = frameCount(text->whole);
-    const auto add = [this](const FrameRange& range) {
-        stretches.push_back({range, shortestDigits});
-        missingFrames -= frameCount(range);
-    };
     for (const auto& range : frameRanges) {
         if (stretches.empty() || range.first > stretches.back().frames.last)
-            add({range.first, range.last, step});
+            stretches.push_back({{range.first, range.last, step}, shortestDigits, false});
     }
     // A single frame after the last gap is not among the ranges of the text.
     if (stretches.empty() || stretches.back().frames.last < last)
-        add({last, last, step});
+        stretches.push_back({{last, last, step}, shortestDigits, false});
+    countMissing();
+}
+
+void FileInfoData::countMissing() {
+    missingFrames = UI::missingFrames({startFrame, endFrame, frameStep}, stretches.data(),
+                                      stretches.data() + stretches.size());
+}
+
+void FileInfoData::setFolded(const FoldedSequence& folded) {
+    sequenceName = sequenceNameOf(folded.frameName, folded.range.first, folded.range.last);
+    name = sequenceName;
+    frameNameLength = static_cast<std::int32_t>(folded.frameName.size());
+    shortestDigits = folded.shortestDigits;
+    numberBegin = folded.numberBegin;
+    numberLength = numberOfHashes = folded.numberLength;
+    frameStep = std::max(folded.range.step, 1);
+    startFrame = folded.range.first;
+    endFrame = folded.range.last;
+    flags = FileInfo::Sequence | FileInfo::SequenceNameBuilt;
+}
+
+void FileInfoData::setMembers(const FrameStretch* first, const FrameStretch* end,
+                              std::vector<FrameRange> textRanges) {
+    stretches.assign(first, end);
+    countMissing();
+    if (frameStep > 1)
+        name += ',' + QByteArray::number(frameStep);
+    if (textRanges.empty())
+        return;
+    flags |= FileInfo::Gaps;
+    name += " (";
+    for (const auto& range : textRanges)
+        name += ' ' + QByteArray::number(range.first) + '-' + QByteArray::number(range.last) + ' ';
+    name += ')';
+    frameRanges = std::move(textRanges);
 }
 
 } // namespace Kestrel::UI

@@ -12,6 +12,15 @@ namespace Kestrel::UI {
 /** `img.####.exr 1-100`. */
 QByteArray sequenceNameOf(std::string_view frameName, std::int32_t first, std::int32_t last);
 
+/** A sequence as the folding of a directory found it. */
+struct FoldedSequence {
+    std::string_view frameName;
+    Base::FrameRange range;
+    std::int32_t shortestDigits = 0;
+    std::int32_t numberBegin = 0;
+    std::int32_t numberLength = 0;
+};
+
 /** What an item knows; copies of the item share it. */
 class FileInfoData : public QSharedData {
 public:
@@ -34,6 +43,17 @@ public:
 
     /** Takes a sequence's name apart if it has a range behind: `img.####.exr 1-9 ( 1-3  5-9 )`. */
     void readSequenceText();
+
+    /** Becomes a folded sequence, named by its range. */
+    void setFolded(const FoldedSequence& folded);
+
+    /** All files of a folded sequence; `textRanges` are what its name shows when frames are missing,
+        empty when none are. */
+    void setMembers(const FrameStretch* first, const FrameStretch* end,
+                    std::vector<Base::FrameRange> textRanges);
+
+    /** Counts the frames that the stretches miss. */
+    void countMissing();
 
     /** The stretch that a frame lies in; null for none. */
     const FrameStretch* stretchOf(std::int32_t frame) const;

@@ -11,13 +11,7 @@
 #include <algorithm>
 
 namespace Kestrel::UI {
-namespace {
-
-QByteArray rangeText(const Base::FrameRange& range) {
-    return QByteArray::number(range.first) + '-' + QByteArray::number(range.last);
-}
-
-} // namespace
+namespace {} // namespace
 
 struct FileInfoList::Private {
     std::vector<FileInfo> files;
@@ -74,18 +68,11 @@ public:
             return;
         }
         FileInfoData& item = addStretch(run, head, frameName, run.firstFrame, run.lastFrame);
-        item.stretches.assign(run.stretches.begin(), run.stretches.end());
-        if (run.step > 1)
-            item.name += ',' + QByteArray::number(run.step);
-        if (run.missing != 0) {
-            item.frameRanges = run.presentRanges();
-            item.missingFrames = run.missing;
-            item.flags |= FileInfo::Gaps;
-            item.name += " (";
-            for (const auto& range : item.frameRanges)
-                item.name += ' ' + rangeText(range) + ' ';
-            item.name += ')';
-        }
+        std::vector<Base::FrameRange> textRanges;
+        if (run.missing != 0)
+            textRanges = run.presentRanges();
+        item.setMembers(run.stretches.data(), run.stretches.data() + run.stretches.size(),
+                        std::move(textRanges));
     }
 
 private:
@@ -104,17 +91,12 @@ private:
 
     FileInfoData& addStretch(const SequenceRun& run, const FrameNameRules::Frame& head,
                              const std::string& frameName, std::int32_t first, std::int32_t last) {
-        FileInfoData& item = add(sequenceNameOf(frameName, first, last));
-        item.sequenceName = item.name;
-        item.frameNameLength = static_cast<std::int32_t>(frameName.size());
-        item.shortestDigits = static_cast<std::int32_t>(head.shortest);
-        item.numberBegin = static_cast<std::int32_t>(head.mixed ? head.before : head.begin);
-        item.numberLength = static_cast<std::int32_t>(head.mixed ? 1 : head.digits);
-        item.frameStep = std::max(run.step, 1);
-        item.startFrame = first;
-        item.endFrame = last;
-        item.numberOfHashes = item.numberLength;
-        item.flags = FileInfo::Sequence | FileInfo::SequenceNameBuilt;
+        FileInfoData& item = add({});
+        item.setFolded({frameName,
+                        {first, last, run.step},
+                        static_cast<std::int32_t>(head.shortest),
+                        static_cast<std::int32_t>(head.mixed ? head.before : head.begin),
+                        static_cast<std::int32_t>(head.mixed ? 1 : head.digits)});
         return item;
     }
 
@@ -135,6 +117,7 @@ private:
             if (first >= range.first && last <= range.last)
                 item.stretches.push_back(part);
         }
+        item.countMissing();
     }
 
     std::vector<FileInfo>& m_files;

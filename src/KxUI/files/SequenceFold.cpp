@@ -17,6 +17,10 @@ std::size_t digitsBegin(std::string_view name, std::size_t end) {
 
 } // namespace
 
+std::int64_t frameCount(const Base::FrameRange& range) {
+    return (std::int64_t{range.last} - range.first) / std::max(range.step, 1) + 1;
+}
+
 void SequenceRun::start(std::size_t index, const WrittenFrame& written) {
     begin = index;
     count = 1;
@@ -118,6 +122,17 @@ void addFrame(std::vector<FrameStretch>& stretches, const WrittenFrame& frame) {
         insertFrame(stretches, frame);
     else if (stretches.empty() || !takesUp(stretches.back(), frame))
         stretches.push_back({{frame.number, frame.number}, frame.digits, frame.isPadded});
+}
+
+std::int64_t missingFrames(const Base::FrameRange& whole, const FrameStretch* first,
+                           const FrameStretch* end) {
+    if (first == end)
+        return 0;
+    std::int64_t missing = frameCount(whole);
+    for (; first != end; ++first)
+        missing -= frameCount(first->frames);
+    // Frames that stand outside the step were added behind greater ones: a1, a3, a02.
+    return std::max<std::int64_t>(missing, 0);
 }
 
 std::optional<PatternRules::Frame> PatternRules::frameOf(std::string_view name) {

@@ -73,6 +73,14 @@ struct SequenceRun {
 /** Adds a frame to stretches in order. One that is there already is left out. */
 void addFrame(std::vector<FrameStretch>& stretches, const WrittenFrame& frame);
 
+/** How many frames a range has. */
+std::int64_t frameCount(const Base::FrameRange& range);
+
+/** How many frames of a range are in none of the stretches. This is what items tell their users;
+    SequenceRun::missing is what the texts of filename_list() have always said. */
+std::int64_t missingFrames(const Base::FrameRange& whole, const FrameStretch* first,
+                           const FrameStretch* end);
+
 /** Frame patterns: `shot0999.exr` is frame 999 of `shot%04d.exr`. */
 class PatternRules {
 public:
