@@ -1,0 +1,245 @@
+#include <KxUI/files/FileGatherer.h>
+#include <KxUI/files/FileGatherer_p.h>
+#include <KxUI/files/FileInfoList.h>
+
+#include "HangingCalls.h"
+
+#include <support/TestRegistry.h>
+
+#include <QDir>
+#include <QPointer>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QtTest>
+
+#include <fstream>
+#include <random>
+
+using namespace Kestrel::UI;
+using Kestrel::Test::HangingCalls;
+
+namespace {
+
+void write(const QString& path, int bytes = 0) {
+    QFile file(path);
+    QVERIFY(file.open(QFile::WriteOnly) && file.write(QByteArray(bytes, '-')) == bytes);
+}
+
+QStringList namesOf(const FileListing& listing) {
+    QStringList names;
+    for (int i = 0; i < listing.size(); ++i)
+        names << QString::fromUtf8(listing.fileInfo(i).fileName().toUtf8());
+    return names;
+}
+
+void gatherAll(FileGatherer& gatherer, const QString& directory) {
+    QSignalSpy finished(&gatherer, &FileGatherer::finished);
+    gatherer.gatherPath(directory);
+    QVERIFY(finished.count() == 1 || finished.wait(20000));
+}
+
+} // namespace
+
+class FileGathererTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    // The gatherer and the blocking list fold alike, item by item.
+    void listsAsTheListDoes() {
+        std::mt19937 random(7);
+        for (int round = 0; round < 12; ++round) {
+            QTemporaryDir root;
+            for (int i = 0; i < 60; ++i) {
+                const QString stem = QString("abAB.").at(int(random() % 5));
+                const int width = int(random() % 3) * 2;
+                const QString number = QString::number(random() % 120).rightJustified(width, '0');
+                const QString name = "x" + stem + number + (random() % 4 ? ".exr" : "");
+                if (random() % 12 == 0)
+                    QDir(root.path()).mkdir(name);
+                else if (random() % 12 == 0)
+                    QFile::link(random() % 2 ? "/" : "/dev/null", root.filePath(name));
+                else if (!QFileInfo::exists(root.filePath(name)))
+                    write(root.filePath(name));
+            }
+            for (const bool fold : {true, false}) {
+                FileInfoList list;
+                list.setShouldFilterSequences(fold);
+                list.fill(root.path());
+                FileGatherer gatherer;
+                gatherer.setFoldsSequences(fold);
+                gatherAll(gatherer, root.path());
+                QStringList wanted;
+                for (int i = 2; i < list.size(); ++i)
+                    wanted << list[i].fileName();
+                // Links to folders are found out after the names are there.
+                QTRY_COMPARE_WITH_TIMEOUT(namesOf(*gatherer.listing()), wanted, 20000);
+                for (int i = 0; i < gatherer.listing()->size(); ++i) {
+                    const FileInfo ours = gatherer.listing()->fileInfo(i);
+                    const FileInfo& theirs = list[i + 2];
+                    QCOMPARE(ours.presentRanges(), theirs.presentRanges());
+                    QCOMPARE(ours.missingFrames(), theirs.missingFrames());
+                    QCOMPARE(gatherer.listing()->item(i).missing, theirs.missingFrames());
+                    QCOMPARE(ours.rawAbsoluteFilePath(), theirs.rawAbsoluteFilePath());
+                    for (const int frame : {1, 7, 77, 101})
+                        QCOMPARE(gatherer.listing()->framePath(i, frame),
+                                 ours.isSequence() ? theirs.rawFramePath(frame)
+                                                   : theirs.rawAbsoluteFilePath());
+                    QCOMPARE(gatherer.listing()->findKey(gatherer.listing()->item(i).key), i);
+                }
+            }
+        }
+    }
+
+    void settings() {
+        QTemporaryDir root;
+        for (const char* name : {"a.1.exr", "a.2.exr", "b.jpg", ".hidden", "n\xff\n.exr"})
+            std::ofstream(root.path().toStdString() + '/' + name);
+        QDir(root.path()).mkdir("sub");
+        FileGatherer gatherer;
+        QCOMPARE(gatherer.listing()->state(), FileListing::State::Empty);
+        gatherAll(gatherer, root.path() + "/./sub/..//");
+        QCOMPARE(gatherer.directory(), root.path().toUtf8());
+        const auto size = [&] { return gatherer.listing()->size(); };
+        QCOMPARE(size(), 4);
+        const int odd = gatherer.listing()->find("n\xff\n.exr");
+        QCOMPARE(gatherer.listing()->path(odd), root.path().toUtf8() + "/n\xff\n.exr");
+        gatherer.setFoldsSequences(false);
+        QTRY_COMPARE(size(), 5);
+        gatherer.setShowsHidden(true);
+        QTRY_COMPARE(size(), 6);
+        gatherer.setNamePatterns({"*.exr"});
+        QTRY_COMPARE(size(), 4);
+        gatherer.setDirectoriesOnly(true);
+        QTRY_COMPARE(size(), 1);
+        QCOMPARE(gatherer.listing()->state(), FileListing::State::Complete);
+        std::remove((root.path().toStdString() + "/n\xff\n.exr").c_str());
+    }
+
+    void failures() {
+        QTemporaryDir root;
+        write(root.filePath("file"));
+        QFile::link("loop", root.filePath("loop"));
+        FileGatherer gatherer;
+        for (const char* name : {"none", "file", "loop"}) {
+            gatherAll(gatherer, root.filePath(name));
+            QCOMPARE(gatherer.listing()->state(), FileListing::State::Failed);
+            QVERIFY(gatherer.listing()->error() > 0 && !gatherer.isGathering());
+        }
+        // What was read stays when the folder goes.
+        QDir(root.path()).mkdir("sub");
+        write(root.filePath("sub/x"));
+        gatherAll(gatherer, root.filePath("sub"));
+        QVERIFY(QDir(root.filePath("sub")).removeRecursively());
+        gatherAll(gatherer, root.filePath("sub"));
+        QCOMPARE(gatherer.listing()->state(), FileListing::State::Failed);
+    }
+
+    void statusesAndTotals() {
+        QTemporaryDir root;
+        for (const int frame : {1, 2, 3})
+            write(root.filePath(QString("s.%1.exr").arg(frame)), 10 * frame);
+        write(root.filePath("z"), 7);
+        QDir(root.path()).mkdir("d");
+        write(root.filePath("d/inner"), 100);
+        QFile::link(root.path(), root.filePath("d/up"));
+        FileGatherer gatherer;
+        gatherAll(gatherer, root.path());
+        const auto before = gatherer.listing();
+        const int sequence = before->find("s.#.exr");
+        const int file = before->find("z");
+        QSignalSpy arrived(&gatherer, &FileGatherer::statusArrived);
+        gatherer.requestStatus({sequence, file, 99, -1});
+        QTRY_VERIFY(gatherer.listing()->status(sequence).known == FileListing::Status::Told);
+        QTRY_VERIFY(gatherer.listing()->status(file).known == FileListing::Status::Told);
+        QCOMPARE(gatherer.listing()->status(sequence).size, std::uint64_t(30));
+        QVERIFY(gatherer.listing()->status(sequence).isEstimate);
+        QCOMPARE(gatherer.listing()->status(file).size, std::uint64_t(7));
+        QCOMPARE(before->status(file).known, FileListing::Status::NotAsked);
+
+        const struct {
+            const char* name;
+            qint64 bytes, files;
+        } rows[] = {{"s.#.exr", 60, 3}, {"z", 7, 1}, {"d", 100, 1}};
+        for (const auto& row : rows) {
+            QSignalSpy totals(&gatherer, &FileGatherer::totalsArrived);
+            gatherer.requestTotals(gatherer.listing()->find(row.name));
+            QTRY_VERIFY(!totals.isEmpty() && totals.last().at(3).toBool());
+            QCOMPARE(totals.last().at(0).toByteArray(), QByteArray(row.name));
+            QCOMPARE(totals.last().at(1).toLongLong(), row.bytes);
+            QCOMPARE(totals.last().at(2).toLongLong(), row.files);
+            QVERIFY(totals.last().at(4).toBool());
+        }
+        // A file that has gone says so when it is asked for again.
+        QVERIFY(QFile::remove(root.filePath("z")));
+        gatherer.setWatch(FileGatherer::Watch::Never);
+        gatherAll(gatherer, root.path());
+        QCOMPARE(gatherer.listing()->find("z"), -1);
+    }
+
+    void watching() {
+        QTemporaryDir root;
+        FileGatherer gatherer;
+        FileGathererPace::of(gatherer).reread = 10;
+        FileGathererPace::of(gatherer).poll = 10;
+        gatherAll(gatherer, root.path());
+        // The watch begins after the reading; something new is told sooner or later.
+        for (int i = 0; i < 200 && gatherer.listing()->size() == 0; ++i) {
+            write(root.filePath(QString("f%1x").arg(i)));
+            QTest::qWait(20);
+        }
+        QTRY_VERIFY_WITH_TIMEOUT(gatherer.listing()->size() > 0, 20000);
+        write(root.filePath("last"));
+        QTRY_VERIFY_WITH_TIMEOUT(gatherer.listing()->find("last") >= 0, 20000);
+    }
+
+    // A file system that does not answer holds up nobody but its worker.
+    void hangs() {
+        QTemporaryDir root;
+        QDir(root.path()).mkdir("hang");
+        QDir(root.path()).mkdir("good");
+        write(root.filePath("good/x"));
+        HangingCalls hanging(root.filePath("hang").toStdString());
+        auto* const gatherer = new FileGatherer;
+        QSignalSpy waiting(gatherer, &FileGatherer::waiting);
+        gatherer->gatherPath(root.filePath("hang"));
+        QVERIFY(hanging.isReached(1));
+        QVERIFY(waiting.wait(20000));
+        QVERIFY(gatherer->waitingTime() >= 300 && gatherer->isGathering());
+        gatherAll(*gatherer, root.filePath("good"));
+        QCOMPARE(gatherer->listing()->find("x"), 0);
+        gatherer->gatherPath(root.filePath("hang"));
+        gatherer->cancel();
+        QCOMPARE(gatherer->listing()->state(), FileListing::State::Stopped);
+        gatherer->gatherPath(root.filePath("hang"));
+        delete gatherer; // and what comes after it is nobody's
+        hanging.release();
+        QTest::qWait(50);
+    }
+
+    void hostsMayDelete() {
+        QTemporaryDir root;
+        write(root.filePath("x"));
+        const auto signalled = [&](auto signal) {
+            QPointer<FileGatherer> gatherer = new FileGatherer;
+            connect(gatherer, signal, gatherer, [=] { delete gatherer; });
+            gatherer->gatherPath(root.path());
+            if (gatherer)
+                gatherer->requestStatus({0});
+            QTRY_VERIFY_WITH_TIMEOUT(!gatherer, 20000);
+        };
+        signalled(&FileGatherer::listingChanged);
+        signalled(&FileGatherer::gatheringChanged);
+        signalled(&FileGatherer::finished);
+        // Here and there, and only the last is answered.
+        FileGatherer gatherer;
+        QSignalSpy finished(&gatherer, &FileGatherer::finished);
+        for (int i = 0; i < 500; ++i)
+            gatherer.gatherPath(i % 2 ? root.path() : QStringLiteral("/"));
+        QTRY_COMPARE_WITH_TIMEOUT(gatherer.listing()->find("x"), 0, 20000);
+        QCOMPARE(finished.count(), 1);
+    }
+};
+
+KXUI_TEST(FileGathererTest);
+
+#include "FileGathererTest.moc"
