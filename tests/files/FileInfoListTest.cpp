@@ -77,9 +77,10 @@ private slots:
         const struct {
             QStringList files;
             const char* text;
+            std::int64_t missing;
             std::vector<FrameRange> present, split;
         } rows[] = {
-            {{"r0010", "r0020", "r0040"}, "r####", {{10, 20, 10}, {40, 40, 10}}, {{10, 20, 10}}},
+            {{"r0010", "r0020", "r0040"}, "r####", 1, {{10, 20, 10}, {40, 40, 10}}, {{10, 20, 10}}},
             {{"a0001", "a0005", "a0007", "a0008"},
              "a####",
              4,
