@@ -151,7 +151,7 @@ private slots:
                 return label->text().contains(QString::fromUtf8(text));
             });
         };
-        QVERIFY(has("16, 9:  0.1799 2 4 \u2192 60 188 255"));
+        QVERIFY(has("16, 9:  0.1801 2 4 \u2192 60 188 255"));
         QEvent leave(QEvent::Leave);
         QCoreApplication::sendEvent(canvas, &leave);
         QVERIFY(!m_session->pointedPixel());

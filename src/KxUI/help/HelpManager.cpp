@@ -333,7 +333,8 @@ void HelpManager::cancelPendingReply(const std::string& node, bool local) {
     QNetworkReply* const reply = pending->second;
     d->pendingReplies(local).erase(pending);
     reply->disconnect(this);
-    reply->abort();
+    if (reply->error() == QNetworkReply::NoError) // what has failed already warns of an abortion
+        reply->abort();
     reply->deleteLater();
 }
 
