@@ -24,6 +24,9 @@ target_compile_definitions(kxui_build_flags INTERFACE
   QT_NO_URL_CAST_FROM_STRING
   QT_NO_NARROWING_CONVERSIONS_IN_CONNECT)
 
+if(KXUI_PRECOMPILE_HEADERS AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+  add_compile_options(-fpch-preprocess) # which ccache asks for
+endif()
 if(KXUI_SANITIZE)
   add_compile_options(-fsanitize=${KXUI_SANITIZE} -fno-omit-frame-pointer)
   add_link_options(-fsanitize=${KXUI_SANITIZE})
@@ -95,6 +98,15 @@ function(kxui_room name)
   endforeach()
 endfunction()
 
+# kxui_precompile(TARGET HEADER...): where KXUI_PRECOMPILE_HEADERS is on, the target's sources begin with
+# these headers and some of the standard ones. Sources with options of their own cannot.
+function(kxui_precompile target)
+  if(KXUI_PRECOMPILE_HEADERS)
+    target_precompile_headers(${target} PRIVATE
+      ${ARGN} <algorithm> <array> <cmath> <functional> <memory> <optional> <string> <vector>)
+  endif()
+endfunction()
+
 # kxui_room_tests(ROOM Case... [SOURCES helper.cpp ...] [LIBS target ...] [HOST])
 # One executable per room from Case.cpp files; each Case is a QtTest class of that name and becomes
 # the ctest entry "room.Case". The executable links the library's objects, so that what is hidden
@@ -113,6 +125,9 @@ function(kxui_room_tests room)
   set_target_properties(test_${room} PROPERTIES AUTOMOC ON)
   kxui_moc_new_headers(test_${room})
   target_link_libraries(test_${room} PRIVATE ${support} ${arg_LIBS})
+  if(TARGET kxui_test_headers)
+    target_precompile_headers(test_${room} REUSE_FROM kxui_test_headers)
+  endif()
   foreach(case IN LISTS arg_UNPARSED_ARGUMENTS)
     add_test(NAME ${room}.${case} COMMAND test_${room} ${case})
     kxui_test_environment(${room}.${case})

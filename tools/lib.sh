@@ -4,6 +4,7 @@
 KXUI_ROOT=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 export CCACHE_BASEDIR="$KXUI_ROOT"
 export CCACHE_NOHASHDIR=1
+export CCACHE_SLOPPINESS=pch_defines,time_macros # or it keeps nothing where headers are precompiled
 cd "$KXUI_ROOT" || exit 1
 
 KXUI_PACKAGES_BUILD=(
