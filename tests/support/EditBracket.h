@@ -224,6 +224,7 @@ private:
             const QVariant end = m_edited.value(*widget);
             m_edited.move(*widget, 2);
             sendKey(*widget, Qt::Key_Escape);
+            widget->setEnabled(true); // or it takes no release
             m_edited.release(*widget);
             if (!told(log, "SE+F") ||
                 !check(m_edited.value(*widget) == end, QStringLiteral("moved on after the end")))
