@@ -39,10 +39,7 @@ void CurveEdit::goToStart() {
 
 bool CurveEdit::tellEdited() {
     const QPointer<QWidget> alive(m_view);
-    ++m_telling;
     Q_EMIT m_view->edited();
-    if (alive)
-        --m_telling;
     return !alive.isNull();
 }
 
@@ -50,8 +47,10 @@ void CurveEdit::tellStarted() {
     Q_EMIT m_view->editStarted(m_text);
 }
 
+// However it ends, also by what takes it back from outside of the view.
 void CurveEdit::tellFinished(bool accepted) {
     m_start.clear();
+    CurveViewPrivate::of(m_view)->endDrag();
     Q_EMIT m_view->editFinished(accepted);
 }
 

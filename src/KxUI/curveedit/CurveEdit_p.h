@@ -32,15 +32,9 @@ public:
 
     /** Whether the model is being changed from here, so that what it tells is no news. */
     bool isChanging() const { return m_changing > 0; }
-    /** Whether the host is being told of a change, which it may answer by another one. */
-    bool isTelling() const { return m_telling > 0; }
 
     /** What the current edit, or the last one, did. */
     const QString& text() const { return m_text; }
-    void setText(const QString& text) { m_text = text; }
-
-    /** There is nothing to come back to: another model. */
-    void forget() { m_start.clear(); }
 
 protected:
     void keepStart() override {}
@@ -79,7 +73,6 @@ private:
     std::vector<Saved> m_start;
     QString m_text;
     int m_changing = 0;
-    int m_telling = 0;
 };
 
 } // namespace Kestrel::UI

@@ -19,6 +19,11 @@ constexpr double DotRadius = 3.0;
 constexpr double GripSize = 7.0;
 constexpr double HeadSize = 5.0;
 
+QFont smaller(QFont font) {
+    font.setPointSizeF(QFontInfo(font).pointSizeF() * 0.85);
+    return font;
+}
+
 } // namespace
 
 CurveOverlays::CurveOverlays(QPainter& painter, const CurveScene& scene, const QPalette& palette)
@@ -124,14 +129,19 @@ void CurveOverlays::paintFrame(const QRectF& frame, const std::vector<QPointF>& 
             QRectF(grip.x() - GripSize / 2.0, grip.y() - GripSize / 2.0, GripSize, GripSize));
 }
 
-void CurveOverlays::paintText(const std::vector<CurveWord>& words, const QFont& font, int line) {
-    QFont small = font;
-    small.setPointSizeF(QFontInfo(font).pointSizeF() * 0.85);
-    m_painter.setFont(small);
-    const QFontMetricsF metrics(small, m_painter.device());
+double CurveOverlays::widthOf(const std::vector<CurveWord>& words, const QFont& font) const {
+    const QFontMetricsF metrics(smaller(font));
     double width = 0.0;
     for (const CurveWord& word : words)
         width += metrics.horizontalAdvance(word.text);
+    return width;
+}
+
+void CurveOverlays::paintText(const std::vector<CurveWord>& words, const QFont& font, int line) {
+    const QFont small = smaller(font);
+    m_painter.setFont(small);
+    const QFontMetricsF metrics(small);
+    const double width = widthOf(words, font);
     const QRectF place = m_scene.plot.rect().adjusted(6.0, 4.0, -6.0, -4.0);
     const double height = metrics.height();
     const double bottom = place.bottom() - line * (height + 3.0);

@@ -38,6 +38,8 @@ public:
     void paintFrame(const QRectF& frame, const std::vector<QPointF>& grips);
     /** At the lower right, where grading curves seldom go; `line` 0 is the lowest. */
     void paintText(const std::vector<CurveWord>& words, const QFont& font, int line);
+    /** How wide that would be. */
+    double widthOf(const std::vector<CurveWord>& words, const QFont& font) const;
     void paintFocus(const QRectF& rect);
 
 private:

@@ -346,8 +346,8 @@ bool CurveView::event(QEvent* event) {
     const QPointer<CurveView> self(this);
     const bool taken = d->edit.takes(event);
     if (self)
-        d->meetTaken();
-    if (taken)
+        d->meetEvent(*event, taken);
+    if (taken || !self)
         return true;
     if (event->type() == QEvent::Gesture && d->gesture(*static_cast<QGestureEvent*>(event)))
         return true;
@@ -427,7 +427,7 @@ void CurveView::mouseReleaseEvent(QMouseEvent* event) {
 
 void CurveView::paintEvent(QPaintEvent* event) {
     QPainter painter(this);
-    d->paint(painter, event->rect());
+    d->paint(painter, event->region());
 }
 
 void CurveView::resizeEvent(QResizeEvent* event) {

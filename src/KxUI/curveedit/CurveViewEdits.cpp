@@ -94,21 +94,19 @@ void CurveViewPrivate::resetKnots(const std::vector<CurveKnot>& knots) {
 
 // Within the run of a key that is held.
 void CurveViewPrivate::nudge(const QKeyEvent& event, const QPointF& direction) {
-    const double factor = EditModifiers::factor(event.modifiers());
-    const QPointF step = nudgeStep() * factor;
-    std::vector<CurveModel::Move> moves;
-    for (const CurveKnot& each : selected()) {
-        const CurveModel::Limits limits = model->limits(each.curve);
-        const CurveModel::Knot knot = model->knot(each.curve, each.knot);
-        double x = knot.x + direction.x() * step.x();
-        if (!nearestX(each, x))
-            x = knot.x;
-        const double y = std::clamp(knot.y + direction.y() * step.y(), limits.lowY, limits.highY);
-        if (x != knot.x || y != knot.y)
-            moves.push_back({each.curve, each.knot, x, y});
-    }
-    if (edit.beginKey(event) && !moves.empty() && model)
-        edit.change(moveText(int(moves.size())), [this, moves] { model->move(moves); });
+    if (!edit.beginKey(event) || !model)
+        return;
+    const CurveGroup group = CurveGroup::selected(scene());
+    if (group.isEmpty())
+        return;
+    const CurveKnot last = focused();
+    const CurveModel::Knot knot =
+        hasKnot(last) ? model->knot(last.curve, last.knot) : CurveModel::Knot();
+    const QPointF step = nudgeStep() * EditModifiers::factor(event.modifiers());
+    const QPointF wanted(direction.x() * step.x(), direction.y() * step.y());
+    const QPointF way = group.limitedWay(wanted, {knot.x, knot.y});
+    if (!way.isNull())
+        edit.change(moveText(group.count()), [&] { model->move(group.moved(way)); });
 }
 
 // The x nearest to `x` that the knot may have between its neighbours; false where there is none.
@@ -144,6 +142,16 @@ bool CurveViewPrivate::canAdd(int curve) {
         return true;
     say(CurveView::tr("%n knots at most", nullptr, most));
     return false;
+}
+
+bool CurveViewPrivate::hasRoom(int curve, double x) const {
+    const int next = model->firstKnotFrom(curve, x);
+    const int knots = model->knots(curve);
+    const bool isThere = next < knots && model->knot(curve, next).x == x;
+    const int after = isThere ? next + 1 : next;
+    const double low = after > 0 ? model->knot(curve, after - 1).x : -HUGE_VAL;
+    const double high = after < knots ? model->knot(curve, after).x : HUGE_VAL;
+    return CurveLimits::place(model->limits(curve), low, high, x);
 }
 
 void CurveViewPrivate::addOnce(int curve, const QPointF& place, bool onLine) {
@@ -183,7 +191,7 @@ void CurveViewPrivate::say(const QString& text) {
 
 void CurveView::addOnCurve(double x) {
     KXUI_INTERFACE_THREAD(this);
-    if (std::isfinite(x) && d->canAdd(d->current))
+    if (std::isfinite(x) && d->canAdd(d->current) && d->hasRoom(d->current, x))
         d->addOnce(d->current, {x, 0.0}, true);
 }
 

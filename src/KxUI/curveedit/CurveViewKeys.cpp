@@ -43,6 +43,8 @@ bool isArrow(const QKeyEvent& event) {
 
 // Keys that the window would take for its own.
 bool CurveViewPrivate::isOwnKey(const QKeyEvent& event) const {
+    if (event.key() == Qt::Key_Escape)
+        return drag.isActive();
     if (isArrow(event) ||
         isControlled(event, {Qt::Key_A, Qt::Key_C, Qt::Key_X, Qt::Key_V, Qt::Key_D}))
         return true;
@@ -60,8 +62,10 @@ bool CurveViewPrivate::isOwnKey(const QKeyEvent& event) const {
 bool CurveViewPrivate::pressKey(const QKeyEvent& event) {
     if (!isOwnKey(event))
         return false;
-    if (edit.gesture() == EditGestures::Drag)
-        return true; // the mouse has what they mean
+    if (edit.gesture() == EditGestures::Drag) {
+        pressInDrag(event.key());
+        return true;
+    }
     if (isArrow(event))
         nudge(event, directionOf(event.key()));
     else if (event.modifiers().testFlag(Qt::ControlModifier))
@@ -71,6 +75,18 @@ bool CurveViewPrivate::pressKey(const QKeyEvent& event) {
     else if (!pressEditing(event.key()))
         pressLooking(event.key());
     return true;
+}
+
+// The mouse has what the others would change.
+void CurveViewPrivate::pressInDrag(int key) {
+    const QPointer<CurveView> self(q);
+    if (key == Qt::Key_Escape) {
+        takeDragBack();
+    } else if (key == Qt::Key_S) {
+        q->setSnapEnabled(!snapEnabled);
+        if (self && drag.isActive())
+            drive(lastInput);
+    }
 }
 
 void CurveViewPrivate::pressControlled(int key) {

@@ -10,7 +10,8 @@
 namespace Kestrel::UI {
 namespace {
 
-constexpr double Margin = 8.0; // around the plot, for knots at its edge
+constexpr double Margin = 8.0;      // around the plot, for knots at its edge
+constexpr int ScrollInterval = 100; // milliseconds
 constexpr double StepsInSight = 100.0;
 // What is painted around a knot: its handles, its frame.
 constexpr double Surroundings = 72.0;
@@ -35,7 +36,10 @@ QRectF united(const QRectF& a, const QRectF& b) {
 
 CurveViewPrivate::CurveViewPrivate(CurveView* view)
     : q(view)
-    , edit(view) {}
+    , edit(view) {
+    scrollTimer.setInterval(ScrollInterval);
+    QObject::connect(&scrollTimer, &QTimer::timeout, view, [this] { scroll(); });
+}
 
 // -- The model
 
@@ -92,10 +96,11 @@ void CurveViewPrivate::knotsChanged(int curve, int first, int last) {
         return;
     pictures.forget(curve);
     q->update(regionOf(curve, first, last));
+    q->update(textRect());
     if (hovered.curve == curve && !hasKnot(hovered))
         hovered = {};
     CurveViewAccessible::tellValue(q);
-    if (!edit.isChanging() && isEditable(curve))
+    if (!edit.isChanging())
         meetChange();
 }
 
@@ -197,8 +202,16 @@ bool CurveViewPrivate::setCurrent(int curve) {
     if (!hasCurve(curve) || curve == current)
         return true;
     const QPointer<CurveView> self(q);
-    if (!edit.finish() || !hasCurve(curve))
-        return !self.isNull();
+    if (!edit.finish())
+        return false;
+    endDrag();
+    return showCurrent(curve);
+}
+
+bool CurveViewPrivate::showCurrent(int curve) {
+    if (!hasCurve(curve) || curve == current)
+        return true;
+    const QPointer<CurveView> self(q);
     current = curve;
     hovered = {};
     q->update();

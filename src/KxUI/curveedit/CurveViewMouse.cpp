@@ -7,6 +7,7 @@
 #include <QPinchGesture>
 #include <QWheelEvent>
 
+#include <algorithm>
 #include <cmath>
 
 namespace Kestrel::UI {
@@ -15,33 +16,211 @@ namespace {
 constexpr double ZoomPerNotch = 1.1;
 constexpr int Notch = 120;
 
+CurveInput inputOf(const QMouseEvent& event) {
+    return {event.localPos(), event.buttons(), event.modifiers(), qint64(event.timestamp())};
+}
+
+bool isDragButton(Qt::MouseButton button) {
+    return button == Qt::LeftButton || button == Qt::MiddleButton;
+}
+
 } // namespace
 
 void CurveViewPrivate::press(const QMouseEvent& event) {
-    const CurveHit hit = CurvePick::at(scene(), event.localPos());
-    if (event.button() == Qt::LeftButton && hit.part == CurveHit::Knot && setCurrent(hit.curve))
-        selectOnly(hit.curve, hit.knot, hit.knot);
+    const QPointer<CurveView> self(q);
+    say({});
+    if (!self || !model || !isDragButton(event.button()) || !edit.beginDrag(event.button()))
+        return;
+    lastInput = inputOf(event);
+    if (execute(drag.press(scene(), lastInput, event.button())))
+        q->update();
 }
 
 void CurveViewPrivate::move(const QMouseEvent& event) {
-    hover(event.localPos());
+    if (drag.isActive())
+        drive(inputOf(event));
+    else if (event.buttons() == Qt::NoButton)
+        hover(event.localPos());
 }
 
-void CurveViewPrivate::release(const QMouseEvent&) {}
+void CurveViewPrivate::drive(const CurveInput& input) {
+    const bool snapped = drag.snapX() || drag.snapY();
+    lastInput = input;
+    if (!execute(drag.move(scene(), input)))
+        return;
+    // Knots repaint themselves.
+    if (snapped || drag.snapX() || drag.snapY() || drag.pulledOut() || !drag.edits() ||
+        frameVisible)
+        q->update();
+    else
+        q->update(textRect());
+    if (!drag.scrolls(scene()))
+        scrollTimer.stop();
+    else if (!scrollTimer.isActive())
+        scrollTimer.start();
+}
+
+void CurveViewPrivate::scroll() {
+    if (!drag.isActive() || !drag.scrolls(scene()))
+        scrollTimer.stop();
+    else if (execute(drag.scroll(scene())))
+        drive(lastInput);
+}
+
+void CurveViewPrivate::release(const QMouseEvent& event) {
+    if (!execute(drag.release(scene(), event.button())) || drag.isActive())
+        return;
+    scrollTimer.stop();
+    q->update();
+    if (isDragButton(event.button()))
+        edit.finish();
+}
 
 void CurveViewPrivate::doubleClick(const QMouseEvent& event) {
-    const CurveKnot knot = knotAt(event.localPos());
-    if (event.button() == Qt::LeftButton && knot.isValid())
-        resetKnots({knot});
+    const CurveInput input = inputOf(event);
+    const CurveHit hit =
+        event.button() == Qt::LeftButton && model ? drag.resetBy(scene(), input) : CurveHit();
+    if (hit.isHandle()) {
+        edit.editOnce(CurveView::tr("slope"), [this, hit] {
+            model->setShape(hit.curve, {hit.knot}, int(KeyCurve::Shape::Monotone));
+        });
+    } else if (hit) {
+        resetKnots({{hit.curve, hit.knot}});
+    } else if (event.button() == Qt::LeftButton && model && !pressAdds() &&
+               !CurvePick::at(scene(), input.mouse)) {
+        const QPointF place = plot.toCurve(input.mouse);
+        if (canAdd(current) && hasRoom(current, place.x()))
+            addOnce(current, place, false);
+    } else {
+        press(event);
+    }
 }
 
-void CurveViewPrivate::meetTaken() {}
+void CurveViewPrivate::meetEvent(const QEvent& event, bool taken) {
+    if (drag.isActive() && edit.gesture() != EditGestures::Drag) {
+        endDrag();
+    } else if (taken && event.type() == QEvent::MouseButtonPress) {
+        takeDragBack(); // by the right button, which took back what the edit had
+    } else if (taken && event.type() == QEvent::MouseButtonRelease) {
+        drag.release(scene(), static_cast<const QMouseEvent&>(event).button());
+    }
+}
 
 void CurveViewPrivate::meetChange() {
-    edit.finish();
+    if (drag.isActive())
+        execute(drag.modelChanged(scene()));
 }
 
-void CurveViewPrivate::endDrag() {}
+bool CurveViewPrivate::takeDragBack() {
+    if (!drag.isActive() || drag.edits())
+        return false;
+    if (execute(drag.takeBack(scene())))
+        q->update();
+    return true;
+}
+
+void CurveViewPrivate::endDrag() {
+    drag.finish();
+    scrollTimer.stop();
+    q->update();
+}
+
+// -- What the drag answers
+
+// Edits that come together are told as one.
+bool CurveViewPrivate::execute(const CurveCommands& commands) {
+    const QPointer<CurveView> self(q);
+    for (auto command = commands.begin(); self && model && command != commands.end();) {
+        if (command->isEdit()) {
+            const auto end = std::find_if(command, commands.end(),
+                                          [](const CurveCommand& each) { return !each.isEdit(); });
+            if (!executeEdits(command, end))
+                return false;
+            command = end;
+            continue;
+        }
+        switch (command->kind) {
+        case CurveCommand::SetCurrent:
+            showCurrent(command->curve);
+            break;
+        case CurveCommand::Select:
+            if (hasCurve(command->curve))
+                model->select(command->curve, command->first, command->last, command->mode);
+            break;
+        case CurveCommand::ShowRange:
+            setRange(command->range);
+            break;
+        default:
+            edit.finish();
+            break;
+        }
+        ++command;
+    }
+    return !self.isNull();
+}
+
+bool CurveViewPrivate::executeEdits(CurveCommands::const_iterator first,
+                                    CurveCommands::const_iterator end) {
+    const bool adds = first->kind == CurveCommand::Add || first->kind == CurveCommand::AddOnLine;
+    int added = -1;
+    if (!adds || canExecute(*first)) {
+        const QPointer<CurveView> self(q);
+        const auto all = [&] {
+            for (auto command = first;
+                 self && command != end && hasCurve(command->curve < 0 ? current : command->curve);
+                 ++command)
+                added = change(*command);
+        };
+        if (!edit.change(dragTitle(), all))
+            return false;
+    }
+    return !adds || execute(drag.added(scene(), added));
+}
+
+// Whether a knot has room; says why not.
+bool CurveViewPrivate::canExecute(const CurveCommand& command) {
+    const QPointer<CurveView> self(q);
+    return canAdd(command.curve) && hasRoom(command.curve, command.place.x()) && self;
+}
+
+// The index of what was added.
+int CurveViewPrivate::change(const CurveCommand& command) {
+    switch (command.kind) {
+    case CurveCommand::Move:
+        model->move(command.moves);
+        break;
+    case CurveCommand::Add:
+        return model->add(command.curve, command.place.x(), command.place.y());
+    case CurveCommand::AddOnLine:
+        return model->addOnLine(command.curve, command.place.x());
+    case CurveCommand::Remove:
+        model->remove(command.curve, {command.first});
+        break;
+    case CurveCommand::Restore:
+        model->load(command.curve, command.bytes);
+        break;
+    case CurveCommand::SetSlopes:
+        model->setSlopes(command.curve, command.first, command.place.x(), command.place.y(),
+                         command.broken);
+        break;
+    default:
+        break;
+    }
+    return -1;
+}
+
+QString CurveViewPrivate::dragTitle() const {
+    switch (drag.what()) {
+    case CurveDrag::AddsKnot:
+        return CurveView::tr("add knot");
+    case CurveDrag::ChangesSlope:
+        return CurveView::tr("slope");
+    case CurveDrag::ScalesKnots:
+        return CurveView::tr("scale");
+    default:
+        return moveText(std::max(1, drag.count()));
+    }
+}
 
 // Without the focus a plain wheel is for whatever scrolls around the view.
 bool CurveViewPrivate::wheel(const QWheelEvent& event) {

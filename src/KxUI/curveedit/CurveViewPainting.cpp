@@ -1,6 +1,7 @@
 #include <KxUI/curveedit/CurveView_p.h>
 
 #include <KxUI/curveedit/CurveOverlays_p.h>
+#include <KxUI/curveedit/CurveSnap_p.h>
 #include <KxUI/time/TimeFormatter.h>
 #include <KxUI/time/TimeSliderGeometry_p.h>
 #include <KxUI/time/TimeSliderPainter_p.h>
@@ -65,6 +66,27 @@ QVector<CurveGridLine> frameLinesOf(const CurvePlot& plot, const TimeFormatter& 
     return lines;
 }
 
+QString snapName(const CurveSnapTarget& target) {
+    switch (target.kind) {
+    case CurveSnapTarget::Playhead:
+        return CurveView::tr("playhead");
+    case CurveSnapTarget::SnapLine:
+        return CurveView::tr("line");
+    case CurveSnapTarget::OtherKnot:
+        return CurveView::tr("knot");
+    case CurveSnapTarget::Neighbour:
+        return CurveView::tr("neighbour");
+    case CurveSnapTarget::Limit:
+        return CurveView::tr("limit");
+    case CurveSnapTarget::Identity:
+        return CurveView::tr("identity");
+    case CurveSnapTarget::Chord:
+        return CurveView::tr("chord");
+    default:
+        return {}; // what the grid says already
+    }
+}
+
 } // namespace
 
 CurveScene CurveViewPrivate::scene() const {
@@ -120,7 +142,7 @@ std::vector<CurveLook> CurveViewPrivate::looks() const {
     return looks;
 }
 
-void CurveViewPrivate::paint(QPainter& painter, const QRect& exposed) {
+void CurveViewPrivate::paint(QPainter& painter, const QRegion& exposed) {
     if (!q->isEnabled())
         painter.setOpacity(DisabledOpacity);
     const CurveScene shown = scene();
@@ -133,7 +155,8 @@ void CurveViewPrivate::paint(QPainter& painter, const QRect& exposed) {
                                   q->palette().color(QPalette::Text),
                                   q->font(),
                                   histogramCount};
-    pictures.paintLines(painter, ground, histogram, shown, curves, exposed);
+    for (const QRect& part : exposed)
+        pictures.paintLines(painter, ground, histogram, shown, curves, part);
     painter.setClipRect(q->rect().adjusted(1, 1, -1, -1), Qt::IntersectClip);
     CurveOverlays overlays(painter, shown, q->palette());
     painter.setRenderHint(QPainter::Antialiasing);
@@ -143,7 +166,7 @@ void CurveViewPrivate::paint(QPainter& painter, const QRect& exposed) {
             overlays.paintHandles(look.curve, look.color);
     }
     painter.setRenderHint(QPainter::Antialiasing, false);
-    pictures.paintKnots(painter, ground, shown, curves, exposed);
+    pictures.paintKnots(painter, ground, shown, curves, exposed.boundingRect());
     painter.setRenderHint(QPainter::Antialiasing);
     paintDrag(painter, overlays, ground);
     paintTexts(overlays, curves);
@@ -165,10 +188,60 @@ void CurveViewPrivate::paintMarks(CurveOverlays& overlays, const std::vector<Cur
     }
 }
 
-void CurveViewPrivate::paintDrag(QPainter&, CurveOverlays&, const CurveGround::Key&) {}
+void CurveViewPrivate::paintDrag(QPainter& painter, CurveOverlays& overlays,
+                                 const CurveGround::Key& ground) {
+    const CurveScene shown = scene();
+    const CurveFrame frame = CurveFrame::of(shown);
+    if (!frame.isNull()) {
+        std::vector<QPointF> grips;
+        for (int grip = 0; grip < CurveFrame::Grips; ++grip)
+            grips.push_back(frame.grip(grip));
+        overlays.paintFrame(frame.rect, grips);
+    }
+    if (!drag.isActive())
+        return;
+    const QRectF band = drag.box(plot);
+    if (!band.isNull())
+        overlays.paintBand(band);
+    paintSnaps(overlays);
+    const std::optional<QPointF> gone = drag.pulledOut();
+    if (!gone)
+        return;
+    constexpr double Inside = 2.0 * KnotPictures::Radius;
+    const QPointF at(std::clamp(gone->x(), Inside, std::max(Inside, q->width() - Inside)),
+                     std::clamp(gone->y(), Inside, std::max(Inside, q->height() - Inside)));
+    pictures.paintLoneKnot(painter, ground, at, KnotLook::Gone,
+                           model->color(current, q->palette()));
+}
 
+void CurveViewPrivate::paintSnaps(CurveOverlays& overlays) const {
+    const QRectF& rect = plot.rect();
+    if (const std::optional<CurveSnapTarget> snap = drag.snapX()) {
+        const double x = plot.toX(snap->value);
+        overlays.paintSnap(QLineF(x, rect.top(), x, rect.bottom()), snapName(*snap));
+    }
+    const std::optional<CurveSnapTarget> snap = drag.snapY();
+    if (!snap)
+        return;
+    const CurveKnot knot = focused();
+    const double y = hasKnot(knot) ? positionOf(knot).y() : plot.toY(snap->value);
+    overlays.paintSnap(QLineF(rect.left(), y, rect.right(), y), snapName(*snap));
+}
+
+QRect CurveViewPrivate::textRect() const {
+    constexpr int Lines = 2;
+    const int height = Lines * (q->fontMetrics().height() + 6);
+    return QRect(0, int(plot.rect().bottom()) - height, q->width(), height + 2);
+}
+
+// Of a frame that is being scaled.
 QString CurveViewPrivate::dragText() const {
-    return {};
+    const QPointF scale = drag.scale();
+    if (drag.mode() != CurveDrag::DragFrame || scale == QPointF(1.0, 1.0))
+        return {};
+    const QLocale locale = q->locale();
+    return QStringLiteral("\u00d7 %1  \u00d7 %2")
+        .arg(locale.toString(scale.x(), 'f', 3), locale.toString(scale.y(), 'f', 3));
 }
 
 void CurveViewPrivate::paintTexts(CurveOverlays& overlays, const std::vector<CurveLook>& curves) {
@@ -185,6 +258,9 @@ void CurveViewPrivate::paintTexts(CurveOverlays& overlays, const std::vector<Cur
         model->sample(look.curve, marker, marker, 1, &y);
         words.push_back({QStringLiteral("  ") + yText(y), look.color});
     }
+    // Where all do not fit, the current one, which comes last.
+    if (overlays.widthOf(words, q->font()) > plot.rect().width() - 12.0)
+        words = {words.front(), words.back()};
     overlays.paintText(words, q->font(), line);
 }
 

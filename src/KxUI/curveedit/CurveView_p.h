@@ -1,5 +1,6 @@
 #pragma once
 
+#include <KxUI/curveedit/CurveDrag_p.h>
 #include <KxUI/curveedit/CurveEdit_p.h>
 #include <KxUI/curveedit/CurvePictures_p.h>
 #include <KxUI/curveedit/CurvePlot_p.h>
@@ -8,6 +9,7 @@
 #include <KxUI/curves/KeyCurve.h>
 
 #include <QPointer>
+#include <QTimer>
 
 #include <limits>
 #include <vector>
@@ -57,6 +59,7 @@ public:
     std::vector<int> editableCurves() const;
     bool isUnitSquare(int curve) const;
     bool setCurrent(int curve);
+    bool showCurrent(int curve);
 
     /** The selected knots of all curves that can be edited. */
     std::vector<CurveKnot> selected() const;
@@ -85,6 +88,7 @@ public:
     // -- Changes by the user (CurveViewEdits.cpp)
 
     bool canAdd(int curve);
+    bool hasRoom(int curve, double x) const;
     void addOnce(int curve, const QPointF& place, bool onLine);
     void moveOnce(const std::vector<CurveModel::Move>& moves);
     bool removeSelected(const QString& what);
@@ -114,11 +118,15 @@ public:
     void setHovered(const CurveKnot& knot);
     CurveKnot knotAt(const QPointF& at) const;
     bool selectForMenu(const QPointF& at);
-    /** After the edit took an event, which may have ended a drag. */
-    void meetTaken();
-    /** Somebody else changed the model. */
+    /** After the edit saw an event, which may have ended a drag. */
+    void meetEvent(const QEvent& event, bool taken);
+    /** Somebody else changed a curve. */
     void meetChange();
+    /** Back to where a drag began that changes no knots; false without one. */
+    bool takeDragBack();
     void endDrag();
+    /** Goes on with a drag beyond the edge; every 100 ms. */
+    void scroll();
     bool pressAdds() const;
 
     // -- Keys and menu (CurveViewKeys.cpp)
@@ -130,7 +138,7 @@ public:
 
     // -- Painting and words (CurveViewPainting.cpp)
 
-    void paint(QPainter& painter, const QRect& exposed);
+    void paint(QPainter& painter, const QRegion& exposed);
     QString readout() const;
     QString knotName(const CurveKnot& knot) const;
     QString placeText(const QPointF& place) const;
@@ -166,8 +174,16 @@ private:
     void curvesChanged();
     QRect regionOf(int curve, int first, int last) const;
 
+    bool execute(const CurveCommands& commands);
+    bool executeEdits(CurveCommands::const_iterator first, CurveCommands::const_iterator end);
+    bool canExecute(const CurveCommand& command);
+    int change(const CurveCommand& command);
+    void drive(const CurveInput& input);
+    QString dragTitle() const;
+
     void addKeys(int curve, const std::vector<KeyCurve::Key>& keys, double shift);
 
+    void pressInDrag(int key);
     void pressControlled(int key);
     bool pressEditing(int key);
     void pressLooking(int key);
@@ -178,11 +194,16 @@ private:
     std::vector<CurveLook> looks() const;
     void paintMarks(CurveOverlays& overlays, const std::vector<CurveLook>& curves);
     void paintDrag(QPainter& painter, CurveOverlays& overlays, const CurveGround::Key& ground);
+    void paintSnaps(CurveOverlays& overlays) const;
+    QRect textRect() const;
     void paintTexts(CurveOverlays& overlays, const std::vector<CurveLook>& curves);
     QString dragText() const;
     QString xText(double x) const;
     QString yText(double y) const;
 
+    CurveDrag drag;
+    CurveInput lastInput;
+    QTimer scrollTimer;
     std::vector<bool> hidden; ///< by curve; those beyond are shown
     CurvePictures pictures;
     CurveGrid grid;
