@@ -157,6 +157,17 @@ QMap<QString, IconPaths> makeIcons() {
                            {}};
     const IconPaths searchMenu{search.solid, polygon({{11, 1}, {16, 1}, {13.5, 4}})};
 
+    // In a picker of colours: two links of a chain, and a plus.
+    const auto ring = [](qreal x) {
+        QPainterPath outer;
+        outer.addRoundedRect(x, 5, 8, 6, 3, 3);
+        QPainterPath inner;
+        inner.addRoundedRect(x + 1.5, 6.5, 5, 3, 1.5, 1.5);
+        return outer - inner;
+    };
+    const IconPaths chain{ring(1) | ring(7), {}};
+    const IconPaths plus{box(7, 3, 2, 10) | box(3, 7, 10, 2), {}};
+
     QMap<QString, IconPaths> icons;
     const auto both = [&icons](const char* backward, const char* forward, const IconPaths& paths) {
         icons.insert(QLatin1String(forward), paths);
@@ -179,6 +190,8 @@ QMap<QString, IconPaths> makeIcons() {
     icons.insert(QStringLiteral("Search"), search);
     icons.insert(QStringLiteral("SearchMenu"), searchMenu);
     icons.insert(QStringLiteral("PaneFloat"), windows);
+    icons.insert(QStringLiteral("Link"), chain);
+    icons.insert(QStringLiteral("Add"), plus);
     // The panes' menus name their icons by these paths.
     icons.insert(QStringLiteral(":/ui/qrc/images/HSplit.png"), turned(split));
     icons.insert(QStringLiteral(":/ui/qrc/images/VSplit.png"), split);
