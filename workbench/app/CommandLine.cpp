@@ -56,8 +56,10 @@ void addOptions(QCommandLineParser* parser) {
          QStringLiteral("RATE"), QStringLiteral("24")},
         {paletteOption(), QStringLiteral("dark (the default) or light."), QStringLiteral("NAME"),
          QStringLiteral("dark")},
-        {cacheOption(), QStringLiteral("Memory for decoded frames in MiB."), QStringLiteral("MIB"),
-         QStringLiteral("1024")},
+        {cacheOption(),
+         QStringLiteral(
+             "Memory for decoded frames in MiB; as the status line was left if not given."),
+         QStringLiteral("MIB"), QStringLiteral("1024")},
         {freshOption(),
          QStringLiteral("Begin in the built-in workspace, and leave the last one as it was kept.")},
         {layoutOption(), QStringLiteral("Begin in a saved workspace."), QStringLiteral("FILE")},
@@ -98,6 +100,7 @@ CommandLine readOptions(QCommandLineParser* parser, const QStringList& arguments
         return CommandLine::refusal(
             QStringLiteral("\"%1\" is no cache size; give MiB from 1 to 1048576.").arg(cache));
     line.cacheBytes = std::size_t(mebibytes) << 20;
+    line.isCacheGiven = parser->isSet(cacheOption());
     return line;
 }
 

@@ -32,6 +32,8 @@ struct CommandLine {
     /** The language of the texts, as "de"; empty for the user's. */
     QString language;
     std::size_t cacheBytes = std::size_t(1) << 30;
+    /** Otherwise the size that the user chose last counts. */
+    bool isCacheGiven = false;
 
     /** Wrong use, with the reason. */
     static CommandLine refusal(const QString& why);

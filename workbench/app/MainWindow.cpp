@@ -39,6 +39,10 @@ QAction* addItem(QMenu* menu, const QString& text, const QKeySequence& keys, Rec
     return action;
 }
 
+QString cacheKey() {
+    return QStringLiteral("cache/mebibytes");
+}
+
 QString profilerKey() {
     return QStringLiteral("workspace/profilerIsOpen");
 }
@@ -61,8 +65,7 @@ MainWindow::MainWindow(Base::TimeBase timeBase, std::size_t cacheBytes, Theme th
     menuBar()->addMenu(new WorkspaceMenu(this));
     makeToolsMenu();
     m_help.fillMenu(menuBar()->addMenu(tr("&Help")));
-    statusBar()->addWidget(new StatusLine(&m_session), 1);
-    statusBar()->setSizeGripEnabled(false);
+    makeStatusBar();
     resize(1280, 720);
     arrange(builtInLayouts().front());
 }
@@ -70,6 +73,16 @@ MainWindow::MainWindow(Base::TimeBase timeBase, std::size_t cacheBytes, Theme th
 MainWindow::~MainWindow() {
     // Before the session that they show.
     destroyPages();
+}
+
+void MainWindow::makeStatusBar() {
+    auto* line = new StatusLine(&m_session);
+    connect(line, &StatusLine::cacheSizeChosen, this, [this](int mebibytes) {
+        if (m_remembers)
+            UI::AppSettings().setValue(cacheKey(), mebibytes);
+    });
+    statusBar()->addWidget(line, 1);
+    statusBar()->setSizeGripEnabled(false);
 }
 
 SequenceListPanel* MainWindow::list() {
@@ -110,6 +123,14 @@ void MainWindow::rememberArrangement() {
                 tr("The last workspace could not be restored. %1").arg(problem), 20000);
         });
     }
+}
+
+void MainWindow::recallCacheSize() {
+    if (!m_remembers)
+        return;
+    const int mebibytes = UI::AppSettings().value(cacheKey()).toInt();
+    if (mebibytes > 0)
+        m_session.setCacheBytes(std::size_t(mebibytes) << 20);
 }
 
 void MainWindow::openTools() {

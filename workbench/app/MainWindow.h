@@ -44,6 +44,9 @@ public:
         the window then stays as it is. To be called before the window is shown. */
     void rememberArrangement();
 
+    /** Takes the size of the frame cache that the user chose last, if this window remembers. */
+    void recallCacheSize();
+
     /** Opens the tool windows that were open then. To be called when the window is shown, so that
         they come up above it. */
     void openTools();
@@ -66,6 +69,7 @@ protected:
 private:
     void setUpPage(const QString& id, QWidget* page);
     void nameSequence();
+    void makeStatusBar();
     void makeFileMenu();
     void makeEditMenu();
     void makePlaybackMenu();

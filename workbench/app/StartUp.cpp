@@ -97,6 +97,8 @@ bool provideSomething(bool showsProgress, QList<QByteArray>* paths) {
 void open(MainWindow* window, const CommandLine& line, const QList<QByteArray>& paths) {
     if (!line.freshWorkspace)
         window->rememberArrangement();
+    if (!line.isCacheGiven)
+        window->recallCacheSize();
     if (!line.layoutFile.isEmpty()) {
         const QString problem = window->loadFrom(line.layoutFile);
         if (!problem.isEmpty())

@@ -30,6 +30,9 @@ public:
     /** Forgets all that was graded by another grade. */
     void setGrade(const Grade& grade);
 
+    /** Another number of bytes; what is too much goes when the next frame comes. */
+    void setCapacity(std::size_t capacity) { m_capacity = capacity; }
+
     /** Whether the grade changes anything. */
     bool isActive() const { return !m_isIdentity; }
 
@@ -76,7 +79,7 @@ private:
     void work();
     void deliver(const JobPtr& job, std::uint64_t round);
 
-    const std::size_t m_capacity;
+    std::size_t m_capacity;
     std::size_t m_bytes = 0;
     std::uint64_t m_gradedCount = 0;
     Grade m_grade;

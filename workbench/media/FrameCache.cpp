@@ -40,6 +40,17 @@ std::vector<Base::Time> FrameCache::pictureTimes() const {
     return times;
 }
 
+std::vector<Base::Time> FrameCache::setCapacity(std::size_t capacity, const PlayOrder& order) {
+    std::vector<Base::Time> evicted;
+    m_capacity = capacity;
+    while (m_bytes > m_capacity) {
+        const auto victim = neededLast(order);
+        evicted.push_back(victim->first);
+        remove(victim);
+    }
+    return evicted;
+}
+
 FrameCache::Outcome FrameCache::insert(const FramePtr& frame, const PlayOrder& order) {
     Outcome outcome;
     if (const auto old = m_frames.find(frame->time); old != m_frames.end())

@@ -34,6 +34,9 @@ public:
         std::vector<Base::Time> evicted;
     };
 
+    /** Another number of bytes. Returns the times that had to go. */
+    std::vector<Base::Time> setCapacity(std::size_t capacity, const PlayOrder& order);
+
     /** Takes a frame in, replacing one of the same time. */
     Outcome insert(const FramePtr& frame, const PlayOrder& order);
 

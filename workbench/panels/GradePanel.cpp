@@ -1,6 +1,8 @@
 #include "panels/GradePanel.h"
 
+#include "panels/BalancePanel.h"
 #include "panels/CurveView.h"
+#include "panels/GradeParts.h"
 #include "play/Session.h"
 
 #include <KxUI/color/ColorWheel.h>
@@ -51,35 +53,8 @@ UI::ChannelColors::Channel channelOf(int slot) {
     return channels[slot];
 }
 
-/** The number that a user would type for it, rather than all its binary digits. */
-double typed(float number) {
-    return QString::number(double(number), 'g', 7).toDouble();
-}
-
-/** Shows a number unless it is just what was made of the field's own, which may have more digits.
- */
-void showNumber(UI::DoubleSpinBox* box, float number) {
-    constexpr double Rounding = 1e-6;
-    if (std::abs(box->value() - double(number)) > Rounding * std::max(1.0, std::abs(box->value())))
-        box->setValue(typed(number));
-}
-
 float stopsOf(double stops) {
     return std::clamp(float(stops), -Grade::MostStops, Grade::MostStops);
-}
-
-QToolButton* textButton(const QString& text) {
-    auto* button = new QToolButton;
-    button->setText(text);
-    button->setAutoRaise(true);
-    return button;
-}
-
-void setTextColor(QWidget* widget, QPalette::ColorRole role, const QColor& color) {
-    QPalette palette;
-    palette.setColor(QPalette::Active, role, color);
-    palette.setColor(QPalette::Inactive, role, color);
-    widget->setPalette(palette);
 }
 
 } // namespace
@@ -95,6 +70,7 @@ GradePanel::GradePanel(Session* session, QWidget* parent)
     sections->setSpacing(betweenSections);
     sections->addLayout(makeHeader());
     sections->addWidget(makeGain());
+    sections->addWidget(makeBalance());
     sections->addWidget(makeExposure());
     sections->addWidget(makeCurves());
     sections->addWidget(makePreview());
@@ -122,7 +98,7 @@ QLayout* GradePanel::makeHeader() {
     m_title->setTextFormat(Qt::PlainText);
     m_title->setMinimumWidth(40);
     m_title->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
-    m_bypass = textButton(tr("Bypass"));
+    m_bypass = makeTextButton(tr("Bypass"));
     m_bypass->setCheckable(true);
     m_bypass->setToolTip(tr("Shows the sequence without its grade"));
     connect(m_bypass, &QToolButton::toggled, m_grades, &GradeHistory::setBypassed);
@@ -180,6 +156,15 @@ UI::Disclosure* GradePanel::makeGain() {
     return m_gainSection;
 }
 
+UI::Disclosure* GradePanel::makeBalance() {
+    m_resetBalance = resetButton(tr("balance"), [](Grade& grade) { grade.balance = {}; });
+    auto* row = new QHBoxLayout;
+    row->addWidget(new BalancePanel(m_grades));
+    m_balanceSection = section(tr("Balance"), QStringLiteral("balance"), row);
+    m_balanceSection->addHeaderWidget(m_resetBalance);
+    return m_balanceSection;
+}
+
 UI::Disclosure* GradePanel::makeExposure() {
     m_exposure = new UI::LogSlider(Qt::Horizontal);
     m_exposure->setRealRange(-exposureDecades, exposureDecades, positionsADecade);
@@ -217,7 +202,7 @@ UI::Disclosure* GradePanel::makeExposure() {
 }
 
 UI::Disclosure* GradePanel::makeCurves() {
-    m_resetCurve = textButton(tr("Reset"));
+    m_resetCurve = makeTextButton(tr("Reset"));
     connect(m_resetCurve, &QToolButton::clicked, this, [this] {
         Grade grade = m_grades->grade();
         grade.curves.setCurve(m_slot, UI::Curve());
@@ -227,7 +212,7 @@ UI::Disclosure* GradePanel::makeCurves() {
     top->setSpacing(gap);
     auto* choice = new QButtonGroup(this);
     for (const Grade::Slot slot : {Grade::Master, Grade::Red, Grade::Green, Grade::Blue}) {
-        QToolButton* button = textButton(tr(curveName(slot)));
+        QToolButton* button = makeTextButton(tr(curveName(slot)));
         button->setCheckable(true);
         button->setChecked(slot == m_slot);
         choice->addButton(button);
@@ -285,13 +270,8 @@ UI::Disclosure* GradePanel::section(const QString& title, const QString& key, QL
 }
 
 UI::DoubleSpinBox* GradePanel::number(double least, double most, int decimals, double step) {
-    auto* box = new UI::DoubleSpinBox;
-    box->setRange(least, most);
-    box->setDecimals(decimals);
-    box->setFewestDecimals(decimals);
-    box->setSingleStep(step);
+    UI::DoubleSpinBox* box = makeNumber(least, most, decimals, step);
     box->setFixedWidth(numberWidth);
-    box->setAlignment(Qt::AlignRight);
     return box;
 }
 
@@ -312,7 +292,7 @@ void GradePanel::bracket(Widget* widget, const QString& text, Set set) {
 
 template <typename Change>
 QToolButton* GradePanel::resetButton(const QString& what, Change change) {
-    QToolButton* button = textButton(tr("Reset"));
+    QToolButton* button = makeTextButton(tr("Reset"));
     connect(button, &QToolButton::clicked, this, [this, what, change] {
         Grade grade = m_grades->grade();
         change(grade);
@@ -355,6 +335,7 @@ void GradePanel::showGrade() {
     m_preview->setCurrentIndex(m_preview->findData(grade.preview));
     m_resetAll->setEnabled(grade != Grade());
     m_resetGain->setEnabled(!(grade.gain == GainColor()));
+    m_resetBalance->setEnabled(!grade.balance.isNeutral());
     m_resetExposure->setEnabled(grade.exposure != 0.0F);
     summarize();
     showCurves();
@@ -368,6 +349,7 @@ void GradePanel::summarize() {
         factors << box->cleanText();
     m_gainSection->setSummary(factors.join(QStringLiteral("  ")));
     m_gainSection->setModified(!(grade.gain == GainColor()));
+    m_balanceSection->setModified(!grade.balance.isNeutral());
     m_exposureSection->setSummary(m_stops->cleanText());
     m_exposureSection->setModified(grade.exposure != 0.0F);
     QStringList changed;

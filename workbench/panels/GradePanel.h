@@ -24,7 +24,7 @@ namespace Kestrel::Workbench {
 class CurveView;
 class Session;
 
-/** Grades the open sequence: gain on a wheel, exposure, curves, and a preview of what YCbCr keeps
+/** Grades the open sequence: gain on a wheel, three balances, exposure, curves, and a preview of what YCbCr keeps
     of the picture. Every edit is a step of the shared history. */
 class GradePanel : public QWidget {
     Q_OBJECT
@@ -42,6 +42,7 @@ protected:
 private:
     QLayout* makeHeader();
     UI::Disclosure* makeGain();
+    UI::Disclosure* makeBalance();
     UI::Disclosure* makeExposure();
     UI::Disclosure* makeCurves();
     UI::Disclosure* makePreview();
@@ -68,6 +69,7 @@ private:
     std::array<QLabel*, 3> m_gainLabels{};
     std::array<UI::DoubleSpinBox*, 3> m_gains{};
     QToolButton* m_resetGain;
+    QToolButton* m_resetBalance;
     UI::LogSlider* m_exposure;
     int m_shownPosition = 0; ///< where the slider stood before the edit that goes on
     UI::DoubleSpinBox* m_stops;
@@ -77,6 +79,7 @@ private:
     QToolButton* m_resetCurve;
     QComboBox* m_preview;
     UI::Disclosure* m_gainSection;
+    UI::Disclosure* m_balanceSection;
     UI::Disclosure* m_exposureSection;
     UI::Disclosure* m_curveSection;
     UI::Disclosure* m_previewSection;

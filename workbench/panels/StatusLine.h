@@ -5,11 +5,16 @@
 
 class QLabel;
 
+namespace Kestrel::UI {
+class DoubleSpinBox;
+} // namespace Kestrel::UI
+
 namespace Kestrel::Workbench {
 
 class Session;
 
-/** The facts at the foot of the window: current time, achieved rate, dropped frames, cache use. */
+/** The facts at the foot of the window: current time, achieved rate, dropped frames, and the cache,
+    whose size can be chosen there. */
 class StatusLine : public QWidget {
     Q_OBJECT
 
@@ -17,7 +22,14 @@ public:
     /** @param session  borrowed; outlives the widget */
     explicit StatusLine(Session* session, QWidget* parent = nullptr);
 
+signals:
+    /** The user chose another size of the cache, which the session has now. */
+    void cacheSizeChosen(int mebibytes);
+
 private:
+    UI::DoubleSpinBox* makeCacheSize();
+    void chooseCacheSize();
+    void showCacheSize();
     void showTime();
     void showFacts();
 
@@ -26,6 +38,8 @@ private:
     QLabel* m_rate;
     QLabel* m_dropped;
     QLabel* m_cache;
+    UI::DoubleSpinBox* m_cacheSize;
+    QLabel* m_cached;
     QTimer m_refresh;
 };
 

@@ -3,13 +3,17 @@
 #include "play/Session.h"
 
 #include <KxUI/kit/HorizontalLayout.h>
+#include <KxUI/kit/IconFactory.h>
 #include <KxUI/time/JogWheel.h>
 #include <KxUI/time/TimeFormatChooser.h>
 #include <KxUI/time/TransportControlsWidget.h>
-#include <KxUI/time/ViewerFrameSkipControl.h>
+#include <KxUI/values/DoubleSpinBox.h>
+
+#include <QToolButton>
 
 #include <algorithm>
 #include <climits>
+#include <cmath>
 
 namespace Kestrel::Workbench {
 
@@ -24,12 +28,9 @@ TransportRow::TransportRow(Session* session, QWidget* parent)
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
     setFocusPolicy(Qt::ClickFocus); // where the time field puts the focus at Escape
 
-    Navigator* navigator = session->navigator();
     auto* chooser = new UI::TimeFormatChooser(session->formatter());
     chooser->setMode(UI::TimeFormatChooser::TimelineMode);
     m_transport->connectTimecodeWidgetToFormatChooser(chooser);
-    auto* skip = new UI::ViewerFrameSkipControl;
-    skip->setIncrement(navigator->skipLength());
     m_jogWheel->setToolTip(tr("Drag to go through the frames"));
 
     auto* layout = new UI::HorizontalLayout(0, 8, this);
@@ -37,16 +38,10 @@ TransportRow::TransportRow(Session* session, QWidget* parent)
     layout->addStretch(1);
     layout->addWidget(m_transport, 2);
     layout->addStretch(1);
-    layout->addWidget(skip);
+    layout->addLayout(makeSkip());
     layout->addWidget(m_jogWheel);
 
     connectTransport();
-    using Skip = UI::ViewerFrameSkipControl;
-    connect(skip, &Skip::skipBackwardsButtonClicked, navigator,
-            [navigator] { navigator->skip(-1); });
-    connect(skip, &Skip::skipForwardsButtonClicked, navigator, [navigator] { navigator->skip(1); });
-    connect(skip, &Skip::incrementFieldValueChanged, navigator, &Navigator::setSkipLength);
-    connect(navigator, &Navigator::skipLengthChanged, skip, &Skip::frameIncrementChanged);
     connect(m_jogWheel, &UI::JogWheel::valueChanged, this, [this](int value) {
         // What the wheel is told by showTime() is no wish of the user's.
         if (value != m_session->model()->currentTime())
@@ -58,6 +53,49 @@ TransportRow::TransportRow(Session* session, QWidget* parent)
     connect(session, &Session::sequenceChanged, this, &TransportRow::showState);
     showTime();
     showState();
+}
+
+/** The number field is one of those of the panels: it can be dragged, and told "x*2". */
+QLayout* TransportRow::makeSkip() {
+    Navigator* navigator = m_session->navigator();
+    auto* length = new UI::DoubleSpinBox;
+    length->setRange(1.0, 999.0);
+    length->setDecimals(0);
+    length->setSingleStep(1.0);
+    length->setDefaultValue(12.0);
+    length->setValue(navigator->skipLength());
+    length->setButtonSymbols(QAbstractSpinBox::NoButtons);
+    length->setAlignment(Qt::AlignCenter);
+    length->setFixedWidth(length->fontMetrics().horizontalAdvance(QStringLiteral(" 0000 ")));
+    length->setAccessibleName(tr("Frames to skip"));
+    length->setToolTip(tr("How many frames are skipped"));
+    connect(length, &UI::DoubleSpinBox::valueEdited, navigator,
+            [navigator](double frames) { navigator->setSkipLength(int(std::lround(frames))); });
+    // What is typed may be no whole number.
+    connect(length, &UI::DoubleSpinBox::editFinished, navigator,
+            [navigator, length] { length->setValue(navigator->skipLength()); });
+    connect(navigator, &Navigator::skipLengthChanged, length,
+            [length](int frames) { length->setValue(frames); });
+    auto* row = new UI::HorizontalLayout(0, 1);
+    row->addWidget(skipButton(QStringLiteral("FrameSkipBackwards"), -1));
+    row->addWidget(length);
+    row->addWidget(skipButton(QStringLiteral("FrameSkipForwards"), 1));
+    return row;
+}
+
+QToolButton* TransportRow::skipButton(const QString& icon, int direction) {
+    auto* button = new QToolButton;
+    button->setFixedSize(22, 22);
+    button->setFocusPolicy(Qt::NoFocus);
+    button->setAutoRaise(true);
+    button->setIcon(UI::IconFactory::icon(icon));
+    button->setToolTip(direction < 0 ? tr("Skip backwards (Shift+Left)")
+                                     : tr("Skip forwards (Shift+Right)"));
+    button->setAccessibleName(direction < 0 ? tr("Skip backwards") : tr("Skip forwards"));
+    Navigator* navigator = m_session->navigator();
+    connect(button, &QToolButton::clicked, navigator,
+            [navigator, direction] { navigator->skip(direction); });
+    return button;
 }
 
 void TransportRow::connectTransport() {

@@ -2,6 +2,9 @@
 
 #include <QWidget>
 
+class QLayout;
+class QToolButton;
+
 namespace Kestrel::UI {
 class JogWheel;
 class TransportControlsWidget;
@@ -24,6 +27,8 @@ public:
 
 private:
     void connectTransport();
+    QLayout* makeSkip();
+    QToolButton* skipButton(const QString& icon, int direction);
     void showState();
     void showTime();
 

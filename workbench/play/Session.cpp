@@ -87,6 +87,19 @@ void Session::open(Sequence sequence, Base::Time at) {
     emit frameChanged();
 }
 
+void Session::setCacheBytes(std::size_t bytes) {
+    if (bytes == m_cache.capacity())
+        return;
+    for (const Base::Time evicted : m_cache.setCapacity(bytes, order())) {
+        m_profiling.evicted(evicted);
+        emit frameUncached(evicted);
+    }
+    m_grader.setCapacity(bytes / 4);
+    m_cacheFull = false;
+    emit cacheSizeChanged();
+    plan();
+}
+
 void Session::toggleKeyFrame() {
     if (m_model.currentTime() == Base::InvalidTime)
         return;

@@ -36,6 +36,8 @@ public:
     Navigator* navigator() { return &m_navigator; }
     const Sequence& sequence() const { return m_sequence; }
     const FrameCache& cache() const { return m_cache; }
+    /** Other memory for frames, as that of the constructor. */
+    void setCacheBytes(std::size_t bytes);
     Profiling* profiling() { return &m_profiling; }
     GradeHistory* grades() { return &m_grades; }
     const FrameGrader& grader() const { return m_grader; }
@@ -73,6 +75,7 @@ signals:
     void frameCached(Kestrel::Base::Time time);
     void frameUncached(Kestrel::Base::Time time);
     void cacheCleared();
+    void cacheSizeChanged();
 
 private:
     void showCurrent();
