@@ -1,8 +1,6 @@
-#include <KxUI/kit/CallbackParameter.h>
 #include <KxUI/kit/ChoiceBar.h>
 #include <KxUI/kit/ChoiceBarLayout_p.h>
 #include <KxUI/kit/ChoiceButton.h>
-#include <KxUI/kit/ParameterBinding.h>
 #include <KxUI/kit/PushButton.h>
 
 #include <support/Columns.h>
@@ -271,31 +269,6 @@ private Q_SLOTS:
         button.once = [](ChoiceButton& made) { action(made, 6)->trigger(); };
         button.assisted = false;
         Kestrel::Test::EditBracketCheck<ChoiceButton>(button).run();
-    }
-
-    void areBoundToParameters() {
-        QVariant stored = 2;
-        QString log;
-        CallbackParameter parameter([&] { return stored; },
-                                    [&](const QVariant& value) {
-                                        stored = value;
-                                        return true;
-                                    });
-        parameter.setBracket([&log](const QString&) { log += '<'; },
-                             [&log](bool accepted) { log += accepted ? '>' : '!'; });
-        ChoiceBar bar;
-        fill(bar);
-        ChoiceButton button;
-        fill(button);
-        ParameterBinding::bind(&bar, &parameter);
-        ParameterBinding::bind(&button, &parameter);
-        QCOMPARE(bar.currentIndex(), 2);
-        sendKey(bar, Qt::Key_Left);
-        QCOMPARE(stored.toInt(), 1);
-        QCOMPARE(button.currentIndex(), 1);
-        action(button, 0)->trigger();
-        QCOMPARE(bar.currentIndex(), 0);
-        QCOMPARE(log, QStringLiteral("<><>"));
     }
 
     void deletedInASlot() {

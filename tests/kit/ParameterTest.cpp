@@ -1,5 +1,6 @@
 #include <KxUI/color/ColorWheel.h>
 #include <KxUI/kit/CallbackParameter.h>
+#include <KxUI/kit/ChoiceButton.h>
 #include <KxUI/kit/ParameterBinding.h>
 #include <KxUI/kit/ParameterWatchers.h>
 #include <KxUI/kit/PropertyParameter.h>
@@ -158,6 +159,10 @@ private slots:
         TimeField field;
         field.setTimeDisplayFormat(false, false);
         edits(field, 12, 77);
+        ChoiceButton button;
+        for (const char* choice : {"one", "two", "three"})
+            button.addChoice(QLatin1String(choice));
+        edits(button, 0, 2);
         ColorWheel wheel;
         edits(wheel, QVector3D(0.5F, 0.5F, 0.5F), QVector3D(0.1F, 0.2F, 0.3F));
         QTest::ignoreMessage(QtWarningMsg,
