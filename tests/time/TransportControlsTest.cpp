@@ -7,7 +7,6 @@
 #include <KxUI/time/TransportControlsWidget.h>
 #include <KxUI/time/ViewerFrameSkipControl.h>
 
-#include <support/Columns.h>
 #include <support/EditBracket.h>
 #include <support/TestRegistry.h>
 
@@ -77,44 +76,36 @@ private slots:
         }
     }
 
-    void playButtons_data() {
-        const Kestrel::Test::Columns<int, bool, bool, bool> row("state", "bounce", "backwardsStops",
-                                                                "forwardsStops");
-        row("nothing", NoPlayback, false, false, false);
-        row("backwards", PlayingBackwards, false, true, false);
-        row("stopped", Stopped, false, false, false);
-        row("forwards", PlayingForwards, false, false, true);
-        row("bounce, backwards", PlayingBackwards, true, true, true);
-        row("bounce, stopped", Stopped, true, false, false);
-        row("bounce, forwards", PlayingForwards, true, true, true);
-    }
-
     void playButtons() {
-        QFETCH(int, state);
-        QFETCH(bool, bounce);
-        QFETCH(bool, backwardsStops);
-        QFETCH(bool, forwardsStops);
+        const struct {
+            PlaybackStatus state;
+            bool bounce, backwardsStops, forwardsStops;
+        } rows[] = {{NoPlayback, false, false, false},    {PlayingBackwards, false, true, false},
+                    {Stopped, false, false, false},       {PlayingForwards, false, false, true},
+                    {PlayingBackwards, true, true, true}, {Stopped, true, false, false},
+                    {PlayingForwards, true, true, true}};
+        for (const auto& row : rows) {
+            TransportControlsWidget transport;
+            transport.playbackStateChanged(row.state);
+            transport.setBounceMode(row.bounce);
+            const bool enabled = row.state != NoPlayback;
+            QCOMPARE(transport.isEnabled(), enabled);
+            QSignalSpy stop(&transport, &TransportControlsWidget::stop);
+            QSignalSpy backwards(&transport, &TransportControlsWidget::playBackwardsButtonClicked);
+            QSignalSpy forwards(&transport, &TransportControlsWidget::playForwardsButtonClicked);
 
-        TransportControlsWidget transport;
-        transport.playbackStateChanged(PlaybackStatus(state));
-        transport.setBounceMode(bounce);
-        const bool enabled = state != NoPlayback;
-        QCOMPARE(transport.isEnabled(), enabled);
-        QSignalSpy stop(&transport, &TransportControlsWidget::stop);
-        QSignalSpy backwards(&transport, &TransportControlsWidget::playBackwardsButtonClicked);
-        QSignalSpy forwards(&transport, &TransportControlsWidget::playForwardsButtonClicked);
-
-        auto* backwardsButton = at<QToolButton>(transport, 3);
-        auto* forwardsButton = at<QToolButton>(transport, 5);
-        QCOMPARE(iconName(backwardsButton),
-                 QLatin1String(backwardsStops ? "TCStop" : "TCPlayBackward"));
-        QCOMPARE(iconName(forwardsButton),
-                 QLatin1String(forwardsStops ? "TCStop" : "TCPlayForward"));
-        backwardsButton->click();
-        forwardsButton->click();
-        QCOMPARE(stop.count(), int(backwardsStops) + int(forwardsStops));
-        QCOMPARE(backwards.count(), int(enabled && !backwardsStops));
-        QCOMPARE(forwards.count(), int(enabled && !forwardsStops));
+            auto* backwardsButton = at<QToolButton>(transport, 3);
+            auto* forwardsButton = at<QToolButton>(transport, 5);
+            QCOMPARE(iconName(backwardsButton),
+                     QLatin1String(row.backwardsStops ? "TCStop" : "TCPlayBackward"));
+            QCOMPARE(iconName(forwardsButton),
+                     QLatin1String(row.forwardsStops ? "TCStop" : "TCPlayForward"));
+            backwardsButton->click();
+            forwardsButton->click();
+            QCOMPARE(stop.count(), int(row.backwardsStops) + int(row.forwardsStops));
+            QCOMPARE(backwards.count(), int(enabled && !row.backwardsStops));
+            QCOMPARE(forwards.count(), int(enabled && !row.forwardsStops));
+        }
     }
 
     void buttonsAndFieldEmit() {
