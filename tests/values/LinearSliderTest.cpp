@@ -155,58 +155,40 @@ private slots:
         QCOMPARE(scene.value, 1e-6);
     }
 
-    // Each movement with the value that it leads to, on a groove of 1000 pixels from 0 to 1 that
-    // snaps at 0.5.
+    // Each movement, "@" with Alt and "*" with the factor of a gear, and the value that it leads to,
+    // on a groove of 1000 pixels from 0 to 1 that snaps at 0.5.
     void dragsByPixel() {
-        struct Step {
-            double pixel;
-            double factor;
-            bool otherwise;
-            double value;
+        const std::pair<double, const char*> rows[] = {
+            // It snaps at 6 pixels and leaves at 12.
+            {0.45, "493=0.493 494=0.5 512=0.5 513=0.513 507=0.507 506=0.5"},
+            {0.503, "504=0.504 500=0.5"}, // starts beside a snap point
+            {0.5, "501=0.501 520=0.52"},  // starts on one
+            {0.45, "499@=0.499 499=0.5"},
+            {0.49, "590*0.1=0.5 600*0.1=0.501"},
+            {0.2, "300=0.3 400*0.1=0.31 410=0.32"}, // changes gear
+            {0.9, "1200=1 1100=1 990=0.99"},        // past the end and back
+            {0.99, "1200*0.1=1 1190*0.1=0.999"},
+            {0.2, "210*10=0.3"},
+            {3.2, "1010=3.2 999=0.999"}, // from beyond
         };
-        struct Row {
-            const char* name;
-            double start;
-            std::vector<Step> steps;
-        };
-        const Row rows[] = {
-            {"snaps at 6, leaves at 12",
-             0.45,
-             {{493, 1, false, 0.493},
-              {494, 1, false, 0.5},
-              {512, 1, false, 0.5},
-              {513, 1, false, 0.513},
-              {507, 1, false, 0.507},
-              {506, 1, false, 0.5}}},
-            {"starts beside a snap point", 0.503, {{504, 1, false, 0.504}, {500, 1, false, 0.5}}},
-            {"starts on one", 0.5, {{501, 1, false, 0.501}, {520, 1, false, 0.52}}},
-            {"not with Alt", 0.45, {{499, 1, true, 0.499}, {499, 1, false, 0.5}}},
-            {"fine", 0.49, {{590, 0.1, false, 0.5}, {600, 0.1, false, 0.501}}},
-            {"changing gear",
-             0.2,
-             {{300, 1, false, 0.3}, {400, 0.1, false, 0.31}, {410, 1, false, 0.32}}},
-            {"past the end and back",
-             0.9,
-             {{1200, 1, false, 1}, {1100, 1, false, 1}, {990, 1, false, 0.99}}},
-            {"fine past the end", 0.99, {{1200, 0.1, false, 1}, {1190, 0.1, false, 0.999}}},
-            {"coarse", 0.2, {{210, 10, false, 0.3}}},
-            {"from beyond", 3.2, {{1010, 1, false, 3.2}, {999, 1, false, 0.999}}},
-        };
-        for (const Row& row : rows) {
+        const QRegularExpression form(QStringLiteral("^(\\d+)(@?)(?:\\*([\\d.]+))?=([\\d.]+)$"));
+        for (const auto& [start, steps] : rows) {
             const std::vector<double> snaps{0.5};
-            SliderScene scene{SliderScale{0, 1, 1, 0, 1000}, row.start, 0.0, &snaps};
+            SliderScene scene{SliderScale{0, 1, 1, 0, 1000}, start, 0.0, &snaps};
             SliderDrag drag;
-            drag.grip(scene, {scene.scale.pixelOf(row.start), row.steps.front().factor});
-            for (const Step& step : row.steps) {
-                // The first of "starts beside" is the snap point that it has not left yet.
-                const auto value = drag.move(scene, {step.pixel, step.factor, step.otherwise});
+            bool isHeld = false;
+            for (const QString& step : QString::fromLatin1(steps).split(' ')) {
+                const auto parts = form.match(step);
+                const double factor =
+                    parts.captured(3).isEmpty() ? 1 : parts.captured(3).toDouble();
+                if (!std::exchange(isHeld, true))
+                    drag.grip(scene, {scene.scale.pixelOf(start), factor});
+                const auto value = drag.move(
+                    scene, {parts.captured(1).toDouble(), factor, !parts.captured(2).isEmpty()});
                 if (value)
                     scene.value = *value;
-                QVERIFY2(std::fabs(scene.value - step.value) < 1e-12,
-                         qPrintable(QStringLiteral("%1: %2 at %3")
-                                        .arg(QLatin1String(row.name))
-                                        .arg(scene.value)
-                                        .arg(step.pixel)));
+                QVERIFY2(std::fabs(scene.value - parts.captured(4).toDouble()) < 1e-12,
+                         qPrintable(QStringLiteral("%1: %2").arg(step).arg(scene.value)));
             }
         }
     }
@@ -421,6 +403,14 @@ private slots:
             Kestrel::Test::checkEditBracket(editedSlider<LinearSlider>(orientation));
             Kestrel::Test::checkEditBracket(editedSlider<TinySlider>(orientation));
         }
+    }
+
+    void wheelWithoutTheFocus() {
+        LinearSlider slider;
+        QVERIFY(!Kestrel::Test::turnWheel(slider, 120));
+        slider.setWheelPolicy(WheelPolicy::WheelAlways);
+        QVERIFY(Kestrel::Test::turnWheel(slider, 120));
+        QCOMPARE(slider.value(), 0.01);
     }
 
     void toldToAssistiveTools() {
