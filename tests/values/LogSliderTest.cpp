@@ -218,6 +218,18 @@ private slots:
         }
     }
 
+    void settingsOfTicksAreTold() {
+        LogSlider slider;
+        QSignalSpy changed(&slider, &LogSlider::ticksChanged);
+        for (int round = 0; round < 2; ++round) { // the second one changes nothing
+            slider.setDrawLogTicks(false);
+            slider.setTickTextSize(11);
+            slider.setTickColor(Qt::red);
+            slider.setExpTickColor(Qt::green);
+            QCOMPARE(changed.count(), 4);
+        }
+    }
+
     void realValueIsAProperty() {
         LogSlider slider;
         QSignalSpy told(&slider, &LogSlider::realValueChanged);
