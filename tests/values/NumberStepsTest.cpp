@@ -1,7 +1,6 @@
 #include <KxUI/values/NumberSteps_p.h>
 #include <KxUI/values/ScrubDrag_p.h>
 
-#include <support/Columns.h>
 #include <support/TestRegistry.h>
 
 #include <limits>
@@ -30,45 +29,43 @@ private Q_SLOTS:
         QCOMPARE(UI::adaptiveStep(5e-324, 1, 0.25), 0.25);
     }
 
-    void digits_data() {
-        const Test::Columns<QString, int, int, QString, int> row("text", "caret", "steps", "after",
-                                                                 "position");
-        const auto add = [&](const char* text, int caret, int steps, const char* after,
-                             int position) {
-            row(qPrintable(QStringLiteral("%1 at %2 by %3").arg(text).arg(caret).arg(steps)),
-                QString::fromUtf8(text), caret, steps, QString::fromUtf8(after), position);
-        };
-        add("-99.95", 0, 1, "-89.95", 1); // over the sign the first digit
-        add("-99.95", 1, -1, "-109.95", 2);
-        add("-99.95", 2, 1, "-98.95", 2);
-        add("-99.95", 3, 1, "-99.85", 4); // the point: the digit behind it
-        add("-99.95", 5, 1, "-99.94", 5);
-        add("-99.95", 6, 1, "-99.94", 5); // behind the last
-        add("99", 1, 1, "100", 2);
-        add("100", 0, -1, "000", 0); // the digit stays there for the way back
-        add("100", 2, -1, "99", 1);
-        add("0", 0, -1, "-1", 1);
-        add("-1", 1, 1, "0", 0);
-        add("0.05", 3, -10, "-0.05", 4);
-        add("1e-6", 0, 1, "2e-6", 0);
-        add("9.5e+3", 2, 10, "10.5e+3", 3);
-        add("12.5 mm", 7, 1, "12.6 mm", 3);
-        add("1ev", 0, 1, "2ev", 0);
-        add("1,5", 2, 1, "1,6", 2);
-        add("", 0, 1, "none", 0);
-        add("2*3", 0, 1, "none", 0);
-        add("1.2.3", 0, 1, "none", 0);
-    }
     void digits() {
-        QFETCH(QString, text);
-        QFETCH(int, caret);
-        QFETCH(int, steps);
-        UI::NumberNotation notation;
-        if (text.contains(QLatin1Char(',')))
-            notation.point = u',';
-        const auto step = UI::steppedDigit(text, caret, steps, notation);
-        QTEST(step ? step->text : QStringLiteral("none"), "after");
-        QTEST(step ? step->position : 0, "position");
+        const struct {
+            const char* text;
+            int caret, steps;
+            const char* after;
+            int position;
+        } rows[] = {
+            {"-99.95", 0, 1, "-89.95", 1}, // over the sign the first digit
+            {"-99.95", 1, -1, "-109.95", 2},
+            {"-99.95", 2, 1, "-98.95", 2},
+            {"-99.95", 3, 1, "-99.85", 4}, // the point: the digit behind it
+            {"-99.95", 5, 1, "-99.94", 5},
+            {"-99.95", 6, 1, "-99.94", 5}, // behind the last
+            {"99", 1, 1, "100", 2},
+            {"100", 0, -1, "000", 0}, // the digit stays there for the way back
+            {"100", 2, -1, "99", 1},
+            {"0", 0, -1, "-1", 1},
+            {"-1", 1, 1, "0", 0},
+            {"0.05", 3, -10, "-0.05", 4},
+            {"1e-6", 0, 1, "2e-6", 0},
+            {"9.5e+3", 2, 10, "10.5e+3", 3},
+            {"12.5 mm", 7, 1, "12.6 mm", 3},
+            {"1ev", 0, 1, "2ev", 0},
+            {"1,5", 2, 1, "1,6", 2},
+            {"", 0, 1, "none", 0},
+            {"2*3", 0, 1, "none", 0},
+            {"1.2.3", 0, 1, "none", 0},
+        };
+        for (const auto& row : rows) {
+            const QString text = QString::fromLatin1(row.text);
+            UI::NumberNotation notation;
+            if (text.contains(QLatin1Char(',')))
+                notation.point = u',';
+            const auto step = UI::steppedDigit(text, row.caret, row.steps, notation);
+            QCOMPARE(step ? step->text : QStringLiteral("none"), QString::fromLatin1(row.after));
+            QCOMPARE(step ? step->position : 0, row.position);
+        }
     }
 
     void scrub() {
