@@ -52,7 +52,8 @@ public:
     /** The listing as it stands; never null. Hold it as long as you like. */
     std::shared_ptr<const FileListing> listing() const;
 
-    /** The directory asked for last: absolute, without `.` and `..`, in the system's encoding. */
+    /** The directory asked for last: an absolute path without steps to itself
+        or upwards, in the system's encoding. */
     QByteArray directory() const;
 
     /** Whether an answer is awaited. */

@@ -124,6 +124,17 @@ int FileListing::find(std::string_view name) const {
     return found == m_data->items.end() ? -1 : static_cast<int>(found - m_data->items.begin());
 }
 
+int FileListing::findFile(std::string_view name) const {
+    if (const int item = find(name); item >= 0)
+        return item;
+    const auto frame = FrameNameRules().frameOf(name);
+    for (const SequenceParts& parts : m_data->sequences) {
+        if (frame && m_data->frameFile(parts.item, frame->number) == name)
+            return fileInfo(parts.item).hasFrame(frame->number) ? parts.item : -1;
+    }
+    return -1;
+}
+
 int FileListing::findKey(std::uint64_t key) const {
     return m_data->findKey(key);
 }

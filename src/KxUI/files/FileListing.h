@@ -19,8 +19,8 @@ class StatusTable;
 
 /** What is known of one directory at one moment: immutable, so that any thread may read it.
 
-    Items are files, directories and, when folded, image sequences, in natural order; `.` and `..`
-    are not among them. Names are the bytes that the system gave. A listing costs some 20 bytes a
+    Items are files, directories and, when folded, image sequences, in natural order, without the
+    directory itself and the one above. Names are the bytes that the system gave. A listing costs some 20 bytes a
     directory entry beside its name and 80 an item; the next one of the same directory shares the
     names. FileGatherer makes them. */
 class KXUI_EXPORT FileListing {
@@ -122,6 +122,10 @@ public:
 
     /** The index of the item of this name, as Item::name has it; -1 for none. */
     int find(std::string_view name) const;
+
+    /** The index of the item that stands for a file: of its name, or the sequence that it is a frame
+        of. -1 for none. */
+    int findFile(std::string_view name) const;
 
     /** The index of the item of this key; -1 for none. */
     int findKey(std::uint64_t key) const;
