@@ -33,13 +33,14 @@ public:
         HasShapes = 8, ///< knots have a shape(), which setShape() changes
         HasSlopes = 16 ///< knots have slopes, which setSlopes() changes
     };
+    /** Bits of Ability. */
     Q_DECLARE_FLAGS(Abilities, Ability)
     Q_FLAG(Abilities)
 
     /** A place that a curve goes through. A plain value, whose layout is frozen. */
     struct Knot {
-        double x = 0;
-        double y = 0;
+        double x = 0; ///< what goes in, or a time
+        double y = 0; ///< the line's value there
         /** dy/dx of the line where it arrives and where it leaves. */
         double slopeIn = 0;
         double slopeOut = 0;
@@ -53,10 +54,10 @@ public:
     /** Where knots may be, and how many. A plain value, whose layout is frozen. Infinities are no
         limits. */
     struct Limits {
-        double lowX = 0;
-        double highX = 1;
-        double lowY = 0;
-        double highY = 1;
+        double lowX = 0;  ///< the least x
+        double highX = 1; ///< the greatest x
+        double lowY = 0;  ///< the least y
+        double highY = 1; ///< the greatest y
         /** What lies between two neighbours in x at least; with 0 they are still apart. */
         double gap = 0;
         /** Knots move to multiples of this in x, as keys to whole frames; 0: anywhere. */
@@ -67,10 +68,10 @@ public:
 
     /** Where a knot goes. */
     struct Move {
-        int curve = 0;
-        int knot = 0;
-        double x = 0;
-        double y = 0;
+        int curve = 0; ///< its curve
+        int knot = 0;  ///< its index there
+        double x = 0;  ///< the place it goes to
+        double y = 0;  ///< the place it goes to
     };
 
     /** What select() does to the knots that it names, and to the other ones of the curve. */

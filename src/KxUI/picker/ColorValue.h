@@ -10,10 +10,10 @@ namespace Kestrel::UI {
     directions; alpha is 0 to 1 and red, green and blue are not multiplied by it. A plain value,
     whose layout is frozen. */
 struct KXUI_EXPORT ColorValue {
-    float red = 0.0F;
-    float green = 0.0F;
-    float blue = 0.0F;
-    float alpha = 1.0F;
+    float red = 0.0F;   ///< light, in the working space
+    float green = 0.0F; ///< light, in the working space
+    float blue = 0.0F;  ///< light, in the working space
+    float alpha = 1.0F; ///< 0 for nothing to 1 for opaque
 
     /** The same four floats, so that a colour with a NaN equals nothing. */
     bool operator==(const ColorValue& other) const noexcept;
