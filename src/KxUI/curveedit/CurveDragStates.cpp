@@ -281,22 +281,26 @@ CurveCommands CurveHandleDrag::move(const CurveScene& scene, const CurveInput& i
 CurveFrameDrag::CurveFrameDrag(const CurveScene& scene, int grip, const CurveInput& input)
     : m_side(CurveFrame::side(grip))
     , m_group(CurveGroup::selected(scene))
-    , m_bounds(m_group.bounds()) {
-    m_start = scene.plot.toWidget(m_bounds.center() + QPointF(m_side.x() * m_bounds.width() / 2,
-                                                              m_side.y() * m_bounds.height() / 2));
+    , m_low(m_group.low())
+    , m_high(m_group.high())
+    , m_about(sideAt({0, 0})) {
+    m_start = scene.plot.toWidget(sideAt(m_side));
     m_grip = CurveGrip(m_start, input);
-    m_about = m_bounds.center();
+}
+
+// Exactly at the ends, so that what is there stays.
+QPointF CurveFrameDrag::sideAt(const QPointF& side) const {
+    const auto at = [](double low, double high, double where) {
+        return where < 0 ? low : where > 0 ? high : low + (high - low) / 2;
+    };
+    return {at(m_low.x(), m_high.x(), side.x()), at(m_low.y(), m_high.y(), side.y())};
 }
 
 CurveCommands CurveFrameDrag::move(const CurveScene& scene, const CurveInput& input) {
     if (!m_group.isPresent(scene))
         return end();
-    const QPointF half(m_bounds.width() / 2, m_bounds.height() / 2);
-    const QPointF middle = m_bounds.center();
-    const QPointF start = middle + QPointF(m_side.x() * half.x(), m_side.y() * half.y());
-    const QPointF about = input.has(Qt::AltModifier)
-                              ? middle
-                              : middle - QPointF(m_side.x() * half.x(), m_side.y() * half.y());
+    const QPointF start = sideAt(m_side);
+    const QPointF about = sideAt(input.has(Qt::AltModifier) ? QPointF() : -m_side);
     const QPointF shown(m_about.x() + (start.x() - m_about.x()) * m_scale.x(),
                         m_about.y() + (start.y() - m_about.y()) * m_scale.y());
     const QPointF pixel = m_grip.wanted(input, scene.plot.toWidget(shown));

@@ -150,11 +150,14 @@ public:
     const QPointF& scale() const { return m_scale; }
 
 private:
+    QPointF sideAt(const QPointF& side) const;
+
     QPointF m_side;
     CurveGrip m_grip;
     QPointF m_start; ///< of the grip, in pixels, within the frame's margin
     CurveGroup m_group;
-    QRectF m_bounds;
+    QPointF m_low;
+    QPointF m_high;
     QPointF m_scale{1, 1};
     QPointF m_about;
 };

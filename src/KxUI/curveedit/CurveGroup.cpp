@@ -106,16 +106,18 @@ bool CurveGroup::holds(int curve, int knot) const {
     });
 }
 
-QRectF CurveGroup::bounds() const {
-    if (m_items.empty())
-        return {};
+QPointF CurveGroup::low() const {
     QPointF low(HUGE_VAL, HUGE_VAL);
-    QPointF high(-HUGE_VAL, -HUGE_VAL);
-    for (const Item& item : m_items) {
+    for (const Item& item : m_items)
         low = {std::min(low.x(), item.start.x), std::min(low.y(), item.start.y)};
+    return low;
+}
+
+QPointF CurveGroup::high() const {
+    QPointF high(-HUGE_VAL, -HUGE_VAL);
+    for (const Item& item : m_items)
         high = {std::max(high.x(), item.start.x), std::max(high.y(), item.start.y)};
-    }
-    return {low, high};
+    return high;
 }
 
 bool CurveGroup::isPresent(const CurveScene& scene) const {
@@ -193,10 +195,8 @@ CurveFrame CurveFrame::of(const CurveScene& scene) {
     const CurveGroup group = CurveGroup::selected(scene);
     if (group.count() < 2)
         return {};
-    const QRectF bounds = group.bounds();
     const QRectF rect =
-        QRectF(scene.plot.toWidget(bounds.topLeft()), scene.plot.toWidget(bounds.bottomRight()))
-            .normalized();
+        QRectF(scene.plot.toWidget(group.low()), scene.plot.toWidget(group.high())).normalized();
     return {rect.adjusted(-Margin, -Margin, Margin, Margin)};
 }
 

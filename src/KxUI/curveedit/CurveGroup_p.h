@@ -23,8 +23,9 @@ public:
     int count() const { return int(m_items.size()); }
     bool isEmpty() const { return m_items.empty(); }
     bool holds(int curve, int knot) const;
-    /** Around them all. */
-    QRectF bounds() const;
+    /** Around them all: the least and the greatest of both coordinates. */
+    QPointF low() const;
+    QPointF high() const;
 
     /** Whether the curves still have as many knots as at the beginning. */
     bool isPresent(const CurveScene& scene) const;

@@ -39,39 +39,38 @@ public:
 
     /** A place that a curve goes through. A plain value, whose layout is frozen. */
     struct Knot {
-        double x = 0; ///< what goes in, or a time
-        double y = 0; ///< the line's value there
-        /** dy/dx of the line where it arrives and where it leaves. */
-        double slopeIn = 0;
-        double slopeOut = 0;
+        double x = 0;        ///< along the axis
+        double y = 0;        ///< the line's value there
+        double slopeIn = 0;  ///< dy/dx of the line where it arrives
+        double slopeOut = 0; ///< and where it leaves
         /** How the line goes on to the next knot, as `KeyCurve::Shape`; 0 without `HasShapes`. */
         int shape = 0;
-        bool selected = false;
-        /** Whether the two slopes are apart. */
-        bool broken = false;
+        bool selected = false; ///< by the user
+        bool broken = false;   ///< whether the two slopes are apart
     };
 
     /** Where knots may be, and how many. A plain value, whose layout is frozen. Infinities are no
         limits. */
     struct Limits {
         double lowX = 0;  ///< the least x
-        double highX = 1; ///< the greatest x
+        double highX = 1; ///< the greatest one
         double lowY = 0;  ///< the least y
-        double highY = 1; ///< the greatest y
+        double highY = 1; ///< the greatest one
         /** What lies between two neighbours in x at least; with 0 they are still apart. */
         double gap = 0;
         /** Knots move to multiples of this in x, as keys to whole frames; 0: anywhere. */
         double stepX = 0;
-        int fewestKnots = 0;
+        int fewestKnots = 0; ///< how many stay when knots are taken away
+        /** How many there may be. */
         int mostKnots = std::numeric_limits<int>::max();
     };
 
     /** Where a knot goes. */
     struct Move {
-        int curve = 0; ///< its curve
-        int knot = 0;  ///< its index there
-        double x = 0;  ///< the place it goes to
-        double y = 0;  ///< the place it goes to
+        int curve = 0; ///< the index of its curve
+        int knot = 0;  ///< its own
+        double x = 0;  ///< its new place
+        double y = 0;  ///< the same
     };
 
     /** What select() does to the knots that it names, and to the other ones of the curve. */
@@ -92,11 +91,14 @@ public:
     virtual QString name(int curve) const = 0;
     /** What it is drawn in on such a palette; that of its text unless a model says otherwise. */
     virtual QColor color(int curve, const QPalette& palette) const;
+    /** What can be done to a curve, by views as well as by calls from here on. */
     virtual Abilities abilities(int curve) const = 0;
+    /** Where its knots may be. */
     virtual Limits limits(int curve) const = 0;
 
     /** How many knots a curve has. */
     virtual int knots(int curve) const = 0;
+    /** The knot at `index`, counted from 0. */
     virtual Knot knot(int curve, int index) const = 0;
     /** Where `count` knots from `first` on lie: x and y of knot(), for many at once. What looks for
         knots under the mouse or draws thousands of them asks this. */

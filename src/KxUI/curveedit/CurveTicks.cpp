@@ -12,6 +12,8 @@ namespace {
 
 // Up to here ticks by 1, 2 and 5 read well, though they do not stand evenly.
 constexpr double NearlyEven = 4;
+// Of a decade, 5 stands three tenths before 10: decades this much longer keep it apart from that.
+constexpr double DecadeSpacing = 10.0 / 3.0;
 
 class TickPlan {
 public:
@@ -106,8 +108,8 @@ private:
     void addDecade(double sign, int decade, const DecadePixels& pixels) {
         DecadeFlags all;
         all.fill(true);
-        const DecadeFlags marks = thinnedDecade(all, pixels, m_spacing);
-        const DecadeFlags labels = thinnedDecade(all, pixels, m_longSpacing);
+        const DecadeFlags marks = thinnedDecade(all, pixels, m_spacing * DecadeSpacing);
+        const DecadeFlags labels = thinnedDecade(all, pixels, m_longSpacing * DecadeSpacing);
         for (std::size_t i = 1; i + 1 < pixels.size(); ++i) {
             if (marks[i])
                 add(sign * NiceStep{1, decade}.times(double(i + 1)), labels[i]);

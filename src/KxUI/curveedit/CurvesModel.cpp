@@ -16,6 +16,8 @@ namespace {
 
 // How near an edit brings two knots.
 constexpr float SmallestGap = 1.0F / 512.0F;
+// What is left of it where floats round.
+constexpr double RoundedGap = double(SmallestGap) * 0.9999;
 constexpr int FewestKnots = 2;
 
 using Points = std::vector<UI::Knot>;
@@ -85,8 +87,7 @@ bool mayBecome(const Curve& was, const Curve& becomes) {
         const UI::Knot next = becomes.knot(i + 1);
         const bool moved = from.x != to.x || was.knot(i + 1).x != next.x;
         if (i + 1 < was.numKnots() && moved &&
-            !keepsGap(double(to.x), double(next.x), double(SmallestGap),
-                      double(was.knot(i + 1).x - from.x)))
+            !keepsGap(double(to.x), double(next.x), RoundedGap, double(was.knot(i + 1).x - from.x)))
             return false;
     }
     return true;
