@@ -3,7 +3,7 @@
 #include <support/Input.h>
 #include <support/TestRegistry.h>
 
-#include "panels/CurveView.h"
+#include "panels/ExposureCurvePanel.h"
 #include "panels/GradePanel.h"
 #include "panels/HistoryPanel.h"
 #include "panels/ViewerCanvas.h"
@@ -11,6 +11,8 @@
 #include "play/Session.h"
 
 #include <KxUI/color/ColorWheel.h>
+#include <KxUI/curveedit/CurveEditor.h>
+#include <KxUI/curveedit/CurveView.h>
 #include <KxUI/undo/MultiStackUndoView.h>
 #include <KxUI/values/DoubleSpinBox.h>
 #include <KxUI/values/LogSlider.h>
@@ -19,6 +21,7 @@
 #include <QComboBox>
 #include <QLabel>
 #include <QTemporaryDir>
+#include <QToolButton>
 #include <QUndoCommand>
 #include <QtTest>
 
@@ -151,7 +154,7 @@ private slots:
                 return label->text().contains(QString::fromUtf8(text));
             });
         };
-        QVERIFY(has("16, 9:  0.1801 2 4 \u2192 60 188 255"));
+        QTRY_VERIFY(has("16, 9:  0.1801 2 4 \u2192 60 188 255"));
         QEvent leave(QEvent::Leave);
         QCoreApplication::sendEvent(canvas, &leave);
         QVERIFY(!m_session->pointedPixel());
@@ -269,7 +272,7 @@ private slots:
         also what can be redone; so does undoing in the middle of a drag with what it takes back. */
     void editsThatLeaveNoStep() {
         GradePanel panel(m_session.get());
-        panel.resize(340, 720);
+        panel.resize(340, 900);
         panel.show();
         GradeHistory* grades = m_session->grades();
         expose(1.0F);
@@ -291,7 +294,7 @@ private slots:
         auto* slider = panel.findChild<UI::LogSlider*>();
         auto* wheel = panel.findChild<UI::ColorWheel*>();
         wheel->setInteractionMode(UI::ColorWheel::RelativeInteraction);
-        auto* curve = panel.findChild<CurveView*>();
+        auto* curve = panel.findChild<UI::CurveView*>();
         for (QWidget* widget : {static_cast<QWidget*>(slider), static_cast<QWidget*>(wheel),
                                 static_cast<QWidget*>(curve)}) {
             const char* name = widget->metaObject()->className();
@@ -334,10 +337,110 @@ private slots:
         QCOMPARE(steps().last(), QStringLiteral("Gain"));
     }
 
+    /** Keys by the button and the slider of the panel, and by the curve in its pane. */
+    void exposureOverTheFrames() {
+        GradePanel panel(m_session.get());
+        ExposureCurvePanel pane(m_session.get());
+        panel.resize(340, 720);
+        pane.resize(600, 200);
+        panel.show();
+        pane.show();
+        GradeHistory* grades = m_session->grades();
+        UI::CurveView* view = pane.editor()->view();
+        auto* slider = panel.findChild<UI::LogSlider*>();
+        const auto buttons = panel.findChildren<QToolButton*>();
+        const auto key = std::find_if(buttons.begin(), buttons.end(), [](const QToolButton* each) {
+            return each->accessibleName() == QLatin1String("Exposure key");
+        });
+        QVERIFY(key != buttons.end());
+        const auto goTo = [this](Time time) { m_session->model()->setCurrentTime(time); };
+        const auto exposeBySlider = [slider](int x) {
+            QTest::mousePress(slider, Qt::LeftButton, {}, slider->rect().center());
+            Kestrel::Test::moveMouse(*slider, slider->rect().center() + QPoint(x, 0));
+            QTest::mouseRelease(slider, Qt::LeftButton, {}, slider->rect().center() + QPoint(x, 0));
+        };
+        QCOMPARE(view->playhead(), 2.0);
+        (*key)->click();
+        QVERIFY((*key)->isChecked());
+        QCOMPARE(view->model()->knots(0), 1);
+        goTo(5);
+        QVERIFY(!(*key)->isChecked());
+        exposeBySlider(20);
+        QCOMPARE(view->model()->knots(0), 2);
+        QVERIFY((*key)->isChecked());
+        const Grade keyed = grades->grade();
+        QVERIFY(keyed.exposureAt(5) > 0.3F);
+        QCOMPARE(keyed.exposureAt(2), 0.0F);
+        QCOMPARE(steps(), (QStringList{"Add Exposure Key", "Exposure"}));
+        goTo(2);
+        QCOMPARE(slider->realValue(), 1.0);
+
+        // Numbers and Escape in the pane.
+        view->model()->select(0, 1, 1, UI::CurveModel::SelectOnly);
+        const auto numbers = pane.findChildren<UI::DoubleSpinBox*>();
+        const auto type = [](UI::DoubleSpinBox* field, const char* text) {
+            QVERIFY(Kestrel::Test::focus(*field));
+            field->selectAll();
+            QTest::keyClicks(field, QString::fromLatin1(text));
+            QTest::keyClick(field, Qt::Key_Return);
+        };
+        type(numbers.at(1), "-1");
+        QCOMPARE(grades->grade().exposureAt(5), -1.0F);
+        type(numbers.at(0), "3.6"); // whole frames
+        QCOMPARE(grades->grade().exposureAt(4), -1.0F);
+        QCOMPARE(steps().size(), 4);
+        QCOMPARE(steps().last(), QStringLiteral("Exposure: move knot"));
+        QVERIFY(Kestrel::Test::focus(*view));
+        QTest::keyPress(view, Qt::Key_Up);
+        QVERIFY(grades->grade().exposureAt(4) > -1.0F);
+        QTest::keyClick(view, Qt::Key_Escape);
+        QTest::keyRelease(view, Qt::Key_Up);
+        QCOMPARE(grades->grade().exposureAt(4), -1.0F);
+        QCOMPARE(steps().size(), 4);
+        view->selectAll();
+        view->deleteSelected();
+        QVERIFY(!grades->grade().isKeyed());
+        grades->group()->undo();
+        QCOMPARE(view->model()->knots(0), 2);
+        grades->group()->makeIndex(2);
+        QVERIFY(grades->grade() == keyed);
+        goTo(5);
+        (*key)->click();
+        (*key)->click();
+        goTo(2);
+        (*key)->click();
+        QCOMPARE(view->model()->knots(0), 1);
+        m_session->open(m_plain, 1);
+        QVERIFY(!grades->grade().isKeyed());
+        QCOMPARE(view->model()->knots(0), 0);
+        QVERIFY(!pane.grab().isNull());
+    }
+
+    /** Behind the curves lies the histogram of what is shown; the pixel under the pointer is marked
+        where it comes to the curve. */
+    void curvesSeeTheFrame() {
+        GradePanel panel(m_session.get());
+        panel.resize(340, 900);
+        panel.show();
+        auto* view = panel.findChild<UI::CurveView*>();
+        QTRY_COMPARE(view->histogram().size(), 3);
+        QTRY_COMPARE(view->histogram()[0].counts[118], 32U * 18U);
+        m_session->pointAt({3, 3});
+        QVERIFY(std::abs(view->marker() - (0.2126 * 118.0 / 255.0 + 0.7874)) < 0.003);
+        panel.showCurve(Grade::Red);
+        QCOMPARE(view->histogram().size(), 1);
+        QVERIFY(std::abs(view->marker() - 118.0 / 255.0) < 0.003);
+        expose(-2.0F);
+        QTRY_COMPARE(view->histogram()[0].counts[60], 32U * 18U);
+        QVERIFY(std::abs(view->marker() - 60.0 / 255.0) < 0.003);
+        m_session->pointAt({-1, -1});
+        QVERIFY(std::isnan(view->marker()));
+    }
+
     /** The panel by mouse and keyboard: each gesture is one step, and undoing shows in it. */
     void panelEdits() {
         GradePanel panel(m_session.get());
-        panel.resize(340, 720);
+        panel.resize(340, 900);
         panel.show();
         GradeHistory* grades = m_session->grades();
         const auto drag = [](QWidget* widget, const QPoint& from, const QPoint& by) {
@@ -348,7 +451,7 @@ private slots:
         };
         auto* slider = panel.findChild<UI::LogSlider*>();
         auto* wheel = panel.findChild<UI::ColorWheel*>();
-        auto* curve = panel.findChild<CurveView*>();
+        auto* curve = panel.findChild<UI::CurveView*>();
         QStringList expected;
         const auto expectStep = [&](const char* text) {
             expected << QLatin1String(text);
@@ -399,7 +502,8 @@ private slots:
         QVERIFY(grades->grade().isIdentity());
         QCOMPARE(red->value(), 1.0);
         QCOMPARE(slider->realValue(), 1.0);
-        QVERIFY(curve->curve().isIdentity());
+        QVERIFY(grades->grade().curves == Grade().curves);
+        QCOMPARE(curve->model()->knots(Grade::Red), 2);
     }
 };
 

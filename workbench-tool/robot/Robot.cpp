@@ -1,7 +1,6 @@
 #include "robot/Robot.h"
 
 #include "app/MainWindow.h"
-#include "panels/CurveView.h"
 #include "panels/FolderModel.h"
 #include "panels/SequenceListPanel.h"
 #include "panels/TimelinePanel.h"
@@ -9,6 +8,7 @@
 #include "workspace/BuiltInLayouts.h"
 
 #include <KxUI/color/ColorWheel.h>
+#include <KxUI/curveedit/CurveView.h>
 #include <KxUI/dock/Dock.h>
 #include <KxUI/dock/DockTabBar.h>
 #include <KxUI/dock/DockWindow.h>
@@ -337,13 +337,16 @@ void Robot::arrange() {
 }
 
 void Robot::grade() {
-    const QString id = QStringLiteral("Grade");
+    const QString id = oneIn(4) ? QStringLiteral("Exposure") : QStringLiteral("Grade");
     m_window->showPage(id);
     const QWidget* panel = m_window->page(id);
     QWidget* const controls[] = {panel->findChild<UI::ColorWheel*>(),
                                  panel->findChild<UI::LogSlider*>(),
-                                 panel->findChild<CurveView*>()};
+                                 panel->findChild<UI::CurveView*>()};
+    // The pane of the exposure has only the last one.
     QWidget* control = controls[below(3)];
+    if (!control)
+        control = controls[2];
     const QPoint from = pointIn(control->rect());
     dragOn(control, from, pointIn(control->rect()));
 }

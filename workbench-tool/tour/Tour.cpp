@@ -1,7 +1,9 @@
 #include "tour/Tour.h"
 
 #include "media/Paths.h"
-#include "panels/CurveView.h"
+#include "panels/CurvesPanel.h"
+#include "panels/ExposureCurvePanel.h"
+#include "panels/ExposurePanel.h"
 #include "panels/FolderModel.h"
 #include "panels/GradePanel.h"
 #include "panels/HistoryPanel.h"
@@ -12,6 +14,8 @@
 #include "tour/TextTable.h"
 #include "workspace/BuiltInLayouts.h"
 
+#include <KxUI/curveedit/CurveEditor.h>
+#include <KxUI/curveedit/CurveView.h>
 #include <KxUI/dock/Dock.h>
 #include <KxUI/eventgraph/EventGraph.h>
 #include <KxUI/eventgraph/EventGraphView.h>
@@ -42,23 +46,32 @@ void print(const QString& text) {
     std::fflush(stdout);
 }
 
-/** Some edits, as a user may make them: warm light, and a curve with a soft shoulder. */
-void applySampleGrade(GradeHistory* grades) {
+/** Some edits, as a user may make them: warm light that comes up, and a curve with a soft shoulder. */
+void applySampleGrade(GradeHistory* grades, const Sequence& sequence) {
     Grade grade = grades->grade();
     const auto edit = [&](const QString& text) { grades->edit(grade, text); };
+    const auto editCurve = [&](Grade::Slot slot, const QString& what) {
+        edit(CurvesPanel::tr("%1 Curve: %2").arg(CurvesPanel::nameOf(slot), what));
+    };
     grade.gain = {0.09F, 0.22F, 1.0F};
     edit(GradePanel::tr("Gain"));
     grade.exposure = 0.75F;
-    edit(GradePanel::tr("Exposure"));
+    edit(ExposurePanel::tr("Exposure"));
+    const Base::Time first = sequence.firstTime();
+    const Base::Time length = sequence.lastTime() - first;
+    grade.addExposureKey(first);
+    grade.setExposureAt(first + length / 3, 1.0F);
+    grade.setExposureAt(first + length * 2 / 3, 0.25F);
+    edit(ExposurePanel::tr("Add Exposure Key"));
     UI::Curve blue(UI::Curve::MaximumKnots, 3);
     blue.setKnot(1, {0.42F, 0.36F, false});
     grade.curves.setCurve(Grade::Blue, blue);
-    edit(GradePanel::tr("%1 Curve: %2").arg(GradePanel::tr("Blue"), CurveView::tr("add knot")));
+    editCurve(Grade::Blue, UI::CurveView::tr("add knot"));
     UI::Curve master(UI::Curve::MaximumKnots, 4);
     master.setKnot(1, {0.24F, 0.17F, false});
     master.setKnot(2, {0.7F, 0.79F, true});
     grade.curves.setCurve(Grade::Master, master);
-    edit(GradePanel::tr("%1 Curve: %2").arg(GradePanel::tr("Master"), CurveView::tr("move knot")));
+    editCurve(Grade::Master, UI::CurveView::tr("move knot"));
     grade.preview = UI::ColorSpace::Rec709;
     edit(GradePanel::tr("YCbCr preview"));
 }
@@ -212,7 +225,7 @@ void Tour::saveLayouts() {
     for (const BuiltInLayout& layout : builtInLayouts()) {
         m_window.arrange(layout);
         if (m_window.showsPage(QStringLiteral("Grade")))
-            applySampleGrade(session->grades());
+            applySampleGrade(session->grades(), session->sequence());
         else
             session->grades()->group()->makeIndex(0);
         waitFor([session] { return session->isSettled() && !session->isLoading(); }, decodeSeconds);
@@ -264,7 +277,9 @@ void Tour::saveGrading() {
     }
     Session session(m_line.timeBase, std::size_t(256) << 20);
     GradePanel panel(&session);
-    panel.resize(360, 760);
+    panel.resize(360, 860);
+    ExposureCurvePanel exposure(&session);
+    exposure.resize(900, 180);
     ViewerPanel viewer(&session);
     viewer.resize(m_window.viewer()->size());
     HistoryPanel history(&session);
@@ -272,11 +287,12 @@ void Tour::saveGrading() {
     for (auto sequence = sequences.rbegin(); sequence != sequences.rend(); ++sequence) {
         const Base::Time length = sequence->lastTime() - sequence->firstTime() + 1;
         session.open(*sequence, sequence->firstTime() + length * 3 / 7);
-        applySampleGrade(session.grades());
+        applySampleGrade(session.grades(), *sequence);
     }
     session.grades()->group()->undo();
     waitFor([&session] { return session.isSettled() && !session.isLoading(); }, decodeSeconds);
     save(&panel, QStringLiteral("grade-panel"));
+    save(&exposure, QStringLiteral("exposure-panel"));
     save(&viewer, QStringLiteral("viewer-graded"));
     save(&history, QStringLiteral("history-panel"));
 }

@@ -1,17 +1,18 @@
 #include "panels/GradePanel.h"
 
 #include "panels/BalancePanel.h"
-#include "panels/CurveView.h"
+#include "panels/CurvesPanel.h"
+#include "panels/ExposurePanel.h"
 #include "panels/GradeParts.h"
 #include "play/Session.h"
 
 #include <KxUI/color/ColorWheel.h>
+#include <KxUI/curveedit/CurveEditor.h>
+#include <KxUI/curveedit/CurveView.h>
 #include <KxUI/kit/ChannelColors.h>
 #include <KxUI/kit/Disclosure.h>
 #include <KxUI/values/DoubleSpinBox.h>
-#include <KxUI/values/LogSlider.h>
 
-#include <QButtonGroup>
 #include <QComboBox>
 #include <QEvent>
 #include <QGridLayout>
@@ -19,9 +20,6 @@
 #include <QScrollArea>
 #include <QToolButton>
 #include <QVBoxLayout>
-
-#include <algorithm>
-#include <cmath>
 
 namespace Kestrel::Workbench {
 
@@ -32,30 +30,7 @@ constexpr int gap = 6;
 constexpr int betweenSections = 16;
 constexpr int numberWidth = 78;
 
-/** Two decades either way, a third of a stop in twenty positions. */
-constexpr int exposureDecades = 2;
-constexpr int positionsADecade = 200;
-constexpr int thirdOfAStop = 20;
-
 constexpr double mostGain = 16.0;
-
-const char* curveName(int slot) {
-    constexpr const char* names[] = {QT_TRANSLATE_NOOP("Kestrel::Workbench::GradePanel", "Red"),
-                                     QT_TRANSLATE_NOOP("Kestrel::Workbench::GradePanel", "Green"),
-                                     QT_TRANSLATE_NOOP("Kestrel::Workbench::GradePanel", "Blue"),
-                                     QT_TRANSLATE_NOOP("Kestrel::Workbench::GradePanel", "Master")};
-    return names[slot];
-}
-
-UI::ChannelColors::Channel channelOf(int slot) {
-    using Colors = UI::ChannelColors;
-    constexpr Colors::Channel channels[] = {Colors::Red, Colors::Green, Colors::Blue, Colors::Luma};
-    return channels[slot];
-}
-
-float stopsOf(double stops) {
-    return std::clamp(float(stops), -Grade::MostStops, Grade::MostStops);
-}
 
 } // namespace
 
@@ -129,11 +104,11 @@ UI::Disclosure* GradePanel::makeGain() {
     numbers->setVerticalSpacing(gap);
     for (int channel = 0; channel < 3; ++channel) {
         const auto at = std::size_t(channel);
-        m_gainLabels[at] = new QLabel(tr(curveName(channel)));
+        m_gainLabels[at] = new QLabel(CurvesPanel::nameOf(channel));
         m_gains[at] = number(0.0, mostGain, 3, 0.01);
         m_gains[at]->setDefaultValue(1.0);
         m_gains[at]->setLabel(m_gainLabels[at]);
-        m_gains[at]->setAccessibleName(tr("%1 gain").arg(tr(curveName(channel))));
+        m_gains[at]->setAccessibleName(tr("%1 gain").arg(CurvesPanel::nameOf(channel)));
         numbers->addWidget(m_gainLabels[at], channel, 0);
         numbers->addWidget(m_gains[at], channel, 1);
         bracket(m_gains[at], tr("Gain"), [this, at](Grade& grade) {
@@ -166,73 +141,25 @@ UI::Disclosure* GradePanel::makeBalance() {
 }
 
 UI::Disclosure* GradePanel::makeExposure() {
-    m_exposure = new UI::LogSlider(Qt::Horizontal);
-    m_exposure->setRealRange(-exposureDecades, exposureDecades, positionsADecade);
-    m_exposure->setPageStep(thirdOfAStop);
-    m_exposure->setTickTextSize(10);
-    m_exposure->setAccessibleName(tr("Exposure"));
-    m_exposure->setToolTip(tr("Multiplies the light"));
-    bracket(m_exposure, tr("Exposure"), [this](Grade& grade) {
-        // A slider back in its place means what it meant there, not what it would be rounded to.
-        grade.exposure = m_exposure->value() == m_shownPosition
-                             ? m_grades->gradeBefore().exposure
-                             : stopsOf(std::log2(m_exposure->realValue()));
+    m_exposure = new ExposurePanel(m_session);
+    m_resetExposure = resetButton(tr("exposure"), [](Grade& grade) {
+        grade.exposure = 0.0F;
+        grade.exposureKeys = {};
     });
-
-    m_stops = number(-double(Grade::MostStops), double(Grade::MostStops), 2, 0.1);
-    m_stops->setAccessibleName(tr("Exposure in stops"));
-    bracket(m_stops, tr("Exposure"), [this](Grade& grade) {
-        const float before = m_grades->gradeBefore().exposure;
-        const float stops = stopsOf(m_stops->value());
-        grade.exposure = stops == float(typed(before)) ? before : stops;
-    });
-
-    m_resetExposure = resetButton(tr("exposure"), [](Grade& grade) { grade.exposure = 0.0F; });
-    auto* stopsLabel = new QLabel(tr("Stops"));
-    m_stops->setLabel(stopsLabel);
     auto* row = new QHBoxLayout;
-    row->setSpacing(gap);
-    row->addWidget(m_exposure, 1);
-    row->addSpacing(betweenSections - gap);
-    row->addWidget(stopsLabel);
-    row->addWidget(m_stops);
+    row->addWidget(m_exposure);
     m_exposureSection = section(tr("Exposure"), QStringLiteral("exposure"), row);
     m_exposureSection->addHeaderWidget(m_resetExposure);
     return m_exposureSection;
 }
 
 UI::Disclosure* GradePanel::makeCurves() {
-    m_resetCurve = makeTextButton(tr("Reset"));
-    connect(m_resetCurve, &QToolButton::clicked, this, [this] {
-        Grade grade = m_grades->grade();
-        grade.curves.setCurve(m_slot, UI::Curve());
-        m_grades->edit(grade, tr("Reset %1 Curve").arg(tr(curveName(m_slot))));
-    });
-    auto* top = new QHBoxLayout;
-    top->setSpacing(gap);
-    auto* choice = new QButtonGroup(this);
-    for (const Grade::Slot slot : {Grade::Master, Grade::Red, Grade::Green, Grade::Blue}) {
-        QToolButton* button = makeTextButton(tr(curveName(slot)));
-        button->setCheckable(true);
-        button->setChecked(slot == m_slot);
-        choice->addButton(button);
-        top->addWidget(button);
-        m_curveButtons[slot] = button;
-        connect(button, &QToolButton::clicked, this, [this, slot] { showCurve(slot); });
-    }
-    top->addStretch(1);
-
-    m_curve = new CurveView;
-    connect(m_curve, &CurveView::curveEdited, this, &GradePanel::editCurve);
-    connect(m_curve, &CurveView::editFinished, m_grades,
-            [this](bool accepted) { m_grades->finish(m_curve, accepted); });
-    connect(m_grades, &GradeHistory::editInterrupted, m_curve, &CurveView::cancelEdit);
-    auto* column = new QVBoxLayout;
-    column->setSpacing(gap);
-    column->addLayout(top);
-    column->addWidget(m_curve, 1);
-    m_curveSection = section(tr("Curves"), QStringLiteral("curves"), column);
-    m_curveSection->addHeaderWidget(m_resetCurve);
+    m_curves = new CurvesPanel(m_session);
+    m_resetCurves = resetButton(tr("curves"), [](Grade& grade) { grade.curves = Grade().curves; });
+    auto* row = new QHBoxLayout;
+    row->addWidget(m_curves);
+    m_curveSection = section(tr("Curves"), QStringLiteral("curves"), row);
+    m_curveSection->addHeaderWidget(m_resetCurves);
     return m_curveSection;
 }
 
@@ -302,21 +229,13 @@ QToolButton* GradePanel::resetButton(const QString& what, Change change) {
 }
 
 void GradePanel::showCurve(Grade::Slot slot) {
-    m_slot = slot;
-    m_curveButtons[slot]->setChecked(true);
-    showCurves();
+    m_curves->editor()->view()->setCurrentCurve(slot);
 }
 
 void GradePanel::changeEvent(QEvent* event) {
     QWidget::changeEvent(event);
     if (event->type() == QEvent::PaletteChange)
         applyColors();
-}
-
-void GradePanel::editCurve(const UI::Curve& curve, const QString& what) {
-    Grade grade = m_grades->grade();
-    grade.curves.setCurve(m_slot, curve);
-    m_grades->change(m_curve, grade, tr("%1 Curve: %2").arg(tr(curveName(m_slot)), what));
 }
 
 void GradePanel::showGrade() {
@@ -328,17 +247,15 @@ void GradePanel::showGrade() {
     const Factors factors = gainFactors(grade.gain);
     for (std::size_t channel = 0; channel < m_gains.size(); ++channel)
         showNumber(m_gains[channel], factors[channel]);
-    m_exposure->setRealValue(std::exp2(double(grade.exposure)));
-    if (!m_exposure->isEditing())
-        m_shownPosition = m_exposure->value();
-    showNumber(m_stops, grade.exposure);
     m_preview->setCurrentIndex(m_preview->findData(grade.preview));
     m_resetAll->setEnabled(grade != Grade());
     m_resetGain->setEnabled(!(grade.gain == GainColor()));
     m_resetBalance->setEnabled(!grade.balance.isNeutral());
-    m_resetExposure->setEnabled(grade.exposure != 0.0F);
+    const bool isExposed = grade.isKeyed() || grade.exposure != 0.0F;
+    m_resetExposure->setEnabled(isExposed);
+    m_exposureSection->setModified(isExposed);
+    m_resetCurves->setEnabled(grade.curves != Grade().curves);
     summarize();
-    showCurves();
 }
 
 /** What the closed sections say. */
@@ -350,12 +267,11 @@ void GradePanel::summarize() {
     m_gainSection->setSummary(factors.join(QStringLiteral("  ")));
     m_gainSection->setModified(!(grade.gain == GainColor()));
     m_balanceSection->setModified(!grade.balance.isNeutral());
-    m_exposureSection->setSummary(m_stops->cleanText());
-    m_exposureSection->setModified(grade.exposure != 0.0F);
+    m_exposureSection->setSummary(m_exposure->summary());
     QStringList changed;
     for (const Grade::Slot slot : {Grade::Master, Grade::Red, Grade::Green, Grade::Blue}) {
         if (!grade.curves.curve(slot).isIdentity())
-            changed << tr(curveName(slot));
+            changed << CurvesPanel::nameOf(slot);
     }
     m_curveSection->setSummary(changed.join(QStringLiteral(", ")));
     m_curveSection->setModified(!changed.isEmpty());
@@ -363,37 +279,11 @@ void GradePanel::summarize() {
     m_previewSection->setModified(grade.preview != Grade::NoPreview);
 }
 
-void GradePanel::showCurves() {
-    const UI::Curves& curves = m_grades->grade().curves;
-    m_curve->setCurve(curves.curve(m_slot));
-    const UI::ChannelColors colors = UI::ChannelColors::of(palette());
-    m_curve->setColor(colors.line(channelOf(m_slot)));
-    m_curve->setAccessibleName(tr("%1 curve").arg(tr(curveName(m_slot))));
-    std::vector<CurveView::Backdrop> others;
-    for (int slot = 0; slot < Grade::Slots; ++slot) {
-        if (slot != m_slot && !curves.curve(slot).isIdentity())
-            others.push_back({curves.curve(slot), colors.line(channelOf(slot))});
-    }
-    m_curve->setBackdrop(std::move(others));
-    m_resetCurve->setEnabled(curves.curve(m_slot) != UI::Curve());
-}
-
 void GradePanel::applyColors() {
-    const QColor text = palette().color(QPalette::WindowText);
-    m_exposure->setExpTickColor(text);
-    QColor between = text;
-    between.setAlphaF(0.65f);
-    m_exposure->setTickColor(between);
-    m_exposure->update();
     const UI::ChannelColors colors = UI::ChannelColors::of(palette());
-    for (int slot = 0; slot < Grade::Slots; ++slot) {
-        const auto at = std::size_t(slot);
-        const QColor color = slot == Grade::Master ? text : colors.text(channelOf(slot));
-        setTextColor(m_curveButtons[at], QPalette::ButtonText, color);
-        if (at < m_gainLabels.size())
-            setTextColor(m_gainLabels[at], QPalette::WindowText, color);
-    }
-    showCurves();
+    for (std::size_t channel = 0; channel < m_gainLabels.size(); ++channel)
+        setTextColor(m_gainLabels[channel], QPalette::WindowText,
+                     colors.text(UI::ChannelColors::Channel(channel)));
 }
 
 } // namespace Kestrel::Workbench

@@ -16,12 +16,12 @@ namespace Kestrel::UI {
 class ColorWheel;
 class Disclosure;
 class DoubleSpinBox;
-class LogSlider;
 } // namespace Kestrel::UI
 
 namespace Kestrel::Workbench {
 
-class CurveView;
+class CurvesPanel;
+class ExposurePanel;
 class Session;
 
 /** Grades the open sequence: gain on a wheel, three balances, exposure, curves, and a preview of what YCbCr keeps
@@ -53,10 +53,7 @@ private:
     template <typename Change>
     QToolButton* resetButton(const QString& what, Change change);
 
-    void editCurve(const UI::Curve& curve, const QString& what);
-
     void showGrade();
-    void showCurves();
     void summarize();
     void applyColors();
 
@@ -70,20 +67,16 @@ private:
     std::array<UI::DoubleSpinBox*, 3> m_gains{};
     QToolButton* m_resetGain;
     QToolButton* m_resetBalance;
-    UI::LogSlider* m_exposure;
-    int m_shownPosition = 0; ///< where the slider stood before the edit that goes on
-    UI::DoubleSpinBox* m_stops;
+    ExposurePanel* m_exposure;
     QToolButton* m_resetExposure;
-    std::array<QToolButton*, Grade::Slots> m_curveButtons{};
-    CurveView* m_curve;
-    QToolButton* m_resetCurve;
+    CurvesPanel* m_curves;
+    QToolButton* m_resetCurves;
     QComboBox* m_preview;
     UI::Disclosure* m_gainSection;
     UI::Disclosure* m_balanceSection;
     UI::Disclosure* m_exposureSection;
     UI::Disclosure* m_curveSection;
     UI::Disclosure* m_previewSection;
-    Grade::Slot m_slot = Grade::Master;
 };
 
 } // namespace Kestrel::Workbench

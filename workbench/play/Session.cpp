@@ -154,6 +154,10 @@ void Session::present() {
         emit pointedPixelChanged();
 }
 
+Base::Time Session::heldTime() const {
+    return m_sequence.heldTime(m_model.currentTime()).value_or(m_model.currentTime());
+}
+
 void Session::pointAt(const QPoint& pixel) {
     if (pixel == m_pointed)
         return;

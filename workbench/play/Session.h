@@ -53,6 +53,10 @@ public:
     /** Whether the shown frame stands in for one that is still being decoded or graded. */
     bool isLoading() const { return m_loading; }
 
+    /** The frame whose file is shown at the current time, which for a shot on twos may be the one
+        before; the current time where there is none. */
+    Base::Time heldTime() const;
+
     /** What the user points at in the viewer, a pixel of the shown frame; (-1, -1) for none. */
     void pointAt(const QPoint& pixel);
 

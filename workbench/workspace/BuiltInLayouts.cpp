@@ -25,10 +25,12 @@ constexpr char grade[] = R"(
 <splitter orientation="1">
   <split size="900" stretch="1"/>
   <splitter orientation="2">
-    <split size="530" stretch="1"/>
+    <split size="350" stretch="1"/>
     <dock id="main" activePageId="Viewer" focus="true"><page id="Viewer"/></dock>
     <split size="124"/>
     <dock id="foot" activePageId="Timeline"><page id="Timeline"/></dock>
+    <split size="180"/>
+    <dock id="keys" activePageId="Exposure"><page id="Exposure"/></dock>
   </splitter>
   <split size="376"/>
   <dock id="right" activePageId="Grade">

@@ -1,5 +1,6 @@
 #include "workspace/PageKinds.h"
 
+#include "panels/ExposureCurvePanel.h"
 #include "panels/GradePanel.h"
 #include "panels/HistoryPanel.h"
 #include "panels/SequenceListPanel.h"
@@ -36,6 +37,8 @@ const std::vector<PageKind>& pageKinds() {
          make<TimelinePanel>},
         {"Grade", QT_TRANSLATE_NOOP("PageKind", "Grade"), "PageGrade", "grading.html",
          make<GradePanel>},
+        {"Exposure", QT_TRANSLATE_NOOP("PageKind", "Exposure"), "CurvePresets", "grading.html",
+         make<ExposureCurvePanel>},
         {"History", QT_TRANSLATE_NOOP("PageKind", "History"), "PageHistory", "grading.html",
          make<HistoryPanel>},
     };

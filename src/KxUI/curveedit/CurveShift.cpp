@@ -73,8 +73,7 @@ double onSteps(const CurveModel& model, const std::vector<CurvePlace>& places, d
     double step = 0.0;
     for (const CurvePlace& place : places)
         step = std::max(step, model.limits(place.curve).stepX);
-    // What rounding took from a whole step is given back.
-    return step > 0.0 ? std::trunc(by / step + std::copysign(1e-9, by)) * step : by;
+    return step > 0.0 ? std::trunc(by / step) * step : by;
 }
 
 double changed(double value, QChar operation, double operand) {

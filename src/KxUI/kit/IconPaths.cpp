@@ -179,6 +179,7 @@ QMap<QString, IconPaths> makeIcons() {
     both("TCIntervalBackward", "TCIntervalForward", interval);
     both("TCKeyBackward", "TCKeyForward", key);
     both("FrameSkipBackwards", "FrameSkipForwards", skip);
+    icons.insert(QStringLiteral("Key"), {diamond(8, 6), {}});
     icons.insert(QStringLiteral("TCStop"), {box(4, 4, 8, 8), {}});
     icons.insert(QStringLiteral("PageSequences"), rows);
     icons.insert(QStringLiteral("PageViewer"), picture);
