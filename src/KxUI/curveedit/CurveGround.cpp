@@ -19,7 +19,7 @@ constexpr double MajorInk = 0.16;
 constexpr double MinorInk = 0.07;
 constexpr double FrameInk = 0.3;
 constexpr double LabelInk = 0.62;
-constexpr double HistogramInk = 0.28;
+constexpr double HistogramInk = 0.22;
 constexpr double LabelGap = 3.0;
 // Smaller plots have no room for numbers.
 constexpr double LeastWidth = 150.0;

@@ -37,9 +37,8 @@ QPen CurveOverlays::pen(const QColor& color, double width, Qt::PenStyle style) c
     return QPen(color, width, style);
 }
 
-void CurveOverlays::paintHandles(int curve, const QColor& color) {
+void CurveOverlays::paintHandles(int curve, const std::vector<int>& selected, const QColor& color) {
     const bool grabbed = m_scene.can(curve, CurveModel::HasSlopes);
-    const std::vector<int> selected = m_scene.model->selectedKnots(curve);
     if (selected.size() > std::size_t(CurvePick::MostHandles))
         return;
     for (const int index : selected) {

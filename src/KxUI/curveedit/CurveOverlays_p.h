@@ -25,7 +25,7 @@ public:
     CurveOverlays(QPainter& painter, const CurveScene& scene, const QPalette& palette);
 
     /** Handles of the selected knots, or how their line goes where it cannot be changed. */
-    void paintHandles(int curve, const QColor& color);
+    void paintHandles(int curve, const std::vector<int>& selected, const QColor& color);
     /** A line across the plot at an x; dashed, or with a head at its top. */
     void paintMarker(double x);
     void paintPlayhead(double x);

@@ -42,21 +42,28 @@ void copyRows(QImage& to, const QImage& from, const QRect& part) {
     }
 }
 
+QRect devicePixels(const QRect& part, double ratio) {
+    return QRectF(QPointF(part.topLeft()) * ratio, QSizeF(part.size()) * ratio).toAlignedRect();
+}
+
 } // namespace
 
-void CurvePictures::forget(int curve) {
+void CurvePictures::forget(int curve, const QRect& changed) {
+    const QRect pixels = devicePixels(changed, m_ratio);
+    m_drawn -= pixels;
     if (curve >= 0 && std::size_t(curve) < m_lines.size())
-        m_lines[std::size_t(curve)].valid = false;
+        m_lines[std::size_t(curve)].stale |= pixels;
 }
 
 void CurvePictures::forgetAll() {
     m_lines.clear();
+    m_drawn = QRegion();
 }
 
 const CurveLine& CurvePictures::line(const CurveModel& model, int curve, const CurvePlot& plot,
                                      double ratio, int width) {
     if (!(plot == m_plot) || ratio != m_ratio || width != m_width) {
-        m_lines.clear();
+        forgetAll();
         m_plot = plot;
         m_ratio = ratio;
         m_width = width;
@@ -64,10 +71,13 @@ const CurveLine& CurvePictures::line(const CurveModel& model, int curve, const C
     if (m_lines.size() <= std::size_t(curve))
         m_lines.resize(std::size_t(curve) + 1);
     Kept& kept = m_lines[std::size_t(curve)];
-    if (!kept.valid) {
+    if (!kept.valid)
         kept.line = CurveLine::of(model, curve, plot, ratio, width);
-        kept.valid = true;
-    }
+    else if (!kept.stale.isEmpty())
+        kept.line.renew(model, curve, plot, ratio, width, kept.stale.left(),
+                        kept.stale.right() + 1);
+    kept.valid = true;
+    kept.stale = QRect();
     return kept.line;
 }
 
@@ -75,24 +85,38 @@ void CurvePictures::paintLines(QPainter& painter, const CurveGround::Key& ground
                                const QVector<CurveHistogram>& histogram, const CurveScene& scene,
                                const std::vector<CurveLook>& curves, const QRect& exposed) {
     const QImage& behind = m_ground.picture(ground, histogram);
-    const double ratio = ground.ratio;
-    const QRect pixels =
-        QRectF(QPointF(exposed.topLeft()) * ratio, QSizeF(exposed.size()) * ratio).toAlignedRect() &
-        behind.rect();
+    const QRect pixels = devicePixels(exposed, ground.ratio) & behind.rect();
     if (pixels.isEmpty())
         return;
     if (m_canvas.size() != behind.size())
         m_canvas = QImage(behind.size(), QImage::Format_RGB32);
+    // Asked for first, since what they find out may be that nothing drawn before is right.
+    for (const CurveLook& look : curves)
+        line(*scene.model, look.curve, ground.plot, ground.ratio, behind.width());
+    if (m_behind != behind.cacheKey() || !(m_looks == curves)) {
+        m_drawn = QRegion();
+        m_behind = behind.cacheKey();
+        m_looks = curves;
+    }
+    for (const QRect& part : QRegion(pixels) - m_drawn)
+        compose(ground, behind, scene, curves, part);
+    m_drawn += pixels;
+    const DeviceSpace device(painter);
+    painter.drawImage(pixels.topLeft(), m_canvas, pixels);
+}
+
+void CurvePictures::compose(const CurveGround::Key& ground, const QImage& behind,
+                            const CurveScene& scene, const std::vector<CurveLook>& curves,
+                            const QRect& pixels) {
     copyRows(m_canvas, behind, pixels);
     for (const CurveLook& look : curves) {
-        const CurveLine& seen = line(*scene.model, look.curve, ground.plot, ratio, behind.width());
-        strokeCurve(m_canvas, pixels, seen.columns, look.width * ratio,
+        const CurveLine& seen =
+            line(*scene.model, look.curve, ground.plot, ground.ratio, behind.width());
+        strokeCurve(m_canvas, pixels, seen.columns, look.width * ground.ratio,
                     faint(look.color, look.opacity));
         if (look.hasKnots && seen.isCrowded(ground.plot.rect().width()))
             paintDensity(look, seen, ground, pixels);
     }
-    const DeviceSpace device(painter);
-    painter.drawImage(pixels.topLeft(), m_canvas, pixels);
 }
 
 // At the lower edge of the plot, curves one above the other.
@@ -160,7 +184,9 @@ void CurvePictures::paintKnotsOf(QPainter& painter, const CurveGround::Key& grou
     };
     if (look.hovered >= 0 && look.hovered < model.knots(look.curve))
         draw(placeOf(look.hovered), KnotLook::Hovered);
-    for (const int knot : model.selectedKnots(look.curve)) {
+    if (!look.selected)
+        return;
+    for (const int knot : *look.selected) {
         if (knot >= seen.firstKnot && knot < seen.endKnot)
             draw(placeOf(knot), KnotLook::Selected);
     }

@@ -5,6 +5,7 @@
 #include <KxUI/curveedit/CurveScene_p.h>
 
 #include <QImage>
+#include <QRegion>
 
 #include <array>
 #include <map>
@@ -56,14 +57,23 @@ struct CurveLook {
     double opacity = 1.0; ///< of its line
     bool hasKnots = true; ///< which are shown
     int hovered = -1;     ///< the knot under the mouse
+    /** The selected knots; borrowed. */
+    const std::vector<int>* selected = nullptr;
+
+    /** Whether the lines look the same. */
+    friend bool operator==(const CurveLook& a, const CurveLook& b) {
+        return a.curve == b.curve && a.color == b.color && a.width == b.width &&
+               a.opacity == b.opacity && a.hasKnots == b.hasKnots;
+    }
 };
 
 /** Ground, lines and knots of a view, drawn in steps that keep what they can: the ground while
     nothing behind the curves changes, and what is seen of each curve while that stays. */
 class CurvePictures {
 public:
-    /** The curve is another one. */
-    void forget(int curve);
+    /** The curve is another one, which shows within `changed` (pixels of the widget) and nowhere
+        else. */
+    void forget(int curve, const QRect& changed);
     /** All are. */
     void forgetAll();
 
@@ -80,23 +90,27 @@ public:
     void paintLoneKnot(QPainter& painter, const CurveGround::Key& ground, const QPointF& at,
                        KnotLook look, const QColor& color);
 
-    /** What is seen of a curve, as it was painted last or would be. */
-    const CurveLine& line(const CurveModel& model, int curve, const CurvePlot& plot, double ratio,
-                          int width);
-
 private:
     struct Kept {
-        bool valid = false;
         CurveLine line;
+        bool valid = false;
+        QRect stale; ///< where it is another one meanwhile, in pixels of the device
     };
 
+    const CurveLine& line(const CurveModel& model, int curve, const CurvePlot& plot, double ratio,
+                          int width);
+    void compose(const CurveGround::Key& ground, const QImage& behind, const CurveScene& scene,
+                 const std::vector<CurveLook>& curves, const QRect& pixels);
     void paintDensity(const CurveLook& look, const CurveLine& line, const CurveGround::Key& ground,
                       const QRect& pixels);
     void paintKnotsOf(QPainter& painter, const CurveGround::Key& ground, const CurveScene& scene,
                       const CurveLook& look, const QRectF& exposed);
 
     CurveGround m_ground;
-    QImage m_canvas; ///< the ground with the lines on it
+    QImage m_canvas;     ///< the ground with the lines on it
+    QRegion m_drawn;     ///< the part of it that is still right
+    qint64 m_behind = 0; ///< the ground that it was drawn on
+    std::vector<CurveLook> m_looks;
     KnotPictures m_knots;
     CurvePlot m_plot; ///< what the lines are for, with the ones below
     double m_ratio = 0.0;

@@ -56,6 +56,7 @@ void CurveViewPrivate::setModel(CurveModel* wanted) {
     hovered = {};
     current = 0;
     pictures.forgetAll();
+    selections.clear();
     if (model)
         follow();
     q->update();
@@ -80,6 +81,7 @@ void CurveViewPrivate::follow() {
 void CurveViewPrivate::modelDied() {
     model.clear();
     pictures.forgetAll();
+    selections.clear();
     hovered = {};
     current = 0;
     endDrag();
@@ -94,8 +96,11 @@ void CurveViewPrivate::modelDied() {
 void CurveViewPrivate::knotsChanged(int curve, int first, int last) {
     if (!hasCurve(curve))
         return;
-    pictures.forget(curve);
-    q->update(regionOf(curve, first, last));
+    const QRect changed = regionOf(curve, first, last);
+    pictures.forget(curve, changed);
+    if (changed == q->rect())
+        forgetSelection(curve); // knots may have come or gone
+    q->update(changed);
     q->update(textRect());
     if (hovered.curve == curve && !hasKnot(hovered))
         hovered = {};
@@ -122,6 +127,7 @@ QRect CurveViewPrivate::regionOf(int curve, int first, int last) const {
 void CurveViewPrivate::selectionChanged(int curve) {
     if (!hasCurve(curve))
         return;
+    forgetSelection(curve);
     q->update();
     CurveViewAccessible::tellSelection(q);
     Q_EMIT q->selectionChanged();
@@ -130,6 +136,7 @@ void CurveViewPrivate::selectionChanged(int curve) {
 void CurveViewPrivate::curvesChanged() {
     const QPointer<CurveView> self(q);
     pictures.forgetAll();
+    selections.clear();
     hovered = {};
     if (!edit.isChanging() && !edit.finish())
         return;
@@ -162,10 +169,22 @@ bool CurveViewPrivate::hasKnot(const CurveKnot& knot) const {
     return hasCurve(knot.curve) && knot.knot >= 0 && knot.knot < model->knots(knot.curve);
 }
 
+// Asked for at every painting; a model with very many knots has to look for them.
+const std::vector<int>& CurveViewPrivate::selectedOf(int curve) const {
+    const auto [found, isNew] = selections.try_emplace(curve);
+    if (isNew)
+        found->second = model->selectedKnots(curve);
+    return found->second;
+}
+
+void CurveViewPrivate::forgetSelection(int curve) {
+    selections.erase(curve);
+}
+
 std::vector<CurveKnot> CurveViewPrivate::selected() const {
     std::vector<CurveKnot> all;
     for (const int curve : editableCurves()) {
-        for (const int knot : model->selectedKnots(curve))
+        for (const int knot : selectedOf(curve))
             all.push_back({curve, knot});
     }
     return all;
@@ -174,14 +193,14 @@ std::vector<CurveKnot> CurveViewPrivate::selected() const {
 int CurveViewPrivate::selectedCount() const {
     int count = 0;
     for (const int curve : editableCurves())
-        count += int(model->selectedKnots(curve).size());
+        count += int(selectedOf(curve).size());
     return count;
 }
 
 CurveKnot CurveViewPrivate::focused() const {
     if (!hasCurve(current))
         return {};
-    const std::vector<int> knots = model->selectedKnots(current);
+    const std::vector<int>& knots = selectedOf(current);
     return knots.empty() ? CurveKnot{current, -1} : CurveKnot{current, knots.back()};
 }
 

@@ -127,6 +127,8 @@ std::vector<CurveLook> CurveViewPrivate::looks() const {
         look.color = model->color(curve, q->palette());
         look.hasKnots = isEditable(curve);
         look.hovered = hovered.curve == curve ? hovered.knot : -1;
+        if (look.hasKnots)
+            look.selected = &selectedOf(curve);
         if (curve != current) {
             look.width = othersEditable ? 1.5 : 1.0;
             look.opacity = othersEditable ? 0.8 : 0.55;
@@ -163,7 +165,7 @@ void CurveViewPrivate::paint(QPainter& painter, const QRegion& exposed) {
     paintMarks(overlays, curves);
     for (const CurveLook& look : curves) {
         if (look.hasKnots)
-            overlays.paintHandles(look.curve, look.color);
+            overlays.paintHandles(look.curve, *look.selected, look.color);
     }
     painter.setRenderHint(QPainter::Antialiasing, false);
     pictures.paintKnots(painter, ground, shown, curves, exposed.boundingRect());

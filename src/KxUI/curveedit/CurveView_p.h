@@ -12,6 +12,7 @@
 #include <QTimer>
 
 #include <limits>
+#include <map>
 #include <vector>
 
 class QGestureEvent;
@@ -64,6 +65,7 @@ public:
     /** The selected knots of all curves that can be edited. */
     std::vector<CurveKnot> selected() const;
     int selectedCount() const;
+    const std::vector<int>& selectedOf(int curve) const;
     /** The one that keys go on from: the last selected one of the current curve. */
     CurveKnot focused() const;
     /** These and no other ones; none for first > last. */
@@ -172,6 +174,7 @@ private:
     void knotsChanged(int curve, int first, int last);
     void selectionChanged(int curve);
     void curvesChanged();
+    void forgetSelection(int curve);
     QRect regionOf(int curve, int first, int last) const;
 
     bool execute(const CurveCommands& commands);
@@ -204,7 +207,8 @@ private:
     CurveDrag drag;
     CurveInput lastInput;
     QTimer scrollTimer;
-    std::vector<bool> hidden; ///< by curve; those beyond are shown
+    std::vector<bool> hidden;                           ///< by curve; those beyond are shown
+    mutable std::map<int, std::vector<int>> selections; ///< those that were asked for
     CurvePictures pictures;
     CurveGrid grid;
     bool gridIsCurrent = false;
