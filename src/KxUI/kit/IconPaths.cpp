@@ -167,6 +167,10 @@ QMap<QString, IconPaths> makeIcons() {
     };
     const IconPaths chain{ring(1) | ring(7), {}};
     const IconPaths plus{box(7, 3, 2, 10) | box(3, 7, 10, 2), {}};
+    // A pipette: its bulb, the collar, and the tube down to the tip.
+    const IconPaths pipette{polygon({{10, 1.5}, {14.5, 6}, {11.8, 8.7}, {7.3, 4.2}}) |
+                                polygon({{6.2, 4.3}, {7.2, 3.3}, {12.7, 8.8}, {11.7, 9.8}}),
+                            polygon({{7.2, 6.2}, {9.8, 8.8}, {4.8, 13.8}, {2, 14}, {2.2, 11.2}})};
 
     QMap<QString, IconPaths> icons;
     const auto both = [&icons](const char* backward, const char* forward, const IconPaths& paths) {
@@ -193,6 +197,7 @@ QMap<QString, IconPaths> makeIcons() {
     icons.insert(QStringLiteral("PaneFloat"), windows);
     icons.insert(QStringLiteral("Link"), chain);
     icons.insert(QStringLiteral("Add"), plus);
+    icons.insert(QStringLiteral("Pipette"), pipette);
     // The panes' menus name their icons by these paths.
     icons.insert(QStringLiteral(":/ui/qrc/images/HSplit.png"), turned(split));
     icons.insert(QStringLiteral(":/ui/qrc/images/VSplit.png"), split);

@@ -2,11 +2,13 @@
 
 #include <KxUI/kit/InterfaceThread_p.h>
 #include <KxUI/picker/ColorPicker_p.h>
+#include <KxUI/picker/ColorSampler_p.h>
 
-#include <QEvent>
+#include <QKeyEvent>
 #include <QMouseEvent>
 
 #include <algorithm>
+#include <utility>
 
 namespace Kestrel::UI {
 
@@ -132,6 +134,25 @@ void ColorPicker::setSwatches(SwatchModel* model) {
     d->setSwatches(model);
 }
 
+void ColorPicker::addSampleSource(QWidget* where, SampleSource source) {
+    KXUI_INTERFACE_THREAD(this);
+    d->sampler->addSource(where, std::move(source));
+}
+
+bool ColorPicker::isSampling() const {
+    return d->sampler->isActive();
+}
+
+void ColorPicker::startSampling() {
+    KXUI_INTERFACE_THREAD(this);
+    d->sampler->start();
+}
+
+void ColorPicker::stopSampling() {
+    KXUI_INTERFACE_THREAD(this);
+    d->sampler->stop();
+}
+
 bool ColorPicker::isEditing() const {
     return d->isEditing();
 }
@@ -162,6 +183,15 @@ void ColorPicker::mousePressEvent(QMouseEvent* event) {
         cancelEdit();
     else
         QWidget::mousePressEvent(event);
+}
+
+void ColorPicker::keyPressEvent(QKeyEvent* event) {
+    // From the parts that have no use for it.
+    if (event->key() == Qt::Key_Space && event->modifiers() == Qt::NoModifier &&
+        !event->isAutoRepeat())
+        d->sampler->startHeld(Qt::Key_Space);
+    else
+        QWidget::keyPressEvent(event);
 }
 
 } // namespace Kestrel::UI

@@ -6,7 +6,9 @@
 
 #include <QWidget>
 
+#include <functional>
 #include <memory>
+#include <optional>
 
 namespace Kestrel::UI {
 
@@ -25,7 +27,13 @@ class SwatchModel;
 
     Whatever the user does is told as one edit. A click on the old colour takes that one again. The
     numbers calculate and can be dragged by their labels. Linked channels keep to their ratios.
-    Control with 1 to 7 shows a page. Interface thread. */
+    Control with 1 to 7 shows a page.
+
+    The pipette, by its button, by I or while Space is held, takes a colour from elsewhere: first from
+    the host's pictures, then from the windows of this program and, where the desktop permits it,
+    from the screen. The new half shows what is under the pointer. A click takes it, and with Shift
+    more may follow; a drag takes the mean of a rectangle; Escape ends it. Alpha stays. Interface
+    thread. */
 class KXUI_EXPORT ColorPicker : public QWidget {
     Q_OBJECT
     Q_PROPERTY(
@@ -39,6 +47,7 @@ class KXUI_EXPORT ColorPicker : public QWidget {
     Q_PROPERTY(bool compact READ isCompact WRITE setCompact NOTIFY displayChanged)
     Q_PROPERTY(int decimals READ decimals WRITE setDecimals NOTIFY displayChanged)
     Q_PROPERTY(double exposure READ exposure NOTIFY exposureChanged)
+    Q_PROPERTY(bool sampling READ isSampling NOTIFY samplingChanged)
 
 public:
     /** One of wheel, field and swatches is seen, and one of the pages of numbers. */
@@ -101,6 +110,16 @@ public:
     SwatchModel* swatches() const;
     void setSwatches(SwatchModel* model);
 
+    /** The colour of a host's picture under a place of the desktop; null where there is none, and
+        the screen's is taken. */
+    using SampleSource = std::function<std::optional<ColorValue>(const QPoint& global)>;
+
+    /** What the pipette asks first where it is over `where` or a part of it; an empty source asks
+        nobody there any more. The widget is borrowed and may go before the picker. */
+    void addSampleSource(QWidget* where, SampleSource source);
+    /** Whether the pipette is on. */
+    bool isSampling() const;
+
     /** Between editStarted() and editFinished(). */
     bool isEditing() const;
 
@@ -113,6 +132,9 @@ public Q_SLOTS:
     /** Shows the colour. One with a part that is not finite is ignored; alpha is limited to 0-1. */
     void setColor(const Kestrel::UI::ColorValue& color);
     void setPreviousColor(const Kestrel::UI::ColorValue& color);
+    /** Puts the pipette on, if the picker is visible, and off. */
+    void startSampling();
+    void stopSampling();
     /** Ends an edit as Escape does; nothing without one. */
     void cancelEdit();
 
@@ -130,6 +152,7 @@ Q_SIGNALS:
     /** These became other ones, by whomever. */
     void previousColorChanged(const Kestrel::UI::ColorValue& color);
     void exposureChanged(double stops);
+    void samplingChanged(bool on);
     void pagesChanged();
     void shownPagesChanged();
     /** Alpha, columns or decimals became other ones. */
@@ -138,6 +161,7 @@ Q_SIGNALS:
 protected:
     void changeEvent(QEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
 
 private:
     friend class ColorPickerPrivate;

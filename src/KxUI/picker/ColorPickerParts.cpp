@@ -4,6 +4,7 @@
 #include <KxUI/kit/HorizontalLayout.h>
 #include <KxUI/kit/IconFactory.h>
 #include <KxUI/kit/VerticalLayout.h>
+#include <KxUI/picker/ColorSampler_p.h>
 
 #include <QGridLayout>
 #include <QLabel>
@@ -131,7 +132,10 @@ QLayout* ColorPickerParts::makeBottom() {
         pair->addWidget(swatch);
     }
     code = new ColorCodeEdit(numbers);
+    pipette = iconButton(QStringLiteral("Pipette"), numbers);
+    pipette->setCheckable(true);
     row->addLayout(pair);
+    row->addWidget(pipette);
     row->addWidget(code, 1);
     return row;
 }
@@ -166,7 +170,7 @@ void ColorPickerParts::orderTabs() {
     for (const ColorPickerRow& row : rows)
         order << row.link << row.slider << row.number;
     order << alpha.slider << alpha.number << exposureSlider << exposureNumber << option << code
-          << oldSwatch << newSwatch;
+          << oldSwatch << newSwatch << pipette;
     for (int i = 1; i < order.size(); ++i)
         QWidget::setTabOrder(order[i - 1], order[i]);
 }
@@ -188,6 +192,8 @@ void ColorPickerParts::nameParts(bool isCompact) {
     addSwatch->setText(ColorPicker::tr("Keep Colour"));
     oldSwatch->setAccessibleName(ColorPicker::tr("Previous colour"));
     newSwatch->setAccessibleName(ColorPicker::tr("Colour"));
+    pipette->setAccessibleName(ColorPicker::tr("Pipette"));
+    pipette->setToolTip(ColorSampler::hint());
 }
 
 void ColorPickerParts::setCompact(bool isCompact) {

@@ -1,5 +1,6 @@
 #include <KxUI/picker/ColorPicker_p.h>
 
+#include <KxUI/picker/ColorSampler_p.h>
 #include <KxUI/settings/AppSettings.h>
 
 #include <QDataStream>
@@ -70,6 +71,7 @@ ColorPickerPrivate::ColorPickerPrivate(ColorPicker* picker)
     parts.grid->setModel(m_ownSwatches);
     parts.alpha.setComponent(ColorModel::Alpha, false);
     watchParts();
+    watchSampler();
     addShortcuts();
     fillBars();
     layOut();
@@ -318,6 +320,7 @@ void ColorPickerPrivate::setDisplay(const DisplayTransform& transform) {
     parts.newSwatch->setDisplayTransform(safe);
     parts.grid->setDisplayTransform(safe);
     m_ownSwatches->setDisplayTransform(safe);
+    sampler->setDisplay(display);
     parts.displayName->setText(transform.name);
     parts.displayName->setToolTip(transform.name);
     parts.displayName->setVisible(!transform.name.isEmpty());

@@ -24,6 +24,8 @@ class QToolButton;
 
 namespace Kestrel::UI {
 
+class ColorSampler;
+
 /** The widgets that a picker consists of. */
 struct ColorPickerParts {
     static constexpr int LeastStops = -8; ///< of the slider; numbers go further
@@ -54,6 +56,7 @@ struct ColorPickerParts {
     ColorSwatch* oldSwatch = nullptr;
     ColorSwatch* newSwatch = nullptr;
     ColorCodeEdit* code = nullptr;
+    QToolButton* pipette = nullptr;
     QLabel* displayName = nullptr;
 
     void build(ColorPicker* picker);
@@ -108,11 +111,14 @@ public:
     bool compact = false;
     int decimals = 4;
     ColorPickerParts parts;
+    ColorSampler* sampler = nullptr;
 
 private:
     using Change = std::function<void(ColorState& edited, const ColorState& start)>;
 
     void watchParts();
+    void watchSampler();
+    void sample(const ColorValue& color);
     void watchRow(const ColorPickerRow& row);
     template <class Part, class Value, class Edit>
     void watch(Part* part, void (Part::*edited)(Value), Edit change);

@@ -274,10 +274,14 @@ void ColorSampler::release(const QPoint& global, bool goesOn) {
         stop();
 }
 
-void ColorSampler::cancel() {
-    const QPointer<ColorSampler> alive(this);
+void ColorSampler::cancelDrag() {
     if (std::exchange(m_pressed, std::nullopt))
         Q_EMIT dragCancelled();
+}
+
+void ColorSampler::cancel() {
+    const QPointer<ColorSampler> alive(this);
+    cancelDrag();
     if (alive)
         stop();
 }

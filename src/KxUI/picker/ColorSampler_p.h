@@ -51,6 +51,8 @@ public:
     /** Until the key, which is down, is released. */
     void startHeld(int key);
     void stop();
+    /** Takes the drag that goes on back; the pipette stays. */
+    void cancelDrag();
 
     /** The desktop's own pipette, which sees all windows where this one does not. */
     static bool canAskDesktop();
