@@ -29,13 +29,6 @@ void ColorCodeEdit::show(const ColorValue& color, const DisplayCall& display, bo
     if (text == m_shown)
         return;
     m_shown = text;
-    const QString& name = display.transform().name;
-    QString tip = name.isEmpty() ? tr("The code of what the screen shows")
-                                 : tr("The code of what the screen shows: %1").arg(name);
-    if (code.isClipped)
-        tip += QLatin1Char('\n') + tr("The screen can not show this colour; the code is only near "
-                                      "it");
-    setToolTip(tip);
     if (!isModified())
         showShown();
 }
@@ -62,7 +55,20 @@ void ColorCodeEdit::take(bool refusalStays) {
         showShown();
 }
 
+// Made when it is asked for: the colour changes far more often.
+void ColorCodeEdit::nameShown() {
+    const QString& name = m_display.transform().name;
+    QString tip = name.isEmpty() ? tr("The code of what the screen shows")
+                                 : tr("The code of what the screen shows: %1").arg(name);
+    if (m_shown.startsWith(AlmostEqual))
+        tip +=
+            QLatin1Char('\n') + tr("The screen can not show this colour; the code is only near it");
+    setToolTip(tip);
+}
+
 bool ColorCodeEdit::event(QEvent* event) {
+    if (event->type() == QEvent::ToolTip)
+        nameShown();
     // Before whatever closes the window around.
     if (event->type() == QEvent::ShortcutOverride && isModified() &&
         static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape) {

@@ -32,6 +32,7 @@ protected:
 private:
     int widthOf(const QString& text) const;
     void showShown();
+    void nameShown();
     void take(bool refusalStays);
 
     QString m_shown;

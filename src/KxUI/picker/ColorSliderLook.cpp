@@ -9,6 +9,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <map>
+#include <utility>
 
 namespace Kestrel::UI {
 namespace {
@@ -23,14 +25,35 @@ constexpr double End = 7.0; // from an end of the groove to the middle of the ha
 constexpr double DisabledOpacity = 0.35;
 constexpr double ShrinkBelow = 0.2;
 
-} // namespace
-
-void paintColorRing(QPainter& painter, const QPointF& centre, double radius) {
-    painter.setBrush(Qt::NoBrush);
+// Drawn once for all sliders and fields: two circles cost more than a gradient.
+const QImage& colorRing(double radius, double ratio) {
+    static std::map<std::pair<double, double>, QImage> rings;
+    QImage& ring = rings[{radius, ratio}];
+    if (!ring.isNull())
+        return ring;
+    constexpr double Outside = 2.0;
+    const int side = 2 * static_cast<int>(std::ceil((radius + Outside) * ratio));
+    ring = QImage(side, side, QImage::Format_ARGB32_Premultiplied);
+    ring.setDevicePixelRatio(ratio);
+    ring.fill(Qt::transparent);
+    QPainter painter(&ring);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const QPointF centre(side / ratio / 2.0, side / ratio / 2.0);
     painter.setPen(QPen(QColor(0, 0, 0, 200), 3.5));
     painter.drawEllipse(centre, radius, radius);
     painter.setPen(QPen(QColor(Qt::white), 1.75));
     painter.drawEllipse(centre, radius, radius);
+    return ring;
+}
+
+} // namespace
+
+void paintColorRing(QPainter& painter, const QPointF& centre, double radius) {
+    const double ratio = painter.device()->devicePixelRatioF();
+    const QImage& ring = colorRing(radius, ratio);
+    const double half = ring.width() / ratio / 2.0;
+    const QPointF corner(onPixels(centre.x() - half, ratio), onPixels(centre.y() - half, ratio));
+    painter.drawImage(corner, ring);
 }
 
 ColorSliderLook& ColorSliderLook::of(const ColorSlider* slider) {
