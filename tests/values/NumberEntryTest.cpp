@@ -224,7 +224,7 @@ private Q_SLOTS:
     }
 
     void exactTextsReadBack() {
-        for (const char* locale : {"C", "de_DE", "ar_EG"}) {
+        for (const char* locale : {"C", "de_DE", "ar_EG", "fa_IR", "sv_SE"}) {
             const auto notation = NumberNotation::of(QLocale(QString::fromLatin1(locale)));
             for (const double number : {0.1 + 0.2, 1.0 / 3.0, -1e300, 5e-324, 123456.75}) {
                 const QString text = UI::exactNumberText(number, notation);
