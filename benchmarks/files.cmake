@@ -1,1 +1,1 @@
-kxui_room_bench(files SOURCES files.cpp)
+kxui_room_bench(files SOURCES files.cpp files_gather.cpp files_gather.h)

@@ -1,3 +1,5 @@
+#include "files_gather.h"
+
 #include <KxUI/files/FileInfoList.h>
 #include <KxUI/files/filename.h>
 
@@ -187,4 +189,6 @@ void registerBenchmarks() {
         for (auto _ : state)
             benchmark::DoNotOptimize(::fnmatch("*_comp.*.exr", "shot_010_comp.0001.exr", 0));
     });
+
+    registerGathering();
 }

@@ -7,7 +7,9 @@
 #include <support/TestRegistry.h>
 
 #include <QDir>
+#include <QElapsedTimer>
 #include <QPointer>
+#include <QProcess>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QtTest>
@@ -214,6 +216,20 @@ private slots:
         delete gatherer; // and what comes after it is nobody's
         hanging.release();
         QTest::qWait(50);
+    }
+
+    // A process ends at once, whatever its folders do. The limit is far above what it takes.
+    void quitsWhileFoldersHang() {
+        QProcess program;
+        program.start(KXUI_QUITTING_PROGRAM, {QStringLiteral("/gone/")});
+        QVERIFY(program.waitForReadyRead(60000));
+        QElapsedTimer timer;
+        timer.start();
+        QVERIFY(program.waitForFinished(10000));
+        QCOMPARE(program.exitStatus(), QProcess::NormalExit);
+        QCOMPARE(program.exitCode(), 0);
+        QVERIFY(timer.elapsed() < 5000);
+        qInfo("quitting took %lld ms", static_cast<long long>(timer.elapsed()));
     }
 
     void hostsMayDelete() {

@@ -30,10 +30,8 @@ void append(std::vector<Rows>& ranges, int row) {
         ranges.push_back({row, 1});
 }
 
-} // namespace
-
-ListingDiff diffOf(const Keys& before, const Keys& after,
-                   const std::function<bool(int before, int after)>& hasChanged) {
+// The new row of each old one; those that have one are marked in `isOld`.
+std::vector<std::int32_t> matched(const Keys& before, const Keys& after, std::vector<bool>& isOld) {
     // Most of a folder stays as it was.
     const std::size_t shorter = std::min(before.size(), after.size());
     std::size_t front = 0;
@@ -45,7 +43,6 @@ ListingDiff diffOf(const Keys& before, const Keys& after,
         ++back;
 
     std::vector<std::int32_t> newRows(before.size(), gone);
-    std::vector<bool> isOld(after.size());
     const auto match = [&](std::size_t oldRow, std::size_t newRow) {
         newRows[oldRow] = static_cast<std::int32_t>(newRow);
         isOld[newRow] = true;
@@ -64,7 +61,15 @@ ListingDiff diffOf(const Keys& before, const Keys& after,
         else
             match(static_cast<std::size_t>((o++)->second), static_cast<std::size_t>((n++)->second));
     }
+    return newRows;
+}
 
+} // namespace
+
+ListingDiff diffOf(const Keys& before, const Keys& after,
+                   const std::function<bool(int before, int after)>& hasChanged) {
+    std::vector<bool> isOld(after.size());
+    std::vector<std::int32_t> newRows = matched(before, after, isOld);
     ListingDiff diff;
     std::int32_t last = gone;
     for (std::size_t i = 0; i < before.size(); ++i) {

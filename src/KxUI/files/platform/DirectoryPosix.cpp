@@ -188,6 +188,10 @@ int queryStatusAt(const DirectoryHandle& directory, const char* name, bool cache
     return 0;
 }
 
+bool backslashSeparates() {
+    return false;
+}
+
 std::string cleanPath(std::string_view path) {
     std::string clean;
     while (!path.empty()) {

@@ -174,6 +174,10 @@ int queryStatusAt(const DirectoryHandle& directory, const char* name, bool, Entr
     return statusOf(fromUtf8(joinedPath(directory.m_path, "")) + name, status);
 }
 
+bool backslashSeparates() {
+    return true;
+}
+
 std::string cleanPath(std::string_view path) {
     std::string clean(path.substr(0, rootLength(path)));
     const std::size_t root = clean.size();

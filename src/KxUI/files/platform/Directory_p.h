@@ -86,6 +86,9 @@ int readDirectory(DirectoryHandle& directory, Listing& listing, ReadProgress& pr
 int queryStatusAt(const DirectoryHandle& directory, const char* name, bool cached,
                   EntryStatus& status);
 
+/** Whether a backslash separates folders, so that no name can have one. */
+bool backslashSeparates();
+
 /** An absolute path without `.` and `..`, which are taken away by the text, and without separators
     that say nothing. */
 std::string cleanPath(std::string_view path);

@@ -1,0 +1,4 @@
+#pragma once
+
+/** The cases of gathering, which have peers with widgets. */
+void registerGathering();
