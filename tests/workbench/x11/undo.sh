@@ -78,14 +78,17 @@ Y=$(xwininfo -id "$main" | awk '/Absolute upper-left Y/ {print $NF}')
 new a-plain
 drag 899 211 40 -20 # the wheel
 new a-gain a-plain
-drag 901 358 30 0 # the exposure
+click 850 321 # folds the balance
+drag 886 398 30 0 # the exposure
 new a-exposure a-gain
-click 864 750
+click 843 446 # folds the curves
+click 858 518
 xdotool key Down key Return # the preview
 new a-preview a-exposure
+click 843 446
 click 480 158 2 # the other shot
 new b-plain a-preview
-drag 970 571 0 -60 # its master curve
+drag 963 654 0 -60 # its master curve
 new b-curve b-plain
 
 xdotool key ctrl+z
