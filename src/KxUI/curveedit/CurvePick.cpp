@@ -67,9 +67,7 @@ public:
     }
 
 private:
-    static constexpr int Block = 8;
-
-    double reach() const { return std::min(CurvePick::KnotReach, m_nearest + CurvePick::TieReach); }
+    static constexpr int Block = 16;
 
     // Whether nearer ones may follow behind these.
     bool lookAt(int first, int count, bool rightwards) {
@@ -77,18 +75,19 @@ private:
         m_scene.model->places(m_curve, first, count, places.data());
         for (int i = 0; i < count; ++i) {
             const QPointF point = shownPoint(places[std::size_t(i)]);
-            const double x = m_scene.plot.toX(point.x());
-            if (!(std::abs(x - m_position.x()) <= reach()))
+            const QPointF place(m_scene.plot.toX(point.x()), m_scene.plot.toY(point.y()));
+            const QPointF way = place - m_position;
+            if (!(std::abs(way.x()) <= m_reach && std::abs(way.y()) <= m_reach))
                 continue;
-            const QPointF place(x, m_scene.plot.toY(point.y()));
-            const double away = distance(place, m_position);
-            if (!(away <= reach()))
+            const double away = std::hypot(way.x(), way.y());
+            if (away > m_reach)
                 continue;
             m_nearest = std::min(m_nearest, away);
+            m_reach = std::min(CurvePick::KnotReach, m_nearest + CurvePick::TieReach);
             m_found.push_back({m_curve, first + i, away, place});
         }
         const QPointF last = shownPoint(places[std::size_t(rightwards ? count - 1 : 0)]);
-        return std::abs(m_scene.plot.toX(last.x()) - m_position.x()) <= reach();
+        return std::abs(m_scene.plot.toX(last.x()) - m_position.x()) <= m_reach;
     }
 
     QPointF shownPoint(const QPointF& point) const { return withinLimits(m_limits, point); }
@@ -98,6 +97,7 @@ private:
     int m_curve = 0;
     CurveModel::Limits m_limits;
     double m_nearest = CurvePick::KnotReach;
+    double m_reach = CurvePick::KnotReach;
     std::vector<Candidate> m_found;
 };
 

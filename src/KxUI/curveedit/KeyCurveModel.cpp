@@ -403,10 +403,13 @@ int KeyCurveModel::addOnLine(int curve, double x) {
     if (!m->can(curve, CanAdd) || !m->room(curve, x))
         return -1;
     KeyCurve keys = m->at(curve).curve;
+    const Limits& limits = m->at(curve).limits;
+    const double y = keys.valueAt(x);
     const std::size_t count = keys.size();
-    const std::size_t index = keys.insertOnCurve(x);
-    if (keys.size() == count) // beyond the ends
-        return add(curve, x, keys.valueAt(x));
+    const bool isInside = y >= limits.lowY && y <= limits.highY;
+    const std::size_t index = isInside ? keys.insertOnCurve(x) : count;
+    if (keys.size() == count) // beyond the ends, or where the line leaves the limits
+        return add(curve, x, y);
     m->store(curve, keys);
     return int(index);
 }

@@ -56,7 +56,7 @@ public:
     bool move(const std::vector<Move>& moves) override;
     /** The key goes on as the one before it, which is then bent by it. */
     int add(int curve, double x, double y) override;
-    /** Changes nothing of the line between the first and the last key. */
+    /** Changes nothing of the line between the first and the last key, within the limits. */
     int addOnLine(int curve, double x) override;
     bool remove(int curve, const std::vector<int>& knots) override;
     /** `KeyCurve::Shape::Free` keeps the line as it is and lets its slopes be changed; but what is
