@@ -259,7 +259,7 @@ private slots:
         press({.6, .9});
         move({.6, .8});
         QVERIFY(m_view->isEditing());
-        const int told = edited.count();
+        const int told = int(edited.count());
         if (way == 0)
             QVERIFY(sendKey(*m_view, Qt::Key_Escape));
         else if (way == 1)
