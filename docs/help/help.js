@@ -31,6 +31,7 @@ const titles = [
   ["Exposure", "grading.html#exposure", "Grading"],
   ["Curves", "grading.html#curves", "Grading"],
   ["YCbCr preview", "grading.html#preview", "Grading"],
+  ["Colour", "grading.html#colour", "Grading"],
   ["Bypass and reset", "grading.html#bypass", "Grading"],
   ["History", "grading.html#history", "Grading"],
   ["Workspace", "workspace.html"],

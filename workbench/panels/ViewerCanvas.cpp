@@ -54,8 +54,13 @@ void ViewerCanvas::leaveEvent(QEvent*) {
 
 void ViewerCanvas::mouseMoveEvent(QMouseEvent* event) {
     QWidget::mouseMoveEvent(event);
-    emit pointed(m_frame ? pixelAt(event->pos(), fittedRect(m_shape, rect()), m_frame->image.size())
-                         : QPoint(-1, -1));
+    emit pointed(pixelUnder(mapToGlobal(event->pos())));
+}
+
+QPoint ViewerCanvas::pixelUnder(const QPoint& global) const {
+    if (!m_frame)
+        return {-1, -1};
+    return pixelAt(mapFromGlobal(global), fittedRect(m_shape, rect()), m_frame->image.size());
 }
 
 void ViewerCanvas::paintEvent(QPaintEvent*) {

@@ -28,6 +28,9 @@ public:
     /** A track of the profiler for the repaints, or null; borrowed, and outlives the canvas. */
     void setPaintTrack(UI::EventTrack* track) { m_paintTrack = track; }
 
+    /** The pixel of the frame's picture under a place of the desktop; (-1, -1) for none. */
+    QPoint pixelUnder(const QPoint& global) const;
+
     QSize sizeHint() const override;
 
 signals:

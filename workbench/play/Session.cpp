@@ -166,9 +166,13 @@ void Session::pointAt(const QPoint& pixel) {
 }
 
 std::optional<PixelValues> Session::pointedPixel() const {
+    return pixelAt(m_pointed);
+}
+
+std::optional<PixelValues> Session::pixelAt(const QPoint& pixel) const {
     if (!m_source || !m_shown || m_loading)
         return std::nullopt;
-    return PixelValues::of(*m_source, *m_shown, m_pointed);
+    return PixelValues::of(*m_source, *m_shown, pixel);
 }
 
 void Session::regrade() {

@@ -63,6 +63,9 @@ public:
     /** What is there; nothing where no pixel is pointed at, and while its frame is on its way. */
     std::optional<PixelValues> pointedPixel() const;
 
+    /** The same of any pixel of the shown frame. */
+    std::optional<PixelValues> pixelAt(const QPoint& pixel) const;
+
     /** Whether everything that fits into the cache is decoded. */
     bool isSettled() const { return m_pool.pending() == 0; }
 

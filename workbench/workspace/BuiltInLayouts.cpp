@@ -35,6 +35,7 @@ constexpr char grade[] = R"(
   <split size="376"/>
   <dock id="right" activePageId="Grade">
     <page id="Grade"/>
+    <page id="Colour"/>
     <page id="History"/>
     <page id="Sequences"/>
   </dock>

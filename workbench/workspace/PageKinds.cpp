@@ -1,5 +1,6 @@
 #include "workspace/PageKinds.h"
 
+#include "panels/ColorPanel.h"
 #include "panels/ExposureCurvePanel.h"
 #include "panels/GradePanel.h"
 #include "panels/HistoryPanel.h"
@@ -39,6 +40,8 @@ const std::vector<PageKind>& pageKinds() {
          make<GradePanel>},
         {"Exposure", QT_TRANSLATE_NOOP("PageKind", "Exposure"), "CurvePresets", "grading.html",
          make<ExposureCurvePanel>},
+        {"Colour", QT_TRANSLATE_NOOP("PageKind", "Colour"), "Pipette", "grading.html",
+         make<ColorPanel>},
         {"History", QT_TRANSLATE_NOOP("PageKind", "History"), "PageHistory", "grading.html",
          make<HistoryPanel>},
     };

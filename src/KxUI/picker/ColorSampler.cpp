@@ -307,15 +307,14 @@ bool ColorSampler::takesMouse(const QMouseEvent& event) {
     }
 }
 
-bool ColorSampler::takesKey(const QKeyEvent& event, bool isRelease) {
-    if (m_heldKey != 0 && event.key() == m_heldKey) {
-        if (isRelease && !event.isAutoRepeat())
-            stop();
-        return true;
-    }
-    if (event.key() != Qt::Key_Escape)
+bool ColorSampler::takesKey(QKeyEvent& event) {
+    const bool isHeld = m_heldKey != 0 && event.key() == m_heldKey;
+    if (!isHeld && event.key() != Qt::Key_Escape)
         return false;
-    if (event.type() == QEvent::KeyPress)
+    event.accept();
+    if (isHeld && event.type() == QEvent::KeyRelease && !event.isAutoRepeat())
+        stop();
+    else if (!isHeld && event.type() == QEvent::KeyPress)
         cancel();
     return true;
 }
@@ -331,12 +330,8 @@ bool ColorSampler::eventFilter(QObject* watched, QEvent* event) {
         return true;
     case QEvent::ShortcutOverride:
     case QEvent::KeyPress:
-    case QEvent::KeyRelease: {
-        const bool taken =
-            takesKey(*static_cast<QKeyEvent*>(event), event->type() == QEvent::KeyRelease);
-        event->setAccepted(taken || event->isAccepted());
-        return taken;
-    }
+    case QEvent::KeyRelease:
+        return takesKey(*static_cast<QKeyEvent*>(event));
     case QEvent::ApplicationDeactivate:
         stop();
         return false;

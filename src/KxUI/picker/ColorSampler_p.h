@@ -86,7 +86,7 @@ private:
     };
 
     bool takesMouse(const QMouseEvent& event);
-    bool takesKey(const QKeyEvent& event, bool isRelease);
+    bool takesKey(QKeyEvent& event);
     void press(const QPoint& global);
     void move(const QPoint& global);
     void release(const QPoint& global, bool goesOn);

@@ -58,23 +58,27 @@ void SampleMagnifier::moveBeside(const QPoint& pointer, const QPoint& from) {
     move(placeBeside(size(), pointer, from, screen->geometry()));
 }
 
-void SampleMagnifier::paintEvent(QPaintEvent*) {
-    QPainter painter(this);
-    const QPalette colors = palette();
-    painter.fillRect(rect(), colors.color(QPalette::Text));
-    painter.fillRect(rect().adjusted(1, 1, -1, -1), colors.color(QPalette::Window));
-    const QRect field(Margin, Margin, Side, Side);
+void SampleMagnifier::paintPixels(QPainter& painter, const QRect& field) const {
     if (m_pixels.isNull())
         paintChecker(painter, field, devicePixelRatioF());
     else
         painter.drawImage(field, m_pixels);
     // Two frames, of which one is seen on any colour.
     const int middle = ColorSampler::Magnified / 2 * CellSide;
-    const QRect centre(Margin + middle, Margin + middle, CellSide - 1, CellSide - 1);
+    const QRect centre(field.left() + middle, field.top() + middle, CellSide - 1, CellSide - 1);
     painter.setPen(Qt::black);
     painter.drawRect(centre.adjusted(-1, -1, 1, 1));
     painter.setPen(Qt::white);
     painter.drawRect(centre);
+}
+
+void SampleMagnifier::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    const QPalette colors = palette();
+    painter.fillRect(rect(), colors.color(QPalette::Text));
+    painter.fillRect(rect().adjusted(1, 1, -1, -1), colors.color(QPalette::Window));
+    const QRect field(Margin, Margin, Side, Side);
+    paintPixels(painter, field);
     QRect words(Margin, field.bottom() + Margin, Side, height() - field.bottom() - 2 * Margin);
     if (m_shown.isValid()) {
         QRect swatch = words;

@@ -25,6 +25,8 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
+    void paintPixels(QPainter& painter, const QRect& field) const;
+
     QImage m_pixels;
     QColor m_shown;
     QString m_words;

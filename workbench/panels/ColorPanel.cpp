@@ -1,0 +1,186 @@
+#include "panels/ColorPanel.h"
+
+#include "media/DisplayTable.h"
+#include "panels/SwatchKeeper.h"
+#include "panels/ViewerCanvas.h"
+#include "play/Session.h"
+
+#include <KxUI/picker/ColorPicker.h>
+#include <KxUI/settings/AppSettings.h>
+
+#include <QApplication>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QScrollArea>
+#include <QToolButton>
+#include <QVBoxLayout>
+
+#include <algorithm>
+#include <cmath>
+
+namespace Kestrel::Workbench {
+
+namespace {
+
+constexpr int margin = 8;
+constexpr int gap = 4;
+constexpr int widthForTwoColumns = 540;
+const auto stateKey = QStringLiteral("color/picker");
+
+template <double (*Convert)(double)>
+void convertAll(float* rgb, int pixels) {
+    for (int i = 0; i < 3 * pixels; ++i) {
+        const double size = Convert(std::fabs(double(rgb[i])));
+        rgb[i] = float(std::copysign(size, double(rgb[i])));
+    }
+}
+
+/** How the viewer shows light. */
+UI::DisplayTransform viewing() {
+    return {convertAll<srgbSignal>, convertAll<srgbLight>, QStringLiteral("sRGB")};
+}
+
+} // namespace
+
+ColorPanel::ColorPanel(Session* session, QWidget* parent)
+    : QWidget(parent)
+    , m_session(session)
+    , m_picker(new UI::ColorPicker) {
+    setObjectName(QStringLiteral("ColorPanel"));
+    m_swatches.setDisplayTransform(viewing());
+    m_picker->setDisplayTransform(viewing());
+    m_picker->setCompact(true);
+    m_picker->setSwatches(&m_swatches);
+    m_picker->setColor({0.18F, 0.18F, 0.18F, 1.0F});
+    m_picker->setPreviousColor(m_picker->color());
+    m_picker->restoreState(UI::AppSettings().value(stateKey).toByteArray());
+
+    auto* content = new QWidget;
+    auto* column = new QVBoxLayout(content);
+    column->setContentsMargins(margin, gap, margin, margin);
+    column->setSpacing(margin);
+    column->addLayout(makeButtons());
+    column->addWidget(m_picker, 1);
+    m_note = new QLabel;
+    m_note->setTextFormat(Qt::PlainText);
+    m_note->setWordWrap(true);
+    m_note->hide();
+    column->addWidget(m_note);
+    auto* scroll = new QScrollArea;
+    scroll->setWidget(content);
+    scroll->setWidgetResizable(true);
+    scroll->setFrameShape(QFrame::NoFrame);
+    scroll->setFocusPolicy(Qt::NoFocus);
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(scroll);
+
+    auto* keeper = new SwatchKeeper(&m_swatches, SwatchKeeper::standardPath(), this);
+    connect(keeper, &SwatchKeeper::failed, this, [this](const QString& reason) {
+        m_note->setText(reason);
+        m_note->show();
+    });
+    connect(m_picker, &UI::ColorPicker::samplingChanged, this, &ColorPanel::findPictures);
+    connect(m_picker, &UI::ColorPicker::colorChanged, this, &ColorPanel::showWhatIsPossible);
+    connect(m_picker, &UI::ColorPicker::editFinished, this, [this](bool accepted) {
+        if (accepted && m_picker->isSampling())
+            m_swatches.remember(m_picker->color());
+    });
+    connect(session, &Session::sequenceChanged, this, &ColorPanel::showWhatIsPossible);
+    showWhatIsPossible();
+}
+
+ColorPanel::~ColorPanel() {
+    UI::AppSettings().setValue(stateKey, m_picker->saveState());
+    delete findChild<SwatchKeeper*>(); // before the swatches
+    m_picker->setSwatches(nullptr);
+}
+
+QLayout* ColorPanel::makeButtons() {
+    auto* row = new QHBoxLayout;
+    const auto button = [row](const QString& text, const QString& tip) {
+        auto* made = new QToolButton;
+        made->setText(text);
+        made->setToolTip(tip);
+        made->setAutoRaise(true);
+        row->addWidget(made);
+        return made;
+    };
+    m_tint = button(tr("Tint Gain"), tr("The gain gets this hue and saturation"));
+    m_grey =
+        button(tr("Make Grey"),
+               tr("The gain becomes the one by which this colour, taken from the picture, is a "
+                  "grey: for white balance"));
+    row->addStretch(1);
+    connect(m_tint, &QToolButton::clicked, this, [this] {
+        setGain(tintOf(m_picker->color(), m_session->grades()->grade().gain), tr("Tint Gain"));
+    });
+    connect(m_grey, &QToolButton::clicked, this, [this] {
+        setGain(greyingOf(m_picker->color(), m_session->grades()->grade().gain), tr("Make Grey"));
+    });
+    return row;
+}
+
+std::optional<GainColor> ColorPanel::tintOf(const UI::ColorValue& color, const GainColor& before) {
+    const Factors light{color.red, color.green, color.blue};
+    if (*std::min_element(light.begin(), light.end()) < 0.0F ||
+        *std::max_element(light.begin(), light.end()) <= 0.0F)
+        return std::nullopt;
+    GainColor gain = gainColor(light, before);
+    gain.value = before.value;
+    return gain;
+}
+
+std::optional<GainColor> ColorPanel::greyingOf(const UI::ColorValue& color,
+                                               const GainColor& before) {
+    const Factors light{color.red, color.green, color.blue};
+    const float least = *std::min_element(light.begin(), light.end());
+    constexpr float darkest = 1e-6F;
+    if (!(least >= darkest))
+        return std::nullopt;
+    GainColor gain = gainColor({least / light[0], least / light[1], least / light[2]}, before);
+    gain.value = before.value;
+    return gain;
+}
+
+void ColorPanel::setGain(const std::optional<GainColor>& gain, const QString& text) {
+    Grade grade = m_session->grades()->grade();
+    if (!gain || grade.gain == *gain)
+        return;
+    grade.gain = *gain;
+    m_session->grades()->edit(grade, text);
+}
+
+/** All viewers that there are, wherever they are docked. */
+void ColorPanel::findPictures() {
+    if (!m_picker->isSampling())
+        return;
+    const auto widgets = QApplication::allWidgets();
+    for (QWidget* widget : widgets) {
+        auto* canvas = qobject_cast<ViewerCanvas*>(widget);
+        if (!canvas)
+            continue;
+        m_picker->addSampleSource(
+            canvas, [this, canvas](const QPoint& global) -> std::optional<UI::ColorValue> {
+                const auto pixel = m_session->pixelAt(canvas->pixelUnder(global));
+                if (!pixel)
+                    return std::nullopt;
+                const auto& light = pixel->light;
+                return UI::ColorValue{float(light[0]), float(light[1]), float(light[2]), 1.0F};
+            });
+    }
+}
+
+void ColorPanel::showWhatIsPossible() {
+    const bool hasSequence = m_session->grades()->hasSequence();
+    const GainColor gain = m_session->grades()->grade().gain;
+    m_tint->setEnabled(hasSequence && tintOf(m_picker->color(), gain));
+    m_grey->setEnabled(hasSequence && greyingOf(m_picker->color(), gain));
+}
+
+void ColorPanel::resizeEvent(QResizeEvent* event) {
+    QWidget::resizeEvent(event);
+    m_picker->setCompact(width() < widthForTwoColumns);
+}
+
+} // namespace Kestrel::Workbench
