@@ -395,6 +395,26 @@ private Q_SLOTS:
         QCOMPARE(panel.sections[2]->geometry().bottom(), 499);
     }
 
+    void growsBeforeItIsShown() {
+        QWidget window;
+        auto* column = new QVBoxLayout(&window);
+        auto* section = new Disclosure;
+        auto* content = new QWidget;
+        auto* inner = new QVBoxLayout(content);
+        QWidget* part = box(20);
+        inner->addWidget(part);
+        section->setContent(content);
+        section->setExpanded(true);
+        column->addWidget(section);
+        column->addStretch(1);
+        window.ensurePolished();
+        column->activate();
+        part->setMinimumHeight(150);
+        window.resize(200, 400);
+        window.show();
+        QTRY_VERIFY(content->height() >= 150);
+    }
+
     void focusStaysInSight() {
         Panel panel;
         QVERIFY(panel.show());

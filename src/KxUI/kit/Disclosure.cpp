@@ -252,8 +252,9 @@ bool Disclosure::event(QEvent* event) {
 }
 
 bool Disclosure::eventFilter(QObject* watched, QEvent* event) {
-    const bool changed =
-        event->type() == QEvent::LayoutRequest || event->type() == QEvent::ChildRemoved;
+    // Nothing is heard of a content that becomes another one before it is shown.
+    const bool changed = event->type() == QEvent::LayoutRequest ||
+                         event->type() == QEvent::ChildRemoved || event->type() == QEvent::Show;
     if (watched == d->viewport && changed)
         d->contentChanged();
     return QWidget::eventFilter(watched, event);
