@@ -2,9 +2,14 @@
 
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QTabletEvent>
+#include <QTabletEvent>
 #include <QWheelEvent>
 #include <QWidget>
 #include <QtTest>
+
+#include <memory>
+#include <type_traits>
 
 namespace Kestrel::Test {
 
@@ -13,6 +18,24 @@ inline void moveMouse(QWidget& widget, const QPoint& at, Qt::MouseButtons held =
                       Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
     QMouseEvent event(QEvent::MouseMove, at, widget.mapToGlobal(at), Qt::NoButton, held, modifiers);
     QCoreApplication::sendEvent(&widget, &event);
+}
+
+/** An event of a pen whose tip is at a place. What is asked for differs between versions of Qt, the
+    later of which want a device: that of the mouse will do. */
+template <class Pen = QTabletEvent, class Mouse = QMouseEvent>
+std::unique_ptr<Pen> makePenEvent(QEvent::Type type, const QPointF& at, const QPointF& globally,
+                                  Qt::MouseButtons held) {
+    const Qt::MouseButton button = type == QEvent::TabletMove ? Qt::NoButton : Qt::LeftButton;
+    if constexpr (std::is_constructible_v<Pen, QEvent::Type, QPointF, QPointF, int, int, qreal, int,
+                                          int, qreal, qreal, int, Qt::KeyboardModifiers, qint64,
+                                          Qt::MouseButton, Qt::MouseButtons>) {
+        return std::make_unique<Pen>(type, at, globally, Pen::Stylus, Pen::Pen, 0.5, 0, 0, 0.0, 0.0,
+                                     0, Qt::NoModifier, 1, button, held);
+    } else {
+        const Mouse mouse(QEvent::MouseMove, at, globally, Qt::NoButton, held, Qt::NoModifier);
+        return std::make_unique<Pen>(type, mouse.pointingDevice(), at, globally, 0.5, 0.0F, 0.0F,
+                                     0.0F, 0.0, 0.0F, Qt::NoModifier, button, held);
+    }
 }
 
 /** Gives the keyboard focus to a widget of a window that is shown. */

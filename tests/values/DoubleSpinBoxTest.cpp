@@ -286,6 +286,47 @@ private Q_SLOTS:
         QCOMPARE(field.box.value(), 1.0 / 3.0);
     }
 
+    // A pen's events are left alone, and scrub as the mouse's that Qt makes of them: by parts of
+    // pixels, and without a hover before or a jump at the screen's edge.
+    void scrubbingByTablet() {
+        Field field;
+        const QPointF origin = field.box.mapToGlobal(QPoint());
+        const auto send = [&](QEvent::Type tablet, QEvent::Type mouse, const QPointF& at) {
+            const bool isPress = mouse == QEvent::MouseButtonPress;
+            const bool isDown = mouse != QEvent::MouseButtonRelease;
+            const Qt::MouseButtons held = isDown ? Qt::LeftButton : Qt::NoButton;
+            const auto pen = Test::makePenEvent(tablet, at, origin + at, held);
+            pen->ignore();
+            QCoreApplication::sendEvent(&field.box, pen.get());
+            if (pen->isAccepted())
+                return false;
+            QMouseEvent event(mouse, at, at + QPointF(field.box.pos()), origin + at,
+                              isPress || !isDown ? Qt::LeftButton : Qt::NoButton, held,
+                              Qt::NoModifier, Qt::MouseEventSynthesizedByQt);
+            QCoreApplication::sendEvent(&field.box, &event);
+            return true;
+        };
+        const QPointF from(60.25, 12.5);
+        QVERIFY(send(QEvent::TabletPress, QEvent::MouseButtonPress, from));
+        QCOMPARE(field.log.text, QString());
+        for (int i = 1; i <= 48; ++i)
+            QVERIFY(send(QEvent::TabletMove, QEvent::MouseMove, from + QPointF(0.5 * i, 0.0)));
+        QCOMPARE(field.log.text.count(QLatin1Char('S')), 1);
+        const double scrubbed = field.box.value();
+        QVERIFY2(scrubbed > 10.03 && scrubbed < 10.07, qPrintable(QString::number(scrubbed)));
+        // A pen stands where it is: the pointer is not put to the other edge of the screen.
+        const QRect screen = field.box.screen()->geometry();
+        const QPointF edge(screen.right() - origin.x(), from.y());
+        const QPoint pointer = QCursor::pos();
+        QVERIFY(send(QEvent::TabletMove, QEvent::MouseMove, edge));
+        QCOMPARE(QCursor::pos(), pointer);
+        QVERIFY(Test::sendKey(field.box, Qt::Key_Escape));
+        QVERIFY(send(QEvent::TabletMove, QEvent::MouseMove, from));
+        QVERIFY(send(QEvent::TabletRelease, QEvent::MouseButtonRelease, from));
+        QCOMPARE(field.box.value(), 10.0);
+        QVERIFY(field.log.text.endsWith(QLatin1Char('R')));
+    }
+
     void scrubbingByLabelAndMiddleButton() {
         Field field;
         QLabel label(QStringLiteral("&Gain"), &field.window);
