@@ -18,12 +18,10 @@ namespace Kestrel::Workbench {
 
 namespace {
 
-constexpr int gap = 6;
+constexpr int gap = 5;
+constexpr double titleSize = 0.9; // of the panel's font, so that all three fit beside each other
 constexpr int smallestBall = 72;
 constexpr int largestBall = 168;
-/** More than a scroll bar beside the panel can make of a column: the height of the balls must not
-    bring a bar that takes away what it is for. */
-constexpr int slack = 8;
 constexpr int numberWidth = 46;
 
 const char* channelName(std::size_t channel) {
@@ -93,6 +91,10 @@ QLayout* BalancePanel::make(Part& part) {
 
 void BalancePanel::makeBall(Part& part) {
     part.ball = new UI::TrackBall;
+    QFont font = part.ball->font();
+    if (font.pointSizeF() > 0.0) // or else it is one in pixels
+        font.setPointSizeF(font.pointSizeF() * titleSize);
+    part.ball->setFont(font);
     part.ball->setTitle(part.name);
     if (part.stored != &Balance::shadows)
         part.ball->setMode(UI::TrackBall::Gain);
@@ -166,15 +168,12 @@ void BalancePanel::changeEvent(QEvent* event) {
         applyColors();
 }
 
-void BalancePanel::resizeEvent(QResizeEvent* event) {
-    QWidget::resizeEvent(event);
-    const int column = (width() - 2 * gap) / 3;
+void BalancePanel::fitTo(int room) {
+    const int column = (room - 2 * gap) / int(m_parts.size());
     for (const Part& part : m_parts) {
-        const int title =
-            part.ball->minimumSizeHint().height() - part.ball->minimumSizeHint().width();
-        const int wanted = std::clamp(column, smallestBall, largestBall) + title;
-        if (std::abs(wanted - part.ball->minimumHeight()) > slack)
-            part.ball->setFixedHeight(wanted);
+        const QSize smallest = part.ball->minimumSizeHint();
+        const int title = smallest.height() - smallest.width();
+        part.ball->setFixedHeight(std::clamp(column, smallestBall, largestBall) + title);
     }
 }
 

@@ -27,9 +27,12 @@ public:
     /** @param grades  borrowed; outlives the panel */
     explicit BalancePanel(GradeHistory* grades, QWidget* parent = nullptr);
 
+    /** Makes the balls as large as fits into that width. Not the panel's own, which a scroll bar
+        changes that comes and goes with the height of the balls. */
+    void fitTo(int room);
+
 protected:
     void changeEvent(QEvent* event) override;
-    void resizeEvent(QResizeEvent* event) override;
 
 private:
     /** One of the three, with its limits as they are shown. */

@@ -18,6 +18,7 @@
 #include <QGridLayout>
 #include <QLabel>
 #include <QScrollArea>
+#include <QStyle>
 #include <QToolButton>
 #include <QVBoxLayout>
 
@@ -56,7 +57,7 @@ GradePanel::GradePanel(Session* session, QWidget* parent)
     scroll->setWidgetResizable(true);
     scroll->setFrameShape(QFrame::NoFrame);
     scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    scroll->setMinimumWidth(content->minimumSizeHint().width());
+    scroll->setMinimumWidth(content->minimumSizeHint().width() + scrollBarWidth());
     scroll->setFocusPolicy(Qt::NoFocus);
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
@@ -91,7 +92,7 @@ QLayout* GradePanel::makeHeader() {
 UI::Disclosure* GradePanel::makeGain() {
     m_wheel = new UI::ColorWheel({}, UI::ColorWheel::ValueRingWheel);
     m_wheel->setAccessibleName(tr("Gain"));
-    m_wheel->setMinimumSize(168, 168);
+    m_wheel->setMinimumSize(112, 168);
     m_wheel->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     m_wheel->setToolTip(tr("Left button: colour, on the ring value. F1 tells the rest."));
     bracket(m_wheel, tr("Gain"), [this](Grade& grade) {
@@ -134,7 +135,8 @@ UI::Disclosure* GradePanel::makeGain() {
 UI::Disclosure* GradePanel::makeBalance() {
     m_resetBalance = resetButton(tr("balance"), [](Grade& grade) { grade.balance = {}; });
     auto* row = new QHBoxLayout;
-    row->addWidget(new BalancePanel(m_grades));
+    m_balance = new BalancePanel(m_grades);
+    row->addWidget(m_balance);
     m_balanceSection = section(tr("Balance"), QStringLiteral("balance"), row);
     m_balanceSection->addHeaderWidget(m_resetBalance);
     return m_balanceSection;
@@ -236,6 +238,15 @@ void GradePanel::changeEvent(QEvent* event) {
     QWidget::changeEvent(event);
     if (event->type() == QEvent::PaletteChange)
         applyColors();
+}
+
+int GradePanel::scrollBarWidth() const {
+    return style()->pixelMetric(QStyle::PM_ScrollBarExtent);
+}
+
+void GradePanel::resizeEvent(QResizeEvent* event) {
+    QWidget::resizeEvent(event);
+    m_balance->fitTo(width() - 2 * margin - scrollBarWidth());
 }
 
 void GradePanel::showGrade() {

@@ -20,6 +20,7 @@ class DoubleSpinBox;
 
 namespace Kestrel::Workbench {
 
+class BalancePanel;
 class CurvesPanel;
 class ExposurePanel;
 class Session;
@@ -38,6 +39,7 @@ public:
 
 protected:
     void changeEvent(QEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
 
 private:
     QLayout* makeHeader();
@@ -53,6 +55,7 @@ private:
     template <typename Change>
     QToolButton* resetButton(const QString& what, Change change);
 
+    int scrollBarWidth() const;
     void showGrade();
     void summarize();
     void applyColors();
@@ -66,6 +69,7 @@ private:
     std::array<QLabel*, 3> m_gainLabels{};
     std::array<UI::DoubleSpinBox*, 3> m_gains{};
     QToolButton* m_resetGain;
+    BalancePanel* m_balance;
     QToolButton* m_resetBalance;
     ExposurePanel* m_exposure;
     QToolButton* m_resetExposure;

@@ -78,7 +78,7 @@ UI::DoubleSpinBox* StatusLine::makeCacheSize() {
     size->setDefaultValue(1024.0);
     size->setButtonSymbols(QAbstractSpinBox::NoButtons);
     size->setAlignment(Qt::AlignRight);
-    size->setFrame(false);
+    size->setFixedWidth(size->fontMetrics().horizontalAdvance(QStringLiteral(" 1048576 MiB ")) + 8);
     size->setAccessibleName(tr("Cache size"));
     size->setToolTip(tr("The memory that decoded frames may take"));
     // Not at every movement of a drag, which would throw away what it passes.
