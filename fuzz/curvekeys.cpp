@@ -148,8 +148,11 @@ private:
     CurveInput input() {
         const unsigned byte = m_choices.next();
         m_input.mouse = m_scene.plot.toWidget({m_choices.number(), m_choices.number()});
-        if (!std::isfinite(m_input.mouse.x()) || !std::isfinite(m_input.mouse.y()))
-            m_input.mouse = {double(byte), double(byte)};
+        // No further than a screen might be, which is still far beyond any knot.
+        const auto onScreen = [&](double pixel) {
+            return std::isfinite(pixel) ? std::clamp(pixel, -1e5, 1e5) : double(byte);
+        };
+        m_input.mouse = {onScreen(m_input.mouse.x()), onScreen(m_input.mouse.y())};
         m_input.modifiers = Qt::KeyboardModifiers();
         if (byte % 8 == 1)
             m_input.modifiers = Qt::ShiftModifier;
