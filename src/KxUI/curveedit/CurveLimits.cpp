@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
+#include <tuple>
 
 namespace Kestrel::UI::CurveLimits {
 namespace {
@@ -11,6 +13,27 @@ constexpr double GapSlack = 1e-6;
 constexpr double RoundingSlack = 4e-16;
 
 } // namespace
+
+CurveModel::Limits none() {
+    CurveModel::Limits limits;
+    limits.lowX = limits.lowY = -HUGE_VAL;
+    limits.highX = limits.highY = HUGE_VAL;
+    return limits;
+}
+
+bool isSame(const CurveModel::Limits& a, const CurveModel::Limits& b) {
+    const auto parts = [](const CurveModel::Limits& limits) {
+        return std::tie(limits.lowX, limits.highX, limits.lowY, limits.highY, limits.gap,
+                        limits.stepX, limits.fewestKnots, limits.mostKnots);
+    };
+    return parts(a) == parts(b);
+}
+
+bool areIndices(const std::vector<int>& knots, std::size_t count) {
+    const auto falls = std::adjacent_find(knots.begin(), knots.end(), std::greater_equal<int>());
+    return !knots.empty() && falls == knots.end() && knots.front() >= 0 &&
+           std::size_t(knots.back()) < count;
+}
 
 double leastBehind(double x, double gap) {
     return std::max(x + gap, std::nextafter(x, HUGE_VAL));

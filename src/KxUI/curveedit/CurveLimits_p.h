@@ -4,6 +4,14 @@
 
 namespace Kestrel::UI::CurveLimits {
 
+/** Infinite ones. */
+CurveModel::Limits none();
+
+bool isSame(const CurveModel::Limits& a, const CurveModel::Limits& b);
+
+/** Whether these are indices within a count, one at least, that rise. */
+bool areIndices(const std::vector<int>& knots, std::size_t count);
+
 /** The least x of a knot behind one at `x`, and the greatest one of a knot before it. */
 double leastBehind(double x, double gap);
 double mostBefore(double x, double gap);

@@ -10,9 +10,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <functional>
 #include <map>
-#include <tuple>
 
 namespace Kestrel::UI {
 namespace {
@@ -21,23 +19,9 @@ using Key = KeyCurve::Key;
 using Keys = std::vector<Key>;
 using Shape = KeyCurve::Shape;
 
-CurveModel::Limits noLimits() {
-    CurveModel::Limits limits;
-    limits.lowX = limits.lowY = -HUGE_VAL;
-    limits.highX = limits.highY = HUGE_VAL;
-    return limits;
-}
-
 bool isSelectionEqual(const Keys& a, const Keys& b) {
     return std::equal(a.begin(), a.end(), b.begin(), b.end(),
                       [](const Key& x, const Key& y) { return x.selected == y.selected; });
-}
-
-// Indices that rise and are within the count.
-bool areIndices(const std::vector<int>& knots, std::size_t count) {
-    const auto falls = std::adjacent_find(knots.begin(), knots.end(), std::greater_equal<int>());
-    return !knots.empty() && falls == knots.end() && knots.front() >= 0 &&
-           std::size_t(knots.back()) < count;
 }
 
 // Makes a piece of `keys` one of its own slopes, which are those that it has.
@@ -51,14 +35,6 @@ void setFree(Keys& keys, const KeyCurve& curve, std::size_t piece) {
         keys[i].broken = keys[i].broken || slopes.in != slopes.out;
     }
     keys[piece].shape = Shape::Free;
-}
-
-bool isSame(const CurveModel::Limits& a, const CurveModel::Limits& b) {
-    const auto parts = [](const CurveModel::Limits& limits) {
-        return std::tie(limits.lowX, limits.highX, limits.lowY, limits.highY, limits.gap,
-                        limits.stepX, limits.fewestKnots, limits.mostKnots);
-    };
-    return parts(a) == parts(b);
 }
 
 bool isTaken(const Key& key) {
@@ -81,7 +57,7 @@ struct KeyCurveModel::Private {
         QString name;
         QColor color;
         Abilities abilities = CanMoveX | CanAdd | CanRemove | HasShapes | HasSlopes;
-        Limits limits = noLimits();
+        Limits limits = CurveLimits::none();
     };
 
     explicit Private(KeyCurveModel* model)
@@ -236,7 +212,7 @@ void KeyCurveModel::setAbilities(int curve, Abilities abilities) {
 }
 
 void KeyCurveModel::setLimits(int curve, const Limits& limits) {
-    if (!m->holds(curve) || isSame(m->at(curve).limits, limits))
+    if (!m->holds(curve) || CurveLimits::isSame(m->at(curve).limits, limits))
         return;
     m->at(curve).limits = limits;
     Q_EMIT curvesChanged();
@@ -416,7 +392,7 @@ int KeyCurveModel::addOnLine(int curve, double x) {
 
 bool KeyCurveModel::remove(int curve, const std::vector<int>& knots) {
     KXUI_INTERFACE_THREAD(this);
-    if (!m->can(curve, CanRemove) || !areIndices(knots, m->keys(curve).size()))
+    if (!m->can(curve, CanRemove) || !CurveLimits::areIndices(knots, m->keys(curve).size()))
         return false;
     KeyCurve becomes = m->at(curve).curve;
     const std::size_t fewest = std::size_t(std::max(m->at(curve).limits.fewestKnots, 0));
@@ -442,8 +418,8 @@ bool KeyCurveModel::remove(int curve, const std::vector<int>& knots) {
 
 bool KeyCurveModel::setShape(int curve, const std::vector<int>& knots, int shape) {
     KXUI_INTERFACE_THREAD(this);
-    if (!m->can(curve, HasShapes) || !areIndices(knots, m->keys(curve).size()) || shape < 0 ||
-        shape > int(Shape::Free))
+    if (!m->can(curve, HasShapes) || !CurveLimits::areIndices(knots, m->keys(curve).size()) ||
+        shape < 0 || shape > int(Shape::Free))
         return false;
     const KeyCurve& present = m->at(curve).curve;
     const auto first = std::size_t(knots.front());
