@@ -9,6 +9,7 @@
 #include <QStackedWidget>
 #include <QToolButton>
 
+#include <algorithm>
 #include <limits>
 #include <utility>
 
@@ -168,7 +169,8 @@ void ColorPickerPrivate::watchParts() {
 
 void ColorPickerPrivate::addShortcuts() {
     for (int bit = 0; bit < 7; ++bit) {
-        auto* shortcut = new QShortcut(QKeySequence(Qt::CTRL + (Qt::Key_1 + bit)), q);
+        auto* shortcut =
+            new QShortcut(QKeySequence(Qt::CTRL | static_cast<Qt::Key>(Qt::Key_1 + bit)), q);
         shortcut->setContext(Qt::WidgetWithChildrenShortcut);
         QObject::connect(shortcut, &QShortcut::activated, q,
                          [this, bit] { setCurrentPage(static_cast<ColorPicker::Page>(1 << bit)); });
