@@ -70,7 +70,10 @@ QString size(std::uint64_t bytes, bool isEstimate) {
 
 QString time(const QDateTime& time, const QDateTime& now) {
     const QLocale locale;
-    const QString clock = locale.toString(time.time(), QLocale::ShortFormat);
+    // Without seconds, which some locales have in their short form, too.
+    QString format = locale.timeFormat(QLocale::ShortFormat);
+    format.remove(QLatin1String(":ss"));
+    const QString clock = locale.toString(time.time(), format);
     const qint64 days = time.date().daysTo(now.date());
     if (days == 0)
         return Text::tr("Today %1").arg(clock);

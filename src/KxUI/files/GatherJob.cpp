@@ -62,7 +62,11 @@ bool GatherJob::block(const Platform::Listing& soFar) {
     m_ticket.tick();
     if (m_ticket.isCancelled())
         return false;
-    if (m_request.tellsMeanwhile && Ticket::now() >= m_nextPublish) {
+    // A listing that would cost a good part of the reading is no news worth it.
+    constexpr std::int64_t costOfEntry = 300; // nanoseconds, more or less
+    const auto cost = static_cast<std::int64_t>(soFar.entries.size()) * costOfEntry;
+    const std::int64_t now = Ticket::now();
+    if (m_request.tellsMeanwhile && now >= m_nextPublish && now - m_started >= 4 * cost) {
         m_entries = soFar.entries;
         publish(FileListing::State::Reading, 0);
     }

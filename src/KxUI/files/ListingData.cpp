@@ -129,12 +129,21 @@ private:
     }
 
     void sortByKey() {
-        // Pairs, not a look into the items for each comparison.
-        std::vector<std::pair<std::uint64_t, std::int32_t>> keys;
-        keys.reserve(m_data.items.size());
+        // Keys are hashes: by their upper bits they fall into small heaps of the same size.
+        constexpr int shift = 52;
+        std::vector<std::uint32_t> starts((1U << (64 - shift)) + 1);
         for (const Item& item : m_data.items)
-            keys.emplace_back(item.key, static_cast<std::int32_t>(keys.size()));
-        std::sort(keys.begin(), keys.end());
+            ++starts[(item.key >> shift) + 1];
+        for (std::size_t i = 1; i < starts.size(); ++i)
+            starts[i] += starts[i - 1];
+        std::vector<std::pair<std::uint64_t, std::int32_t>> keys(m_data.items.size());
+        auto next = starts;
+        for (std::size_t i = 0; i < keys.size(); ++i) {
+            const std::uint64_t key = m_data.items[i].key;
+            keys[next[key >> shift]++] = {key, static_cast<std::int32_t>(i)};
+        }
+        for (std::size_t i = 1; i < starts.size(); ++i)
+            std::sort(keys.begin() + starts[i - 1], keys.begin() + starts[i]);
         m_data.byKey.clear();
         m_data.byKey.reserve(keys.size());
         for (const auto& key : keys)
