@@ -81,6 +81,7 @@ public:
         sequence has the row of the sequence. Invalid for none. */
     QModelIndex indexOf(const QByteArray& name) const;
 
+    /** What views ask for, see QAbstractItemModel. */
     int rowCount(const QModelIndex& parent = {}) const override;
     int columnCount(const QModelIndex& parent = {}) const override;
     QVariant data(const QModelIndex& index, int role = Qt::DisplayRole) const override;

@@ -25,8 +25,8 @@ public:
 
     /** Reads the text of a name field: one name, or several, each in double quotes, with blanks
         between them. Without a quote everything is one name, but for blanks at both ends. With
-        quotes, `\"` is a quote and `\\` a backslash; any other backslash stands for itself, and
-        where it separates folders all do. */
+        quotes, a backslash takes a quote or a backslash behind it literally; any other stands for
+        itself, and where backslashes separate folders all of them do. */
     static List split(std::string_view text);
 
     /** The text that split() reads as these names. */
@@ -63,8 +63,8 @@ public:
         std::int32_t number = 0; ///< What they mean.
     };
 
-    /** The last version of a name or a path: `v` or `V` and digits behind one of `.`, `_`, `-` and
-        `/`, and no letter behind them. */
+    /** The last version of a name or a path: the letter v in either case and digits, with a point, an
+        underscore, a dash or a slash before it and no letter behind. */
     static std::optional<Version> versionOf(std::string_view name);
 
     /** The name with another version in the place of the last one, written with as many digits or
