@@ -114,7 +114,10 @@ void pickTheirs(benchmark::State& state) {
 
 } // namespace
 
+void registerSwatchBenchmarks();
+
 void registerBenchmarks() {
+    registerSwatchBenchmarks();
     const std::string slide = "colour slider at 300 px: another gradient, painted";
     Bench::add(slide, "ours", slideOurs);
     Bench::add(slide, "Qt-Color-Widgets", slideTheirs);

@@ -35,6 +35,10 @@ void convertAll(float* rgb, int pixels) {
     }
 }
 
+bool allAtLeast(const Factors& light, float least) {
+    return std::all_of(light.begin(), light.end(), [least](float part) { return part >= least; });
+}
+
 /** How the viewer shows light. */
 UI::DisplayTransform viewing() {
     return {convertAll<srgbSignal>, convertAll<srgbLight>, QStringLiteral("sRGB")};
@@ -123,8 +127,7 @@ QLayout* ColorPanel::makeButtons() {
 
 std::optional<GainColor> ColorPanel::tintOf(const UI::ColorValue& color, const GainColor& before) {
     const Factors light{color.red, color.green, color.blue};
-    if (*std::min_element(light.begin(), light.end()) < 0.0F ||
-        *std::max_element(light.begin(), light.end()) <= 0.0F)
+    if (!allAtLeast(light, 0.0F) || light == Factors{})
         return std::nullopt;
     GainColor gain = gainColor(light, before);
     gain.value = before.value;
@@ -134,10 +137,10 @@ std::optional<GainColor> ColorPanel::tintOf(const UI::ColorValue& color, const G
 std::optional<GainColor> ColorPanel::greyingOf(const UI::ColorValue& color,
                                                const GainColor& before) {
     const Factors light{color.red, color.green, color.blue};
-    const float least = *std::min_element(light.begin(), light.end());
     constexpr float darkest = 1e-6F;
-    if (!(least >= darkest))
+    if (!allAtLeast(light, darkest))
         return std::nullopt;
+    const float least = *std::min_element(light.begin(), light.end());
     GainColor gain = gainColor({least / light[0], least / light[1], least / light[2]}, before);
     gain.value = before.value;
     return gain;

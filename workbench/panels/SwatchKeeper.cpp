@@ -11,6 +11,9 @@
 #include <QSaveFile>
 #include <QThreadPool>
 
+#include <functional>
+#include <utility>
+
 namespace Kestrel::Workbench {
 
 namespace {
@@ -19,14 +22,13 @@ constexpr int restBeforeSaving = 500; // milliseconds
 constexpr qint64 largestFile = 8 << 20;
 
 /** One after the other, so that the last list is the one in the file. */
-template <typename Work>
-void later(Work work) {
+void later(std::function<void()> work) {
     static QThreadPool* const thread = [] {
         auto* pool = new QThreadPool(QCoreApplication::instance());
         pool->setMaxThreadCount(1);
         return pool;
     }();
-    thread->start(QRunnable::create(work));
+    thread->start(QRunnable::create(std::move(work)));
 }
 
 /** On the interface thread, if the keeper is still there. */
