@@ -26,10 +26,13 @@ QVBoxLayout* makeColumn(TrackBall* ball, const QVector3D& factors) {
         column->addWidget(field);
     }
     // Whoever changes the factors, the fields show them, and the other way round.
-    QObject::connect(ball, &TrackBall::factorsChanged, ball, [fields](const QVector3D& now) {
+    const auto show = [fields](const QVector3D& now) {
         for (int channel = 0; channel < 3; ++channel)
             fields[static_cast<std::size_t>(channel)]->setValue(static_cast<double>(now[channel]));
-    });
+    };
+    QObject::connect(ball, &TrackBall::factorsChanged, ball, show);
+    ball->setFactors(factors);
+    show(factors); // which may be those that it has
     for (int channel = 0; channel < 3; ++channel) {
         QObject::connect(fields[static_cast<std::size_t>(channel)], &DoubleSpinBox::valueEdited,
                          ball, [ball, channel](double value) {
@@ -38,7 +41,6 @@ QVBoxLayout* makeColumn(TrackBall* ball, const QVector3D& factors) {
                              ball->setFactors(now);
                          });
     }
-    ball->setFactors(factors);
     return column;
 }
 

@@ -3,7 +3,6 @@
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QTabletEvent>
-#include <QTabletEvent>
 #include <QWheelEvent>
 #include <QWidget>
 #include <QtTest>
