@@ -293,13 +293,7 @@ bool ColorWheel::event(QEvent* event) {
     default:
         break;
     }
-    if (d->bracket.takes(event))
-        return true;
-    if (!d->bracket.isAdrift() || !d->drag.isActive())
-        return QWidget::event(event);
-    const QPointer<ColorWheel> self(this);
-    d->execute(d->drag.finish());
-    return !self || QWidget::event(event);
+    return d->takes(event) || QWidget::event(event);
 }
 
 void ColorWheel::paintEvent(QPaintEvent* event) {

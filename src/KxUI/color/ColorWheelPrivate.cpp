@@ -98,6 +98,16 @@ QPointF ColorWheelPrivate::upwards(const QPointF& position) const {
     return {position.x(), m_wheel->height() - position.y()};
 }
 
+bool ColorWheelPrivate::takes(QEvent* event) {
+    if (bracket.takes(event))
+        return true;
+    if (!bracket.isAdrift() || !drag.isActive())
+        return false;
+    const QPointer<ColorWheel> wheel(m_wheel);
+    execute(drag.finish());
+    return wheel.isNull();
+}
+
 bool ColorWheelPrivate::isOwnKey(const QKeyEvent& event) const {
     if (event.key() == Qt::Key_Escape)
         return drag.isHeld() || (bracket.isEditing() && bracket.gesture() == EditGestures::Keys);

@@ -33,6 +33,9 @@ public:
     /** A position in the widget from its lower left corner, y upwards. */
     QPointF upwards(const QPointF& position) const;
 
+    /** Whether an event is done with: the bracket took it, or the wheel is gone. */
+    bool takes(QEvent* event);
+
     /** Whether a key is the wheel's, before a shortcut's. */
     bool isOwnKey(const QKeyEvent& event) const;
 
