@@ -28,6 +28,7 @@ const titles = [
   ["How times are written", "transport.html#notation", "Transport controls"],
   ["Grading", "grading.html"],
   ["Gain", "grading.html#gain", "Grading"],
+  ["Balance", "grading.html#balance", "Grading"],
   ["Exposure", "grading.html#exposure", "Grading"],
   ["Curves", "grading.html#curves", "Grading"],
   ["YCbCr preview", "grading.html#preview", "Grading"],

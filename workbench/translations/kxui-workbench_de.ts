@@ -102,64 +102,149 @@
     </message>
 </context>
 <context>
-    <name>Kestrel::Workbench::CurveView</name>
+    <name>Kestrel::Workbench::BalancePanel</name>
     <message>
-        <source>x %1  y %2</source>
-        <translation>x %1  y %2</translation>
+        <source>Red</source>
+        <translation>Rot</translation>
+    </message>
+    <message>
+        <source>Green</source>
+        <translation>Grün</translation>
+    </message>
+    <message>
+        <source>Blue</source>
+        <translation>Blau</translation>
+    </message>
+    <message>
+        <source>Shadows</source>
+        <translation>Schatten</translation>
+    </message>
+    <message>
+        <source>Midtones</source>
+        <translation>Mitteltöne</translation>
+    </message>
+    <message>
+        <source>Highlights</source>
+        <translation>Lichter</translation>
+    </message>
+    <message>
+        <source>Reset</source>
+        <translation>Zurücksetzen</translation>
+    </message>
+    <message>
+        <source>Reset %1</source>
+        <translation>%1 zurücksetzen</translation>
+    </message>
+    <message>
+        <source>Drag the ball for the colour, the ring for the brightness</source>
+        <translation>Die Kugel zieht die Farbe, der Ring die Helligkeit</translation>
+    </message>
+    <message>
+        <source>%1, %2</source>
+        <translation>%1, %2</translation>
+    </message>
+</context>
+<context>
+    <name>Kestrel::Workbench::ColorPanel</name>
+    <message>
+        <source>Tint Gain</source>
+        <translation>Gain tönen</translation>
+    </message>
+    <message>
+        <source>The gain gets this hue and saturation</source>
+        <translation>Der Gain erhält diesen Farbton und diese Sättigung</translation>
+    </message>
+    <message>
+        <source>Make Grey</source>
+        <translation>Zu Grau machen</translation>
+    </message>
+    <message>
+        <source>The gain becomes the one by which this colour, taken from the picture, is a grey: for white balance</source>
+        <translation>Der Gain wird der, mit dem diese Farbe des Bildes ein Grau ist: für den Weißabgleich</translation>
+    </message>
+</context>
+<context>
+    <name>Kestrel::Workbench::CurvesPanel</name>
+    <message>
+        <source>Red</source>
+        <translation>Rot</translation>
+    </message>
+    <message>
+        <source>Green</source>
+        <translation>Grün</translation>
+    </message>
+    <message>
+        <source>Blue</source>
+        <translation>Blau</translation>
+    </message>
+    <message>
+        <source>Master</source>
+        <translation>Master</translation>
+    </message>
+    <message>
+        <source>%1 Curve: %2</source>
+        <translation>Kurve %1: %2</translation>
+    </message>
+</context>
+<context>
+    <name>Kestrel::Workbench::ExposureCurvePanel</name>
+    <message>
+        <source>Exposure</source>
+        <translation>Belichtung</translation>
+    </message>
+    <message>
+        <source>Exposure over the frames, in stops</source>
+        <translation>Belichtung über die Bilder, in Blenden</translation>
+    </message>
+    <message>
+        <source>Exposure: %1</source>
+        <translation>Belichtung: %1</translation>
+    </message>
+    <message>
+        <source>%1 stops on every frame. A press below sets the first key.</source>
+        <translation>%1 Blenden auf jedem Bild. Ein Druck hierunter setzt den ersten Schlüssel.</translation>
+    </message>
+</context>
+<context>
+    <name>Kestrel::Workbench::ExposurePanel</name>
+    <message>
+        <source>Stops</source>
+        <translation>Blenden</translation>
     </message>
     <message numerus="yes">
-        <source>%n knots</source>
+        <source>%n keys</source>
         <translation>
-            <numerusform>%n Stützpunkt</numerusform>
-            <numerusform>%n Stützpunkte</numerusform>
+            <numerusform>%n Schlüssel</numerusform>
+            <numerusform>%n Schlüssel</numerusform>
         </translation>
     </message>
     <message>
-        <source>Knot %1 of %2, %3</source>
-        <translation>Stützpunkt %1 von %2, %3</translation>
+        <source>Exposure</source>
+        <translation>Belichtung</translation>
     </message>
     <message>
-        <source>Curve</source>
-        <translation>Kurve</translation>
+        <source>Multiplies the light</source>
+        <translation>Vervielfacht das Licht</translation>
     </message>
     <message>
-        <source>Delete Knot</source>
-        <translation>Stützpunkt löschen</translation>
+        <source>Exposure in stops</source>
+        <translation>Belichtung in Blenden</translation>
     </message>
     <message>
-        <source>Reset Knot</source>
-        <translation>Stützpunkt zurücksetzen</translation>
+        <source>Exposure key</source>
+        <translation>Schlüssel der Belichtung</translation>
     </message>
     <message>
-        <source>Reset Curve</source>
-        <translation>Kurve zurücksetzen</translation>
+        <source>Sets a key of the exposure at this frame, or removes it. With keys, the exposure goes from one to the next.</source>
+        <translation>Setzt auf diesem Bild einen Schlüssel der Belichtung oder entfernt ihn. Mit Schlüsseln geht die Belichtung von einem zum nächsten.</translation>
     </message>
     <message>
-        <source>reset curve</source>
-        <translation>Kurve zurücksetzen</translation>
+        <source>Add Exposure Key</source>
+        <translation>Belichtungsschlüssel setzen</translation>
     </message>
     <message>
-        <source>move knot</source>
-        <translation>Stützpunkt bewegen</translation>
-    </message>
-    <message>
-        <source>add knot</source>
-        <translation>Stützpunkt hinzufügen</translation>
-    </message>
-    <message numerus="yes">
-        <source>%n knots at most</source>
-        <translation>
-            <numerusform>höchstens %n Stützpunkt</numerusform>
-            <numerusform>höchstens %n Stützpunkte</numerusform>
-        </translation>
-    </message>
-    <message>
-        <source>delete knot</source>
-        <translation>Stützpunkt löschen</translation>
-    </message>
-    <message>
-        <source>reset knot</source>
-        <translation>Stützpunkt zurücksetzen</translation>
+        <source>Remove Exposure Key</source>
+        <translation>Belichtungsschlüssel entfernen</translation>
     </message>
 </context>
 <context>
@@ -232,28 +317,12 @@
         <translation>Belichtung</translation>
     </message>
     <message>
-        <source>Multiplies the light</source>
-        <translation>Multipliziert das Licht</translation>
-    </message>
-    <message>
-        <source>Exposure in stops</source>
-        <translation>Belichtung in Blendenstufen</translation>
-    </message>
-    <message>
         <source>exposure</source>
         <translation>Belichtung</translation>
     </message>
     <message>
-        <source>Stops</source>
-        <translation>Blenden</translation>
-    </message>
-    <message>
         <source>Reset</source>
         <translation>Zurücksetzen</translation>
-    </message>
-    <message>
-        <source>Reset %1 Curve</source>
-        <translation>Kurve %1 zurücksetzen</translation>
     </message>
     <message>
         <source>Curves</source>
@@ -276,28 +345,16 @@
         <translation>%1 zurücksetzen</translation>
     </message>
     <message>
-        <source>%1 Curve: %2</source>
-        <translation>Kurve %1: %2</translation>
+        <source>balance</source>
+        <translation>Balance</translation>
     </message>
     <message>
-        <source>%1 curve</source>
-        <translation>Kurve %1</translation>
+        <source>Balance</source>
+        <translation>Balance</translation>
     </message>
     <message>
-        <source>Blue</source>
-        <translation>Blau</translation>
-    </message>
-    <message>
-        <source>Master</source>
-        <translation>Master</translation>
-    </message>
-    <message>
-        <source>Red</source>
-        <translation>Rot</translation>
-    </message>
-    <message>
-        <source>Green</source>
-        <translation>Grün</translation>
+        <source>curves</source>
+        <translation>Kurven</translation>
     </message>
 </context>
 <context>
@@ -653,8 +710,35 @@
         <translation>%1 ausgelassen</translation>
     </message>
     <message>
-        <source>Cache %1 of %2, %3 frames</source>
-        <translation>Cache %1 von %2, %3 Bilder</translation>
+        <source>Cache size</source>
+        <translation>Größe des Zwischenspeichers</translation>
+    </message>
+    <message>
+        <source>The memory that decoded frames may take</source>
+        <translation>Der Speicher, den dekodierte Bilder belegen dürfen</translation>
+    </message>
+    <message>
+        <source>Cache %1 of</source>
+        <translation>Zwischenspeicher %1 von</translation>
+    </message>
+    <message>
+        <source>%1 frames</source>
+        <translation>%1 Bilder</translation>
+    </message>
+</context>
+<context>
+    <name>Kestrel::Workbench::SwatchKeeper</name>
+    <message>
+        <source>The swatches can not be read: %1</source>
+        <translation>Die Farbfelder lassen sich nicht lesen: %1</translation>
+    </message>
+    <message>
+        <source>%1: %2</source>
+        <translation>%1: %2</translation>
+    </message>
+    <message>
+        <source>The swatches can not be saved: %1</source>
+        <translation>Die Farbfelder lassen sich nicht speichern: %1</translation>
     </message>
 </context>
 <context>
@@ -662,6 +746,30 @@
     <message>
         <source>Drag to go through the frames</source>
         <translation>Zum Durchlaufen der Bilder ziehen</translation>
+    </message>
+    <message>
+        <source>Frames to skip</source>
+        <translation>Zu überspringende Bilder</translation>
+    </message>
+    <message>
+        <source>How many frames are skipped</source>
+        <translation>Wie viele Bilder übersprungen werden</translation>
+    </message>
+    <message>
+        <source>Skip backwards (Shift+Left)</source>
+        <translation>Rückwärts überspringen (Umschalt+Links)</translation>
+    </message>
+    <message>
+        <source>Skip forwards (Shift+Right)</source>
+        <translation>Vorwärts überspringen (Umschalt+Rechts)</translation>
+    </message>
+    <message>
+        <source>Skip backwards</source>
+        <translation>Rückwärts überspringen</translation>
+    </message>
+    <message>
+        <source>Skip forwards</source>
+        <translation>Vorwärts überspringen</translation>
     </message>
 </context>
 <context>
@@ -696,6 +804,14 @@
     <message>
         <source>   shown at %1 × %2</source>
         <translation>   gezeigt mit %1 × %2</translation>
+    </message>
+    <message>
+        <source>Pixel under the pointer</source>
+        <translation>Bildpunkt unter dem Zeiger</translation>
+    </message>
+    <message>
+        <source>%1, %2:  %3</source>
+        <translation>%1, %2:  %3</translation>
     </message>
 </context>
 <context>
@@ -793,6 +909,14 @@
     <message>
         <source>History</source>
         <translation>Verlauf</translation>
+    </message>
+    <message>
+        <source>Exposure</source>
+        <translation>Belichtung</translation>
+    </message>
+    <message>
+        <source>Colour</source>
+        <translation>Farbe</translation>
     </message>
 </context>
 <context>

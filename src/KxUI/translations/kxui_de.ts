@@ -19,6 +19,128 @@ Zeile %2, Spalte %3</translation>
     </message>
 </context>
 <context>
+    <name>FileListModel</name>
+    <message>
+        <source>Today %1</source>
+        <translation>Heute %1</translation>
+    </message>
+    <message>
+        <source>Yesterday %1</source>
+        <translation>Gestern %1</translation>
+    </message>
+    <message>
+        <source>Folder</source>
+        <translation>Ordner</translation>
+    </message>
+    <message>
+        <source>Link</source>
+        <translation>Verknüpfung</translation>
+    </message>
+    <message>
+        <source>%1, sequence</source>
+        <translation>%1, Sequenz</translation>
+    </message>
+    <message>
+        <source>frames %1 to %2</source>
+        <translation>Bilder %1 bis %2</translation>
+    </message>
+    <message>
+        <source>%1 missing</source>
+        <translation>%1 fehlen</translation>
+    </message>
+    <message>
+        <source>about %1</source>
+        <translation>etwa %1</translation>
+    </message>
+    <message>
+        <source>modified %1</source>
+        <translation>geändert %1</translation>
+    </message>
+    <message>
+        <source>does not exist any more</source>
+        <translation>gibt es nicht mehr</translation>
+    </message>
+    <message>
+        <source>Name</source>
+        <translation>Name</translation>
+    </message>
+    <message>
+        <source>Frames</source>
+        <translation>Bilder</translation>
+    </message>
+    <message>
+        <source>Missing</source>
+        <translation>Fehlend</translation>
+    </message>
+    <message>
+        <source>Size</source>
+        <translation>Größe</translation>
+    </message>
+    <message>
+        <source>Modified</source>
+        <translation>Geändert</translation>
+    </message>
+    <message>
+        <source>Type</source>
+        <translation>Art</translation>
+    </message>
+</context>
+<context>
+    <name>FileManager</name>
+    <message>
+        <source>Too many folders do not answer.</source>
+        <translation>Zu viele Ordner antworten nicht.</translation>
+    </message>
+    <message>
+        <source>This folder does not exist.</source>
+        <translation>Diesen Ordner gibt es nicht.</translation>
+    </message>
+    <message>
+        <source>This is not a folder.</source>
+        <translation>Das ist kein Ordner.</translation>
+    </message>
+    <message>
+        <source>You have no permission to read this folder.</source>
+        <translation>Ihnen fehlt die Berechtigung, diesen Ordner zu lesen.</translation>
+    </message>
+    <message>
+        <source>The server of this folder does not answer.</source>
+        <translation>Der Server dieses Ordners antwortet nicht.</translation>
+    </message>
+    <message>
+        <source>This folder is a link that leads round in a circle.</source>
+        <translation>Dieser Ordner ist eine Verknüpfung, die im Kreis führt.</translation>
+    </message>
+    <message>
+        <source>Too many files are open. Close some and try again.</source>
+        <translation>Es sind zu viele Dateien offen. Schließen Sie einige und versuchen Sie es noch einmal.</translation>
+    </message>
+    <message>
+        <source>There is not enough memory to list this folder.</source>
+        <translation>Der Speicher reicht nicht, um diesen Ordner aufzulisten.</translation>
+    </message>
+    <message>
+        <source>The name is too long.</source>
+        <translation>Der Name ist zu lang.</translation>
+    </message>
+    <message>
+        <source>This folder cannot be read: %1.</source>
+        <translation>Dieser Ordner lässt sich nicht lesen: %1.</translation>
+    </message>
+    <message>
+        <source>File</source>
+        <translation>Datei</translation>
+    </message>
+    <message>
+        <source>%1 image</source>
+        <translation>%1-Bild</translation>
+    </message>
+    <message>
+        <source>%1 file</source>
+        <translation>%1-Datei</translation>
+    </message>
+</context>
+<context>
     <name>FrameSlider</name>
     <message>
         <source>Frame</source>
@@ -55,6 +177,220 @@ Zeile %2, Spalte %3</translation>
     </message>
 </context>
 <context>
+    <name>Kestrel::UI::ColorButton</name>
+    <message>
+        <source>&amp;Copy colour</source>
+        <translation>Farbe &amp;kopieren</translation>
+    </message>
+    <message>
+        <source>&amp;Paste colour</source>
+        <translation>Farbe &amp;einfügen</translation>
+    </message>
+    <message>
+        <source>Colour</source>
+        <translation>Farbe</translation>
+    </message>
+</context>
+<context>
+    <name>Kestrel::UI::ColorCodeEdit</name>
+    <message>
+        <source>Colour code</source>
+        <translation>Farbcode</translation>
+    </message>
+    <message>
+        <source>The code of what the screen shows</source>
+        <translation>Der Code dessen, was der Bildschirm zeigt</translation>
+    </message>
+    <message>
+        <source>The code of what the screen shows: %1</source>
+        <translation>Der Code dessen, was der Bildschirm zeigt: %1</translation>
+    </message>
+    <message>
+        <source>The screen can not show this colour; the code is only near it</source>
+        <translation>Der Bildschirm kann diese Farbe nicht zeigen; der Code kommt ihr nur nahe</translation>
+    </message>
+</context>
+<context>
+    <name>Kestrel::UI::ColorField</name>
+    <message>
+        <source>Colour field</source>
+        <translation>Farbfeld</translation>
+    </message>
+</context>
+<context>
+    <name>Kestrel::UI::ColorModel</name>
+    <message>
+        <source>Red</source>
+        <translation>Rot</translation>
+    </message>
+    <message>
+        <source>Green</source>
+        <translation>Grün</translation>
+    </message>
+    <message>
+        <source>Blue</source>
+        <translation>Blau</translation>
+    </message>
+    <message>
+        <source>Alpha</source>
+        <translation>Alpha</translation>
+    </message>
+    <message>
+        <source>Hue</source>
+        <translation>Farbton</translation>
+    </message>
+    <message>
+        <source>Saturation</source>
+        <translation>Sättigung</translation>
+    </message>
+    <message>
+        <source>Value</source>
+        <translation>Helligkeit</translation>
+    </message>
+    <message>
+        <source>Temperature</source>
+        <translation>Temperatur</translation>
+    </message>
+    <message>
+        <source>Magenta</source>
+        <translation>Magenta</translation>
+    </message>
+    <message>
+        <source>Intensity</source>
+        <translation>Intensität</translation>
+    </message>
+    <message>
+        <source>Luma</source>
+        <translation>Luma</translation>
+    </message>
+    <message>
+        <source>Cb</source>
+        <translation>Cb</translation>
+    </message>
+    <message>
+        <source>Cr</source>
+        <translation>Cr</translation>
+    </message>
+</context>
+<context>
+    <name>Kestrel::UI::ColorPicker</name>
+    <message>
+        <source>Ex</source>
+        <comment>exposure, short</comment>
+        <translation>Bel</translation>
+    </message>
+    <message>
+        <source>Exposure</source>
+        <translation>Belichtung</translation>
+    </message>
+    <message>
+        <source>Exposure of the colour, in stops</source>
+        <translation>Belichtung der Farbe, in Blenden</translation>
+    </message>
+    <message>
+        <source>Coding</source>
+        <translation>Kodierung</translation>
+    </message>
+    <message>
+        <source>By which luma, Cb and Cr are made of red, green, blue</source>
+        <translation>Nach der Luma, Cb und Cr aus Rot, Grün, Blau entstehen</translation>
+    </message>
+    <message>
+        <source>Linked channels keep to their ratios</source>
+        <translation>Verbundene Kanäle behalten ihre Verhältnisse</translation>
+    </message>
+    <message>
+        <source>Linked</source>
+        <translation>Verbunden</translation>
+    </message>
+    <message>
+        <source>Parts below 0 are seen as 0 here; an edit clears them.</source>
+        <translation>Anteile unter 0 gelten hier als 0; eine Änderung entfernt sie.</translation>
+    </message>
+    <message>
+        <source>Keep Colour</source>
+        <translation>Farbe behalten</translation>
+    </message>
+    <message>
+        <source>Previous colour</source>
+        <translation>Vorige Farbe</translation>
+    </message>
+    <message>
+        <source>Colour</source>
+        <translation>Farbe</translation>
+    </message>
+    <message>
+        <source>Pipette</source>
+        <translation>Pipette</translation>
+    </message>
+    <message>
+        <source>Wheel</source>
+        <translation>Rad</translation>
+    </message>
+    <message>
+        <source>Field</source>
+        <translation>Feld</translation>
+    </message>
+    <message>
+        <source>Swatches</source>
+        <translation>Farbfelder</translation>
+    </message>
+    <message>
+        <source>%1 stays</source>
+        <translation>%1 bleibt</translation>
+    </message>
+    <message>
+        <source>Pick from the &amp;screen</source>
+        <translation>Vom &amp;Bildschirm aufnehmen</translation>
+    </message>
+</context>
+<context>
+    <name>Kestrel::UI::ColorSampler</name>
+    <message>
+        <source>Take a colour from anywhere on the screen (I)</source>
+        <translation>Eine Farbe irgendwo vom Bildschirm aufnehmen (I)</translation>
+    </message>
+    <message>
+        <source>Take a colour from the windows of this application (I); the desktop keeps those of others to itself</source>
+        <translation>Eine Farbe aus den Fenstern dieses Programms aufnehmen (I); die anderer Programme behält der Desktop für sich</translation>
+    </message>
+    <message>
+        <source>No colour can be taken here</source>
+        <translation>Hier lässt sich keine Farbe aufnehmen</translation>
+    </message>
+</context>
+<context>
+    <name>Kestrel::UI::ColorSwatch</name>
+    <message>
+        <source>Red %1, green %2, blue %3</source>
+        <translation>Rot %1, Grün %2, Blau %3</translation>
+    </message>
+    <message>
+        <source>, alpha %1</source>
+        <translation>, Alpha %1</translation>
+    </message>
+    <message>
+        <source>&amp;Copy colour</source>
+        <translation>Farbe &amp;kopieren</translation>
+    </message>
+    <message>
+        <source>&amp;Paste colour</source>
+        <translation>Farbe &amp;einfügen</translation>
+    </message>
+    <message>
+        <source>Colour swatch</source>
+        <translation>Farbfeld</translation>
+    </message>
+    <message>
+        <source>Copy colour</source>
+        <translation>Farbe kopieren</translation>
+    </message>
+    <message>
+        <source>Paste colour</source>
+        <translation>Farbe einfügen</translation>
+    </message>
+</context>
+<context>
     <name>Kestrel::UI::ColorWheel</name>
     <message>
         <source>Colour wheel</source>
@@ -63,6 +399,437 @@ Zeile %2, Spalte %3</translation>
     <message>
         <source>Hue %1°, saturation %2 %, value %3 %</source>
         <translation>Farbton %1°, Sättigung %2 %, Helligkeit %3 %</translation>
+    </message>
+</context>
+<context>
+    <name>Kestrel::UI::CurveEditor</name>
+    <message>
+        <source>reset</source>
+        <translation>zurücksetzen</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is no curve that fits here</source>
+        <translation>„%1“ ist keine Kurve, die hierher passt</translation>
+    </message>
+    <message>
+        <source>copy to %1</source>
+        <translation>nach %1 kopieren</translation>
+    </message>
+    <message>
+        <source>copy to others</source>
+        <translation>auf andere kopieren</translation>
+    </message>
+    <message>
+        <source>Curve</source>
+        <translation>Kurve</translation>
+    </message>
+    <message>
+        <source>X</source>
+        <translation>X</translation>
+    </message>
+    <message>
+        <source>Y</source>
+        <translation>Y</translation>
+    </message>
+    <message>
+        <source>X of the selected knots</source>
+        <translation>X der ausgewählten Knoten</translation>
+    </message>
+    <message>
+        <source>Y of the selected knots</source>
+        <translation>Y der ausgewählten Knoten</translation>
+    </message>
+    <message>
+        <source>Constant</source>
+        <translation>Konstant</translation>
+    </message>
+    <message>
+        <source>Linear</source>
+        <translation>Linear</translation>
+    </message>
+    <message>
+        <source>Smooth</source>
+        <translation>Glatt</translation>
+    </message>
+    <message>
+        <source>Monotone</source>
+        <translation>Monoton</translation>
+    </message>
+    <message>
+        <source>Natural</source>
+        <translation>Natürlich</translation>
+    </message>
+    <message>
+        <source>Free</source>
+        <translation>Frei</translation>
+    </message>
+    <message>
+        <source>Shape</source>
+        <translation>Form</translation>
+    </message>
+    <message>
+        <source>Shape of the selected knots</source>
+        <translation>Form der ausgewählten Knoten</translation>
+    </message>
+    <message>
+        <source>How the line goes on from the selected knots</source>
+        <translation>Wie die Linie nach den ausgewählten Knoten weitergeht</translation>
+    </message>
+    <message>
+        <source>Shown Curves</source>
+        <translation>Gezeigte Kurven</translation>
+    </message>
+    <message>
+        <source>Which curves are shown</source>
+        <translation>Welche Kurven gezeigt werden</translation>
+    </message>
+    <message>
+        <source>Snap</source>
+        <translation>Einrasten</translation>
+    </message>
+    <message>
+        <source>Drags snap to knots, lines and whole values</source>
+        <translation>Beim Ziehen rasten Knoten an Knoten, Linien und ganzen Werten ein</translation>
+    </message>
+    <message>
+        <source>Frame</source>
+        <translation>Rahmen</translation>
+    </message>
+    <message>
+        <source>A frame around the selected knots, to scale them by</source>
+        <translation>Ein Rahmen um die ausgewählten Knoten, mit dem sie skaliert werden</translation>
+    </message>
+    <message>
+        <source>Show All</source>
+        <translation>Alles zeigen</translation>
+    </message>
+    <message>
+        <source>Shows the whole range and all knots</source>
+        <translation>Zeigt den ganzen Bereich und alle Knoten</translation>
+    </message>
+    <message>
+        <source>Reset</source>
+        <translation>Zurücksetzen</translation>
+    </message>
+    <message>
+        <source>Makes the curve the identity</source>
+        <translation>Macht die Kurve zur Identität</translation>
+    </message>
+    <message>
+        <source>Presets</source>
+        <translation>Vorlagen</translation>
+    </message>
+    <message>
+        <source>Curves to begin with</source>
+        <translation>Kurven für den Anfang</translation>
+    </message>
+    <message>
+        <source>Copy To</source>
+        <translation>Kopieren nach</translation>
+    </message>
+    <message>
+        <source>Makes other curves what this one is</source>
+        <translation>Macht andere Kurven zu dem, was diese ist</translation>
+    </message>
+    <message>
+        <source>Axes</source>
+        <translation>Achsen</translation>
+    </message>
+    <message>
+        <source>How the axes are drawn</source>
+        <translation>Wie die Achsen gezeichnet werden</translation>
+    </message>
+    <message>
+        <source>Logarithmic</source>
+        <translation>Logarithmisch</translation>
+    </message>
+    <message>
+        <source>Shadows</source>
+        <translation>Schatten</translation>
+    </message>
+    <message>
+        <source>All</source>
+        <translation>Alle</translation>
+    </message>
+    <message>
+        <source>No Others</source>
+        <translation>Keine anderen</translation>
+    </message>
+    <message>
+        <source>Scale of x</source>
+        <translation>Skala von x</translation>
+    </message>
+    <message>
+        <source>Scale of y</source>
+        <translation>Skala von y</translation>
+    </message>
+    <message>
+        <source>How far shadows are opened</source>
+        <translation>Wie weit die Schatten geöffnet werden</translation>
+    </message>
+    <message>
+        <source>All Others</source>
+        <translation>Alle anderen</translation>
+    </message>
+    <message>
+        <source>Identity</source>
+        <translation>Identität</translation>
+    </message>
+    <message>
+        <source>Invert</source>
+        <translation>Umkehren</translation>
+    </message>
+    <message>
+        <source>Soft S</source>
+        <translation>Weiches S</translation>
+    </message>
+    <message>
+        <source>Strong S</source>
+        <translation>Starkes S</translation>
+    </message>
+    <message>
+        <source>Gamma 2.2</source>
+        <translation>Gamma 2,2</translation>
+    </message>
+    <message>
+        <source>Gamma 1/2.2</source>
+        <translation>Gamma 1/2,2</translation>
+    </message>
+</context>
+<context>
+    <name>Kestrel::UI::CurveView</name>
+    <message>
+        <source>move knot</source>
+        <translation>Knoten bewegen</translation>
+    </message>
+    <message numerus="yes">
+        <source>move %n knots</source>
+        <translation>
+            <numerusform>%n Knoten bewegen</numerusform>
+            <numerusform>%n Knoten bewegen</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>shape</source>
+        <translation>Form</translation>
+    </message>
+    <message>
+        <source>Curves</source>
+        <translation>Kurven</translation>
+    </message>
+    <message>
+        <source>There is no curve on the clipboard</source>
+        <translation>In der Zwischenablage ist keine Kurve</translation>
+    </message>
+    <message>
+        <source>paste</source>
+        <translation>einfügen</translation>
+    </message>
+    <message>
+        <source>duplicate</source>
+        <translation>verdoppeln</translation>
+    </message>
+    <message>
+        <source>cut</source>
+        <translation>ausschneiden</translation>
+    </message>
+    <message>
+        <source>delete knot</source>
+        <translation>Knoten löschen</translation>
+    </message>
+    <message numerus="yes">
+        <source>delete %n knots</source>
+        <translation>
+            <numerusform>%n Knoten löschen</numerusform>
+            <numerusform>%n Knoten löschen</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>reset knot</source>
+        <translation>Knoten zurücksetzen</translation>
+    </message>
+    <message numerus="yes">
+        <source>reset %n knots</source>
+        <translation>
+            <numerusform>%n Knoten zurücksetzen</numerusform>
+            <numerusform>%n Knoten zurücksetzen</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n knots at most</source>
+        <translation>
+            <numerusform>höchstens %n Knoten</numerusform>
+            <numerusform>höchstens %n Knoten</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>add knot</source>
+        <translation>Knoten hinzufügen</translation>
+    </message>
+    <message>
+        <source>reset curve</source>
+        <translation>Kurve zurücksetzen</translation>
+    </message>
+    <message>
+        <source>Delete Knots</source>
+        <translation>Knoten löschen</translation>
+    </message>
+    <message>
+        <source>Delete Knot</source>
+        <translation>Knoten löschen</translation>
+    </message>
+    <message>
+        <source>Reset Knots</source>
+        <translation>Knoten zurücksetzen</translation>
+    </message>
+    <message>
+        <source>Reset Knot</source>
+        <translation>Knoten zurücksetzen</translation>
+    </message>
+    <message>
+        <source>Reset Curve</source>
+        <translation>Kurve zurücksetzen</translation>
+    </message>
+    <message>
+        <source>Cut</source>
+        <translation>Ausschneiden</translation>
+    </message>
+    <message>
+        <source>Copy</source>
+        <translation>Kopieren</translation>
+    </message>
+    <message>
+        <source>Paste</source>
+        <translation>Einfügen</translation>
+    </message>
+    <message>
+        <source>Select All</source>
+        <translation>Alles auswählen</translation>
+    </message>
+    <message>
+        <source>Snap</source>
+        <translation>Einrasten</translation>
+    </message>
+    <message>
+        <source>Frame</source>
+        <translation>Rahmen</translation>
+    </message>
+    <message>
+        <source>Show Selection</source>
+        <translation>Auswahl zeigen</translation>
+    </message>
+    <message>
+        <source>Show All</source>
+        <translation>Alles zeigen</translation>
+    </message>
+    <message>
+        <source>Shape</source>
+        <translation>Form</translation>
+    </message>
+    <message>
+        <source>Constant</source>
+        <translation>Konstant</translation>
+    </message>
+    <message>
+        <source>Linear</source>
+        <translation>Linear</translation>
+    </message>
+    <message>
+        <source>Smooth</source>
+        <translation>Glatt</translation>
+    </message>
+    <message>
+        <source>Monotone</source>
+        <translation>Monoton</translation>
+    </message>
+    <message>
+        <source>Natural</source>
+        <translation>Natürlich</translation>
+    </message>
+    <message>
+        <source>Free</source>
+        <translation>Frei</translation>
+    </message>
+    <message>
+        <source>slope</source>
+        <translation>Steigung</translation>
+    </message>
+    <message>
+        <source>scale</source>
+        <translation>skalieren</translation>
+    </message>
+    <message>
+        <source>playhead</source>
+        <translation>Abspielposition</translation>
+    </message>
+    <message>
+        <source>line</source>
+        <translation>Linie</translation>
+    </message>
+    <message>
+        <source>knot</source>
+        <translation>Knoten</translation>
+    </message>
+    <message>
+        <source>neighbour</source>
+        <translation>Nachbar</translation>
+    </message>
+    <message>
+        <source>limit</source>
+        <translation>Grenze</translation>
+    </message>
+    <message>
+        <source>identity</source>
+        <translation>Identität</translation>
+    </message>
+    <message>
+        <source>chord</source>
+        <translation>Sehne</translation>
+    </message>
+    <message>
+        <source>x %1  y %2</source>
+        <translation>x %1  y %2</translation>
+    </message>
+    <message>
+        <source>Knot %1 of %2</source>
+        <translation>Knoten %1 von %2</translation>
+    </message>
+    <message>
+        <source>%1, %2</source>
+        <translation>%1, %2</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n knots selected</source>
+        <translation>
+            <numerusform>%n Knoten ausgewählt</numerusform>
+            <numerusform>%n Knoten ausgewählt</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n knots</source>
+        <translation>
+            <numerusform>%n Knoten</numerusform>
+            <numerusform>%n Knoten</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>Kestrel::UI::CurvesModel</name>
+    <message>
+        <source>Red</source>
+        <translation>Rot</translation>
+    </message>
+    <message>
+        <source>Green</source>
+        <translation>Grün</translation>
+    </message>
+    <message>
+        <source>Blue</source>
+        <translation>Blau</translation>
+    </message>
+    <message>
+        <source>Master</source>
+        <translation>Master</translation>
     </message>
 </context>
 <context>
@@ -595,6 +1362,29 @@ einer Tätigkeit, deren Anfang sie schon trägt.</translation>
     </message>
 </context>
 <context>
+    <name>Kestrel::UI::FileListModel</name>
+    <message>
+        <source>This file does not exist any more.</source>
+        <translation>Diese Datei gibt es nicht mehr.</translation>
+    </message>
+    <message>
+        <source>You have no permission to ask about this file.</source>
+        <translation>Ihnen fehlt die Berechtigung, nach dieser Datei zu fragen.</translation>
+    </message>
+    <message>
+        <source>This file cannot be asked about.</source>
+        <translation>Nach dieser Datei lässt sich nicht fragen.</translation>
+    </message>
+    <message>
+        <source>This link leads nowhere.</source>
+        <translation>Diese Verknüpfung führt ins Leere.</translation>
+    </message>
+    <message>
+        <source>There are %1.</source>
+        <translation>Vorhanden sind %1.</translation>
+    </message>
+</context>
+<context>
     <name>Kestrel::UI::JogWheel</name>
     <message>
         <source>Jog wheel</source>
@@ -759,6 +1549,89 @@ einer Tätigkeit, deren Anfang sie schon trägt.</translation>
     </message>
 </context>
 <context>
+    <name>Kestrel::UI::SwatchGrid</name>
+    <message>
+        <source>Name</source>
+        <translation>Name</translation>
+    </message>
+    <message>
+        <source>Swatches</source>
+        <translation>Farbfelder</translation>
+    </message>
+    <message>
+        <source>%1 of %2</source>
+        <translation>%1 von %2</translation>
+    </message>
+    <message>
+        <source>Drop colours here</source>
+        <translation>Farben hierher ziehen</translation>
+    </message>
+    <message>
+        <source>&amp;Copy colour</source>
+        <translation>Farbe &amp;kopieren</translation>
+    </message>
+    <message>
+        <source>&amp;Paste colour</source>
+        <translation>Farbe &amp;einfügen</translation>
+    </message>
+    <message>
+        <source>Re&amp;name</source>
+        <translation>&amp;Umbenennen</translation>
+    </message>
+    <message>
+        <source>&amp;Remove</source>
+        <translation>Ent&amp;fernen</translation>
+    </message>
+    <message>
+        <source>Remove &amp;all…</source>
+        <translation>&amp;Alle entfernen …</translation>
+    </message>
+    <message>
+        <source>Remove all</source>
+        <translation>Alle entfernen</translation>
+    </message>
+    <message numerus="yes">
+        <source>Remove %n colour(s)? This can not be undone.</source>
+        <translation>
+            <numerusform>%n Farbe entfernen? Das lässt sich nicht rückgängig machen.</numerusform>
+            <numerusform>%n Farben entfernen? Das lässt sich nicht rückgängig machen.</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>Kestrel::UI::SwatchModel</name>
+    <message>
+        <source>No colour could be read in line %1.</source>
+        <translation>In Zeile %1 ließ sich keine Farbe lesen.</translation>
+    </message>
+    <message numerus="yes">
+        <source>No colour could be read in line %1 and %n more.</source>
+        <translation>
+            <numerusform>In Zeile %1 und %n weiteren ließ sich keine Farbe lesen.</numerusform>
+            <numerusform>In Zeile %1 und %n weiteren ließ sich keine Farbe lesen.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>This is no file of swatches.</source>
+        <translation>Das ist keine Datei mit Farbfeldern.</translation>
+    </message>
+    <message numerus="yes">
+        <source>The file has more than %n colour(s).</source>
+        <translation>
+            <numerusform>Die Datei hat mehr als %n Farbe.</numerusform>
+            <numerusform>Die Datei hat mehr als %n Farben.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Palettes have colours of the screen, which can not be brought back.</source>
+        <translation>Paletten haben Farben des Bildschirms, die sich nicht zurückrechnen lassen.</translation>
+    </message>
+    <message>
+        <source>The file is too large.</source>
+        <translation>Die Datei ist zu groß.</translation>
+    </message>
+</context>
+<context>
     <name>Kestrel::UI::TimeField</name>
     <message>
         <source>Time</source>
@@ -816,6 +1689,21 @@ einer Tätigkeit, deren Anfang sie schon trägt.</translation>
     <message>
         <source>Timeline</source>
         <translation>Zeitleiste</translation>
+    </message>
+</context>
+<context>
+    <name>Kestrel::UI::TrackBall</name>
+    <message>
+        <source>Track ball</source>
+        <translation>Farbkugel</translation>
+    </message>
+    <message>
+        <source>Master</source>
+        <translation>Master</translation>
+    </message>
+    <message>
+        <source>Red %1, green %2, blue %3</source>
+        <translation>Rot %1, Grün %2, Blau %3</translation>
     </message>
 </context>
 <context>
