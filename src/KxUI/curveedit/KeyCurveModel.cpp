@@ -1,6 +1,7 @@
 #include "KeyCurveModel.h"
 
 #include <KxUI/curveedit/CurveLimits_p.h>
+#include <KxUI/curveedit/KeyEdits_p.h>
 #include <KxUI/curveedit/KeyRange_p.h>
 #include <KxUI/kit/ChannelColors.h>
 #include <KxUI/kit/InterfaceThread_p.h>
@@ -19,35 +20,13 @@ using Key = KeyCurve::Key;
 using Keys = std::vector<Key>;
 using Shape = KeyCurve::Shape;
 
-bool isSelectionEqual(const Keys& a, const Keys& b) {
-    return std::equal(a.begin(), a.end(), b.begin(), b.end(),
-                      [](const Key& x, const Key& y) { return x.selected == y.selected; });
-}
-
-// Makes a piece of `keys` one of its own slopes, which are those that it has.
-void setFree(Keys& keys, const KeyCurve& curve, std::size_t piece) {
-    if (piece + 1 >= keys.size() || keys[piece].shape == Shape::Free)
-        return;
-    for (const std::size_t i : {piece, piece + 1}) {
-        const KeyCurve::Slopes slopes = curve.slopes(i);
-        keys[i].slopeIn = slopes.in;
-        keys[i].slopeOut = slopes.out;
-        keys[i].broken = keys[i].broken || slopes.in != slopes.out;
-    }
-    keys[piece].shape = Shape::Free;
-}
-
-bool isTaken(const Key& key) {
-    const auto fits = [](double number) { return std::abs(number) < KeyCurve::Largest; };
-    return fits(key.x) && fits(key.y);
-}
-
 // The keys of one curve that move, and those between them.
 struct Stretch {
     std::size_t first = 0;
     std::size_t last = 0;
     Keys keys;
 };
+using Stretches = std::map<int, Stretch>;
 
 } // namespace
 
@@ -78,6 +57,8 @@ struct KeyCurveModel::Private {
     void tell(int curve, const KeyRange& range);
     bool room(int curve, double& x) const;
     bool mayMove(int curve, const Stretch& stretch) const;
+    bool find(const std::vector<Move>& moves, Stretches& stretches) const;
+    bool place(const std::vector<Move>& moves, Stretches& stretches) const;
     bool putKeys(int curve, std::size_t first, const Keys& keys);
 
     KeyCurveModel* q;
@@ -307,42 +288,51 @@ void KeyCurveModel::ranges(int curve, double from, double to, int count, double*
     }
 }
 
-bool KeyCurveModel::move(const std::vector<Move>& moves) {
-    KXUI_INTERFACE_THREAD(this);
-    std::map<int, Stretch> stretches;
+// Those that hold the moved keys, as they are; false where one of these does not exist.
+bool KeyCurveModel::Private::find(const std::vector<Move>& moves, Stretches& stretches) const {
     for (const Move& each : moves) {
-        if (!m->holds(each.curve, each.knot))
+        if (!holds(each.curve, each.knot))
             return false;
         const auto knot = std::size_t(each.knot);
-        const auto [place, isNew] = stretches.insert({each.curve, {knot, knot, {}}});
-        place->second.first = std::min(place->second.first, knot);
-        place->second.last = std::max(place->second.last, knot);
+        Stretch& stretch = stretches.insert({each.curve, {knot, knot, {}}}).first->second;
+        stretch.first = std::min(stretch.first, knot);
+        stretch.last = std::max(stretch.last, knot);
     }
     for (auto& [curve, stretch] : stretches) {
-        const Keys& keys = m->keys(curve);
-        stretch.keys.assign(keys.begin() + std::ptrdiff_t(stretch.first),
-                            keys.begin() + std::ptrdiff_t(stretch.last) + 1);
+        const auto begin = keys(curve).begin();
+        stretch.keys.assign(begin + std::ptrdiff_t(stretch.first),
+                            begin + std::ptrdiff_t(stretch.last) + 1);
     }
+    return true;
+}
+
+// Puts the keys where they go; false where one may not.
+bool KeyCurveModel::Private::place(const std::vector<Move>& moves, Stretches& stretches) const {
     for (const Move& each : moves) {
         Stretch& stretch = stretches.at(each.curve);
         Key& key = stretch.keys[std::size_t(each.knot) - stretch.first];
-        const double was = m->keys(each.curve)[std::size_t(each.knot)].x;
-        if (each.x != was && !m->can(each.curve, CanMoveX))
+        const double was = keys(each.curve)[std::size_t(each.knot)].x;
+        if (each.x != was && !can(each.curve, CanMoveX))
             return false;
-        key.x = each.x == was ? was : CurveLimits::onStep(limits(each.curve), each.x);
+        key.x = each.x == was ? was : CurveLimits::onStep(at(each.curve).limits, each.x);
         key.y = each.y;
     }
-    for (const auto& [curve, stretch] : stretches) {
-        if (!m->mayMove(curve, stretch))
-            return false;
-    }
+    return std::all_of(stretches.begin(), stretches.end(), [this](const auto& stretch) {
+        return mayMove(stretch.first, stretch.second);
+    });
+}
+
+bool KeyCurveModel::move(const std::vector<Move>& moves) {
+    KXUI_INTERFACE_THREAD(this);
+    Stretches stretches;
+    if (!m->find(moves, stretches) || !m->place(moves, stretches))
+        return false;
     // All of it is stored before anybody hears of it.
     std::vector<std::pair<int, KeyRange>> told;
     for (const auto& [curve, stretch] : stretches) {
         KeyCurve& line = m->at(curve).curve;
-        const KeyRange range = KeyRange::changed(line, stretch.first, stretch.keys);
+        told.emplace_back(curve, KeyRange::changed(line, stretch.first, stretch.keys));
         line.setKeys(stretch.first, stretch.keys);
-        told.emplace_back(curve, range);
     }
     const QPointer<KeyCurveModel> self(this);
     for (const auto& [curve, range] : told) {
