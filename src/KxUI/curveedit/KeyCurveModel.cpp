@@ -212,12 +212,11 @@ QColor KeyCurveModel::color(int curve, const QPalette& palette) const {
     constexpr std::array<Channel, 5> channels{ChannelColors::Red, ChannelColors::Green,
                                               ChannelColors::Blue, ChannelColors::Alpha,
                                               ChannelColors::Luma};
-    if (!m->holds(curve))
+    if (m->holds(curve) && m->at(curve).color.isValid())
+        return m->at(curve).color;
+    if (!m->holds(curve) || count() == 1) // a single one is no channel
         return CurveModel::color(curve, palette);
-    const QColor& own = m->at(curve).color;
-    return own.isValid()
-               ? own
-               : ChannelColors::of(palette).line(channels[std::size_t(curve) % channels.size()]);
+    return ChannelColors::of(palette).line(channels[std::size_t(curve) % channels.size()]);
 }
 
 CurveModel::Abilities KeyCurveModel::abilities(int curve) const {

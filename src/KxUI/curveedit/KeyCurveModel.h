@@ -31,7 +31,8 @@ public:
 
     /** What a curve is called, for the user. */
     void setName(int curve, const QString& name);
-    /** What it is drawn in; not valid, as at first: one of `ChannelColors` by its index. */
+    /** What it is drawn in; not valid, as at first: one of `ChannelColors` by its index, and the
+        palette's text where it is the only one. */
     void setColor(int curve, const QColor& color);
     /** What can be done to it. */
     void setAbilities(int curve, Abilities abilities);
