@@ -333,9 +333,7 @@ void HelpManager::cancelPendingReply(const std::string& node, bool local) {
     QNetworkReply* const reply = pending->second;
     d->pendingReplies(local).erase(pending);
     reply->disconnect(this);
-    if (reply->error() == QNetworkReply::NoError) // what has failed already warns of an abortion
-        reply->abort();
-    reply->deleteLater();
+    reply->deleteLater(); // which breaks it off; abort() warns where a failure is on its way
 }
 
 void HelpManager::recheckNodes(bool local) {
