@@ -29,7 +29,7 @@ private:
         return m_panel->findChild<BalancePanel*>()->findChildren<UI::DoubleSpinBox*>();
     }
     const Balance& balance() const { return m_session->grades()->grade().balance; }
-    int steps() const { return m_session->grades()->group()->undoCommands().size(); }
+    int steps() const { return int(m_session->grades()->group()->undoCommands().size()); }
 
 private slots:
     void init() {
