@@ -47,6 +47,7 @@ public:
         CopyToOthers = 1024, ///< the current curve to other ones
         AllTools = 2047
     };
+    /** Bits of Tool. */
     Q_DECLARE_FLAGS(Tools, Tool)
     Q_FLAG(Tools)
 
@@ -80,7 +81,8 @@ public Q_SLOTS:
     void resetCurve();
 
     /** Makes the current curve what a text says, such as "(0, 0), (0.5, 0.6), (1, 1)", one edit.
-        @param name  for the list of edits */
+        @param name  for the list of edits
+        @param text  the curve in the notation of its model */
     void applyPreset(const QString& name, const QByteArray& text);
 
     /** Makes another curve, or all others for -1, what the current one is; one edit. */
@@ -98,7 +100,9 @@ Q_SIGNALS:
     /** The edit is over. Not accepted: the curves are what they were, and edited() said so. */
     void editFinished(bool accepted);
 
+    /** Other tools are offered. */
     void toolsChanged(Kestrel::UI::CurveEditor::Tools tools);
+    /** Presets come from another folder. */
     void presetFolderChanged(const QString& folder);
 
 protected:

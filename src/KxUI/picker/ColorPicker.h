@@ -61,6 +61,7 @@ public:
         SwatchPage = 64 ///< the swatches
     };
     Q_ENUM(Page)
+    /** Bits of Page. */
     Q_DECLARE_FLAGS(Pages, Page)
     Q_FLAG(Pages)
 

@@ -28,8 +28,8 @@ class KXUI_EXPORT SwatchGrid : public QAbstractItemView {
     Q_PROPERTY(bool readOnly READ isReadOnly WRITE setReadOnly NOTIFY readOnlyChanged)
 
 public:
-    static constexpr int SmallestCell = 12;
-    static constexpr int LargestCell = 48;
+    static constexpr int SmallestCell = 12; ///< the least side of a cell, in pixels
+    static constexpr int LargestCell = 48;  ///< the greatest one
 
     /** A grid without a model, which is borrowed. */
     explicit SwatchGrid(QWidget* parent = nullptr);

@@ -28,6 +28,7 @@ class KXUI_EXPORT SwatchModel : public QAbstractListModel {
     Q_PROPERTY(int count READ count NOTIFY countChanged)
 
 public:
+    /** What data() tells besides name and picture. */
     enum Role {
         ColorRole = Qt::UserRole ///< the `ColorValue`; can be set
     };
