@@ -24,9 +24,11 @@ private:
     int m_seen = 0;
 };
 
+#if !defined(_WIN32)
 std::string firstOf(const Mount& mount) {
     return mount.point + (mount.remote ? " remote" : "");
 }
+#endif
 
 } // namespace
 

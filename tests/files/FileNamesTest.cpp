@@ -9,6 +9,7 @@
 
 using namespace Kestrel::UI;
 
+#if !defined(_WIN32)
 namespace {
 
 std::string shown(const FileNames::List& list) {
@@ -20,7 +21,6 @@ std::string shown(const FileNames::List& list) {
 
 } // namespace
 
-#if !defined(_WIN32)
 KXUI_PLAIN_TEST(FileNamesTest, lists) {
     const struct {
         const char* text;
