@@ -17,7 +17,7 @@ using namespace Kestrel::UI;
 using Kestrel::Test::TempFolder;
 
 // Memory that runs out after so many more allocations; -1 while it does not.
-static int allocationsLeft = -1;
+static thread_local int allocationsLeft = -1;
 
 void* operator new(std::size_t size) {
     void* const memory = allocationsLeft != 0 ? std::malloc(size) : nullptr;
