@@ -1,0 +1,7 @@
+#include <KxUI/browse/IThumbnailSource.h>
+
+namespace Kestrel::UI {
+
+IThumbnailSource::~IThumbnailSource() = default;
+
+} // namespace Kestrel::UI
