@@ -416,6 +416,32 @@ private slots:
         QCOMPARE(desk.ends, 3);
     }
 
+    // What a drag asks for can be: no number that no curve takes, nothing that rounding puts together.
+    void rounding() {
+        Desk steep;
+        steep.showKeys("(0, 0), (0.5, 0.5), (1, 1)", {0, 0, 1, 1});
+        steep.scene.plot = CurvePlot({Margin, Margin, Side, Side}, {0, 0, 1, 1},
+                                     {AxisScale::Linear, AxisScale::Shadows, 64});
+        steep.press({0, 0});
+        steep.last.mouse = {Margin, -1e5};
+        steep.run(steep.drag.move(steep.scene, steep.last));
+        QVERIFY(steep.model().knot(0, 0).y > 1e149);
+
+        for (const double x : {0.0, 0.25}) {
+            Desk near;
+            near.showKeys("(-1, 0), (0.5, 0.5), (1, 1)", {-1, 0, 2, 1});
+            QVERIFY(near.model().move({{0, 0, x, 0}, {0, 1, std::nextafter(x, 1), .5}}));
+            near.model().select(0, 0, 1, CurveModel::SelectOnly);
+            near.press({x, 0});
+            near.move({.65, .1});
+            QVERIFY(near.model().knot(0, 0).x > x + .3);
+            QVERIFY(near.model().knot(0, 1).x > near.model().knot(0, 0).x);
+            near.move({7, .1}); // both of them up to the third one
+            QVERIFY(near.model().knot(0, 0).x > .99);
+            QVERIFY(near.model().knot(0, 1).x < 1);
+        }
+    }
+
     void snaps() {
         Desk desk;
         desk.curves.load(0, "(0, 0), (0.5, 0.3), (1, 1)");

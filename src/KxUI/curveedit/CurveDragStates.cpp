@@ -211,6 +211,7 @@ CurveCommands CurveKnotsDrag::move(const CurveScene& scene, const CurveInput& in
         if (m_start.y() + way.y() == each.y && way.y() == m_snapped.place.y() - m_start.y())
             each.y = m_snapped.place.y();
     }
+    m_group.keepApart(commands.back().moves);
     return commands;
 }
 

@@ -2,6 +2,7 @@
 
 #include <KxUI/curveedit/CurveLimits_p.h>
 #include <KxUI/curveedit/CurvePick_p.h>
+#include <KxUI/curves/KeyCurve.h>
 
 #include <algorithm>
 #include <array>
@@ -41,6 +42,17 @@ void limitFactor(Choice& choice, double about, double place, double low, double 
     choice.limit(std::min(toLow, toHigh), std::max(toLow, toHigh));
 }
 
+// No curve takes a number beyond these, which the pixels beside a steep scale may well name.
+CurveModel::Limits limitsOf(const CurveModel& model, int curve) {
+    const double largest = std::nextafter(KeyCurve::Largest, 0);
+    CurveModel::Limits limits = model.limits(curve);
+    limits.lowX = std::max(limits.lowX, -largest);
+    limits.highX = std::min(limits.highX, largest);
+    limits.lowY = std::max(limits.lowY, -largest);
+    limits.highY = std::min(limits.highY, largest);
+    return limits;
+}
+
 QPointF placeOf(const CurveModel& model, int curve, int knot) {
     QPointF place;
     model.places(curve, knot, 1, &place);
@@ -69,7 +81,7 @@ void CurveGroup::add(const CurveScene& scene, int curve, const std::vector<int>&
     if (knots.empty())
         return;
     const CurveModel& model = *scene.model;
-    const CurveModel::Limits limits = model.limits(curve);
+    const CurveModel::Limits limits = limitsOf(model, curve);
     const int count = model.knots(curve);
     m_counts.push_back({curve, count});
     m_canMoveX = m_canMoveX && scene.can(curve, CurveModel::CanMoveX);
@@ -159,7 +171,22 @@ CurveGroup::Moves CurveGroup::moved(const QPointF& way) const {
         if (way.y() != 0)
             moves.back().y = limited(item.start.y + way.y(), item.lowY, item.highY);
     }
+    if (way.x() != 0)
+        keepApart(moves);
     return moves;
+}
+
+void CurveGroup::keepApart(Moves& moves) const {
+    const std::size_t count = std::min(moves.size(), m_items.size());
+    for (std::size_t i = 1; i < count; ++i) {
+        if (m_items[i].before > 0)
+            moves[i].x = std::max(moves[i].x, std::nextafter(moves[i - 1].x, HUGE_VAL));
+    }
+    for (std::size_t i = count; i-- > 0;) {
+        moves[i].x = std::min(moves[i].x, std::max(m_items[i].highX, m_items[i].start.x));
+        if (i + 1 < count && m_items[i + 1].before > 0)
+            moves[i].x = std::min(moves[i].x, std::nextafter(moves[i + 1].x, -HUGE_VAL));
+    }
 }
 
 QPointF CurveGroup::limitedScale(const QPointF& about, const QPointF& factors) const {
@@ -186,6 +213,8 @@ CurveGroup::Moves CurveGroup::scaled(const QPointF& about, const QPointF& factor
         if (factors.y() != 1 && move.y != about.y())
             move.y = limited(about.y() + (move.y - about.y()) * factors.y(), item.lowY, item.highY);
     }
+    if (factors.x() != 1)
+        keepApart(moves);
     return moves;
 }
 

@@ -34,6 +34,8 @@ public:
         a grid the knot at `grip` comes to lie on it. */
     QPointF limitedWay(const QPointF& way, const QPointF& grip) const;
     Moves moved(const QPointF& way) const;
+    /** Parts what rounding has brought to one place, by the least there is. */
+    void keepApart(Moves& moves) const;
 
     /** The factors nearest to `factors` by which their distances from a point may grow; in x they
         keep their order, in y they may be turned upside down. */
