@@ -75,6 +75,18 @@ private slots:
         }
     }
 
+    void matricesOfLumaWeights() {
+        const auto close = [](float a, double b) { return std::abs(double(a) - b) < 1e-6; };
+        const RgbToYCbCrMatrix m = rgbToYCbCrMatrix(0.2627, 0.0593);
+        QVERIFY(close(m.luma[1], 0.678) && close(m.cb[0], -0.139630) && close(m.cb[1], -0.360370));
+        QVERIFY(close(m.cr[1], -0.459786) && close(m.cr[2], -0.040214));
+        const YCbCrToRgbCoefficients c = yCbCrToRgbCoefficients(0.2627, 0.0593);
+        QVERIFY(close(c.crToRed, 1.4746) && close(c.crToGreen, -0.571353));
+        QVERIFY(close(c.cbToGreen, -0.164553) && close(c.cbToBlue, 1.8814));
+        for (const auto& [kr, kb] : {std::pair(0.0, 0.1), {0.1, -1.0}, {0.5, 0.5}, {qQNaN(), 0.1}})
+            QCOMPARE(rgbToYCbCrMatrix(kr, kb).luma, colorSpaceRgbToYCbCr(ColorSpace::Rec709).luma);
+    }
+
     void colourBars() {
         for (const int option : {ColorSpace::Rec601, ColorSpace::Rec709}) {
             const BarCodes& codes = option == ColorSpace::Rec601 ? Bt601 : Bt709;

@@ -1,3 +1,4 @@
+#include <KxUI/color/HalfFloat_p.h>
 #include <KxUI/color/RowKernels_p.h>
 
 #include <hwy/targets.h>
@@ -89,7 +90,8 @@ std::vector<PixelLayout> layouts(PixelLayout first = PixelLayout(0)) {
 }
 
 bool isFloat(PixelLayout layout) {
-    return layout == PixelLayout::AYCbCrFloat || layout >= PixelLayout::RGBFloat;
+    return layout == PixelLayout::AYCbCrFloat || layout == PixelLayout::RGBFloat ||
+           layout == PixelLayout::RGBAFloat;
 }
 
 // Any bytes, or floats within -2 to 2, after one byte that spoils the alignment.
@@ -206,7 +208,10 @@ private slots:
     void rgbRoundTrip() {
         std::mt19937 random(5);
         for (const PixelLayout layout : layouts(PixelLayout::RGB8)) {
-            const Bytes row = randomRow(layout, 5000, random);
+            Bytes row = randomRow(layout, 5000, random);
+            if (layout >= PixelLayout::RGBHalf)
+                for (std::size_t i = 2; i < row.size(); i += 2)
+                    row[i] &= 0xBF; // finite: what is not a number need not come back as it was
             Bytes back = row;
             std::fill(back.begin() + 1, back.end(), std::uint8_t(0));
             Planes planes(5000, 1);
@@ -279,6 +284,55 @@ private slots:
         QCOMPARE(m_differences.join(QStringLiteral("; ")), QString());
     }
 
+    // Powers of two and fractions by the standard library, which knows no half.
+    void halvesAreWhatTheirBitsSay() {
+        for (int code = 0; code < 65536; ++code) {
+            const int exponent = code >> 10 & 31;
+            const float sign = code < 32768 ? 1.0F : -1.0F;
+            const auto fraction = float(code & 1023);
+            const auto half = std::uint16_t(code);
+            const float value = halfToFloat(half);
+            if (exponent == 31 && fraction > 0) {
+                QVERIFY(std::isnan(value) && std::isnan(halfToFloat(floatToHalf(value))));
+                continue;
+            }
+            const float expected = exponent == 31 ? INFINITY
+                                   : exponent > 0 ? std::ldexp(1024 + fraction, exponent - 25)
+                                                  : std::ldexp(fraction, -24);
+            QCOMPARE(bitsOfFloat(value), bitsOfFloat(sign * expected));
+            QCOMPARE(floatToHalf(value), half);
+            if (exponent == 31 || half % 32768 == 0x7BFF)
+                continue;
+            // Half-way to the next one the even code wins; a little to either side the nearer one.
+            const float middle = (value + halfToFloat(std::uint16_t(half + 1))) / 2;
+            QCOMPARE(int(floatToHalf(middle)), code + code % 2);
+            QCOMPARE(int(floatToHalf(std::nextafter(middle, 0.0F))), code);
+            QCOMPARE(int(floatToHalf(std::nextafter(middle, sign * INFINITY))), code + 1);
+        }
+        QCOMPARE(floatToHalf(65519.996F), std::uint16_t(0x7BFF));
+        QCOMPARE(floatToHalf(-65520), std::uint16_t(0xFC00));
+        QCOMPARE(floatToHalf(1e-45F), std::uint16_t(0));
+        QCOMPARE(floatToHalf(-1e-45F), std::uint16_t(0x8000));
+    }
+
+    // The floats around each half and around each middle, and what no half stands for.
+    void levelsAgreeOnFloatsBetweenHalves() {
+        std::vector<float> samples;
+        for (int code = 0; code < 65536; ++code) {
+            const std::uint32_t bits = bitsOfFloat(halfToFloat(std::uint16_t(code)));
+            for (const int beside : {-4097, -4096, -4095, -1, 0, 1, 4095, 4096, 4097})
+                samples.push_back(floatOfBits(bits + std::uint32_t(beside)));
+        }
+        const int width = int(samples.size());
+        Planes planes(width, 1);
+        for (std::size_t plane = 0; plane < 4; ++plane)
+            std::copy(samples.begin(), samples.end(),
+                      planes.row(true).alpha + std::ptrdiff_t(plane * planes.m_plane));
+        encodeAll(PixelLayout::RGBHalf, planes, width, false, 0);
+        encodeAll(PixelLayout::RGBAHalf, planes, width, true, 0);
+        QCOMPARE(m_differences.join(QStringLiteral("; ")), QString());
+    }
+
     // Every 16-bit code of each component; enough random words for every code of ten bits.
     void levelsAgreeOnEveryWideCode() {
         constexpr std::size_t Width = 65536;
@@ -292,7 +346,8 @@ private slots:
         std::mt19937 random(13);
         for (const PixelLayout layout :
              {PixelLayout::AYCbCr16, PixelLayout::AYCbCr16From8, PixelLayout::RGBA16,
-              PixelLayout::V210, PixelLayout::RGB10A2}) {
+              PixelLayout::RGBHalf, PixelLayout::RGBAHalf, PixelLayout::V210,
+              PixelLayout::RGB10A2}) {
             if (layout == PixelLayout::V210 || layout == PixelLayout::RGB10A2)
                 row = randomRow(layout, Width, random);
             Planes planes = decodeAll(layout, row.data(), Width, 1, true, 0);

@@ -73,6 +73,8 @@ constexpr std::array<Layout, PixelLayoutCount> Layouts{{
     {ColorSpace::Rec709, rgb(65535, 65535)},
     {ColorSpace::Rec709, rgb(1, 1)},
     {ColorSpace::Rec709, rgb(1, 1)},
+    {ColorSpace::Rec709, rgb(1, 1)},
+    {ColorSpace::Rec709, rgb(1, 1)},
 }};
 
 // How many of `pixels` a layout holds.
@@ -80,6 +82,20 @@ std::size_t wholePixels(PixelLayout layout, int pixels) noexcept {
     const auto count = std::size_t(std::max(pixels, 0));
     return layout == PixelLayout::V210 ? count - count % 6 : count;
 }
+
+struct LumaWeights {
+    LumaWeights(double kr, double kb) noexcept {
+        if (kr > 0 && kb > 0 && kr + kb < 1) {
+            red = kr;
+            blue = kb;
+        }
+        green = 1 - red - blue;
+    }
+
+    double red = 0.2126;
+    double blue = 0.0722;
+    double green = 0;
+};
 
 } // namespace
 
@@ -93,6 +109,23 @@ const YCbCrToRgbCoefficients& colorSpaceYCbCrToRgb(int index) noexcept {
 
 const RgbToYCbCrMatrix& colorSpaceRgbToYCbCr(int index) noexcept {
     return option(index).toYCbCr;
+}
+
+RgbToYCbCrMatrix rgbToYCbCrMatrix(double kr, double kb) noexcept {
+    const LumaWeights k(kr, kb);
+    const double ofBlue = 0.5 / (1 - k.blue);
+    const double ofRed = 0.5 / (1 - k.red);
+    return {{float(k.red), float(k.green), float(k.blue)},
+            {float(-k.red * ofBlue), float(-k.green * ofBlue), 0.5F},
+            {0.5F, float(-k.green * ofRed), float(-k.blue * ofRed)}};
+}
+
+YCbCrToRgbCoefficients yCbCrToRgbCoefficients(double kr, double kb) noexcept {
+    const LumaWeights k(kr, kb);
+    const double crToRed = 2 * (1 - k.red);
+    const double cbToBlue = 2 * (1 - k.blue);
+    return {float(crToRed), float(-crToRed * k.red / k.green), float(-cbToBlue * k.blue / k.green),
+            float(cbToBlue)};
 }
 
 void rgbToStudioYCbCr(float red, float green, float blue, float& luma, float& cb,

@@ -55,6 +55,14 @@ struct RgbToYCbCrMatrix {
 KXUI_EXPORT const YCbCrToRgbCoefficients& colorSpaceYCbCrToRgb(int index) noexcept;
 KXUI_EXPORT const RgbToYCbCrMatrix& colorSpaceRgbToYCbCr(int index) noexcept;
 
+/** The matrix and the coefficients of any luma weights of red and blue, as the ITU-R
+    recommendations define them: Y = kr R + (1 - kr - kb) G + kb B, Cb = (B - Y) / (2 (1 - kb)), Cr =
+    (R - Y) / (2 (1 - kr)). BT.2020 has 0.2627 and 0.0593. Both weights are above 0, and their sum is
+    below 1; others give those of BT.709. The five options above stay as they are, to their last
+    digit, also where these functions would round otherwise. */
+KXUI_EXPORT RgbToYCbCrMatrix rgbToYCbCrMatrix(double kr, double kb) noexcept;
+KXUI_EXPORT YCbCrToRgbCoefficients yCbCrToRgbCoefficients(double kr, double kb) noexcept;
+
 /** ITU-R BT.601 with studio range: luma 16/255 to 235/255, chroma centred on 0. */
 KXUI_EXPORT void rgbToStudioYCbCr(float red, float green, float blue, float& luma, float& cb,
                                   float& cr) noexcept;
@@ -113,10 +121,14 @@ enum class PixelLayout : int {
     RGBA16,    ///< 16-bit
     RGBFloat,  ///< 32-bit floats, copied as they are
     RGBAFloat, ///< 32-bit floats, copied as they are
+    /** Half floats (IEEE 754 binary16). Decoding is exact; encoding takes the nearest half, of two the
+        even one, and infinity from 65520 on. What is not a number stays so. */
+    RGBHalf,
+    RGBAHalf, ///< as `RGBHalf`
 };
 
 /** How many layouts there are. */
-constexpr int PixelLayoutCount = 17;
+constexpr int PixelLayoutCount = 19;
 
 /** The bytes that `pixels` pixels take: whole groups of two or six pixels where samples are
     shared. */

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <KxUI/color/HalfFloat_p.h>
 #include <KxUI/color/RowKernels_p.h>
 
 #include <cstdint>
@@ -122,6 +123,8 @@ RowKernels makeRowKernels(const char* name) {
     add(PixelLayout::RGBA16, Row<Quads<Short, 3, 0, 1, 2>, Rgb>());
     add(PixelLayout::RGBFloat, Row<Triples<float>, FloatRgb>());
     add(PixelLayout::RGBAFloat, Row<Quads<float, 3, 0, 1, 2>, FloatRgb>());
+    add(PixelLayout::RGBHalf, Row<Triples<Half>, FloatRgb>());
+    add(PixelLayout::RGBAHalf, Row<Quads<Half, 3, 0, 1, 2>, FloatRgb>());
     return kernels;
 }
 

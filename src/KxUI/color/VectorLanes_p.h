@@ -83,6 +83,66 @@ HWY_INLINE Codes placed(Int code) {
     return hn::ShiftLeft<Shift>(hn::BitCast(Word(), code));
 }
 
+// ---- Half floats, as in HalfFloat_p.h.
+
+using HalfLanes = hn::Rebind<std::uint16_t, F>;
+using Halves = hn::Vec<HalfLanes>;
+
+#if HWY_ARCH_X86 && HWY_TARGET <= HWY_AVX2
+
+HWY_INLINE V floats(Halves halves) {
+    return V{_mm256_cvtph_ps(halves.raw)};
+}
+
+HWY_INLINE Halves halves(V floats) {
+    return Halves{_mm256_cvtps_ph(floats.raw, _MM_FROUND_TO_NEAREST_INT)};
+}
+
+#else
+
+HWY_INLINE Codes word(std::uint32_t bits) {
+    return hn::Set(Word(), bits);
+}
+
+HWY_INLINE V floats(Halves halves) {
+    using namespace HalfBits;
+    const Codes all = hn::PromoteTo(Word(), halves);
+    const Codes sign = hn::ShiftLeft<16>(hn::And(all, word(Sign)));
+    const Codes magnitude = hn::And(all, word(Magnitude));
+    const Codes shifted = hn::ShiftLeft<FractionShift>(magnitude);
+    const Codes normal = hn::Add(shifted, word(Rebias));
+    const Codes special =
+        hn::Or(hn::Add(normal, word(Rebias)),
+               hn::IfThenElseZero(hn::Gt(magnitude, word(Infinity)), word(FloatQuiet)));
+    const Codes subnormal =
+        hn::BitCast(Word(), hn::Sub(hn::BitCast(F(), hn::Add(shifted, word(SmallestNormal))),
+                                    hn::BitCast(F(), word(SmallestNormal))));
+    const Codes finite = hn::IfThenElse(hn::Gt(magnitude, word(Payload)), normal, subnormal);
+    return hn::BitCast(
+        F(), hn::Or(sign, hn::IfThenElse(hn::Gt(word(Infinity), magnitude), finite, special)));
+}
+
+HWY_INLINE Halves halves(V floats) {
+    using namespace HalfBits;
+    const Codes all = hn::BitCast(Word(), floats);
+    const Codes sign = hn::And(hn::ShiftRight<16>(all), word(Sign));
+    const Codes bits = hn::And(all, word(FloatMagnitude));
+    const Codes shifted = hn::ShiftRight<FractionShift>(bits);
+    const Codes special = hn::Or(
+        word(Infinity), hn::IfThenElseZero(hn::Gt(bits, word(FloatInfinity)),
+                                           hn::Or(word(Quiet), hn::And(shifted, word(Payload)))));
+    const V sum = hn::Add(hn::BitCast(F(), bits), hn::BitCast(F(), word(SubnormalMagic)));
+    const Codes subnormal = hn::Sub(hn::BitCast(Word(), sum), word(SubnormalMagic));
+    const Codes normal = hn::ShiftRight<FractionShift>(
+        hn::Add(hn::Sub(bits, word(Rebias - 0xFFFU)), hn::And(shifted, word(1))));
+    const Codes finite = hn::IfThenElse(hn::Gt(word(SmallestNormal), bits), subnormal, normal);
+    const Codes magnitude = hn::IfThenElse(hn::Gt(word(TooLarge), bits), finite, special);
+    // Sixteen bits fit the signed integers that can be narrowed.
+    return hn::DemoteTo(HalfLanes(), hn::BitCast(Signed(), hn::Or(sign, magnitude)));
+}
+
+#endif
+
 } // namespace HWY_NAMESPACE
 } // namespace Kestrel::UI
 

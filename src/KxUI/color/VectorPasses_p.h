@@ -147,6 +147,19 @@ HWY_INLINE void storeSamples(const Samples<V>& from, Byte* to, float) {
                           reinterpret_cast<float*>(to));
 }
 
+HWY_INLINE Samples<V> loadSamples(const Byte* from, Half) {
+    Several<Halves, 4> stored;
+    hn::LoadInterleaved4(HalfLanes(), reinterpret_cast<const std::uint16_t*>(from), stored.each[0],
+                         stored.each[1], stored.each[2], stored.each[3]);
+    return {{floats(stored.each[0]), floats(stored.each[1]), floats(stored.each[2]),
+             floats(stored.each[3])}};
+}
+
+HWY_INLINE void storeSamples(const Samples<V>& from, Byte* to, Half) {
+    hn::StoreInterleaved4(halves(from.each[0]), halves(from.each[1]), halves(from.each[2]),
+                          halves(from.each[3]), HalfLanes(), reinterpret_cast<std::uint16_t*>(to));
+}
+
 template <class Sample, int A, int X, int Y, int Z, class Rule>
 HWY_INLINE void decodePass(Quads<Sample, A, X, Y, Z>, const Byte* from, const Planes& to,
                            const Rule& decoding) {
@@ -168,16 +181,23 @@ HWY_INLINE void encodePass(Quads<Sample, A, X, Y, Z>, const ConstPlanes& from, B
     storeSamples(codes, to, Sample());
 }
 
+// What the vectors of three samples are loaded as.
+template <class Sample>
+using StoredSample = std::conditional_t<std::is_same_v<Sample, Half>, std::uint16_t, Sample>;
+
 template <class Sample, class Rule>
 HWY_INLINE void decodePass(Triples<Sample>, const Byte* from, const Planes& to,
                            const Rule& decoding) {
-    using Part = hn::Rebind<Sample, F>;
+    using Stored = StoredSample<Sample>;
+    using Part = hn::Rebind<Stored, F>;
     hn::Vec<Part> x;
     hn::Vec<Part> y;
     hn::Vec<Part> z;
-    hn::LoadInterleaved3(Part(), reinterpret_cast<const Sample*>(from), x, y, z);
+    hn::LoadInterleaved3(Part(), reinterpret_cast<const Stored*>(from), x, y, z);
     if constexpr (std::is_same_v<Sample, float>) {
         storeColor(decoded(decoding, x, y, z), to);
+    } else if constexpr (std::is_same_v<Sample, Half>) {
+        storeColor(decoded(decoding, floats(x), floats(y), floats(z)), to);
     } else {
         const auto code = [](hn::Vec<Part> samples)
                               HWY_ATTR { return hn::PromoteTo(Signed(), samples); };
@@ -189,11 +209,14 @@ HWY_INLINE void decodePass(Triples<Sample>, const Byte* from, const Planes& to,
 template <class Sample, class Kind>
 HWY_INLINE void encodePass(Triples<Sample>, const ConstPlanes& from, Byte* to,
                            const Encoding<Kind>& encoding) {
-    using Part = hn::Rebind<Sample, F>;
+    using Stored = StoredSample<Sample>;
+    using Part = hn::Rebind<Stored, F>;
     const auto codes = encoding.stored(loadColor(from));
-    auto* const samples = reinterpret_cast<Sample*>(to);
+    auto* const samples = reinterpret_cast<Stored*>(to);
     if constexpr (std::is_same_v<Sample, float>) {
         hn::StoreInterleaved3(codes.x, codes.y, codes.z, Part(), samples);
+    } else if constexpr (std::is_same_v<Sample, Half>) {
+        hn::StoreInterleaved3(halves(codes.x), halves(codes.y), halves(codes.z), Part(), samples);
     } else {
         const auto narrow = [](Int code) HWY_ATTR { return hn::DemoteTo(Part(), code); };
         hn::StoreInterleaved3(narrow(codes.x), narrow(codes.y), narrow(codes.z), Part(), samples);
