@@ -294,6 +294,8 @@ private slots:
         QCOMPARE(model.knot(0, 2).x, 4.0);
         QCOMPARE(model.add(0, 3.9, 0), 3); // beside the one that is there
         QCOMPARE(model.knot(0, 3).x, 5.0);
+        QCOMPARE(model.add(0, Infinite, 0), -1);
+        QCOMPARE(model.add(0, -Infinite, 0), -1);
     }
 };
 

@@ -95,7 +95,7 @@ bool KeyCurveModel::Private::room(int curve, double& x) const {
     const auto before = [&](std::size_t i) { return i > 0 ? keys[i - 1].x : -HUGE_VAL; };
     const auto after = [&](std::size_t i) { return i < keys.size() ? keys[i].x : HUGE_VAL; };
     x = wanted;
-    if (after(next) != wanted)
+    if (next == keys.size() || keys[next].x != wanted)
         return CurveLimits::place(item.limits, before(next), after(next), x);
     // Beside the key that is there, but not where nobody could tell the two apart.
     return item.limits.gap > 0 &&
