@@ -1,4 +1,5 @@
 #include <KxUI/picker/ColorPicker_p.h>
+#include <KxUI/values/LinearSlider_p.h>
 
 #include "Transforms.h"
 #include <support/EditBracket.h>
@@ -143,6 +144,21 @@ private Q_SLOTS:
         Kestrel::Test::EditedWidget<ColorPicker> edited;
         edited.make = [] { return makePicker(); };
         edited.another = QVariant::fromValue(ColorValue{0.3F, 0.2F, 4.0F, 1.0F});
+        edited.part = [](ColorPicker& picker) { return partsOf(picker).rows[1].slider; };
+        const auto start = std::make_shared<QPoint>();
+        edited.press = [=](ColorPicker& picker) {
+            LinearSlider& slider = *partsOf(picker).rows[1].slider;
+            press(slider, *start = LinearSliderPrivate::of(&slider)
+                                       ->geometry()
+                                       .handle(slider.value())
+                                       .center()
+                                       .toPoint());
+        };
+        edited.move = [=](ColorPicker& picker, int nth) {
+            moveMouse(*edited.part(picker), *start + QPoint(9 * nth, 0));
+        };
+        edited.release = [=](ColorPicker& picker) { release(*edited.part(picker), *start); };
+        edited.key = Qt::Key_Right;
         edited.once = [](ColorPicker& picker) {
             QTest::mouseClick(partsOf(picker).oldSwatch, Qt::LeftButton);
         };
@@ -238,6 +254,40 @@ private Q_SLOTS:
         type(*partsOf(*picker).exposureNumber, "-3");
         QCOMPARE(picker->color().red, 5.0F);
         QVERIFY(agrees(*picker));
+    }
+
+    // The wheel reads the picker's light, and is told what the light does not tell.
+    void wheelFollows() {
+        const auto picker = makePicker();
+        ColorWheel* const wheel = partsOf(*picker).wheel;
+        QSignalSpy edits(wheel, &ColorWheel::editStarted);
+        QSignalSpy told(wheel, &ColorWheel::hsvChanged);
+        const ColorValue blue{0.25F, 0.5F, 1.0F, 1.0F};
+        picker->setColor(blue);
+        const QVector3D shown = wheel->hsv();
+        QVERIFY(std::abs(shown.x() - 11 / 18.0F) < 1e-6F && shown.y() == 0.75F &&
+                shown.z() == 1.0F);
+        for (const float grey : {0.5F, 0.0F}) { // black has no saturation either
+            picker->setColor({grey, grey, grey, 1.0F});
+            QCOMPARE(wheel->hsv(), QVector3D(shown.x(), grey > 0.0F ? 0.0F : 0.75F, grey));
+            QCOMPARE(wheel->ringValue(), grey);
+            picker->setColor(blue);
+        }
+        picker->setColor({4.0F, 4.0F, 1.0F, 1.0F}); // at the picker's exposure
+        QVERIFY(wheel->value() == 1.0F && wheel->saturation() == 0.75F);
+        type(*partsOf(*picker).exposureNumber, "0");
+        QCOMPARE(wheel->value(), 1.0F);
+        QCOMPARE(picker->color().red, 1.0F);
+
+        const QVector3D before = wheel->hsv();
+        picker->setCurrentPage(ColorPicker::HsvPage);
+        type(*partsOf(*picker).rows[2].number, "0");
+        QCOMPARE(picker->color().red, 0.0F);
+        QCOMPARE(wheel->hsv(), QVector3D(before.x(), before.y(), 0.0F));
+        QCOMPARE(edits.count() + told.count(), 0);
+        QVERIFY(sendKey(*wheel, Qt::Key_PageUp));
+        QCOMPARE(wheel->hsv(), QVector3D(before.x(), before.y(), 0.01F));
+        QVERIFY(picker->color().red > picker->color().blue && agrees(*picker));
     }
 
     void belowZeroIsSaid() {

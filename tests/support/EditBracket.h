@@ -30,6 +30,8 @@ struct EditedWidget {
     };
     /** A value that no gesture leads to. */
     QVariant another;
+    /** What takes mouse and keys: the widget, or one of those that it consists of. */
+    std::function<QWidget*(Widget&)> part = [](Widget& widget) -> QWidget* { return &widget; };
 
     /** A drag: a press that changes nothing yet, movements, each further, and the release. */
     std::function<void(Widget&)> press;
@@ -135,8 +137,10 @@ private:
 
     void pressKey(Widget& widget, QEvent::Type type, bool repeated) {
         QKeyEvent event(type, m_edited.key, Qt::NoModifier, QString(), repeated);
-        QCoreApplication::sendEvent(&widget, &event);
+        QCoreApplication::sendEvent(m_edited.part(widget), &event);
     }
+
+    bool escape(Widget& widget) { return sendKey(*m_edited.part(widget), Qt::Key_Escape); }
 
     bool setter() {
         const auto widget = make();
@@ -147,7 +151,7 @@ private:
         m_edited.set(*widget, m_edited.another);
         return check(changed.count() == 1, QStringLiteral("a change is not told once")) &&
                told(log, "") &&
-               check(!sendKey(*widget, Qt::Key_Escape) || !widget->isEditing(),
+               check(!escape(*widget) || !widget->isEditing(),
                      QStringLiteral("editing without a user"));
     }
 
@@ -173,15 +177,16 @@ private:
     bool takenBack() {
         for (int way = 0; way < 3; ++way) {
             const auto widget = make();
+            QWidget* const part = m_edited.part(*widget);
             Log log(*widget, m_edited.value);
             const QVariant start = m_edited.value(*widget);
             m_edited.press(*widget);
             m_edited.move(*widget, 1);
             bool taken = true;
             if (way == 0)
-                taken = sendKey(*widget, Qt::Key_Escape);
+                taken = escape(*widget);
             else if (way == 1)
-                QTest::mousePress(widget.get(), Qt::RightButton, {}, widget->rect().center());
+                QTest::mousePress(part, Qt::RightButton, {}, part->rect().center());
             else
                 widget->cancelEdit();
             const bool right = check(taken, QStringLiteral("Escape passed on")) &&
@@ -191,7 +196,7 @@ private:
             m_edited.move(*widget, 2);
             m_edited.release(*widget);
             if (way == 1)
-                QTest::mouseRelease(widget.get(), Qt::RightButton, {}, widget->rect().center());
+                QTest::mouseRelease(part, Qt::RightButton, {}, part->rect().center());
             if (!right || !told(log, "SE+R") ||
                 !check(m_edited.value(*widget) == start, QStringLiteral("moved on")))
                 return false;
@@ -206,9 +211,9 @@ private:
         const std::function<void(Widget&)> ends[] = {
             [](Widget& widget) { widget.hide(); },
             [](Widget& widget) { widget.setEnabled(false); },
-            [](Widget& widget) {
+            [this](Widget& widget) {
                 QFocusEvent lost(QEvent::FocusOut, Qt::PopupFocusReason);
-                QCoreApplication::sendEvent(&widget, &lost);
+                QCoreApplication::sendEvent(m_edited.part(widget), &lost);
             },
         };
         for (const auto& interrupt : ends) {
@@ -223,7 +228,7 @@ private:
             // The button is still down, which is no new edit.
             const QVariant end = m_edited.value(*widget);
             m_edited.move(*widget, 2);
-            sendKey(*widget, Qt::Key_Escape);
+            escape(*widget);
             widget->setEnabled(true); // or it takes no release
             m_edited.release(*widget);
             if (!told(log, "SE+F") ||
@@ -272,7 +277,7 @@ private:
                 m_edited.press(widget);
                 m_edited.move(widget, 1);
                 if (alive)
-                    sendKey(widget, Qt::Key_Escape);
+                    escape(widget);
             };
         }
         for (const Act& act : acts) {
@@ -300,7 +305,7 @@ private:
         Log log(*widget, m_edited.value);
         QKeyEvent shortcut(QEvent::ShortcutOverride, m_edited.key, Qt::NoModifier);
         shortcut.ignore();
-        QCoreApplication::sendEvent(widget.get(), &shortcut);
+        QCoreApplication::sendEvent(m_edited.part(*widget), &shortcut);
         if (!check(shortcut.isAccepted() || !m_edited.keyIsOwn,
                    QStringLiteral("the key may be a shortcut")))
             return false;

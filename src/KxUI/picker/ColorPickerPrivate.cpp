@@ -71,6 +71,7 @@ ColorPickerPrivate::ColorPickerPrivate(ColorPicker* picker)
     m_ownSwatches = new SwatchModel(picker);
     parts.grid->setModel(m_ownSwatches);
     parts.alpha.setComponent(ColorModel::Alpha, false);
+    parts.wheel->setColorSource([this] { return state.exposed(); });
     watchParts();
     watchSampler();
     addShortcuts();
@@ -287,6 +288,9 @@ void ColorPickerPrivate::showAll() {
     const ColorTriple hsv = state.components(ColorModel::Hsv);
     if (picturePage == ColorPicker::WheelPage) {
         const QVector3D shown(hsv[0], hsv[1], hsv[2]);
+        if (parts.wheel->hsv() != shown)
+            parts.wheel->updateFromControl();
+        // The light does not tell the hue of a grey, the saturation of black, or a hue of 1.
         if (parts.wheel->hsv() != shown)
             parts.wheel->setHSV(shown);
         parts.wheel->setRingValue(hsv[2]);
