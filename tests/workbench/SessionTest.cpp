@@ -2,11 +2,13 @@
 
 #include <support/TestRegistry.h>
 
+#include "panels/StatusLine.h"
 #include "panels/TimelinePanel.h"
 #include "panels/ViewerPanel.h"
 #include "play/Session.h"
 
 #include <KxUI/time/TimeSlider.h>
+#include <KxUI/values/DoubleSpinBox.h>
 
 using namespace Kestrel::Workbench;
 using Kestrel::Base::InvalidTime;
@@ -139,6 +141,71 @@ private slots:
         session.model()->setLastVisibleTime(Time(1000));
         emit timeline.slider()->snapTime(dragged);
         QCOMPARE(dragged, Time(3));
+    }
+
+    void cacheSize() {
+        Session session(TimeBase(24, false), std::size_t(1) << 20);
+        StatusLine line(&session);
+        auto* field = line.findChild<Kestrel::UI::DoubleSpinBox*>();
+        QSignalSpy told(&session, &Session::cacheSizeChanged);
+        QSignalSpy uncached(&session, &Session::frameUncached);
+        QSignalSpy chosen(&line, &StatusLine::cacheSizeChosen);
+        QCOMPARE(field->value(), 1.0);
+        session.open(m_shot, 3);
+        QTRY_VERIFY(session.isSettled() && session.cache().count() == 10);
+        session.setCacheBytes(6000); // two frames: those that come next
+        QCOMPARE(session.cache().pictureTimes(), (std::vector<Time>{3, 4}));
+        QCOMPARE(uncached.count(), 8);
+        QTRY_VERIFY(session.isSettled());
+        QCOMPARE(session.cache().count(), std::size_t(2));
+        QVERIFY(session.cache().bytes() <= 6000);
+        session.setCacheBytes(6000);
+        QCOMPARE(told.count(), 1);
+        session.setCacheBytes(std::size_t(2) << 20); // the others come back
+        QTRY_VERIFY(session.isSettled() && session.cache().count() == 10);
+        QCOMPARE(field->value(), 2.0);
+        QCOMPARE(chosen.count(), 0);
+
+        field->selectAll();
+        QTest::keyClicks(field, QStringLiteral("1.5 G"));
+        QCOMPARE(session.cache().capacity(), std::size_t(2) << 20);
+        QTest::keyClick(field, Qt::Key_Return);
+        QCOMPARE(session.cache().capacity(), std::size_t(1536) << 20);
+        QCOMPARE(chosen.count(), 1);
+        QCOMPARE(chosen.last().first().toInt(), 1536);
+    }
+
+    // Beyond what the screen shows, as soon as somebody looks at it.
+    void lightOfThePixels() {
+        QTemporaryDir folder;
+        for (const char* name : {"l.0001.exr", "l.0002.exr"}) {
+            Kestrel::Test::TestImage image;
+            image.values = {4.0F, 0.5F, -0.25F};
+            QVERIFY(image.write(folder.filePath(QLatin1String(name))));
+        }
+        const Sequence shot(QStringLiteral("l"), folder.path().toStdString(),
+                            {{1, "l.0001.exr"}, {2, "l.0002.exr"}});
+        for (const std::size_t bytes : {std::size_t(1) << 20, std::size_t(100)}) {
+            Session session(TimeBase(24, false), bytes);
+            session.open(shot, 1);
+            QTRY_VERIFY(session.isSettled() && !session.isLoading());
+            QCOMPARE(session.pixelAt({3, 3})->light[0], 1.0);
+            QSignalSpy pointed(&session, &Session::pointedPixelChanged);
+            session.pointAt({3, 3});
+            QTRY_VERIFY(session.pointedPixel()->ownIsExact);
+            QCOMPARE(session.pointedPixel()->light[0], 4.0);
+            QCOMPARE(session.pointedPixel()->light[2], -0.25);
+            QVERIFY(pointed.count() >= 2);
+            QTRY_VERIFY(session.isSettled());
+            const FramePtr other = session.cache().find(2);
+            QVERIFY(!other || !other->samples); // as cheap as before
+
+            session.pointAt({-1, -1});
+            session.readPixels(true); // the pipette, which takes the mouse
+            session.model()->setCurrentTime(2);
+            QTRY_VERIFY(session.pixelAt({3, 3}) && session.pixelAt({3, 3})->light[0] == 4.0);
+            QTRY_VERIFY(session.isSettled());
+        }
     }
 
     void steppedSequence() {

@@ -156,6 +156,7 @@ void ColorPanel::setGain(const std::optional<GainColor>& gain, const QString& te
 
 /** All viewers that there are, wherever they are docked. */
 void ColorPanel::findPictures() {
+    m_session->readPixels(m_picker->isSampling());
     if (!m_picker->isSampling())
         return;
     const auto widgets = QApplication::allWidgets();

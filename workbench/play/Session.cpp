@@ -161,8 +161,18 @@ Base::Time Session::heldTime() const {
 void Session::pointAt(const QPoint& pixel) {
     if (pixel == m_pointed)
         return;
+    const bool begins = m_pointed == QPoint(-1, -1);
     m_pointed = pixel;
     emit pointedPixelChanged();
+    if (begins)
+        plan();
+}
+
+void Session::readPixels(bool reads) {
+    if (reads == m_readsPixels)
+        return;
+    m_readsPixels = reads;
+    plan();
 }
 
 std::optional<PixelValues> Session::pointedPixel() const {
@@ -209,9 +219,14 @@ void Session::planGrades() {
     m_grader.setRequests(sources);
 }
 
+bool Session::areSamplesWanted(Base::Time held) const {
+    const bool isRead = m_readsPixels || m_pointed != QPoint(-1, -1);
+    return m_keepSamples || (isRead && !m_player.isPlaying() && held == heldTime());
+}
+
 /** Whether there is no need to decode a frame again. */
-bool Session::isGoodEnough(const FramePtr& source) const {
-    return source && (source->isComplete || !m_keepSamples);
+bool Session::isGoodEnough(const FramePtr& source, Base::Time held) const {
+    return source && (source->isComplete || !areSamplesWanted(held));
 }
 
 void Session::plan() {
@@ -229,16 +244,16 @@ void Session::plan() {
     std::vector<DecodePool::Request> requests;
     for (const Base::Time time : times) {
         const auto held = m_sequence.heldTime(time);
-        if (!held || isGoodEnough(m_cache.find(*held)))
+        if (!held || isGoodEnough(m_cache.find(*held), *held))
             continue;
         // It may be too large for the cache.
-        if (!m_sourceStandsIn && isGoodEnough(m_source) && m_source->time == *held)
+        if (!m_sourceStandsIn && isGoodEnough(m_source, *held) && m_source->time == *held)
             continue;
         const bool asked = std::any_of(requests.begin(), requests.end(),
                                        [&](const auto& request) { return request.time == *held; });
         if (asked)
             continue;
-        requests.push_back({*held, m_sequence.path(*held), m_keepSamples});
+        requests.push_back({*held, m_sequence.path(*held), areSamplesWanted(*held)});
         if (requests.size() == requestsAtOnce)
             break;
     }

@@ -66,6 +66,10 @@ public:
     /** The same of any pixel of the shown frame. */
     std::optional<PixelValues> pixelAt(const QPoint& pixel) const;
 
+    /** While somebody reads pixels of the shown frame, and while one is pointed at, it is decoded
+        with all that its file holds, not for the screen alone. Not while playing. */
+    void readPixels(bool reads);
+
     /** Whether everything that fits into the cache is decoded. */
     bool isSettled() const { return m_pool.pending() == 0; }
 
@@ -91,7 +95,8 @@ private:
     void regrade();
     void applyGrade();
     void planGrades();
-    bool isGoodEnough(const FramePtr& source) const;
+    bool areSamplesWanted(Base::Time held) const;
+    bool isGoodEnough(const FramePtr& source, Base::Time held) const;
     void plan();
     void takeIn(const FramePtr& frame);
     PlayOrder order() const;
@@ -112,6 +117,7 @@ private:
     FramePtr m_shown;
     bool m_loading = false;
     QPoint m_pointed{-1, -1};
+    bool m_readsPixels = false;
     /** The grade changed while the source was being graded. */
     bool m_regradeWaits = false;
     /** Frames are decoded with their samples: there is a grade. */
