@@ -5,13 +5,10 @@
 #include <cstdarg>
 #include <fcntl.h>
 #include <mutex>
-#include <sys/types.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
-// The linker leads the library's calls through these (--wrap), on their way to the system.
-extern "C" {
-int __real_open(const char* path, int flags, ...);
-int __wrap_open(const char* path, int flags, ...);
-}
+using Kestrel::Test::HangingCalls;
 
 namespace {
 
@@ -20,7 +17,7 @@ struct State {
     std::condition_variable changed;
     std::string folder;
     int waiting = 0;
-    bool hangs = false;
+    int hanging = 0; // the calls that do
 };
 
 // Stays: a call may come back while the process ends.
@@ -29,22 +26,42 @@ State& state() {
     return *one;
 }
 
-void hangFor(const char* path) {
+void hangFor(int call, const std::string& path) {
     State& all = state();
     std::unique_lock<std::mutex> lock(all.mutex);
-    if (!all.hangs || std::string(path).rfind(all.folder, 0) != 0)
+    if ((all.hanging & call) == 0 || path.rfind(all.folder, 0) != 0)
         return;
     ++all.waiting;
     all.changed.notify_all();
-    all.changed.wait(lock, [&] { return !all.hangs; });
+    all.changed.wait(lock, [&] { return all.hanging == 0; });
     --all.waiting;
     all.changed.notify_all();
 }
 
+std::string pathOf(int directory, const char* name) {
+    if (directory == AT_FDCWD || name[0] == '/')
+        return name;
+    std::string path(4096, '\0');
+    const std::string link = "/proc/self/fd/" + std::to_string(directory);
+    const ssize_t length = ::readlink(link.c_str(), path.data(), path.size());
+    path.resize(length > 0 ? std::size_t(length) : 0);
+    return path + '/' + name;
+}
+
 } // namespace
 
+// The linker leads the library's calls through these (--wrap), on their way to the system.
+extern "C" {
+int __real_open(const char* path, int flags, ...);
+int __real_stat(const char* path, struct stat* record);
+int __real_lstat(const char* path, struct stat* record);
+int __real_fstatat(int directory, const char* name, struct stat* record, int flags);
+int __real_statx(int directory, const char* name, int flags, unsigned mask, struct statx* record);
+int __real_mkdir(const char* path, mode_t mode);
+int __real_renameat2(int from, const char* old, int to, const char* fresh, unsigned flags);
+
 int __wrap_open(const char* path, int flags, ...) {
-    hangFor(path);
+    hangFor(HangingCalls::Opens, path);
     va_list more;
     va_start(more, flags);
     const mode_t mode = (flags & O_CREAT) != 0 ? va_arg(more, mode_t) : 0;
@@ -52,12 +69,43 @@ int __wrap_open(const char* path, int flags, ...) {
     return __real_open(path, flags, mode);
 }
 
+int __wrap_stat(const char* path, struct stat* record) {
+    hangFor(HangingCalls::Statuses, path);
+    return __real_stat(path, record);
+}
+
+int __wrap_lstat(const char* path, struct stat* record) {
+    hangFor(HangingCalls::Statuses, path);
+    return __real_lstat(path, record);
+}
+
+int __wrap_fstatat(int directory, const char* name, struct stat* record, int flags) {
+    hangFor(HangingCalls::Statuses, pathOf(directory, name));
+    return __real_fstatat(directory, name, record, flags);
+}
+
+int __wrap_statx(int directory, const char* name, int flags, unsigned mask, struct statx* record) {
+    hangFor(HangingCalls::Statuses, pathOf(directory, name));
+    return __real_statx(directory, name, flags, mask, record);
+}
+
+int __wrap_mkdir(const char* path, mode_t mode) {
+    hangFor(HangingCalls::Changes, path);
+    return __real_mkdir(path, mode);
+}
+
+int __wrap_renameat2(int from, const char* old, int to, const char* fresh, unsigned flags) {
+    hangFor(HangingCalls::Changes, old);
+    return __real_renameat2(from, old, to, fresh, flags);
+}
+}
+
 namespace Kestrel::Test {
 
-HangingCalls::HangingCalls(const std::string& folder) {
+HangingCalls::HangingCalls(const std::string& folder, int calls) {
     const std::lock_guard<std::mutex> lock(state().mutex);
     state().folder = folder;
-    state().hangs = true;
+    state().hanging = calls;
 }
 
 HangingCalls::~HangingCalls() {
@@ -72,7 +120,7 @@ bool HangingCalls::isReached(int calls) const {
 
 void HangingCalls::release() {
     std::unique_lock<std::mutex> lock(state().mutex);
-    state().hangs = false;
+    state().hanging = 0;
     state().changed.notify_all();
     state().changed.wait(lock, [] { return state().waiting == 0; });
 }

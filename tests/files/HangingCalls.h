@@ -9,7 +9,9 @@ namespace Kestrel::Test {
     time. */
 class HangingCalls {
 public:
-    explicit HangingCalls(const std::string& folder);
+    enum Calls { Opens = 1, Statuses = 2, Changes = 4, All = 7 };
+
+    explicit HangingCalls(const std::string& folder, int calls = All);
     ~HangingCalls();
     HangingCalls(const HangingCalls&) = delete;
     HangingCalls& operator=(const HangingCalls&) = delete;

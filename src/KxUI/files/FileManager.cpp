@@ -1,11 +1,16 @@
 #include <KxUI/files/FileManager.h>
 
 #include <KxUI/files/FileInfo.h>
+#include <KxUI/files/FileListing.h>
+#include <KxUI/files/FileTexts_p.h>
 #include <KxUI/files/RawName_p.h>
 #include <KxUI/files/WorkerPool_p.h>
 #include <KxUI/files/platform/Directory_p.h>
 
 #include <QCoreApplication>
+
+#include <algorithm>
+#include <climits>
 
 namespace Kestrel::UI {
 namespace {
@@ -31,6 +36,21 @@ const char* formatOf(const QByteArray& extension) {
             return each.format;
     }
     return nullptr;
+}
+
+QString noAnswerText() {
+    return Text::tr("The server of this folder does not answer.");
+}
+
+QString ownErrorText(int error) {
+    switch (error) {
+    case FileManager::NoAnswer:
+        return noAnswerText();
+    case FileManager::Stopped:
+        return Text::tr("It was stopped.");
+    default:
+        return Text::tr("Too many folders do not answer.");
+    }
 }
 
 } // namespace
@@ -66,7 +86,7 @@ QStringList FileManager::stuckDirectories() {
 QString FileManager::errorText(int error) {
     using Platform::Failure;
     if (error < 0)
-        return Text::tr("Too many folders do not answer.");
+        return ownErrorText(error);
     switch (Platform::failureOf(error)) {
     case Failure::None:
         return {};
@@ -77,7 +97,7 @@ QString FileManager::errorText(int error) {
     case Failure::Denied:
         return Text::tr("You have no permission to read this folder.");
     case Failure::Unreachable:
-        return Text::tr("The server of this folder does not answer.");
+        return noAnswerText();
     case Failure::LinkLoop:
         return Text::tr("This folder is a link that leads round in a circle.");
     case Failure::TooManyOpenFiles:
@@ -88,6 +108,58 @@ QString FileManager::errorText(int error) {
         return Text::tr("The name is too long.");
     default:
         return Text::tr("This folder cannot be read: %1.").arg(qt_error_string(error));
+    }
+}
+
+QString FileManager::errorText(const FileListing& listing) {
+    using State = FileListing::State;
+    const auto entries = static_cast<int>(std::min<std::int64_t>(listing.entriesRead(), INT_MAX));
+    if (listing.state() == State::Stopped)
+        return Text::tr("Reading was stopped after %n entries.", nullptr, entries);
+    if (listing.state() != State::Failed)
+        return {};
+    const QString reason = errorText(listing.error());
+    if (entries == 0)
+        return reason;
+    return Text::tr("Reading stopped after %n entries: %1", nullptr, entries).arg(reason);
+}
+
+QString FileManager::errorText(int error, const QByteArray& path) {
+    using Platform::Failure;
+    if (error < 0 && error != NoFrames)
+        return ownErrorText(error);
+    // In marks that keep what is written from right to left apart from the sentence.
+    QByteArray lastName = path;
+    while (lastName.size() > 1 && lastName.endsWith('/'))
+        lastName.chop(1);
+    if (lastName.size() > 1)
+        lastName = lastName.mid(lastName.lastIndexOf('/') + 1);
+    const QString name = QChar(0x2068) + FileTexts::name(viewOf(lastName)) + QChar(0x2069);
+    if (error == NoFrames)
+        return Text::tr("\"%1\" has no place for the numbers of frames.").arg(name);
+    switch (Platform::failureOf(error)) {
+    case Failure::None:
+        return {};
+    case Failure::NotFound:
+        return Text::tr("\"%1\" does not exist.").arg(name);
+    case Failure::NotADirectory:
+        return Text::tr("\"%1\" does not lie in a folder.").arg(name);
+    case Failure::Denied:
+        return Text::tr("You have no permission to change \"%1\".").arg(name);
+    case Failure::Unreachable:
+        return Text::tr("The server of \"%1\" does not answer.").arg(name);
+    case Failure::NameTooLong:
+        return Text::tr("The name \"%1\" is too long.").arg(name);
+    case Failure::Exists:
+        return Text::tr("\"%1\" exists already.").arg(name);
+    case Failure::DiskFull:
+        return Text::tr("There is no room left on the disk of \"%1\".").arg(name);
+    case Failure::ReadOnly:
+        return Text::tr("The disk of \"%1\" can only be read.").arg(name);
+    case Failure::OtherDisk:
+        return Text::tr("\"%1\" cannot be moved to another disk by renaming.").arg(name);
+    default:
+        return Text::tr("\"%1\" cannot be changed: %2.").arg(name, qt_error_string(error));
     }
 }
 

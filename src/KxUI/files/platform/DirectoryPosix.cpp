@@ -106,6 +106,8 @@ Failure failureOf(int error) {
         return Failure::DiskFull;
     case EROFS:
         return Failure::ReadOnly;
+    case EXDEV:
+        return Failure::OtherDisk;
     default:
         return Failure::Other;
     }
@@ -113,7 +115,7 @@ Failure failureOf(int error) {
 
 int errorOf(Failure failure) {
     for (const int error : {0, ENOENT, ENOTDIR, EACCES, ETIMEDOUT, ESTALE, ELOOP, EMFILE, ENOMEM,
-                            ENAMETOOLONG, EEXIST, ENOSPC, EROFS}) {
+                            ENAMETOOLONG, EEXIST, ENOSPC, EROFS, EXDEV}) {
         if (failureOf(error) == failure)
             return error;
     }
@@ -185,6 +187,26 @@ int queryStatusAt(const DirectoryHandle& directory, const char* name, bool cache
         status.isBrokenLink = true;
     else
         return error;
+    return 0;
+}
+
+int queryPath(const std::string& path, EntryStatus& status) {
+    status = {};
+    struct stat record {};
+    if (::lstat(path.c_str(), &record) != 0)
+        return errno;
+    store(record, status);
+    const bool isLink = S_ISLNK(record.st_mode);
+    status.isLink = isLink;
+    // A directory may be a place to be mounted: following it sees to that.
+    if (!isLink && !S_ISDIR(record.st_mode))
+        return 0;
+    if (::stat(path.c_str(), &record) == 0)
+        store(record, status);
+    else if (isLink && (errno == ENOENT || errno == ENOTDIR || errno == ELOOP))
+        status.isBrokenLink = true;
+    else
+        return errno;
     return 0;
 }
 

@@ -101,6 +101,8 @@ Failure failureOf(int error) {
         return Failure::DiskFull;
     case ERROR_WRITE_PROTECT:
         return Failure::ReadOnly;
+    case ERROR_NOT_SAME_DEVICE:
+        return Failure::OtherDisk;
     default:
         return Failure::Other;
     }
@@ -111,7 +113,7 @@ int errorOf(Failure failure) {
          {ERROR_SUCCESS, ERROR_FILE_NOT_FOUND, ERROR_DIRECTORY, ERROR_ACCESS_DENIED,
           ERROR_BAD_NETPATH, ERROR_CANT_RESOLVE_FILENAME, ERROR_TOO_MANY_OPEN_FILES,
           ERROR_NOT_ENOUGH_MEMORY, ERROR_FILENAME_EXCED_RANGE, ERROR_ALREADY_EXISTS,
-          ERROR_DISK_FULL, ERROR_WRITE_PROTECT}) {
+          ERROR_DISK_FULL, ERROR_WRITE_PROTECT, ERROR_NOT_SAME_DEVICE}) {
         if (failureOf(error) == failure)
             return error;
     }
@@ -172,6 +174,10 @@ int readDirectory(DirectoryHandle& directory, Listing& listing, ReadProgress& pr
 
 int queryStatusAt(const DirectoryHandle& directory, const char* name, bool, EntryStatus& status) {
     return statusOf(fromUtf8(joinedPath(directory.m_path, "")) + name, status);
+}
+
+int queryPath(const std::string& path, EntryStatus& status) {
+    return statusOf(fromUtf8(path), status);
 }
 
 bool backslashSeparates() {

@@ -24,6 +24,7 @@ enum class Failure : std::uint8_t {
     Exists,
     DiskFull,
     ReadOnly,
+    OtherDisk, ///< a file cannot be moved there by renaming
     Other
 };
 Failure failureOf(int error);
@@ -85,6 +86,10 @@ int readDirectory(DirectoryHandle& directory, Listing& listing, ReadProgress& pr
     from what it knows. 0 or the error number. */
 int queryStatusAt(const DirectoryHandle& directory, const char* name, bool cached,
                   EntryStatus& status);
+
+/** Asks for the status of a path, past what a network file system remembers; a directory that is
+    mounted when somebody asks for it is. 0 or the error number. */
+int queryPath(const std::string& path, EntryStatus& status);
 
 /** Whether a backslash separates folders, so that no name can have one. */
 bool backslashSeparates();
