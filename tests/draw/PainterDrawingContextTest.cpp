@@ -1,0 +1,112 @@
+#include <KxUI/draw/CloudPoint.h>
+#include <KxUI/draw/IntensityGrid.h>
+#include <KxUI/draw/PainterDrawingContext.h>
+#include <KxUI/draw/ToneCurve.h>
+
+#include <support/TestRegistry.h>
+
+#include <QImage>
+#include <QPainter>
+
+#include <functional>
+
+using namespace Kestrel::UI;
+
+namespace {
+
+// What is drawn on 20 x 10 logical pixels.
+QImage drawn(qreal ratio, const std::function<void(DrawingContext&)>& draw) {
+    QImage image(QSize(20, 10) * ratio, QImage::Format_RGB32);
+    image.setDevicePixelRatio(ratio);
+    image.fill(Qt::black);
+    QPainter painter(&image);
+    PainterDrawingContext context(painter, QSizeF(20, 10), ratio);
+    draw(context);
+    return image;
+}
+
+int litPixels(const QImage& image) {
+    int lit = 0;
+    for (int y = 0; y < image.height(); ++y)
+        for (int x = 0; x < image.width(); ++x)
+            lit += image.pixelColor(x, y) == Qt::black ? 0 : 1;
+    return lit;
+}
+
+} // namespace
+
+class PainterDrawingContextTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void rectanglesEndBetweenPixels() {
+        const auto fill = [](DrawingContext& c) { c.fill({1.3, 0.6, 2.3, 2}, Qt::red); };
+        const QImage once = drawn(1, fill);
+        QCOMPARE(litPixels(once), 3 * 2);
+        QCOMPARE(once.pixelColor(1, 1), QColor(Qt::red));
+        const QImage twice = drawn(2, fill);
+        QCOMPARE(litPixels(twice), 4 * 4);
+        QCOMPARE(twice.pixelColor(3, 1), QColor(Qt::red));
+    }
+
+    void hairlinesAreDevicePixels() {
+        const QImage image = drawn(2, [](DrawingContext& c) {
+            c.line({0, 0.25}, {20, 0.25}, {QColor(Qt::white), 0});
+        });
+        QCOMPARE(litPixels(image), 40);
+        QCOMPARE(image.pixelColor(7, 0), QColor(Qt::white));
+    }
+
+    void lightIsAddedAndSaturates() {
+        const IntensityGrid grid(20, 10, std::vector<float>(200, 16.0F));
+        const QImage image = drawn(1, [&](DrawingContext& c) {
+            c.fill({0, 0, 20, 10}, QColor(10, 20, 30));
+            c.intensity({0, 0, 20, 10}, grid, ToneCurve(), QColor(250, 100, 0));
+            c.setClip({0, 0, 5, 5});
+            c.intensity({0, 0, 20, 10}, grid, ToneCurve(), QColor(0, 100, 0));
+        });
+        QCOMPARE(image.pixelColor(10, 5), QColor(255, 120, 30));
+        QCOMPARE(image.pixelColor(2, 2), QColor(255, 220, 30));
+    }
+
+    void nearerPointsLieInFront() {
+        const std::vector<CloudPoint> cloud{{0, 0, 0.5F, 3, qRgb(255, 0, 0)},
+                                            {0, 0, -0.5F, 1, qRgb(0, 255, 0)},
+                                            {0, 0, 0.9F, 4, qRgb(0, 0, 255)},
+                                            {5, 0, 0, 4, qRgb(255, 255, 255)},
+                                            {0, 0, 0, 90, qRgb(9, 9, 9)}};
+        const auto view = [&](int count, double w) {
+            return drawn(1, [&](DrawingContext& c) {
+                QMatrix4x4 matrix;
+                matrix(3, 3) = float(w);
+                c.points({0, 0, 20, 10}, matrix, cloud.data(), count);
+            });
+        };
+        const QImage image = view(4, 1);
+        QCOMPARE(image.pixelColor(10, 5), QColor(0, 255, 0));
+        QCOMPARE(image.pixelColor(12, 5), QColor(255, 0, 0));
+        QCOMPARE(image.pixelColor(13, 5), QColor(0, 0, 255));
+        QCOMPARE(litPixels(view(4, -1)), 0); // behind the eye
+        QCOMPARE(litPixels(view(4, qQNaN())), 0);
+        QCOMPARE(litPixels(view(5, 1)), 200);
+    }
+
+    void thePainterIsGivenBack() {
+        QImage image(20, 10, QImage::Format_RGB32);
+        QPainter painter(&image);
+        painter.setPen(Qt::green);
+        {
+            PainterDrawingContext context(painter, QSizeF(20, 10), 1);
+            context.setClip({1, 1, 2, 2});
+            context.polyline(nullptr, 0, QColor(Qt::red));
+            context.polygon(nullptr, 0, Qt::red);
+            context.image({0, 0, 5, 5}, QImage());
+            context.text({0, 0, 20, 10}, Qt::AlignCenter, QStringLiteral("x"), QFont(), Qt::red);
+        }
+        QCOMPARE(painter.pen().color(), QColor(Qt::green));
+        QVERIFY(!painter.hasClipping());
+    }
+};
+
+KXUI_TEST(PainterDrawingContextTest);
+#include "PainterDrawingContextTest.moc"
