@@ -26,7 +26,8 @@ public:
         @param path      in the system's encoding
         @param modified  seconds since 1970, or 0 where it is not known; part of what a picture is kept by
         @param size      in device pixels; the picture should fit into it
-        @return what keeps the request alive: dropping it takes the request back. */
+        @param answer    takes the picture
+    @return what keeps the request alive: dropping it takes the request back. */
     virtual std::shared_ptr<void> request(const QByteArray& path, std::int64_t modified,
                                           const QSize& size, Answer answer) = 0;
 };
