@@ -104,6 +104,77 @@ void addCurveIcons(QMap<QString, IconPaths>& icons) {
     icons.insert(QStringLiteral("CurveEye"), eye);
 }
 
+// What a file browser goes by, and what it lists.
+void addFileIcons(QMap<QString, IconPaths>& icons) {
+    const QPainterPath tab = polygon({{1, 3}, {6, 3}, {7.5, 5}, {15, 5}, {15, 14}, {1, 14}});
+    const QPainterPath inside = box(2, 6, 12, 7);
+    const IconPaths folder{tab - inside, inside};
+    // An arrow that leads elsewhere, in the lower left corner.
+    const QPainterPath badge = box(0, 9, 7, 7);
+    const QPainterPath leads =
+        polygon({{2, 10}, {6, 10}, {6, 14}, {4.7, 12.7}, {2, 15.4}, {0.6, 14}, {3.3, 11.3}});
+    const QPainterPath sheet = polygon({{3, 1}, {10, 1}, {13, 4}, {13, 15}, {3, 15}});
+    const QPainterPath blank = polygon({{4, 2}, {9, 2}, {9, 5}, {12, 5}, {12, 14}, {4, 14}});
+    const IconPaths file{sheet - blank, blank};
+    // Frames one behind the other.
+    const QPainterPath front = box(1, 6, 11, 8);
+    const IconPaths sequence{(front - box(2, 7, 9, 6)) | (box(3, 4, 11, 1) | box(13, 4, 1, 8)) |
+                                 (box(5, 2, 11, 1) | box(15, 2, 1, 8)),
+                             polygon({{2, 13}, {5, 9}, {7, 11}, {8.5, 9.5}, {11, 13}})};
+    const IconPaths back{line({{3, 8}, {6, 8}}, {{10, 8}, {13, 8}}) |
+                             line({{3, 8}, {4, 7}}, {{6.5, 4.5}, {7.5, 3.5}}) |
+                             line({{3, 8}, {4, 9}}, {{6.5, 11.5}, {7.5, 12.5}}),
+                         {}};
+    QPainterPath circle = ring(8, 8, 6, 4);
+    circle -= polygon({{8, 8}, {16, 8}, {16, 1}, {11, 1}});
+    const IconPaths again{circle | polygon({{9.5, 6.5}, {15, 6.5}, {15, 1.5}}), {}};
+    const IconPaths house{polygon({{8, 1.5}, {15, 8}, {13.5, 9.2}, {8, 4.2}, {2.5, 9.2}, {1, 8}}),
+                          polygon({{8, 5.5},
+                                   {13, 10},
+                                   {13, 14.5},
+                                   {9.5, 14.5},
+                                   {9.5, 11},
+                                   {6.5, 11},
+                                   {6.5, 14.5},
+                                   {3, 14.5},
+                                   {3, 10}})};
+    IconPaths details;
+    IconPaths compact;
+    for (const int y : {2, 6, 10}) {
+        details.solid |= box(1, y + 1, 7, 1);
+        details.pale |= box(9, y + 1, 2, 1) | box(12, y + 1, 3, 1);
+        for (const int x : {1, 9}) {
+            compact.pale |= box(x, y, 2, 2);
+            compact.solid |= box(x + 3, y + 0.5, 3, 1);
+        }
+    }
+    IconPaths tiles;
+    for (const QPoint& at : {QPoint(1, 1), QPoint(9, 1), QPoint(1, 9), QPoint(9, 9)}) {
+        tiles.solid |= box(at.x(), at.y(), 6, 5) - box(at.x() + 1, at.y() + 1, 4, 3);
+        tiles.pale |= box(at.x() + 1, at.y() + 1, 4, 3);
+    }
+    const QPainterPath plus = box(11, 8, 2, 7) | box(8.5, 10.5, 7, 2);
+    const QPainterPath around = box(7.5, 7, 9, 9);
+    const auto insert = [&icons](const char* name, const IconPaths& paths) {
+        icons.insert(QLatin1String(name), paths);
+    };
+    insert("BrowseFolder", folder);
+    insert("BrowseFolderLink", {(folder.solid - badge) | leads, folder.pale - badge});
+    insert("BrowseNewFolder", {(folder.solid - around) | plus, folder.pale - around});
+    insert("BrowseFile", file);
+    insert("BrowseLink", {(file.solid - badge) | leads, file.pale - badge});
+    insert("BrowseSequence", sequence);
+    insert("BrowseBack", back);
+    insert("BrowseForward", mirrored(back));
+    insert("BrowseUp", turned(back));
+    insert("BrowseHome", house);
+    insert("BrowseRefresh", again);
+    insert("BrowseStop", icons.value(QStringLiteral("PaneClose")));
+    insert("BrowseDetails", details);
+    insert("BrowseCompact", compact);
+    insert("BrowseThumbnails", tiles);
+}
+
 QMap<QString, IconPaths> makeIcons() {
     const IconPaths end{triangle(3, 11) | box(11, 3, 2, 10), {}};
     const IconPaths frame{triangle(7, 13, 4), box(4, 4, 2, 8)};
@@ -192,6 +263,7 @@ QMap<QString, IconPaths> makeIcons() {
     icons.insert(QStringLiteral("PageHistory"), clock);
     addCurveIcons(icons);
     icons.insert(QStringLiteral("PaneClose"), cross);
+    addFileIcons(icons);
     icons.insert(QStringLiteral("Search"), search);
     icons.insert(QStringLiteral("SearchMenu"), searchMenu);
     icons.insert(QStringLiteral("PaneFloat"), windows);

@@ -1,0 +1,338 @@
+#include <KxUI/browse/BrowserViews_p.h>
+
+#include <KxUI/browse/FileCellLayout_p.h>
+#include <KxUI/browse/FileItemDelegate_p.h>
+#include <KxUI/browse/ThumbnailLoader_p.h>
+#include <KxUI/files/FileListModel.h>
+#include <KxUI/files/RawName_p.h>
+
+#include <QEvent>
+#include <QHeaderView>
+#include <QItemSelectionModel>
+#include <QListView>
+#include <QMenu>
+#include <QScrollBar>
+#include <QTreeView>
+
+#include <algorithm>
+
+namespace Kestrel::UI {
+namespace {
+
+constexpr int LeastNameWidth = 180;
+constexpr std::size_t RememberedNames = 10000;
+
+QScrollBar* barOf(const QAbstractItemView* view, bool isCompact) {
+    return isCompact ? view->horizontalScrollBar() : view->verticalScrollBar();
+}
+
+// Whether an item lies before what is seen (-1), in it (0) or behind it, along the way of scrolling.
+int sideOf(const QListView& list, int row, bool isCompact) {
+    const QRect rect = list.visualRect(list.model()->index(row, 0));
+    const QRect seen = list.viewport()->rect();
+    if (!rect.isValid())
+        return 1; // not laid out yet
+    if (!isCompact)
+        return rect.bottom() < seen.top() ? -1 : rect.top() > seen.bottom() ? 1 : 0;
+    const bool isBefore = rect.right() < seen.left();
+    const bool isBehind = rect.left() > seen.right();
+    const int sign = list.isRightToLeft() ? -1 : 1;
+    return isBefore ? -sign : isBehind ? sign : 0;
+}
+
+// The first row that is not before what is seen, or is behind it.
+int firstRow(const QListView& list, bool isCompact, int limit) {
+    int low = 0;
+    int high = list.model()->rowCount();
+    while (low < high) {
+        const int middle = low + (high - low) / 2;
+        if (sideOf(list, middle, isCompact) < limit)
+            low = middle + 1;
+        else
+            high = middle;
+    }
+    return low;
+}
+
+} // namespace
+
+BrowserViews::BrowserViews(FileListModel* model, QWidget* parent)
+    : QStackedWidget(parent)
+    , m_model(model)
+    , m_pictures(new ThumbnailLoader(model, this))
+    , m_delegate(new FileItemDelegate(model, m_pictures, this))
+    , m_selection(new QItemSelectionModel(model, this)) {
+    buildDetails(model);
+    buildList();
+    setFocusProxy(m_details);
+    connect(m_pictures, &ThumbnailLoader::arrived, m_list->viewport(),
+            QOverload<>::of(&QWidget::update));
+    for (const auto signal :
+         {&QAbstractItemModel::rowsAboutToBeInserted, &QAbstractItemModel::rowsAboutToBeRemoved})
+        connect(model, signal, this, &BrowserViews::dropAnchor);
+    connect(model, &QAbstractItemModel::layoutAboutToBeChanged, this, &BrowserViews::dropAnchor);
+    connect(model, &QAbstractItemModel::modelAboutToBeReset, this, [this] { m_anchor = {}; });
+    connect(model, &FileListModel::settled, this, &BrowserViews::tellRows);
+    connect(model, &QAbstractItemModel::dataChanged, this, [this] {
+        if (mode() == FileBrowser::Thumbnails)
+            tellRows();
+    });
+}
+
+BrowserViews::~BrowserViews() = default;
+
+void BrowserViews::buildDetails(FileListModel* model) {
+    m_details = new QTreeView(this);
+    m_details->setModel(model);
+    m_details->setUniformRowHeights(true);
+    m_details->setRootIsDecorated(false);
+    m_details->setItemsExpandable(false);
+    m_details->setAllColumnsShowFocus(true);
+    m_details->setAlternatingRowColors(true);
+    m_details->setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
+    m_details->sortByColumn(FileListModel::Name, Qt::AscendingOrder);
+    m_details->setSortingEnabled(true);
+    QHeaderView* const header = m_details->header();
+    header->setStretchLastSection(false);
+    header->setFirstSectionMovable(false);
+    header->setMinimumSectionSize(40);
+    header->setContextMenuPolicy(Qt::CustomContextMenu);
+    const QFontMetrics metrics(m_details->font());
+    const char* const widest[] = {"",
+                                  "1001-10000,10",
+                                  "Missing 00",
+                                  "\u2248 000.0 MB",
+                                  "Yesterday 00:00 xx",
+                                  "OpenEXR image, sequence"};
+    for (int column = FileListModel::Frames; column <= FileListModel::Type; ++column)
+        header->resizeSection(column, metrics.horizontalAdvance(QString::fromUtf8(widest[column])) +
+                                          4 * FileCellLayout::Margin);
+    header->hideSection(FileListModel::Type);
+    connect(header, &QWidget::customContextMenuRequested, this, &BrowserViews::showColumnMenu);
+    connect(header, &QHeaderView::sectionMoved, this, &BrowserViews::columnsChanged);
+    connect(header, &QHeaderView::sortIndicatorChanged, this, &BrowserViews::columnsChanged);
+    connect(header, &QHeaderView::sectionResized, this, [this](int column, int, int width) {
+        if (m_isFitting)
+            return;
+        if (column == FileListModel::Name)
+            m_nameWidth = width;
+        fitNames();
+        Q_EMIT columnsChanged();
+    });
+    shareSelection(m_details);
+}
+
+void BrowserViews::buildList() {
+    m_list = new QListView(this);
+    m_list->setUniformItemSizes(true);
+    m_list->setLayoutMode(QListView::Batched);
+    m_list->setBatchSize(200);
+    m_list->setWrapping(true);
+    m_list->setResizeMode(QListView::Adjust);
+    m_list->setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
+    m_list->setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
+    m_list->setSelectionRectVisible(true);
+    shareSelection(m_list);
+}
+
+void BrowserViews::shareSelection(QAbstractItemView* view) {
+    addWidget(view);
+    view->setItemDelegate(m_delegate);
+    view->setSelectionBehavior(QAbstractItemView::SelectRows);
+    view->setSelectionMode(QAbstractItemView::ExtendedSelection);
+    view->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    view->setDragEnabled(true);
+    view->setDragDropMode(QAbstractItemView::DragOnly);
+    view->setContextMenuPolicy(Qt::CustomContextMenu);
+    view->setAccessibleName(FileBrowser::tr("Files"));
+    view->viewport()->installEventFilter(this);
+    if (view->model()) {
+        const QItemSelectionModel* const replaced = view->selectionModel();
+        view->setSelectionModel(m_selection);
+        delete replaced;
+    }
+    for (const QScrollBar* bar : {view->verticalScrollBar(), view->horizontalScrollBar()})
+        connect(bar, &QScrollBar::valueChanged, this, &BrowserViews::tellRows);
+}
+
+QAbstractItemView* BrowserViews::current() const {
+    return static_cast<QAbstractItemView*>(currentWidget());
+}
+
+FileBrowser::ViewMode BrowserViews::mode() const {
+    return m_delegate->look();
+}
+
+void BrowserViews::setMode(FileBrowser::ViewMode mode) {
+    const bool hadFocus = current()->hasFocus();
+    m_delegate->setLook(mode);
+    m_anchor = {};
+    if (mode == FileBrowser::Details) {
+        // What is not seen costs nothing: the list forgets the rows.
+        const QItemSelectionModel* const shared = m_list->selectionModel();
+        m_list->setModel(nullptr);
+        if (m_list->selectionModel() != shared)
+            delete m_list->selectionModel();
+        setCurrentWidget(m_details);
+    } else {
+        const bool isCompact = mode == FileBrowser::Compact;
+        m_list->setFlow(isCompact ? QListView::TopToBottom : QListView::LeftToRight);
+        m_list->setWrapping(true);
+        m_list->setAlternatingRowColors(false);
+        if (!m_list->model()) {
+            m_list->setModel(m_model);
+            const QItemSelectionModel* const replaced = m_list->selectionModel();
+            m_list->setSelectionModel(m_selection);
+            delete replaced;
+        }
+        setCurrentWidget(m_list);
+    }
+    setFocusProxy(current());
+    if (hadFocus)
+        current()->setFocus();
+    if (m_selection->currentIndex().isValid())
+        current()->scrollTo(m_selection->currentIndex());
+    tellRows();
+}
+
+std::vector<std::pair<int, int>> BrowserViews::selectedRows() const {
+    std::vector<std::pair<int, int>> rows;
+    for (const QItemSelectionRange& range : m_selection->selection()) {
+        if (range.isValid())
+            rows.emplace_back(range.top(), range.bottom());
+    }
+    std::sort(rows.begin(), rows.end());
+    return rows;
+}
+
+BrowserPlace BrowserViews::place() const {
+    BrowserPlace place;
+    const auto listing = m_model->listing();
+    const auto nameOf = [&](int row) { return bytesOf(listing->item(m_model->itemOf(row)).name); };
+    place.folder = listing->directory();
+    for (const auto& [first, last] : selectedRows()) {
+        for (int row = first; row <= last && place.selected.size() < RememberedNames; ++row)
+            place.selected.push_back(nameOf(row));
+    }
+    if (m_selection->currentIndex().isValid())
+        place.current = nameOf(m_selection->currentIndex().row());
+    const auto [first, last] = visibleRows();
+    if (first <= last && barOf(current(), mode() == FileBrowser::Compact)->value() > 0)
+        place.top = nameOf(first);
+    return place;
+}
+
+bool BrowserViews::restore(const BrowserPlace& place) {
+    QItemSelection rows;
+    bool isWhole = true;
+    for (const QByteArray& name : place.selected) {
+        const QModelIndex index = m_model->indexOf(name);
+        isWhole = isWhole && index.isValid();
+        if (index.isValid())
+            rows.select(index, index);
+    }
+    const QModelIndex current = m_model->indexOf(place.current);
+    if (current.isValid())
+        m_selection->setCurrentIndex(current, QItemSelectionModel::NoUpdate);
+    m_selection->select(rows, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+    const QModelIndex top = m_model->indexOf(place.top);
+    if (top.isValid())
+        this->current()->scrollTo(top, QAbstractItemView::PositionAtTop);
+    else if (current.isValid())
+        this->current()->scrollTo(current, QAbstractItemView::EnsureVisible);
+    return isWhole && (place.top.isEmpty() || top.isValid());
+}
+
+int BrowserViews::rowHeight() const {
+    const QModelIndex top = m_details->indexAt({0, 0});
+    return top.isValid() ? m_details->visualRect(top).height() : 0;
+}
+
+std::pair<int, int> BrowserViews::visibleRows() const {
+    const int count = m_model->rowCount();
+    if (count == 0)
+        return {0, -1};
+    if (mode() == FileBrowser::Details) {
+        const QModelIndex last = m_details->indexAt({0, m_details->viewport()->height() - 1});
+        const int first = m_details->indexAt({0, 0}).row();
+        return {std::max(first, 0), first < 0 ? -1 : last.isValid() ? last.row() : count - 1};
+    }
+    const bool isCompact = mode() == FileBrowser::Compact;
+    return {firstRow(*m_list, isCompact, 0), firstRow(*m_list, isCompact, 1) - 1};
+}
+
+void BrowserViews::tellRows() {
+    const auto [first, last] = visibleRows();
+    m_model->setVisibleRows(first, last);
+    if (mode() == FileBrowser::Thumbnails)
+        m_pictures->setRows(first, last);
+    else
+        m_pictures->setRows(0, -1);
+    Q_EMIT scrolled();
+}
+
+// Before rows change. At the very top the new ones are what one waits for.
+void BrowserViews::dropAnchor() {
+    if (m_isWeighing || mode() != FileBrowser::Details ||
+        m_details->verticalScrollBar()->value() == 0)
+        return;
+    const QModelIndex top = m_details->indexAt({0, 0});
+    m_anchor = {top, m_details->visualRect(top).top()};
+    m_isWeighing = true;
+    // Once all the changes of this turn are there, and before anything is painted.
+    QMetaObject::invokeMethod(this, &BrowserViews::weigh, Qt::QueuedConnection);
+}
+
+void BrowserViews::weigh() {
+    m_isWeighing = false;
+    const Anchor anchor = std::exchange(m_anchor, {});
+    if (!anchor.index.isValid())
+        return;
+    m_details->indexAt({0, 0}); // lays the rows out
+    m_details->verticalScrollBar()->setValue(anchor.index.row() * rowHeight() - anchor.offset);
+}
+
+QPixmap BrowserViews::picture() const {
+    return current()->viewport()->grab();
+}
+
+void BrowserViews::fitNames() {
+    QHeaderView* const header = m_details->header();
+    int others = 0;
+    for (int column = FileListModel::Frames; column < FileListModel::ColumnCount; ++column)
+        others += header->sectionSize(column);
+    const int rest = m_details->viewport()->width() - others;
+    m_isFitting = true;
+    header->resizeSection(FileListModel::Name, std::max({LeastNameWidth, m_nameWidth, rest}));
+    m_isFitting = false;
+}
+
+void BrowserViews::showColumnMenu(const QPoint& at) {
+    QHeaderView* const header = m_details->header();
+    auto* const menu = new QMenu(header);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    for (int column = FileListModel::Frames; column < FileListModel::ColumnCount; ++column) {
+        QAction* const action =
+            menu->addAction(m_model->headerData(column, Qt::Horizontal).toString());
+        action->setCheckable(true);
+        action->setChecked(!header->isSectionHidden(column));
+        connect(action, &QAction::toggled, this, [this, header, column](bool isShown) {
+            header->setSectionHidden(column, !isShown);
+            fitNames();
+            Q_EMIT columnsChanged();
+        });
+    }
+    menu->popup(header->mapToGlobal(at));
+}
+
+bool BrowserViews::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::Resize && watched == current()->viewport()) {
+        if (watched == m_details->viewport())
+            fitNames();
+        // After the view itself has taken its new size.
+        QMetaObject::invokeMethod(this, &BrowserViews::tellRows, Qt::QueuedConnection);
+    }
+    return QStackedWidget::eventFilter(watched, event);
+}
+
+} // namespace Kestrel::UI

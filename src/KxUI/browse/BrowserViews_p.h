@@ -1,0 +1,94 @@
+#pragma once
+
+#include <KxUI/browse/BrowserState_p.h>
+#include <KxUI/browse/FileBrowser.h>
+
+#include <QPersistentModelIndex>
+#include <QStackedWidget>
+
+#include <utility>
+
+class QItemSelectionModel;
+class QListView;
+class QTreeView;
+
+namespace Kestrel::UI {
+
+class FileItemDelegate;
+class ThumbnailLoader;
+
+/** The rows of a browser in one of its views, which share what is selected. What is at the top stays
+    there while rows come and go above it. */
+class BrowserViews : public QStackedWidget {
+    Q_OBJECT
+
+public:
+    explicit BrowserViews(FileListModel* model, QWidget* parent = nullptr);
+    ~BrowserViews() override;
+
+    QTreeView* details() const { return m_details; }
+    QListView* list() const { return m_list; }
+    QAbstractItemView* current() const;
+    QItemSelectionModel* selection() const { return m_selection; }
+    ThumbnailLoader* pictures() const { return m_pictures; }
+    FileItemDelegate* delegate() const { return m_delegate; }
+
+    FileBrowser::ViewMode mode() const;
+    void setMode(FileBrowser::ViewMode mode);
+
+    /** What is selected, as ranges of rows in their order. */
+    std::vector<std::pair<int, int>> selectedRows() const;
+
+    /** The folder as it would be left now. */
+    BrowserPlace place() const;
+
+    /** Selects and scrolls as far as rows are there. Whether all of them are. */
+    bool restore(const BrowserPlace& place);
+
+    /** First and last row that are seen; the last is before the first where none is. */
+    std::pair<int, int> visibleRows() const;
+
+    /** The rows as they are drawn. */
+    QPixmap picture() const;
+
+    /** Gives the names what the other columns leave. */
+    void fitNames();
+
+Q_SIGNALS:
+    /** Other rows are seen. */
+    void scrolled();
+    /** The user changed columns. */
+    void columnsChanged();
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    /** What stays where it is. */
+    struct Anchor {
+        QPersistentModelIndex index;
+        int offset = 0; // of its upper edge from that of the view
+    };
+
+    void buildDetails(FileListModel* model);
+    void buildList();
+    void shareSelection(QAbstractItemView* view);
+    void dropAnchor();
+    void weigh();
+    void tellRows();
+    void showColumnMenu(const QPoint& at);
+    int rowHeight() const;
+
+    FileListModel* const m_model;
+    ThumbnailLoader* const m_pictures;
+    FileItemDelegate* const m_delegate;
+    QItemSelectionModel* const m_selection;
+    QTreeView* m_details = nullptr;
+    QListView* m_list = nullptr;
+    Anchor m_anchor;
+    bool m_isWeighing = false;
+    bool m_isFitting = false;
+    int m_nameWidth = 0; // that the user gave
+};
+
+} // namespace Kestrel::UI

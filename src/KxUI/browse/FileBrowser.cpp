@@ -1,0 +1,246 @@
+#include <KxUI/browse/FileBrowser.h>
+
+#include <KxUI/browse/BrowserViews_p.h>
+#include <KxUI/browse/FileBrowser_p.h>
+#include <KxUI/browse/PathField_p.h>
+#include <KxUI/browse/ThumbnailLoader_p.h>
+#include <KxUI/files/FileTexts_p.h>
+#include <KxUI/files/RawName_p.h>
+#include <KxUI/files/platform/Platform_p.h>
+#include <KxUI/kit/InterfaceThread_p.h>
+#include <KxUI/values/SearchField.h>
+
+#include <QAction>
+#include <QComboBox>
+#include <QItemSelectionModel>
+#include <QKeyEvent>
+#include <QListView>
+#include <QToolButton>
+#include <QTreeView>
+
+#include <utility>
+
+namespace Kestrel::UI {
+namespace {
+
+// The patterns of `Images (*.exr *.dpx)`, or of a text of patterns alone.
+QStringList patternsOf(const QString& filter) {
+    const auto open = filter.lastIndexOf(QLatin1Char('('));
+    const auto close = filter.lastIndexOf(QLatin1Char(')'));
+    const QString inside =
+        open >= 0 && close > open ? filter.mid(open + 1, close - open - 1) : filter;
+    QStringList patterns = inside.simplified().split(QLatin1Char(' '));
+    patterns.removeAll(QString());
+    return patterns.contains(QStringLiteral("*")) ? QStringList() : patterns;
+}
+
+} // namespace
+
+FileBrowser::FileBrowser(QWidget* parent)
+    : QWidget(parent)
+    , d(std::make_unique<FileBrowserPrivate>(this)) {
+    qRegisterMetaType<FileBrowser::ViewMode>();
+    d->build();
+    d->showActions();
+}
+
+FileBrowser::~FileBrowser() {
+    // The parts go after this: what they tell of each other meanwhile is nobody's.
+    d->model->disconnect();
+    d->views->disconnect();
+    d->views->selection()->disconnect(this);
+}
+
+QByteArray FileBrowser::folder() const {
+    return d->state.folder();
+}
+
+QString FileBrowser::folderText() const {
+    return decodedName(d->state.folder());
+}
+
+std::vector<FileInfo> FileBrowser::selection() const {
+    std::vector<FileInfo> files;
+    const auto listing = d->model->listing();
+    for (const auto& [first, last] : d->views->selectedRows()) {
+        for (int row = first; row <= last; ++row)
+            files.push_back(listing->fileInfo(d->model->itemOf(row)));
+    }
+    return files;
+}
+
+QByteArray FileBrowser::currentPath() const {
+    const QModelIndex current = d->views->selection()->currentIndex();
+    return current.isValid() ? d->model->listing()->path(d->model->itemOf(current.row()))
+                             : QByteArray();
+}
+
+QAbstractItemView::SelectionMode FileBrowser::selectionMode() const {
+    return d->views->details()->selectionMode();
+}
+
+void FileBrowser::setSelectionMode(QAbstractItemView::SelectionMode mode) {
+    KXUI_INTERFACE_THREAD(this);
+    d->views->details()->setSelectionMode(mode);
+    d->views->list()->setSelectionMode(mode);
+}
+
+FileListModel* FileBrowser::model() const {
+    return d->model;
+}
+
+QAbstractItemView* FileBrowser::view() const {
+    return d->views->current();
+}
+
+FileBrowser::ViewMode FileBrowser::viewMode() const {
+    return d->views->mode();
+}
+
+void FileBrowser::setViewMode(ViewMode mode) {
+    KXUI_INTERFACE_THREAD(this);
+    for (int i = 0; i < 3; ++i)
+        d->actions.views[i]->setChecked(i == mode);
+    if (mode == d->views->mode())
+        return;
+    d->views->setMode(mode);
+    d->viewButton->setIcon(d->actions.views[mode]->icon());
+    Q_EMIT viewModeChanged(mode);
+}
+
+bool FileBrowser::showsFiles() const {
+    return !d->model->gatherer()->directoriesOnly();
+}
+
+void FileBrowser::setShowsFiles(bool shows) {
+    KXUI_INTERFACE_THREAD(this);
+    d->model->gatherer()->setDirectoriesOnly(!shows);
+}
+
+bool FileBrowser::showsHidden() const {
+    return d->model->gatherer()->showsHidden();
+}
+
+void FileBrowser::setShowsHidden(bool shows) {
+    KXUI_INTERFACE_THREAD(this);
+    d->model->gatherer()->setShowsHidden(shows);
+}
+
+bool FileBrowser::foldsSequences() const {
+    return d->model->gatherer()->foldsSequences();
+}
+
+void FileBrowser::setFoldsSequences(bool folds) {
+    KXUI_INTERFACE_THREAD(this);
+    if (folds != foldsSequences())
+        d->setFolds(folds);
+}
+
+void FileBrowser::setThumbnailSource(std::shared_ptr<IThumbnailSource> source) {
+    KXUI_INTERFACE_THREAD(this);
+    d->views->pictures()->setSource(std::move(source));
+}
+
+QStringList FileBrowser::nameFilters() const {
+    return d->nameFilters;
+}
+
+void FileBrowser::setNameFilters(const QStringList& filters) {
+    KXUI_INTERFACE_THREAD(this);
+    if (filters == d->nameFilters)
+        return;
+    d->nameFilters = filters;
+    d->kinds->clear();
+    for (const QString& filter : filters)
+        d->kinds->addItem(filter);
+    d->kinds->setVisible(filters.size() > 1);
+    d->model->gatherer()->setNamePatterns(filters.isEmpty() ? QStringList()
+                                                            : patternsOf(filters.constFirst()));
+    Q_EMIT settingsChanged();
+}
+
+int FileBrowser::currentNameFilter() const {
+    return d->kinds->currentIndex();
+}
+
+void FileBrowser::setCurrentNameFilter(int index) {
+    KXUI_INTERFACE_THREAD(this);
+    if (index < 0 || index >= d->nameFilters.size())
+        return;
+    d->kinds->setCurrentIndex(index);
+    d->model->gatherer()->setNamePatterns(patternsOf(d->nameFilters.at(index)));
+}
+
+void FileBrowser::setContextMenuHook(
+    std::function<void(QMenu&, const std::vector<FileInfo>&)> hook) {
+    d->menuHook = std::move(hook);
+}
+
+void FileBrowser::setFolder(const QByteArray& folder) {
+    KXUI_INTERFACE_THREAD(this);
+    if (!folder.isEmpty())
+        d->go(folder);
+}
+
+void FileBrowser::setFolderText(const QString& folder) {
+    setFolder(encodedName(folder));
+}
+
+void FileBrowser::select(const QByteArray& name) {
+    KXUI_INTERFACE_THREAD(this);
+    BrowserPlace wish;
+    wish.folder = folder();
+    wish.selected = {name};
+    wish.current = name;
+    d->state.setWish(std::move(wish));
+    d->lookSoon();
+}
+
+void FileBrowser::up() {
+    const QByteArray above = FileBrowserPrivate::parentOf(folder());
+    if (!folder().isEmpty() && above != folder())
+        setFolder(above);
+}
+
+void FileBrowser::back() {
+    KXUI_INTERFACE_THREAD(this);
+    d->travel(true);
+}
+
+void FileBrowser::forward() {
+    KXUI_INTERFACE_THREAD(this);
+    d->travel(false);
+}
+
+void FileBrowser::home() {
+    const std::string home = Platform::homeDirectory();
+    if (!home.empty())
+        setFolder(bytesOf(home));
+}
+
+void FileBrowser::refresh() {
+    KXUI_INTERFACE_THREAD(this);
+    d->model->gatherer()->refresh();
+    d->lookSoon();
+}
+
+void FileBrowser::stop() {
+    KXUI_INTERFACE_THREAD(this);
+    d->model->gatherer()->cancel();
+    d->lookSoon();
+}
+
+void FileBrowser::focusPath() {
+    d->path->startEditing();
+}
+
+void FileBrowser::focusFilter() {
+    d->filter->setFocus(Qt::ShortcutFocusReason);
+    d->filter->selectAll();
+}
+
+bool FileBrowser::eventFilter(QObject* watched, QEvent* event) {
+    return d->filterEvent(watched, event) || QWidget::eventFilter(watched, event);
+}
+
+} // namespace Kestrel::UI

@@ -1,0 +1,215 @@
+#include <KxUI/browse/FileBrowser_p.h>
+
+#include <KxUI/browse/BrowserViews_p.h>
+#include <KxUI/browse/PathField_p.h>
+#include <KxUI/kit/IconFactory.h>
+#include <KxUI/values/SearchField.h>
+
+#include <QAction>
+#include <QBoxLayout>
+#include <QComboBox>
+#include <QItemSelectionModel>
+#include <QLabel>
+#include <QListView>
+#include <QMenu>
+#include <QScrollBar>
+#include <QSplitter>
+#include <QToolButton>
+#include <QTreeView>
+
+namespace Kestrel::UI {
+namespace {
+
+constexpr int FilterWidth = 170;
+constexpr int Gap = 4;
+
+QString withKeys(const QString& text, const QAction* action) {
+    if (action->shortcut().isEmpty())
+        return text;
+    return FileBrowser::tr("%1 (%2)").arg(text,
+                                          action->shortcut().toString(QKeySequence::NativeText));
+}
+
+} // namespace
+
+void FileBrowserPrivate::build() {
+    views = new BrowserViews(model, q);
+    area = new BrowserArea(views, q);
+    line = new BusyLine(q);
+    status = new QLabel(q);
+    status->setTextFormat(Qt::PlainText);
+    status->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    kinds = new QComboBox(q);
+    kinds->setAccessibleName(FileBrowser::tr("Kind of files"));
+    kinds->setSizeAdjustPolicy(QComboBox::AdjustToContents);
+    kinds->hide();
+    splitter = new QSplitter(q);
+    splitter->setChildrenCollapsible(false);
+    splitter->addWidget(area);
+
+    auto* const rows = new QVBoxLayout(q);
+    rows->setContentsMargins(0, 0, 0, 0);
+    rows->setSpacing(0);
+    buildActions();
+    buildTop();
+    rows->addWidget(line);
+    rows->addWidget(splitter, 1);
+    auto* const bottom = new QHBoxLayout;
+    bottom->setContentsMargins(Gap, Gap, Gap, Gap);
+    bottom->addWidget(status, 1);
+    bottom->addWidget(kinds);
+    rows->addLayout(bottom);
+    q->setFocusProxy(area);
+    q->setMinimumSize(480, 320);
+    connectParts();
+}
+
+QAction* FileBrowserPrivate::addAction(const char* icon, const QString& text,
+                                       const QList<QKeySequence>& keys, std::function<void()> run) {
+    auto* const action = new QAction(text, q);
+    if (*icon)
+        action->setIcon(IconFactory::icon(QLatin1String(icon)));
+    action->setShortcuts(keys);
+    // Of this browser alone: there may be two in a window, and the host has keys of its own.
+    action->setShortcutContext(Qt::WidgetWithChildrenShortcut);
+    action->setToolTip(withKeys(text, action));
+    q->addAction(action);
+    QObject::connect(action, &QAction::triggered, q, std::move(run));
+    return action;
+}
+
+void FileBrowserPrivate::buildActions() {
+    const auto keys = [](auto... each) { return QList<QKeySequence>{QKeySequence(each)...}; };
+    actions.back = addAction("BrowseBack", FileBrowser::tr("Back"), keys(Qt::ALT | Qt::Key_Left),
+                             [this] { q->back(); });
+    actions.forward = addAction("BrowseForward", FileBrowser::tr("Forward"),
+                                keys(Qt::ALT | Qt::Key_Right), [this] { q->forward(); });
+    actions.up = addAction("BrowseUp", FileBrowser::tr("Up"), keys(Qt::ALT | Qt::Key_Up),
+                           [this] { q->up(); });
+    actions.home = addAction("BrowseHome", FileBrowser::tr("Home"), keys(Qt::ALT | Qt::Key_Home),
+                             [this] { q->home(); });
+    actions.refresh = addAction("BrowseRefresh", FileBrowser::tr("Refresh"),
+                                keys(Qt::Key_F5, Qt::CTRL | Qt::Key_R), [this] { q->refresh(); });
+    actions.stop = addAction("BrowseStop", FileBrowser::tr("Stop"), {}, [this] { q->stop(); });
+    actions.path = addAction("", FileBrowser::tr("Edit Path"),
+                             keys(Qt::CTRL | Qt::Key_L, Qt::Key_F4), [this] { q->focusPath(); });
+    actions.filter = addAction("Search", FileBrowser::tr("Filter"), keys(Qt::CTRL | Qt::Key_F),
+                               [this] { q->focusFilter(); });
+    actions.hidden = addAction("", FileBrowser::tr("Show Hidden Files"), keys(Qt::CTRL | Qt::Key_H),
+                               [this] { q->setShowsHidden(actions.hidden->isChecked()); });
+    actions.frames =
+        addAction("", FileBrowser::tr("Show Frames One by One"), keys(Qt::CTRL | Qt::Key_G),
+                  [this] { q->setFoldsSequences(!actions.frames->isChecked()); });
+    for (QAction* const action : {actions.hidden, actions.frames})
+        action->setCheckable(true);
+    const struct {
+        const char* icon;
+        QString text;
+        int key;
+    } looks[] = {{"BrowseDetails", FileBrowser::tr("Details"), Qt::Key_1},
+                 {"BrowseCompact", FileBrowser::tr("Compact"), Qt::Key_2},
+                 {"BrowseThumbnails", FileBrowser::tr("Thumbnails"), Qt::Key_3}};
+    for (int i = 0; i < 3; ++i) {
+        actions.views[i] =
+            addAction(looks[i].icon, looks[i].text, {QKeySequence(int(Qt::CTRL) | looks[i].key)},
+                      [this, i] { q->setViewMode(static_cast<FileBrowser::ViewMode>(i)); });
+        actions.views[i]->setCheckable(true);
+    }
+    actions.views[0]->setChecked(true);
+}
+
+QToolButton* FileBrowserPrivate::addButton(QBoxLayout* row, QAction* action) {
+    auto* const button = new QToolButton(q);
+    button->setDefaultAction(action);
+    button->setAutoRaise(true);
+    button->setFocusPolicy(Qt::TabFocus);
+    row->addWidget(button);
+    return button;
+}
+
+void FileBrowserPrivate::buildTop() {
+    auto* const top = new QHBoxLayout;
+    top->setContentsMargins(Gap, Gap, Gap, Gap);
+    top->setSpacing(Gap / 2);
+    static_cast<QBoxLayout*>(q->layout())->addLayout(top);
+    for (QAction* const action : {actions.back, actions.forward, actions.up})
+        addButton(top, action);
+    path = new PathField(q);
+    top->addWidget(path, 1);
+    refreshOrStop = addButton(top, actions.refresh);
+    filter = new SearchField(q);
+    filter->setPlaceholderText(FileBrowser::tr("Filter"));
+    filter->setAccessibleName(FileBrowser::tr("Filter"));
+    filter->setToolTip(
+        withKeys(FileBrowser::tr("Words of names, or the number of a frame"), actions.filter));
+    filter->setFixedWidth(FilterWidth);
+    filter->installEventFilter(q);
+    top->addWidget(filter);
+    buildLookMenu();
+    top->addWidget(viewButton);
+}
+
+void FileBrowserPrivate::buildLookMenu() {
+    viewButton = new QToolButton(q);
+    viewButton->setAutoRaise(true);
+    viewButton->setFocusPolicy(Qt::TabFocus);
+    viewButton->setPopupMode(QToolButton::InstantPopup);
+    viewButton->setIcon(actions.views[0]->icon());
+    viewButton->setToolTip(FileBrowser::tr("View"));
+    viewButton->setAccessibleName(FileBrowser::tr("View"));
+    auto* const menu = new QMenu(viewButton);
+    for (QAction* const action : actions.views)
+        menu->addAction(action);
+    menu->addSeparator();
+    menu->addAction(actions.hidden);
+    menu->addAction(actions.frames);
+    viewButton->setMenu(menu);
+}
+
+void FileBrowserPrivate::connectParts() {
+    const auto soon = [this] { lookSoon(); };
+    for (const auto signal : {&QAbstractItemModel::rowsInserted, &QAbstractItemModel::rowsRemoved})
+        QObject::connect(model, signal, q, soon);
+    QObject::connect(model, &QAbstractItemModel::layoutChanged, q, soon);
+    QObject::connect(model, &QAbstractItemModel::dataChanged, q, soon);
+    QObject::connect(model, &FileListModel::settled, q, soon);
+    FileGatherer* const gatherer = model->gatherer();
+    QObject::connect(gatherer, &FileGatherer::waiting, q, soon);
+    QObject::connect(gatherer, &FileGatherer::gatheringChanged, q, soon);
+    QObject::connect(gatherer, &FileGatherer::settingsChanged, q, [this] {
+        showActions();
+        Q_EMIT q->settingsChanged();
+    });
+    QObject::connect(&change, &QTimer::timeout, q, soon);
+    QObject::connect(views->selection(), &QItemSelectionModel::selectionChanged, q,
+                     [this] { rowsSelected(); });
+    QObject::connect(path, &PathField::pathEntered, q, [this](const QByteArray& wanted) {
+        const QPointer<FileBrowser> self(q);
+        q->setFolder(wanted);
+        if (self)
+            area->setFocus(Qt::OtherFocusReason);
+    });
+    QObject::connect(path, &PathField::left, q, [this] { area->setFocus(Qt::OtherFocusReason); });
+    QObject::connect(filter, &SearchField::searchChanged, q, [this](const QString& text) {
+        state.dropWish();
+        model->setSearchText(text);
+    });
+    for (const auto wanted : {&SearchField::nextWanted, &SearchField::previousWanted})
+        QObject::connect(filter, wanted, q, [this] { goToRows(); });
+    QObject::connect(filter, &SearchField::leaveWanted, q, [this] { goToRows(); });
+    QObject::connect(kinds, QOverload<int>::of(&QComboBox::activated), q,
+                     [this](int index) { q->setCurrentNameFilter(index); });
+    for (QAbstractItemView* const view : {static_cast<QAbstractItemView*>(views->details()),
+                                          static_cast<QAbstractItemView*>(views->list())}) {
+        QObject::connect(view, &QAbstractItemView::doubleClicked, q,
+                         [this](const QModelIndex& index) { open(index); });
+        QObject::connect(view, &QWidget::customContextMenuRequested, q,
+                         [this](const QPoint& at) { showMenu(at); });
+        view->installEventFilter(q);
+        view->viewport()->installEventFilter(q);
+        view->setAcceptDrops(true);
+        view->viewport()->setAcceptDrops(true);
+    }
+}
+
+} // namespace Kestrel::UI
