@@ -89,9 +89,11 @@ private slots:
                  QString("plate.####.exr, OpenEXR image, sequence, frames 1 to 7, 3 missing, "
                          "about 8.0 kB, mod"));
         const std::unique_ptr<QMimeData> dragged(model.mimeData({plate, model.index(1, 0)}));
-        QCOMPARE(dragged->data("text/uri-list"), "file://" + m_root->path().toUtf8() +
-                                                     "/plate.0001.exr\r\nfile://" +
-                                                     m_root->path().toUtf8() + "/b.txt\r\n");
+        QByteArray addresses;
+        for (const char* name :
+             {"plate.0001.exr", "plate.0002.exr", "plate.0003.exr", "plate.0007.exr", "b.txt"})
+            addresses += "file://" + m_root->path().toUtf8() + '/' + name + "\r\n";
+        QCOMPARE(dragged->data("text/uri-list"), addresses);
         QVERIFY(dragged->data("application/x-kxui-paths")
                     .startsWith(m_root->path().toUtf8() + QByteArray("/plate.####.exr\0", 16)));
     }
@@ -131,6 +133,10 @@ private slots:
         QTRY_COMPARE(names(), (QStringList{"aa", "ab", "B.exr", "f.#.dpx", "m"}));
         model.setSearchText("  X b");
         QTRY_COMPARE(names(), QStringList{"B.exr"});
+        model.setSearchText("5");
+        QTRY_COMPARE(names(), QStringList{"f.#.dpx"});
+        model.setSearchText("4"); // in its range, but there is no such file
+        QTRY_COMPARE(model.rowCount(), 0);
         model.setSearchText({});
         QTRY_COMPARE(model.rowCount(), 5);
     }

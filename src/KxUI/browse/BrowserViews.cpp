@@ -296,6 +296,39 @@ QPixmap BrowserViews::picture() const {
     return current()->viewport()->grab();
 }
 
+void BrowserViews::remember(BrowserMemory& memory) const {
+    const QHeaderView* const header = m_details->header();
+    memory.view = mode();
+    memory.sorted = header->sortIndicatorSection();
+    memory.isDescending = header->sortIndicatorOrder() == Qt::DescendingOrder;
+    memory.columns.clear();
+    for (int at = 0; at < header->count(); ++at) {
+        const int column = header->logicalIndex(at);
+        const bool isShown = !header->isSectionHidden(column);
+        // What is hidden forgets its width, as the header does.
+        const int width = column == FileListModel::Name ? m_nameWidth
+                          : isShown                     ? header->sectionSize(column)
+                                                        : 0;
+        memory.columns.push_back({column, width, isShown});
+    }
+}
+
+void BrowserViews::recall(const BrowserMemory& memory) {
+    QHeaderView* const header = m_details->header();
+    int at = 0;
+    for (const BrowserMemory::Column& each : memory.columns) {
+        header->moveSection(header->visualIndex(each.column), at++);
+        header->setSectionHidden(each.column, !each.isShown);
+        if (each.column == FileListModel::Name)
+            m_nameWidth = each.width;
+        else if (each.width > 0)
+            header->resizeSection(each.column, each.width);
+    }
+    m_details->sortByColumn(memory.sorted,
+                            memory.isDescending ? Qt::DescendingOrder : Qt::AscendingOrder);
+    fitNames();
+}
+
 void BrowserViews::fitNames() {
     QHeaderView* const header = m_details->header();
     int others = 0;

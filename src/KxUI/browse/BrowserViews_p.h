@@ -1,5 +1,6 @@
 #pragma once
 
+#include <KxUI/browse/BrowserMemory_p.h>
 #include <KxUI/browse/BrowserState_p.h>
 #include <KxUI/browse/FileBrowser.h>
 
@@ -50,6 +51,10 @@ public:
 
     /** The rows as they are drawn. */
     QPixmap picture() const;
+
+    /** The columns of the details, and by which of them rows are in order. */
+    void remember(BrowserMemory& memory) const;
+    void recall(const BrowserMemory& memory);
 
     /** Gives the names what the other columns leave. */
     void fitNames();

@@ -45,6 +45,8 @@ FileBrowser::FileBrowser(QWidget* parent)
 }
 
 FileBrowser::~FileBrowser() {
+    if (d->memorize.isActive())
+        d->remember();
     // The parts go after this: what they tell of each other meanwhile is nobody's.
     d->model->disconnect();
     d->views->disconnect();
@@ -105,6 +107,7 @@ void FileBrowser::setViewMode(ViewMode mode) {
         return;
     d->views->setMode(mode);
     d->viewButton->setIcon(d->actions.views[mode]->icon());
+    d->rememberSoon();
     Q_EMIT viewModeChanged(mode);
 }
 
@@ -134,6 +137,23 @@ void FileBrowser::setFoldsSequences(bool folds) {
     KXUI_INTERFACE_THREAD(this);
     if (folds != foldsSequences())
         d->setFolds(folds);
+}
+
+QString FileBrowser::settingsKey() const {
+    return d->settingsKey;
+}
+
+void FileBrowser::setSettingsKey(const QString& key) {
+    KXUI_INTERFACE_THREAD(this);
+    if (key == d->settingsKey)
+        return;
+    const QPointer<FileBrowser> self(this);
+    if (d->memorize.isActive())
+        d->remember();
+    d->settingsKey = key;
+    d->recall();
+    if (self)
+        Q_EMIT settingsChanged();
 }
 
 void FileBrowser::setThumbnailSource(std::shared_ptr<IThumbnailSource> source) {

@@ -47,6 +47,7 @@ class KXUI_EXPORT FileBrowser : public QWidget {
     Q_PROPERTY(bool showsHidden READ showsHidden WRITE setShowsHidden NOTIFY settingsChanged)
     Q_PROPERTY(
         bool foldsSequences READ foldsSequences WRITE setFoldsSequences NOTIFY settingsChanged)
+    Q_PROPERTY(QString settingsKey READ settingsKey WRITE setSettingsKey NOTIFY settingsChanged)
     Q_PROPERTY(QStringList nameFilters READ nameFilters WRITE setNameFilters NOTIFY settingsChanged)
     Q_PROPERTY(int currentNameFilter READ currentNameFilter WRITE setCurrentNameFilter NOTIFY
                    settingsChanged)
@@ -102,6 +103,11 @@ public:
         first frame, a frame as its sequence. */
     bool foldsSequences() const;
     void setFoldsSequences(bool folds);
+
+    /** Under which key of AppSettings columns, their widths and order, the order of the rows, view,
+        splitter and switches are remembered, and read from now; empty for nowhere, as at first. */
+    QString settingsKey() const;
+    void setSettingsKey(const QString& key);
 
     /** Where Thumbnails has its pictures from; null for none. */
     void setThumbnailSource(std::shared_ptr<Kestrel::UI::IThumbnailSource> source);

@@ -132,7 +132,6 @@ void FileBrowserPrivate::open(const QModelIndex& index) {
     const auto listing = model->listing();
     const int item = model->itemOf(index.row());
     const FileListing::Kind kind = listing->item(item).kind;
-    // What a link leads to is known by trying: what is no folder comes back as its file.
     if (kind == FileListing::Kind::Directory)
         go(listing->path(item));
     else

@@ -178,9 +178,12 @@ void FileBrowserPrivate::connectParts() {
     QObject::connect(gatherer, &FileGatherer::gatheringChanged, q, soon);
     QObject::connect(gatherer, &FileGatherer::settingsChanged, q, [this] {
         showActions();
+        rememberSoon();
         Q_EMIT q->settingsChanged();
     });
     QObject::connect(&change, &QTimer::timeout, q, soon);
+    QObject::connect(&memorize, &QTimer::timeout, q, [this] { remember(); });
+    QObject::connect(views, &BrowserViews::columnsChanged, q, [this] { rememberSoon(); });
     QObject::connect(views->selection(), &QItemSelectionModel::selectionChanged, q,
                      [this] { rowsSelected(); });
     QObject::connect(path, &PathField::pathEntered, q, [this](const QByteArray& wanted) {

@@ -68,12 +68,21 @@ FileBrowserPrivate::FileBrowserPrivate(FileBrowser* browser)
     clock.start();
     now = [this] { return clock.elapsed(); };
     change.setSingleShot(true);
+    memorize.setSingleShot(true);
+    memorize.setInterval(500);
 }
 
 Qt::ItemFlags BrowserModel::flags(const QModelIndex& index) const {
     const Qt::ItemFlags flags = FileListModel::flags(index);
     return isEditable && index.isValid() && index.column() == Name ? flags | Qt::ItemIsEditable
                                                                    : flags;
+}
+
+// Numbers stand on the right, and so does what they are.
+QVariant BrowserModel::headerData(int section, Qt::Orientation orientation, int role) const {
+    if (role == Qt::TextAlignmentRole && (section == Missing || section == Size))
+        return static_cast<int>(Qt::AlignRight | Qt::AlignVCenter);
+    return FileListModel::headerData(section, orientation, role);
 }
 
 void FileBrowserPrivate::go(const QByteArray& wanted) {

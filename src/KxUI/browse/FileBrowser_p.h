@@ -35,6 +35,7 @@ public:
     bool isEditable = true;
 
     Qt::ItemFlags flags(const QModelIndex& index) const override;
+    QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 };
 
 /** The parts of a browser, and how they act on each other. */
@@ -86,14 +87,21 @@ public:
     void showMenu(const QPoint& at);
     void setFolds(bool folds);
 
+    // FileBrowserMemory.cpp
+    void rememberSoon();
+    void remember();
+    void recall();
+
     FileBrowser* const q;
     BrowserModel* const model;
     BrowserState state;
     TypeAhead ahead;
     std::function<std::int64_t()> now; ///< milliseconds; tests have a clock of their own
     QElapsedTimer clock;
-    QTimer change; ///< until the face changes by itself
+    QTimer change;   ///< until the face changes by itself
+    QTimer memorize; ///< until what is remembered is written
     bool isLooking = false;
+    bool isRecalling = false;
     bool isRestoring = false; ///< what is selected is not the user's doing
 
     BrowserViews* views = nullptr;

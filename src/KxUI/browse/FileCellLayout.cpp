@@ -8,7 +8,7 @@ namespace Kestrel::UI {
 
 FileCellLayout FileCellLayout::compact(const QRect& cell, int factsWidth, bool isRightToLeft) {
     const QRect inner = cell.adjusted(Margin, 0, -Margin, 0);
-    const int facts = std::min(factsWidth, inner.width() / 2);
+    const int facts = std::min(factsWidth, inner.width() * 3 / 5);
     FileCellLayout layout;
     layout.picture = QRect(inner.left(), inner.center().y() + 1 - IconSide / 2, IconSide, IconSide);
     layout.facts = QRect(inner.right() + 1 - facts, inner.top(), facts, inner.height());
@@ -32,12 +32,15 @@ FileCellLayout FileCellLayout::thumbnail(const QRect& cell, int lineHeight) {
     return layout;
 }
 
-QSize FileCellLayout::compactSize(int lineHeight) {
-    return {CompactWidth, std::max(lineHeight, IconSide) + Margin};
+QSize FileCellLayout::compactSize(int lineHeight, int letter) {
+    constexpr int letters = 46; // a name of 24, frames, and that some are missing
+    return {letters * letter, std::max(lineHeight, IconSide) + Margin};
 }
 
-QSize FileCellLayout::thumbnailSize(int lineHeight) {
-    return {PictureWidth + 2 * Margin, PictureHeight + 3 * Margin + 2 * lineHeight};
+QSize FileCellLayout::thumbnailSize(int lineHeight, int letter) {
+    constexpr int letters = 22; // of a line below the picture
+    return {std::max(PictureHeight * 16 / 9, letters * letter) + 2 * Margin,
+            PictureHeight + 3 * Margin + 2 * lineHeight};
 }
 
 QRect FileCellLayout::fitted(const QSizeF& picture, const QRect& frame) {

@@ -59,6 +59,19 @@ bool isGone(const Status& status) {
     return status.known == Status::Gone || status.isBrokenLink;
 }
 
+// How much of a name is likely to be changed: not its extension, nor the place of the frame.
+int stemOf(const QString& name, Kind kind) {
+    auto end = kind == Kind::Directory ? name.size() : name.lastIndexOf(QLatin1Char('.'));
+    if (kind == Kind::Sequence) {
+        end = name.lastIndexOf(QLatin1Char('#'));
+        while (end > 0 && name.at(end - 1) == QLatin1Char('#'))
+            --end;
+        if (end > 0 && !name.at(end - 1).isLetterOrNumber())
+            --end;
+    }
+    return static_cast<int>(end > 0 ? end : name.size());
+}
+
 } // namespace
 
 /** What is drawn of an item where there are no columns. */
@@ -217,9 +230,11 @@ QSize FileItemDelegate::sizeHint(const QStyleOptionViewItem& option,
                                  const QModelIndex& index) const {
     switch (m_look) {
     case FileBrowser::Compact:
-        return FileCellLayout::compactSize(option.fontMetrics.height());
+        return FileCellLayout::compactSize(option.fontMetrics.height(),
+                                           option.fontMetrics.averageCharWidth());
     case FileBrowser::Thumbnails:
-        return FileCellLayout::thumbnailSize(option.fontMetrics.height());
+        return FileCellLayout::thumbnailSize(option.fontMetrics.height(),
+                                             option.fontMetrics.averageCharWidth());
     case FileBrowser::Details:
         break;
     }
@@ -246,22 +261,11 @@ void FileItemDelegate::setEditorData(QWidget* editor, const QModelIndex& index) 
     if (field->text() == name)
         return;
     field->setText(name);
-    const bool isFolder = index.data(FileListModel::KindRole).toInt() ==
-                          static_cast<int>(FileListing::Kind::Directory);
-    auto end = isFolder ? -1 : name.lastIndexOf(QLatin1Char('.'));
-    if (index.data(FileListModel::KindRole).toInt() ==
-        static_cast<int>(FileListing::Kind::Sequence)) {
-        // Up to the number, which stays as it is.
-        end = name.lastIndexOf(QLatin1Char('#'));
-        while (end > 0 && name.at(end - 1) == QLatin1Char('#'))
-            --end;
-        if (end > 0 && !name.at(end - 1).isLetterOrNumber())
-            --end;
-    }
-    if (end > 0)
-        field->setSelection(0, static_cast<int>(end));
-    else
-        field->selectAll();
+    // Later: the view selects all of what it begins to edit.
+    const int stem =
+        stemOf(name, static_cast<FileListing::Kind>(index.data(FileListModel::KindRole).toInt()));
+    QMetaObject::invokeMethod(
+        field, [field, stem] { field->setSelection(0, stem); }, Qt::QueuedConnection);
 }
 
 void FileItemDelegate::setModelData(QWidget* editor, QAbstractItemModel*,

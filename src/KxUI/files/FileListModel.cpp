@@ -2,11 +2,12 @@
 
 #include <KxUI/files/FileListModel_p.h>
 #include <KxUI/files/FileTexts_p.h>
-#include <KxUI/files/ListingData_p.h>
 #include <KxUI/files/RawName_p.h>
 
 #include <QDateTime>
 #include <QMimeData>
+
+#include <algorithm>
 
 namespace Kestrel::UI {
 namespace {
@@ -19,6 +20,34 @@ const QString& uriList() {
 const QString& pathList() {
     static const QString type = QStringLiteral("application/x-kxui-paths");
     return type;
+}
+
+// More than this and other programs, who look at each of them, take long.
+constexpr std::int64_t MostDragged = 10000;
+
+// By its bytes: a name need not be UTF-8.
+QByteArray addressOf(const QByteArray& path) {
+    return "file://" + path.toPercentEncoding("/") + "\r\n";
+}
+
+QByteArray addressesOf(const FileListing& listing, int item, std::int64_t& left) {
+    if (listing.item(item).kind != FileListing::Kind::Sequence) {
+        --left;
+        return addressOf(listing.path(item));
+    }
+    const std::int64_t frames = listing.item(item).frames;
+    if (frames > left) {
+        --left;
+        return addressOf(listing.framePath(item, listing.item(item).first));
+    }
+    left -= frames;
+    QByteArray addresses;
+    for (const Base::FrameRange& range : listing.frameRanges(item)) {
+        for (std::int64_t frame = range.first; frame <= range.last;
+             frame += std::max(range.step, 1))
+            addresses += addressOf(listing.framePath(item, static_cast<std::int32_t>(frame)));
+    }
+    return addresses;
 }
 
 } // namespace
@@ -167,14 +196,12 @@ QStringList FileListModel::mimeTypes() const {
 QMimeData* FileListModel::mimeData(const QModelIndexList& indexes) const {
     QByteArray addresses;
     QByteArray paths;
+    std::int64_t left = MostDragged;
     for (const QModelIndex& index : indexes) {
         if (index.column() != Name)
             continue;
         const int item = itemOf(index.row());
-        const std::string file = ListingData::of(*d->listing)->firstFile(item);
-        const QByteArray path = bytesOf(ListingData::of(*d->listing)->path(file));
-        // By its bytes: a name need not be UTF-8.
-        addresses += "file://" + path.toPercentEncoding("/") + "\r\n";
+        addresses += addressesOf(*d->listing, item, left);
         paths += d->listing->path(item) + '\0';
     }
     if (paths.isEmpty())

@@ -70,7 +70,8 @@ public:
     bool foldersFirst() const;
     void setFoldersFirst(bool first);
 
-    /** Words that the names of all rows have to have, in any case; at first empty. */
+    /** Words that the names of all rows have to have, in any case; at first empty. A number also
+        stands for a frame that a sequence has a file of. */
     QString searchText() const;
     void setSearchText(const QString& text);
 
@@ -93,8 +94,9 @@ public:
     /** Sorts by a column, at first Name. Returns at once; the rows move when it is done. */
     void sort(int column, Qt::SortOrder order = Qt::AscendingOrder) override;
 
-    /** `text/uri-list`, where a sequence is its first file, and `application/x-kxui-paths`: the
-        paths of PathRole, each with a NUL behind it. */
+    /** `text/uri-list`, where a sequence is all its files, or its first one from where they would be
+        more than 10,000; and `application/x-kxui-paths`: the paths of PathRole, each with a NUL
+        behind it. */
     QStringList mimeTypes() const override;
     QMimeData* mimeData(const QModelIndexList& indexes) const override;
 

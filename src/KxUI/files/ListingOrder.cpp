@@ -15,12 +15,27 @@ struct Row {
     std::int32_t place = 0; // folders before files, what is unknown after what is known
 };
 
-bool hasWords(const Item& item, const QStringList& words) {
+// Whether a word is the number of a frame that a sequence has a file of.
+bool isFrameOf(const FileListing& listing, int index, const QString& word) {
+    const Item& item = listing.item(index);
+    bool isNumber = false;
+    const int frame = item.kind == Kind::Sequence ? word.toInt(&isNumber) : 0;
+    if (!isNumber || frame < item.first || frame > item.last)
+        return false;
+    const auto ranges = listing.frameRanges(index);
+    return std::any_of(ranges.begin(), ranges.end(), [=](const Base::FrameRange& range) {
+        return frame >= range.first && frame <= range.last &&
+               (std::int64_t{frame} - range.first) % std::max(range.step, 1) == 0;
+    });
+}
+
+bool hasWords(const FileListing& listing, int index, const QStringList& words) {
     if (words.isEmpty())
         return true;
+    const Item& item = listing.item(index);
     const QString name = QString::fromUtf8(item.name.data(), static_cast<int>(item.name.size()));
     return std::all_of(words.begin(), words.end(), [&](const QString& word) {
-        return name.contains(word, Qt::CaseInsensitive);
+        return name.contains(word, Qt::CaseInsensitive) || isFrameOf(listing, index, word);
     });
 }
 
@@ -72,7 +87,7 @@ std::vector<std::int32_t> orderedRows(const FileListing& listing, const ListingO
     rows.reserve(static_cast<std::size_t>(listing.size()));
     for (int i = 0; i < listing.size(); ++i) {
         const Item& item = listing.item(i);
-        if (!hasWords(item, order.words))
+        if (!hasWords(listing, i, order.words))
             continue;
         Row row;
         row.index = i;

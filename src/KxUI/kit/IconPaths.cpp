@@ -104,7 +104,7 @@ void addCurveIcons(QMap<QString, IconPaths>& icons) {
     icons.insert(QStringLiteral("CurveEye"), eye);
 }
 
-// What a file browser goes by, and what it lists.
+// What a file browser lists.
 void addFileIcons(QMap<QString, IconPaths>& icons) {
     const QPainterPath tab = polygon({{1, 3}, {6, 3}, {7.5, 5}, {15, 5}, {15, 14}, {1, 14}});
     const QPainterPath inside = box(2, 6, 12, 7);
@@ -121,6 +121,21 @@ void addFileIcons(QMap<QString, IconPaths>& icons) {
     const IconPaths sequence{(front - box(2, 7, 9, 6)) | (box(3, 4, 11, 1) | box(13, 4, 1, 8)) |
                                  (box(5, 2, 11, 1) | box(15, 2, 1, 8)),
                              polygon({{2, 13}, {5, 9}, {7, 11}, {8.5, 9.5}, {11, 13}})};
+    const QPainterPath plus = box(11, 8, 2, 7) | box(8.5, 10.5, 7, 2);
+    const QPainterPath around = box(7.5, 7, 9, 9);
+    const auto insert = [&icons](const char* name, const IconPaths& paths) {
+        icons.insert(QLatin1String(name), paths);
+    };
+    insert("BrowseFolder", folder);
+    insert("BrowseFolderLink", {(folder.solid - badge) | leads, folder.pale - badge});
+    insert("BrowseNewFolder", {(folder.solid - around) | plus, folder.pale - around});
+    insert("BrowseFile", file);
+    insert("BrowseLink", {(file.solid - badge) | leads, file.pale - badge});
+    insert("BrowseSequence", sequence);
+}
+
+// Where a browser goes, and how its rows are shown.
+void addBrowserIcons(QMap<QString, IconPaths>& icons) {
     const IconPaths back{line({{3, 8}, {6, 8}}, {{10, 8}, {13, 8}}) |
                              line({{3, 8}, {4, 7}}, {{6.5, 4.5}, {7.5, 3.5}}) |
                              line({{3, 8}, {4, 9}}, {{6.5, 11.5}, {7.5, 12.5}}),
@@ -153,17 +168,9 @@ void addFileIcons(QMap<QString, IconPaths>& icons) {
         tiles.solid |= box(at.x(), at.y(), 6, 5) - box(at.x() + 1, at.y() + 1, 4, 3);
         tiles.pale |= box(at.x() + 1, at.y() + 1, 4, 3);
     }
-    const QPainterPath plus = box(11, 8, 2, 7) | box(8.5, 10.5, 7, 2);
-    const QPainterPath around = box(7.5, 7, 9, 9);
     const auto insert = [&icons](const char* name, const IconPaths& paths) {
         icons.insert(QLatin1String(name), paths);
     };
-    insert("BrowseFolder", folder);
-    insert("BrowseFolderLink", {(folder.solid - badge) | leads, folder.pale - badge});
-    insert("BrowseNewFolder", {(folder.solid - around) | plus, folder.pale - around});
-    insert("BrowseFile", file);
-    insert("BrowseLink", {(file.solid - badge) | leads, file.pale - badge});
-    insert("BrowseSequence", sequence);
     insert("BrowseBack", back);
     insert("BrowseForward", mirrored(back));
     insert("BrowseUp", turned(back));
@@ -264,6 +271,7 @@ QMap<QString, IconPaths> makeIcons() {
     addCurveIcons(icons);
     icons.insert(QStringLiteral("PaneClose"), cross);
     addFileIcons(icons);
+    addBrowserIcons(icons);
     icons.insert(QStringLiteral("Search"), search);
     icons.insert(QStringLiteral("SearchMenu"), searchMenu);
     icons.insert(QStringLiteral("PaneFloat"), windows);

@@ -1,0 +1,47 @@
+#include <KxUI/browse/BrowserMemory_p.h>
+#include <KxUI/browse/BrowserViews_p.h>
+#include <KxUI/browse/FileBrowser_p.h>
+#include <KxUI/settings/AppSettings.h>
+
+#include <QSplitter>
+
+namespace Kestrel::UI {
+
+// Columns are dragged: once that is over.
+void FileBrowserPrivate::rememberSoon() {
+    if (!settingsKey.isEmpty() && !isRecalling)
+        memorize.start();
+}
+
+void FileBrowserPrivate::remember() {
+    memorize.stop();
+    BrowserMemory memory;
+    views->remember(memory);
+    memory.showsHidden = q->showsHidden();
+    memory.foldsSequences = q->foldsSequences();
+    AppSettings settings;
+    memory.save(settings, settingsKey);
+}
+
+void FileBrowserPrivate::recall() {
+    if (settingsKey.isEmpty())
+        return;
+    const QPointer<FileBrowser> self(q);
+    BrowserMemory memory;
+    views->remember(memory);
+    memory.showsHidden = q->showsHidden();
+    memory.foldsSequences = q->foldsSequences();
+    AppSettings settings;
+    memory.load(settings, settingsKey);
+    isRecalling = true;
+    views->recall(memory);
+    q->setViewMode(static_cast<FileBrowser::ViewMode>(memory.view));
+    if (self)
+        q->setShowsHidden(memory.showsHidden);
+    if (self)
+        q->setFoldsSequences(memory.foldsSequences);
+    if (self)
+        isRecalling = false;
+}
+
+} // namespace Kestrel::UI
