@@ -8,6 +8,8 @@
 #include <QByteArray>
 #include <QXmlStreamReader>
 
+#include <algorithm>
+
 using namespace Kestrel::UI;
 using Kestrel::Fuzz::require;
 
@@ -16,8 +18,10 @@ namespace {
 // False also for what we do not take on purpose.
 bool isReadByOthers(const std::string& bytes) {
     const QByteArray all = QByteArray::fromStdString(bytes);
-    if (QString::fromUtf8(all).toUtf8() != all)
-        return false; // half a letter at the end is overlooked
+    // It overlooks half a letter at the end, and control characters in names.
+    const auto isControl = [](char c) { return c >= 0 && c < ' ' && c != '\n' && c != '\t'; };
+    if (QString::fromUtf8(all).toUtf8() != all || std::any_of(all.begin(), all.end(), isControl))
+        return false;
     QXmlStreamReader reader(all);
     bool isBookmarks = false;
     bool hasOwnWords = false;

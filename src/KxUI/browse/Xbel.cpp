@@ -103,6 +103,11 @@ std::optional<std::string> percentDecoded(std::string_view text) {
     return bytes;
 }
 
+// An address of a file's text, for a document has no control characters and only whole letters.
+bool isWritable(std::string_view address) {
+    return std::all_of(address.begin(), address.end(), [](char c) { return c >= ' ' && c < 0x7f; });
+}
+
 bool isDrive(std::string_view path) {
     return path.size() >= 2 && path[1] == ':' &&
            static_cast<unsigned char>((path[0] | 0x20) - 'a') < 26;
@@ -233,7 +238,7 @@ bool isAddress(std::string_view text) {
 
 std::string hrefOf(std::string_view path) {
     if (isAddress(path))
-        return std::string(path);
+        return isWritable(path) ? std::string(path) : std::string();
     if (!Platform::backslashSeparates())
         return "file://" + percentEncoded(path);
     std::string slashes(path);

@@ -139,7 +139,7 @@ void Reader::giveId(Node& node) {
     m_ids.insert(id);
     if (id == node.id)
         return;
-    if (node.id.empty()) {
+    if (!node.hasIdAttribute) {
         const std::size_t end = node.head.size() - (node.tail.empty() ? 2 : 1);
         node.head.insert(end, " id=\"" + id + '"');
     }
@@ -150,7 +150,7 @@ void Reader::fillIn(Node& node) {
     node.head = m_scanner.bytes();
     for (const Scanner::Attribute& attribute : m_scanner.attributes()) {
         if (attribute.name == "id")
-            node.id = attribute.value;
+            node.id = attribute.value, node.hasIdAttribute = true;
         else if (attribute.name == "href")
             node.href = attribute.value;
     }

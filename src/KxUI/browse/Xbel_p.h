@@ -28,6 +28,7 @@ struct Node {
     std::string id;
     std::string href;
     std::string title;
+    bool hasIdAttribute = false; ///< be it an empty one
 
     bool isEntry() const { return kind == Kind::Bookmark || kind == Kind::Folder; }
 };
@@ -94,7 +95,8 @@ Node take(const Place& place);
 void insert(Document& document, Node entry, std::string_view group, std::string_view before,
             std::string_view behind);
 
-/** The address of a path, each byte of which comes back by pathOf(); what has a scheme stays. */
+/** The address of a path, each byte of which comes back by pathOf(); what has a scheme stays, and
+    is empty where it is not plain ASCII. */
 std::string hrefOf(std::string_view path);
 
 /** The path of an address: of `file:` ones the bytes of the system, other schemes as they are.

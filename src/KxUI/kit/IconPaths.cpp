@@ -5,6 +5,7 @@
 #include <QPolygonF>
 #include <QTransform>
 
+#include <cmath>
 #include <initializer_list>
 #include <utility>
 
@@ -182,6 +183,44 @@ void addBrowserIcons(QMap<QString, IconPaths>& icons) {
     insert("BrowseThumbnails", tiles);
 }
 
+void addPlaceIcons(QMap<QString, IconPaths>& icons) {
+    // Beside places: a folder, several of them, a house, a drive, a screen, a clock, a star.
+    const QPainterPath flap = polygon({{1.5, 3}, {6, 3}, {7.5, 5}, {14.5, 5}, {14.5, 7}, {1.5, 7}});
+    const IconPaths folder{flap | (box(1.5, 6, 13, 7) - box(2.5, 7, 11, 5)), box(2.5, 7, 11, 5)};
+    const QPainterPath front = box(4, 7, 11, 7);
+    const IconPaths group{
+        (front - box(5, 8, 9, 5)) |
+            polygon({{1, 3}, {5, 3}, {6, 4.5}, {11, 4.5}, {11, 6}, {3, 6}, {3, 11}, {1, 11}}),
+        box(5, 8, 9, 5)};
+    const IconPaths home{polygon({{8, 1.5}, {15, 8}, {13.5, 9}, {8, 4}, {2.5, 9}, {1, 8}}) |
+                             (box(3, 8, 10, 6) - box(7, 10, 2, 4)),
+                         {}};
+    const IconPaths drive{(box(1.5, 6, 13, 6) - box(2.5, 7, 11, 4)) | box(11, 8.5, 2, 1),
+                          box(2.5, 7, 11, 4)};
+    const IconPaths screen{(box(1, 2.5, 14, 9) - box(2, 3.5, 12, 7)) | box(5, 13, 6, 1) |
+                               box(7, 11.5, 2, 2),
+                           box(2, 3.5, 12, 7)};
+    const IconPaths recent{ring(8, 8, 6, 5) | box(7.5, 4, 1, 4.5) | box(7.5, 8, 3.5, 1), {}};
+    QPolygonF points;
+    for (int i = 0; i < 10; ++i) {
+        const double angle = M_PI * (i / 5.0 - 0.5);
+        const double radius = i % 2 == 0 ? 7 : 2.9;
+        points << QPointF(8 + radius * std::cos(angle), 8.5 + radius * std::sin(angle));
+    }
+    QPainterPath star;
+    star.addPolygon(points);
+    star.closeSubpath();
+    const QPainterPath inside = QTransform(0.68, 0, 0, 0.68, 8 * 0.32, 8.5 * 0.32).map(star);
+    icons.insert(QStringLiteral("PlaceFolder"), folder);
+    icons.insert(QStringLiteral("PlaceGroup"), group);
+    icons.insert(QStringLiteral("PlaceHome"), home);
+    icons.insert(QStringLiteral("PlaceDrive"), drive);
+    icons.insert(QStringLiteral("PlaceDesktop"), screen);
+    icons.insert(QStringLiteral("PlaceRecent"), recent);
+    icons.insert(QStringLiteral("PlaceStar"), {star - inside, {}});
+    icons.insert(QStringLiteral("PlaceStarFilled"), {star, {}});
+}
+
 QMap<QString, IconPaths> makeIcons() {
     const IconPaths end{triangle(3, 11) | box(11, 3, 2, 10), {}};
     const IconPaths frame{triangle(7, 13, 4), box(4, 4, 2, 8)};
@@ -269,6 +308,7 @@ QMap<QString, IconPaths> makeIcons() {
     icons.insert(QStringLiteral("PageGrade"), sliders);
     icons.insert(QStringLiteral("PageHistory"), clock);
     addCurveIcons(icons);
+    addPlaceIcons(icons);
     icons.insert(QStringLiteral("PaneClose"), cross);
     addFileIcons(icons);
     addBrowserIcons(icons);
