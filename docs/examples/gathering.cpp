@@ -36,7 +36,7 @@ int main(int argc, char** argv) {
         view.setWindowTitle(QStringLiteral("No answer for %1 s").arg(milliseconds / 1000.0));
     });
     QObject::connect(gatherer, &FileGatherer::finished, &view, [&] {
-        view.setWindowTitle(FileManager::errorText(gatherer->listing()->error()));
+        view.setWindowTitle(FileManager::errorText(*gatherer->listing()));
     });
     gatherer->gatherPath(QCoreApplication::arguments().value(1, QStringLiteral(".")));
 

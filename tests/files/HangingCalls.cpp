@@ -112,9 +112,9 @@ HangingCalls::~HangingCalls() {
     release();
 }
 
-bool HangingCalls::isReached(int calls) const {
+bool HangingCalls::isReached(int calls, int milliseconds) const {
     std::unique_lock<std::mutex> lock(state().mutex);
-    return state().changed.wait_for(lock, std::chrono::seconds(20),
+    return state().changed.wait_for(lock, std::chrono::milliseconds(milliseconds),
                                     [=] { return state().waiting >= calls; });
 }
 

@@ -17,7 +17,7 @@ public:
     HangingCalls& operator=(const HangingCalls&) = delete;
 
     /** Whether so many calls hang, now or after a while. */
-    bool isReached(int calls) const;
+    bool isReached(int calls, int milliseconds = 20000) const;
 
     /** Lets them return. */
     void release();

@@ -1,4 +1,5 @@
 #include <KxUI/files/WorkerPool_p.h>
+#include <KxUI/files/platform/Directory_p.h>
 
 #include <support/Plain.h>
 
@@ -102,6 +103,35 @@ KXUI_PLAIN_TEST(WorkerPoolTest, stuckFoldersLeaveRoom) {
     CHECK(behind.isPassed(1) && gate.isPassed(8));
     CHECK(eventually([&] { return pool.stuckDirectories().empty(); }));
 }
+
+#if !defined(_WIN32)
+// A folder counts for the file system that it was found to lie on.
+KXUI_PLAIN_TEST(WorkerPoolTest, linksLeadElsewhere) {
+    WorkerPool::Limits limits;
+    limits.perMount = 1;
+    limits.stuckAfter = std::chrono::hours(1);
+    WorkerPool& pool = poolOf(limits);
+    Gate& passing = Gate::make();
+    passing.open();
+    pool.post(Lane::Names, "/link", [&](Ticket& ticket) {
+        Platform::DirectoryHandle directory;
+        Platform::EntryStatus status;
+        CHECK(directory.open("/proc") == 0 && directory.status(status) == 0);
+        pool.setDevice(ticket, "/link", status.device);
+        passing.wait();
+    });
+    CHECK(passing.isPassed(1));
+    Gate& gate = Gate::make();
+    pool.post(Lane::Names, "/proc/a", waitAt(gate));
+    CHECK(gate.isReached(1));
+    pool.post(Lane::Names, "/link/below", waitAt(passing));
+    pool.post(Lane::Names, "/other", waitAt(passing));
+    CHECK(passing.isPassed(2));
+    CHECK(!passing.isPassed(3, 30ms));
+    gate.open();
+    CHECK(passing.isPassed(3));
+}
+#endif
 
 KXUI_PLAIN_TEST(WorkerPoolTest, limitsAndOrder) {
     WorkerPool::Limits limits;

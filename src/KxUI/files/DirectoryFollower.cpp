@@ -47,9 +47,10 @@ void DirectoryFollower::tell(const std::shared_ptr<Box>& box, const News& news) 
     box->put(news, [](News& waiting, const News& newest) {
         waiting.hasChanged = waiting.hasChanged || newest.hasChanged;
         waiting.wantsPolls = waiting.wantsPolls || newest.wantsPolls;
-        if (newest.isPolled) {
-            waiting.isPolled = true;
-            waiting.modified = newest.modified;
+        waiting.isWatched = waiting.isWatched || newest.isWatched;
+        waiting.isPolled = waiting.isPolled || newest.isPolled;
+        if (newest.isPolled || newest.isWatched) {
+            waiting.stamp = newest.stamp;
             waiting.duration = newest.duration;
         }
     });
@@ -70,27 +71,35 @@ void DirectoryFollower::watch(const std::string& directory, bool remoteToo,
         const int error = Platform::watchDirectory(
             path, [box, change] { tell(box, change); }, number);
         ticket.tick();
-        if (error == 0)
+        if (error == 0) {
             link->begin(number);
-        else
+            news = stampNow(path, ticket); // for what happened since the reading
+            news.isWatched = true;
+        } else {
             news.wantsPolls = true; // as where the system's watches are used up
+        }
     }
-    if (news.wantsPolls)
+    if (news.wantsPolls || news.isWatched)
         tell(box, news);
 }
 
 void DirectoryFollower::poll(const std::string& directory, const std::shared_ptr<Box>& box,
                              Ticket& ticket) {
+    News news = stampNow(Platform::toUtf8(directory), ticket);
+    news.isPolled = true;
+    tell(box, news);
+}
+
+DirectoryFollower::News DirectoryFollower::stampNow(const std::string& path, Ticket& ticket) {
     const std::int64_t start = Ticket::now();
     Platform::DirectoryHandle handle;
     Platform::EntryStatus status;
     News news;
-    news.isPolled = true;
-    if (handle.open(Platform::toUtf8(directory)) == 0 && handle.status(status) == 0)
-        news.modified = status.modified;
+    if (handle.open(path) == 0 && handle.status(status) == 0)
+        news.stamp = status.stamp();
     ticket.tick();
     news.duration = Ticket::now() - start;
-    tell(box, news);
+    return news;
 }
 
 void DirectoryFollower::follow(const std::string& directory, bool remoteToo) {
@@ -128,8 +137,11 @@ bool DirectoryFollower::event(QEvent* event) {
         return true;
     if (news->wantsPolls)
         m_timer.start(m_interval, this);
+    const bool hasMoved = news->isWatched && news->stamp != m_stamp;
+    if (hasMoved)
+        m_stamp = news->stamp;
     const bool hasChanged = news->isPolled && takePoll(*news);
-    if (hasChanged || news->hasChanged) {
+    if (hasMoved || hasChanged || news->hasChanged) {
         const auto changed = m_changed; // it may be the end of this object
         changed();
     }
@@ -144,8 +156,8 @@ bool DirectoryFollower::takePoll(const News& news) {
         m_timer.stop();
         return false;
     }
-    const bool hasChanged = news.modified != m_modified;
-    m_modified = news.modified;
+    const bool hasChanged = news.stamp != m_stamp;
+    m_stamp = news.stamp;
     m_interval = hasChanged ? m_pace.poll : std::min(2 * m_interval, m_pace.pollMost);
     m_timer.start(m_interval, this);
     return hasChanged;

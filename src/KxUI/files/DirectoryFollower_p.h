@@ -23,8 +23,8 @@ public:
     /** Follows nothing. */
     void stop();
 
-    /** The directory's time when it was read. */
-    void setModified(std::int64_t modified) { m_modified = modified; }
+    /** EntryStatus::stamp() of the directory when it was read. */
+    void setStamp(std::int64_t stamp) { m_stamp = stamp; }
 
 protected:
     bool event(QEvent* event) override;
@@ -35,7 +35,8 @@ private:
         bool hasChanged = false;
         bool wantsPolls = false;
         bool isPolled = false;
-        std::int64_t modified = 0;
+        bool isWatched = false;
+        std::int64_t stamp = 0;
         std::int64_t duration = 0; // of asking, in nanoseconds
     };
     struct Link;
@@ -45,6 +46,7 @@ private:
                       const std::shared_ptr<Link>& link, const std::shared_ptr<Box>& box,
                       Ticket& ticket);
     static void poll(const std::string& directory, const std::shared_ptr<Box>& box, Ticket& ticket);
+    static News stampNow(const std::string& path, Ticket& ticket);
     static void tell(const std::shared_ptr<Box>& box, const News& news);
     bool takePoll(const News& news);
 
@@ -55,7 +57,7 @@ private:
     std::shared_ptr<Link> m_link;
     std::shared_ptr<Ticket> m_ticket;
     QBasicTimer m_timer;
-    std::int64_t m_modified = 0;
+    std::int64_t m_stamp = 0;
     int m_interval = 0;
     int m_slowAnswers = 0;
 };

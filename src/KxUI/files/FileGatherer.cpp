@@ -125,7 +125,7 @@ void FileGatherer::requestTotals(int index) {
 
 void FileGatherer::gather(const QByteArray& directory) {
     const std::string path = Platform::toUtf8(viewOf(directory));
-    d->gather(Platform::fromUtf8(Platform::cleanPath(Platform::absolutePath(path))));
+    d->gather(Platform::fromUtf8(Platform::cleanPath(Platform::absolutePath(path))), Ticket::now());
 }
 
 void FileGatherer::gatherPath(const QString& directory) {
@@ -136,7 +136,7 @@ void FileGatherer::refresh() {
     if (d->listing->state() == FileListing::State::Empty)
         return;
     ++d->turn;
-    d->gather(d->directory);
+    d->gather(d->directory, Ticket::now());
 }
 
 void FileGatherer::cancel() {

@@ -1,4 +1,5 @@
 #include <KxUI/files/FileGatherer_p.h>
+#include <KxUI/files/RecentListings_p.h>
 
 #include <QPointer>
 
@@ -8,7 +9,6 @@ namespace Kestrel::UI {
 namespace {
 
 constexpr std::int64_t millisecond = 1000000;
-constexpr int nobodyLeft = -1;
 
 } // namespace
 
@@ -22,22 +22,26 @@ FileGatherer::Private::Private(FileGatherer* gatherer)
         timer->setSingleShot(true);
     QObject::connect(&waitTimer, &QTimer::timeout, q, [this] { lookWhetherWaiting(); });
     QObject::connect(&statusTimer, &QTimer::timeout, q, [this] { takeStatuses(); });
-    QObject::connect(&rereadTimer, &QTimer::timeout, q, [this] { gather(directory); });
+    QObject::connect(&rereadTimer, &QTimer::timeout, q, [this] { gather(directory, changedAt); });
 }
 
-GatherRequest FileGatherer::Private::request() {
+GatherRequest FileGatherer::Private::request(std::int64_t since) {
     GatherRequest request;
     request.id = ++id;
     request.directory = directory;
     request.settings = settings;
     request.pace = pace;
     // Rows that are there do not vanish to come back one by one.
-    request.tellsMeanwhile = listing->state() != State::Complete;
+    request.tellsMeanwhile = !hasAllRows;
+    request.isFresh = since != 0;
     request.box = newsBox;
     return request;
 }
 
 void FileGatherer::Private::endRequest() {
+    if (reading)
+        reading->leave(requested);
+    reading.reset();
     if (ticket)
         ticket->cancelled = true;
     ticket.reset();
@@ -46,48 +50,61 @@ void FileGatherer::Private::endRequest() {
     ++id; // what is still told is nobody's
 }
 
-void FileGatherer::Private::gather(std::string wanted) {
+/** @param since  a reading that began earlier will not do; 0 for whatever is known */
+void FileGatherer::Private::gather(std::string wanted, std::int64_t since) {
     endRequest();
     hasChanged = false;
-    const QPointer<FileGatherer> self(q);
-    if (const bool isOther = wanted != directory || listing->state() == State::Empty; isOther) {
-        q->cancelTotals();
-        follower.stop();
-        isFollowing = false;
-        if (queue)
-            queue->close();
-        directory = std::move(wanted);
-        statusBox->close();
-        statusBox = std::make_shared<Mailbox<std::vector<FileStatus>>>(q);
-        queue = std::make_shared<StatusQueue>(directory, statusBox);
-        status = std::make_shared<const StatusTable>();
+    const bool isOther = wanted != directory || listing->state() == State::Empty;
+    if (!isOther || enter(std::move(wanted)))
+        post(isOther ? 0 : since);
+}
+
+// False when somebody went elsewhere meanwhile.
+bool FileGatherer::Private::enter(std::string wanted) {
+    q->cancelTotals();
+    follower.stop();
+    isFollowing = false;
+    if (queue)
+        queue->close();
+    RecentListings::instance().keepStatus(directory, status);
+    directory = std::move(wanted);
+    statusBox->close();
+    statusBox = std::make_shared<Mailbox<std::vector<FileStatus>>>(q);
+    queue = std::make_shared<StatusQueue>(directory, statusBox);
+
+    std::shared_ptr<const ListingData> rows;
+    const auto recent = RecentListings::instance().find(directory);
+    hasAllRows = recent && recent->settings == settings;
+    status = hasAllRows && recent->status ? recent->status : std::make_shared<const StatusTable>();
+    if (hasAllRows) {
+        rows = recent->data;
+        ++turn; // what is shown of them is asked for again
+    } else {
         auto nothing = std::make_shared<ListingData>();
         nothing->raw = std::make_shared<const RawEntries>(RawEntries{directory, nullptr, {}});
         nothing->folded = settings.fold;
-        const std::uint64_t before = id;
-        if (!setGathering(true) || id != before)
-            return; // gone, or elsewhere meanwhile
-        adopt(std::move(nothing), State::Reading, 0);
-        if (!self || id != before)
-            return;
+        rows = std::move(nothing);
     }
-    post();
+    const QPointer<FileGatherer> self(q);
+    const std::uint64_t before = id;
+    if (!setGathering(true) || id != before)
+        return false;
+    adopt(std::move(rows), State::Reading, 0);
+    return self && id == before;
 }
 
-void FileGatherer::Private::post() {
-    const GatherRequest wanted = request();
+void FileGatherer::Private::post(std::int64_t since) {
+    requested = request(since);
     asked = Ticket::now();
-    ticket =
-        WorkerPool::instance().post(WorkerPool::Lane::Names, Platform::toUtf8(directory),
-                                    [wanted](Ticket& shared) { GatherJob(wanted, shared).run(); });
+    reading = SharedReading::join(requested, since);
     const QPointer<FileGatherer> self(q);
-    if (ticket) {
+    if (reading) {
         nextWait = 300;
         waitTimer.start(nextWait);
         setGathering(true);
         return;
     }
-    adopt(data(), State::Failed, nobodyLeft);
+    adopt(data(), State::Failed, nobodyLeftToRead);
     if (self)
         end();
 }
@@ -117,12 +134,16 @@ void FileGatherer::Private::changeSettings() {
     Q_EMIT q->settingsChanged();
     if (!self || listing->state() == State::Empty)
         return;
-    if (isGathering) {
-        endRequest();
-        post();
-    } else {
+    if (!isGathering) {
         rebuild();
+        return;
     }
+    // The other way round, the reading would end and begin once more.
+    const auto before = std::exchange(reading, nullptr);
+    const GatherRequest old = std::exchange(requested, {});
+    post(old.isFresh ? asked : 0);
+    if (before)
+        before->leave(old);
 }
 
 void FileGatherer::Private::adopt(std::shared_ptr<const ListingData> data, State state, int error) {
@@ -140,8 +161,9 @@ void FileGatherer::Private::takeNews() {
         waitTimer.stop();
         ended = Ticket::now();
         duration = news->duration;
-        follower.setModified(news->modified);
+        follower.setStamp(news->stamp);
     }
+    hasAllRows = hasAllRows || news->state == State::Complete;
     const std::uint64_t current = id;
     adopt(news->data ? std::move(news->data) : data(), news->state, news->error);
     if (self && isEnd && current == id)
@@ -215,9 +237,9 @@ void FileGatherer::Private::takeTotals() {
 }
 
 std::int64_t FileGatherer::Private::silence() const {
-    if (!isGathering || !ticket)
+    if (!isGathering || !reading)
         return 0;
-    const std::int64_t beat = std::max(ticket->beat.load(), asked);
+    const std::int64_t beat = std::max(reading->beat(), asked);
     return std::max<std::int64_t>((Ticket::now() - beat) / millisecond, 0);
 }
 
@@ -247,6 +269,7 @@ void FileGatherer::Private::follow() {
 void FileGatherer::Private::changed() {
     const QPointer<FileGatherer> self(q);
     hasChanged = true;
+    changedAt = Ticket::now();
     Q_EMIT q->directoryChanged();
     if (self && hasChanged && !isGathering)
         scheduleReread();

@@ -2,7 +2,7 @@
 
 #include <KxUI/files/DirectoryFollower_p.h>
 #include <KxUI/files/FileGatherer.h>
-#include <KxUI/files/GatherJob_p.h>
+#include <KxUI/files/SharedReading_p.h>
 #include <KxUI/files/StatusQueue_p.h>
 #include <KxUI/files/TotalsJob_p.h>
 
@@ -16,8 +16,9 @@ struct FileGatherer::Private {
 
     explicit Private(FileGatherer* gatherer);
 
-    void gather(std::string wanted);
-    void post();
+    void gather(std::string wanted, std::int64_t since);
+    bool enter(std::string wanted);
+    void post(std::int64_t since);
     void endRequest();
     void rebuild();
     void takeNews();
@@ -33,7 +34,7 @@ struct FileGatherer::Private {
     void lookWhetherWaiting();
     std::int64_t silence() const;
     std::vector<StatusQueue::Ask> asksFor(const std::vector<int>& indices) const;
-    GatherRequest request();
+    GatherRequest request(std::int64_t since = 0);
     void changeSettings();
     const std::shared_ptr<const ListingData>& data() const { return ListingData::of(*listing); }
 
@@ -50,11 +51,15 @@ struct FileGatherer::Private {
     QStringList patterns;
 
     std::uint64_t id = 0; // of the newest request
-    std::shared_ptr<Ticket> ticket;
+    std::shared_ptr<SharedReading> reading;
+    GatherRequest requested;        // of the reading
+    std::shared_ptr<Ticket> ticket; // of other settings for what was read
+    bool hasAllRows = false;        // those that it had when it was read to the end, maybe long ago
     bool isGathering = false;
-    std::int64_t asked = 0;    // when
-    std::int64_t ended = 0;    // when
-    std::int64_t duration = 0; // of the last reading
+    std::int64_t changedAt = 0; // when something was told to have changed
+    std::int64_t asked = 0;     // when
+    std::int64_t ended = 0;     // when
+    std::int64_t duration = 0;  // of the last reading
     int nextWait = 0;
     QTimer waitTimer;
 

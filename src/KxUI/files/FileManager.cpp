@@ -4,6 +4,7 @@
 #include <KxUI/files/FileListing.h>
 #include <KxUI/files/FileTexts_p.h>
 #include <KxUI/files/RawName_p.h>
+#include <KxUI/files/RecentListings_p.h>
 #include <KxUI/files/WorkerPool_p.h>
 #include <KxUI/files/platform/Directory_p.h>
 
@@ -83,6 +84,10 @@ QStringList FileManager::stuckDirectories() {
     return directories;
 }
 
+void FileManager::forgetListings() {
+    RecentListings::instance().clear();
+}
+
 QString FileManager::errorText(int error) {
     using Platform::Failure;
     if (error < 0)
@@ -112,6 +117,7 @@ QString FileManager::errorText(int error) {
 }
 
 QString FileManager::errorText(const FileListing& listing) {
+    using Platform::Failure;
     using State = FileListing::State;
     const auto entries = static_cast<int>(std::min<std::int64_t>(listing.entriesRead(), INT_MAX));
     if (listing.state() == State::Stopped)
@@ -119,7 +125,19 @@ QString FileManager::errorText(const FileListing& listing) {
     if (listing.state() != State::Failed)
         return {};
     const QString reason = errorText(listing.error());
-    if (entries == 0)
+    switch (const auto failure = Platform::failureOf(listing.error())) {
+    case Failure::Other:
+    case Failure::Stale:
+    case Failure::Unreachable:
+    case Failure::OutOfMemory:
+        break;
+    default:
+        // It was not even opened: what is listed was there before.
+        return failure == Failure::NotFound && listing.size() > 0
+                   ? Text::tr("This folder does not exist any more.")
+                   : reason;
+    }
+    if (entries == 0 || listing.error() < 0)
         return reason;
     return Text::tr("Reading stopped after %n entries: %1", nullptr, entries).arg(reason);
 }

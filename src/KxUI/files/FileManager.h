@@ -54,6 +54,10 @@ public:
         thread. */
     static QStringList stuckDirectories();
 
+    /** Forgets what was in the folders that were listed last. FileGatherer shows it of a folder that is
+        entered again until the disk has answered: of eight at most, and 500,000 names. Any thread. */
+    static void forgetListings();
+
     /** What the system says of a path. */
     struct PathStatus {
         /** What is there. */

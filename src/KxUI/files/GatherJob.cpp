@@ -1,6 +1,10 @@
 #include <KxUI/files/GatherJob_p.h>
 
+#include <KxUI/files/RecentListings_p.h>
+#include <KxUI/files/SharedReading_p.h>
+
 #include <algorithm>
+#include <chrono>
 #include <new>
 
 namespace Kestrel::UI {
@@ -15,34 +19,48 @@ std::uint64_t frameNameHash(std::string_view name) {
 
 } // namespace
 
-GatherJob::GatherJob(GatherRequest request, Ticket& ticket)
-    : m_request(std::move(request))
+void GatherRequest::tell(GatherNews news) const {
+    box->put(std::move(news), [](GatherNews& waiting, GatherNews& newest) {
+        // A reading that was given up may tell a last time after the next one has begun.
+        if (newest.request >= waiting.request)
+            std::swap(waiting, newest);
+    });
+}
+
+GatherJob::GatherJob(std::shared_ptr<SharedReading> reading, GatherRequest first, Ticket& ticket)
+    : m_reading(std::move(reading))
+    , m_first(std::move(first))
     , m_ticket(ticket) {}
 
 void GatherJob::run() {
     m_started = Ticket::now();
-    m_nextPublish = m_started + m_request.pace.firstPublish * millisecond;
+    m_nextPublish = m_started + m_first.pace.firstPublish * millisecond;
     try {
         Platform::DirectoryHandle directory;
         int error = open(directory);
-        if (error == 0)
-            error = Platform::readDirectory(directory, *m_listing, *this);
+        if (error == 0 && !takeRecent()) {
+            const auto listing = std::make_shared<Platform::Listing>();
+            m_names = listing;
+            error = Platform::readDirectory(directory, *listing, *this);
+            m_entries = listing->entries;
+        }
         m_ticket.tick();
         if (m_ticket.isCancelled())
             return;
-        m_entries = m_listing->entries;
-        publish(error == 0 ? FileListing::State::Complete : FileListing::State::Failed, error);
-        if (error == 0)
-            resolve(directory);
+        if (error != 0) {
+            fail(error);
+            return;
+        }
+        publish(FileListing::State::Complete, true);
+        resolve(directory);
+        keep();
     } catch (const std::bad_alloc&) {
-        // The gatherer keeps the rows that it has.
-        m_request.box->put({m_request.id, nullptr, FileListing::State::Failed,
-                            Platform::errorOf(Platform::Failure::OutOfMemory), m_modified, 0});
+        fail(Platform::errorOf(Platform::Failure::OutOfMemory));
     }
 }
 
 int GatherJob::open(Platform::DirectoryHandle& directory) {
-    const std::string path = Platform::toUtf8(m_request.directory);
+    const std::string path = Platform::toUtf8(m_first.directory);
     int error = directory.open(path);
     // The server was restarted meanwhile: the second time it is asked by the name again.
     if (Platform::failureOf(error) == Platform::Failure::Stale)
@@ -52,10 +70,33 @@ int GatherJob::open(Platform::DirectoryHandle& directory) {
         return error;
     // From before the reading: what changes during it must look newer.
     Platform::EntryStatus status;
-    if (directory.status(status) == 0)
-        m_modified = status.modified;
+    if (directory.status(status) == 0) {
+        m_stamp = status.stamp();
+        WorkerPool::instance().setDevice(m_ticket, path, status.device);
+    }
     m_ticket.tick();
+    // Times are coarse on some disks: what changed a moment ago may change again unseen.
+    using Clock = std::chrono::system_clock;
+    const auto now = std::chrono::nanoseconds(Clock::now().time_since_epoch()).count();
+    m_isReliable = now - m_stamp > m_first.pace.settled * millisecond &&
+                   Platform::keepsDirectoryTimes(Platform::mountOf(Platform::mounts(), path).type);
     return 0;
+}
+
+// Whether the directory has not changed since it was read last.
+bool GatherJob::takeRecent() {
+    const auto listeners = m_reading->listeners();
+    if (std::any_of(listeners.begin(), listeners.end(),
+                    [](const auto& each) { return each.isFresh; }))
+        return false;
+    m_recent = RecentListings::instance().find(m_first.directory);
+    if (!m_recent || !m_recent->isReliable || m_recent->stamp != m_stamp) {
+        m_recent.reset();
+        return false;
+    }
+    m_names = m_recent->data->raw->names;
+    m_entries = m_recent->data->raw->entries;
+    return true;
 }
 
 bool GatherJob::block(const Platform::Listing& soFar) {
@@ -66,37 +107,84 @@ bool GatherJob::block(const Platform::Listing& soFar) {
     constexpr std::int64_t costOfEntry = 300; // nanoseconds, more or less
     const auto cost = static_cast<std::int64_t>(soFar.entries.size()) * costOfEntry;
     const std::int64_t now = Ticket::now();
-    if (m_request.tellsMeanwhile && now >= m_nextPublish && now - m_started >= 4 * cost) {
+    if (now >= m_nextPublish && now - m_started >= 4 * cost) {
         m_entries = soFar.entries;
-        publish(FileListing::State::Reading, 0);
+        publish(FileListing::State::Reading);
     }
     return true;
 }
 
-void GatherJob::publish(FileListing::State state, int error) {
+// Whoever has rows keeps them; the others get what was read before the error.
+void GatherJob::fail(int error) {
+    const std::int64_t duration = Ticket::now() - m_started;
+    for (const GatherRequest& each : m_reading->listeners(true)) {
+        GatherNews news{each.id, nullptr, FileListing::State::Failed, error, m_stamp, duration};
+        try {
+            if (each.tellsMeanwhile && !m_entries.empty())
+                news.data = makeListing(std::make_shared<const RawEntries>(
+                                            RawEntries{m_first.directory, m_names, m_entries}),
+                                        each.settings);
+        } catch (const std::bad_alloc&) {
+            news.data = nullptr;
+        }
+        each.tell(std::move(news));
+    }
+}
+
+const std::shared_ptr<const ListingData>& GatherJob::madeFor(const ListingSettings& settings) {
+    const auto same = std::find_if(m_published.begin(), m_published.end(),
+                                   [&](const Made& each) { return each.settings == settings; });
+    if (same != m_published.end())
+        return same->data;
+    if (m_recent && m_recent->settings == settings)
+        return m_published.emplace_back(Made{settings, m_recent->data}).data;
+    if (!m_raw)
+        m_raw =
+            std::make_shared<const RawEntries>(RawEntries{m_first.directory, m_names, m_entries});
+    return m_published.emplace_back(Made{settings, makeListing(m_raw, settings)}).data;
+}
+
+void GatherJob::publish(FileListing::State state, bool isLast) {
+    const bool isMeanwhile = state == FileListing::State::Reading;
     const std::int64_t start = Ticket::now();
-    auto raw =
-        std::make_shared<const RawEntries>(RawEntries{m_request.directory, m_listing, m_entries});
-    auto data = makeListing(std::move(raw), m_request.settings);
-    m_published = data;
-    m_ticket.tick();
+    if (m_lastListeners.empty())
+        m_lastListeners = m_reading->listeners(isLast);
+    m_published.clear();
+    m_raw.reset();
+    for (const GatherRequest& each : m_lastListeners) {
+        if (isMeanwhile && !each.tellsMeanwhile)
+            continue;
+        const auto data = madeFor(each.settings);
+        m_ticket.tick();
+        each.tell({each.id, data, state, 0, m_stamp, Ticket::now() - m_started});
+    }
+    if (isMeanwhile)
+        m_lastListeners.clear();
     // At most a fifth of the time goes into listings that nobody sees for long.
     const std::int64_t now = Ticket::now();
-    m_nextPublish = now + std::max(m_request.pace.publish * millisecond, 4 * (now - start));
-    m_request.box->put({m_request.id, std::move(data), state, error, m_modified, now - m_started});
+    m_nextPublish = now + std::max(m_first.pace.publish * millisecond, 4 * (now - start));
+}
+
+void GatherJob::keep() {
+    if (m_published.empty())
+        return;
+    const Made& made = m_published.front();
+    RecentListings::instance().keep({made.data, nullptr, made.settings, m_stamp, m_isReliable});
 }
 
 // Links, and everything on file systems that do not tell: single items, the heads of sequences, and
 // all members of what turns out to be numbered folders.
 std::vector<std::size_t> GatherJob::unresolved() const {
     std::vector<std::string> wanted;
-    const ListingData& data = *m_published;
-    for (int i = 0; i < static_cast<int>(data.items.size()); ++i) {
-        const FileListing::Item& item = data.items[static_cast<std::size_t>(i)];
-        if (item.kind == FileListing::Kind::Unknown)
-            wanted.emplace_back(item.name);
-        else if (item.kind == FileListing::Kind::Sequence)
-            wanted.push_back(data.firstFile(i));
+    for (const Made& made : m_published) {
+        const ListingData& data = *made.data;
+        for (int i = 0; i < static_cast<int>(data.items.size()); ++i) {
+            const FileListing::Item& item = data.items[static_cast<std::size_t>(i)];
+            if (item.kind == FileListing::Kind::Unknown)
+                wanted.emplace_back(item.name);
+            else if (item.kind == FileListing::Kind::Sequence)
+                wanted.push_back(data.firstFile(i));
+        }
     }
     std::sort(wanted.begin(), wanted.end());
     std::vector<std::size_t> found;
@@ -119,6 +207,7 @@ bool GatherJob::resolveThese(const Platform::DirectoryHandle& directory,
         m_ticket.tick();
         if (m_ticket.isCancelled())
             return false;
+        m_recent.reset(); // its types are not these any more
         const bool isDirectory = error == 0 && status.isDirectory();
         entry.type = isDirectory ? Platform::EntryType::Directory : Platform::EntryType::Other;
         if (isDirectory)
@@ -137,7 +226,7 @@ void GatherJob::resolve(const Platform::DirectoryHandle& directory) {
                 return;
             if (end != entries.end() && Ticket::now() < m_nextPublish)
                 continue;
-            publish(FileListing::State::Complete, 0);
+            publish(FileListing::State::Complete);
         }
     }
 }
@@ -145,7 +234,7 @@ void GatherJob::resolve(const Platform::DirectoryHandle& directory) {
 void GatherJob::rebuild(const GatherRequest& request, const ListingData& old,
                         FileListing::State state, int error) {
     auto data = makeListing(old.raw, request.settings);
-    request.box->put({request.id, std::move(data), state, error, 0, 0});
+    request.tell({request.id, std::move(data), state, error, 0, 0});
 }
 
 } // namespace Kestrel::UI

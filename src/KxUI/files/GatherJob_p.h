@@ -2,9 +2,11 @@
 
 #include <KxUI/files/ListingData_p.h>
 #include <KxUI/files/Mailbox_p.h>
+#include <KxUI/files/RecentListings_p.h>
 #include <KxUI/files/WorkerPool_p.h>
 #include <KxUI/files/platform/Directory_p.h>
 
+#include <optional>
 #include <unordered_set>
 
 namespace Kestrel::UI {
@@ -18,6 +20,7 @@ struct GatherPace {
     int poll = 5000;      ///< at first, where changes are not told
     int pollMost = 60000;
     int pollSlow = 1000; ///< an answer that takes longer is too much to ask for
+    int settled = 3000;  ///< since its last change, for a directory to be known by its time
 };
 
 /** What a reading tells its gatherer: the newest listing. */
@@ -26,7 +29,7 @@ struct GatherNews {
     std::shared_ptr<const ListingData> data; ///< null for the rows that are there already
     FileListing::State state = FileListing::State::Reading;
     int error = 0;
-    std::int64_t modified = 0; ///< of the directory, from before the reading
+    std::int64_t stamp = 0;    ///< of the directory, from before the reading
     std::int64_t duration = 0; ///< of the reading so far, in nanoseconds
 };
 
@@ -37,13 +40,23 @@ struct GatherRequest {
     ListingSettings settings;
     GatherPace pace;
     bool tellsMeanwhile = true; ///< of what has been read so far
+    bool isFresh = false;       ///< what is known from before will not do
     std::shared_ptr<Mailbox<GatherNews>> box;
+
+    /** Puts news into the box, unless what waits there is of a later request. */
+    void tell(GatherNews news) const;
 };
+
+/** The error of a directory that no thread is left for. */
+constexpr int nobodyLeftToRead = -1;
+
+class SharedReading;
 
 /** Reads a directory on a worker thread and tells of it while it does. */
 class GatherJob : private Platform::ReadProgress {
 public:
-    GatherJob(GatherRequest request, Ticket& ticket);
+    /** @param first  whose directory and pace it is */
+    GatherJob(std::shared_ptr<SharedReading> reading, GatherRequest first, Ticket& ticket);
 
     void run();
 
@@ -53,22 +66,36 @@ public:
 
 private:
     bool block(const Platform::Listing& soFar) override;
+    struct Made {
+        ListingSettings settings;
+        std::shared_ptr<const ListingData> data;
+    };
+
     int open(Platform::DirectoryHandle& directory);
-    void publish(FileListing::State state, int error);
+    bool takeRecent();
+    void fail(int error);
+    void publish(FileListing::State state, bool isLast = false);
+    const std::shared_ptr<const ListingData>& madeFor(const ListingSettings& settings);
+    void keep();
     void resolve(const Platform::DirectoryHandle& directory);
     std::vector<std::size_t> unresolved() const;
     bool resolveThese(const Platform::DirectoryHandle& directory,
                       const std::vector<std::size_t>& entries);
 
-    GatherRequest m_request;
+    const std::shared_ptr<SharedReading> m_reading;
+    const GatherRequest m_first;
     Ticket& m_ticket;
-    std::shared_ptr<Platform::Listing> m_listing = std::make_shared<Platform::Listing>();
-    std::shared_ptr<const ListingData> m_published;
-    std::vector<Platform::Entry> m_entries;       // as they are published
+    std::vector<GatherRequest> m_lastListeners; // whoever waited when all names were read
+    std::shared_ptr<const Platform::Listing> m_names;
+    std::shared_ptr<const RawEntries> m_raw; // as they are published
+    std::vector<Made> m_published;
+    std::optional<RecentListings::Recent> m_recent; // that still holds
+    std::vector<Platform::Entry> m_entries;
     std::unordered_set<std::uint64_t> m_suspects; // frame names that folders of numbers have
     std::int64_t m_started = 0;
     std::int64_t m_nextPublish = 0;
-    std::int64_t m_modified = 0;
+    std::int64_t m_stamp = 0;
+    bool m_isReliable = false; // the stamp changes with the names
 };
 
 } // namespace Kestrel::UI

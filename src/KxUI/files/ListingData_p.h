@@ -13,6 +13,11 @@ struct ListingSettings {
     bool showHidden = false;
     bool directoriesOnly = false;
     std::vector<std::string> patterns; ///< of filename_match(), in the system's encoding; for files
+
+    bool operator==(const ListingSettings& other) const {
+        return fold == other.fold && showHidden == other.showHidden &&
+               directoriesOnly == other.directoriesOnly && patterns == other.patterns;
+    }
 };
 
 /** The names of a directory as they were read. */

@@ -25,10 +25,18 @@ public:
         if (m_ticket.isCancelled())
             return;
         m_news.isFinal = true;
-        m_request.box->put(m_news);
+        tell();
     }
 
 private:
+    void tell() {
+        m_request.box->put(m_news, [](TotalsNews& waiting, const TotalsNews& newest) {
+            // One that was given up may tell a last time after the next one has begun.
+            if (newest.request >= waiting.request)
+                waiting = newest;
+        });
+    }
+
     bool block(const Platform::Listing&) override {
         m_ticket.tick();
         return !m_ticket.isCancelled();
@@ -47,7 +55,7 @@ private:
         }
         if (const std::int64_t now = Ticket::now(); now >= m_next) {
             m_next = now + pace;
-            m_request.box->put(m_news);
+            tell();
         }
         return !m_ticket.isCancelled();
     }

@@ -33,7 +33,7 @@ std::shared_ptr<Ticket> WorkerPool::post(Lane lane, const std::string& directory
         return nullptr;
     Task task{directory, {}, std::move(job), ticket};
     if (!directory.empty())
-        task.mount = Platform::mountOf(m_mounts, directory);
+        task.mount = mountFor(directory);
     m_queues[static_cast<std::size_t>(lane)].push_back(std::move(task));
     wakeOrStart();
     if (m_threads > 0)
@@ -44,6 +44,46 @@ std::shared_ptr<Ticket> WorkerPool::post(Lane lane, const std::string& directory
     queue.pop_back();
     lock.unlock();
     return nullptr;
+}
+
+const Platform::Mount* WorkerPool::mountOfDevice(std::uint64_t device) const {
+    const auto found = std::find_if(m_mounts.begin(), m_mounts.end(), [&](const auto& each) {
+        return device != 0 && each.device == device;
+    });
+    return found == m_mounts.end() ? nullptr : &*found;
+}
+
+// By the nearest directory whose device is known, unless another file system begins below it.
+Platform::Mount WorkerPool::mountFor(const std::string& directory) const {
+    Platform::Mount mount = Platform::mountOf(m_mounts, directory);
+    for (std::string_view path = directory; m_devices.size() != 0 && path.size() > 1;
+         path = path.substr(0, path.rfind('/'))) {
+        if (path.size() < mount.point.size() || path.find('/') == std::string_view::npos)
+            break;
+        const auto known = m_devices.find(std::string(path));
+        if (known == m_devices.end())
+            continue;
+        const Platform::Mount* const other = mountOfDevice(known->second);
+        return other ? *other : mount;
+    }
+    return mount;
+}
+
+void WorkerPool::setDevice(const Ticket& ticket, const std::string& directory,
+                           std::uint64_t device) {
+    constexpr std::size_t most = 1024;
+    const Lock lock(m_mutex);
+    const Platform::Mount* const mount = mountOfDevice(device);
+    // Unknown where one file system shows several devices: then the text is as good.
+    if (!mount || mountFor(directory).device == device)
+        return;
+    if (m_devices.size() >= most)
+        m_devices.clear();
+    m_devices[directory] = device;
+    for (Task& task : m_running) {
+        if (task.ticket.get() == &ticket)
+            task.mount = *mount;
+    }
 }
 
 void WorkerPool::setThreadLimit(int running) {

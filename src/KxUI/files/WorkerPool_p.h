@@ -13,6 +13,7 @@
 #include <memory>
 #include <mutex>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 /** \file
@@ -71,6 +72,11 @@ public:
         is stuck. The job is destroyed on a thread of the pool, or here. Any thread. */
     std::shared_ptr<Ticket> post(Lane lane, const std::string& directory, Job job);
 
+    /** A job has found out which device its directory lies on: a link within a path may lead to
+        another file system than its text says. What is in that directory counts for it from now on.
+        Any thread. */
+    void setDevice(const Ticket& ticket, const std::string& directory, std::uint64_t device);
+
     /** 1 to 48; at first 12. */
     void setThreadLimit(int running);
 
@@ -107,6 +113,8 @@ private:
     bool startThread();
     bool isQueueEmpty() const;
     void refreshMounts(Lock& lock);
+    Platform::Mount mountFor(const std::string& directory) const;
+    const Platform::Mount* mountOfDevice(std::uint64_t device) const;
 
     mutable std::mutex m_mutex;
     std::condition_variable m_wake;
@@ -115,6 +123,8 @@ private:
     std::list<Task> m_running; // without their jobs
     std::vector<Platform::Mount> m_mounts;
     std::int64_t m_mountsRead = 0;
+    std::unordered_map<std::string, std::uint64_t>
+        m_devices; // of directories, where links lead away
     int m_threads = 0;
     int m_idle = 0;
     bool m_supervised = false;

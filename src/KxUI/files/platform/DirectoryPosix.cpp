@@ -34,6 +34,7 @@ void store(const struct stat& record, EntryStatus& status) {
     status.size = static_cast<std::uint64_t>(record.st_size);
     status.accessed = record.st_atime;
     status.modified = record.st_mtime;
+    status.nanoseconds = record.st_mtim.tv_nsec;
     status.changed = record.st_ctime;
     status.device = record.st_dev;
 }
@@ -51,6 +52,7 @@ int statOf(int directory, const char* name, bool follow, bool cached, EntryStatu
             status.size = record.stx_size;
             status.accessed = record.stx_atime.tv_sec;
             status.modified = record.stx_mtime.tv_sec;
+            status.nanoseconds = record.stx_mtime.tv_nsec;
             status.changed = record.stx_ctime.tv_sec;
             status.device = makedev(record.stx_dev_major, record.stx_dev_minor);
             return 0;

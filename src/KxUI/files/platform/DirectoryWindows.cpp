@@ -38,6 +38,7 @@ int statusOf(const std::string& path, EntryStatus& status) {
     status.size = (std::uint64_t{told.nFileSizeHigh} << 32) + told.nFileSizeLow;
     status.accessed = secondsOf(told.ftLastAccessTime);
     status.modified = secondsOf(told.ftLastWriteTime);
+    status.nanoseconds = std::int64_t{told.ftLastWriteTime.dwLowDateTime} % 10000000 * 100;
     status.changed = secondsOf(told.ftCreationTime);
     status.isLink = (told.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
     return 0;

@@ -35,9 +35,14 @@ int errorOf(Failure failure);
 /** What a file system tells of one name. The status is that of a link's target, unless that is not
     there: then it is the link's own. */
 struct EntryStatus : Status {
-    std::uint64_t device = 0; ///< the same for all that lies on one file system
+    std::uint64_t device = 0;     ///< the same for all that lies on one file system
+    std::int64_t nanoseconds = 0; ///< of the modification time, beyond its seconds
     bool isLink = false;
     bool isBrokenLink = false;
+
+    /** The modification time in nanoseconds since 1970: another one after each change of a directory,
+        where the file system keeps such times. */
+    std::int64_t stamp() const { return modified * 1000000000 + nanoseconds; }
 };
 
 /** Looks at a listing that is being read. */

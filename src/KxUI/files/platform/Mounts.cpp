@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
 
 namespace Kestrel::UI::Platform {
 namespace {
@@ -11,6 +12,17 @@ std::string_view takeField(std::string_view& line) {
     const std::string_view field = line.substr(0, line.find(' '));
     line.remove_prefix(field.size());
     return field;
+}
+
+// `8:1`
+std::uint64_t deviceIn(std::string_view field) {
+    std::uint32_t major = 0;
+    std::uint32_t minor = 0;
+    const char* const end = field.data() + field.size();
+    const char* const colon = std::from_chars(field.data(), end, major).ptr;
+    if (colon != end)
+        std::from_chars(colon + 1, end, minor);
+    return deviceNumber(major, minor);
 }
 
 bool isOctal(char c) {
@@ -45,6 +57,13 @@ bool isRemoteType(std::string_view type) {
            type.substr(0, 5) == "fuse.";
 }
 
+bool keepsDirectoryTimes(std::string_view type) {
+    static constexpr std::array<std::string_view, 16> types{
+        "ext2", "ext3", "ext4", "xfs",  "btrfs", "zfs",   "f2fs",    "bcachefs",
+        "jfs",  "nfs",  "nfs4", "ntfs", "ntfs3", "tmpfs", "fuseblk", "overlay"};
+    return std::find(types.begin(), types.end(), type) != types.end();
+}
+
 bool liesUnder(std::string_view path, std::string_view directory) {
     if (path.substr(0, directory.size()) != directory)
         return false;
@@ -57,8 +76,10 @@ std::vector<Mount> parseMounts(std::string_view text) {
     while (!text.empty()) {
         std::string_view line = text.substr(0, text.find('\n'));
         text.remove_prefix(std::min(line.size() + 1, text.size()));
-        for (int before = 0; before < 4; ++before)
-            takeField(line);
+        takeField(line); // the number of the mount
+        takeField(line); // and that of the one it is on
+        const std::uint64_t device = deviceIn(takeField(line));
+        takeField(line); // the part of the file system that is mounted
         std::string point = unescaped(takeField(line));
         // Some optional fields, then a dash, then the type.
         std::string_view field = takeField(line);
@@ -71,7 +92,7 @@ std::vector<Mount> parseMounts(std::string_view text) {
         mounts.erase(std::remove_if(mounts.begin(), mounts.end(),
                                     [&](const Mount& each) { return each.point == point; }),
                      mounts.end());
-        mounts.push_back({std::move(point), std::string(type), isRemoteType(type)});
+        mounts.push_back({std::move(point), std::string(type), isRemoteType(type), device});
     }
     return mounts;
 }

@@ -1,6 +1,7 @@
 #include <KxUI/files/platform/Mounts_p.h>
 
 #include <fcntl.h>
+#include <sys/sysmacros.h>
 #include <unistd.h>
 
 namespace Kestrel::UI::Platform {
@@ -18,8 +19,12 @@ std::vector<Mount> mounts() {
     return parseMounts(text);
 }
 
+std::uint64_t deviceNumber(std::uint32_t major, std::uint32_t minor) {
+    return makedev(major, minor);
+}
+
 Mount mountOf(const std::vector<Mount>& mounts, std::string_view absolutePath) {
-    Mount best{"/", {}, false};
+    Mount best{"/", {}, false, 0};
     std::size_t length = 0;
     for (const Mount& mount : mounts) {
         if (mount.point.size() > length && liesUnder(absolutePath, mount.point)) {

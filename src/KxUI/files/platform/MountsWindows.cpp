@@ -27,13 +27,17 @@ std::vector<Mount> mounts() {
     return {};
 }
 
+std::uint64_t deviceNumber(std::uint32_t, std::uint32_t) {
+    return 0;
+}
+
 Mount mountOf(const std::vector<Mount>&, std::string_view absolutePath) {
     if (absolutePath.size() > 2 && isSeparator(absolutePath[0]) && isSeparator(absolutePath[1]))
-        return {shareOf(absolutePath), "share", true};
+        return {shareOf(absolutePath), "share", true, 0};
     if (absolutePath.size() < 2 || absolutePath[1] != ':')
-        return {"/", {}, false};
+        return {"/", {}, false, 0};
     const std::string drive = std::string(absolutePath.substr(0, 2)) + '/';
-    return {drive, "drive", GetDriveTypeA(drive.c_str()) == DRIVE_REMOTE};
+    return {drive, "drive", GetDriveTypeA(drive.c_str()) == DRIVE_REMOTE, 0};
 }
 
 } // namespace Kestrel::UI::Platform
