@@ -1,0 +1,48 @@
+#pragma once
+
+#include <KxUI/Export.h>
+#include <KxUI/scopes/ScopeHistogram.h>
+
+#include <array>
+#include <cstdint>
+
+namespace Kestrel::UI {
+
+/** Figures of a channel. A plain value; its layout is frozen. */
+struct KXUI_EXPORT ChannelStatistics {
+    bool counted = false;               ///< whether the channel was looked at
+    bool rounded = false;               ///< `median`, `low`, `high` are rounded to half floats
+    std::uint64_t finite = 0;           ///< values
+    std::uint64_t nan = 0;              ///< what is not a number
+    std::uint64_t positiveInfinity = 0; ///< of these
+    std::uint64_t negativeInfinity = 0; ///< of these
+    std::uint64_t below = 0;            ///< finite values below 0
+    std::uint64_t above = 0;            ///< finite values above 1
+    double minimum = 0;                 ///< of finite values, as all that follows; 0 without any
+    double maximum = 0;
+    double mean = 0;
+    double deviation = 0; ///< of the whole population
+    /** The smallest value that at least half, 1 % or 99 % of the values do not exceed. */
+    double median = 0, low = 0, high = 0;
+    std::uint32_t distinct = 0; ///< values that differ, by code or by half float
+};
+
+/** Figures of the counted pixels of an image. A plain value; its layout is frozen. */
+struct KXUI_EXPORT ImageStatistics {
+    std::array<ChannelStatistics, ScopeHistogram::Channels> channels; ///< by channel
+    std::uint64_t pixels = 0;                                         ///< that were counted
+    std::uint64_t transparent = 0;                                    ///< that their alpha left out
+    /** Pixels with red, green, blue or luma outside 0 to 1, or not a number. */
+    std::uint64_t illegal = 0;
+    /** The same for -44/876 to 920/876, the preferred range of EBU R 103, which 1 % of a picture may
+        leave. */
+    std::uint64_t outsideEbuR103 = 0;
+    /** The largest component, the mean of the pixels' largest components, and the level that 99.995 %
+        of them do not exceed, as CTA-861.3 has the first two, in cd/m2. */
+    double maxCll = 0, frameAverage = 0, level99995 = 0;
+
+    /** Whether at most 1 % of the pixels leave the range of EBU R 103. */
+    bool meetsEbuR103() const noexcept { return outsideEbuR103 * 100 <= pixels; }
+};
+
+} // namespace Kestrel::UI

@@ -1,0 +1,78 @@
+#pragma once
+
+#include <KxUI/scopes/CountingKernels_p.h>
+#include <KxUI/scopes/ScopeImage.h>
+#include <KxUI/scopes/TransferTable_p.h>
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+namespace Kestrel::UI {
+
+/** Signals of some neighbouring pixels of a row, without those that alpha leaves out. */
+struct PixelPiece {
+    /** The most pixels of a piece. */
+    static constexpr std::size_t Most = 192;
+    /** Room for whole groups of pixels at both ends, and for a whole vector. */
+    static constexpr std::size_t Room = Most + 16 + CountingLanes;
+    using Plane = std::array<float, Room>;
+
+    alignas(64) Plane red{}, green{}, blue{}, alpha{}, luma{}, cb{}, cr{}, largest{};
+    /** Where in the piece each pixel lay. */
+    std::array<std::uint16_t, Room> place{};
+    std::size_t count = 0;       ///< pixels
+    std::size_t transparent = 0; ///< that alpha left out
+
+    ColorPlanes colors() const {
+        return {first + red.data(), first + green.data(), first + blue.data()};
+    }
+    const float* alphas() const { return first + alpha.data(); }
+
+    /** Where the pixels begin in the planes of red, green, blue and alpha. */
+    std::size_t first = 0;
+    alignas(64) std::array<std::uint16_t, Room> codes{};
+    std::vector<float> interleaved; // for the host's transform
+};
+
+/** Reads pieces of rows: decodes them, and makes the signal of them that the encoding describes. Many
+    threads may use one reader, each with its own piece. */
+class PixelReader {
+public:
+    PixelReader(const ScopeImage& image, const ScopeEncoding& encoding);
+
+    /** Reads `count` pixels, at most PixelPiece::Most, which lie in the image. Lets through what the
+        transform throws. */
+    void read(int x, int y, std::size_t count, PixelPiece& piece) const;
+
+    /** Asks the memory for the pixels of `read`. */
+    void prefetch(int x, int y, std::size_t count) const;
+
+    /** What the channels that are read are counted by: exactly if `exact`. */
+    CodeAxis colorAxis() const { return m_colorAxis; }
+    CodeAxis alphaAxis() const { return m_alphaAxis; }
+    bool isExact() const { return m_exact; }
+    /** Whether values are stored as floats that halves are too coarse for. */
+    bool isFine() const { return m_fine; }
+
+private:
+    const unsigned char* row(int y) const;
+    void leaveOut(PixelPiece& piece) const;
+    void unpremultiply(PixelPiece& piece) const;
+    void transform(PixelPiece& piece) const;
+    void applyTransfer(float* values, PixelPiece& piece) const;
+
+    ScopeImage m_image;
+    YCbCrToRgbCoefficients m_coefficients;
+    std::function<void(float*, int)> m_transform;
+    std::shared_ptr<const TransferTable> m_table;
+    CodeAxis m_tableAxis;
+    CodeAxis m_colorAxis;
+    CodeAxis m_alphaAxis;
+    int m_group = 1; // pixels that share samples
+    bool m_exact = false;
+    bool m_fine = false;
+};
+
+} // namespace Kestrel::UI
