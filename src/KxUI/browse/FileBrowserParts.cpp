@@ -90,7 +90,7 @@ void FileBrowserPrivate::buildActions() {
                              [this] { q->home(); });
     actions.refresh = addAction("BrowseRefresh", FileBrowser::tr("Refresh"),
                                 keys(Qt::Key_F5, Qt::CTRL | Qt::Key_R), [this] { q->refresh(); });
-    actions.stop = addAction("BrowseStop", FileBrowser::tr("Stop"), {}, [this] { q->stop(); });
+    actions.stop = addAction("PaneClose", FileBrowser::tr("Stop"), {}, [this] { q->stop(); });
     actions.path = addAction("", FileBrowser::tr("Edit Path"),
                              keys(Qt::CTRL | Qt::Key_L, Qt::Key_F4), [this] { q->focusPath(); });
     actions.filter = addAction("Search", FileBrowser::tr("Filter"), keys(Qt::CTRL | Qt::Key_F),

@@ -177,7 +177,6 @@ void addBrowserIcons(QMap<QString, IconPaths>& icons) {
     insert("BrowseUp", turned(back));
     insert("BrowseHome", house);
     insert("BrowseRefresh", again);
-    insert("BrowseStop", icons.value(QStringLiteral("PaneClose")));
     insert("BrowseDetails", details);
     insert("BrowseCompact", compact);
     insert("BrowseThumbnails", tiles);
