@@ -13,6 +13,7 @@
 #include <KxUI/values/DoubleSpinBox.h>
 
 #include <QFile>
+#include <QInputDialog>
 #include <QMenu>
 #include <QSignalSpy>
 #include <QTemporaryDir>
@@ -313,6 +314,47 @@ private slots:
         QCOMPARE(model.curve(0).valueAt(0.0F), 0.1F);
         editor.setPresetFolder({});
         QVERIFY(!entry(editor, "Presets", QStringLiteral("Bent")));
+    }
+
+    // By name, for all editors.
+    void savedPresets() {
+        for (const QString& name : CurveEditor().savedPresets())
+            CurveEditor().removePreset(name);
+        CurvesModel model;
+        CurveEditor editor;
+        editor.setModel(&model);
+        editor.show();
+        QVERIFY(model.load(0, "(0, 0.25), (1, 1)"));
+        entry(editor, "Presets", QStringLiteral("Save Curve..."))->trigger();
+        auto* const dialog = editor.findChild<QInputDialog*>();
+        dialog->setTextValue(QStringLiteral("  Lift & /more\n"));
+        dialog->accept();
+        QVERIFY(model.load(0, "(0, 0), (1, 0.5)"));
+        QVERIFY(editor.savePreset(QStringLiteral("half")));
+        QVERIFY(!editor.savePreset(QStringLiteral(" ")));
+        editor.resetCurve();
+        QVERIFY(editor.savePreset(QStringLiteral("half"))); // in its place
+        QVERIFY(model.load(0, "(0, 0), (1, 0.5)"));
+        QVERIFY(editor.savePreset(QStringLiteral("half")));
+
+        CurvesModel second;
+        CurveEditor other;
+        other.setModel(&second);
+        QCOMPARE(other.savedPresets(),
+                 (QStringList{QStringLiteral("half"), QStringLiteral("Lift & /more")}));
+        QAction* lift = entry(other, "Presets", QStringLiteral("Lift && /more"));
+        QVERIFY(lift);
+        lift->trigger();
+        QCOMPARE(second.save(0), QByteArray("(0, 0.25), (1, 1)"));
+        QMenu* forget = entry(other, "Presets", QStringLiteral("Forget"))->menu();
+        forget->actions().first()->trigger();
+        QCOMPARE(editor.savedPresets(), QStringList{QStringLiteral("Lift & /more")});
+        editor.removePreset(QStringLiteral("Lift & /more"));
+        QVERIFY(!entry(editor, "Presets", QStringLiteral("Forget")));
+
+        const auto keys = frames(); // are on no unit square
+        editor.setModel(keys.get());
+        QVERIFY(!editor.savePreset(QStringLiteral("keys")));
     }
 
     /** Hosts may delete what they were given and what they are told by. */

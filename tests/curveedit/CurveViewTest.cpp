@@ -10,8 +10,10 @@
 #include <QAccessible>
 #include <QApplication>
 #include <QClipboard>
+#include <QHelpEvent>
 #include <QMenu>
 #include <QSignalSpy>
+#include <QToolTip>
 #include <QtTest>
 
 #include <cmath>
@@ -468,6 +470,37 @@ private slots:
         QCOMPARE(m_view->editText(), QStringLiteral("slope"));
         m_view->resetSelected();
         QCOMPARE(m_keys->knot(0, 1).shape, int(KeyCurve::Shape::Monotone));
+
+        // A double click on a handle is for the piece on its side.
+        for (const double side : {-1.0, 1.0}) {
+            const QPointF handle(.3 + side * 48.0 / Side, .8);
+            QVERIFY(m_keys->setShape(0, {0, 1}, int(KeyCurve::Shape::Free)));
+            QVERIFY(m_keys->setSlopes(0, 1, 0, 0, true));
+            QTest::mouseClick(m_view.get(), Qt::LeftButton, {}, at(handle));
+            QTest::mouseDClick(m_view.get(), Qt::LeftButton, {}, at(handle));
+            const int reset = side < 0 ? 0 : 1;
+            QCOMPARE(m_keys->knot(0, reset).shape, int(KeyCurve::Shape::Monotone));
+            QCOMPARE(m_keys->knot(0, 1 - reset).shape, int(KeyCurve::Shape::Free));
+        }
+    }
+
+    // A slope that is not to be grabbed says why.
+    void slopeTips() {
+        setCurve(Three);
+        m_model->select(0, 1, 1, CurveModel::SelectOnly);
+        const auto tipAt = [this](const QPointF& point) {
+            QHelpEvent event(QEvent::ToolTip, at(point), m_view->mapToGlobal(at(point)));
+            QCoreApplication::sendEvent(m_view.get(), &event);
+            return event.isAccepted() ? QToolTip::text() : QString();
+        };
+        QVERIFY(tipAt({.54, .54}).contains(QLatin1String("slope")));
+        QVERIFY(tipAt({.54, .46}).isEmpty());
+        QVERIFY(tipAt({.75, .75}).isEmpty());
+        m_view->setToolTip(QStringLiteral("of the host"));
+        QCOMPARE(tipAt({.75, .75}), QStringLiteral("of the host"));
+        showKeys();
+        m_keys->select(0, 1, 1, CurveModel::SelectOnly);
+        QCOMPARE(tipAt({.3, .8}), QStringLiteral("of the host"));
     }
 
     void whatIsSelected() {
@@ -538,6 +571,28 @@ private slots:
         m_view->setSnapLines({0.5}, {});
         drag({{.6, .4}, {.515, .25}});
         QCOMPARE(m_keys->knot(0, 2).x, 0.5);
+        m_view->setSnapLines({}, {});
+        m_keys->select(0, 2, 2, CurveModel::SelectOnly);
+        press({.5, .25});
+        move({.55, .7}); // on the chord of its neighbours
+        const double chord = .8 - (m_keys->knot(0, 2).x - .3) / .6 * .2;
+        QVERIFY(isNear(m_keys->knot(0, 2).y, chord));
+        // Its line goes down to the right, as the chord does.
+        const QImage shown = m_view->grab().toImage();
+        release({.55, .7});
+        const QImage without = m_view->grab().toImage();
+        const auto differs = [&](double x, double y) {
+            int count = 0;
+            for (int dy = -2; dy <= 2; ++dy) {
+                for (int dx = -3; dx <= 3; ++dx) {
+                    const QPoint pixel = at({x, y}) + QPoint(dx, dy);
+                    count += shown.pixel(pixel) != without.pixel(pixel);
+                }
+            }
+            return count > 0;
+        };
+        QVERIFY(differs(.4, .8 - .1 / .6 * .2) && differs(.8, .8 - .5 / .6 * .2));
+        QVERIFY(!differs(.4, chord) && !differs(.2, chord));
         m_keys->select(0, 0, -1, CurveModel::SelectOnly);
         drag({{.9, .6}, {.945, .3}}, Qt::AltModifier);
         QVERIFY(isNear(m_keys->knot(0, 3).x, 0.945));

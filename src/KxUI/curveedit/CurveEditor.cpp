@@ -112,6 +112,23 @@ void CurveEditor::applyPreset(const QString& name, const QByteArray& text) {
         CurveViewPrivate::of(d->view)->say(tr("\"%1\" is no curve that fits here").arg(name));
 }
 
+QStringList CurveEditor::savedPresets() const {
+    QStringList names;
+    for (const CurvePreset& each : savedCurvePresets())
+        names.append(each.name);
+    return names;
+}
+
+bool CurveEditor::savePreset(const QString& name) {
+    KXUI_INTERFACE_THREAD(this);
+    return d->isUnitSquare() && saveCurvePreset(name, model()->save(d->view->currentCurve()));
+}
+
+void CurveEditor::removePreset(const QString& name) {
+    KXUI_INTERFACE_THREAD(this);
+    removeCurvePreset(name);
+}
+
 void CurveEditor::copyToOthers(int curve) {
     KXUI_INTERFACE_THREAD(this);
     const CurveModel* const model = d->view->model();

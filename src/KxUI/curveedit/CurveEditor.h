@@ -2,6 +2,7 @@
 
 #include <KxUI/Export.h>
 
+#include <QStringList>
 #include <QWidget>
 
 #include <memory>
@@ -22,9 +23,10 @@ class CurveView;
     their numbers differ; a drag of such a number moves them together, and "+=0.1" or "*=2" change
     each.
 
-    Presets are for curves on the unit square: those that come with the library, and the files
-    `*.curve` of presetFolder(), each with a text such as "(0, 0), (0.5, 0.6), (1, 1)". They are read
-    on another thread while the menu is open. Interface thread. */
+    Presets are for curves on the unit square: those that come with the library, those that the user
+    saved, which all editors of an application share, and the files `*.curve` of presetFolder(), each
+    with a text such as "(0, 0), (0.5, 0.6), (1, 1)". Files are read on another thread while the menu
+    is open. Interface thread. */
 class KXUI_EXPORT CurveEditor : public QWidget {
     Q_OBJECT
     Q_PROPERTY(Tools tools READ tools WRITE setTools NOTIFY toolsChanged)
@@ -69,6 +71,9 @@ public:
     QString presetFolder() const;
     void setPresetFolder(const QString& folder);
 
+    /** The names of the presets that were saved, sorted. */
+    QStringList savedPresets() const;
+
     /** Whether the user has begun to change something, in the view or above it. */
     bool isEditing() const;
 
@@ -84,6 +89,13 @@ public Q_SLOTS:
         @param name  for the list of edits
         @param text  the curve in the notation of its model */
     void applyPreset(const QString& name, const QByteArray& text);
+
+    /** Keeps the current curve as a preset of that name in the settings, in place of one that has it.
+        Of the name no more than 64 characters in one line. False, and nothing, for an empty name,
+        and for a curve that is not on the unit square. */
+    bool savePreset(const QString& name);
+    /** Forgets a preset that was saved. */
+    void removePreset(const QString& name);
 
     /** Makes another curve, or all others for -1, what the current one is; one edit. */
     void copyToOthers(int curve = -1);

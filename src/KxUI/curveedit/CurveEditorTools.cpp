@@ -10,6 +10,7 @@
 #include <QCursor>
 #include <QFormLayout>
 #include <QHBoxLayout>
+#include <QInputDialog>
 #include <QLabel>
 #include <QMenu>
 #include <QToolButton>
@@ -256,12 +257,14 @@ void CurveEditorPrivate::fillPresets(QMenu* menu) {
         QObject::connect(action, &QAction::triggered, q,
                          [this, preset] { q->applyPreset(preset.name, preset.text); });
     };
-    for (const CurvePreset& preset : builtInCurvePresets())
-        add(preset);
-    if (!folder.presets().empty())
-        menu->addSeparator();
-    for (const CurvePreset& preset : folder.presets())
-        add(preset);
+    const std::vector<CurvePreset> saved = savedCurvePresets();
+    for (const auto& group : {builtInCurvePresets(), saved, folder.presets()}) {
+        if (!group.empty())
+            menu->addSeparator();
+        for (const CurvePreset& preset : group)
+            add(preset);
+    }
+    addSaving(menu, saved);
     // Those that were read while the menu is open come into it.
     const QPointer<QMenu> open(menu);
     folder.refresh([this, open] {
@@ -270,6 +273,29 @@ void CurveEditorPrivate::fillPresets(QMenu* menu) {
         open->clear();
         fillPresets(open);
     });
+}
+
+void CurveEditorPrivate::addSaving(QMenu* menu, const std::vector<CurvePreset>& saved) {
+    menu->addSeparator();
+    QObject::connect(menu->addAction(CurveEditor::tr("Save Curve...")), &QAction::triggered, q,
+                     [this] { askForName(); });
+    if (saved.empty())
+        return;
+    QMenu* const forget = menu->addMenu(CurveEditor::tr("Forget"));
+    for (const CurvePreset& preset : saved) {
+        QObject::connect(forget->addAction(inMenu(preset.name)), &QAction::triggered, q,
+                         [this, name = preset.name] { q->removePreset(name); });
+    }
+}
+
+void CurveEditorPrivate::askForName() {
+    auto* const dialog = new QInputDialog(q);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->setWindowTitle(CurveEditor::tr("Save Curve"));
+    dialog->setLabelText(CurveEditor::tr("Name of the preset"));
+    dialog->setOkButtonText(CurveEditor::tr("Save"));
+    QObject::connect(dialog, &QInputDialog::textValueSelected, q, &CurveEditor::savePreset);
+    dialog->open();
 }
 
 void CurveEditorPrivate::fillCopies(QMenu* menu) {

@@ -44,6 +44,8 @@ public:
     void fillScales(QMenu* menu);
     ChoiceBar* scaleBar(const QString& name, bool isX);
     void fillPresets(QMenu* menu);
+    void addSaving(QMenu* menu, const std::vector<CurvePreset>& saved);
+    void askForName();
     void fillCopies(QMenu* menu);
 
     // -- What is shown (CurveEditor.cpp)

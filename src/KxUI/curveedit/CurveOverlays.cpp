@@ -8,13 +8,12 @@
 #include <QFontMetricsF>
 #include <QPainter>
 
-#include <cmath>
+#include <algorithm>
 
 namespace Kestrel::UI {
 namespace {
 
 constexpr double HandleRadius = 3.0;
-constexpr double SlopeLength = 16.0; // to either side, of a slope that cannot be grabbed
 constexpr double DotRadius = 3.0;
 constexpr double GripSize = 7.0;
 constexpr double HeadSize = 5.0;
@@ -42,15 +41,13 @@ void CurveOverlays::paintHandles(int curve, const std::vector<int>& selected, co
     if (selected.size() > std::size_t(CurvePick::MostHandles))
         return;
     for (const int index : selected) {
-        const CurveModel::Knot knot = m_scene.model->knot(curve, index);
-        const QPointF place = CurvePick::shownAt(m_scene, curve, {knot.x, knot.y});
         if (!grabbed) {
-            const QPointF way =
-                m_scene.plot.direction({knot.x, knot.y}, knot.slopeOut) * SlopeLength;
             m_painter.setPen(pen(faint(m_ink, 0.45), 1.0));
-            m_painter.drawLine(place - way, place + way);
+            m_painter.drawLine(CurvePick::slopeLineOf(m_scene, curve, index));
             continue;
         }
+        const CurveModel::Knot knot = m_scene.model->knot(curve, index);
+        const QPointF place = CurvePick::shownAt(m_scene, curve, {knot.x, knot.y});
         const CurveHandles handles = CurvePick::handlesOf(m_scene, curve, index);
         for (const std::optional<QPointF>& end : {handles.in, handles.out}) {
             if (!end)
@@ -95,17 +92,21 @@ void CurveOverlays::paintDot(double x, double y, const QColor& color) {
     m_painter.drawEllipse(m_scene.plot.toWidget({x, y}), DotRadius, DotRadius);
 }
 
-void CurveOverlays::paintSnap(const QLineF& line, const QString& name) {
+void CurveOverlays::paintSnap(const QPolygonF& line, const QString& name) {
+    const QRectF& plot = m_scene.plot.rect();
+    m_painter.save();
+    m_painter.setClipRect(plot.adjusted(-1.0, -1.0, 1.0, 1.0), Qt::IntersectClip);
     m_painter.setPen(pen(faint(m_ink, 0.7), 1.0, Qt::DotLine));
-    m_painter.drawLine(line);
-    if (name.isEmpty())
+    m_painter.drawPolyline(line);
+    m_painter.restore();
+    if (name.isEmpty() || line.isEmpty())
         return;
     const QFontMetricsF metrics(m_painter.font());
-    const bool upright = std::abs(line.dx()) < std::abs(line.dy());
-    const QPointF at =
-        upright ? QPointF(line.p1().x() + 3.0, m_scene.plot.rect().top() + metrics.ascent())
-                : QPointF(m_scene.plot.rect().right() - metrics.horizontalAdvance(name) - 3.0,
-                          line.p2().y() - 3.0);
+    const QPointF end(std::min(line.last().x(), plot.right()), line.last().y());
+    const bool upright = line.first().x() == line.last().x();
+    const double left = upright ? end.x() + 3.0 : end.x() - metrics.horizontalAdvance(name) - 3.0;
+    const double top = plot.top() + metrics.ascent();
+    const QPointF at(left, upright ? top : std::max(top, end.y() - 3.0));
     m_painter.setPen(faint(m_ink, 0.8));
     m_painter.drawText(at, name);
 }

@@ -4,6 +4,7 @@
 
 #include <QColor>
 #include <QFont>
+#include <QPolygonF>
 #include <QString>
 
 #include <vector>
@@ -32,7 +33,7 @@ public:
     /** Where the curve is at an x. */
     void paintDot(double x, double y, const QColor& color);
     /** What a drag snapped to, with its name. */
-    void paintSnap(const QLineF& line, const QString& name);
+    void paintSnap(const QPolygonF& line, const QString& name);
     void paintBand(const QRectF& band);
     /** The frame around what is selected, and its grips. */
     void paintFrame(const QRectF& frame, const std::vector<QPointF>& grips);

@@ -269,6 +269,31 @@ bool CurvePick::showsHandles(const CurveScene& scene) {
     return selected > 0 && selected <= std::size_t(MostHandles);
 }
 
+QLineF CurvePick::slopeLineOf(const CurveScene& scene, int curve, int knot) {
+    const CurveModel::Knot each = scene.model->knot(curve, knot);
+    const QPointF place = shownAt(scene, curve, {each.x, each.y});
+    const QPointF way = scene.plot.direction({each.x, each.y}, each.slopeOut) * SlopeLength;
+    return {place - way, place + way};
+}
+
+bool CurvePick::isOnSlopeLine(const CurveScene& scene, const QPointF& position) {
+    const auto isNear = [&](int curve, int knot) {
+        const QLineF line = slopeLineOf(scene, curve, knot);
+        const QPointF way = position - line.center();
+        const double along = (way.x() * line.dx() + way.y() * line.dy()) / line.length();
+        const double beside = (way.x() * line.dy() - way.y() * line.dx()) / line.length();
+        return std::abs(along) <= SlopeLength && std::abs(beside) <= SlopeReach;
+    };
+    return std::any_of(scene.curves.begin(), scene.curves.end(), [&](int curve) {
+        if (!scene.holds(curve) || scene.can(curve, CurveModel::HasSlopes))
+            return false;
+        const std::vector<int> knots = scene.model->selectedKnots(curve);
+        return knots.size() <= std::size_t(MostHandles) &&
+               std::any_of(knots.begin(), knots.end(),
+                           [&](int knot) { return isNear(curve, knot); });
+    });
+}
+
 bool CurvePick::isPulledOut(const CurvePlot& plot, const QPointF& position) {
     const double away = PullOutDistance;
     return !plot.rect().adjusted(-away, -away, away, away).contains(position);

@@ -2,6 +2,7 @@
 
 #include <KxUI/curveedit/CurveScene_p.h>
 
+#include <QLineF>
 #include <QPointF>
 
 #include <optional>
@@ -41,6 +42,9 @@ constexpr double HandleReach = 8;
 constexpr double LineReach = 6;
 constexpr double PullOutDistance = 32;
 constexpr double HandleLength = 48;
+/** To either side, of a slope that cannot be grabbed, and how near the mouse points at it. */
+constexpr double SlopeLength = 16;
+constexpr double SlopeReach = 4;
 /** Of knots whose distances differ by this or less, others things decide. */
 constexpr double TieReach = 2;
 /** Of more selected knots no handles show. */
@@ -65,6 +69,11 @@ QPointF shownAt(const CurveScene& scene, int curve, const QPointF& place);
 CurveHandles handlesOf(const CurveScene& scene, int curve, int knot);
 /** Whether so few knots are selected that they show their handles. */
 bool showsHandles(const CurveScene& scene);
+
+/** How the line goes through a knot whose slope follows from others. */
+QLineF slopeLineOf(const CurveScene& scene, int curve, int knot);
+/** Whether the mouse is on such a line of a selected knot. */
+bool isOnSlopeLine(const CurveScene& scene, const QPointF& position);
 
 /** Whether a knot that is dragged to `position` has been pulled out of the view. */
 bool isPulledOut(const CurvePlot& plot, const QPointF& position);

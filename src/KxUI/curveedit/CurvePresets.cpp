@@ -2,6 +2,7 @@
 
 #include <KxUI/curveedit/CurveEditor.h>
 #include <KxUI/curves/KeyCurve.h>
+#include <KxUI/settings/AppSettings.h>
 
 #include <QDir>
 #include <QFile>
@@ -19,6 +20,7 @@ namespace {
 
 constexpr qint64 MostBytes = 64 * 1024;
 constexpr int MostFiles = 500;
+const char* const SavedKey = "curves/presets";
 
 struct BuiltIn {
     const char* name;
@@ -41,6 +43,22 @@ constexpr BuiltIn BuiltIns[] = {
      "(0, 0), (0.003, 0.07132), (0.006, 0.09774), (0.02, 0.1689), (0.08, 0.3173), "
      "(0.25, 0.5325), (0.6, 0.7928), (1, 1)"},
 };
+
+bool isBefore(const CurvePreset& preset, const QString& name) {
+    const int order = preset.name.compare(name, Qt::CaseInsensitive);
+    return order < 0 || (order == 0 && preset.name < name);
+}
+
+void store(const std::vector<CurvePreset>& presets) {
+    QStringList saved;
+    for (const CurvePreset& each : presets)
+        saved << each.name << QString::fromUtf8(each.text);
+    AppSettings settings;
+    if (saved.isEmpty())
+        settings.remove(QLatin1String(SavedKey));
+    else
+        settings.setValue(QLatin1String(SavedKey), saved);
+}
 
 bool isCurve(const QByteArray& text) {
     KeyCurve curve;
@@ -72,6 +90,42 @@ std::vector<CurvePreset> curvePresetsIn(const QString& folder) {
             presets.push_back({QFileInfo(name).completeBaseName(), text});
     }
     return presets;
+}
+
+// In pairs of name and text: a name is no key, in which some letters would mean something.
+std::vector<CurvePreset> savedCurvePresets() {
+    const QStringList saved = AppSettings().value(QLatin1String(SavedKey)).toStringList();
+    std::vector<CurvePreset> presets;
+    for (int i = 0; i + 1 < saved.size(); i += 2) {
+        const QByteArray text = saved[i + 1].toUtf8();
+        if (!saved[i].isEmpty() && text.size() <= MostBytes && isCurve(text))
+            presets.push_back({saved[i], text});
+    }
+    return presets;
+}
+
+bool saveCurvePreset(const QString& name, const QByteArray& text) {
+    const QString kept = name.simplified().left(LongestPresetName).trimmed();
+    if (kept.isEmpty() || text.size() > MostBytes || !isCurve(text))
+        return false;
+    std::vector<CurvePreset> presets = savedCurvePresets();
+    const auto place = std::lower_bound(presets.begin(), presets.end(), kept, isBefore);
+    if (place != presets.end() && place->name == kept)
+        place->text = text;
+    else
+        presets.insert(place, {kept, text});
+    store(presets);
+    return true;
+}
+
+void removeCurvePreset(const QString& name) {
+    std::vector<CurvePreset> presets = savedCurvePresets();
+    const auto end = std::remove_if(presets.begin(), presets.end(),
+                                    [&](const CurvePreset& each) { return each.name == name; });
+    if (end == presets.end())
+        return;
+    presets.erase(end, presets.end());
+    store(presets);
 }
 
 struct CurvePresetFolder::Shared {

@@ -25,6 +25,18 @@ std::vector<CurvePreset> builtInCurvePresets();
     so it is for other threads; may be called from any. */
 std::vector<CurvePreset> curvePresetsIn(const QString& folder);
 
+/** The longest name of a preset that is kept in the settings. */
+constexpr int LongestPresetName = 64;
+
+/** Those that the user saved, as the settings have them, sorted by name. Interface thread, as the
+    next two. */
+std::vector<CurvePreset> savedCurvePresets();
+/** Keeps a preset, in place of one of that name. False for a name without a letter, and for what is
+    no curve. */
+bool saveCurvePreset(const QString& name, const QByteArray& text);
+/** Nothing where there is none. */
+void removeCurvePreset(const QString& name);
+
 /** The presets of a folder, read on another thread each time that they are wanted; nobody waits for
     it. Interface thread. */
 class CurvePresetFolder {

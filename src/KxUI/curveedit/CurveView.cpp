@@ -349,6 +349,8 @@ bool CurveView::event(QEvent* event) {
         d->meetEvent(*event, taken);
     if (taken || !self)
         return true;
+    if (event->type() == QEvent::ToolTip && d->help(*static_cast<QHelpEvent*>(event)))
+        return true;
     if (event->type() == QEvent::Gesture && d->gesture(*static_cast<QGestureEvent*>(event)))
         return true;
     return QWidget::event(event);

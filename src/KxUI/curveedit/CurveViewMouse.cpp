@@ -3,8 +3,10 @@
 #include <KxUI/curveedit/CurvePick_p.h>
 
 #include <QGestureEvent>
+#include <QHelpEvent>
 #include <QMouseEvent>
 #include <QPinchGesture>
+#include <QToolTip>
 #include <QWheelEvent>
 
 #include <algorithm>
@@ -81,8 +83,9 @@ void CurveViewPrivate::doubleClick(const QMouseEvent& event) {
     const CurveHit hit =
         event.button() == Qt::LeftButton && model ? drag.resetBy(scene(), input) : CurveHit();
     if (hit.isHandle()) {
-        edit.editOnce(CurveView::tr("slope"), [this, hit] {
-            model->setShape(hit.curve, {hit.knot}, int(KeyCurve::Shape::Monotone));
+        const int piece = hit.part == CurveHit::HandleIn ? hit.knot - 1 : hit.knot;
+        edit.editOnce(CurveView::tr("slope"), [this, curve = hit.curve, piece] {
+            model->setShape(curve, {piece}, int(KeyCurve::Shape::Monotone));
         });
     } else if (hit) {
         resetKnots({{hit.curve, hit.knot}});
@@ -271,6 +274,16 @@ void CurveViewPrivate::hover(const QPointF& at) {
                  : pressAdds() || hit ? Qt::CrossCursor
                                       : Qt::ArrowCursor);
     setHovered(hit.part == CurveHit::Knot ? CurveKnot{hit.curve, hit.knot} : CurveKnot());
+}
+
+bool CurveViewPrivate::help(const QHelpEvent& event) const {
+    if (drag.isActive() || !CurvePick::isOnSlopeLine(scene(), event.pos()))
+        return false;
+    constexpr int Around = int(CurvePick::SlopeLength) / 2;
+    const QRect here(event.pos() - QPoint(Around, Around), QSize(2 * Around, 2 * Around));
+    QToolTip::showText(event.globalPos(), CurveView::tr("The slope follows from the knots"), q,
+                       here);
+    return true;
 }
 
 bool CurveViewPrivate::pressAdds() const {

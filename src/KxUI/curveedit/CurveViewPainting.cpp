@@ -220,14 +220,37 @@ void CurveViewPrivate::paintSnaps(CurveOverlays& overlays) const {
     const QRectF& rect = plot.rect();
     if (const std::optional<CurveSnapTarget> snap = drag.snapX()) {
         const double x = plot.toX(snap->value);
-        overlays.paintSnap(QLineF(x, rect.top(), x, rect.bottom()), snapName(*snap));
+        overlays.paintSnap(QVector<QPointF>{{x, rect.top()}, {x, rect.bottom()}}, snapName(*snap));
     }
-    const std::optional<CurveSnapTarget> snap = drag.snapY();
-    if (!snap)
-        return;
+    if (const std::optional<CurveSnapTarget> snap = drag.snapY())
+        overlays.paintSnap(snapLine(*snap), snapName(*snap));
+}
+
+// What holds a knot in y: level, or as it goes across the plot.
+QPolygonF CurveViewPrivate::snapLine(const CurveSnapTarget& snap) const {
+    const QRectF& rect = plot.rect();
     const CurveKnot knot = focused();
-    const double y = hasKnot(knot) ? positionOf(knot).y() : plot.toY(snap->value);
-    overlays.paintSnap(QLineF(rect.left(), y, rect.right(), y), snapName(*snap));
+    const CurveKnot before{knot.curve, knot.knot - 1};
+    const CurveKnot behind{knot.curve, knot.knot + 1};
+    if (snap.kind == CurveSnapTarget::Identity)
+        return straightLine({plot.xAt(rect.left()), plot.xAt(rect.left())},
+                            {plot.xAt(rect.right()), plot.xAt(rect.right())});
+    if (snap.kind == CurveSnapTarget::Chord && hasKnot(before) && hasKnot(behind)) {
+        const CurveModel::Knot from = model->knot(before.curve, before.knot);
+        const CurveModel::Knot to = model->knot(behind.curve, behind.knot);
+        return straightLine({from.x, from.y}, {to.x, to.y});
+    }
+    const double y = hasKnot(knot) ? positionOf(knot).y() : plot.toY(snap.value);
+    return QVector<QPointF>{{rect.left(), y}, {rect.right(), y}};
+}
+
+// Straight in the curves' numbers, which is bent where a scale is.
+QPolygonF CurveViewPrivate::straightLine(const QPointF& from, const QPointF& to) const {
+    constexpr int Steps = 64;
+    QPolygonF line;
+    for (int i = 0; i <= Steps; ++i)
+        line.append(plot.toWidget(from + (to - from) * (double(i) / Steps)));
+    return line;
 }
 
 QRect CurveViewPrivate::textRect() const {

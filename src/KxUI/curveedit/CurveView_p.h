@@ -16,6 +16,7 @@
 #include <vector>
 
 class QGestureEvent;
+class QHelpEvent;
 class QKeyEvent;
 class QMenu;
 class QMouseEvent;
@@ -117,6 +118,8 @@ public:
     bool wheel(const QWheelEvent& event);
     bool gesture(const QGestureEvent& event);
     void hover(const QPointF& at);
+    /** Shows a tool tip where there is something to say; false elsewhere. */
+    bool help(const QHelpEvent& event) const;
     void setHovered(const CurveKnot& knot);
     CurveKnot knotAt(const QPointF& at) const;
     bool selectForMenu(const QPointF& at);
@@ -198,6 +201,8 @@ private:
     void paintMarks(CurveOverlays& overlays, const std::vector<CurveLook>& curves);
     void paintDrag(QPainter& painter, CurveOverlays& overlays, const CurveGround::Key& ground);
     void paintSnaps(CurveOverlays& overlays) const;
+    QPolygonF snapLine(const CurveSnapTarget& snap) const;
+    QPolygonF straightLine(const QPointF& from, const QPointF& to) const;
     QRect textRect() const;
     void paintTexts(CurveOverlays& overlays, const std::vector<CurveLook>& curves);
     QString dragText() const;
