@@ -2,6 +2,7 @@
 #include <KxUI/kit/ChoiceBarLayout_p.h>
 #include <KxUI/kit/ChoiceButton.h>
 #include <KxUI/kit/PushButton.h>
+#include <KxUI/style/ApplicationStyle.h>
 
 #include <support/Columns.h>
 #include <support/EditBracket.h>
@@ -10,6 +11,8 @@
 
 #include <QAccessible>
 #include <QMenu>
+#include <QStyleFactory>
+#include <QStyleOptionComboBox>
 
 #include <functional>
 #include <memory>
@@ -338,6 +341,54 @@ private Q_SLOTS:
         log.take();
         sendKey(button, Qt::Key_Up);
         QCOMPARE(log.take(), QString());
+    }
+
+    // Whatever the style, none of the choices is cut at the hinted size.
+    void choicesHaveRoom() {
+        std::vector<std::unique_ptr<QStyle>> styles;
+        for (const QString& name : QStyleFactory::keys())
+            styles.emplace_back(QStyleFactory::create(name));
+        styles.push_back(std::make_unique<ApplicationStyle>());
+        for (const auto& style : styles) {
+            ChoiceButton button;
+            button.setStyle(style.get());
+            button.addChoice(QStringLiteral("A"));
+            button.addChoice(QStringLiteral("Monotone"));
+            button.setCurrentIndex(1);
+            QStyleOptionComboBox option;
+            option.initFrom(&button);
+            option.rect = QRect(QPoint(), button.sizeHint());
+            const QRect field = style->subControlRect(QStyle::CC_ComboBox, &option,
+                                                      QStyle::SC_ComboBoxEditField, &button);
+            const int text = button.fontMetrics().horizontalAdvance(button.text());
+            QVERIFY2(field.width() >= text + 2, style->metaObject()->className());
+        }
+    }
+
+    // Between device pixels, too, a bar has a frame on all sides.
+    void framesOnFractions() {
+        for (const double ratio : {1.0, 1.25, 1.5, 1.75}) {
+            for (const int top : {0, 1, 2, 3}) {
+                QWidget window;
+                ChoiceBar bar(&window);
+                bar.addChoice(QStringLiteral("A"));
+                bar.addChoice(QStringLiteral("B"));
+                bar.setGeometry(top, top, 91, 23);
+                QImage picture(QSize(100, 30) * ratio, QImage::Format_RGB32);
+                picture.setDevicePixelRatio(ratio);
+                picture.fill(Qt::magenta);
+                bar.render(&picture, QPoint(top, top), {}, {});
+                const int x = qRound((top + 20) * ratio);
+                std::vector<QRgb> column;
+                for (int y = 0; y < picture.height(); ++y) {
+                    if (picture.pixel(x, y) != QColor(Qt::magenta).rgb())
+                        column.push_back(picture.pixel(x, y));
+                }
+                QVERIFY(int(column.size()) >= int(22 * ratio) - 1);
+                QVERIFY2(column.front() == column.back() && column[1] != column.front(),
+                         qPrintable(QStringLiteral("%1 %2").arg(ratio).arg(top)));
+            }
+        }
     }
 
     void wheelOnTheButton() {

@@ -10,6 +10,7 @@
 #include <QPainter>
 #include <QPainterPath>
 #include <QStyle>
+#include <QTransform>
 
 #include <algorithm>
 #include <cmath>
@@ -116,6 +117,17 @@ void paintGround(QPainter& painter, const Ground& ground, const QSizeF& size, do
     fill(height - thin, height, ground.frame);
 }
 
+/** At scales between whole numbers a widget may begin and end between device pixels, of which it is
+    cut down to whole ones. */
+QRectF wholePixels(const QTransform& toDevice, const QSizeF& size) {
+    constexpr double Rounding = 1e-6;
+    const QRectF device = toDevice.mapRect(QRectF(QPointF(), size));
+    const QRectF whole(
+        QPointF(std::ceil(device.left() - Rounding), std::ceil(device.top() - Rounding)),
+        QPointF(std::floor(device.right() + Rounding), std::floor(device.bottom() + Rounding)));
+    return toDevice.inverted().mapRect(whole);
+}
+
 /** A triangle that points down, about a point. */
 QPolygonF arrowAt(const QPointF& middle) {
     return {
@@ -173,16 +185,19 @@ ChoiceBarPrivate::Look ChoiceBarPrivate::lookOf(int part) {
 }
 
 void ChoiceBarPrivate::paint(QPainter& painter) {
+    const QTransform toDevice = painter.deviceTransform();
+    const QRectF whole = wholePixels(toDevice, q->size());
+    const Canvas canvas{whole.size(), std::abs(toDevice.m22())};
+    painter.translate(whole.topLeft());
     for (int i = 0; i < layout().seen(); ++i)
-        paintPart(painter, i, layout().partOf(i));
+        paintPart(painter, i, layout().partOf(i), canvas);
     if (!layout().menu.isEmpty())
-        paintPart(painter, MenuPart, layout().menu);
+        paintPart(painter, MenuPart, layout().menu, canvas);
     if (q->hasFocus() && cursor() >= 0)
-        paintFocus(painter);
+        paintFocus(painter, canvas.ratio);
 }
 
-void ChoiceBarPrivate::paintFocus(QPainter& painter) {
-    const double ratio = q->devicePixelRatioF();
+void ChoiceBarPrivate::paintFocus(QPainter& painter, double ratio) {
     const double width = std::max(1.0, std::round(1.5 * ratio)) / ratio;
     const int part = cursor() < layout().seen() ? cursor() : MenuPart;
     const QRectF rect = rectOnPixels(layout().partOf(cursor()), ratio);
@@ -195,15 +210,15 @@ void ChoiceBarPrivate::paintFocus(QPainter& painter) {
     painter.restore();
 }
 
-void ChoiceBarPrivate::paintPart(QPainter& painter, int part, const QRect& rect) {
-    const double ratio = q->devicePixelRatioF();
+void ChoiceBarPrivate::paintPart(QPainter& painter, int part, const QRect& rect,
+                                 const Canvas& canvas) {
+    const auto& [size, ratio] = canvas;
     const Look look = lookOf(part);
     const QRgb frame = frameColor(q->palette()).rgba();
     const Ground ground{frame, look.fill.rgba(),
                         look.underline.isValid() ? look.underline.rgba() : 0, look.underlineHeight};
-    const QSizeF size(onPixels(q->width(), ratio), onPixels(q->height(), ratio));
     const double from = onPixels(rect.left(), ratio);
-    const double to = onPixels(rect.right() + 1, ratio);
+    const double to = std::min(onPixels(rect.right() + 1, ratio), size.width());
     paintGround(painter, ground, size, from, to, ratio);
     const bool mirrored = q->isRightToLeft();
     if (mirrored ? to < size.width() : from > 0) // not before the first

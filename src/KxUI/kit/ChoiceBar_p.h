@@ -74,12 +74,18 @@ public:
 
 private:
     struct Look;
+    /** What is painted on: the bar's size in whole device pixels, and how many of these there are to
+        a unit of it. */
+    struct Canvas {
+        QSizeF size;
+        double ratio;
+    };
 
     int iconSize() const;
     Qt::ToolButtonStyle style() const;
     Look lookOf(int part);
-    void paintPart(QPainter& painter, int part, const QRect& rect);
-    void paintFocus(QPainter& painter);
+    void paintPart(QPainter& painter, int part, const QRect& rect, const Canvas& canvas);
+    void paintFocus(QPainter& painter, double ratio);
     void paintLabel(QPainter& painter, const Choice& choice, const QRect& rect, const Look& look);
     void paintMenuLabel(QPainter& painter, const QRect& rect, const Look& look);
 

@@ -17,6 +17,11 @@
 #include <optional>
 
 namespace Kestrel::UI {
+namespace {
+
+constexpr int LabelMargin = 2;
+
+} // namespace
 
 /** The data of a ChoiceButton. */
 class ChoiceButtonPrivate : public ChoicesPrivate {
@@ -150,12 +155,18 @@ QStyleOptionComboBox ChoiceButtonPrivate::comboOption() const {
 }
 
 QSize ChoiceButtonPrivate::sizeOf(int textWidth) const {
-    const QStyleOptionComboBox option = comboOption();
+    QStyleOptionComboBox option = comboOption();
     const QSize icon = list.hasIcons() ? q->iconSize() + QSize(4, 2) : QSize(0, 0);
     const QFontMetrics metrics = q->fontMetrics();
     const QSize contents(textWidth + icon.width(),
                          std::max({metrics.height(), icon.height(), 14}) + 2);
-    return q->style()->sizeFromContents(QStyle::CT_ComboBox, &option, contents, q);
+    QSize size = q->style()->sizeFromContents(QStyle::CT_ComboBox, &option, contents, q);
+    // Not every style leaves the label the room that it was asked for.
+    option.rect = QRect(QPoint(), size);
+    const QRect field =
+        q->style()->subControlRect(QStyle::CC_ComboBox, &option, QStyle::SC_ComboBoxEditField, q);
+    size.rwidth() += std::max(0, contents.width() + LabelMargin - field.width());
+    return size;
 }
 
 QSize ChoiceButton::sizeHint() const {
@@ -199,8 +210,8 @@ void ChoiceButton::paintEvent(QPaintEvent*) {
     const QRect field =
         style()->subControlRect(QStyle::CC_ComboBox, &option, QStyle::SC_ComboBoxEditField, this);
     const int icon = option.currentIcon.isNull() ? 0 : option.iconSize.width() + 4;
-    option.currentText =
-        fontMetrics().elidedText(option.currentText, Qt::ElideRight, field.width() - icon - 2);
+    option.currentText = fontMetrics().elidedText(option.currentText, Qt::ElideRight,
+                                                  field.width() - icon - LabelMargin);
     if (currentIndex() < 0) // the palette's own for placeholders is that of text fields
         option.palette.setColor(QPalette::ButtonText,
                                 mixed(option.palette.color(QPalette::Button),
