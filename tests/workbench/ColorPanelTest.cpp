@@ -26,6 +26,16 @@ namespace UI = Kestrel::UI;
 class ColorPanelTest : public QObject {
     Q_OBJECT
 
+private:
+    static void writeFile(const QString& path, const QByteArray& bytes) {
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size());
+    }
+    static QByteArray readFile(const QString& path) {
+        QFile file(path);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
+
 private slots:
     void initTestCase() { QFile::remove(SwatchKeeper::standardPath()); }
 
@@ -117,6 +127,53 @@ private slots:
         QTRY_COMPARE(failed.count(), 1);
         QVERIFY(file.open(QIODevice::ReadOnly));
         QCOMPARE(file.readAll(), QByteArray("mine"));
+    }
+
+    // What could not be read of the file stays beside it.
+    void brokenLinesAreKept() {
+        QTemporaryDir folder;
+        const QString path = folder.filePath(QStringLiteral("swatches"));
+        const QByteArray before = "KxUI swatches\n1 2 3 1 good\n1 2 broken\n";
+        writeFile(path, before);
+        UI::SwatchModel swatches;
+        QString told;
+        {
+            SwatchKeeper keeper(&swatches, path);
+            connect(&keeper, &SwatchKeeper::failed, [&](const QString& text) { told = text; });
+            QTRY_COMPARE(swatches.count(), 1);
+            QVERIFY(told.contains(QLatin1String("line 3")));
+            swatches.append({4, 5, 6, 1});
+            QTRY_VERIFY(readFile(path).contains("4 5 6 1"));
+            QTRY_VERIFY(told.contains(QLatin1String("damaged-1")));
+            swatches.append({7, 8, 9, 1});
+            QTRY_VERIFY(readFile(path).contains("7 8 9 1"));
+        }
+        QCOMPARE(readFile(path + QStringLiteral(".damaged-1")), before);
+        QVERIFY(!QFile::exists(path + QStringLiteral(".damaged-2")));
+    }
+
+    void palettes() {
+        QTemporaryDir folder;
+        const QString palette = folder.filePath(QStringLiteral("p.gpl"));
+        writeFile(palette, "GIMP Palette\n255 0 0\tred\nnothing\n0 128 255\n");
+        UI::SwatchModel swatches;
+        SwatchKeeper keeper(&swatches, folder.filePath(QStringLiteral("swatches")));
+        QSignalSpy failed(&keeper, &SwatchKeeper::failed);
+        swatches.append({4, 5, 6, 1}, QStringLiteral("bright"));
+        keeper.importFile(palette);
+        QTRY_COMPARE(swatches.count(), 3);
+        QCOMPARE(swatches.name(1), QStringLiteral("red"));
+        QCOMPARE(swatches.color(1), (UI::ColorValue{1, 0, 0, 1}));
+        QCOMPARE(failed.count(), 1);
+        QVERIFY(failed.takeFirst().first().toString().contains(QLatin1String("line 3")));
+        for (const char* name : {"out.gpl", "out"})
+            keeper.exportFile(folder.filePath(QLatin1String(name)));
+        QTRY_VERIFY(readFile(folder.filePath(QStringLiteral("out"))).contains("4 5 6 1 bright"));
+        QVERIFY(readFile(folder.filePath(QStringLiteral("out.gpl"))).startsWith("GIMP Palette"));
+        keeper.importFile(folder.path());
+        keeper.exportFile(folder.path());
+        QTRY_COMPARE(failed.count(), 2);
+        QCOMPARE(swatches.count(), 3);
     }
 };
 

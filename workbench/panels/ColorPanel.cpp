@@ -9,8 +9,10 @@
 #include <KxUI/settings/AppSettings.h>
 
 #include <QApplication>
+#include <QFileDialog>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QMenu>
 #include <QScrollArea>
 #include <QToolButton>
 #include <QVBoxLayout>
@@ -49,7 +51,8 @@ UI::DisplayTransform viewing() {
 ColorPanel::ColorPanel(Session* session, QWidget* parent)
     : QWidget(parent)
     , m_session(session)
-    , m_picker(new UI::ColorPicker) {
+    , m_picker(new UI::ColorPicker)
+    , m_keeper(new SwatchKeeper(&m_swatches, SwatchKeeper::standardPath(), this)) {
     setObjectName(QStringLiteral("ColorPanel"));
     m_swatches.setDisplayTransform(viewing());
     m_picker->setDisplayTransform(viewing());
@@ -79,8 +82,7 @@ ColorPanel::ColorPanel(Session* session, QWidget* parent)
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(scroll);
 
-    auto* keeper = new SwatchKeeper(&m_swatches, SwatchKeeper::standardPath(), this);
-    connect(keeper, &SwatchKeeper::failed, this, [this](const QString& reason) {
+    connect(m_keeper, &SwatchKeeper::failed, this, [this](const QString& reason) {
         m_note->setText(reason);
         m_note->show();
     });
@@ -96,7 +98,7 @@ ColorPanel::ColorPanel(Session* session, QWidget* parent)
 
 ColorPanel::~ColorPanel() {
     UI::AppSettings().setValue(stateKey, m_picker->saveState());
-    delete findChild<SwatchKeeper*>(); // before the swatches
+    delete m_keeper; // before the swatches
     m_picker->setSwatches(nullptr);
 }
 
@@ -116,6 +118,7 @@ QLayout* ColorPanel::makeButtons() {
                tr("The gain becomes the one by which this colour, taken from the picture, is a "
                   "grey: for white balance"));
     row->addStretch(1);
+    row->addWidget(makePaletteButton());
     connect(m_tint, &QToolButton::clicked, this, [this] {
         setGain(tintOf(m_picker->color(), m_session->grades()->grade().gain), tr("Tint Gain"));
     });
@@ -123,6 +126,40 @@ QLayout* ColorPanel::makeButtons() {
         setGain(greyingOf(m_picker->color(), m_session->grades()->grade().gain), tr("Make Grey"));
     });
     return row;
+}
+
+QToolButton* ColorPanel::makePaletteButton() {
+    auto* button = new QToolButton;
+    button->setText(tr("Palette"));
+    button->setToolTip(tr("Swatches from files and to files, also of other programs"));
+    button->setAutoRaise(true);
+    button->setPopupMode(QToolButton::InstantPopup);
+    auto* menu = new QMenu(button);
+    connect(menu->addAction(tr("&Import...")), &QAction::triggered, this,
+            [this] { askForFile(true); });
+    QAction* exports = menu->addAction(tr("&Export..."));
+    connect(exports, &QAction::triggered, this, [this] { askForFile(false); });
+    connect(menu, &QMenu::aboutToShow, this,
+            [this, exports] { exports->setEnabled(m_swatches.count() > 0); });
+    button->setMenu(menu);
+    return button;
+}
+
+void ColorPanel::askForFile(bool imports) {
+    auto* dialog = new QFileDialog(this, imports ? tr("Import Palette") : tr("Export Palette"));
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->setNameFilters({tr("Palettes (*.gpl)"), tr("All files (*)")});
+    if (imports) {
+        dialog->setFileMode(QFileDialog::ExistingFile);
+    } else {
+        dialog->setAcceptMode(QFileDialog::AcceptSave);
+        dialog->setDefaultSuffix(QStringLiteral("gpl"));
+    }
+    connect(dialog, &QFileDialog::fileSelected, m_keeper, [this, imports](const QString& path) {
+        m_note->hide();
+        imports ? m_keeper->importFile(path) : m_keeper->exportFile(path);
+    });
+    dialog->open();
 }
 
 std::optional<GainColor> ColorPanel::tintOf(const UI::ColorValue& color, const GainColor& before) {

@@ -19,6 +19,7 @@ struct ColorValue;
 namespace Kestrel::Workbench {
 
 class Session;
+class SwatchKeeper;
 
 /** A colour to work with: picked, taken by the pipette (from the viewer the light of the frame as it
     is in its file, without the grade), and kept among the swatches. It changes the grade only where
@@ -42,6 +43,8 @@ protected:
 
 private:
     QLayout* makeButtons();
+    QToolButton* makePaletteButton();
+    void askForFile(bool imports);
     void findPictures();
     void showWhatIsPossible();
     void setGain(const std::optional<GainColor>& gain, const QString& text);
@@ -49,6 +52,7 @@ private:
     Session* m_session;
     UI::SwatchModel m_swatches;
     UI::ColorPicker* m_picker;
+    SwatchKeeper* m_keeper;
     QToolButton* m_tint;
     QToolButton* m_grey;
     QLabel* m_note;

@@ -31,6 +31,37 @@ void later(std::function<void()> work) {
     thread->start(QRunnable::create(std::move(work)));
 }
 
+struct Contents {
+    QByteArray bytes;
+    QString error; ///< empty where the file was read
+};
+
+/** No pipe, which would not answer. */
+Contents read(const QString& path) {
+    QFile file(path);
+    Contents contents;
+    if (!QFileInfo(path).isFile())
+        contents.error = SwatchKeeper::tr("This is no file.");
+    else if (!file.open(QIODevice::ReadOnly))
+        contents.error = file.errorString();
+    else
+        contents.bytes = file.read(largestFile);
+    return contents;
+}
+
+/** Copies a file beside itself; the name of the copy, or an empty one where that fails. */
+QString copied(const QString& path) {
+    constexpr int most = 100;
+    for (int number = 1; number <= most; ++number) {
+        const QString copy = QStringLiteral("%1.damaged-%2").arg(path).arg(number);
+        if (QFile::copy(path, copy))
+            return copy;
+        if (!QFile::exists(copy))
+            break;
+    }
+    return {};
+}
+
 /** On the interface thread, if the keeper is still there. */
 template <typename Tell>
 void tell(const QPointer<SwatchKeeper>& keeper, Tell what) {
@@ -58,19 +89,12 @@ SwatchKeeper::SwatchKeeper(UI::SwatchModel* swatches, const QString& path, QObje
     connect(&m_rest, &QTimer::timeout, this, &SwatchKeeper::save);
     const QPointer<SwatchKeeper> keeper(this);
     later([this, keeper, path] {
-        QFile file(path);
-        if (!file.exists()) {
-            tell(keeper, [this] { take({}); });
-            return;
-        }
-        const bool opened = QFileInfo(path).isFile() && file.open(QIODevice::ReadOnly);
-        const QByteArray bytes = opened ? file.read(largestFile) : QByteArray();
-        const QString error = file.errorString();
-        tell(keeper, [this, opened, bytes, error] {
-            if (opened)
-                take(bytes);
+        const Contents file = QFile::exists(path) ? read(path) : Contents();
+        tell(keeper, [this, file] {
+            if (file.error.isEmpty())
+                take(file.bytes);
             else
-                emit failed(tr("The swatches can not be read: %1").arg(error));
+                emit failed(tr("The swatches can not be read: %1").arg(file.error));
         });
     });
 }
@@ -88,6 +112,7 @@ void SwatchKeeper::take(const QByteArray& bytes) {
     m_keeps = bytes.isEmpty() || m_swatches->setContent(bytes, &error);
     for (int row = added.count() - 1; m_keeps && !bytes.isEmpty() && row >= 0; --row)
         m_swatches->insert(0, added.color(row), added.name(row));
+    m_isDamaged = m_keeps && !error.isEmpty();
     if (!error.isEmpty())
         emit failed(tr("%1: %2").arg(QDir::toNativeSeparators(m_path), error));
     if (!m_keeps)
@@ -103,10 +128,64 @@ void SwatchKeeper::take(const QByteArray& bytes) {
         m_rest.start();
 }
 
+void SwatchKeeper::importFile(const QString& path) {
+    const QPointer<SwatchKeeper> keeper(this);
+    later([this, keeper, path] {
+        const Contents file = read(path);
+        tell(keeper, [this, path, file] {
+            if (file.error.isEmpty())
+                add(path, file.bytes);
+            else
+                emit failed(tr("%1: %2").arg(QDir::toNativeSeparators(path), file.error));
+        });
+    });
+}
+
+void SwatchKeeper::add(const QString& path, const QByteArray& bytes) {
+    UI::SwatchModel added;
+    added.setDisplayTransform(m_swatches->displayTransform());
+    QString error;
+    added.setContent(bytes, &error);
+    bool fits = true;
+    for (int row = 0; row < added.count() && fits; ++row)
+        fits = m_swatches->append(added.color(row), added.name(row));
+    if (!fits)
+        error = tr("There is no room for all of its colours.");
+    if (!error.isEmpty())
+        emit failed(tr("%1: %2").arg(QDir::toNativeSeparators(path), error));
+}
+
+void SwatchKeeper::exportFile(const QString& path) {
+    const bool isPalette = path.endsWith(QLatin1String(".gpl"), Qt::CaseInsensitive);
+    write(path,
+          m_swatches->content(isPalette ? UI::SwatchModel::PaletteForm : UI::SwatchModel::OwnForm),
+          false);
+}
+
 void SwatchKeeper::save() {
     m_rest.stop();
+    write(m_path, m_swatches->content(), m_isDamaged);
+    m_isDamaged = false;
+}
+
+/** @param keepsOld  copies what is there before */
+void SwatchKeeper::write(const QString& path, const QByteArray& bytes, bool keepsOld) {
     const QPointer<SwatchKeeper> keeper(this);
-    later([this, keeper, path = m_path, bytes = m_swatches->content()] {
+    later([this, keeper, path, bytes, keepsOld] {
+        const QString copy = keepsOld ? copied(path) : QString();
+        if (keepsOld && copy.isEmpty()) {
+            tell(keeper, [this] {
+                m_isDamaged = true; // the next change tries again
+                emit failed(tr("The swatches can not be saved: what could not be read of them "
+                               "would be lost."));
+            });
+            return;
+        }
+        if (keepsOld)
+            tell(keeper, [this, copy] {
+                emit failed(tr("What could not be read of the swatches is kept in %1")
+                                .arg(QDir::toNativeSeparators(copy)));
+            });
         QDir().mkpath(QFileInfo(path).path());
         QSaveFile file(path);
         if (file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.flush() &&
