@@ -1,11 +1,16 @@
-#include <KxUI/files/platform/Directory_p.h>
+#include <KxUI/files/platform/FileCalls_p.h>
 #include <KxUI/files/platform/Mounts_p.h>
+#include <KxUI/files/platform/Watch_p.h>
 
 #include <support/Plain.h>
 #include <support/TempFolder.h>
 
+#include <array>
+#include <atomic>
+#include <chrono>
 #include <fstream>
 #include <set>
+#include <thread>
 
 using namespace Kestrel::UI::Platform;
 using Kestrel::Test::TempFolder;
@@ -49,6 +54,10 @@ KXUI_PLAIN_TEST(DirectoryTest, readsAndStops) {
     for (const Entry& entry : all.entries)
         found.emplace(entry.view());
     CHECK(found == made && all.entries.size() == made.size());
+    // Some systems tell sizes and times with the names.
+    CHECK(all.statuses.empty() || all.statuses.size() == made.size());
+    for (const ListedStatus& each : all.statuses)
+        CHECK(each.size == 0 && each.modified > 0);
 
     Listing some;
     Blocks one(1);
@@ -93,6 +102,59 @@ KXUI_PLAIN_TEST(DirectoryTest, statuses) {
     }
     CHECK(failureOf(directory.open(folder.utf8() + "/loop")) == Failure::LinkLoop);
 #endif
+}
+
+KXUI_PLAIN_TEST(DirectoryTest, changes) {
+    const TempFolder folder;
+    const std::string root = folder.utf8() + '/';
+    COMPARE(makeDirectory(root + "sub"), 0);
+    CHECK(failureOf(makeDirectory(root + "sub")) == Failure::Exists);
+    CHECK(failureOf(makeDirectory(root + "none/sub")) == Failure::NotFound);
+    for (const char* name : {"a", "b"})
+        std::ofstream(folder.path() / name) << name;
+    CHECK(failureOf(renameToNew(root + "a", root + "b")) == Failure::Exists);
+    CHECK(failureOf(renameToNew(root + "none", root + "c")) == Failure::NotFound);
+    COMPARE(renameToNew(root + "a", root + "sub/a"), 0);
+    COMPARE(renameToNew(root + "sub", root + "other"), 0);
+    EntryStatus status;
+    COMPARE(queryPath(root + "other/a", status), 0);
+    CHECK(status.size == 1 && !status.isDirectory());
+    CHECK(queryPath(root + "other", status) == 0 && status.isDirectory());
+    CHECK(failureOf(queryPath(root + "sub", status)) == Failure::NotFound);
+    const Access access = queryAccess(root + "b");
+    CHECK(access.read && access.write && !queryAccess(root + "none").write);
+}
+
+KXUI_PLAIN_TEST(DirectoryTest, watches) {
+    const TempFolder folder;
+    const TempFolder elsewhere;
+    // Stays: a call may be on its way when the watch has ended.
+    static auto* const told = new std::array<std::atomic<int>, 2>{};
+    std::int64_t numbers[2] = {};
+    for (const std::size_t i : {0U, 1U})
+        COMPARE(
+            watchDirectory((i == 0 ? folder : elsewhere).utf8(), [i] { ++(*told)[i]; }, numbers[i]),
+            0);
+    const auto isTold = [](int before) {
+        for (int i = 0; i < 4000 && (*told)[0] <= before; ++i)
+            std::this_thread::sleep_for(std::chrono::milliseconds(5));
+        return (*told)[0] > before;
+    };
+    for (const char* name : {"a", "b"}) {
+        const int before = (*told)[0];
+        std::ofstream(folder.path() / name) << name;
+        CHECK(isTold(before));
+    }
+    unwatchDirectory(numbers[0]);
+    COMPARE((*told)[1], 0);
+    std::ofstream(elsewhere.path() / "c");
+    for (int i = 0; i < 4000 && (*told)[1] == 0; ++i)
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    CHECK((*told)[1] > 0);
+    unwatchDirectory(numbers[1]);
+    std::int64_t none = 0;
+    CHECK(watchDirectory(
+              folder.utf8() + "/none", [] {}, none) != 0);
 }
 
 KXUI_PLAIN_TEST(DirectoryTest, failuresHaveNumbers) {

@@ -262,6 +262,35 @@ private slots:
         QCOMPARE(gatherer.listing()->find("z"), -1);
     }
 
+    // Where a directory tells sizes and times with its names.
+    void listedStatuses() {
+        auto names = std::make_shared<Platform::Listing>();
+        const struct {
+            const char* name;
+            Platform::EntryType type;
+            std::uint64_t size;
+        } rows[] = {{"s.1.exr", Platform::EntryType::Other, 10},
+                    {"s.3.exr", Platform::EntryType::Other, 30},
+                    {"f", Platform::EntryType::Other, 7},
+                    {"d", Platform::EntryType::Directory, 0},
+                    {"link", Platform::EntryType::Unknown, 1}};
+        for (const auto& row : rows) {
+            names->entries.emplace_back(names->names.add(row.name), row.type);
+            names->statuses.push_back({row.size, std::int64_t(row.size) + 100});
+        }
+        const auto data = makeListing(
+            std::make_shared<const RawEntries>(RawEntries{"/x", names, names->entries}), {});
+        auto table = std::make_shared<StatusTable>();
+        table->add(Kestrel::UI::listedStatuses(*data, *names, 1));
+        const auto listing = ListingData::listing(data, table, FileListing::State::Complete, 0);
+        const auto status = [&](const char* name) { return listing->status(listing->find(name)); };
+        QCOMPARE(status("s.#.exr").size, std::uint64_t(20));
+        QCOMPARE(status("s.#.exr").modified, std::int64_t(130));
+        QCOMPARE(status("f").size, std::uint64_t(7));
+        QCOMPARE(status("d").known, FileListing::Status::Told);
+        QCOMPARE(status("link").known, FileListing::Status::NotAsked);
+    }
+
     void watching() {
         QTemporaryDir root;
         FileGatherer gatherer;

@@ -95,7 +95,8 @@ public:
 public Q_SLOTS:
     /** Lists a directory, given in the system's encoding; a relative one counts from the current
         directory. The listing is empty until something has been read, unless it is the same
-        directory: then it stands until the new one is there. */
+        directory, or one that was listed lately: then what was listed stands until the new one is
+        there. */
     void gather(const QByteArray& directory);
 
     /** The same by its text. */

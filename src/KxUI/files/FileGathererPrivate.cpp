@@ -33,6 +33,7 @@ GatherRequest FileGatherer::Private::request(std::int64_t since) {
     request.pace = pace;
     // Rows that are there do not vanish to come back one by one.
     request.tellsMeanwhile = !hasAllRows;
+    request.turn = turn;
     request.isFresh = since != 0;
     request.box = newsBox;
     return request;
@@ -164,6 +165,8 @@ void FileGatherer::Private::takeNews() {
         follower.setStamp(news->stamp);
     }
     hasAllRows = hasAllRows || news->state == State::Complete;
+    if (news->status)
+        status = news->status;
     const std::uint64_t current = id;
     adopt(news->data ? std::move(news->data) : data(), news->state, news->error);
     if (self && isEnd && current == id)

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <chrono>
 #include <new>
+#include <unordered_map>
 
 namespace Kestrel::UI {
 namespace {
@@ -17,7 +18,58 @@ std::uint64_t frameNameHash(std::string_view name) {
     return frame ? hashOf(frame->back(), hashOf(frame->front())) : hashOf(name, 1);
 }
 
+// Each entry's status by its name.
+class ListedNames {
+public:
+    explicit ListedNames(const Platform::Listing& names)
+        : m_names(names) {
+        const std::size_t count = std::min(names.entries.size(), names.statuses.size());
+        m_indices.reserve(count);
+        for (std::size_t i = 0; i < count; ++i)
+            m_indices.emplace(names.entries[i].view(), i);
+    }
+
+    // Null also for a link: only its target's status tells anything.
+    const Platform::ListedStatus* find(std::string_view name) const {
+        const auto found = m_indices.find(name);
+        if (found == m_indices.end() ||
+            m_names.entries[found->second].type == Platform::EntryType::Unknown)
+            return nullptr;
+        return &m_names.statuses[found->second];
+    }
+
+private:
+    const Platform::Listing& m_names;
+    std::unordered_map<std::string_view, std::size_t> m_indices;
+};
+
 } // namespace
+
+std::vector<FileStatus> listedStatuses(const ListingData& data, const Platform::Listing& names,
+                                       std::uint32_t turn) {
+    const ListedNames listed(names);
+    std::vector<FileStatus> statuses;
+    for (int i = 0; i < static_cast<int>(data.items.size()); ++i) {
+        const FileListing::Item& item = data.items[static_cast<std::size_t>(i)];
+        const Platform::ListedStatus* const first = listed.find(data.firstFile(i));
+        if (!first)
+            continue;
+        FileStatus status;
+        status.key = item.key;
+        status.size = first->size;
+        status.modified = first->modified;
+        status.last = item.last;
+        status.turn = turn;
+        status.known = FileListing::Status::Told;
+        status.isDirectory = item.kind == FileListing::Kind::Directory;
+        if (item.frames > 1) {
+            if (const auto* const last = listed.find(data.frameFile(i, item.last)))
+                status.modified = last->modified;
+        }
+        statuses.push_back(status);
+    }
+    return statuses;
+}
 
 void GatherRequest::tell(GatherNews news) const {
     box->put(std::move(news), [](GatherNews& waiting, GatherNews& newest) {
@@ -118,7 +170,12 @@ bool GatherJob::block(const Platform::Listing& soFar) {
 void GatherJob::fail(int error) {
     const std::int64_t duration = Ticket::now() - m_started;
     for (const GatherRequest& each : m_reading->listeners(true)) {
-        GatherNews news{each.id, nullptr, FileListing::State::Failed, error, m_stamp, duration};
+        GatherNews news;
+        news.request = each.id;
+        news.state = FileListing::State::Failed;
+        news.error = error;
+        news.stamp = m_stamp;
+        news.duration = duration;
         try {
             if (each.tellsMeanwhile && !m_entries.empty())
                 news.data = makeListing(std::make_shared<const RawEntries>(
@@ -156,13 +213,29 @@ void GatherJob::publish(FileListing::State state, bool isLast) {
             continue;
         const auto data = madeFor(each.settings);
         m_ticket.tick();
-        each.tell({each.id, data, state, 0, m_stamp, Ticket::now() - m_started});
+        GatherNews news;
+        news.request = each.id;
+        news.data = data;
+        news.status = statusFor(*data, each.turn);
+        news.state = state;
+        news.stamp = m_stamp;
+        news.duration = Ticket::now() - m_started;
+        each.tell(std::move(news));
     }
     if (isMeanwhile)
         m_lastListeners.clear();
     // At most a fifth of the time goes into listings that nobody sees for long.
     const std::int64_t now = Ticket::now();
     m_nextPublish = now + std::max(m_first.pace.publish * millisecond, 4 * (now - start));
+}
+
+std::shared_ptr<const StatusTable> GatherJob::statusFor(const ListingData& data,
+                                                        std::uint32_t turn) const {
+    if (!m_names || m_names->statuses.empty() || m_recent)
+        return nullptr;
+    auto table = std::make_shared<StatusTable>();
+    table->add(listedStatuses(data, *m_names, turn));
+    return table;
 }
 
 void GatherJob::keep() {
@@ -233,8 +306,12 @@ void GatherJob::resolve(const Platform::DirectoryHandle& directory) {
 
 void GatherJob::rebuild(const GatherRequest& request, const ListingData& old,
                         FileListing::State state, int error) {
-    auto data = makeListing(old.raw, request.settings);
-    request.tell({request.id, std::move(data), state, error, 0, 0});
+    GatherNews news;
+    news.request = request.id;
+    news.data = makeListing(old.raw, request.settings);
+    news.state = state;
+    news.error = error;
+    request.tell(std::move(news));
 }
 
 } // namespace Kestrel::UI

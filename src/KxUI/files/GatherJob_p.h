@@ -26,7 +26,8 @@ struct GatherPace {
 /** What a reading tells its gatherer: the newest listing. */
 struct GatherNews {
     std::uint64_t request = 0;
-    std::shared_ptr<const ListingData> data; ///< null for the rows that are there already
+    std::shared_ptr<const ListingData> data;   ///< null for the rows that are there already
+    std::shared_ptr<const StatusTable> status; ///< where directories tell it; else null
     FileListing::State state = FileListing::State::Reading;
     int error = 0;
     std::int64_t stamp = 0;    ///< of the directory, from before the reading
@@ -40,12 +41,17 @@ struct GatherRequest {
     ListingSettings settings;
     GatherPace pace;
     bool tellsMeanwhile = true; ///< of what has been read so far
+    std::uint32_t turn = 0;     ///< of asking for statuses
     bool isFresh = false;       ///< what is known from before will not do
     std::shared_ptr<Mailbox<GatherNews>> box;
 
     /** Puts news into the box, unless what waits there is of a later request. */
     void tell(GatherNews news) const;
 };
+
+/** What a directory has told of the items with their names, some systems do. */
+std::vector<FileStatus> listedStatuses(const ListingData& data, const Platform::Listing& names,
+                                       std::uint32_t turn);
 
 /** The error of a directory that no thread is left for. */
 constexpr int nobodyLeftToRead = -1;
@@ -76,6 +82,7 @@ private:
     void fail(int error);
     void publish(FileListing::State state, bool isLast = false);
     const std::shared_ptr<const ListingData>& madeFor(const ListingSettings& settings);
+    std::shared_ptr<const StatusTable> statusFor(const ListingData& data, std::uint32_t turn) const;
     void keep();
     void resolve(const Platform::DirectoryHandle& directory);
     std::vector<std::size_t> unresolved() const;

@@ -60,8 +60,12 @@ bool SharedReading::post(const GatherRequest& first) {
     if (!ticket) {
         // The first one is told by the answer to it, the others by their boxes.
         for (const GatherRequest& each : listeners(true)) {
+            GatherNews news;
+            news.request = each.id;
+            news.state = FileListing::State::Failed;
+            news.error = nobodyLeftToRead;
             if (each.box != first.box)
-                each.tell({each.id, nullptr, FileListing::State::Failed, nobodyLeftToRead});
+                each.tell(std::move(news));
         }
         return false;
     }

@@ -161,6 +161,8 @@ int readDirectory(DirectoryHandle& directory, Listing& listing, ReadProgress& pr
     do {
         listing.entries.emplace_back(listing.names.add(found.cFileName),
                                      entryType(found.dwFileAttributes));
+        listing.statuses.push_back({(std::uint64_t{found.nFileSizeHigh} << 32) + found.nFileSizeLow,
+                                    secondsOf(found.ftLastWriteTime)});
         if (listing.entries.size() % blockSize == 0)
             goesOn = progress.block(listing);
     } while (goesOn && FindNextFileA(search, &found));

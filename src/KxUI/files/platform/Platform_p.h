@@ -32,9 +32,16 @@ struct Entry {
     std::string_view view() const { return {name, length}; }
 };
 
+/** What some systems tell of a file with its name. */
+struct ListedStatus {
+    std::uint64_t size = 0;    ///< bytes
+    std::int64_t modified = 0; ///< seconds since 1970
+};
+
 /** The entries of a directory and the memory of their names. */
 struct Listing {
     std::vector<Entry> entries;
+    std::vector<ListedStatus> statuses; ///< of the entries; empty where names come without
     NameArena names;
 };
 
