@@ -331,14 +331,26 @@ private slots:
         QTest::qWait(50);
     }
 
+    void quitsWhileFoldersHang_data() {
+        QTest::addColumn<QString>("how");
+        for (const char* how : {"opens", "statuses"})
+            QTest::newRow(how) << how;
+    }
+
     // A process ends at once, whatever its folders do. The limit is far above what it takes.
     void quitsWhileFoldersHang() {
+        QFETCH(QString, how);
+        QTemporaryDir root;
+        for (int i = 0; i < 8; ++i) {
+            QDir(root.path()).mkdir(QString::number(i));
+            write(root.filePath(QString::number(i) + "/x"));
+        }
         QProcess program;
         // It leaves behind what its threads hold, and a look for leaks would wait for those.
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert("ASAN_OPTIONS", "detect_leaks=0");
         program.setProcessEnvironment(environment);
-        program.start(KXUI_QUITTING_PROGRAM, {QStringLiteral("/gone/")});
+        program.start(KXUI_QUITTING_PROGRAM, {how, root.path() + "/"});
         QVERIFY(program.waitForReadyRead(60000));
         QElapsedTimer timer;
         timer.start();
@@ -346,7 +358,8 @@ private slots:
         QCOMPARE(program.exitStatus(), QProcess::NormalExit);
         QCOMPARE(program.exitCode(), 0);
         QVERIFY(timer.elapsed() < 5000);
-        qInfo("quitting took %lld ms", static_cast<long long>(timer.elapsed()));
+        qInfo("quitting took %lld ms with eight hanging %s",
+              static_cast<long long>(timer.elapsed()), qPrintable(how));
     }
 
     void hostsMayDelete() {

@@ -32,9 +32,14 @@ Kind kindOf(Platform::EntryType type) {
     }
 }
 
+// The directory itself and the one above it.
+bool isStep(std::string_view name) {
+    return name == "." || name == "..";
+}
+
 bool isShown(const Platform::Entry& entry, const ListingSettings& settings) {
     const std::string_view name = entry.view();
-    if (name == "." || name == ".." || (!settings.showHidden && name.substr(0, 1) == "."))
+    if (isStep(name) || (!settings.showHidden && name.substr(0, 1) == "."))
         return false;
     if (entry.type == Platform::EntryType::Directory)
         return true;
@@ -171,7 +176,9 @@ std::uint64_t hashOf(std::string_view bytes, std::uint64_t seed) {
 std::shared_ptr<ListingData> makeListing(std::shared_ptr<const RawEntries> raw,
                                          const ListingSettings& settings) {
     auto data = std::make_shared<ListingData>();
-    data->entriesRead = static_cast<std::int64_t>(raw->entries.size());
+    data->entriesRead =
+        std::count_if(raw->entries.begin(), raw->entries.end(),
+                      [](const Platform::Entry& entry) { return !isStep(entry.view()); });
     data->folded = settings.fold;
     std::vector<Platform::Entry> entries;
     entries.reserve(raw->entries.size());
