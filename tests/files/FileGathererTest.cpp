@@ -2,6 +2,7 @@
 #include <KxUI/files/FileGatherer_p.h>
 #include <KxUI/files/FileInfoList.h>
 #include <KxUI/files/FileManager.h>
+#include <KxUI/files/RawName_p.h>
 
 #include "HangingCalls.h"
 
@@ -15,10 +16,13 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
+#include <atomic>
 #include <fstream>
 #include <random>
+#include <thread>
 
 using namespace Kestrel::UI;
+using Kestrel::Test::FailingCalls;
 using Kestrel::Test::HangingCalls;
 
 namespace {
@@ -138,6 +142,56 @@ private slots:
         QCOMPARE(namesOf(*gatherer.listing()), QStringList{"x"});
         QCOMPARE(FileManager::errorText(*gatherer.listing()),
                  QString("This folder does not exist any more."));
+    }
+
+    // The system refuses this or that.
+    void refusals() {
+        QTemporaryDir root;
+        const std::string path = root.path().toStdString();
+        const QByteArray longest = QByteArray(251, 'n') + ".exr";
+        for (int i = 0; i < 3000; ++i)
+            write(root.filePath(QString("a file with a longer name, no. %1 of many").arg(i)));
+        write(root.filePath(longest));
+        FileGatherer gatherer;
+        FileGathererPace::of(gatherer).poll = FileGathererPace::of(gatherer).reread = 10;
+        {
+            const FailingCalls second(path, HangingCalls::Readings, EIO, 1);
+            gatherAll(gatherer, root.path());
+            QCOMPARE(gatherer.listing()->state(), FileListing::State::Failed);
+            const int read = gatherer.listing()->size();
+            QVERIFY(read > 0 && read < 3001);
+            QVERIFY(FileManager::errorText(*gatherer.listing())
+                        .startsWith(QString("Reading stopped after %1 entries: ").arg(read)));
+        }
+        {
+            // A server that was restarted is asked once more.
+            const FailingCalls first(path, HangingCalls::Opens, ESTALE, 0, 1);
+            gatherer.setWatch(FileGatherer::Watch::Never);
+            gatherAll(gatherer, root.path());
+            QCOMPARE(gatherer.listing()->state(), FileListing::State::Complete);
+        }
+        {
+            // No watch is left: the folder's time is asked for.
+            const FailingCalls watch(path, HangingCalls::Watches, ENOSPC);
+            gatherer.setWatch(FileGatherer::Watch::Local);
+            QCOMPARE(gatherer.listing()->size(), 3001);
+            QVERIFY(gatherer.listing()->find(viewOf(longest)) >= 0);
+            QTest::qWait(30);
+            write(root.filePath("zz"));
+            QTRY_COMPARE(gatherer.listing()->find("zz"), 3001);
+        }
+        const struct {
+            int error;
+            FileListing::Status::Known known;
+        } rows[] = {{ENOENT, FileListing::Status::Gone},
+                    {EACCES, FileListing::Status::Denied},
+                    {EIO, FileListing::Status::Failed}};
+        int index = 0;
+        for (const auto& row : rows) {
+            const FailingCalls statuses(path, HangingCalls::Statuses, row.error);
+            gatherer.requestStatus({++index});
+            QTRY_COMPARE(gatherer.listing()->status(index).known, row.known);
+        }
     }
 
     // What several show is read once, each by its own settings; whoever comes late or leaves early
@@ -305,6 +359,42 @@ private slots:
         QTRY_VERIFY_WITH_TIMEOUT(gatherer.listing()->size() > 0, 20000);
         write(root.filePath("last"));
         QTRY_VERIFY_WITH_TIMEOUT(gatherer.listing()->find("last") >= 0, 20000);
+    }
+
+    // Files that come and go all the time: it is never read without end, and what is there when they
+    // rest is listed.
+    void changesWhileListed() {
+        QTemporaryDir root;
+        FileGatherer gatherer;
+        FileGathererPace::of(gatherer).reread = 20;
+        FileGathererPace::of(gatherer).poll = 10;
+        QSignalSpy finished(&gatherer, &FileGatherer::finished);
+        gatherAll(gatherer, root.path());
+        std::atomic<bool> isEnded{false};
+        std::thread churn([&, random = std::mt19937(5)]() mutable {
+            const std::string path = root.path().toStdString() + "/f.";
+            for (int i = 0; i < 20000; ++i) {
+                const std::string name = path + std::to_string(random() % 300) + ".exr";
+                if (random() % 2)
+                    std::remove(name.c_str());
+                else
+                    std::ofstream out(name);
+            }
+            isEnded = true;
+        });
+        QTRY_VERIFY_WITH_TIMEOUT(isEnded, 60000);
+        churn.join();
+        write(root.filePath("f.7.exr"));
+        FileInfoList list;
+        list.setShouldFilterSequences(true);
+        list.fill(root.path());
+        QTRY_COMPARE_WITH_TIMEOUT(namesOf(*gatherer.listing()), QStringList{list[2].fileName()},
+                                  20000);
+        QVERIFY(finished.count() < 2000);
+        QVERIFY(QDir(root.path()).removeRecursively());
+        QTRY_COMPARE(gatherer.listing()->state(), FileListing::State::Failed);
+        QCOMPARE(gatherer.listing()->size(), 1);
+        QVERIFY(QDir().mkpath(root.path()));
     }
 
     // A file system that does not answer holds up nobody but its worker.

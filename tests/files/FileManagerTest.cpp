@@ -18,6 +18,7 @@
 #include <unistd.h>
 
 using namespace Kestrel::UI;
+using Kestrel::Test::FailingCalls;
 using Kestrel::Test::HangingCalls;
 using Kind = FileManager::PathStatus::Kind;
 
@@ -161,7 +162,17 @@ private slots:
         QTRY_VERIFY(!context);
     }
 
+    void changes_data() {
+        QTest::addColumn<int>("refusal");
+        QTest::newRow("the system never replaces") << 0;
+        QTest::newRow("the file system does not know how to") << EINVAL;
+    }
+
     void changes() {
+        QFETCH(int, refusal);
+        std::optional<FailingCalls> failing;
+        if (refusal != 0)
+            failing.emplace(path("").toStdString(), HangingCalls::Renamings, refusal);
         const auto made = [&](const QByteArray& name) {
             return answerTo<int>(
                        [&](auto done) { FileManager::makeDirectory(path(name), this, done); })
@@ -237,7 +248,18 @@ private slots:
         QCOMPARE(result.stranded, 0);
         QCOMPARE(names(), before);
 
-        HangingCalls hanging(path("s.20.exr").toStdString(), HangingCalls::Changes);
+        {
+            // From the third renaming on nothing is renamed any more, nor back.
+            const FailingCalls failing(path("").toStdString(), HangingCalls::Renamings, EIO, 2);
+            const auto left = renamedSequence(listed("s.#.exr"), "t.#.exr");
+            QCOMPARE(left.error, EIO);
+            QCOMPARE(left.renamed, 2);
+            QCOMPARE(left.stranded, 2);
+        }
+        QCOMPARE(renamedSequence(listed("t.#.exr"), "s.#.exr").error, 0);
+        QCOMPARE(names(), before);
+
+        HangingCalls hanging(path("s.20.exr").toStdString(), HangingCalls::Renamings);
         std::optional<FileManager::RenameResult> stopped;
         int told = 0;
         FileManager::renameSequence(

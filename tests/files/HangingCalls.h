@@ -9,7 +9,15 @@ namespace Kestrel::Test {
     time. */
 class HangingCalls {
 public:
-    enum Calls { Opens = 1, Statuses = 2, Changes = 4, All = 7 };
+    enum Calls {
+        Opens = 1,
+        Statuses = 2,
+        Changes = 4,
+        Renamings = 8,
+        Readings = 16,
+        Watches = 32,
+        All = 63
+    };
 
     explicit HangingCalls(const std::string& folder, int calls = All);
     ~HangingCalls();
@@ -21,6 +29,17 @@ public:
 
     /** Lets them return. */
     void release();
+};
+
+/** While it lives, calls about a folder, and what is below it, fail: after the first `skipped`, and
+    `count` of them. One at a time. */
+class FailingCalls {
+public:
+    FailingCalls(const std::string& folder, int calls, int error, int skipped = 0,
+                 int count = 1 << 30);
+    ~FailingCalls();
+    FailingCalls(const FailingCalls&) = delete;
+    FailingCalls& operator=(const FailingCalls&) = delete;
 };
 
 } // namespace Kestrel::Test
