@@ -22,6 +22,8 @@ void RecentListings::keep(Recent recent) {
         recent.status = old->status;
         forgotten.splice(forgotten.end(), m_recent, old);
     }
+    if (recent.data->entriesRead > m_mostEntries)
+        return; // the others would all have to go for it
     m_recent.push_front(std::move(recent));
     std::size_t count = 0;
     std::int64_t entries = 0;
