@@ -71,6 +71,14 @@ BrowserViews::BrowserViews(FileListModel* model, QWidget* parent)
          {&QAbstractItemModel::rowsAboutToBeInserted, &QAbstractItemModel::rowsAboutToBeRemoved})
         connect(model, signal, this, &BrowserViews::dropAnchor);
     connect(model, &QAbstractItemModel::layoutAboutToBeChanged, this, &BrowserViews::dropAnchor);
+    // The selection tells of rows that leave one by one, but not of those that are gone after all of
+    // them were arranged anew.
+    connect(model, &QAbstractItemModel::layoutAboutToBeChanged, this,
+            [this] { m_selectedBefore = selectedCount(); });
+    connect(model, &QAbstractItemModel::layoutChanged, this, [this] {
+        if (selectedCount() != m_selectedBefore)
+            Q_EMIT selectionShrunk();
+    });
     connect(model, &QAbstractItemModel::modelAboutToBeReset, this, [this] { m_anchor = {}; });
     connect(model, &FileListModel::settled, this, &BrowserViews::tellRows);
     connect(model, &QAbstractItemModel::dataChanged, this, [this] {
@@ -205,6 +213,13 @@ std::vector<std::pair<int, int>> BrowserViews::selectedRows() const {
     return rows;
 }
 
+int BrowserViews::selectedCount() const {
+    int count = 0;
+    for (const auto& [first, last] : selectedRows())
+        count += last - first + 1;
+    return count;
+}
+
 BrowserPlace BrowserViews::place() const {
     BrowserPlace place;
     const auto listing = m_model->listing();
@@ -243,11 +258,6 @@ bool BrowserViews::restore(const BrowserPlace& place) {
     return isWhole && (place.top.isEmpty() || top.isValid());
 }
 
-int BrowserViews::rowHeight() const {
-    const QModelIndex top = m_details->indexAt({0, 0});
-    return top.isValid() ? m_details->visualRect(top).height() : 0;
-}
-
 std::pair<int, int> BrowserViews::visibleRows() const {
     const int count = m_model->rowCount();
     if (count == 0)
@@ -262,6 +272,8 @@ std::pair<int, int> BrowserViews::visibleRows() const {
 }
 
 void BrowserViews::tellRows() {
+    if (const QModelIndex top = m_details->indexAt({0, 0}); top.isValid())
+        m_rowHeight = m_details->visualRect(top).height();
     const auto [first, last] = visibleRows();
     m_model->setVisibleRows(first, last);
     if (mode() == FileBrowser::Thumbnails)
@@ -273,11 +285,11 @@ void BrowserViews::tellRows() {
 
 // Before rows change. At the very top the new ones are what one waits for.
 void BrowserViews::dropAnchor() {
-    if (m_isWeighing || mode() != FileBrowser::Details ||
-        m_details->verticalScrollBar()->value() == 0)
+    const int scrolled = m_details->verticalScrollBar()->value();
+    if (m_isWeighing || mode() != FileBrowser::Details || scrolled == 0 || m_rowHeight == 0)
         return;
-    const QModelIndex top = m_details->indexAt({0, 0});
-    m_anchor = {top, m_details->visualRect(top).top()};
+    // By arithmetic: the view, which was told before, knows its rows no longer.
+    m_anchor = {m_model->index(scrolled / m_rowHeight, 0), scrolled % m_rowHeight};
     m_isWeighing = true;
     // Once all the changes of this turn are there, and before anything is painted.
     QMetaObject::invokeMethod(this, &BrowserViews::weigh, Qt::QueuedConnection);
@@ -289,7 +301,7 @@ void BrowserViews::weigh() {
     if (!anchor.index.isValid())
         return;
     m_details->indexAt({0, 0}); // lays the rows out
-    m_details->verticalScrollBar()->setValue(anchor.index.row() * rowHeight() - anchor.offset);
+    m_details->verticalScrollBar()->setValue(anchor.index.row() * m_rowHeight + anchor.offset);
 }
 
 QPixmap BrowserViews::picture() const {

@@ -40,6 +40,8 @@ public:
     /** What is selected, as ranges of rows in their order. */
     std::vector<std::pair<int, int>> selectedRows() const;
 
+    int selectedCount() const;
+
     /** The folder as it would be left now. */
     BrowserPlace place() const;
 
@@ -62,6 +64,8 @@ public:
 Q_SIGNALS:
     /** Other rows are seen. */
     void scrolled();
+    /** Rows that were selected are gone. */
+    void selectionShrunk();
     /** The user changed columns. */
     void columnsChanged();
 
@@ -72,7 +76,7 @@ private:
     /** What stays where it is. */
     struct Anchor {
         QPersistentModelIndex index;
-        int offset = 0; // of its upper edge from that of the view
+        int offset = 0; // what of it is scrolled away
     };
 
     void buildDetails(FileListModel* model);
@@ -82,7 +86,6 @@ private:
     void weigh();
     void tellRows();
     void showColumnMenu(const QPoint& at);
-    int rowHeight() const;
 
     FileListModel* const m_model;
     ThumbnailLoader* const m_pictures;
@@ -91,6 +94,8 @@ private:
     QTreeView* m_details = nullptr;
     QListView* m_list = nullptr;
     Anchor m_anchor;
+    int m_selectedBefore = 0;
+    int m_rowHeight = 0; // that was seen last
     bool m_isWeighing = false;
     bool m_isFitting = false;
     int m_nameWidth = 0; // that the user gave

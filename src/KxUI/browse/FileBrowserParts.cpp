@@ -186,6 +186,7 @@ void FileBrowserPrivate::connectParts() {
     QObject::connect(views, &BrowserViews::columnsChanged, q, [this] { rememberSoon(); });
     QObject::connect(views->selection(), &QItemSelectionModel::selectionChanged, q,
                      [this] { rowsSelected(); });
+    QObject::connect(views, &BrowserViews::selectionShrunk, q, &FileBrowser::selectionChanged);
     QObject::connect(path, &PathField::pathEntered, q, [this](const QByteArray& wanted) {
         const QPointer<FileBrowser> self(q);
         q->setFolder(wanted);

@@ -70,6 +70,11 @@ FileBrowserPrivate::FileBrowserPrivate(FileBrowser* browser)
     change.setSingleShot(true);
     memorize.setSingleShot(true);
     memorize.setInterval(500);
+    // Before the selection listens: what it loses with its rows is not the user's doing.
+    QObject::connect(model, &QAbstractItemModel::rowsAboutToBeRemoved, q,
+                     [this] { areRowsLeaving = true; });
+    QObject::connect(model, &QAbstractItemModel::rowsRemoved, q,
+                     [this] { areRowsLeaving = false; });
 }
 
 Qt::ItemFlags BrowserModel::flags(const QModelIndex& index) const {
@@ -183,7 +188,9 @@ bool FileBrowserPrivate::obey(BrowserState::Order order) {
 
 // Rows come one after the other, so it may take several turns.
 void FileBrowserPrivate::followWish() {
-    if (!state.wish() || model->rowCount() == 0)
+    // Rows that are about to be folded otherwise are not those that are wished for.
+    if (!state.wish() || model->rowCount() == 0 ||
+        model->listing()->isFolded() != model->gatherer()->foldsSequences())
         return;
     const QPointer<FileBrowser> self(q);
     const BrowserPlace wish = *state.wish();
@@ -294,7 +301,8 @@ void FileBrowserPrivate::showStatus() {
 void FileBrowserPrivate::rowsSelected() {
     if (isRestoring)
         return;
-    state.dropWish();
+    if (!areRowsLeaving)
+        state.dropWish();
     lookSoon();
     Q_EMIT q->selectionChanged();
 }

@@ -101,6 +101,7 @@ public:
     QTimer change;   ///< until the face changes by itself
     QTimer memorize; ///< until what is remembered is written
     bool isLooking = false;
+    bool areRowsLeaving = false;
     bool isRecalling = false;
     bool isRestoring = false; ///< what is selected is not the user's doing
 

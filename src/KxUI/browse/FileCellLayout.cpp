@@ -8,13 +8,15 @@ namespace Kestrel::UI {
 
 FileCellLayout FileCellLayout::compact(const QRect& cell, int factsWidth, bool isRightToLeft) {
     const QRect inner = cell.adjusted(Margin, 0, -Margin, 0);
-    const int facts = std::min(factsWidth, inner.width() * 3 / 5);
+    const int rest = std::max(0, inner.width() - IconSide - Gap);
+    const int facts = std::min(factsWidth, rest * 3 / 5);
     FileCellLayout layout;
     layout.picture = QRect(inner.left(), inner.center().y() + 1 - IconSide / 2, IconSide, IconSide);
     layout.facts = QRect(inner.right() + 1 - facts, inner.top(), facts, inner.height());
     layout.name = inner;
     layout.name.setLeft(layout.picture.right() + 1 + Gap);
-    layout.name.setRight(layout.facts.left() - 1 - (facts > 0 ? Gap : 0));
+    const int end = layout.facts.left() - 1 - (facts > 0 ? Gap : 0);
+    layout.name.setRight(std::max(end, layout.name.left() - 1));
     if (isRightToLeft) {
         for (QRect* const part : {&layout.picture, &layout.name, &layout.facts})
             *part = QStyle::visualRect(Qt::RightToLeft, cell, *part);
