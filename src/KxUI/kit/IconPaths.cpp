@@ -64,6 +64,20 @@ IconPaths turned(const IconPaths& paths) {
     return {turn.map(paths.solid), turn.map(paths.pale)};
 }
 
+// In a field, what is known of its path.
+void addPathIcons(QMap<QString, IconPaths>& icons) {
+    const QPainterPath disc = ring(8, 8, 7, 0);
+    const QPainterPath inner = ring(8, 8, 6, 0);
+    const QPainterPath sign = polygon({{8, 1}, {15.5, 15}, {0.5, 15}});
+    const QPainterPath inside = polygon({{8, 3.1}, {13.8, 14}, {2.2, 14}});
+    const IconPaths wrong{(sign - inside) | box(7, 6, 2, 4) | box(7, 11, 2, 2), {}};
+    const IconPaths there{(disc - inner) | box(7, 7, 2, 5) | box(7, 4, 2, 2), {}};
+    const IconPaths waiting{ring(3, 8, 1.5, 0) | ring(8, 8, 1.5, 0) | ring(13, 8, 1.5, 0), {}};
+    icons.insert(QStringLiteral("PathWrong"), wrong);
+    icons.insert(QStringLiteral("PathThere"), there);
+    icons.insert(QStringLiteral("PathWaiting"), waiting);
+}
+
 void addCurveIcons(QMap<QString, IconPaths>& icons) {
     // Above curves: a magnet, a frame with its grips, arrows into the corners, a grid of powers, a
     // straight line, a bent one, two sheets, an eye.
@@ -299,6 +313,7 @@ QMap<QString, IconPaths> makeIcons() {
     both("TCIntervalBackward", "TCIntervalForward", interval);
     both("TCKeyBackward", "TCKeyForward", key);
     both("FrameSkipBackwards", "FrameSkipForwards", skip);
+    addPathIcons(icons);
     icons.insert(QStringLiteral("Key"), {diamond(8, 6), {}});
     icons.insert(QStringLiteral("TCStop"), {box(4, 4, 8, 8), {}});
     icons.insert(QStringLiteral("PageSequences"), rows);
