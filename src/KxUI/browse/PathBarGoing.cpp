@@ -6,6 +6,8 @@
 #include <KxUI/files/platform/Platform_p.h>
 
 #include <QAccessible>
+#include <QApplication>
+#include <QClipboard>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
@@ -143,7 +145,8 @@ void PathBarPrivate::stop(bool keepsFocus) {
 bool PathBarPrivate::takesFieldKey(const QKeyEvent& event) {
     const Qt::KeyboardModifiers held = event.modifiers() & ~Qt::KeypadModifier;
     if (event.matches(QKeySequence::Paste)) {
-        return false;
+        field->insert(PathText::pasted(QApplication::clipboard()->text()));
+        return true;
     }
     if (held != Qt::NoModifier)
         return false;

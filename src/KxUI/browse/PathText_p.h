@@ -3,6 +3,7 @@
 #include <QByteArray>
 #include <QString>
 
+#include <cstdint>
 #include <functional>
 #include <vector>
 
@@ -107,5 +108,9 @@ QString elided(const QString& path, double width, const Measure& measure);
 /** The path of a sequence that all of these paths, by their names, are frames of: `a.####.exr`.
     Empty for fewer than two, and where one of them is none. */
 QByteArray sequenceOf(const std::vector<QByteArray>& paths, System system = thisSystem());
+
+/** The path with another number for its last version, also in folders that have the same one:
+    `/v001/a_v001.exr`. */
+QByteArray withVersion(const QByteArray& path, std::int32_t number);
 
 } // namespace Kestrel::UI::PathText
