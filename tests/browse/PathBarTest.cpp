@@ -93,6 +93,13 @@ private Q_SLOTS:
         crumb(stage.bar, CrumbButton::Name, "/show")->click();
         QCOMPARE(stage.told.take(), QByteArray("go /show;"));
         QCOMPARE(stage.bar.path(), QByteArray("/show/shot/comp")); // the host says when it is there
+
+        auto* seen =
+            QAccessible::queryAccessibleInterface(crumb(stage.bar, CrumbButton::Name, "/"));
+        QCOMPARE(seen->role(), QAccessible::Button);
+        QCOMPARE(seen->text(QAccessible::Name), QStringLiteral("/"));
+        seen->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+        QCOMPARE(stage.told.take(), QByteArray("go /;"));
     }
 
     void keysGoAlong() {

@@ -11,6 +11,8 @@ namespace Kestrel::UI {
 /** The list under a field: names to choose from, by the field's keys or by the mouse. It takes
     neither the focus nor a key. */
 class CompletionPopup : public QListView {
+    Q_OBJECT
+
 public:
     explicit CompletionPopup(QWidget* field);
     ~CompletionPopup() override;

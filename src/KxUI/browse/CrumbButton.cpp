@@ -1,5 +1,8 @@
 #include <KxUI/browse/CrumbButton_p.h>
 
+#include <KxUI/browse/CrumbButtonAccessible_p.h>
+#include <KxUI/kit/ValueAccessible_p.h>
+
 #include <QKeyEvent>
 #include <QPainter>
 #include <QStyle>
@@ -19,6 +22,7 @@ constexpr int MostWidth = 260; // of a name, which is cut in the middle
 CrumbButton::CrumbButton(Part part, QWidget* bar)
     : QAbstractButton(bar)
     , m_part(part) {
+    installAccessible<CrumbButtonAccessible, CrumbButton>();
     setFocusPolicy(Qt::NoFocus); // the bar gives the focus to one of them
     setAttribute(Qt::WA_Hover);
     setLayoutDirection(Qt::LeftToRight);

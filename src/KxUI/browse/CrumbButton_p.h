@@ -10,6 +10,8 @@ namespace Kestrel::UI {
 /** A part of a path bar: a component's name, an arrow, or the dots. Keys that go along the bar are
     left to it. */
 class CrumbButton : public QAbstractButton {
+    Q_OBJECT
+
 public:
     enum Part { Name, Arrow, Dots };
 

@@ -13,6 +13,8 @@ class FileGatherer;
 /** What lies in a folder, as a menu that is there at once and is filled when the folder has been
     read; its first lines come earlier where reading takes long. Deletes itself when it is closed. */
 class CrumbMenu : public QMenu {
+    Q_OBJECT
+
 public:
     static constexpr int MostRows = 500;
 

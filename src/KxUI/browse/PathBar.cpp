@@ -144,10 +144,7 @@ void PathBar::startEditing(const QString& text) {
 
 void PathBar::stopEditing() {
     KXUI_INTERFACE_THREAD(this);
-    const QPointer<PathBar> alive(this);
-    d->setError({});
-    if (alive)
-        d->stop(true);
+    d->stop(true);
 }
 
 bool PathBar::paste() {

@@ -48,9 +48,7 @@ PathText::Place PathBarPrivate::place() const {
 
 void PathBarPrivate::go(const QByteArray& wanted) {
     const QPointer<PathBar> alive(q);
-    setError({});
-    if (alive)
-        stop(true);
+    stop(true);
     if (alive)
         Q_EMIT q->pathEntered(wanted);
 }
@@ -130,6 +128,8 @@ bool PathBarPrivate::take(const QMimeData& data) {
 void PathBarPrivate::stop(bool keepsFocus) {
     const QPointer<PathBar> alive(q);
     forgetQuestion();
+    if (alive)
+        setError({});
     if (!alive || !std::exchange(isEditing, false))
         return;
     completer->close();
@@ -156,14 +156,10 @@ bool PathBarPrivate::takesFieldKey(const QKeyEvent& event) {
         enter(field->text(), filled);
         return true;
     case Qt::Key_Escape:
-        if (isBusy) {
+        if (isBusy)
             forgetQuestion();
-        } else {
-            const QPointer<PathBar> alive(q);
-            setError({});
-            if (alive)
-                stop(true);
-        }
+        else
+            stop(true);
         return true;
     default:
         return false;
