@@ -27,7 +27,9 @@ int main(int argc, char** argv) {
     plate->setNameFilters({QStringLiteral("Images (*.exr *.dpx)")});
     plate->setAcceptsSequences(true);
     plate->setChecks(true); // on another thread, after a pause
-    plate->setPath(shot + QStringLiteral("/plate.####.exr"));
+    plate->setBaseFolder(shot);
+    plate->setPrefersRelative(true); // what is chosen in there
+    plate->setPath(QStringLiteral("plate.####.exr"));
     form->addRow(QStringLiteral("Plate"), plate);
 
     auto* render = new FilePathEdit;
