@@ -57,6 +57,7 @@ private Q_SLOTS:
         row(true, "c:", "c:/");
         row(true, "\\\\server\\share\\a\\..\\..\\..", "//server/share/");
         row(true, "//server/share/x", "//server/share/x");
+        row(true, "//server//share", "//server/share/");
         row(true, "\\x", "z:/x");
         row(true, "x\\y", "z:/work/x/y");
         row(true, "file:///C:/a%20b", "C:/a b");
@@ -127,7 +128,7 @@ private Q_SLOTS:
         const Row rows[] = {{"/p/a/x", "/p/a", "x"},   {"/p/b/x", "/p/a", "../b/x"},
                             {"/p", "/p/a/b", "../.."}, {"/p/a", "/p/a", "."},
                             {"/q/x", "/p/a", "/q/x"},  {"/p/ab", "/p/a", "../ab"},
-                            {"/p/a/x", "/p/a/", "x"}};
+                            {"/p/a/x", "/p/a/", "x"},  {"/p/a/~", "/p/a", "./~"}};
         for (const Row& row : rows)
             QCOMPARE(relativeTo(row.path, row.base, System::Posix), QByteArray(row.way));
     }

@@ -188,6 +188,12 @@ void PathCompleter::showList() {
     m_popup->show(m_completion.matches(), m_completion.current());
 }
 
+// Before it is a shortcut of the window.
+bool PathCompleter::ownsKey(const QKeyEvent& event) const {
+    const auto key = keyOf(event);
+    return m_isEnabled && key && (isOpen() || *key == Completion::Key::Open);
+}
+
 bool PathCompleter::takesKey(const QKeyEvent& event) {
     const auto key = keyOf(event);
     if (!key || !m_isEnabled || m_field->isReadOnly())
@@ -210,16 +216,12 @@ bool PathCompleter::eventFilter(QObject* watched, QEvent* event) {
     case QEvent::Hide:
         leave();
         break;
-    case QEvent::ShortcutOverride: {
-        const auto& key = static_cast<const QKeyEvent&>(*event);
-        if (m_isEnabled && keyOf(key) && (isOpen() || keyOf(key) == Completion::Key::Open))
+    case QEvent::ShortcutOverride:
+        if (ownsKey(static_cast<const QKeyEvent&>(*event)))
             event->accept();
         break;
-    }
-    case QEvent::KeyPress: {
-        const auto& key = static_cast<const QKeyEvent&>(*event);
-        return takesKey(key);
-    }
+    case QEvent::KeyPress:
+        return takesKey(static_cast<const QKeyEvent&>(*event));
     default:
         break;
     }

@@ -56,6 +56,7 @@ private:
     void apply(const Completion::Outcome& outcome, const QString& folder);
     void showList();
     void leave();
+    bool ownsKey(const QKeyEvent& event) const;
     bool takesKey(const QKeyEvent& event);
     std::vector<CompletionName> names() const;
 

@@ -41,10 +41,11 @@ Size rootLength(const QByteArray& path, System system) {
         return path.startsWith('/') ? 0 : -1;
     if (path.size() > 1 && isLetter(path.at(0)) && path.at(1) == ':')
         return 2;
-    if (!path.startsWith("//"))
+    if (!path.startsWith("//") || path.size() == 2 || path.at(2) == '/')
         return path.startsWith('/') ? 0 : -1;
     const Size server = componentEnd(path, 2);
-    return std::min<Size>(componentEnd(path, server + 1), path.size());
+    const Size share = componentEnd(path, server + 1);
+    return share > server + 1 ? share : server;
 }
 
 // Without steps, which are taken away by the text, and separators that say nothing.
@@ -60,7 +61,10 @@ QByteArray cleaned(const QByteArray& path, System system) {
         else if (!name.isEmpty() && name != ".")
             clean += '/' + name;
     }
-    return clean.size() == root ? clean + '/' : clean;
+    if (clean.size() == root)
+        return clean + '/';
+    // Behind a server, the first name is a share, which no step leads out of.
+    return rootLength(clean, system) == root ? clean : cleaned(clean, system);
 }
 
 QString unquoted(const QString& text) {
@@ -261,6 +265,8 @@ QByteArray relativeTo(const QByteArray& path, const QByteArray& base, System sys
     way += path.mid(shared + 1);
     if (way.isEmpty())
         return ".";
+    if (way.startsWith('~') || isAbsolute(way, system))
+        way.prepend("./"); // the name means nothing else
     return way.endsWith('/') ? way.left(way.size() - 1) : way;
 }
 
