@@ -7,9 +7,9 @@
 #include <QAbstractItemModelTester>
 #include <QLineEdit>
 #include <QMimeData>
-#include <QPushButton>
 #include <QSignalSpy>
 #include <QTemporaryDir>
+#include <QToolButton>
 #include <QUrl>
 #include <QtTest>
 
@@ -188,7 +188,7 @@ private slots:
         view.setCurrentIndex(row("/a"));
         QTest::keyClick(&view, Qt::Key_Delete);
         QCOMPARE(rows(), QString("G(b)"));
-        auto* const undo = view.findChild<QPushButton*>();
+        auto* const undo = view.findChild<QToolButton*>();
         QVERIFY(undo && undo->isVisible());
         QTest::keyClick(&view, Qt::Key_Z, Qt::ControlModifier);
         undo->click();

@@ -35,10 +35,10 @@ public:
     struct Favorite {
         QByteArray
             path; ///< In the system's encoding; an address with `://` as it is. Empty for groups.
-        QString title; ///< Empty: shown by the last part of the path.
-        QString id;    ///< Of this entry, unique in the file.
-        QString group; ///< Id of the group it lies in; empty: at the top.
-        bool isGroup = false;
+        QString title;        ///< Empty: shown by the last part of the path.
+        QString id;           ///< Of this entry, unique in the file.
+        QString group;        ///< Id of the group it lies in; empty: at the top.
+        bool isGroup = false; ///< Whether others can lie in it.
     };
 
     /** Of the standard place; `parent` owns it when it is given. */
@@ -54,6 +54,7 @@ public:
     /** `favourites.xbel` beside the settings of AppSettings. */
     static QString standardFileName();
 
+    /** The file, which need not exist. */
     QString fileName() const;
 
     /** Whether the file has been read, or is known not to exist. What is changed before is done to

@@ -5,7 +5,6 @@
 #include <KxUI/files/RawName_p.h>
 #include <KxUI/files/WorkerPool_p.h>
 #include <KxUI/files/platform/Directory_p.h>
-#include <KxUI/kit/IconFactory.h>
 #include <KxUI/kit/InterfaceThread_p.h>
 
 #include <QMimeData>
@@ -238,33 +237,7 @@ int FavoritesModel::columnCount(const QModelIndex&) const {
 }
 
 QVariant FavoritesModel::data(const QModelIndex& index, int role) const {
-    if (!index.isValid())
-        return {};
-    const PlaceNode& node = *Private::nodeOf(index);
-    switch (role) {
-    case Qt::DisplayRole:
-    case Qt::EditRole:
-        return node.title;
-    case Qt::DecorationRole:
-        return node.icon.isEmpty() ? QVariant() : QVariant(IconFactory::icon(node.icon));
-    case Qt::ToolTipRole:
-        return d->tipOf(node);
-    case Qt::AccessibleTextRole:
-        return d->reachOf(node.path) == Unreachable ? tr("%1, cannot be reached").arg(node.title)
-                                                    : node.title;
-    case PathRole:
-        return node.path;
-    case SectionRole:
-        return QVariant::fromValue(node.section);
-    case IdRole:
-        return node.id;
-    case ReachRole:
-        return QVariant::fromValue(d->reachOf(node.path));
-    case IsGroupRole:
-        return node.isGroup;
-    default:
-        return {};
-    }
+    return index.isValid() ? d->dataOf(*Private::nodeOf(index), role) : QVariant();
 }
 
 bool FavoritesModel::setData(const QModelIndex& index, const QVariant& value, int role) {
@@ -353,25 +326,16 @@ bool FavoritesModel::dropMimeData(const QMimeData* data, Qt::DropAction action, 
     QString anchor; // what they come before, wherever it is by then
     if (target.before >= 0)
         anchor = file->favorites()[static_cast<std::size_t>(target.before)].id;
-    const auto put = [&](const QString& id) {
-        Private::Target place = target;
-        place.before = anchor.isEmpty() || id == anchor ? -1 : d->fileIndex(anchor);
-        if (!id.isEmpty() && id != anchor)
-            d->drop(id, place);
-    };
-    if (data->hasFormat(QLatin1String(MimeType))) {
-        for (const QByteArray& id : data->data(QLatin1String(MimeType)).split('\n')) {
-            if (alive && file)
-                put(QString::fromUtf8(id));
-        }
-        return true;
-    }
-    for (const QUrl& url : data->urls()) {
-        const auto path = Xbel::pathOf(viewOf(url.toEncoded()));
-        if (!alive || !file || !path || !d->isShown(*path))
+    const QStringList ids =
+        data->hasFormat(QLatin1String(MimeType))
+            ? QString::fromUtf8(data->data(QLatin1String(MimeType))).split(QLatin1Char('\n'))
+            : d->added(data->urls());
+    for (const QString& id : ids) {
+        if (!alive || !file || id.isEmpty() || id == anchor)
             continue;
-        const QString known = file->idOf(bytesOf(*path));
-        put(known.isEmpty() ? file->add(bytesOf(*path)) : known);
+        Private::Target place = target;
+        place.before = anchor.isEmpty() ? -1 : d->fileIndex(anchor);
+        d->drop(id, place);
     }
     return true;
 }

@@ -26,15 +26,21 @@ class KXUI_EXPORT FavoritesModel : public QAbstractItemModel {
 
 public:
     /** Of what a row is one. */
-    enum Section { Project, Favorites, Places, Recent, Desktop };
+    enum Section {
+        Project,   ///< Places of the host's project.
+        Favorites, ///< The file's.
+        Places,    ///< Of this machine.
+        Recent,    ///< Folders used last.
+        Desktop    ///< Bookmarks of the desktop.
+    };
     Q_ENUM(Section)
 
     /** Whether a place can be gone to. */
     enum Reach {
-        Unknown, ///< nobody has asked, or a minute ago
-        Asking,
-        Reachable,
-        Unreachable
+        Unknown,    ///< Nobody has asked, or a minute ago.
+        Asking,     ///< The answer is awaited.
+        Reachable,  ///< It can.
+        Unreachable ///< It could not when somebody asked last.
     };
     Q_ENUM(Reach)
 
@@ -56,7 +62,7 @@ public:
     explicit FavoritesModel(FavoritesFile* file, QObject* parent = nullptr);
     ~FavoritesModel() override;
 
-    /** The favourites; null when the file is gone. */
+    /** The favourites; null when there are none or the file is gone. Borrowed. */
     FavoritesFile* file() const;
     void setFile(FavoritesFile* file);
 
@@ -76,13 +82,15 @@ public:
     QList<QByteArray> recentPlaces() const;
     /** Tells that a folder was used: it comes first. */
     void noteUsed(const QByteArray& path);
+    /** Forgets them. */
     void clearRecent();
 
     /** Asks whether a place can be reached, unless that was answered within a minute; returns at
         once. The answer is ReachRole, and dataChanged(). */
     void askReach(const QModelIndex& index);
-    /** A visit has shown whether a place can be reached; `error` is the error number of the system,
-        0 for one that can. */
+    /** A visit has shown whether a place can be reached.
+        @param path   the place
+        @param error  the error number of the system; 0 for one that can be reached */
     void setReach(const QByteArray& path, int error);
 
     /** The row of a favourite or a group; invalid if there is none. */

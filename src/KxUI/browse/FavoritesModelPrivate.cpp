@@ -5,7 +5,10 @@
 #include <KxUI/files/FileTexts_p.h>
 #include <KxUI/files/RawName_p.h>
 #include <KxUI/files/WorkerPool_p.h>
+#include <KxUI/kit/IconFactory.h>
 #include <KxUI/settings/AppSettings.h>
+
+#include <QUrl>
 
 #include <algorithm>
 
@@ -249,6 +252,33 @@ QString FavoritesModel::Private::tipOf(const PlaceNode& node) const {
     return path + QLatin1Char('\n') + FileManager::errorText(found->second.error);
 }
 
+QVariant FavoritesModel::Private::dataOf(const PlaceNode& node, int role) const {
+    switch (role) {
+    case Qt::DisplayRole:
+    case Qt::EditRole:
+        return node.title;
+    case Qt::DecorationRole:
+        return node.icon.isEmpty() ? QVariant() : QVariant(IconFactory::icon(node.icon));
+    case Qt::ToolTipRole:
+        return tipOf(node);
+    case Qt::AccessibleTextRole:
+        return reachOf(node.path) == Unreachable ? tr("%1, cannot be reached").arg(node.title)
+                                                 : node.title;
+    case PathRole:
+        return node.path;
+    case SectionRole:
+        return QVariant::fromValue(node.section);
+    case IdRole:
+        return node.id;
+    case ReachRole:
+        return QVariant::fromValue(reachOf(node.path));
+    case IsGroupRole:
+        return node.isGroup;
+    default:
+        return {};
+    }
+}
+
 int FavoritesModel::Private::fileIndex(const QString& id) const {
     const auto& favorites = file->favorites();
     const auto found = std::find_if(favorites.begin(), favorites.end(),
@@ -318,6 +348,23 @@ void FavoritesModel::Private::drop(const QString& id, const Target& target) {
         file->move(id, target.before);
     else
         file->moveInto(id, target.group);
+}
+
+// The ids of the places that they mean, which are favourites then.
+QStringList FavoritesModel::Private::added(const QList<QUrl>& urls) {
+    QStringList ids;
+    const QPointer<FavoritesModel> alive(q);
+    for (const QUrl& url : urls) {
+        const QByteArray href = url.toEncoded();
+        const auto path = Xbel::pathOf(viewOf(href));
+        if (!alive || !file)
+            break;
+        if (!path || !isShown(*path))
+            continue;
+        const QString known = file->idOf(bytesOf(*path));
+        ids << (known.isEmpty() ? file->add(bytesOf(*path)) : known);
+    }
+    return ids;
 }
 
 void FavoritesModel::Private::storeRecent() {

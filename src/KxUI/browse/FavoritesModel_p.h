@@ -50,6 +50,7 @@ struct FavoritesModel::Private {
     Reach reachOf(const QByteArray& path) const;
     void setAnswer(const QByteArray& path, Reach reach, int error);
     void tell(const PlaceNode& in, const QByteArray& path);
+    QVariant dataOf(const PlaceNode& node, int role) const;
     QString tipOf(const PlaceNode& node) const;
 
     int fileIndex(const QString& id) const;
@@ -57,6 +58,7 @@ struct FavoritesModel::Private {
     bool moveDown(const PlaceNode& node);
     Target target(int row, const QModelIndex& parent) const;
     void drop(const QString& id, const Target& target);
+    QStringList added(const QList<QUrl>& urls);
     void storeRecent();
 
     FavoritesModel* const q;

@@ -97,7 +97,7 @@ void FavoritesView::removeCurrent() {
     if (!alive)
         return;
     d->removed << id;
-    d->showUndoBar(tr("\"%1\" was removed").arg(title));
+    d->showUndoBar(tr("Removed %1").arg(title));
 }
 
 void FavoritesView::undoRemove() {

@@ -49,6 +49,7 @@ public Q_SLOTS:
     void activateFavorite(int number);
     /** Removes the current favourite; undoRemove() brings it back for ten seconds. */
     void removeCurrent();
+    /** Brings back what was removed last, within ten seconds. */
     void undoRemove();
     /** Adds a group and begins to name it. */
     void addGroup();

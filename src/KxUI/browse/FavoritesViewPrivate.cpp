@@ -10,8 +10,7 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QMenu>
-#include <QPushButton>
-#include <QScrollBar>
+#include <QToolButton>
 
 namespace Kestrel::UI {
 namespace {
@@ -52,10 +51,11 @@ void FavoritesView::Private::makeUndoBar() {
     undoBar->setBackgroundRole(QPalette::Window);
     undoLabel = new QLabel(undoBar);
     undoLabel->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
-    auto* const button = new QPushButton(tr("Undo"), undoBar);
+    auto* const button = new QToolButton(undoBar);
+    button->setText(tr("Undo"));
     button->setFocusPolicy(Qt::NoFocus); // Ctrl+Z does it where the focus is
     button->setToolTip(tr("Brings it back (Ctrl+Z)"));
-    QObject::connect(button, &QPushButton::clicked, q, &FavoritesView::undoRemove);
+    QObject::connect(button, &QToolButton::clicked, q, &FavoritesView::undoRemove);
     auto* const row = new QHBoxLayout(undoBar);
     row->setContentsMargins(8, 4, 4, 4);
     row->addWidget(undoLabel, 1);
@@ -68,13 +68,16 @@ void FavoritesView::Private::placeUndoBar() {
     const QRect inside = q->contentsRect();
     const int height = undoBar->sizeHint().height();
     undoBar->setGeometry(inside.x(), inside.bottom() + 1 - height, inside.width(), height);
+    undoBar->layout()->activate();
+    undoLabel->setText(undoLabel->fontMetrics().elidedText(undoLabel->toolTip(), Qt::ElideRight,
+                                                           undoLabel->width()));
 }
 
 void FavoritesView::Private::showUndoBar(const QString& text) {
     if (!undoBar)
         makeUndoBar();
-    undoLabel->setText(text);
     undoLabel->setToolTip(text);
+    undoLabel->setAccessibleName(text);
     undoBar->show();
     q->setViewportMargins(0, 0, 0, undoBar->sizeHint().height());
     placeUndoBar();

@@ -22,6 +22,8 @@ QSize PlaceDelegate::sizeHint(const QStyleOptionViewItem& option, const QModelIn
 void PlaceDelegate::initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const {
     QStyledItemDelegate::initStyleOption(option, index);
     option->textElideMode = Qt::ElideMiddle;
+    // Its arrow says that a row is open; icons are in the colour of the text.
+    option->state &= ~QStyle::State_Open;
     QColor ink = option->palette.color(QPalette::Text);
     if (!index.parent().isValid()) {
         option->font.setBold(true);
