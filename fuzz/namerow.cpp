@@ -10,6 +10,8 @@
 
 #include <support/Require.h>
 
+#include <set>
+
 using namespace Kestrel::Fuzz;
 using namespace Kestrel::UI;
 
@@ -18,13 +20,14 @@ namespace {
 std::shared_ptr<const FileListing> listingOf(std::string_view lines, bool fold) {
     constexpr std::size_t most = 40;
     auto all = std::make_shared<Platform::Listing>();
+    std::set<std::string> known; // no folder has a name twice
     while (!lines.empty() && all->entries.size() < most) {
         std::string name = take(lines, '\n');
         name.resize(std::min(name.find('\0'), name.size()));
         const bool isFolder = !name.empty() && name.back() == '/';
         if (isFolder)
             name.pop_back();
-        if (name.empty() || name.find('/') != std::string::npos)
+        if (name.empty() || name.find('/') != std::string::npos || !known.insert(name).second)
             continue;
         all->entries.emplace_back(all->names.add(name), isFolder ? Platform::EntryType::Directory
                                                                  : Platform::EntryType::Other);

@@ -133,7 +133,7 @@ private Q_SLOTS:
     void missingFrames() {
         const auto reading = read("plate.####.exr", rulesFor(Mode::OpenFile));
         QCOMPARE(reading.asked.missing, std::int64_t(1));
-        QCOMPARE(ChooserTexts::notice(reading, {}).text, QString("1 frame(s) are missing: 1005"));
+        QCOMPARE(ChooserTexts::notice(reading, {}).text, QString("Frame 1005 is missing"));
     }
 
     void saves() {
@@ -168,7 +168,7 @@ private Q_SLOTS:
         const auto some = read("plate.####", rules);
         QCOMPARE(int(some.replaced.count), 5);
         QCOMPARE(ChooserTexts::notice(some, {}).text,
-                 QString("5 frame(s) exist and would be replaced (1002-1010x2)."));
+                 QString("5 frames exist and would be replaced (1002-1010x2)."));
         rules.acceptsFrames = false;
         QCOMPARE(read("new", rules).problem, NameProblem::NoSingleFiles);
         QVERIFY(ChooserTexts::notice(read("comp_v001", rulesFor(Mode::SaveFile)), {})

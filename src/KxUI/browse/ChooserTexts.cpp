@@ -38,9 +38,30 @@ QString framesProblem(const NameReading& reading) {
 QString replacedText(const ReplacedFiles& replaced) {
     if (replaced.frames.empty())
         return Text::tr("This file exists and would be replaced.");
-    return Text::tr("%n frame(s) exist and would be replaced (%1).", nullptr,
-                    limited(replaced.count))
-        .arg(frames(replaced.frames));
+    const QString which = frames(replaced.frames);
+    if (replaced.count == 1)
+        return Text::tr("Frame %1 exists and would be replaced.").arg(which);
+    return Text::tr("%n frames exist and would be replaced (%1).", nullptr, limited(replaced.count))
+        .arg(which);
+}
+
+QString missingText(const AskedFrames& asked) {
+    const QString which = frames(asked.gaps, asked.hasMoreGaps);
+    if (asked.missing == 1)
+        return Text::tr("Frame %1 is missing").arg(which);
+    return Text::tr("%n frames are missing: %1", nullptr, limited(asked.missing)).arg(which);
+}
+
+QString lostText(const NameReading& reading, const QString& name, const QString& folder) {
+    if (reading.replaced.frames.empty())
+        return Text::tr("\u201c%1\u201d exists in \u201c%2\u201d and would be lost.")
+            .arg(name, folder);
+    if (reading.replaced.count == 1)
+        return Text::tr("One frame of \u201c%1\u201d exists in \u201c%2\u201d and would be lost.")
+            .arg(name, folder);
+    return Text::tr("%n frames of \u201c%1\u201d exist in \u201c%2\u201d and would be lost.",
+                    nullptr, limited(reading.replaced.count))
+        .arg(name, folder);
 }
 
 } // namespace
@@ -124,10 +145,7 @@ Notice notice(const NameReading& reading, const QString& createsFolder) {
         return {Kind::Warning, replacedText(reading.replaced), hasVersion};
     }
     if (reading.asked.missing > 0)
-        return {Kind::Warning,
-                Text::tr("%n frame(s) are missing: %1", nullptr, limited(reading.asked.missing))
-                    .arg(frames(reading.asked.gaps, reading.asked.hasMoreGaps)),
-                false};
+        return {Kind::Warning, missingText(reading.asked), false};
     if (!createsFolder.isEmpty())
         return {Kind::Hint, Text::tr("The folder %1 will be made.").arg(isolated(createsFolder)),
                 false};
@@ -139,14 +157,8 @@ Question question(Sheet sheet, Mode mode, const NameReading& reading, const QStr
         const QString name =
             reading.targets.empty() ? QString() : shown(reading.targets.front().name);
         const bool isSequence = !reading.replaced.frames.empty();
-        const QString text =
-            isSequence
-                ? Text::tr(
-                      "%n frame(s) of \u201c%1\u201d exist in \u201c%2\u201d and would be lost.",
-                      nullptr, limited(reading.replaced.count))
-                : Text::tr("\u201c%1\u201d exists in \u201c%2\u201d and would be lost.");
         return {isSequence ? Text::tr("Replace files?") : Text::tr("Replace the file?"),
-                text.arg(name, isolated(folder)), Text::tr("&Replace")};
+                lostText(reading, name, isolated(folder)), Text::tr("&Replace")};
     }
     if (mode == Mode::SaveFile)
         return {Text::tr("The folder does not answer"),
