@@ -1,3 +1,4 @@
+#include "Pictures.h"
 #include "SlowCount.h"
 
 #include <KxUI/scopes/ScopePass_p.h>
@@ -9,56 +10,15 @@
 
 #include <functional>
 #include <limits>
-#include <random>
 
 using namespace Kestrel::UI;
+using Kestrel::Test::Picture;
 using Kestrel::Test::SlowCount;
 
 namespace {
 
 constexpr float Infinity = std::numeric_limits<float>::infinity();
 constexpr float NaN = std::numeric_limits<float>::quiet_NaN();
-
-// A picture with memory of its own.
-struct Picture {
-    Picture(PixelLayout layout, int width, int height, unsigned seed = 1, bool bottomUp = false) {
-        const std::size_t stride = rowBytes(layout, width) + 7;
-        auto bytes = std::make_shared<std::vector<unsigned char>>(stride * std::size_t(height));
-        std::mt19937 random(seed);
-        for (unsigned char& each : *bytes)
-            each = static_cast<unsigned char>(random());
-        image.layout = layout;
-        image.width = width;
-        image.height = height;
-        image.stride = bottomUp ? -std::ptrdiff_t(stride) : std::ptrdiff_t(stride);
-        image.pixels = bytes->data() + (bottomUp ? stride * std::size_t(height - 1) : 0);
-        image.owner = bytes;
-        memory = bytes->data();
-    }
-
-    // Floats around 0 to 1, with what is rare strewn in.
-    static Picture ofFloats(int width, int height, unsigned seed = 1) {
-        Picture picture(PixelLayout::RGBAFloat, width, height, seed);
-        std::mt19937 random(seed);
-        const std::array<float, 12> rare{NaN,  Infinity, -Infinity, -0.0F, 0.0F,  1e-8F,
-                                         1.0F, 65504.0F, 65520.0F,  -1.0F, 3e38F, 1.1F};
-        for (int y = 0; y < height; ++y) {
-            for (int i = 0; i < 4 * width; ++i) {
-                const float usual = float(random() % 4096) / 2048.0F - 0.4F;
-                picture.setFloat(y, i, random() % 16 == 0 ? rare[random() % rare.size()] : usual);
-            }
-        }
-        return picture;
-    }
-
-    void setFloat(int y, int index, float value) const {
-        unsigned char* const row = memory + image.stride * y;
-        std::memcpy(row + 4 * index, &value, sizeof value);
-    }
-
-    ScopeImage image;
-    unsigned char* memory = nullptr;
-};
 
 // All processors that this one can be.
 std::vector<std::int64_t> targets() {

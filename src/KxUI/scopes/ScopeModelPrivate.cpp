@@ -1,0 +1,250 @@
+#include <KxUI/scopes/ScopeModel_p.h>
+
+#include <QPointer>
+#include <QThread>
+
+#include <algorithm>
+#include <utility>
+
+namespace Kestrel::UI {
+namespace {
+
+constexpr int MostThreads = 4;
+constexpr int StuckAfter = 2000; // milliseconds
+// More than this many hang in transforms: nothing is to be expected of the next one either.
+constexpr std::size_t MostLeft = 3;
+
+int threads() {
+    return std::clamp(QThread::idealThreadCount(), 1, MostThreads);
+}
+
+} // namespace
+
+ScopeModel::Private::Private(ScopeModel& model)
+    : q(model)
+    , m_results(std::make_shared<ScopeResults>(&model))
+    , m_samples(std::make_shared<ScopeResults>(&model))
+    , m_worker(std::make_shared<ScopeWorker>(m_results, threads())) {
+    pace.setSingleShot(true);
+    pace.setTimerType(Qt::PreciseTimer);
+    connect(&pace, &QTimer::timeout, &q, [this] { schedule(); });
+    m_watch.setInterval(StuckAfter);
+    connect(&m_watch, &QTimer::timeout, &q, [this] { look(); });
+}
+
+void ScopeModel::Private::close() {
+    m_results->close();
+    m_samples->close();
+    m_worker->close();
+    if (m_sampler)
+        m_sampler->close();
+}
+
+void ScopeModel::Private::tell(Changes changes) {
+    const QPointer<ScopeModel> guard(&q);
+    Q_EMIT q.changed(changes);
+    if (guard && (changes & (Image | Encoding)) && samplePlace)
+        readSample();
+}
+
+void ScopeModel::Private::invalidate() {
+    isStale = true;
+    if (image.isEmpty())
+        showNothing();
+    else
+        schedule();
+}
+
+// Whoever takes the picture away is not to wait for its counts.
+void ScopeModel::Private::showNothing() {
+    if (inFlight != 0)
+        m_worker->cancel();
+    inFlight = 0;
+    isStale = false;
+    m_watch.stop();
+    m_submitted = Need();
+    if (result->parts == 0 && result->error.empty())
+        return;
+    const auto replaced = std::exchange(result, std::make_shared<const ScopeResult>());
+    tell(Result);
+}
+
+void ScopeModel::Private::schedule() {
+    const Need wanted = need();
+    if (!isStale || inFlight != 0 || wanted.parts == Parts() || pace.isActive())
+        return;
+    const double interval = 1000 / rate;
+    const double passed =
+        m_sinceBegin.isValid() ? double(m_sinceBegin.nsecsElapsed()) * 1e-6 : interval;
+    if (passed < interval) {
+        pace.start(int(interval - passed) + 1);
+        return;
+    }
+    submit();
+}
+
+void ScopeModel::Private::submit() {
+    m_submitted = need();
+    isStale = false;
+    inFlight = ++passes;
+    m_sinceBegin.start();
+    m_seenProgress = m_worker->progress();
+    m_watch.start();
+    ScopeJob job;
+    job.serial = inFlight;
+    job.image = image;
+    job.request = request();
+    m_worker->submit(std::move(job));
+}
+
+ScopeRequest ScopeModel::Private::request() const {
+    ScopeRequest request;
+    request.parts = int(m_submitted.parts);
+    request.encoding = encoding;
+    request.waveform = m_submitted.waveform;
+    request.vectors = m_submitted.vectors;
+    request.solid = solid;
+    request.rowStep = interactive ? rowStep : 1;
+    request.wholeFrame = region.isNull() && row < 0;
+    request.region = image.frame();
+    if (!region.isNull())
+        request.region =
+            request.region.intersected({region.x(), region.y(), region.width(), region.height()});
+    if (row >= 0)
+        request.region =
+            request.region.intersected({request.region.left, row, request.region.width, 1});
+    return request;
+}
+
+void ScopeModel::Private::takeResult() {
+    const std::optional<ScopeDelivery> delivery = m_results->take();
+    if (!delivery || delivery->serial != inFlight)
+        return;
+    inFlight = 0;
+    m_watch.stop();
+    // An earlier result may be a host's to keep; it goes when everybody has been told.
+    const auto replaced = std::exchange(result, delivery->result);
+    const QPointer<ScopeModel> guard(&q);
+    schedule();
+    if (guard)
+        tell(Result);
+}
+
+// A pass that does nothing for two seconds hangs; what is newer is counted by other threads then.
+void ScopeModel::Private::look() {
+    const std::uint64_t progress = m_worker->progress();
+    if (std::exchange(m_seenProgress, progress) == progress && isStale && inFlight != 0)
+        replaceWorker();
+}
+
+void ScopeModel::Private::replaceWorker() {
+    m_left.erase(
+        std::remove_if(m_left.begin(), m_left.end(),
+                       [](const std::weak_ptr<ScopeWorker>& each) { return each.expired(); }),
+        m_left.end());
+    if (m_left.size() >= MostLeft)
+        return;
+    m_worker->close();
+    m_left.push_back(m_worker);
+    m_worker = std::make_shared<ScopeWorker>(m_results, threads());
+    inFlight = 0;
+    schedule();
+}
+
+void ScopeModel::Private::setNeed(const QObject* who, const Need& wanted) {
+    if (!who)
+        return;
+    const auto known = m_needs.find(who);
+    if (wanted.parts == Parts()) {
+        if (known == m_needs.end())
+            return;
+        m_needs.erase(known);
+        QObject::disconnect(who, &QObject::destroyed, &q, nullptr);
+    } else {
+        if (known == m_needs.end())
+            connect(who, &QObject::destroyed, &q, [this, who] { m_needs.erase(who); });
+        m_needs[who] = wanted;
+        m_needs[who].order = ++m_order;
+    }
+    // The parts that nobody needs any more are left out of the next pass.
+    const Need all = need();
+    if (!covers(all) && !image.isEmpty())
+        isStale = true;
+    schedule();
+}
+
+ScopeModel::Private::Need ScopeModel::Private::need() const {
+    Need all;
+    all.waveform.channels = 0;
+    std::uint64_t waveformOrder = 0;
+    std::uint64_t vectorsOrder = 0;
+    for (const auto& [who, each] : m_needs) {
+        all.parts |= each.parts;
+        if (each.parts & Waveform) {
+            const int channels = all.waveform.channels | each.waveform.channels;
+            if (each.order > waveformOrder) {
+                all.waveform = each.waveform;
+                waveformOrder = each.order;
+            }
+            all.waveform.channels = channels;
+        }
+        if ((each.parts & Vectors) && each.order > vectorsOrder) {
+            all.vectors = each.vectors;
+            vectorsOrder = each.order;
+        }
+    }
+    return all;
+}
+
+// Whether the newest pass counts, or has counted, what is wanted.
+bool ScopeModel::Private::covers(const Need& wanted) const {
+    if ((wanted.parts & m_submitted.parts) != wanted.parts)
+        return false;
+    if (wanted.parts & Waveform) {
+        WaveformRange counted = m_submitted.waveform;
+        if ((counted.channels & wanted.waveform.channels) != wanted.waveform.channels)
+            return false;
+        counted.channels = wanted.waveform.channels;
+        if (counted != wanted.waveform)
+            return false;
+    }
+    return !(wanted.parts & Vectors) || wanted.vectors == m_submitted.vectors;
+}
+
+void ScopeModel::Private::readSample() {
+    ++m_sampleSerial;
+    if (!samplePlace || !encoding.transform) {
+        if (m_sampler)
+            m_sampler->cancel();
+        setSample(samplePlace
+                      ? std::optional<ScopeSample>(scopeSample(image, encoding, samplePlace->x,
+                                                               samplePlace->y, samplePlace->radius))
+                      : std::nullopt);
+        return;
+    }
+    // A transform may take as long as it likes, so it is not called here.
+    if (!m_sampler)
+        m_sampler = std::make_shared<ScopeWorker>(m_samples, 1);
+    ScopeJob job;
+    job.serial = m_sampleSerial;
+    job.image = image;
+    job.request.encoding = encoding;
+    job.sample = samplePlace;
+    m_sampler->submit(std::move(job));
+}
+
+void ScopeModel::Private::takeSample() {
+    const std::optional<ScopeDelivery> delivery = m_samples->take();
+    if (delivery && delivery->serial == m_sampleSerial)
+        setSample(delivery->sample);
+}
+
+void ScopeModel::Private::setSample(const std::optional<ScopeSample>& read) {
+    const bool has = read && read->pixels >= 0;
+    if (!has && !sample)
+        return;
+    sample = has ? read : std::nullopt;
+    tell(Sample);
+}
+
+} // namespace Kestrel::UI
