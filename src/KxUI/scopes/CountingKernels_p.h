@@ -14,7 +14,7 @@
 namespace Kestrel::UI {
 
 /** The widest vector, in floats. */
-constexpr std::size_t CountingLanes = 16;
+constexpr std::size_t CountingLanes = 8;
 
 /** Red, green and blue of some pixels. */
 struct ColorPlanes {

@@ -39,9 +39,11 @@ Kind kindOf(PixelLayout layout) {
     case PixelLayout::AYCbCr16From8:
     case PixelLayout::AYCbCrFloat:
         return {Storage::YCbCr};
-    default:
-        return {Storage::Halves};
+    case PixelLayout::RGBHalf:
+    case PixelLayout::RGBAHalf:
+        break;
     }
+    return {Storage::Halves};
 }
 
 int groupOf(PixelLayout layout) {

@@ -51,6 +51,7 @@ bool ScopeImage::hasAlpha() const noexcept {
     case PixelLayout::RGB8:
     case PixelLayout::RGB16:
     case PixelLayout::RGBFloat:
+    case PixelLayout::RGBHalf:
         return false;
     default:
         return true;

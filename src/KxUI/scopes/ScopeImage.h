@@ -39,13 +39,13 @@ struct KXUI_EXPORT ScopeImage {
 
     std::shared_ptr<const void> owner; ///< keeps the memory; may be null if something else does
     const void* pixels = nullptr;      ///< the first row; null: no picture
-    PixelLayout layout = PixelLayout::RGBA8; ///< how a row is packed
-    int width = 0;                           ///< pixels in a row
-    int height = 0;                          ///< rows
-    std::ptrdiff_t stride = 0;               ///< bytes from row to row; negative: bottom-up
-    int colorSpace = ColorSpace::Rec709;     ///< `ColorSpace::Index` of YCbCr layouts
-    int left = 0;                            ///< where the first pixel lies in the full frame
-    int top = 0;                             ///< likewise
+    PixelLayout layout = PixelLayout::RGBAHalf; ///< how a row is packed
+    int width = 0;                              ///< pixels in a row
+    int height = 0;                             ///< rows
+    std::ptrdiff_t stride = 0;                  ///< bytes from row to row; negative: bottom-up
+    int colorSpace = ColorSpace::Rec709;        ///< `ColorSpace::Index` of YCbCr layouts
+    int left = 0;                               ///< where the first pixel lies in the full frame
+    int top = 0;                                ///< likewise
     int proxy = 1;                 ///< full-frame pixels that a pixel stands for, each way
     Alpha alpha = Alpha::AsStored; ///< see there
 

@@ -2,8 +2,8 @@
 // again. Every operation is the one of the scalar kernels, in their order, so that results are the
 // same bits.
 
+#include <KxUI/color/PixelPacking_p.h>
 #include <KxUI/scopes/CountingKernels_p.h>
-#include <KxUI/scopes/HalfCode_p.h>
 
 #include <cmath>
 #include <limits>
@@ -20,8 +20,13 @@
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "KxUI/scopes/VectorCounting.cpp"
+#include <hwy/cache_control.h>
 #include <hwy/foreach_target.h>
 #include <hwy/highway.h>
+
+#if HWY_TARGET != HWY_EMU128 && HWY_TARGET != HWY_SCALAR
+#include <KxUI/color/VectorLanes_p.h>
+#endif
 
 HWY_BEFORE_NAMESPACE();
 
@@ -38,26 +43,7 @@ const CountingKernels& countingKernels() {
 
 namespace Counting {
 
-namespace hn = hwy::HWY_NAMESPACE;
-
-using F = hn::CappedTag<float, CountingLanes>;
-using Signed = hn::RebindToSigned<F>;
-using Word = hn::RebindToUnsigned<F>;
-using Short = hn::Rebind<std::uint16_t, F>;
-using V = hn::Vec<F>;
-using Int = hn::Vec<Signed>;
-using Words = hn::Vec<Word>;
 using Mask = hn::Mask<F>;
-
-constexpr std::size_t Lanes = hn::MaxLanes(F());
-
-HWY_INLINE V constant(float value) {
-    return hn::Set(F(), value);
-}
-
-HWY_INLINE Words word(std::uint32_t bits) {
-    return hn::Set(Word(), bits);
-}
 
 HWY_INLINE V load(const float* from) {
     return hn::LoadU(F(), from);
@@ -67,23 +53,8 @@ HWY_INLINE Mask isNumber(V value) {
     return hn::Eq(value, value);
 }
 
-// Of values that are known to fit.
-template <class Floats>
-HWY_INLINE Int whole(Floats value) {
-#if HWY_ARCH_X86
-    if constexpr (sizeof(value) == 16)
-        return Int{_mm_cvttps_epi32(value.raw)};
-    else if constexpr (sizeof(value) == 32)
-        return Int{_mm256_cvttps_epi32(value.raw)};
-    else
-        return Int{_mm512_cvttps_epi32(value.raw)};
-#else
-    return hn::ConvertTo(Signed(), value);
-#endif
-}
-
 HWY_INLINE void storeShorts(Int values, std::uint16_t* to) {
-    hn::StoreU(hn::DemoteTo(Short(), values), Short(), to);
+    hn::StoreU(hn::DemoteTo(HalfLanes(), values), HalfLanes(), to);
 }
 
 HWY_INLINE void storeWords(Int values, std::uint32_t* to) {
@@ -92,50 +63,12 @@ HWY_INLINE void storeWords(Int values, std::uint32_t* to) {
 
 // ---- Codes.
 
-HWY_INLINE Int halfCode(V value) {
-    using namespace HalfCode;
-    const Words all = hn::BitCast(Word(), value);
-    const Words sign = hn::And(hn::ShiftRight<16>(all), word(Sign));
-    const Words bits = hn::And(all, word(0x7FFFFFFF));
-    const V sum = hn::Add(hn::BitCast(F(), bits), hn::BitCast(F(), word(SubnormalMagic)));
-    const Words small = hn::Sub(hn::BitCast(Word(), sum), word(SubnormalMagic));
-    const Words odd = hn::And(hn::ShiftRight<FractionShift>(bits), word(1));
-    const Words normal = hn::ShiftRight<FractionShift>(
-        hn::Add(hn::Add(hn::Sub(bits, word(Rebias)), word(0xFFF)), odd));
-    // Bits of magnitudes are ordered as signed integers are.
-    const auto isBelow = [bits](std::uint32_t limit) HWY_ATTR {
-        return hn::Lt(hn::BitCast(Signed(), bits), hn::BitCast(Signed(), word(limit)));
-    };
-    const Int finite = hn::IfThenElse(isBelow(SmallestNormal), hn::BitCast(Signed(), small),
-                                      hn::BitCast(Signed(), normal));
-    const Int limited = hn::IfThenElse(isBelow(TooLarge), finite, hn::Set(Signed(), int(Infinity)));
-    const Int signedCode = hn::Or(limited, hn::BitCast(Signed(), sign));
-    return hn::IfThenElse(hn::RebindMask(Signed(), isNumber(value)), signedCode,
-                          hn::Set(Signed(), int(NotANumber)));
-}
-
-#if HWY_ARCH_X86 && HWY_TARGET <= HWY_AVX2
-template <class Floats>
-HWY_INLINE void storeHalves(Floats value, std::uint16_t* to) {
-    if constexpr (sizeof(value) == 64)
-        _mm256_storeu_si256(reinterpret_cast<__m256i*>(to),
-                            _mm512_cvtps_ph(value.raw, _MM_FROUND_TO_NEAREST_INT));
-    else
-        _mm_storeu_si128(reinterpret_cast<__m128i*>(to),
-                         _mm256_cvtps_ph(value.raw, _MM_FROUND_TO_NEAREST_INT));
-}
-#endif
-
 void halfCodes(const float* values, std::size_t pixels, std::uint16_t* codes) {
+    // The one that HalfCode::NotANumber stands for.
+    const V none = constant(std::numeric_limits<float>::quiet_NaN());
     for (std::size_t i = 0; i < pixels; i += Lanes) {
         const V value = load(values + i);
-#if HWY_ARCH_X86 && HWY_TARGET <= HWY_AVX2
-        // The one that HalfCode::NotANumber stands for.
-        const V none = constant(std::numeric_limits<float>::quiet_NaN());
-        storeHalves(hn::IfThenElse(isNumber(value), value, none), codes + i);
-#else
-        storeShorts(halfCode(value), codes + i);
-#endif
+        hn::StoreU(halves(hn::IfThenElse(isNumber(value), value, none)), HalfLanes(), codes + i);
     }
 }
 

@@ -1,0 +1,199 @@
+#include <KxUI/scopes/HistogramScope.h>
+
+#include <KxUI/kit/InterfaceThread_p.h>
+#include <KxUI/scopes/HistogramScope_p.h>
+
+#include <QMenu>
+
+#include <algorithm>
+#include <cmath>
+
+namespace Kestrel::UI {
+namespace {
+
+constexpr double LargestValue = 65504; // of half floats
+constexpr double LeastWidth = 1e-6;
+constexpr int AllChannels = ScopeRequest::AllValues;
+
+const QString LayoutKey = QStringLiteral("layout");
+const QString ChannelsKey = QStringLiteral("channels");
+const QString AxisKey = QStringLiteral("axis");
+const QString LowerKey = QStringLiteral("lower");
+const QString UpperKey = QStringLiteral("upper");
+const QString LogKey = QStringLiteral("logCounts");
+const QString CumulativeKey = QStringLiteral("cumulative");
+
+} // namespace
+
+HistogramScope::HistogramScope(QWidget* parent)
+    : ScopeView(std::make_unique<HistogramScopePrivate>(), parent) {}
+
+HistogramScope::~HistogramScope() = default;
+
+HistogramScopePrivate& HistogramScope::own() const {
+    return static_cast<HistogramScopePrivate&>(scope());
+}
+
+HistogramScope::Layout HistogramScope::layout() const {
+    return own().layout;
+}
+
+void HistogramScope::setLayout(Layout layout) {
+    KXUI_INTERFACE_THREAD(this);
+    if (own().layout == layout)
+        return;
+    own().layout = layout;
+    own().changeColumns();
+    Q_EMIT layoutChanged(layout);
+}
+
+HistogramScope::Channels HistogramScope::channels() const {
+    return own().channels;
+}
+
+void HistogramScope::setChannels(Channels channels) {
+    KXUI_INTERFACE_THREAD(this);
+    const Channels known = channels & Channels(AllChannels);
+    if (own().channels == known)
+        return;
+    own().channels = known;
+    own().changeColumns();
+    Q_EMIT channelsChanged(known);
+}
+
+HistogramScope::Axis HistogramScope::axis() const {
+    return own().axis;
+}
+
+void HistogramScope::setAxis(Axis axis) {
+    KXUI_INTERFACE_THREAD(this);
+    if (own().axis == axis)
+        return;
+    own().axis = axis;
+    own().changeColumns();
+    Q_EMIT axisChanged(axis);
+}
+
+double HistogramScope::lower() const {
+    return own().lower;
+}
+
+double HistogramScope::upper() const {
+    return own().upper;
+}
+
+void HistogramScope::setRange(double lower, double upper) {
+    KXUI_INTERFACE_THREAD(this);
+    const auto finite = [](double value, double otherwise) {
+        return std::isnan(value) ? otherwise : std::clamp(value, -LargestValue, LargestValue);
+    };
+    double low = finite(lower, 0);
+    double high = finite(upper, 1);
+    if (low > high)
+        std::swap(low, high);
+    if (high - low < LeastWidth)
+        high = low + LeastWidth;
+    if (own().lower == low && own().upper == high)
+        return;
+    own().lower = low;
+    own().upper = high;
+    own().changeColumns();
+    Q_EMIT rangeChanged(low, high);
+}
+
+void HistogramScope::fitRange() {
+    const auto result = own().result();
+    if (result->values.isEmpty())
+        return;
+    const ValueRange range = result->values.fittingRange(1);
+    setRange(double(range.lower), double(range.upper));
+}
+
+bool HistogramScope::logCounts() const {
+    return own().logCounts;
+}
+
+void HistogramScope::setLogCounts(bool on) {
+    KXUI_INTERFACE_THREAD(this);
+    if (own().logCounts == on)
+        return;
+    own().logCounts = on;
+    own().changeColumns();
+    Q_EMIT logCountsChanged(on);
+}
+
+bool HistogramScope::cumulative() const {
+    return own().cumulative;
+}
+
+void HistogramScope::setCumulative(bool on) {
+    KXUI_INTERFACE_THREAD(this);
+    if (own().cumulative == on)
+        return;
+    own().cumulative = on;
+    own().changeColumns();
+    Q_EMIT cumulativeChanged(on);
+}
+
+QString HistogramScopePrivate::name() const {
+    return HistogramScope::tr("Histogram");
+}
+
+void HistogramScopePrivate::changeColumns() {
+    m_columns.clear();
+    changeTrace();
+}
+
+void HistogramScopePrivate::saveTo(QVariantMap& state) const {
+    state.insert(LayoutKey, int(layout));
+    state.insert(ChannelsKey, int(channels));
+    state.insert(AxisKey, int(axis));
+    state.insert(LowerKey, lower);
+    state.insert(UpperKey, upper);
+    state.insert(LogKey, logCounts);
+    state.insert(CumulativeKey, cumulative);
+}
+
+void HistogramScopePrivate::restoreFrom(const QVariantMap& state) {
+    const QPointer<HistogramScope> scope(view());
+    const auto take = [&](const QString& key, auto set) {
+        const auto found = state.find(key);
+        if (scope && found != state.end())
+            set(*found);
+    };
+    using Scope = HistogramScope;
+    take(LayoutKey, [&](const QVariant& value) {
+        scope->setLayout(value.toInt() == Scope::Stacked ? Scope::Stacked : Scope::Overlay);
+    });
+    take(ChannelsKey,
+         [&](const QVariant& value) { scope->setChannels(Scope::Channels(value.toInt())); });
+    take(AxisKey, [&](const QVariant& value) {
+        scope->setAxis(
+            Scope::Axis(std::clamp<int>(value.toInt(), Scope::LinearAxis, Scope::PqAxis)));
+    });
+    take(LowerKey, [&](const QVariant& value) {
+        scope->setRange(value.toDouble(), state.value(UpperKey, upper).toDouble());
+    });
+    take(LogKey, [&](const QVariant& value) { scope->setLogCounts(value.toBool()); });
+    take(CumulativeKey, [&](const QVariant& value) { scope->setCumulative(value.toBool()); });
+}
+
+void HistogramScopePrivate::addActions(QMenu& menu) {
+    HistogramScope* const scope = view();
+    const auto toggle = [&menu, scope](const QString& text, bool on, auto slot) {
+        QAction* const action = menu.addAction(text);
+        action->setCheckable(true);
+        action->setChecked(on);
+        QObject::connect(action, &QAction::toggled, scope, slot);
+    };
+    toggle(HistogramScope::tr("Logarithmic heights"), logCounts, &HistogramScope::setLogCounts);
+    toggle(HistogramScope::tr("Cumulative line"), cumulative, &HistogramScope::setCumulative);
+    toggle(HistogramScope::tr("Channels above each other"), layout == HistogramScope::Stacked,
+           [scope](bool on) {
+               scope->setLayout(on ? HistogramScope::Stacked : HistogramScope::Overlay);
+           });
+    QObject::connect(menu.addAction(HistogramScope::tr("Fit range to values")), &QAction::triggered,
+                     scope, &HistogramScope::fitRange);
+}
+
+} // namespace Kestrel::UI
