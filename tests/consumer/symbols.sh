@@ -9,7 +9,7 @@ c_functions=$(printf '%s\n' "$shown" | grep -E '^[a-z]+_[a-z]+$' | tr '\n' ' ')
   { echo "C functions: $c_functions"; exit 1; }
 
 foreign=$(printf '%s\n' "$shown" | grep -vE '^([a-z]+_[a-z]+|KXUI_1)$' |
-  grep -vE '^((vtable|typeinfo|typeinfo name) for |non-virtual thunk to )?(Kestrel::|FrameSlider(::|$))' || true)
+  grep -vE '^((vtable|typeinfo|typeinfo name) for |non-virtual thunk to )?(Kestrel::|(FilePathEdit|FrameSlider)(::|$))' || true)
 [ -z "$foreign" ] || { echo "shown, but not ours:"; echo "$foreign"; exit 1; }
 
 words=$(mktemp)
