@@ -162,6 +162,38 @@
         <source>The gain becomes the one by which this colour, taken from the picture, is a grey: for white balance</source>
         <translation>Der Gain wird der, mit dem diese Farbe des Bildes ein Grau ist: für den Weißabgleich</translation>
     </message>
+    <message>
+        <source>Palette</source>
+        <translation>Palette</translation>
+    </message>
+    <message>
+        <source>Swatches from files and to files, also of other programs</source>
+        <translation>Farbfelder aus Dateien und in Dateien, auch anderer Programme</translation>
+    </message>
+    <message>
+        <source>&amp;Import...</source>
+        <translation>&amp;Importieren …</translation>
+    </message>
+    <message>
+        <source>&amp;Export...</source>
+        <translation>&amp;Exportieren …</translation>
+    </message>
+    <message>
+        <source>Import Palette</source>
+        <translation>Palette importieren</translation>
+    </message>
+    <message>
+        <source>Export Palette</source>
+        <translation>Palette exportieren</translation>
+    </message>
+    <message>
+        <source>Palettes (*.gpl)</source>
+        <translation>Paletten (*.gpl)</translation>
+    </message>
+    <message>
+        <source>All files (*)</source>
+        <translation>Alle Dateien (*)</translation>
+    </message>
 </context>
 <context>
     <name>Kestrel::Workbench::CurvesPanel</name>
@@ -739,6 +771,22 @@
     <message>
         <source>The swatches can not be saved: %1</source>
         <translation>Die Farbfelder lassen sich nicht speichern: %1</translation>
+    </message>
+    <message>
+        <source>This is no file.</source>
+        <translation>Das ist keine Datei.</translation>
+    </message>
+    <message>
+        <source>There is no room for all of its colours.</source>
+        <translation>Für alle ihre Farben ist kein Platz.</translation>
+    </message>
+    <message>
+        <source>The swatches can not be saved: what could not be read of them would be lost.</source>
+        <translation>Die Farbfelder lassen sich nicht speichern: Was von ihnen nicht gelesen werden konnte, ginge verloren.</translation>
+    </message>
+    <message>
+        <source>What could not be read of the swatches is kept in %1</source>
+        <translation>Was von den Farbfeldern nicht gelesen werden konnte, liegt in %1</translation>
     </message>
 </context>
 <context>

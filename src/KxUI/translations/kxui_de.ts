@@ -19,6 +19,250 @@ Zeile %2, Spalte %3</translation>
     </message>
 </context>
 <context>
+    <name>FileChooserDialog</name>
+    <message>
+        <source>Checking…</source>
+        <translation>Wird geprüft …</translation>
+    </message>
+    <message>
+        <source>Files used last</source>
+        <translation>Zuletzt benutzte Dateien</translation>
+    </message>
+    <message>
+        <source>Version before (Ctrl+Minus)</source>
+        <translation>Vorige Version (Strg+Minus)</translation>
+    </message>
+    <message>
+        <source>Next version (Ctrl+Plus)</source>
+        <translation>Nächste Version (Strg+Plus)</translation>
+    </message>
+    <message>
+        <source>Frames to be opened, as 1001-1100 or 1001-1100x2</source>
+        <translation>Zu öffnende Bilder, etwa 1001-1100 oder 1001-1100x2</translation>
+    </message>
+    <message>
+        <source>Fra&amp;mes:</source>
+        <translation>&amp;Bilder:</translation>
+    </message>
+    <message>
+        <source>Sequence</source>
+        <translation>Sequenz</translation>
+    </message>
+    <message>
+        <source>Single file</source>
+        <translation>Einzelne Datei</translation>
+    </message>
+    <message>
+        <source>As:</source>
+        <translation>Als:</translation>
+    </message>
+    <message>
+        <source>As</source>
+        <translation>Als</translation>
+    </message>
+    <message>
+        <source>Digits of the frame at least</source>
+        <translation>Mindestzahl der Ziffern des Bildes</translation>
+    </message>
+    <message>
+        <source>&amp;Padding:</source>
+        <translation>&amp;Stellen:</translation>
+    </message>
+    <message>
+        <source>F&amp;ilter:</source>
+        <translation>F&amp;ilter:</translation>
+    </message>
+    <message>
+        <source>Show what the filter beside it asks for again</source>
+        <translation>Wieder zeigen, wonach der Filter daneben fragt</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>No frame of this sequence lies in %1.</source>
+        <translation>Kein Bild dieser Sequenz liegt in %1.</translation>
+    </message>
+    <message>
+        <source>Frames are written as 1001-1100, or 1001-1100x2 for every second one.</source>
+        <translation>Bilder schreibt man als 1001-1100, oder 1001-1100x2 für jedes zweite.</translation>
+    </message>
+    <message>
+        <source>This file exists and would be replaced.</source>
+        <translation>Diese Datei gibt es; sie würde ersetzt.</translation>
+    </message>
+    <message>
+        <source>Frame %1 exists and would be replaced.</source>
+        <translation>Bild %1 gibt es; es würde ersetzt.</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n frames exist and would be replaced (%1).</source>
+        <translation>
+            <numerusform>%n Bild gibt es; es würde ersetzt (%1).</numerusform>
+            <numerusform>%n Bilder gibt es; sie würden ersetzt (%1).</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Frame %1 is missing</source>
+        <translation>Bild %1 fehlt</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n frames are missing: %1</source>
+        <translation>
+            <numerusform>%n Bild fehlt: %1</numerusform>
+            <numerusform>%n Bilder fehlen: %1</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>“%1” exists in “%2” and would be lost.</source>
+        <translation>„%1“ gibt es in „%2“; die Datei ginge verloren.</translation>
+    </message>
+    <message>
+        <source>One frame of “%1” exists in “%2” and would be lost.</source>
+        <translation>Ein Bild von „%1“ gibt es in „%2“; es ginge verloren.</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n frames of “%1” exist in “%2” and would be lost.</source>
+        <translation>
+            <numerusform>%n Bild von „%1“ gibt es in „%2“; es ginge verloren.</numerusform>
+            <numerusform>%n Bilder von „%1“ gibt es in „%2“; sie gingen verloren.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>There is no file “%1” in this folder.</source>
+        <translation>In diesem Ordner gibt es keine Datei „%1“.</translation>
+    </message>
+    <message>
+        <source>Only one name can be given here.</source>
+        <translation>Hier kann nur ein Name stehen.</translation>
+    </message>
+    <message>
+        <source>All files have to lie in one folder.</source>
+        <translation>Alle Dateien müssen in einem Ordner liegen.</translation>
+    </message>
+    <message>
+        <source>The name “%1” has a character that no file name may have.</source>
+        <translation>Der Name „%1“ enthält ein Zeichen, das in keinem Dateinamen stehen darf.</translation>
+    </message>
+    <message>
+        <source>The name “%1” is kept for a device.</source>
+        <translation>Der Name „%1“ gehört einem Gerät.</translation>
+    </message>
+    <message>
+        <source>The name is too long.</source>
+        <translation>Der Name ist zu lang.</translation>
+    </message>
+    <message>
+        <source>A folder has the name “%1”.</source>
+        <translation>Ein Ordner heißt „%1“.</translation>
+    </message>
+    <message>
+        <source>A single file is wanted here, not a sequence.</source>
+        <translation>Hier ist eine einzelne Datei gefragt, keine Sequenz.</translation>
+    </message>
+    <message>
+        <source>A sequence is wanted here, not a single file.</source>
+        <translation>Hier ist eine Sequenz gefragt, keine einzelne Datei.</translation>
+    </message>
+    <message>
+        <source>You have no permission to write in this folder.</source>
+        <translation>Ihnen fehlt die Berechtigung, in diesen Ordner zu schreiben.</translation>
+    </message>
+    <message>
+        <source>The folder %1 could not be made: %2</source>
+        <translation>Der Ordner %1 ließ sich nicht anlegen: %2</translation>
+    </message>
+    <message>
+        <source>The folder %1 will be made.</source>
+        <translation>Der Ordner %1 wird angelegt.</translation>
+    </message>
+    <message>
+        <source>Replace files?</source>
+        <translation>Dateien ersetzen?</translation>
+    </message>
+    <message>
+        <source>Replace the file?</source>
+        <translation>Datei ersetzen?</translation>
+    </message>
+    <message>
+        <source>&amp;Replace</source>
+        <translation>&amp;Ersetzen</translation>
+    </message>
+    <message>
+        <source>The folder does not answer</source>
+        <translation>Der Ordner antwortet nicht</translation>
+    </message>
+    <message>
+        <source>It is not known whether the file exists: the folder does not answer.</source>
+        <translation>Ob es die Datei gibt, ist nicht bekannt: Der Ordner antwortet nicht.</translation>
+    </message>
+    <message>
+        <source>&amp;Save Anyway</source>
+        <translation>Trotzdem &amp;speichern</translation>
+    </message>
+    <message>
+        <source>It is not known whether what was chosen exists: the folder does not answer.</source>
+        <translation>Ob es das Gewählte gibt, ist nicht bekannt: Der Ordner antwortet nicht.</translation>
+    </message>
+    <message>
+        <source>C&amp;hoose Anyway</source>
+        <translation>Trotzdem &amp;wählen</translation>
+    </message>
+    <message>
+        <source>&amp;Open Anyway</source>
+        <translation>Trotzdem ö&amp;ffnen</translation>
+    </message>
+    <message>
+        <source>&amp;Save</source>
+        <translation>&amp;Speichern</translation>
+    </message>
+    <message>
+        <source>C&amp;hoose</source>
+        <translation>&amp;Wählen</translation>
+    </message>
+    <message>
+        <source>&amp;Open</source>
+        <translation>Ö&amp;ffnen</translation>
+    </message>
+    <message>
+        <source>Open</source>
+        <translation>Öffnen</translation>
+    </message>
+    <message>
+        <source>Open Files</source>
+        <translation>Dateien öffnen</translation>
+    </message>
+    <message>
+        <source>Save As</source>
+        <translation>Speichern unter</translation>
+    </message>
+    <message>
+        <source>Choose a Folder</source>
+        <translation>Einen Ordner wählen</translation>
+    </message>
+    <message>
+        <source>Fol&amp;der:</source>
+        <translation>&amp;Ordner:</translation>
+    </message>
+    <message>
+        <source>&amp;Name:</source>
+        <translation>&amp;Name:</translation>
+    </message>
+    <message>
+        <source>All files</source>
+        <translation>Alle Dateien</translation>
+    </message>
+    <message>
+        <source>Filter: %1</source>
+        <translation>Filter: %1</translation>
+    </message>
+    <message>
+        <source>None yet</source>
+        <translation>Noch keine</translation>
+    </message>
+</context>
+<context>
     <name>FileListModel</name>
     <message>
         <source>Today %1</source>
@@ -138,6 +382,127 @@ Zeile %2, Spalte %3</translation>
     <message>
         <source>%1 file</source>
         <translation>%1-Datei</translation>
+    </message>
+    <message>
+        <source>It was stopped.</source>
+        <translation>Es wurde angehalten.</translation>
+    </message>
+    <message numerus="yes">
+        <source>Reading was stopped after %n entries.</source>
+        <translation>
+            <numerusform>Das Lesen wurde nach %n Eintrag angehalten.</numerusform>
+            <numerusform>Das Lesen wurde nach %n Einträgen angehalten.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>This folder does not exist any more.</source>
+        <translation>Diesen Ordner gibt es nicht mehr.</translation>
+    </message>
+    <message numerus="yes">
+        <source>Reading stopped after %n entries: %1</source>
+        <translation>
+            <numerusform>Das Lesen endete nach %n Eintrag: %1</numerusform>
+            <numerusform>Das Lesen endete nach %n Einträgen: %1</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; has no place for the numbers of frames.</source>
+        <translation>„%1“ hat keine Stelle für die Nummern der Bilder.</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; does not exist.</source>
+        <translation>„%1“ gibt es nicht.</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; does not lie in a folder.</source>
+        <translation>„%1“ liegt in keinem Ordner.</translation>
+    </message>
+    <message>
+        <source>You have no permission to change &quot;%1&quot;.</source>
+        <translation>Ihnen fehlt die Berechtigung, „%1“ zu ändern.</translation>
+    </message>
+    <message>
+        <source>The server of &quot;%1&quot; does not answer.</source>
+        <translation>Der Server von „%1“ antwortet nicht.</translation>
+    </message>
+    <message>
+        <source>The name &quot;%1&quot; is too long.</source>
+        <translation>Der Name „%1“ ist zu lang.</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; exists already.</source>
+        <translation>„%1“ gibt es schon.</translation>
+    </message>
+    <message>
+        <source>There is no room left on the disk of &quot;%1&quot;.</source>
+        <translation>Auf dem Datenträger von „%1“ ist kein Platz mehr.</translation>
+    </message>
+    <message>
+        <source>The disk of &quot;%1&quot; can only be read.</source>
+        <translation>Der Datenträger von „%1“ lässt sich nur lesen.</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; cannot be moved to another disk by renaming.</source>
+        <translation>„%1“ lässt sich nicht durch Umbenennen auf einen anderen Datenträger bringen.</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; cannot be changed: %2.</source>
+        <translation>„%1“ lässt sich nicht ändern: %2.</translation>
+    </message>
+</context>
+<context>
+    <name>FilePathEdit</name>
+    <message>
+        <source>This is on another computer.</source>
+        <translation>Das liegt auf einem anderen Rechner.</translation>
+    </message>
+    <message>
+        <source>This is no path.</source>
+        <translation>Das ist kein Pfad.</translation>
+    </message>
+    <message>
+        <source>This is a folder.</source>
+        <translation>Das ist ein Ordner.</translation>
+    </message>
+    <message>
+        <source>This is not a folder.</source>
+        <translation>Das ist kein Ordner.</translation>
+    </message>
+    <message>
+        <source>This file exists.</source>
+        <translation>Diese Datei gibt es.</translation>
+    </message>
+    <message>
+        <source>This folder does not exist.</source>
+        <translation>Diesen Ordner gibt es nicht.</translation>
+    </message>
+    <message>
+        <source>This file does not exist.</source>
+        <translation>Diese Datei gibt es nicht.</translation>
+    </message>
+    <message>
+        <source>The server of this path does not answer.</source>
+        <translation>Der Server dieses Pfads antwortet nicht.</translation>
+    </message>
+    <message>
+        <source>Choose a folder</source>
+        <translation>Einen Ordner wählen</translation>
+    </message>
+    <message>
+        <source>Choose a path</source>
+        <translation>Einen Pfad wählen</translation>
+    </message>
+    <message>
+        <source>Choose a file</source>
+        <translation>Eine Datei wählen</translation>
+    </message>
+    <message>
+        <source>%1 (F4)</source>
+        <translation>%1 (F4)</translation>
+    </message>
+    <message>
+        <source>Looking…</source>
+        <translation>Wird gesucht …</translation>
     </message>
 </context>
 <context>
@@ -402,6 +767,46 @@ Zeile %2, Spalte %3</translation>
     </message>
 </context>
 <context>
+    <name>Kestrel::UI::CompletionPopup</name>
+    <message numerus="yes">
+        <source>%n more</source>
+        <translation>
+            <numerusform>%n weitere</numerusform>
+            <numerusform>%n weitere</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Completions</source>
+        <translation>Ergänzungen</translation>
+    </message>
+</context>
+<context>
+    <name>Kestrel::UI::CrumbButton</name>
+    <message>
+        <source>Folders in %1</source>
+        <translation>Ordner in %1</translation>
+    </message>
+    <message>
+        <source>Folders between</source>
+        <translation>Ordner dazwischen</translation>
+    </message>
+</context>
+<context>
+    <name>Kestrel::UI::CrumbMenu</name>
+    <message>
+        <source>Reading…</source>
+        <translation>Wird gelesen …</translation>
+    </message>
+    <message>
+        <source>More in the List</source>
+        <translation>Mehr in der Liste</translation>
+    </message>
+    <message>
+        <source>No folders</source>
+        <translation>Keine Ordner</translation>
+    </message>
+</context>
+<context>
     <name>Kestrel::UI::CurveEditor</name>
     <message>
         <source>reset</source>
@@ -594,6 +999,26 @@ Zeile %2, Spalte %3</translation>
     <message>
         <source>Gamma 1/2.2</source>
         <translation>Gamma 1/2,2</translation>
+    </message>
+    <message>
+        <source>Save Curve...</source>
+        <translation>Kurve sichern …</translation>
+    </message>
+    <message>
+        <source>Forget</source>
+        <translation>Vergessen</translation>
+    </message>
+    <message>
+        <source>Save Curve</source>
+        <translation>Kurve sichern</translation>
+    </message>
+    <message>
+        <source>Name of the preset</source>
+        <translation>Name der Vorlage</translation>
+    </message>
+    <message>
+        <source>Save</source>
+        <translation>Sichern</translation>
     </message>
 </context>
 <context>
@@ -811,6 +1236,10 @@ Zeile %2, Spalte %3</translation>
             <numerusform>%n Knoten</numerusform>
             <numerusform>%n Knoten</numerusform>
         </translation>
+    </message>
+    <message>
+        <source>The slope follows from the knots</source>
+        <translation>Die Steigung folgt aus den Knoten</translation>
     </message>
 </context>
 <context>
@@ -1362,6 +1791,331 @@ einer Tätigkeit, deren Anfang sie schon trägt.</translation>
     </message>
 </context>
 <context>
+    <name>Kestrel::UI::FavoritesFile</name>
+    <message>
+        <source>The favourites could not be read past line %1; a copy was kept as %2.</source>
+        <translation>Die Favoriten ließen sich nach Zeile %1 nicht weiter lesen; eine Kopie liegt als %2 bereit.</translation>
+    </message>
+    <message>
+        <source>The favourites cannot be read: %1</source>
+        <translation>Die Favoriten lassen sich nicht lesen: %1</translation>
+    </message>
+    <message>
+        <source>The favourites cannot be saved: %1</source>
+        <translation>Die Favoriten lassen sich nicht speichern: %1</translation>
+    </message>
+    <message>
+        <source>The favourites are not saved yet: another program is saving them.</source>
+        <translation>Die Favoriten sind noch nicht gespeichert: Ein anderes Programm speichert sie gerade.</translation>
+    </message>
+    <message>
+        <source>The favourites are damaged and cannot be copied, so they are not replaced.</source>
+        <translation>Die Favoriten sind beschädigt und lassen sich nicht kopieren; deshalb werden sie nicht ersetzt.</translation>
+    </message>
+    <message>
+        <source>The favourites could not be read past line %1.</source>
+        <translation>Die Favoriten ließen sich nach Zeile %1 nicht weiter lesen.</translation>
+    </message>
+</context>
+<context>
+    <name>Kestrel::UI::FavoritesModel</name>
+    <message>
+        <source>Home</source>
+        <translation>Persönlicher Ordner</translation>
+    </message>
+    <message>
+        <source>File System</source>
+        <translation>Dateisystem</translation>
+    </message>
+    <message>
+        <source>Project</source>
+        <translation>Projekt</translation>
+    </message>
+    <message>
+        <source>Favourites</source>
+        <translation>Favoriten</translation>
+    </message>
+    <message>
+        <source>Places</source>
+        <translation>Orte</translation>
+    </message>
+    <message>
+        <source>Recent</source>
+        <translation>Zuletzt benutzt</translation>
+    </message>
+    <message>
+        <source>Bookmarks of the Desktop</source>
+        <translation>Lesezeichen des Desktops</translation>
+    </message>
+    <message>
+        <source>Group</source>
+        <translation>Gruppe</translation>
+    </message>
+    <message>
+        <source>%1, cannot be reached</source>
+        <translation>%1, nicht erreichbar</translation>
+    </message>
+</context>
+<context>
+    <name>Kestrel::UI::FavoritesView</name>
+    <message>
+        <source>Places</source>
+        <translation>Orte</translation>
+    </message>
+    <message>
+        <source>Removed %1</source>
+        <translation>%1 entfernt</translation>
+    </message>
+    <message>
+        <source>New Group</source>
+        <translation>Neue Gruppe</translation>
+    </message>
+    <message>
+        <source>Undo</source>
+        <translation>Rückgängig</translation>
+    </message>
+    <message>
+        <source>Brings it back (Ctrl+Z)</source>
+        <translation>Holt es zurück (Strg+Z)</translation>
+    </message>
+    <message>
+        <source>Open</source>
+        <translation>Öffnen</translation>
+    </message>
+    <message>
+        <source>Open in New Window</source>
+        <translation>In neuem Fenster öffnen</translation>
+    </message>
+    <message>
+        <source>Copy Path</source>
+        <translation>Pfad kopieren</translation>
+    </message>
+    <message>
+        <source>Add to Favourites</source>
+        <translation>Zu den Favoriten</translation>
+    </message>
+    <message>
+        <source>Clear Recent</source>
+        <translation>Zuletzt benutzte löschen</translation>
+    </message>
+    <message>
+        <source>Rename</source>
+        <translation>Umbenennen</translation>
+    </message>
+    <message>
+        <source>Remove</source>
+        <translation>Entfernen</translation>
+    </message>
+    <message>
+        <source>Move Up</source>
+        <translation>Nach oben</translation>
+    </message>
+    <message>
+        <source>Move Down</source>
+        <translation>Nach unten</translation>
+    </message>
+    <message>
+        <source>Import from the Desktop</source>
+        <translation>Vom Desktop übernehmen</translation>
+    </message>
+</context>
+<context>
+    <name>Kestrel::UI::FileBrowser</name>
+    <message numerus="yes">
+        <source>Reading stopped after %Ln entries: %1</source>
+        <translation>
+            <numerusform>Das Lesen endete nach %Ln Eintrag: %1</numerusform>
+            <numerusform>Das Lesen endete nach %Ln Einträgen: %1</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>1 folder</source>
+        <translation>1 Ordner</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln folders</source>
+        <translation>
+            <numerusform>%Ln Ordner</numerusform>
+            <numerusform>%Ln Ordner</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>1 sequence</source>
+        <translation>1 Sequenz</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln sequences</source>
+        <translation>
+            <numerusform>%Ln Sequenz</numerusform>
+            <numerusform>%Ln Sequenzen</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>1 file</source>
+        <translation>1 Datei</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln files</source>
+        <translation>
+            <numerusform>%Ln Datei</numerusform>
+            <numerusform>%Ln Dateien</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln selected</source>
+        <translation>
+            <numerusform>%Ln ausgewählt</numerusform>
+            <numerusform>%Ln ausgewählt</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>%1, %2</source>
+        <translation>%1, %2</translation>
+    </message>
+    <message numerus="yes">
+        <source>Reading: %Ln entries</source>
+        <translation>
+            <numerusform>Lesen: %Ln Eintrag</numerusform>
+            <numerusform>Lesen: %Ln Einträge</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Waiting for the server of this folder…</source>
+        <translation>Warten auf den Server dieses Ordners …</translation>
+    </message>
+    <message>
+        <source>This folder does not exist any more.</source>
+        <translation>Diesen Ordner gibt es nicht mehr.</translation>
+    </message>
+    <message numerus="yes">
+        <source>Reading was stopped after %Ln entries.</source>
+        <translation>
+            <numerusform>Das Lesen wurde nach %Ln Eintrag angehalten.</numerusform>
+            <numerusform>Das Lesen wurde nach %Ln Einträgen angehalten.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>This folder is empty.</source>
+        <translation>Dieser Ordner ist leer.</translation>
+    </message>
+    <message>
+        <source>Everything in this folder is hidden.</source>
+        <translation>Alles in diesem Ordner ist verborgen.</translation>
+    </message>
+    <message>
+        <source>Nothing of the kind that is looked for is in this folder.</source>
+        <translation>In diesem Ordner ist nichts von der gesuchten Art.</translation>
+    </message>
+    <message>
+        <source>No item matches “%1”.</source>
+        <translation>Nichts passt zu „%1“.</translation>
+    </message>
+    <message>
+        <source>Files</source>
+        <translation>Dateien</translation>
+    </message>
+    <message>
+        <source>Open</source>
+        <translation>Öffnen</translation>
+    </message>
+    <message>
+        <source>Copy Path</source>
+        <translation>Pfad kopieren</translation>
+    </message>
+    <message>
+        <source>View</source>
+        <translation>Ansicht</translation>
+    </message>
+    <message>
+        <source>%1 (%2)</source>
+        <translation>%1 (%2)</translation>
+    </message>
+    <message>
+        <source>Kind of files</source>
+        <translation>Art der Dateien</translation>
+    </message>
+    <message>
+        <source>Back</source>
+        <translation>Zurück</translation>
+    </message>
+    <message>
+        <source>Forward</source>
+        <translation>Vorwärts</translation>
+    </message>
+    <message>
+        <source>Up</source>
+        <translation>Aufwärts</translation>
+    </message>
+    <message>
+        <source>Home</source>
+        <translation>Persönlicher Ordner</translation>
+    </message>
+    <message>
+        <source>Refresh</source>
+        <translation>Neu lesen</translation>
+    </message>
+    <message>
+        <source>Stop</source>
+        <translation>Anhalten</translation>
+    </message>
+    <message>
+        <source>Edit Path</source>
+        <translation>Pfad bearbeiten</translation>
+    </message>
+    <message>
+        <source>Filter</source>
+        <translation>Filter</translation>
+    </message>
+    <message>
+        <source>Show Hidden Files</source>
+        <translation>Verborgene Dateien zeigen</translation>
+    </message>
+    <message>
+        <source>Show Frames One by One</source>
+        <translation>Bilder einzeln zeigen</translation>
+    </message>
+    <message>
+        <source>Details</source>
+        <translation>Einzelheiten</translation>
+    </message>
+    <message>
+        <source>Compact</source>
+        <translation>Kompakt</translation>
+    </message>
+    <message>
+        <source>Thumbnails</source>
+        <translation>Vorschaubilder</translation>
+    </message>
+    <message>
+        <source>Words of names, or the number of a frame</source>
+        <translation>Wörter aus Namen oder die Nummer eines Bildes</translation>
+    </message>
+    <message>
+        <source>Try Again</source>
+        <translation>Noch einmal</translation>
+    </message>
+    <message>
+        <source>Stop Waiting</source>
+        <translation>Nicht mehr warten</translation>
+    </message>
+    <message>
+        <source>Go to %1</source>
+        <translation>Zu %1</translation>
+    </message>
+    <message>
+        <source>Clear Filter</source>
+        <translation>Filter löschen</translation>
+    </message>
+    <message>
+        <source>%1 missing</source>
+        <translation>%1 fehlen</translation>
+    </message>
+    <message>
+        <source>Name</source>
+        <translation>Name</translation>
+    </message>
+</context>
+<context>
     <name>Kestrel::UI::FileListModel</name>
     <message>
         <source>This file does not exist any more.</source>
@@ -1382,6 +2136,57 @@ einer Tätigkeit, deren Anfang sie schon trägt.</translation>
     <message>
         <source>There are %1.</source>
         <translation>Vorhanden sind %1.</translation>
+    </message>
+</context>
+<context>
+    <name>Kestrel::UI::HistogramScope</name>
+    <message>
+        <source>Red</source>
+        <translation>Rot</translation>
+    </message>
+    <message>
+        <source>Green</source>
+        <translation>Grün</translation>
+    </message>
+    <message>
+        <source>Blue</source>
+        <translation>Blau</translation>
+    </message>
+    <message>
+        <source>Alpha</source>
+        <translation>Alpha</translation>
+    </message>
+    <message>
+        <source>Luma</source>
+        <translation>Luma</translation>
+    </message>
+    <message>
+        <source>Largest</source>
+        <translation>Größter</translation>
+    </message>
+    <message>
+        <source>%1 %2</source>
+        <translation>%1 %2</translation>
+    </message>
+    <message>
+        <source>Histogram</source>
+        <translation>Histogramm</translation>
+    </message>
+    <message>
+        <source>Logarithmic heights</source>
+        <translation>Logarithmische Höhen</translation>
+    </message>
+    <message>
+        <source>Cumulative line</source>
+        <translation>Summenlinie</translation>
+    </message>
+    <message>
+        <source>Channels above each other</source>
+        <translation>Kanäle übereinander</translation>
+    </message>
+    <message>
+        <source>Fit range to values</source>
+        <translation>Bereich an Werte anpassen</translation>
     </message>
 </context>
 <context>
@@ -1516,10 +2321,398 @@ einer Tätigkeit, deren Anfang sie schon trägt.</translation>
     </message>
 </context>
 <context>
+    <name>Kestrel::UI::NoticeLine</name>
+    <message>
+        <source>Next &amp;Version</source>
+        <translation>Nächste &amp;Version</translation>
+    </message>
+    <message>
+        <source>Give the name the next version that is free (Ctrl+Shift+Plus)</source>
+        <translation>Dem Namen die nächste freie Version geben (Strg+Umschalt+Plus)</translation>
+    </message>
+</context>
+<context>
+    <name>Kestrel::UI::PathBar</name>
+    <message>
+        <source>Path</source>
+        <translation>Pfad</translation>
+    </message>
+    <message>
+        <source>No path has a character of this kind.</source>
+        <translation>In keinem Pfad steht ein solches Zeichen.</translation>
+    </message>
+    <message>
+        <source>This is on another computer.</source>
+        <translation>Das liegt auf einem anderen Rechner.</translation>
+    </message>
+    <message>
+        <source>Nobody knows where your home folder is.</source>
+        <translation>Wo Ihr persönlicher Ordner liegt, ist nicht bekannt.</translation>
+    </message>
+    <message>
+        <source>This folder does not exist.</source>
+        <translation>Diesen Ordner gibt es nicht.</translation>
+    </message>
+    <message>
+        <source>There is no folder or file of this name.</source>
+        <translation>Es gibt weder Ordner noch Datei dieses Namens.</translation>
+    </message>
+    <message>
+        <source>The server of this folder does not answer.</source>
+        <translation>Der Server dieses Ordners antwortet nicht.</translation>
+    </message>
+</context>
+<context>
+    <name>Kestrel::UI::PathField</name>
+    <message>
+        <source>Folder</source>
+        <translation>Ordner</translation>
+    </message>
+</context>
+<context>
+    <name>Kestrel::UI::PathRemapModel</name>
+    <message>
+        <source>The file is too large.</source>
+        <translation>Die Datei ist zu groß.</translation>
+    </message>
+    <message>
+        <source>Line %1: %2.</source>
+        <translation>Zeile %1: %2.</translation>
+    </message>
+    <message>
+        <source>The file has no path rules of a version that is known.</source>
+        <translation>Die Datei hat keine Pfadregeln einer bekannten Version.</translation>
+    </message>
+    <message>
+        <source>The file has too many rules.</source>
+        <translation>Die Datei hat zu viele Regeln.</translation>
+    </message>
+    <message>
+        <source>Rule %1: %2 is missing.</source>
+        <translation>Regel %1: %2 fehlt.</translation>
+    </message>
+    <message>
+        <source>Rule %1 has a path that cannot be written as text.</source>
+        <translation>Regel %1 hat einen Pfad, der sich nicht als Text schreiben lässt.</translation>
+    </message>
+    <message>
+        <source>Use Rule</source>
+        <translation>Regel verwenden</translation>
+    </message>
+    <message>
+        <source>Do Not Use Rule</source>
+        <translation>Regel nicht verwenden</translation>
+    </message>
+    <message>
+        <source>On</source>
+        <translation>An</translation>
+    </message>
+    <message>
+        <source>From</source>
+        <translation>Von</translation>
+    </message>
+    <message>
+        <source>To</source>
+        <translation>Nach</translation>
+    </message>
+    <message>
+        <source>Result</source>
+        <translation>Ergebnis</translation>
+    </message>
+    <message>
+        <source>Status</source>
+        <translation>Zustand</translation>
+    </message>
+    <message>
+        <source>Remove Rule</source>
+        <translation>Regel entfernen</translation>
+    </message>
+    <message>
+        <source>Remove Rules</source>
+        <translation>Regeln entfernen</translation>
+    </message>
+    <message>
+        <source>Nothing to replace is given.</source>
+        <translation>Es ist nichts angegeben, das zu ersetzen wäre.</translation>
+    </message>
+    <message>
+        <source>The path to replace must begin at the root or with a drive.</source>
+        <translation>Der zu ersetzende Pfad muss bei der Wurzel oder mit einem Laufwerk beginnen.</translation>
+    </message>
+    <message>
+        <source>The path to replace must not have &quot;..&quot; in it.</source>
+        <translation>Im zu ersetzenden Pfad darf kein „..“ stehen.</translation>
+    </message>
+    <message>
+        <source>Nothing to replace it by is given.</source>
+        <translation>Es ist nichts angegeben, wodurch er zu ersetzen wäre.</translation>
+    </message>
+    <message>
+        <source>Never used: rule %1 comes first.</source>
+        <translation>Nie verwendet: Regel %1 kommt zuvor.</translation>
+    </message>
+    <message>
+        <source>Type both paths here to add a rule</source>
+        <translation>Beide Pfade hier eingeben, um eine Regel hinzuzufügen</translation>
+    </message>
+    <message>
+        <source>on</source>
+        <translation>an</translation>
+    </message>
+    <message>
+        <source>off</source>
+        <translation>aus</translation>
+    </message>
+    <message>
+        <source>new rule</source>
+        <translation>neue Regel</translation>
+    </message>
+    <message>
+        <source>Change Rule</source>
+        <translation>Regel ändern</translation>
+    </message>
+    <message>
+        <source>Add Rule</source>
+        <translation>Regel hinzufügen</translation>
+    </message>
+    <message>
+        <source>New rule…</source>
+        <translation>Neue Regel …</translation>
+    </message>
+    <message>
+        <source>Windows path</source>
+        <translation>Windows-Pfad</translation>
+    </message>
+</context>
+<context>
+    <name>Kestrel::UI::PathRemapTable</name>
+    <message>
+        <source>Too many folders do not answer.</source>
+        <translation>Zu viele Ordner antworten nicht.</translation>
+    </message>
+    <message>
+        <source>Remove Rule</source>
+        <translation>Regel entfernen</translation>
+    </message>
+    <message>
+        <source>Remove Rules</source>
+        <translation>Regeln entfernen</translation>
+    </message>
+    <message>
+        <source>Add</source>
+        <translation>Hinzufügen</translation>
+    </message>
+    <message>
+        <source>Begins a new rule</source>
+        <translation>Beginnt eine neue Regel</translation>
+    </message>
+    <message>
+        <source>Remove</source>
+        <translation>Entfernen</translation>
+    </message>
+    <message>
+        <source>Removes the selected rules (Del)</source>
+        <translation>Entfernt die gewählten Regeln (Entf)</translation>
+    </message>
+    <message>
+        <source>Up</source>
+        <translation>Aufwärts</translation>
+    </message>
+    <message>
+        <source>Earlier rules come first (Alt+Up)</source>
+        <translation>Frühere Regeln gelten zuerst (Alt+Auf)</translation>
+    </message>
+    <message>
+        <source>Down</source>
+        <translation>Abwärts</translation>
+    </message>
+    <message>
+        <source>Later rules come last (Alt+Down)</source>
+        <translation>Spätere Regeln gelten zuletzt (Alt+Ab)</translation>
+    </message>
+    <message>
+        <source>Import…</source>
+        <translation>Importieren …</translation>
+    </message>
+    <message>
+        <source>Adds the rules of a file</source>
+        <translation>Fügt die Regeln einer Datei hinzu</translation>
+    </message>
+    <message>
+        <source>Export…</source>
+        <translation>Exportieren …</translation>
+    </message>
+    <message>
+        <source>Writes the rules to a file</source>
+        <translation>Schreibt die Regeln in eine Datei</translation>
+    </message>
+    <message>
+        <source>&amp;Try a path:</source>
+        <translation>Einen Pfad &amp;prüfen:</translation>
+    </message>
+    <message>
+        <source>Import Rules</source>
+        <translation>Regeln importieren</translation>
+    </message>
+    <message>
+        <source>Export Rules</source>
+        <translation>Regeln exportieren</translation>
+    </message>
+    <message>
+        <source>Path rules (*.json)</source>
+        <translation>Pfadregeln (*.json)</translation>
+    </message>
+    <message>
+        <source>All files (*)</source>
+        <translation>Alle Dateien (*)</translation>
+    </message>
+    <message>
+        <source>No rule matches.</source>
+        <translation>Keine Regel passt.</translation>
+    </message>
+    <message>
+        <source>Move Rule</source>
+        <translation>Regel verschieben</translation>
+    </message>
+    <message>
+        <source>Move Rules</source>
+        <translation>Regeln verschieben</translation>
+    </message>
+    <message>
+        <source>Path rules</source>
+        <translation>Pfadregeln</translation>
+    </message>
+    <message>
+        <source>Paste Rules</source>
+        <translation>Regeln einfügen</translation>
+    </message>
+</context>
+<context>
     <name>Kestrel::UI::PromptComboBox</name>
     <message>
         <source>Choose…</source>
         <translation>Auswählen …</translation>
+    </message>
+</context>
+<context>
+    <name>Kestrel::UI::ReplaceSheet</name>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>Next &amp;Version</source>
+        <translation>Nächste &amp;Version</translation>
+    </message>
+</context>
+<context>
+    <name>Kestrel::UI::ScopeView</name>
+    <message>
+        <source>Unit</source>
+        <translation>Einheit</translation>
+    </message>
+    <message>
+        <source>Single pixels visible</source>
+        <translation>Einzelne Bildpunkte sichtbar</translation>
+    </message>
+    <message>
+        <source>Held result visible</source>
+        <translation>Gehaltenes Ergebnis sichtbar</translation>
+    </message>
+    <message>
+        <source>Let held result go</source>
+        <translation>Gehaltenes Ergebnis loslassen</translation>
+    </message>
+    <message>
+        <source>Hold</source>
+        <translation>Halten</translation>
+    </message>
+    <message>
+        <source>Show everything</source>
+        <translation>Alles zeigen</translation>
+    </message>
+    <message>
+        <source>Percent</source>
+        <translation>Prozent</translation>
+    </message>
+    <message>
+        <source>IRE</source>
+        <translation>IRE</translation>
+    </message>
+    <message>
+        <source>8-bit codes</source>
+        <translation>8-Bit-Codes</translation>
+    </message>
+    <message>
+        <source>10-bit codes</source>
+        <translation>10-Bit-Codes</translation>
+    </message>
+    <message>
+        <source>12-bit codes</source>
+        <translation>12-Bit-Codes</translation>
+    </message>
+    <message>
+        <source>Millivolts</source>
+        <translation>Millivolt</translation>
+    </message>
+    <message>
+        <source>Nits, SDR</source>
+        <translation>Nits, SDR</translation>
+    </message>
+    <message>
+        <source>Nits, PQ</source>
+        <translation>Nits, PQ</translation>
+    </message>
+    <message>
+        <source>Nits, HLG</source>
+        <translation>Nits, HLG</translation>
+    </message>
+    <message>
+        <source>Stops</source>
+        <translation>Blenden</translation>
+    </message>
+    <message>
+        <source>Values</source>
+        <translation>Werte</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n pixel(s)</source>
+        <translation>
+            <numerusform>%n Bildpunkt</numerusform>
+            <numerusform>%n Bildpunkte</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>%1, %2</source>
+        <translation>%1, %2</translation>
+    </message>
+    <message>
+        <source>%1 %2, %3</source>
+        <translation>%1 %2, %3</translation>
+    </message>
+    <message>
+        <source>No picture</source>
+        <translation>Kein Bild</translation>
+    </message>
+    <message>
+        <source>Transform failed: %1</source>
+        <translation>Umwandlung fehlgeschlagen: %1</translation>
+    </message>
+    <message>
+        <source>No pixels in the region</source>
+        <translation>Keine Bildpunkte im Bereich</translation>
+    </message>
+    <message>
+        <source>NaN %1</source>
+        <translation>NaN %1</translation>
+    </message>
+    <message>
+        <source>Proxy 1/%1</source>
+        <translation>Proxy 1/%1</translation>
+    </message>
+    <message>
+        <source>1/%1 of rows</source>
+        <translation>1/%1 der Zeilen</translation>
     </message>
 </context>
 <context>
@@ -1833,6 +3026,13 @@ einer Tätigkeit, deren Anfang sie schon trägt.</translation>
     <message>
         <source>The file is larger than %1 MiB</source>
         <translation>Die Datei ist größer als %1 MiB</translation>
+    </message>
+</context>
+<context>
+    <name>ProgressTask</name>
+    <message>
+        <source>The work ended without a result.</source>
+        <translation>Die Arbeit endete ohne Ergebnis.</translation>
     </message>
 </context>
 </TS>
