@@ -1,5 +1,7 @@
 #include "files_gather.h"
 
+#include "../tests/support/SlowCalls.h"
+
 #include <KxUI/files/FileGatherer.h>
 #include <KxUI/files/FileListModel.h>
 #include <KxUI/files/FileManager.h>
@@ -146,6 +148,44 @@ Run allStatuses(const QString& folder) {
     });
 }
 
+// A server far away: each call takes a millisecond.
+template <class Model, class Begin>
+Run firstRows(Begin begin) {
+    static QTemporaryDir root;
+    if (::access(QFile::encodeName(root.filePath("f0x")).constData(), F_OK) != 0) {
+        for (int i = 0; i < 10000; ++i) {
+            const QByteArray path = QFile::encodeName(root.filePath(QString("f%1x").arg(i)));
+            ::close(::open(path.constData(), O_CREAT | O_WRONLY, 0666));
+        }
+    }
+    Kestrel::Test::slowDownCalls(root.path().toStdString(), 1);
+    Model model;
+    const Run run = measured([&](QEventLoop& loop) {
+        QObject::connect(&model, &QAbstractItemModel::rowsInserted, &loop,
+                         [&](const QModelIndex&, int first, int last) {
+                             if (last - first >= 30) // a screen of them
+                                 loop.quit();
+                         });
+        begin(model, root.path());
+    });
+    Kestrel::Test::slowDownCalls({}, 0);
+    return run;
+}
+
+Run firstRowsOfOurs(const QString&) {
+    return firstRows<FileListModel>([](FileListModel& model, const QString& folder) {
+        model.gatherer()->setFoldsSequences(false);
+        model.gatherer()->gatherPath(folder);
+    });
+}
+
+Run firstRowsOfPeer(const QString&) {
+    return firstRows<QFileSystemModel>([](QFileSystemModel& model, const QString& folder) {
+        model.setOption(QFileSystemModel::DontWatchForChanges);
+        model.setRootPath(folder);
+    });
+}
+
 template <class Body>
 void add(const char* work, const char* who, int files, double Run::*what, Body body) {
     Kestrel::Bench::add(work, who,
@@ -179,6 +219,11 @@ void registerGathering() {
     add(stall, "ours", files, &Run::stall, &showRows);
     add(stall, peer, files, &Run::stall, &showByPeer);
     Kestrel::Bench::targetRatio(stall, peer, 20);
+
+    const char* const first = "FileListModel, first rows where each call takes 1 ms";
+    add(first, "ours", files, &Run::total, &firstRowsOfOurs);
+    add(first, peer, files, &Run::total, &firstRowsOfPeer);
+    Kestrel::Bench::targetRatio(first, peer, 10);
 
     const char* const many = "FileGatherer, a million files, 100,000 of them";
     add(many, "ours", 10 * files, &Run::total, &gatherNames);
