@@ -10,6 +10,7 @@
 #include <functional>
 #include <limits>
 #include <random>
+#include <string>
 #include <vector>
 
 using namespace Kestrel::UI;
@@ -44,7 +45,7 @@ std::vector<Trace> traces(unsigned seed) {
             evenly("frames of 90 s", 60, [&](int) { return 90 * spread(random); }),
             // Before it nobody can know, so it comes after a third.
             evenly("a stall", 480, [](int i) { return i == 160 ? 60 : 0.5; }),
-            evenly("a cached tenth", 1000, [](int i) { return i < 100 ? 0.07 : 0.5; }),
+            evenly("a cached tenth", 2400, [](int i) { return i < 240 ? 0.07 : 0.5; }),
             evenly("network", 600, [&](int i) {
                 if (i % 10 == 0)
                     chunk = network(random);
@@ -176,23 +177,36 @@ KXUI_PLAIN_TEST(TimeToGoTest, isNeverFarOut) {
         {"update average", updateAverage},
         {"window", window},
         {"double average", doubleAverage}};
+    constexpr unsigned seeds = 5;
     double worst = 0;
     std::vector<double> worstPeers(peers.size());
-    for (unsigned seed = 1; seed <= 5; ++seed) {
-        for (const Trace& trace : traces(seed)) {
-            const Error error = ours(trace);
-            worst = std::max(worst, error.median);
-            if (seed == 1)
-                std::printf("%-18s median %.2f, 95 %% %.2f, ups %.0f, hidden %.2f\n", trace.name,
-                            error.median, error.most, error.upsAnHour, error.hidden);
-            CHECK(error.median <= 0.35);
-            CHECK(error.most <= 1.65);
-            CHECK(error.upsAnHour <= 30);
-            // A silence that is not usual is told as such.
-            CHECK(error.hidden <= (std::string(trace.name) == "a stall" ? 0.2 : 0.1));
+    for (std::size_t kind = 0; kind < traces(1).size(); ++kind) {
+        Error error;
+        std::vector<double> medians(peers.size());
+        for (unsigned seed = 1; seed <= seeds; ++seed) {
+            const Trace trace = traces(seed)[kind];
+            const Error one = ours(trace);
+            error.median += one.median / seeds;
+            error.most += one.most / seeds;
+            error.upsAnHour += one.upsAnHour / seeds;
+            error.hidden += one.hidden / seeds;
             for (std::size_t i = 0; i < peers.size(); ++i)
-                worstPeers[i] = std::max(worstPeers[i], theirs(trace, peers[i].second()).median);
+                medians[i] += theirs(trace, peers[i].second()).median / seeds;
         }
+        const std::string name = traces(1)[kind].name;
+        std::printf("%-18s median %.2f, 95 %% %.2f, ups %.0f, hidden %.2f;", name.c_str(),
+                    error.median, error.most, error.upsAnHour, error.hidden);
+        worst = std::max(worst, error.median);
+        for (std::size_t i = 0; i < peers.size(); ++i) {
+            worstPeers[i] = std::max(worstPeers[i], medians[i]);
+            std::printf(" %s %.2f", peers[i].first, medians[i]);
+        }
+        std::printf("\n");
+        CHECK(error.median <= 0.35);
+        CHECK(error.most <= 1.6);
+        CHECK(error.upsAnHour <= 30);
+        // A silence that is not usual is told as such.
+        CHECK(error.hidden <= (name == "a stall" ? 0.2 : 0.1));
     }
     std::printf("worst median: ours %.2f", worst);
     for (std::size_t i = 0; i < peers.size(); ++i) {
@@ -235,7 +249,8 @@ KXUI_PLAIN_TEST(TimeToGoTest, staysFiniteWhateverIsReported) {
             default:
                 time.report(now, value);
             }
-            CHECK(isFine(time.estimate(now)) && isFine(time.shown(now)));
+            CHECK(isFine(time.estimate(now)));
+            CHECK(isFine(time.shown(now)));
             CHECK(time.silence(now) >= 0);
         }
     }

@@ -20,7 +20,7 @@ constexpr std::int64_t answerHolds = 60LL * 1000 * 1000 * 1000; // nanoseconds
 QString titleOf(const QByteArray& path, const QString& title, const QString& icon) {
     if (!title.isEmpty())
         return title;
-    if (icon == QLatin1String("PlaceHome"))
+    if (icon == QLatin1String("BrowseHome"))
         return FavoritesModel::tr("Home");
     QByteArray name = path;
     while (name.size() > 1 && name.endsWith('/'))
@@ -59,7 +59,7 @@ std::unique_ptr<PlaceNode> placeNode(FavoritesModel::Section section, const QByt
     auto node = std::make_unique<PlaceNode>();
     node->section = section;
     node->path = path;
-    node->icon = icon.isEmpty() ? QStringLiteral("PlaceFolder") : icon;
+    node->icon = icon.isEmpty() ? QStringLiteral("BrowseFolder") : icon;
     node->title = titleOf(path, title, icon);
     return node;
 }

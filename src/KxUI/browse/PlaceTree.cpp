@@ -65,7 +65,7 @@ PlaceNode* PlaceNode::add(std::unique_ptr<PlaceNode> child) {
 std::vector<Place> desktopBookmarks(const QByteArray& lines, const QByteArray& xbel) {
     std::vector<Place> places;
     for (const QByteArray& line : lines.split('\n')) {
-        const int blank = line.indexOf(' ');
+        const auto blank = line.indexOf(' ');
         const auto path = Xbel::pathOf(viewOf((blank < 0 ? line : line.left(blank)).trimmed()));
         if (path && !Xbel::isAddress(*path))
             addOnce(places,
@@ -83,7 +83,7 @@ MachinePlaces MachinePlaces::read() {
         const QString path = QStandardPaths::writableLocation(location);
         addOnce(found.places, {QFile::encodeName(path), {}, QLatin1String(icon)});
     };
-    standard(QStandardPaths::HomeLocation, "PlaceHome");
+    standard(QStandardPaths::HomeLocation, "BrowseHome");
     standard(QStandardPaths::DesktopLocation, "PlaceDesktop");
     const auto drives = QDir::drives(); // one root where there are no drives
     for (const QFileInfo& drive : drives)

@@ -197,17 +197,12 @@ void addBrowserIcons(QMap<QString, IconPaths>& icons) {
 }
 
 void addPlaceIcons(QMap<QString, IconPaths>& icons) {
-    // Beside places: a folder, several of them, a house, a drive, a screen, a clock, a star.
-    const QPainterPath flap = polygon({{1.5, 3}, {6, 3}, {7.5, 5}, {14.5, 5}, {14.5, 7}, {1.5, 7}});
-    const IconPaths folder{flap | (box(1.5, 6, 13, 7) - box(2.5, 7, 11, 5)), box(2.5, 7, 11, 5)};
+    // Beside places: several folders, a drive, a screen, a clock, a star.
     const QPainterPath front = box(4, 7, 11, 7);
     const IconPaths group{
         (front - box(5, 8, 9, 5)) |
             polygon({{1, 3}, {5, 3}, {6, 4.5}, {11, 4.5}, {11, 6}, {3, 6}, {3, 11}, {1, 11}}),
         box(5, 8, 9, 5)};
-    const IconPaths home{polygon({{8, 1.5}, {15, 8}, {13.5, 9}, {8, 4}, {2.5, 9}, {1, 8}}) |
-                             (box(3, 8, 10, 6) - box(7, 10, 2, 4)),
-                         {}};
     const IconPaths drive{(box(1.5, 6, 13, 6) - box(2.5, 7, 11, 4)) | box(11, 8.5, 2, 1),
                           box(2.5, 7, 11, 4)};
     const IconPaths screen{(box(1, 2.5, 14, 9) - box(2, 3.5, 12, 7)) | box(5, 13, 6, 1) |
@@ -224,9 +219,7 @@ void addPlaceIcons(QMap<QString, IconPaths>& icons) {
     star.addPolygon(points);
     star.closeSubpath();
     const QPainterPath inside = QTransform(0.68, 0, 0, 0.68, 8 * 0.32, 8.5 * 0.32).map(star);
-    icons.insert(QStringLiteral("PlaceFolder"), folder);
     icons.insert(QStringLiteral("PlaceGroup"), group);
-    icons.insert(QStringLiteral("PlaceHome"), home);
     icons.insert(QStringLiteral("PlaceDrive"), drive);
     icons.insert(QStringLiteral("PlaceDesktop"), screen);
     icons.insert(QStringLiteral("PlaceRecent"), recent);

@@ -19,6 +19,11 @@ constexpr double followRate = 0.05; // a second
 constexpr double gatherTime = 0.25; // seconds: reports closer together are one
 constexpr double farthest = 99.0 * 24 * 3600;
 
+// Beyond thirty thousand years a clock is broken, and differences are too coarse.
+bool isTime(double seconds) {
+    return std::fabs(seconds) < 1e12;
+}
+
 // The mean of 2^-u for u from 0 to x: what work that was spread over x half-lives weighs.
 double meanWeight(double x) {
     return x < 1e-6 ? 1 : (1 - std::exp2(-x)) / (x * std::log(2.0));
@@ -40,7 +45,7 @@ double CalmTime::follow(double estimate, double dt) {
         m_counted = estimate;
         m_wrongFor = 0;
     } else {
-        m_counted += error * (1 - std::pow(1 - followRate, dt));
+        m_counted = std::max(0.0, m_counted + error * (1 - std::pow(1 - followRate, dt)));
     }
     if (m_counted <= m_shown || m_counted > 1.15 * m_shown + 3)
         m_shown = m_counted;
@@ -74,11 +79,11 @@ struct TimeToGo::Private {
     double shownAt = -1; ///< when shown() was called last; -1 before
 
     double clock(Seconds now) {
-        last = std::isfinite(now) ? std::max(last, now) : last;
+        last = isTime(now) ? std::max(last, now) : last;
         return elapsed(last);
     }
     double elapsed(Seconds now) const {
-        const double latest = std::isfinite(now) ? std::max(last, now) : last;
+        const double latest = isTime(now) ? std::max(last, now) : last;
         return (isPaused ? pausedAt : latest) - begun - paused;
     }
     double halfLife(double elapsed) const {
@@ -91,6 +96,12 @@ struct TimeToGo::Private {
 void TimeToGo::Private::count(double now) {
     const double span = now - countedAt;
     const double steps = done - countedDone;
+    if (counted == 0 && now < gatherTime) {
+        // Was done before anybody looked: nobody knows how fast.
+        countedAt = now;
+        countedDone = done;
+        return;
+    }
     if (steps <= 0 || (counted > 0 && span < gatherTime) || span <= 0)
         return;
     ++counted;
@@ -134,7 +145,7 @@ void TimeToGo::start(Seconds now, double total) {
     *d = Private();
     d->expected = expected;
     d->total = total;
-    d->begun = d->last = std::isfinite(now) ? now : 0;
+    d->begun = d->last = isTime(now) ? now : 0;
 }
 
 void TimeToGo::report(Seconds now, double done) {
