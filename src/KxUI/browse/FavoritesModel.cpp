@@ -43,6 +43,8 @@ FavoritesModel::FavoritesModel(FavoritesFile* file, QObject* parent)
 FavoritesModel::~FavoritesModel() {
     d->machineBox->close();
     d->answerBox->close();
+    if (d->file)
+        disconnect(d->file, nullptr, this, nullptr);
 }
 
 FavoritesFile* FavoritesModel::file() const {

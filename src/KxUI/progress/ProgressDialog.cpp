@@ -20,8 +20,9 @@ ProgressDialog::ProgressDialog(QWidget* parent)
 }
 
 ProgressDialog::~ProgressDialog() {
-    // Handlers of the rows' buttons may run no more.
-    d->timer.stop();
+    // The manager may be a child, which goes after what is here.
+    if (d->manager)
+        disconnect(d->manager, nullptr, this, nullptr);
 }
 
 ProgressDialog* ProgressDialog::follow(const std::shared_ptr<ProgressTask>& task, QWidget* parent,

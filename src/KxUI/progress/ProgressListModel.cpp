@@ -59,7 +59,10 @@ ProgressListModel::ProgressListModel(QObject* parent)
     : QAbstractTableModel(parent)
     , d(std::make_unique<Private>()) {}
 
-ProgressListModel::~ProgressListModel() = default;
+ProgressListModel::~ProgressListModel() {
+    if (d->manager)
+        disconnect(d->manager, nullptr, this, nullptr);
+}
 
 ProgressManager* ProgressListModel::manager() const {
     return d->manager;

@@ -121,7 +121,10 @@ ProgressStrip::ProgressStrip(QWidget* parent)
     d->refresh();
 }
 
-ProgressStrip::~ProgressStrip() = default;
+ProgressStrip::~ProgressStrip() {
+    if (d->manager)
+        disconnect(d->manager, nullptr, this, nullptr);
+}
 
 ProgressManager* ProgressStrip::manager() const {
     return d->manager;
