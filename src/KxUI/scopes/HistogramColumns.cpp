@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdlib>
 
 namespace Kestrel::UI {
 
@@ -92,7 +93,8 @@ float referenceHeight(const std::vector<float>& columns, int black, int white) {
     for (int i = 0; i <= last; ++i) {
         const float height = columns[std::size_t(i)];
         all = std::max(all, height);
-        if (i != 0 && i != last && i != black && i != white)
+        // A code between two columns falls into both.
+        if (i != 0 && i != last && std::abs(i - black) > 1 && std::abs(i - white) > 1)
             inner = std::max(inner, height);
     }
     return inner > 0 ? inner : all;

@@ -8,9 +8,9 @@
 namespace Kestrel::UI {
 namespace {
 
-constexpr double SideWidth = 6; // of the bars of what is beyond the range
-constexpr double SideGap = 3;   // between them and the plot
-constexpr double FillLight = 0.7;
+constexpr double SideWidth = 6;    // of the bars of what is beyond the range
+constexpr double SideGap = 3;      // between them and the plot
+constexpr double FillLight = 0.55; // three of them are not yet white
 constexpr double LineWidth = 1.25;
 constexpr double Rows = 100; // that keys move a cursor by, upwards
 
@@ -147,7 +147,7 @@ void HistogramScopePrivate::makeColumns(int count) {
     const double end = begin + viewport.width * whole;
     const auto column = [&](double value) {
         const double at = (position(value) - begin) / (end - begin) * count;
-        return at >= 0 && at < count ? int(at) : -1;
+        return at >= 0 && at < count ? int(at) : -2; // none
     };
     float most = 0;
     for (const Channel channel : shown()) {
@@ -319,43 +319,47 @@ void HistogramScopePrivate::paintSelection(DrawingContext& context, const ScopeG
                  colors.selection);
 }
 
-ScopeReadout HistogramScopePrivate::readoutAt(const QPointF& uv) const {
-    const auto counted = result();
-    const CodeCounts* const counts = counted->values.counts();
-    if (!counts || counts->pixels == 0 || uv.x() < 0 || uv.x() > 1)
-        return {};
+// The channels that a place speaks of: that of its row, or all.
+std::vector<ScopeHistogram::Channel> HistogramScopePrivate::channelsAt(double v) const {
+    std::vector<Channel> all;
+    for (const Channel channel : shown()) {
+        if (result()->values.has(channel))
+            all.push_back(channel);
+    }
+    if (layout == HistogramScope::Overlay || all.empty())
+        return all;
+    const auto rows = double(all.size());
+    return {all[std::size_t(std::clamp((1 - v) * rows, 0.0, rows - 0.5))]};
+}
+
+std::uint64_t HistogramScopePrivate::countAt(Channel channel, double u) const {
+    const CodeCounts& counts = *result()->values.counts();
     const double half = step().width() / 2;
     const double from = position(lower);
     const double whole = position(upper) - from;
-    std::vector<Channel> asked = shown();
-    if (layout == HistogramScope::Stacked && !asked.empty()) {
-        const auto row = std::size_t(
-            std::clamp((1 - uv.y()) * double(asked.size()), 0.0, double(asked.size()) - 0.5));
-        asked = {asked[row]};
-    }
+    return places(counts.axes[channel])
+        .count(counts.counts[channel], from + (u - half) * whole, from + (u + half) * whole);
+}
+
+ScopeReadout HistogramScopePrivate::readoutAt(const QPointF& uv) const {
+    const std::uint64_t pixels = result()->values.pixels();
+    const std::vector<Channel> channelsThere = channelsAt(uv.y());
+    if (pixels == 0 || channelsThere.empty() || uv.x() < 0 || uv.x() > 1)
+        return {};
     ScopeReadout readout;
     readout.value = valueAt(uv.x());
     readout.valueText = valueText(readout.value);
+    readout.channel = channelName(channelsThere.front());
+    readout.count = countAt(channelsThere.front(), uv.x());
+    readout.share = double(readout.count) / double(pixels);
+    describe(readout);
+    if (channelsThere.size() == 1)
+        return readout;
     QStringList each;
-    for (const Channel channel : asked) {
-        if (!counted->values.has(channel))
-            continue;
-        const std::uint64_t count =
-            places(counts->axes[channel])
-                .count(counts->counts[channel], from + (uv.x() - half) * whole,
-                       from + (uv.x() + half) * whole);
-        if (each.isEmpty()) {
-            readout.channel = channelName(channel);
-            readout.count = count;
-            readout.share = double(count) / double(counts->pixels);
-        }
-        each.append(HistogramScope::tr("%1 %2").arg(channelName(channel),
-                                                    q->locale().toString(quint64(count))));
-    }
-    if (each.size() == 1)
-        describe(readout);
-    else if (!each.isEmpty())
-        readout.text = readout.valueText + QStringLiteral(": ") + each.join(QStringLiteral(", "));
+    for (const Channel channel : channelsThere)
+        each.append(HistogramScope::tr("%1 %2").arg(
+            channelName(channel), q->locale().toString(quint64(countAt(channel, uv.x())))));
+    readout.text = readout.valueText + QStringLiteral(": ") + each.join(QStringLiteral(", "));
     return readout;
 }
 
@@ -368,22 +372,15 @@ ScopeSelection HistogramScopePrivate::selectionOf(const QPointF& from, const QPo
                                                   const QVector<QPointF>&) const {
     ScopeSelection selection;
     selection.kind = ScopeSelection::Kind::Values;
-    const auto [first, last] = std::minmax(from.x(), to.x());
-    selection.lower = float(valueAt(std::clamp(first, 0.0, 1.0)));
-    selection.upper = float(valueAt(std::clamp(last, 0.0, 1.0)));
-    const std::vector<Channel> all = shown();
-    const bool onlyOne = all.size() == 1 || layout == HistogramScope::Stacked;
+    selection.lower = float(valueAt(std::clamp(std::min(from.x(), to.x()), 0.0, 1.0)));
+    selection.upper = float(valueAt(std::clamp(std::max(from.x(), to.x()), 0.0, 1.0)));
+    const std::vector<Channel> all = channelsAt(from.y());
     selection.channel = ScopeSelection::Any;
-    if (onlyOne && !all.empty()) {
-        const auto row = std::size_t(
-            std::clamp((1 - from.y()) * double(all.size()), 0.0, double(all.size()) - 0.5));
-        const Channel channel = all[row];
-        if (channel <= ScopeHistogram::Blue)
-            selection.channel = ScopeSelection::Channel(channel);
-        else
-            selection.channel =
-                channel == ScopeHistogram::Largest ? ScopeSelection::Largest : ScopeSelection::Luma;
-    }
+    if (all.size() == 1 && all[0] <= ScopeHistogram::Blue)
+        selection.channel = ScopeSelection::Channel(all[0]);
+    else if (all.size() == 1)
+        selection.channel =
+            all[0] == ScopeHistogram::Largest ? ScopeSelection::Largest : ScopeSelection::Luma;
     return selection;
 }
 

@@ -58,6 +58,8 @@ private:
     double valueAt(double u) const;
     double placeOf(double value) const;
     std::vector<Channel> shown() const;
+    std::vector<Channel> channelsAt(double v) const;
+    std::uint64_t countAt(Channel channel, double u) const;
     QRectF cell(const ScopeGeometry& geometry, std::size_t index, std::size_t count) const;
     QColor lightOf(Channel channel) const;
     static QString channelName(Channel channel);

@@ -19,12 +19,13 @@ struct KXUI_EXPORT ChannelStatistics {
     std::uint64_t below = 0;            ///< finite values below 0
     std::uint64_t above = 0;            ///< finite values above 1
     double minimum = 0;                 ///< of finite values, as all that follows; 0 without any
-    double maximum = 0;
-    double mean = 0;
-    double deviation = 0; ///< of the whole population
-    /** The smallest value that at least half, 1 % or 99 % of the values do not exceed. */
-    double median = 0, low = 0, high = 0;
-    std::uint32_t distinct = 0; ///< values that differ, by code or by half float
+    double maximum = 0;                 ///< the largest finite value
+    double mean = 0;                    ///< their mean
+    double deviation = 0;               ///< of the whole population
+    double median = 0;                  ///< the smallest value that at least half do not exceed
+    double low = 0;                     ///< likewise 1 %
+    double high = 0;                    ///< likewise 99 %
+    std::uint32_t distinct = 0;         ///< values that differ, by code or by half float
 };
 
 /** Figures of the counted pixels of an image. A plain value; its layout is frozen. */
@@ -37,9 +38,9 @@ struct KXUI_EXPORT ImageStatistics {
     /** The same for -44/876 to 920/876, the preferred range of EBU R 103, which 1 % of a picture may
         leave. */
     std::uint64_t outsideEbuR103 = 0;
-    /** The largest component, the mean of the pixels' largest components, and the level that 99.995 %
-        of them do not exceed, as CTA-861.3 has the first two, in cd/m2. */
-    double maxCll = 0, frameAverage = 0, level99995 = 0;
+    double maxCll = 0;       ///< the largest component in cd/m2, by CTA-861.3
+    double frameAverage = 0; ///< the mean of the pixels' largest components in cd/m2, by CTA-861.3
+    double level99995 = 0;   ///< what 99.995 % of these do not exceed, in cd/m2
 
     /** Whether at most 1 % of the pixels leave the range of EBU R 103. */
     bool meetsEbuR103() const noexcept { return outsideEbuR103 * 100 <= pixels; }

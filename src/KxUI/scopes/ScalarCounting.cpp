@@ -59,24 +59,24 @@ void largest(const ColorPlanes& from, std::size_t pixels, float* to) {
 void vectorCells(const ColorPlanes& colors, const YCbCrPlanes& from, std::size_t pixels,
                  const VectorRange& range, std::uint32_t* cells) {
     const ValueRange& chroma = range.chroma;
-    const VectorSlots slots(chroma.bins);
+    const VectorSlots slot(chroma.bins);
     for (std::size_t i = 0; i < pixels; ++i) {
         if (!(isNumber(colors.red[i]) && isNumber(colors.green[i]) && isNumber(colors.blue[i]))) {
-            cells[i] = slots.notANumber();
+            cells[i] = slot.notANumber();
         } else if (from.luma[i] < range.lumaLower || from.luma[i] > range.lumaUpper) {
-            cells[i] = slots.gated();
+            cells[i] = slot.gated();
         } else {
             const int x = chroma.binOf(from.cb[i]);
             const int y = chroma.binOf(from.cr[i]);
             const bool inside = x < chroma.bins && y < chroma.bins;
-            cells[i] = inside ? std::uint32_t(y * chroma.bins + x) : slots.outside();
+            cells[i] = inside ? std::uint32_t(y * chroma.bins + x) : slot.outside();
         }
     }
 }
 
 void solidCells(const ColorPlanes& from, std::size_t pixels, const ValueRange& range,
                 std::uint32_t* cells) {
-    const SolidSlots slots(range.bins);
+    const SolidSlots slot(range.bins);
     // The cell next to what lies outside.
     const auto nearest = [&range](float value) {
         const int bin = range.binOf(value);
@@ -85,7 +85,7 @@ void solidCells(const ColorPlanes& from, std::size_t pixels, const ValueRange& r
     for (std::size_t i = 0; i < pixels; ++i) {
         const std::array<float, 3> rgb{from.red[i], from.green[i], from.blue[i]};
         if (!std::all_of(rgb.begin(), rgb.end(), isNumber)) {
-            cells[i] = slots.notANumber();
+            cells[i] = slot.notANumber();
             continue;
         }
         const bool inside = std::all_of(rgb.begin(), rgb.end(), [&range](float value) {
@@ -93,7 +93,7 @@ void solidCells(const ColorPlanes& from, std::size_t pixels, const ValueRange& r
         });
         const auto n = std::uint32_t(range.bins);
         const std::uint32_t cell = (nearest(rgb[2]) * n + nearest(rgb[1])) * n + nearest(rgb[0]);
-        cells[i] = cell + (inside ? 0 : slots.outside());
+        cells[i] = cell + (inside ? 0 : slot.outside());
     }
 }
 

@@ -14,13 +14,13 @@ namespace Kestrel::UI {
 struct KXUI_EXPORT ScopeHistogram {
     /** What is counted; the numbers are part of saved states. */
     enum Channel {
-        Red,
-        Green,
-        Blue,
+        Red,     ///< the signal's red
+        Green,   ///< its green
+        Blue,    ///< its blue
         Alpha,   ///< of layouts that store it
         Luma,    ///< by the matrix of the encoding
         Largest, ///< the largest of red, green and blue
-        Channels
+        Channels ///< how many there are
     };
 
     /** What is spread evenly over the bins; `range` is in its units. */
@@ -42,11 +42,14 @@ struct KXUI_EXPORT ScopeHistogram {
     Axis axis = Axis::Linear; ///< see there
     /** By channel; empty where the channel was not counted. */
     std::array<std::vector<std::uint32_t>, Channels> bins;
-    /** By channel: finite values outside the range, and what has no place on an axis. */
-    std::array<std::uint64_t, Channels> below{}, above{}, nan{}, positiveInfinity{},
-        negativeInfinity{};
-    std::uint64_t pixels = 0; ///< that were counted
+    std::array<std::uint64_t, Channels> below{};            ///< finite values below the range
+    std::array<std::uint64_t, Channels> above{};            ///< finite values above the range
+    std::array<std::uint64_t, Channels> nan{};              ///< what is no number
+    std::array<std::uint64_t, Channels> positiveInfinity{}; ///< of each channel, as all of these
+    std::array<std::uint64_t, Channels> negativeInfinity{}; ///< likewise
+    std::uint64_t pixels = 0;                               ///< that were counted
 
+    /** Whether the channel was counted. */
     bool has(Channel channel) const noexcept { return !bins[channel].empty(); }
     /** The largest count of the channel; without the first and the last bin, unless `withEdges`,
         since the black or the white of a border would flatten the curve. */

@@ -15,10 +15,12 @@ struct KXUI_EXPORT ScopeRegion {
     int width = 0;  ///< columns; 0 or less: nothing
     int height = 0; ///< rows; 0 or less: nothing
 
+    /** Whether there is no pixel in it. */
     bool isEmpty() const noexcept { return width <= 0 || height <= 0; }
     /** What both have, or an empty region. */
     ScopeRegion intersected(const ScopeRegion& other) const noexcept;
 
+    /** Whether they are the same, and whether they are not. */
     friend bool operator==(const ScopeRegion& a, const ScopeRegion& b) noexcept {
         return a.left == b.left && a.top == b.top && a.width == b.width && a.height == b.height;
     }

@@ -203,6 +203,11 @@ ScopeModel::Parts ScopeModel::requiredParts() const {
     return m->need().parts;
 }
 
+void ScopeModel::find(const QObject* who, const ScopeSelection& wanted) {
+    KXUI_INTERFACE_THREAD(this);
+    m->find(who, wanted);
+}
+
 quint64 ScopeModel::passCount() const {
     return m->passes;
 }
@@ -210,8 +215,12 @@ quint64 ScopeModel::passCount() const {
 bool ScopeModel::event(QEvent* event) {
     if (event->type() != MailboxBase::eventType())
         return QObject::event(event);
+    const QPointer<ScopeModel> guard(this);
     m->takeSample();
-    m->takeResult();
+    if (guard)
+        m->takeFound();
+    if (guard)
+        m->takeResult();
     return true;
 }
 

@@ -124,12 +124,18 @@ public:
     /** What all who asked need. */
     Parts requiredParts() const;
 
+    /** Looks for the first pixel of the picture that is chosen, from the upper left, and tells `who`
+        by found(); a later search ends this one. */
+    void find(const QObject* who, const ScopeSelection& wanted);
+
     /** Passes that have begun so far. */
     quint64 passCount() const;
 
 Q_SIGNALS:
     /** One or more things changed, after they were stored. */
     void changed(Kestrel::UI::ScopeModel::Changes changes);
+    /** Where the pixel is that `who` has asked for, in the full frame; not sent where there is none. */
+    void found(const QObject* who, const QPoint& fullFramePixel);
 
 protected:
     /** Takes what the threads have counted. */

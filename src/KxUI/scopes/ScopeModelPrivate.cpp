@@ -23,8 +23,9 @@ int threads() {
 ScopeModel::Private::Private(ScopeModel& model)
     : q(model)
     , m_results(std::make_shared<ScopeResults>(&model))
+    , m_worker(std::make_shared<ScopeWorker>(m_results, threads()))
     , m_samples(std::make_shared<ScopeResults>(&model))
-    , m_worker(std::make_shared<ScopeWorker>(m_results, threads())) {
+    , m_found(std::make_shared<ScopeResults>(&model)) {
     pace.setSingleShot(true);
     pace.setTimerType(Qt::PreciseTimer);
     connect(&pace, &QTimer::timeout, &q, [this] { schedule(); });
@@ -35,9 +36,11 @@ ScopeModel::Private::Private(ScopeModel& model)
 void ScopeModel::Private::close() {
     m_results->close();
     m_samples->close();
-    m_worker->close();
-    if (m_sampler)
-        m_sampler->close();
+    m_found->close();
+    for (const auto& worker : {m_worker, m_sampler, m_finder}) {
+        if (worker)
+            worker->close();
+    }
 }
 
 void ScopeModel::Private::tell(Changes changes) {
@@ -237,6 +240,24 @@ void ScopeModel::Private::takeSample() {
     const std::optional<ScopeDelivery> delivery = m_samples->take();
     if (delivery && delivery->serial == m_sampleSerial)
         setSample(delivery->sample);
+}
+
+void ScopeModel::Private::find(const QObject* who, const ScopeSelection& wanted) {
+    m_findsFor = who;
+    if (!m_finder)
+        m_finder = std::make_shared<ScopeWorker>(m_found, 1);
+    ScopeJob job;
+    job.serial = ++m_findSerial;
+    job.image = image;
+    job.request.encoding = encoding;
+    job.find = wanted;
+    m_finder->submit(std::move(job));
+}
+
+void ScopeModel::Private::takeFound() {
+    const std::optional<ScopeDelivery> delivery = m_found->take();
+    if (delivery && delivery->serial == m_findSerial && delivery->sample)
+        Q_EMIT q.found(m_findsFor, QPoint(delivery->sample->x, delivery->sample->y));
 }
 
 void ScopeModel::Private::setSample(const std::optional<ScopeSample>& read) {

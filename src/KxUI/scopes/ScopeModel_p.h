@@ -42,6 +42,9 @@ struct ScopeModel::Private {
     void readSample();
     void takeSample();
 
+    void find(const QObject* who, const ScopeSelection& wanted);
+    void takeFound();
+
     ScopeModel& q;
     ScopeImage image;
     QRect region;
@@ -74,10 +77,14 @@ private:
     std::uint64_t m_order = 0;
     Need m_submitted; // what the newest pass was asked for
     std::shared_ptr<ScopeResults> m_results;
-    std::shared_ptr<ScopeResults> m_samples;
     std::shared_ptr<ScopeWorker> m_worker;
+    std::shared_ptr<ScopeResults> m_samples;
     std::shared_ptr<ScopeWorker> m_sampler; // made when a transform needs it
     std::uint64_t m_sampleSerial = 0;
+    std::shared_ptr<ScopeResults> m_found;
+    std::shared_ptr<ScopeWorker> m_finder; // made when somebody looks for a pixel
+    const QObject* m_findsFor = nullptr;   // only compared
+    std::uint64_t m_findSerial = 0;
     // Of workers that hang.
     std::vector<std::weak_ptr<ScopeWorker>> m_left;
     QTimer m_watch;

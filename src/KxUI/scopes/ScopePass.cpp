@@ -274,18 +274,18 @@ void ScopePass::countWaveform(int y, int x, Scratch& scratch) {
 
 void ScopePass::countVectors(Scratch& scratch) const {
     PixelPiece& piece = scratch.piece;
-    const VectorSlots slots(m_request.vectors.chroma.bins);
+    const VectorSlots slot(m_request.vectors.chroma.bins);
     countingKernels().vectorCells(piece.colors(),
                                   {piece.luma.data(), piece.cb.data(), piece.cr.data()},
                                   piece.count, m_request.vectors, scratch.cells.data());
     std::uint32_t* const counts = scratch.vectors.data();
-    const std::uint32_t before = counts[slots.outside()];
+    const std::uint32_t before = counts[slot.outside()];
     for (std::size_t i = 0; i < piece.count; ++i)
         ++counts[scratch.cells[i]];
-    if (counts[slots.outside()] == before)
+    if (counts[slot.outside()] == before)
         return;
     for (std::size_t i = 0; i < piece.count; ++i) {
-        if (scratch.cells[i] == slots.outside())
+        if (scratch.cells[i] == slot.outside())
             scratch.addDirection(piece.cb[i], piece.cr[i]);
     }
 }

@@ -28,6 +28,7 @@ struct KXUI_EXPORT ScopeLine {
     double value = 0; ///< of the signal
     QColor color;     ///< an invalid one: that of the scope's other lines
 
+    /** Whether they are the same. */
     friend bool operator==(const ScopeLine& a, const ScopeLine& b) {
         return a.value == b.value && a.color == b.color;
     }

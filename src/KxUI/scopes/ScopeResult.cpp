@@ -100,14 +100,14 @@ void ScopePass::addVectors(const Scratches& scratches, ScopeResult& result) cons
     ScopeVectors& vectors = result.vectors;
     vectors.range = m_request.vectors.chroma;
     vectors.size = vectors.range.bins;
-    const VectorSlots slots(vectors.size);
-    vectors.counts.assign(slots.cells, 0);
+    const VectorSlots slot(vectors.size);
+    vectors.counts.assign(slot.cells, 0);
     for (const Scratch* each : scratches) {
-        add(each->vectors.data(), vectors.counts.data(), slots.cells, step);
+        add(each->vectors.data(), vectors.counts.data(), slot.cells, step);
         add(each->outsideByDegree.data(), vectors.outsideByDegree.data(), 360, step);
-        vectors.outside += std::uint64_t(each->vectors[slots.outside()]) * step;
-        vectors.nan += std::uint64_t(each->vectors[slots.notANumber()]) * step;
-        vectors.gated += std::uint64_t(each->vectors[slots.gated()]) * step;
+        vectors.outside += std::uint64_t(each->vectors[slot.outside()]) * step;
+        vectors.nan += std::uint64_t(each->vectors[slot.notANumber()]) * step;
+        vectors.gated += std::uint64_t(each->vectors[slot.gated()]) * step;
         vectors.pixels += each->pixels * step;
     }
 }
@@ -117,13 +117,13 @@ void ScopePass::addSolid(const Scratches& scratches, ScopeResult& result) const 
     ScopeSolid& solid = result.solid;
     solid.range = m_request.solid;
     solid.cells = solid.range.bins;
-    const SolidSlots slots(solid.cells);
-    solid.counts.assign(slots.cells, 0);
-    solid.outsideCounts.assign(slots.cells, 0);
+    const SolidSlots slot(solid.cells);
+    solid.counts.assign(slot.cells, 0);
+    solid.outsideCounts.assign(slot.cells, 0);
     for (const Scratch* each : scratches) {
-        add(each->solid.data(), solid.counts.data(), slots.cells, step);
-        add(each->solid.data() + slots.cells, solid.outsideCounts.data(), slots.cells, step);
-        solid.nan += std::uint64_t(each->solid[slots.notANumber()]) * step;
+        add(each->solid.data(), solid.counts.data(), slot.cells, step);
+        add(each->solid.data() + slot.cells, solid.outsideCounts.data(), slot.cells, step);
+        solid.nan += std::uint64_t(each->solid[slot.notANumber()]) * step;
         solid.pixels += each->pixels * step;
     }
     for (const std::uint32_t count : solid.outsideCounts)

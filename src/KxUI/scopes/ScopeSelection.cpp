@@ -84,28 +84,54 @@ bool ScopeSelection::contains(const std::array<float, 3>& rgb,
                        [this](float value) { return isWithin(*this, value); });
 }
 
-std::vector<std::uint8_t> selectionMask(const ScopeImage& image, const ScopeEncoding& encoding,
-                                        const ScopeSelection& selection) {
-    if (image.isEmpty())
-        return {};
-    // The pixels that a row of V210 cannot tell stay in the mask, so that it has the image's size.
-    std::vector<std::uint8_t> mask(std::size_t(image.width) * std::size_t(image.height));
+namespace {
+
+// Calls `visit(x, y)` for the pixels of the image that are chosen, row by row, until it says false.
+template <class Visit>
+void visitChosen(const ScopeImage& image, const ScopeEncoding& encoding,
+                 const ScopeSelection& selection, Visit visit) {
     const PixelReader reader(image, encoding);
     const auto piece = std::make_unique<PixelPiece>();
     for (int y = 0; y < image.height; ++y) {
-        std::uint8_t* const row = mask.data() + std::size_t(y) * std::size_t(image.width);
         for (int x = 0; x < image.usableWidth(); x += int(PixelPiece::Most)) {
             const int count = std::min(image.usableWidth() - x, int(PixelPiece::Most));
             reader.read(x, y, std::size_t(count), *piece);
             const ColorPlanes colors = piece->colors();
             for (std::size_t i = 0; i < piece->count; ++i) {
                 const std::array<float, 3> rgb{colors.red[i], colors.green[i], colors.blue[i]};
-                if (selection.contains(rgb, encoding.matrix))
-                    row[x + piece->place[i]] = 255;
+                if (selection.contains(rgb, encoding.matrix) && !visit(x + piece->place[i], y))
+                    return;
             }
         }
     }
+}
+
+} // namespace
+
+std::vector<std::uint8_t> selectionMask(const ScopeImage& image, const ScopeEncoding& encoding,
+                                        const ScopeSelection& selection) {
+    if (image.isEmpty())
+        return {};
+    // The pixels that a row of V210 cannot tell stay in the mask, so that it has the image's size.
+    std::vector<std::uint8_t> mask(std::size_t(image.width) * std::size_t(image.height));
+    visitChosen(image, encoding, selection, [&](int x, int y) {
+        mask[std::size_t(y) * std::size_t(image.width) + std::size_t(x)] = 255;
+        return true;
+    });
     return mask;
+}
+
+std::optional<ScopeSample> findScopePixel(const ScopeImage& image, const ScopeEncoding& encoding,
+                                          const ScopeSelection& selection) {
+    std::optional<ScopeSample> found;
+    if (image.isEmpty())
+        return found;
+    const int proxy = std::max(image.proxy, 1);
+    visitChosen(image, encoding, selection, [&](int x, int y) {
+        found = scopeSample(image, encoding, image.left + x * proxy, image.top + y * proxy);
+        return false;
+    });
+    return found;
 }
 
 ScopeSample scopeSample(const ScopeImage& image, const ScopeEncoding& encoding, int x, int y,

@@ -7,6 +7,7 @@
 
 #include <array>
 #include <cstdint>
+#include <optional>
 #include <vector>
 
 namespace Kestrel::UI {
@@ -24,12 +25,12 @@ struct KXUI_EXPORT ScopeSelection {
     };
     /** What Values looks at; the numbers are part of saved states. */
     enum Channel {
-        Red,
-        Green,
-        Blue,
-        Luma,
-        Cb,
-        Cr,
+        Red,     ///< the signal's red
+        Green,   ///< its green
+        Blue,    ///< its blue
+        Luma,    ///< by the matrix of the encoding
+        Cb,      ///< likewise
+        Cr,      ///< likewise
         Largest, ///< the largest of red, green and blue
         Any      ///< one of red, green and blue
     };
@@ -38,12 +39,13 @@ struct KXUI_EXPORT ScopeSelection {
         float cb; ///< to the right
         float cr; ///< upwards
 
+        /** Whether they are the same. */
         friend bool operator==(const Point& a, const Point& b) noexcept {
             return a.cb == b.cb && a.cr == b.cr;
         }
     };
 
-    Kind kind = Kind::Nothing;
+    Kind kind = Kind::Nothing;        ///< how
     Channel channel = Luma;           ///< of Values and NotANumber
     float lower = 0;                  ///< of Values; may be infinite
     float upper = 0;                  ///< likewise
@@ -54,6 +56,7 @@ struct KXUI_EXPORT ScopeSelection {
     /** Whether red, green and blue of a signal are chosen, with luma and chroma by `matrix`. */
     bool contains(const std::array<float, 3>& rgb, const RgbToYCbCrMatrix& matrix) const noexcept;
 
+    /** Whether they are the same, and whether they are not. */
     friend bool operator==(const ScopeSelection& a, const ScopeSelection& b) noexcept {
         return a.kind == b.kind && a.channel == b.channel && a.lower == b.lower &&
                a.upper == b.upper && a.polygon == b.polygon && a.edge == b.edge &&
@@ -73,18 +76,26 @@ KXUI_EXPORT std::vector<std::uint8_t> selectionMask(const ScopeImage& image,
 
 /** What a pixel, or the pixels around it, are worth. A plain value; its layout is frozen. */
 struct KXUI_EXPORT ScopeSample {
-    int x = 0;                      ///< in the full frame
-    int y = 0;                      ///< likewise
-    int radius = 0;                 ///< the mean is that of 2 radius + 1 pixels each way
-    int pixels = 0;                 ///< that were in the image and finite; 0: the first one alone
-    std::array<float, 3> rgb{};     ///< the signal; not finite where no pixel was
-    float alpha = 1;                ///< likewise
-    float luma = 0, cb = 0, cr = 0; ///< of `rgb`
+    int x = 0;                  ///< in the full frame
+    int y = 0;                  ///< likewise
+    int radius = 0;             ///< the mean is that of 2 radius + 1 pixels each way
+    int pixels = 0;             ///< that were in the image and finite; 0: the first one alone
+    std::array<float, 3> rgb{}; ///< the signal; not finite where no pixel was
+    float alpha = 1;            ///< likewise
+    float luma = 0;             ///< of `rgb`
+    float cb = 0;               ///< of `rgb`
+    float cr = 0;               ///< of `rgb`
 };
 
 /** Reads a sample; an empty one, with `rgb` 0 and `pixels` -1, outside the image. Any thread, with
     what selectionMask() says about the transform. */
 KXUI_EXPORT ScopeSample scopeSample(const ScopeImage& image, const ScopeEncoding& encoding, int x,
                                     int y, int radius = 0);
+
+/** The first pixel that is chosen, row by row from the upper left, read as a sample; nothing where there
+    is none. Any thread, as above. */
+KXUI_EXPORT std::optional<ScopeSample> findScopePixel(const ScopeImage& image,
+                                                      const ScopeEncoding& encoding,
+                                                      const ScopeSelection& selection);
 
 } // namespace Kestrel::UI

@@ -18,8 +18,10 @@ class KXUI_EXPORT ScopeValues {
 public:
     /** Nothing counted. */
     ScopeValues();
+    /** These counts; for the library. */
     explicit ScopeValues(std::shared_ptr<const CodeCounts> counts);
     ~ScopeValues();
+    /** Copies share their counts. */
     ScopeValues(const ScopeValues&);
     ScopeValues& operator=(const ScopeValues&);
     ScopeValues(ScopeValues&&) noexcept;
@@ -27,6 +29,7 @@ public:
 
     /** Whether nothing was counted: no picture, no part of it, or nobody asked. */
     bool isEmpty() const noexcept;
+    /** Whether the channel was counted. */
     bool has(ScopeHistogram::Channel channel) const noexcept;
     /** Pixels that were counted. */
     std::uint64_t pixels() const noexcept;

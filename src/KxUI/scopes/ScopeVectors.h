@@ -19,6 +19,7 @@ struct KXUI_EXPORT VectorRange {
     float lumaLower = -std::numeric_limits<float>::infinity();
     float lumaUpper = std::numeric_limits<float>::infinity(); ///< likewise
 
+    /** Whether they are the same, and whether they are not. */
     friend bool operator==(const VectorRange& a, const VectorRange& b) noexcept {
         return a.chroma == b.chroma && a.lumaLower == b.lumaLower && a.lumaUpper == b.lumaUpper;
     }
@@ -40,6 +41,7 @@ struct KXUI_EXPORT ScopeVectors {
     /** Of `outside`, where they have a direction: by whole degrees, counter-clockwise from +Cb. */
     std::array<std::uint32_t, 360> outsideByDegree{};
 
+    /** The pixels of a cell; both are 0 to `size` - 1. */
     std::uint32_t count(int cb, int cr) const noexcept {
         return counts[std::size_t(cr) * std::size_t(size) + std::size_t(cb)];
     }

@@ -102,8 +102,7 @@ QString ScopeViewPrivate::valueText(double value, bool chroma) const {
 }
 
 void ScopeViewPrivate::describe(ScopeReadout& readout) const {
-    const QString count =
-        ScopeView::tr("%n pixel(s)", nullptr, int(std::min<quint64>(readout.count, 1000000000)));
+    const QString count = ScopeView::tr("%1 px").arg(q->locale().toString(readout.count));
     readout.text = readout.channel.isEmpty()
                        ? ScopeView::tr("%1, %2").arg(readout.valueText, count)
                        : ScopeView::tr("%1 %2, %3").arg(readout.channel, readout.valueText, count);

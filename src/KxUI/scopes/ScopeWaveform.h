@@ -12,7 +12,15 @@ namespace Kestrel::UI {
 /** The values of each column of a picture, counted. A plain value. */
 struct KXUI_EXPORT ScopeWaveform {
     /** What is counted; the numbers are part of saved states. */
-    enum Channel { Red, Green, Blue, Luma, Cb, Cr, Channels };
+    enum Channel {
+        Red,     ///< the signal's red
+        Green,   ///< its green
+        Blue,    ///< its blue
+        Luma,    ///< by the matrix of the encoding
+        Cb,      ///< likewise
+        Cr,      ///< likewise
+        Channels ///< how many there are
+    };
 
     int columns = 0;     ///< at most the pixels of a row
     bool byRows = false; ///< a column stands for a row of the picture
@@ -21,15 +29,19 @@ struct KXUI_EXPORT ScopeWaveform {
     /** By channel, column after column, each with the bins of its range from the lowest; empty where
         the channel was not counted. */
     std::array<std::vector<std::uint32_t>, Channels> counts;
-    /** By channel and column: what is below and above the range, with the infinities, and what is
-        not a number. */
-    std::array<std::vector<std::uint32_t>, Channels> below, above, nan;
+    /** By channel and column: what is below the range, above it, each with an infinity, and no
+        number. */
+    std::array<std::vector<std::uint32_t>, Channels> below;
+    std::array<std::vector<std::uint32_t>, Channels> above;
+    std::array<std::vector<std::uint32_t>, Channels> nan;
     /** By column: pixels that were counted. */
     std::vector<std::uint32_t> columnPixels;
     int pictureColumns = 0; ///< pixels of the picture that the columns were made of
     int pictureRows = 0;    ///< pixels of a column of the picture
 
+    /** Whether the channel was counted. */
     bool has(Channel channel) const noexcept { return !counts[channel].empty(); }
+    /** What its bins are. */
     const ValueRange& range(Channel channel) const noexcept {
         return channel == Cb || channel == Cr ? chroma : luma;
     }
@@ -61,6 +73,7 @@ struct KXUI_EXPORT WaveformRange {
     int mostColumns = 2048;                ///< wider pictures are folded; 1 to 16384
     bool byRows = false;                   ///< columns of the waveform are rows of the picture
 
+    /** Whether they are the same, and whether they are not. */
     friend bool operator==(const WaveformRange& a, const WaveformRange& b) noexcept {
         return a.channels == b.channels && a.values == b.values && a.chroma == b.chroma &&
                a.mostColumns == b.mostColumns && a.byRows == b.byRows;

@@ -133,7 +133,9 @@ void ScopeWorker::begin(Lock& lock) {
     std::swap(job, m_waiting);
     lock.unlock();
     std::shared_ptr<Running> pass;
-    if (job->sample)
+    if (job->find)
+        findPixel(*job);
+    else if (job->sample)
         readSample(*job);
     else
         pass = makePass(*job);
@@ -163,6 +165,18 @@ void ScopeWorker::readSample(const ScopeJob& job) {
                                       job.sample->radius);
     } catch (...) {
         delivery.sample->pixels = -1;
+    }
+    m_results->put(std::move(delivery));
+}
+
+// The answer is a sample without values.
+void ScopeWorker::findPixel(const ScopeJob& job) {
+    ScopeDelivery delivery;
+    delivery.serial = job.serial;
+    try {
+        delivery.sample = findScopePixel(job.image, job.request.encoding, *job.find);
+    } catch (...) {
+        // A transform that refuses finds nothing.
     }
     m_results->put(std::move(delivery));
 }

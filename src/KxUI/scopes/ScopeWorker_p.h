@@ -22,6 +22,8 @@ struct ScopeJob {
     ScopeRequest request;
     /** Where a sample is to be read by the encoding of `request`, in place of counting. */
     std::optional<ScopeSample> sample;
+    /** What is to be looked for, in place of both. */
+    std::optional<ScopeSelection> find;
 };
 
 /** What came of it: one of both. A sample that the transform refused has no pixels, as outside. */
@@ -63,6 +65,7 @@ private:
     void begin(Lock& lock);
     std::shared_ptr<Running> makePass(const ScopeJob& job);
     void readSample(const ScopeJob& job);
+    void findPixel(const ScopeJob& job);
     void fail(std::uint64_t serial, const std::string& error);
     void help(Lock& lock);
     void finish(Running& pass, Lock& lock);

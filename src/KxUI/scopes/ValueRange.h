@@ -41,6 +41,7 @@ struct KXUI_EXPORT ValueRange {
         const int bin = int((value - lower) * scale());
         return bin < bins ? bin : bins - 1;
     }
+    /** What comes instead of a bin. */
     int below() const noexcept { return bins; }
     int above() const noexcept { return bins + 1; }
     int notANumber() const noexcept { return bins + 2; }
@@ -50,6 +51,7 @@ struct KXUI_EXPORT ValueRange {
         return double(lower) + (bin + 0.5) * (double(upper) - double(lower)) / bins;
     }
 
+    /** Whether they are the same, and whether they are not. */
     friend bool operator==(const ValueRange& a, const ValueRange& b) noexcept {
         return a.lower == b.lower && a.upper == b.upper && a.bins == b.bins;
     }

@@ -164,11 +164,11 @@ void largest(const ColorPlanes& from, std::size_t pixels, float* to) {
 void vectorCells(const ColorPlanes& colors, const YCbCrPlanes& from, std::size_t pixels,
                  const VectorRange& range, std::uint32_t* cells) {
     const Binning binning(range.chroma);
-    const VectorSlots slots(range.chroma.bins);
+    const VectorSlots slot(range.chroma.bins);
     const Int size = hn::Set(Signed(), range.chroma.bins);
-    const Int outside = hn::Set(Signed(), int(slots.outside()));
-    const Int none = hn::Set(Signed(), int(slots.notANumber()));
-    const Int gated = hn::Set(Signed(), int(slots.gated()));
+    const Int outside = hn::Set(Signed(), int(slot.outside()));
+    const Int none = hn::Set(Signed(), int(slot.notANumber()));
+    const Int gated = hn::Set(Signed(), int(slot.gated()));
     const V lowest = constant(range.lumaLower);
     const V highest = constant(range.lumaUpper);
     for (std::size_t i = 0; i < pixels; i += Lanes) {
@@ -192,10 +192,10 @@ void vectorCells(const ColorPlanes& colors, const YCbCrPlanes& from, std::size_t
 void solidCells(const ColorPlanes& from, std::size_t pixels, const ValueRange& range,
                 std::uint32_t* cells) {
     const Binning binning(range);
-    const SolidSlots slots(range.bins);
+    const SolidSlots slot(range.bins);
     const Int edge = hn::Set(Signed(), range.bins);
-    const Int outside = hn::Set(Signed(), int(slots.outside()));
-    const Int none = hn::Set(Signed(), int(slots.notANumber()));
+    const Int outside = hn::Set(Signed(), int(slot.outside()));
+    const Int none = hn::Set(Signed(), int(slot.notANumber()));
     // The cell next to what lies outside.
     const auto nearest = [&binning](V value, Mask inside) HWY_ATTR {
         const Mask above = hn::Gt(value, binning.upper);

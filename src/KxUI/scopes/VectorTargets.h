@@ -11,9 +11,9 @@ namespace Kestrel::UI {
     is frozen. */
 struct VectorTarget {
     const char* name; ///< "R", "Yl", "G", "Cy", "B" or "Mg"; lives as long as the process
-    float luma;
-    float cb;
-    float cr;
+    float luma;       ///< of the signal
+    float cb;         ///< to the right
+    float cr;         ///< upwards
 };
 
 /** Red, yellow, green, cyan, blue and magenta with components of `level` (1: bars of 100 %, 0.75: of
@@ -27,8 +27,8 @@ KXUI_EXPORT float vectorReach(const RgbToYCbCrMatrix& matrix, float level = 1) n
 /** The directions of NTSC's I and Q (FCC 73.682: 33 degrees from V and U) in the plane of Cb and Cr of the
     matrix, by its own B - Y and R - Y; in degrees counter-clockwise from +Cb. */
 struct VectorAxes {
-    double i;
-    double q;
+    double i; ///< of +I
+    double q; ///< of +Q
 };
 KXUI_EXPORT VectorAxes vectorAxes(const RgbToYCbCrMatrix& matrix) noexcept;
 

@@ -1,0 +1,260 @@
+#include "Pictures.h"
+
+#include <KxUI/scopes/HistogramScope.h>
+#include <KxUI/scopes/ImageStatisticsPanel.h>
+
+#include <support/TestRegistry.h>
+
+#include <QAccessible>
+#include <QApplication>
+#include <QClipboard>
+#include <QMenu>
+#include <QSignalSpy>
+#include <QTableView>
+#include <QtTest>
+
+using namespace Kestrel::UI;
+using Kestrel::Test::Picture;
+
+namespace {
+
+void moveTo(QWidget& widget, const QPoint& position, Qt::MouseButtons buttons = Qt::NoButton) {
+    QMouseEvent event(QEvent::MouseMove, position, widget.mapToGlobal(position), Qt::NoButton,
+                      buttons, Qt::NoModifier);
+    QApplication::sendEvent(&widget, &event);
+}
+
+void drag(QWidget& widget, const QPoint& from, const QPoint& to) {
+    QTest::mousePress(&widget, Qt::LeftButton, {}, from);
+    moveTo(widget, (from + to) / 2, Qt::LeftButton);
+    moveTo(widget, to, Qt::LeftButton);
+}
+
+// How many pixels of the plot are brighter than its ground and lines.
+int brightPixels(const QImage& image) {
+    int bright = 0;
+    for (int y = 10; y < image.height() - 25; ++y) {
+        for (int x = 20; x < image.width() - 20; ++x)
+            bright += qRed(image.pixel(x, y)) > 140 && qGreen(image.pixel(x, y)) < 120 ? 1 : 0;
+    }
+    return bright;
+}
+
+} // namespace
+
+class ScopeViewTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void init() {
+        m_model = std::make_unique<ScopeModel>();
+        m_model->setMaximumRate(1000);
+        m_model->setImage(Picture::ofGrey(128).image);
+        m_scope = std::make_unique<HistogramScope>();
+        m_scope->setModel(m_model.get());
+        m_scope->resize(400, 200);
+        m_scope->show();
+        QTRY_VERIFY(m_model->isCurrent());
+    }
+    void cleanup() {
+        m_scope.reset();
+        m_model.reset();
+    }
+
+    void hiddenScopeNeedsNothing() {
+        const quint64 passes = m_model->passCount();
+        m_scope->hide();
+        QCOMPARE(m_model->requiredParts(), ScopeModel::Parts());
+        m_model->setImage(Picture::ofGrey(3).image);
+        QTest::qWait(5);
+        QCOMPARE(m_model->passCount(), passes);
+        m_scope->show();
+        QTRY_VERIFY(m_model->isCurrent());
+        QCOMPARE(m_model->passCount(), passes + 1);
+        m_scope.reset();
+        QCOMPARE(m_model->requiredParts(), ScopeModel::Parts());
+    }
+
+    void readOutByMouseAndKeys() {
+        m_scope->setUnit(ScopeUnit::Code8);
+        m_model->setEncoding([] {
+            ScopeEncoding full;
+            full.fullRange = true;
+            return full;
+        }());
+        QTRY_VERIFY(m_model->isCurrent());
+        QSignalSpy hovered(m_scope.get(), &ScopeView::hovered);
+        QSignalSpy left(m_scope.get(), &ScopeView::hoverLeft);
+        m_scope->setFocus();
+        // From the middle of the axis to the one value that there is.
+        QTest::keyClick(m_scope.get(), Qt::Key_Right);
+        for (int i = 0; i < 300 && m_scope->readout().count == 0; ++i)
+            QTest::keyClick(m_scope.get(), Qt::Key_Right);
+        const ScopeReadout found = m_scope->readout();
+        QCOMPARE(found.count, quint64(64 * 32));
+        QCOMPARE(found.share, 1.0);
+        QVERIFY(std::fabs(found.value - 128 / 255.0) < 0.01);
+        QVERIFY(hovered.count() > 0);
+        QAccessibleInterface* const accessible =
+            QAccessible::queryAccessibleInterface(m_scope.get());
+        QVERIFY(accessible);
+        QCOMPARE(accessible->role(), QAccessible::Chart);
+        QCOMPARE(accessible->text(QAccessible::Value), found.text);
+        QCOMPARE(accessible->text(QAccessible::Name), QStringLiteral("Histogram"));
+        moveTo(*m_scope, {1, 1});
+        QCOMPARE(left.count(), 1);
+        QVERIFY(m_scope->readout().isNull());
+    }
+
+    void selectionIsAnEdit() {
+        QSignalSpy started(m_scope.get(), &ScopeView::editStarted);
+        QSignalSpy edited(m_scope.get(), &ScopeView::selectionEdited);
+        QSignalSpy finished(m_scope.get(), &ScopeView::editFinished);
+        drag(*m_scope, {100, 100}, {300, 120});
+        QVERIFY(m_scope->isEditing());
+        QCOMPARE(started.count(), 1);
+        QVERIFY(edited.count() >= 1);
+        const ScopeSelection chosen = m_model->selection();
+        QCOMPARE(chosen.kind, ScopeSelection::Kind::Values);
+        QVERIFY(chosen.lower > 0.1F && chosen.lower < 0.3F && chosen.upper > 0.7F);
+        QTest::mouseRelease(m_scope.get(), Qt::LeftButton, {}, {300, 120});
+        QCOMPARE(finished.takeFirst()[0].toBool(), true);
+        // Another one is taken back.
+        drag(*m_scope, {50, 100}, {60, 120});
+        QVERIFY(m_model->selection() != chosen);
+        QTest::keyClick(m_scope.get(), Qt::Key_Escape);
+        QVERIFY(m_model->selection() == chosen);
+        QCOMPARE(finished.takeFirst()[0].toBool(), false);
+        QTest::keyClick(m_scope.get(), Qt::Key_Escape);
+        QCOMPARE(m_model->selection().kind, ScopeSelection::Kind::Nothing);
+    }
+
+    void clickBesidesPlotSelectsBeyond() {
+        QTest::mouseClick(m_scope.get(), Qt::LeftButton, {}, {m_scope->width() - 8, 100});
+        QVERIFY(std::isinf(m_model->selection().upper));
+        QVERIFY(m_model->selection().lower > 1.09F);
+    }
+
+    void handlersMayDeleteTheScope_data() {
+        QTest::addColumn<QByteArray>("signal");
+        for (const char* name : {"hovered(Kestrel::UI::ScopeReadout)", "editStarted()",
+                                 "selectionEdited(Kestrel::UI::ScopeSelection)",
+                                 "editFinished(bool)", "viewChanged()"})
+            QTest::newRow(name) << QByteArray(name);
+    }
+
+    void handlersMayDeleteTheScope() {
+        QFETCH(QByteArray, signal);
+        QPointer<HistogramScope> scope = new HistogramScope;
+        scope->setModel(m_model.get());
+        scope->resize(300, 200);
+        scope->show();
+        const QByteArray coded = QByteArray::number(QSIGNAL_CODE) + signal;
+        m_doomed = scope;
+        QVERIFY(connect(scope, coded.constData(), this, SLOT(deleteDoomed())));
+        const auto act = [&scope](auto what) {
+            if (scope)
+                what();
+        };
+        act([&] { moveTo(*scope, {150, 100}); });
+        act([&] { QTest::mousePress(scope, Qt::LeftButton, {}, {100, 100}); });
+        act([&] { moveTo(*scope, {150, 100}, Qt::LeftButton); });
+        act([&] { QTest::mouseRelease(scope, Qt::LeftButton, {}, {150, 100}); });
+        act([&] { QTest::keyClick(scope, Qt::Key_Plus); });
+        QVERIFY(!scope);
+    }
+
+    void stateComesBack() {
+        m_scope->setBrightness(2);
+        m_scope->setUnit(ScopeUnit::Millivolt);
+        m_scope->setLayout(HistogramScope::Stacked);
+        m_scope->setAxis(HistogramScope::LogAxis);
+        m_scope->setChannels(HistogramScope::Red | HistogramScope::Largest);
+        m_scope->setRange(-2, 30);
+        m_scope->setLogCounts(true);
+        const QVariantMap state = m_scope->saveState();
+        HistogramScope other;
+        other.restoreState(state);
+        QCOMPARE(other.saveState(), state);
+        other.restoreState({{QStringLiteral("axis"), 99}, {QStringLiteral("lower"), "x"}});
+        QVERIFY(other.axis() <= HistogramScope::PqAxis);
+        QVERIFY(other.lower() < other.upper());
+    }
+
+    void singlePixelOfLargePictureIsSeen() {
+        const Picture picture = Picture::ofGrey(20, 3840, 2160);
+        unsigned char* const pixel = picture.memory + picture.image.stride * 999 + 3 * 777;
+        pixel[0] = 190;
+        m_scope->setLogCounts(true);
+        m_scope->setChannels(HistogramScope::Red);
+        m_scope->resize(200, 150);
+        m_model->setImage(Picture::ofGrey(20, 3840, 2160).image);
+        QTRY_VERIFY(m_model->isCurrent());
+        const int without = brightPixels(m_scope->grab().toImage());
+        m_model->setImage(picture.image);
+        QTRY_VERIFY(m_model->isCurrent());
+        QVERIFY(brightPixels(m_scope->grab().toImage()) > without);
+    }
+
+    void imagesOfAnySize() {
+        QVERIFY(m_scope->toImage({}).isNull());
+        QVERIFY(m_scope->toImage({100000, 1}).isNull());
+        QCOMPARE(m_scope->toImage({1, 1}).size(), QSize(1, 1));
+        QCOMPARE(m_scope->toImage({300, 200}, 1.5).size(), QSize(450, 300));
+        m_scope->setModel(nullptr);
+        QVERIFY(!m_scope->toImage({300, 200}).isNull());
+    }
+
+    void menuOffersWhatKeysDo() {
+        QPointer<QMenu> shown;
+        connect(m_scope.get(), &ScopeView::contextMenuAboutToShow, this, [&](QMenu* menu) {
+            shown = menu;
+            menu->addAction(QStringLiteral("of the host"));
+        });
+        QContextMenuEvent event(QContextMenuEvent::Keyboard, {10, 10});
+        QApplication::sendEvent(m_scope.get(), &event);
+        QVERIFY(shown);
+        QVERIFY(shown->actions().size() >= 7);
+        shown->close();
+        QTRY_VERIFY(!shown);
+    }
+
+    void panelOfFigures() {
+        ImageStatisticsPanel panel;
+        panel.setModel(m_model.get());
+        panel.setColumns(ImageStatisticsPanel::Minimum | ImageStatisticsPanel::Maximum |
+                         ImageStatisticsPanel::NotANumber);
+        panel.setPrecision(2);
+        panel.setUnit(ScopeUnit::Percent);
+        panel.show();
+        QTRY_VERIFY(m_model->isCurrent());
+        const QString first = QStringLiteral("Channel\tMin\tMax\tNaN\nRed\t50.20\t50.20\t0\n");
+        QTRY_VERIFY(panel.toText().startsWith(first));
+        QTest::keyClick(panel.findChild<QTableView*>(), Qt::Key_C, Qt::ControlModifier);
+        QCOMPARE(QApplication::clipboard()->text(), panel.toText());
+        m_model->hold();
+        panel.setShowDifference(true);
+        const Picture picture = Picture::ofGrey(128);
+        picture.memory[picture.image.stride * 5 + 3 * 11] = 255;
+        m_model->setImage(picture.image);
+        QTRY_VERIFY(panel.toText().contains(QStringLiteral("Red\t0.00\t49.80\t0\n")));
+
+        // Where the largest red is.
+        QSignalSpy requested(&panel, &ImageStatisticsPanel::pixelRequested);
+        auto* const table = panel.findChild<QTableView*>();
+        Q_EMIT table->doubleClicked(table->model()->index(0, 1));
+        QTRY_COMPARE(requested.count(), 1);
+        QCOMPARE(requested[0][0].toPoint(), QPoint(11, 5));
+    }
+
+public Q_SLOTS:
+    void deleteDoomed() { delete m_doomed; }
+
+private:
+    std::unique_ptr<ScopeModel> m_model;
+    std::unique_ptr<HistogramScope> m_scope;
+    QPointer<QObject> m_doomed;
+};
+
+KXUI_TEST(ScopeViewTest);
+#include "ScopeViewTest.moc"
