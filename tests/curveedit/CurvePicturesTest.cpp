@@ -221,6 +221,13 @@ private slots:
             QVERIFY(model.move({{0, knot, model.knot(0, knot).x, y}}));
             const QImage window = shown();
             QCOMPARE(window, view.grab().toImage().convertToFormat(QImage::Format_RGB32));
+            CurveView other; // that has drawn nothing before
+            other.setModel(&model);
+            other.resize(view.size());
+            other.setVisibleRange(view.visibleRange());
+            view.clearFocus();
+            QCOMPARE(shown(), other.grab().toImage().convertToFormat(QImage::Format_RGB32));
+            view.setFocus();
         }
     }
 

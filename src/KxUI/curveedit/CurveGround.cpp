@@ -39,6 +39,8 @@ public:
         paintIdentity();
         if (m_plot.width() >= LeastWidth && m_plot.height() >= LeastHeight)
             paintLabels();
+        if (m_key.focus.isValid())
+            paintFocus();
     }
 
 private:
@@ -143,6 +145,14 @@ private:
         }
     }
 
+    void paintFocus() {
+        m_painter.setRenderHint(QPainter::Antialiasing);
+        m_painter.setPen(QPen(m_key.focus, 1.5));
+        m_painter.setBrush(Qt::NoBrush);
+        m_painter.drawRoundedRect(
+            QRectF(QPointF(), QSizeF(m_key.size)).adjusted(0.75, 0.75, -0.75, -0.75), 3.0, 3.0);
+    }
+
     QPen pen(double alpha) const { return QPen(faint(m_ink, alpha), 1.0 / m_key.ratio); }
 
     QPainter& m_painter;
@@ -173,7 +183,8 @@ const QImage& CurveGround::picture(const Key& key, const QVector<CurveHistogram>
 
 bool CurveGround::isSame(const Key& a, const Key& b) {
     return a.size == b.size && a.ratio == b.ratio && a.plot == b.plot && a.grid == b.grid &&
-           a.histogram == b.histogram && a.font == b.font && a.base == b.base && a.ink == b.ink;
+           a.histogram == b.histogram && a.font == b.font && a.base == b.base && a.ink == b.ink &&
+           a.focus == b.focus;
 }
 
 } // namespace Kestrel::UI

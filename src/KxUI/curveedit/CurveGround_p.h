@@ -35,8 +35,8 @@ struct CurveGrid {
     }
 };
 
-/** What lies behind the curves and does not change while they are edited: ground, histogram, grid.
-    A picture that is drawn anew when something of it becomes another one. */
+/** What lies behind the curves and does not change while they are edited: ground, histogram, grid,
+    the frame that tells of the focus. A picture that is drawn anew when something of it becomes another one. */
 class CurveGround {
 public:
     /** All that the picture depends on. */
@@ -47,6 +47,7 @@ public:
         CurveGrid grid;
         QColor base; ///< the ground
         QColor ink;
+        QColor focus; ///< of the frame around a view that has it; invalid without
         QFont font;
         int histogram = 0; ///< counts the histograms that were set
     };

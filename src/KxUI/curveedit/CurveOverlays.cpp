@@ -157,10 +157,4 @@ void CurveOverlays::paintText(const std::vector<CurveWord>& words, const QFont& 
     }
 }
 
-void CurveOverlays::paintFocus(const QRectF& rect) {
-    m_painter.setBrush(Qt::NoBrush);
-    m_painter.setPen(pen(m_palette.color(QPalette::Highlight), 1.5));
-    m_painter.drawRoundedRect(rect.adjusted(0.75, 0.75, -0.75, -0.75), 3.0, 3.0);
-}
-
 } // namespace Kestrel::UI

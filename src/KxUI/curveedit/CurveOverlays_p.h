@@ -41,7 +41,6 @@ public:
     void paintText(const std::vector<CurveWord>& words, const QFont& font, int line);
     /** How wide that would be. */
     double widthOf(const std::vector<CurveWord>& words, const QFont& font) const;
-    void paintFocus(const QRectF& rect);
 
 private:
     QPen pen(const QColor& color, double width, Qt::PenStyle style = Qt::SolidLine) const;

@@ -18,6 +18,7 @@ namespace {
 constexpr double StripHeight = 4.0; // of the strip that tells where knots lie too close to be seen
 constexpr double StripRoom = 1.0;   // between those of two curves
 constexpr double DotCell = 3.0;     // of those in such a square one knot is drawn
+constexpr int InkBlock = 16;        // columns
 constexpr int SomeKnots = 255;      // a column with so many looks as full as it can
 
 /** Of knots that lie almost on each other one is drawn. */
@@ -88,13 +89,17 @@ void CurvePictures::paintLines(QPainter& painter, const CurveGround::Key& ground
     const QRect pixels = devicePixels(exposed, ground.ratio) & behind.rect();
     if (pixels.isEmpty())
         return;
-    if (m_canvas.size() != behind.size())
+    if (m_canvas.size() != behind.size()) {
         m_canvas = QImage(behind.size(), QImage::Format_RGB32);
+        m_covered = QRegion();
+    }
     // Asked for first, since what they find out may be that nothing drawn before is right.
     for (const CurveLook& look : curves)
         line(*scene.model, look.curve, ground.plot, ground.ratio, behind.width());
     if (m_behind != behind.cacheKey() || !(m_looks == curves)) {
         m_drawn = QRegion();
+        if (m_behind != behind.cacheKey())
+            m_covered = QRegion();
         m_behind = behind.cacheKey();
         m_looks = curves;
     }
@@ -108,14 +113,63 @@ void CurvePictures::paintLines(QPainter& painter, const CurveGround::Key& ground
 void CurvePictures::compose(const CurveGround::Key& ground, const QImage& behind,
                             const CurveScene& scene, const std::vector<CurveLook>& curves,
                             const QRect& pixels) {
-    copyRows(m_canvas, behind, pixels);
+    uncover(behind, pixels);
     for (const CurveLook& look : curves) {
         const CurveLine& seen =
             line(*scene.model, look.curve, ground.plot, ground.ratio, behind.width());
+        const bool hasStrip = look.hasKnots && seen.isCrowded(ground.plot.rect().width());
+        noteInk(look, seen, ground.ratio, pixels, hasStrip);
         strokeCurve(m_canvas, pixels, seen.columns, look.width * ground.ratio,
                     faint(look.color, look.opacity));
-        if (look.hasKnots && seen.isCrowded(ground.plot.rect().width()))
+        if (hasStrip)
             paintDensity(look, seen, ground, pixels);
+    }
+}
+
+// Of what the lines left alone nothing has to be copied: most of a picture.
+void CurvePictures::uncover(const QImage& behind, const QRect& pixels) {
+    m_ink.resize(std::size_t(behind.width() / InkBlock + 1));
+    const bool isCovered = (QRegion(pixels) - m_covered).isEmpty();
+    for (int block = pixels.left() / InkBlock; block <= pixels.right() / InkBlock; ++block) {
+        Rows& ink = m_ink[std::size_t(block)];
+        const QRect columns(block * InkBlock, 0, InkBlock, behind.height());
+        const QRect inked(columns.left(), ink.first, InkBlock, ink.end - ink.first);
+        if (isCovered && ink.first < ink.end)
+            copyRows(m_canvas, behind, inked & pixels);
+        if (pixels.contains(columns & behind.rect()))
+            ink = {};
+    }
+    if (!isCovered)
+        copyRows(m_canvas, behind, pixels);
+    m_covered += pixels;
+}
+
+void CurvePictures::noteInk(const CurveLook& look, const CurveLine& line, double ratio,
+                            const QRect& pixels, bool hasStrip) {
+    // What a column draws reaches over to its neighbours.
+    const int reach = qCeil(look.width * ratio / 2.0) + 2;
+    const int last = m_canvas.width() - 1;
+    const int height = m_canvas.height();
+    const auto bound = float(height);
+    const auto note = [&](int from, int to, const Rows& rows) {
+        const int end = std::clamp(to, 0, last) / InkBlock;
+        for (int block = std::clamp(from, 0, last) / InkBlock; block <= end; ++block) {
+            Rows& ink = m_ink[std::size_t(block)];
+            ink.first = std::min(ink.first, rows.first);
+            ink.end = std::max(ink.end, rows.end);
+        }
+    };
+    if (hasStrip)
+        note(pixels.left(), pixels.right(), {0, height});
+    const int end = std::min(pixels.right() + 1 + reach, line.columns.end());
+    for (int x = std::max(pixels.left() - reach, line.columns.first); x < end; ++x) {
+        const CurveColumn& column = line.columns.columns[std::size_t(x - line.columns.first)];
+        const float top = column.top - float(reach);
+        const float bottom = column.bottom + float(reach) + 1.0F;
+        // A model may well say what is no number.
+        note(x - reach, x + reach,
+             {top > 0.0F && top < bound ? int(top) : 0,
+              bottom > 0.0F && bottom < bound ? int(bottom) : height});
     }
 }
 

@@ -8,6 +8,7 @@
 #include <QRegion>
 
 #include <array>
+#include <limits>
 #include <map>
 #include <tuple>
 #include <vector>
@@ -91,6 +92,10 @@ public:
                        KnotLook look, const QColor& color);
 
 private:
+    struct Rows {
+        int first = std::numeric_limits<int>::max();
+        int end = 0;
+    };
     struct Kept {
         CurveLine line;
         bool valid = false;
@@ -99,6 +104,10 @@ private:
 
     const CurveLine& line(const CurveModel& model, int curve, const CurvePlot& plot, double ratio,
                           int width);
+    /** Takes the lines off the canvas again. */
+    void uncover(const QImage& behind, const QRect& pixels);
+    void noteInk(const CurveLook& look, const CurveLine& line, double ratio, const QRect& pixels,
+                 bool hasStrip);
     void compose(const CurveGround::Key& ground, const QImage& behind, const CurveScene& scene,
                  const std::vector<CurveLook>& curves, const QRect& pixels);
     void paintDensity(const CurveLook& look, const CurveLine& line, const CurveGround::Key& ground,
@@ -107,9 +116,11 @@ private:
                       const CurveLook& look, const QRectF& exposed);
 
     CurveGround m_ground;
-    QImage m_canvas;     ///< the ground with the lines on it
-    QRegion m_drawn;     ///< the part of it that is still right
-    qint64 m_behind = 0; ///< the ground that it was drawn on
+    QImage m_canvas;         ///< the ground with the lines on it
+    QRegion m_drawn;         ///< the part of it that is still right
+    QRegion m_covered;       ///< the part that has the ground, perhaps under lines of before
+    std::vector<Rows> m_ink; ///< where these are, by blocks of columns
+    qint64 m_behind = 0;     ///< the ground that it was drawn on
     std::vector<CurveLook> m_looks;
     KnotPictures m_knots;
     CurvePlot m_plot; ///< what the lines are for, with the ones below

@@ -47,7 +47,7 @@ CurveView::CurveView(QWidget* parent)
     setFocusPolicy(Qt::StrongFocus);
     setMouseTracking(true);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
-    setAttribute(Qt::WA_OpaquePaintEvent, false);
+    setAttribute(Qt::WA_OpaquePaintEvent);
     grabGesture(Qt::PinchGesture);
     d->setPlot(d->visible);
 }
@@ -357,6 +357,8 @@ bool CurveView::event(QEvent* event) {
 }
 
 void CurveView::changeEvent(QEvent* event) {
+    if (event->type() == QEvent::EnabledChange) // else what is behind shines through
+        setAttribute(Qt::WA_OpaquePaintEvent, isEnabled());
     switch (event->type()) {
     case QEvent::FontChange:
     case QEvent::LocaleChange:

@@ -155,6 +155,8 @@ void CurveViewPrivate::paint(QPainter& painter, const QRegion& exposed) {
                                   currentGrid(),
                                   q->palette().color(QPalette::Base),
                                   q->palette().color(QPalette::Text),
+                                  q->hasFocus() ? q->palette().color(QPalette::Highlight)
+                                                : QColor(),
                                   q->font(),
                                   histogramCount};
     for (const QRect& part : exposed)
@@ -172,9 +174,6 @@ void CurveViewPrivate::paint(QPainter& painter, const QRegion& exposed) {
     painter.setRenderHint(QPainter::Antialiasing);
     paintDrag(painter, overlays, ground);
     paintTexts(overlays, curves);
-    painter.setClipping(false);
-    if (q->hasFocus())
-        overlays.paintFocus(q->rect());
 }
 
 void CurveViewPrivate::paintMarks(CurveOverlays& overlays, const std::vector<CurveLook>& curves) {
