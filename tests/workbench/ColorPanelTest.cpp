@@ -174,6 +174,8 @@ private slots:
         keeper.exportFile(folder.path());
         QTRY_COMPARE(failed.count(), 2);
         QCOMPARE(swatches.count(), 3);
+        // Until all of it is written, the folder can not go.
+        QTRY_COMPARE(readFile(folder.filePath(QStringLiteral("swatches"))), swatches.content());
     }
 };
 

@@ -114,12 +114,15 @@ void CurvePictures::compose(const CurveGround::Key& ground, const QImage& behind
                             const CurveScene& scene, const std::vector<CurveLook>& curves,
                             const QRect& pixels) {
     uncover(behind, pixels);
+    // No line goes through the frame of the focus.
+    const int frame = ground.focus.isValid() ? qCeil(1.5 * ground.ratio) : 0;
+    const QRect inside = behind.rect().adjusted(frame, frame, -frame, -frame) & pixels;
     for (const CurveLook& look : curves) {
         const CurveLine& seen =
             line(*scene.model, look.curve, ground.plot, ground.ratio, behind.width());
         const bool hasStrip = look.hasKnots && seen.isCrowded(ground.plot.rect().width());
         noteInk(look, seen, ground.ratio, pixels, hasStrip);
-        strokeCurve(m_canvas, pixels, seen.columns, look.width * ground.ratio,
+        strokeCurve(m_canvas, inside, seen.columns, look.width * ground.ratio,
                     faint(look.color, look.opacity));
         if (hasStrip)
             paintDensity(look, seen, ground, pixels);

@@ -6,16 +6,13 @@
 #include <KxUI/picker/ColorMime_p.h>
 #include <KxUI/picker/ColorPicker.h>
 
-#include <QApplication>
 #include <QContextMenuEvent>
 #include <QDragEnterEvent>
-#include <QHelpEvent>
 #include <QKeyEvent>
 #include <QMenu>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QStyleOptionButton>
-#include <QToolTip>
 
 #include <algorithm>
 #include <utility>
@@ -154,19 +151,7 @@ bool ColorButton::event(QEvent* event) {
         d->close();
     if (!alive || d->bracket.takes(event))
         return true;
-    if (event->type() == QEvent::ShortcutOverride) {
-        auto* const key = static_cast<QKeyEvent*>(event);
-        if (key->matches(QKeySequence::Copy) || key->matches(QKeySequence::Paste)) {
-            event->accept();
-            return true;
-        }
-    }
-    if (event->type() == QEvent::ToolTip && toolTip().isEmpty()) {
-        QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(),
-                           colorWords(d->color, d->display), this);
-        return true;
-    }
-    return QAbstractButton::event(event);
+    return d->place.takes(event) || QAbstractButton::event(event);
 }
 
 void ColorButton::paintEvent(QPaintEvent*) {
@@ -175,21 +160,16 @@ void ColorButton::paintEvent(QPaintEvent*) {
 }
 
 void ColorButton::mousePressEvent(QMouseEvent* event) {
-    d->pressed.reset();
-    if (event->button() == Qt::LeftButton)
-        d->pressed = event->pos();
+    d->place.forget();
+    d->place.press(*event);
     QAbstractButton::mousePressEvent(event);
 }
 
 void ColorButton::mouseMoveEvent(QMouseEvent* event) {
-    const bool isDrag =
-        d->pressed && (event->buttons() & Qt::LeftButton) &&
-        (event->pos() - *d->pressed).manhattanLength() >= QApplication::startDragDistance();
-    if (!isDrag) {
+    if (!d->place.drags(*event)) {
         QAbstractButton::mouseMoveEvent(event);
         return;
     }
-    d->pressed.reset();
     setDown(false);
     dragColor(this, d->color, d->display); // nothing after it: the button may be gone
 }
@@ -216,23 +196,15 @@ void ColorButton::contextMenuEvent(QContextMenuEvent* event) {
 }
 
 void ColorButton::dragEnterEvent(QDragEnterEvent* event) {
-    if (colorDragSource() == this || !colorIn(event->mimeData(), d->display, d->color.alpha))
-        return;
-    d->setDropping(true);
-    event->setDropAction(Qt::CopyAction);
-    event->accept();
+    d->place.enter(event);
 }
 
 void ColorButton::dragLeaveEvent(QDragLeaveEvent*) {
-    d->setDropping(false);
+    d->place.leave();
 }
 
 void ColorButton::dropEvent(QDropEvent* event) {
-    d->setDropping(false);
-    const std::optional<ColorValue> color = colorIn(event->mimeData(), d->display, d->color.alpha);
-    event->setDropAction(Qt::CopyAction);
-    event->setAccepted(color.has_value());
-    d->take(color);
+    d->take(d->place.drop(event));
 }
 
 } // namespace Kestrel::UI

@@ -22,6 +22,7 @@ constexpr int Margin = 4; // of the bevel around the colour
 ColorButtonPrivate::ColorButtonPrivate(ColorButton* button)
     : bracket(
           button, [this] { return color; }, [this](const ColorValue& edited) { store(edited); })
+    , place(button, color, display)
     , q(button) {}
 
 void ColorButtonPrivate::store(const ColorValue& newColor) {
@@ -135,11 +136,6 @@ void ColorButtonPrivate::showInPicker() {
         m_shown->setColor(color);
 }
 
-void ColorButtonPrivate::setDropping(bool dropping) {
-    if (std::exchange(m_dropping, dropping) != dropping)
-        q->update();
-}
-
 void ColorButtonPrivate::paint(QPainter& painter) const {
     const double ratio = q->devicePixelRatioF();
     QStyleOptionButton option;
@@ -150,7 +146,7 @@ void ColorButtonPrivate::paint(QPainter& painter) const {
         rectOnPixels(QRectF(q->rect()).adjusted(Margin, Margin, -Margin, -Margin), ratio);
     const QPalette palette = q->palette();
     const QColor ground = palette.color(QPalette::Button);
-    const bool isMarked = m_dropping || q->hasFocus();
+    const bool isMarked = place.isDropping() || q->hasFocus();
     painter.fillRect(area,
                      isMarked ? visibleHighlight(palette, ground) : swatchOutline(palette, ground));
     const double line = isMarked ? 2.0 : 1.0;

@@ -2,6 +2,7 @@
 
 #include <KxUI/kit/EditBracket_p.h>
 #include <KxUI/picker/ColorButton.h>
+#include <KxUI/picker/ColorPlace_p.h>
 #include <KxUI/picker/ColorPopup_p.h>
 #include <KxUI/picker/DisplayCall_p.h>
 
@@ -26,7 +27,6 @@ public:
     void close();
     /** Has the picker show the button's colour. */
     void showInPicker();
-    void setDropping(bool dropping);
     void paint(QPainter& painter) const;
 
     ColorValue color;
@@ -37,7 +37,7 @@ public:
     QPointer<ColorPicker> shared;
     std::unique_ptr<ColorPicker> own;
     std::unique_ptr<ColorPopup> popup; ///< while it is open
-    std::optional<QPoint> pressed;     ///< where a drag may come of
+    ColorPlace place;
 
 private:
     ColorPicker* picker();
@@ -47,7 +47,6 @@ private:
     ColorButton* const q;
     QPointer<ColorPicker> m_shown; ///< the one in the popup
     ColorValue m_before;           ///< the colour that it was opened with
-    bool m_dropping = false;       ///< a colour is above that may be dropped
 };
 
 } // namespace Kestrel::UI

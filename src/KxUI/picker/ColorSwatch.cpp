@@ -6,18 +6,16 @@
 #include <KxUI/kit/InterfaceThread_p.h>
 #include <KxUI/kit/RefusalFlash_p.h>
 #include <KxUI/picker/ColorMime_p.h>
+#include <KxUI/picker/ColorPlace_p.h>
 #include <KxUI/picker/ColorSwatchAccessible_p.h>
 #include <KxUI/picker/SwatchPainting_p.h>
 
-#include <QApplication>
 #include <QContextMenuEvent>
 #include <QDragEnterEvent>
-#include <QHelpEvent>
 #include <QKeyEvent>
 #include <QMenu>
 #include <QMouseEvent>
 #include <QPainter>
-#include <QToolTip>
 
 #include <algorithm>
 #include <optional>
@@ -40,21 +38,20 @@ public:
     explicit ColorSwatchPrivate(ColorSwatch* swatch)
         : bracket(
               swatch, [this] { return color; }, [this](const ColorValue& edited) { store(edited); })
+        , place(swatch, color, display)
         , q(swatch) {}
 
     void store(const ColorValue& newColor);
     /** Takes a colour that came from elsewhere, or refuses what is none. */
     void take(const std::optional<ColorValue>& taken);
-    void setDropping(bool dropping);
     void fillMenu(QMenu& menu);
     void paint(QPainter& painter) const;
 
     ColorValue color;
     DisplayCall display;
     EditBracket<ColorSwatch, ColorValue> bracket;
-    std::optional<QPoint> pressed; ///< where a click, or a drag, may come of
+    ColorPlace place;
     bool readOnly = false;
-    bool dropping = false; ///< a colour is above that may be dropped
 
 private:
     ColorSwatch* const q;
@@ -76,11 +73,6 @@ void ColorSwatchPrivate::take(const std::optional<ColorValue>& taken) {
         RefusalFlash::over(q);
 }
 
-void ColorSwatchPrivate::setDropping(bool isAbove) {
-    if (std::exchange(dropping, isAbove) != isAbove)
-        q->update();
-}
-
 void ColorSwatchPrivate::fillMenu(QMenu& menu) {
     QAction* const copy = menu.addAction(ColorSwatch::tr("&Copy colour"));
     QObject::connect(copy, &QAction::triggered, q, &ColorSwatch::copy);
@@ -94,7 +86,7 @@ void ColorSwatchPrivate::paint(QPainter& painter) const {
     const QPalette palette = q->palette();
     const QColor ground = palette.color(QPalette::Window);
     const QRectF all(q->rect());
-    const bool isMarked = dropping || q->hasFocus();
+    const bool isMarked = place.isDropping() || q->hasFocus();
     const double line = isMarked ? 2.0 : 1.0;
     painter.fillRect(rectOnPixels(all, ratio),
                      isMarked ? visibleHighlight(palette, ground) : swatchOutline(palette, ground));
@@ -189,23 +181,17 @@ bool ColorSwatch::event(QEvent* event) {
         return true;
     if (event->type() == QEvent::ShortcutOverride) {
         auto* const key = static_cast<QKeyEvent*>(event);
-        if (isClickKey(*key) || key->matches(QKeySequence::Copy) ||
-            key->matches(QKeySequence::Paste)) {
+        if (isClickKey(*key)) {
             event->accept();
             return true;
         }
     }
-    if (event->type() == QEvent::ToolTip && toolTip().isEmpty()) {
-        QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(),
-                           colorWords(d->color, d->display), this);
-        return true;
-    }
-    return QWidget::event(event);
+    return d->place.takes(event) || QWidget::event(event);
 }
 
 void ColorSwatch::changeEvent(QEvent* event) {
     if (event->type() == QEvent::EnabledChange)
-        d->pressed.reset();
+        d->place.forget();
     QWidget::changeEvent(event);
     update();
 }
@@ -216,21 +202,18 @@ void ColorSwatch::paintEvent(QPaintEvent*) {
 }
 
 void ColorSwatch::mousePressEvent(QMouseEvent* event) {
-    if (event->button() == Qt::LeftButton)
-        d->pressed = event->pos();
+    d->place.press(*event);
 }
 
 void ColorSwatch::mouseMoveEvent(QMouseEvent* event) {
-    if (!d->pressed || !(event->buttons() & Qt::LeftButton) ||
-        (event->pos() - *d->pressed).manhattanLength() < QApplication::startDragDistance())
-        return;
-    d->pressed.reset();
-    dragColor(this, d->color, d->display); // nothing after it: the swatch may be gone
+    if (d->place.drags(*event))
+        dragColor(this, d->color, d->display); // nothing after it: the swatch may be gone
 }
 
 void ColorSwatch::mouseReleaseEvent(QMouseEvent* event) {
-    if (event->button() != Qt::LeftButton || !std::exchange(d->pressed, std::nullopt))
+    if (event->button() != Qt::LeftButton || !d->place.isPressed())
         return;
+    d->place.forget();
     if (rect().contains(event->pos()))
         Q_EMIT clicked();
 }
@@ -254,23 +237,15 @@ void ColorSwatch::contextMenuEvent(QContextMenuEvent* event) {
 }
 
 void ColorSwatch::dragEnterEvent(QDragEnterEvent* event) {
-    if (colorDragSource() == this || !colorIn(event->mimeData(), d->display, d->color.alpha))
-        return;
-    d->setDropping(true);
-    event->setDropAction(Qt::CopyAction);
-    event->accept();
+    d->place.enter(event);
 }
 
 void ColorSwatch::dragLeaveEvent(QDragLeaveEvent*) {
-    d->setDropping(false);
+    d->place.leave();
 }
 
 void ColorSwatch::dropEvent(QDropEvent* event) {
-    d->setDropping(false);
-    const std::optional<ColorValue> color = colorIn(event->mimeData(), d->display, d->color.alpha);
-    event->setDropAction(Qt::CopyAction);
-    event->setAccepted(color.has_value());
-    d->take(color);
+    d->take(d->place.drop(event));
 }
 
 } // namespace Kestrel::UI
