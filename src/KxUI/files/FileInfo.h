@@ -5,6 +5,7 @@
 
 #include <QByteArray>
 #include <QFlags>
+#include <QMetaType>
 #include <QSharedDataPointer>
 #include <QString>
 
@@ -209,3 +210,4 @@ Q_DECLARE_OPERATORS_FOR_FLAGS(FileInfo::Flags)
 } // namespace Kestrel::UI
 
 Q_DECLARE_TYPEINFO(Kestrel::UI::FileInfo, Q_MOVABLE_TYPE);
+Q_DECLARE_METATYPE(Kestrel::UI::FileInfo)

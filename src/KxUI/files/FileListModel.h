@@ -117,5 +117,3 @@ private:
 };
 
 } // namespace Kestrel::UI
-
-Q_DECLARE_METATYPE(Kestrel::UI::FileInfo)
