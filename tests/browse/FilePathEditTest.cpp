@@ -4,6 +4,7 @@
 #include <support/TempFolder.h>
 #include <support/TestRegistry.h>
 
+#include <KxUI/browse/FileChooserDialog.h>
 #include <KxUI/browse/FilePathEdit.h>
 #include <KxUI/browse/PathProbe_p.h>
 #include <KxUI/kit/ParameterBinding.h>
@@ -159,6 +160,25 @@ private Q_SLOTS:
         QCOMPARE(stage.field.path(), QStringLiteral("/old"));
         sendKey(stage.field, Qt::Key_Return);
         QCOMPARE(stage.take(), QStringLiteral("/old;F"));
+    }
+
+    void choosesByDefault() {
+        TempFolder folder;
+        std::filesystem::create_directory(folder.path() / "sub");
+        Stage stage;
+        stage.field.setKind(FilePathEdit::Folder);
+        stage.field.setRawPath(QByteArray::fromStdString(folder.utf8()));
+        stage.field.browse();
+        stage.field.browse(); // the one that is open
+        QCOMPARE(stage.field.findChildren<FileChooserDialog*>().size(), 1);
+        QPointer<FileChooserDialog> chooser = stage.field.findChild<FileChooserDialog*>();
+        QVERIFY(chooser->isVisible());
+        QTRY_COMPARE(chooser->folder(), QByteArray::fromStdString(folder.utf8()));
+        stage.take();
+        chooser->setFolder(QByteArray::fromStdString(folder.utf8()) + "/sub");
+        QTRY_COMPARE(chooser->choices().size(), std::size_t(1));
+        chooser->accept();
+        QTRY_COMPARE(stage.told, QString::fromStdString(folder.utf8()) + QStringLiteral("/sub;F"));
     }
 
     void versions() {

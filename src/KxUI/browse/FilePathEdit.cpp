@@ -155,7 +155,18 @@ void FilePathEdit::setExpander(std::function<QString(const QString&)> expander) 
 void FilePathEdit::setBrowser(std::function<void(FilePathEdit*)> browser) {
     KXUI_INTERFACE_THREAD(this);
     d->browser = std::move(browser);
-    d->showButtons();
+}
+
+QString FilePathEdit::purpose() const {
+    return d->purpose;
+}
+
+void FilePathEdit::setPurpose(const QString& purpose) {
+    KXUI_INTERFACE_THREAD(this);
+    if (purpose == d->purpose)
+        return;
+    d->purpose = purpose;
+    Q_EMIT settingsChanged();
 }
 
 bool FilePathEdit::checks() const {

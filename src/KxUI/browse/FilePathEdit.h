@@ -32,6 +32,7 @@ class KXUI_EXPORT FilePathEdit : public QLineEdit {
     Q_PROPERTY(QString baseFolder READ baseFolder WRITE setBaseFolder NOTIFY settingsChanged)
     Q_PROPERTY(
         bool prefersRelative READ prefersRelative WRITE setPrefersRelative NOTIFY settingsChanged)
+    Q_PROPERTY(QString purpose READ purpose WRITE setPurpose NOTIFY settingsChanged)
     Q_PROPERTY(bool checks READ checks WRITE setChecks NOTIFY settingsChanged)
     Q_PROPERTY(Validity validity READ validity NOTIFY validityChanged)
 
@@ -98,6 +99,11 @@ public:
     /** Replaces variables in the text before it means a path. Called on the interface thread, often;
         must ask no disk. None at first: then `$` is a letter like any other. */
     void setExpander(std::function<QString(const QString&)> expander);
+
+    /** Under which purpose the file chooser remembers folder, filter and size; see
+        Kestrel::UI::FileChooserDialog::setPurpose(). Empty, as at first, for none. */
+    QString purpose() const;
+    void setPurpose(const QString& purpose);
 
     /** Called in place of the file chooser: an asset browser. Returns at once, and has
         chooseRawPath() called when the user has chosen. Null for the chooser. */

@@ -89,7 +89,7 @@ void FilePathEdit::Private::showButtons() {
                                           : tr("Choose a file");
     browseAction->setText(choose);
     browseAction->setToolTip(tr("%1 (F4)").arg(choose));
-    browseAction->setVisible(canBrowse());
+    browseAction->setVisible(!q->isReadOnly());
     if (!checks) {
         delete stateAction;
         stateAction = nullptr;

@@ -170,7 +170,7 @@ void FilePathEdit::contextMenuEvent(QContextMenuEvent* event) {
     menu->setAttribute(Qt::WA_DeleteOnClose);
     menu->addSeparator();
     QAction* const choose = menu->addAction(d->browseAction->text());
-    choose->setEnabled(d->browseAction->isVisible() && !isReadOnly());
+    choose->setEnabled(!isReadOnly());
     connect(choose, &QAction::triggered, this, &FilePathEdit::browse);
     menu->popup(event->globalPos());
 }

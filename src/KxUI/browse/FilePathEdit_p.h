@@ -9,9 +9,10 @@
 #include <QTimer>
 
 class QAction;
-class QMenu;
 
 namespace Kestrel::UI {
+
+class FileChooserDialog;
 
 /** A path as it is kept: its text, and the bytes that the text was made from. */
 struct FilePathValue {
@@ -74,7 +75,7 @@ struct FilePathEdit::Private {
     QRect textRoom() const;
     QString elided() const;
     void showButtons();
-    bool canBrowse() const;
+    void openChooser();
 
     FilePathEdit* const q;
     Kestrel::UI::EditBracket<FilePathEdit, FilePathValue> bracket;
@@ -91,6 +92,8 @@ struct FilePathEdit::Private {
     bool prefersRelative = false;
     std::function<QString(const QString&)> expander;
     std::function<void(FilePathEdit*)> browser;
+    QString purpose;
+    QPointer<Kestrel::UI::FileChooserDialog> chooser;
 
     Kestrel::UI::PathCompleter* completer = nullptr;
     Kestrel::UI::PathProbe probe;
