@@ -16,12 +16,13 @@ FilePathEdit::Private::Private(FilePathEdit* field)
     : q(field)
     , bracket(
           field, [this] { return taken; }, [this](const FilePathValue& value) { store(value); },
-          [field](const FilePathValue& value) { Q_EMIT field->valueEdited(value.text); })
-    , probe(field)
-    , dropProbe(field)
-    , checkTimer(field) {}
+          [field](const FilePathValue& value) { Q_EMIT field->valueEdited(value.text); }) {}
 
 void FilePathEdit::Private::setUp() {
+    // Not before: the field hears of its children, and looks here.
+    for (QObject* child : {static_cast<QObject*>(&probe), static_cast<QObject*>(&dropProbe),
+                           static_cast<QObject*>(&checkTimer)})
+        child->setParent(q);
     q->setLayoutDirection(Qt::LeftToRight);
     q->setAlignment(Qt::AlignLeft);
     q->setAcceptDrops(true);
