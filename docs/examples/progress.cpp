@@ -53,7 +53,7 @@ int main(int argc, char** argv) {
     dialog.show();
     strip->setOpened(&dialog);
 
-    std::thread work(render, task, 100000);
+    std::thread work(render, task, 240);
     std::this_thread::sleep_for(std::chrono::milliseconds(300));
     manager->look();
     const int result = QApplication::exec();

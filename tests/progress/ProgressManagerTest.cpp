@@ -58,7 +58,13 @@ private slots:
     void tellsTheTime() {
         const auto task = m_manager->start("Render", ProgressTask::Pausable);
         QCOMPARE(m_manager->statusText(0), QString("Waiting to start"));
+        // What waited does not stand still.
+        m_now += 50;
+        m_manager->look();
         task->setTotal(100);
+        task->start();
+        m_manager->look();
+        QCOMPARE(m_manager->statusText(0), QString());
         work(*task, 40);
         QVERIFY(std::abs(m_manager->timeToGo(0)->count() - 60) <= 2);
         QCOMPARE(m_manager->statusText(0), QString("1 minute left"));

@@ -89,7 +89,7 @@ bool ProgressManager::Private::look(WatchedTask& watched, double now) {
     if (saysTime || watched.saidAt < 0) {
         watched.saidAt = now;
         watched.toGo = watched.time.shown(now);
-        watched.isStalled = watched.time.isStalled(now);
+        watched.isStalled = state == State::Running && watched.time.isStalled(now);
     }
     return isOther || saysTime || state != watched.state ||
            std::fabs(fraction - watched.fraction) >= visibleStep;
