@@ -32,6 +32,12 @@ void report(benchmark::State& state, Report tell) {
 void reportOurs(benchmark::State& state) {
     const auto task = ProgressTask::create(QStringLiteral("Task"));
     task->setTotal(Steps);
+    report(state, [&](int step) { task->setDone(step); });
+}
+
+void advanceOurs(benchmark::State& state) {
+    const auto task = ProgressTask::create(QStringLiteral("Task"));
+    task->setTotal(Steps);
     report(state, [&](int) { task->advance(); });
 }
 
@@ -90,6 +96,8 @@ void registerBenchmarks() {
     Bench::targetRatio("progress: one report", "QProgressDialog", 100);
     // 20 ns, 100 us (a millisecond in a second) and 30 ns.
     Bench::target("progress: one report", 0.02);
+    Bench::add("progress: one step more, of many threads'", "ours", advanceOurs);
+    Bench::target("progress: one step more, of many threads'", 0.02);
     Bench::add("progress: a look at 1,000 tasks", "ours", lookAtTasks);
     Bench::target("progress: a look at 1,000 tasks", 100);
     Bench::add("progress: the time left, a report", "ours", estimate);
