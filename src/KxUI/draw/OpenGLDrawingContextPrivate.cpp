@@ -205,10 +205,10 @@ GLuint OpenGLDrawingContextPrivate::newTexture() {
     GLuint name = 0;
     m_gl.glGenTextures(1, &name);
     m_gl.glBindTexture(GL_TEXTURE_2D, name);
-    for (const GLenum filter : {GL_TEXTURE_MIN_FILTER, GL_TEXTURE_MAG_FILTER})
-        m_gl.glTexParameteri(GL_TEXTURE_2D, filter, GL_NEAREST);
-    for (const GLenum edge : {GL_TEXTURE_WRAP_S, GL_TEXTURE_WRAP_T})
-        m_gl.glTexParameteri(GL_TEXTURE_2D, edge, GL_CLAMP_TO_EDGE);
+    for (const int filter : {GL_TEXTURE_MIN_FILTER, GL_TEXTURE_MAG_FILTER})
+        m_gl.glTexParameteri(GL_TEXTURE_2D, GLenum(filter), GL_NEAREST);
+    for (const int edge : {GL_TEXTURE_WRAP_S, GL_TEXTURE_WRAP_T})
+        m_gl.glTexParameteri(GL_TEXTURE_2D, GLenum(edge), GL_CLAMP_TO_EDGE);
     return name;
 }
 

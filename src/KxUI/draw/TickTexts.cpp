@@ -99,11 +99,14 @@ QString Ticks::text(double value, double step, double largest, Unit unit, const 
     if (std::isinf(value))
         return value < 0 ? QStringLiteral("-inf") : QStringLiteral("inf");
     largest = std::max({std::abs(largest), std::abs(value), std::isfinite(step) ? step : 0});
-    if (!(step > 0 && std::isfinite(step)))
-        step = largest > 0 ? std::pow(10.0, std::floor(std::log10(largest) + 1e-9) - 3) : 1;
+    const Shown shown = shownIn(unit, largest);
+    if (!(step > 0 && std::isfinite(step))) {
+        const double read = largest / shown.factor;
+        step =
+            read > 0 ? shown.factor * std::pow(10.0, std::floor(std::log10(read) + 1e-9) - 3) : 1;
+    }
     if (unit == Seconds && largest >= 60)
         return clock(value, std::min(3, decimalsOf(std::min(step, 1.0))), locale);
-    const Shown shown = shownIn(unit, largest);
     const double number = value / shown.factor;
     const QString name = QString::fromUtf8(shown.name);
     if (largest >= MostUnprefixed || (largest > 0 && largest < 1e-13))

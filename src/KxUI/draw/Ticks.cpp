@@ -10,12 +10,15 @@ namespace {
 
 constexpr double MostTicks = 1000;
 
+// Steps of smaller ranges have no digits left.
+constexpr double LeastRange = 1e-290;
+
 // Labels closer than this cannot be read, whatever their length is said to be.
 constexpr double LeastDistance = 8;
 
 bool isPlannable(double lower, double upper) {
     return std::isfinite(lower) && std::isfinite(upper) && std::isfinite(upper - lower) &&
-           upper > lower;
+           upper - lower > LeastRange;
 }
 
 double largestOf(double lower, double upper) {

@@ -45,7 +45,7 @@ struct KXUI_EXPORT Ticks {
     static double niceStep(double atLeast, Unit unit = Plain);
 
     /** The ticks of a range with as many labels as leave half a label between each two, at most 1000.
-        Each value is a whole number times the step, rounded once. None where the range is empty, is
+        Each value is a whole number times the step, rounded once. None where the range is empty or next to it (1e-290), is
         not finite or spans more than a double holds, or where a logarithmic axis reaches down to 0. */
     static Ticks plan(double lower, double upper, const Rules& rules);
 

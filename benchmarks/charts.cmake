@@ -1,0 +1,18 @@
+kxui_room_bench(charts SOURCES charts.cpp)
+
+# Debian has these two for Qt 5; what is not there is not compared.
+if(KXUI_QT EQUAL 5)
+  find_package(Qt5 QUIET COMPONENTS PrintSupport)
+  find_package(QCustomPlot QUIET)
+  if(TARGET QCustomPlot::QCustomPlot)
+    target_compile_definitions(bench_charts PRIVATE KXUI_BENCH_QCUSTOMPLOT)
+    target_link_libraries(bench_charts PRIVATE QCustomPlot::QCustomPlot)
+  endif()
+  find_path(QWT_INCLUDE_DIR qwt_plot.h PATH_SUFFIXES qwt qwt-qt5)
+  find_library(QWT_LIBRARY qwt-qt5)
+  if(QWT_INCLUDE_DIR AND QWT_LIBRARY)
+    target_compile_definitions(bench_charts PRIVATE KXUI_BENCH_QWT)
+    target_include_directories(bench_charts SYSTEM PRIVATE "${QWT_INCLUDE_DIR}")
+    target_link_libraries(bench_charts PRIVATE "${QWT_LIBRARY}")
+  endif()
+endif()
