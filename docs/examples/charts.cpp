@@ -42,7 +42,8 @@ int main(int argc, char** argv) {
         const double wave = std::sin(frame * 0.05);
         decode->append(frame, 0.021 + 0.008 * wave + (frame % 61 == 0 ? 0.024 : 0));
         // Frames from the cache are not graded: a gap.
-        grade->append(frame, frame / 40 % 3 == 1 ? std::nan("") : 0.012 + 0.003 * std::cos(frame * 0.2));
+        grade->append(frame,
+                      frame / 40 % 3 == 1 ? std::nan("") : 0.012 + 0.003 * std::cos(frame * 0.2));
         paint->append(frame, 0.004 + 0.001 * (frame / 12 % 3));
     };
     for (int frame = 1001; frame < 1240; ++frame)
