@@ -91,6 +91,7 @@ private slots:
             QVERIFY(found == 0 || data.x(found - 1) < wanted);
             const std::size_t hint = random() % (found + 1);
             QCOMPARE(data.firstFrom(wanted, hint), found);
+            QCOMPARE(data.firstNear(wanted, hint, random() % 3200), found);
         }
     }
 

@@ -83,7 +83,7 @@ void ChartPrivate::dataChanged() {
 }
 
 void ChartPrivate::lookChanged() {
-    m_picture = QImage();
+    m_isDrawn = false;
     placeLegend();
     q->update();
 }
@@ -102,7 +102,7 @@ void ChartPrivate::refresh() {
         updateRanges();
     if (!alive)
         return;
-    m_picture = QImage();
+    m_isDrawn = false;
     q->update();
     if (hover)
         updateReadout();
@@ -187,9 +187,11 @@ void ChartPrivate::drawTitle(DrawingContext& context, const QRectF& rect) const 
 const QImage& ChartPrivate::picture() {
     const qreal ratio = q->devicePixelRatioF();
     const QSize pixels = (QSizeF(q->size()) * ratio).toSize();
-    if (m_picture.size() == pixels)
+    const bool hasSize = m_picture.size() == pixels;
+    if (std::exchange(m_isDrawn, true) && hasSize)
         return m_picture;
-    m_picture = QImage(pixels, QImage::Format_RGB32);
+    if (!hasSize)
+        m_picture = QImage(pixels, QImage::Format_RGB32);
     m_picture.setDevicePixelRatio(ratio);
     QPainter painter(&m_picture);
     PainterDrawingContext context(painter, q->size(), ratio);
@@ -203,7 +205,7 @@ const QImage& ChartPrivate::picture() {
 void ChartPrivate::paint(DrawingContext& context) {
     if (std::exchange(m_isStale, false)) {
         updateRanges();
-        m_picture = QImage();
+        m_isDrawn = false;
     }
     if (surface->usesOpenGL()) {
         context.fill(q->rect(), look().ground);
@@ -223,7 +225,7 @@ void ChartPrivate::paint(DrawingContext& context) {
 void ChartPrivate::paintWith(DrawingContext& context, const QSizeF& size) {
     if (std::exchange(m_isStale, false)) {
         updateRanges();
-        m_picture = QImage();
+        m_isDrawn = false;
     }
     const ChartLook colors = look();
     const QRectF all(QPointF(), size);

@@ -106,8 +106,9 @@ private:
 
     QTimer m_timer;
     QElapsedTimer m_sinceRefresh;
-    bool m_isStale = true; ///< data changed since ranges were found
-    QImage m_picture;      ///< of all but the read-out; null when it has to be drawn
+    bool m_isStale = true;  ///< data changed since ranges were found
+    QImage m_picture;       ///< of all but the read-out
+    bool m_isDrawn = false; ///< whether the picture shows the chart as it is
     QHash<const QObject*, int> m_colorIndices;
 };
 

@@ -7,7 +7,7 @@
 namespace Kestrel::UI {
 namespace {
 
-constexpr int BlockBits = 6;
+constexpr int BlockBits = 5;
 constexpr std::size_t Block = std::size_t(1) << BlockBits;
 // Dropping points one by one leaves some behind until it is worth to move the others.
 constexpr std::size_t LeastDropped = 4096;
@@ -130,6 +130,23 @@ std::size_t LineData::firstFrom(double x, std::size_t hint) const {
     }
     return std::size_t(
         std::lower_bound(begin + std::ptrdiff_t(from), begin + std::ptrdiff_t(to), x) - begin);
+}
+
+std::size_t LineData::firstNear(double x, std::size_t from, std::size_t guess) const {
+    const auto begin = m_x.begin() + std::ptrdiff_t(m_first);
+    std::size_t end = std::clamp(guess, from, size());
+    if (end == from || begin[std::ptrdiff_t(end - 1)] < x)
+        return firstFrom(x, end);
+    // The answer is at most `end` - 1: backwards, by steps that double.
+    std::size_t step = 1;
+    std::size_t low = end - 1;
+    while (low > from && !(begin[std::ptrdiff_t(low - 1)] < x)) {
+        end = low;
+        low = low - from > step ? low - step : from;
+        step *= 2;
+    }
+    return std::size_t(
+        std::lower_bound(begin + std::ptrdiff_t(low), begin + std::ptrdiff_t(end), x) - begin);
 }
 
 Extent LineData::extent(std::size_t begin, std::size_t end) const {

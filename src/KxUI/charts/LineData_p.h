@@ -16,7 +16,7 @@ struct Extent {
     void add(const Extent& other);
 };
 
-/** The points of a line in ascending order of x, with a pyramid of extents over blocks of 64, 4,096 ...
+/** The points of a line in ascending order of x, with a pyramid of extents over blocks of 32, 1,024 ...
     of them: the extent of any part is known after some hundred steps. */
 class LineData {
 public:
@@ -34,6 +34,8 @@ public:
 
     /** The first point from `hint` on whose x is at least as large; quick where it is near. */
     std::size_t firstFrom(double x, std::size_t hint = 0) const;
+    /** The same from `from` on, quick where it is near `guess` on either side. */
+    std::size_t firstNear(double x, std::size_t from, std::size_t guess) const;
     /** Of the finite values of y. */
     Extent extent(std::size_t begin, std::size_t end) const;
     /** The bytes of the pyramid. */

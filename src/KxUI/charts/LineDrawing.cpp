@@ -12,6 +12,7 @@ namespace {
 
 constexpr double AreaLight = 0.22;
 constexpr int Shades = 16;
+constexpr double TallSpan = 12;
 
 QColor faded(const QColor& color, double part) {
     QColor other = color;
@@ -46,6 +47,11 @@ public:
         bottom = std::min(bottom, m_bottom);
         if (!(top < bottom))
             return;
+        // The ends of a tall span are noise, which no shade makes smoother.
+        if (bottom - top > TallSpan) {
+            put(Shades, column, std::round(top), std::round(bottom));
+            return;
+        }
         const double first = std::floor(top);
         const double last = std::floor(bottom);
         if (first == last) {

@@ -20,8 +20,10 @@ public:
         std::vector<LineSpan> spans;
         spans.reserve(std::size_t(columns));
         std::size_t begin = m_data.firstFrom(m_x.value(left));
+        std::size_t inColumn = 1; // mostly as many as in the one before
         for (int column = left; column < left + columns && begin <= m_data.size(); ++column) {
-            const std::size_t end = m_data.firstFrom(m_x.value(column + 1), begin);
+            const std::size_t end =
+                m_data.firstNear(m_x.value(column + 1), begin, begin + inColumn);
             m_top = std::numeric_limits<double>::infinity();
             m_bottom = -m_top;
             addExtent(begin, end);
@@ -29,6 +31,7 @@ public:
             addCrossing(end, column + 1);
             if (m_top <= m_bottom)
                 spans.push_back({column, m_top, m_bottom});
+            inColumn = std::max<std::size_t>(end - begin, 1);
             begin = end;
         }
         return spans;

@@ -125,7 +125,7 @@ void PieChartPrivate::drawLabels(DrawingContext& context, bool onRight) {
         const double side = onRight ? 1 : -1;
         const QPointF start = onPie(m_middle, m_outer + 2, all[i]->middle());
         const QPointF end(m_middle.x() + side * (m_outer + 14), tops[i] + height / 2);
-        const QPointF lead[]{start, {start.x() + side * 4, (start.y() + end.y()) / 2}, end};
+        const QPointF lead[]{start, onPie(m_middle, m_outer + 8, all[i]->middle()), end};
         context.polyline(lead, 3, {colors.axis, 1});
         const QString share = QStringLiteral(" %1 %").arg(all[i]->percent);
         const double room = LabelWidth - 20 - metrics.horizontalAdvance(share);

@@ -7,6 +7,9 @@
 
 #include <QPainter>
 
+#include <cmath>
+#include <vector>
+
 namespace Kestrel::UI {
 
 class PainterDrawingContextPrivate {
@@ -28,6 +31,36 @@ public:
         painter.setPen(QPen(color, stroke.width > 0 ? stroke.width : 1 / ratio, stroke.style,
                             Qt::FlatCap, Qt::RoundJoin));
         painter.setBrush(Qt::NoBrush);
+    }
+
+    // Upright and level lines whose edges lie between device pixels, as those of grids: rectangles are the
+    // same picture at a tenth of the cost.
+    bool drawCrisp(const QLineF* lines, int count, const LineStroke& stroke) {
+        const double width = stroke.width > 0 ? stroke.width : 1 / ratio;
+        std::vector<QRectF> rects;
+        for (const QLineF* line = lines; line != lines + count; ++line) {
+            const bool isUpright = line->x1() == line->x2();
+            if (stroke.style != Qt::SolidLine || (!isUpright && line->y1() != line->y2()))
+                return false;
+            const double half = width / 2;
+            const QRectF rect = QRectF(line->p1(), line->p2()).normalized();
+            rects.push_back(isUpright ? rect.adjusted(-half, 0, half, 0)
+                                      : rect.adjusted(0, -half, 0, half));
+            if (!isOnPixels(rects.back()))
+                return false;
+        }
+        painter.setRenderHint(QPainter::Antialiasing, false);
+        const QColor color = stroke.color.isValid() ? stroke.color : QColor(Qt::black);
+        for (const QRectF& rect : rects)
+            painter.fillRect(rectOnPixels(rect, ratio), color);
+        return true;
+    }
+
+    bool isOnPixels(const QRectF& rect) const {
+        for (const double edge : {rect.left(), rect.top(), rect.right(), rect.bottom()})
+            if (std::abs(edge * ratio - std::round(edge * ratio)) > 1e-3)
+                return false;
+        return true;
     }
 
     QPainter& painter;
@@ -55,7 +88,7 @@ void PainterDrawingContext::rectangles(const QRectF* rects, int count, const QCo
 }
 
 void PainterDrawingContext::lines(const QLineF* lines, int count, const LineStroke& stroke) {
-    if (count <= 0)
+    if (count <= 0 || d->drawCrisp(lines, count, stroke))
         return;
     d->setStroke(stroke);
     d->painter.drawLines(lines, count);
