@@ -11,6 +11,7 @@
 #include "workspace/PageKinds.h"
 #include "workspace/WorkspaceMenu.h"
 
+#include <KxUI/browse/FileChooserDialog.h>
 #include <KxUI/eventgraph/EventGraph.h>
 #include <KxUI/settings/AppSettings.h>
 #include <KxUI/time/TimeSlider.h>
@@ -19,11 +20,12 @@
 #include <QActionGroup>
 #include <QApplication>
 #include <QFile>
-#include <QFileDialog>
 #include <QMenuBar>
 #include <QStatusBar>
 #include <QTimer>
 #include <QTreeView>
+
+#include <algorithm>
 
 namespace Kestrel::Workbench {
 
@@ -37,6 +39,18 @@ QAction* addItem(QMenu* menu, const QString& text, const QKeySequence& keys, Rec
     action->setShortcut(keys);
     QObject::connect(action, &QAction::triggered, receiver, function);
     return action;
+}
+
+/** The first frame asked for that has a file. */
+std::int32_t firstPresent(const UI::FileChooserDialog::Choice& choice) {
+    for (const Base::FrameRange& range : choice.info.presentRanges()) {
+        for (std::int64_t frame = range.first; frame <= range.last;
+             frame += std::max(range.step, 1)) {
+            if (frame >= choice.frames.first)
+                return std::int32_t(frame);
+        }
+    }
+    return choice.frames.first;
 }
 
 QString cacheKey() {
@@ -170,7 +184,8 @@ void MainWindow::setTheme(Theme theme) {
 
 void MainWindow::makeFileMenu() {
     QMenu* menu = menuBar()->addMenu(tr("&File"));
-    addItem(menu, tr("&Open Folder..."), QKeySequence::Open, this, [this] { askForFolder(); });
+    addItem(menu, tr("&Open..."), QKeySequence::Open, this, [this] { askForShot(); });
+    addItem(menu, tr("Open &Folder..."), QKeySequence(), this, [this] { askForFolder(); });
     addItem(menu, tr("&Reload"), QKeySequence(Qt::Key_F5), this, [this] { reload(); });
     menu->addSeparator();
     addItem(menu, tr("&Quit"), QKeySequence::Quit, this, [this] { close(); });
@@ -339,11 +354,29 @@ void MainWindow::openProfiler() {
     profiler->activateWindow();
 }
 
+void MainWindow::askForShot() {
+    using Chooser = UI::FileChooserDialog;
+    auto* chooser = Chooser::open(
+        Chooser::OpenFile, this, m_remembers ? QStringLiteral("open-shot") : QString(),
+        {tr("Images (%1)")
+             .arg(QStringLiteral("*.exr *.dpx *.cin *.tif *.tiff *.png *.jpg *.jpeg "
+                                 "*.tga *.hdr *.sgi *.bmp"))},
+        [this](const std::vector<Chooser::Choice>& choices) {
+            const Chooser::Choice& choice = choices.front();
+            openPaths(
+                {choice.isSequence ? choice.info.rawFramePath(firstPresent(choice)) : choice.path});
+        });
+    if (!list()->model()->folder().isEmpty())
+        chooser->setFolder(list()->model()->folder());
+}
+
 void MainWindow::askForFolder() {
-    const QString folder = QFileDialog::getExistingDirectory(
-        this, tr("Open Folder"), QFile::decodeName(list()->model()->folder()));
-    if (!folder.isEmpty())
-        openPaths({QFile::encodeName(folder)});
+    using Chooser = UI::FileChooserDialog;
+    auto* chooser = Chooser::open(
+        Chooser::OpenFolder, this, m_remembers ? QStringLiteral("open-folder") : QString(), {},
+        [this](const std::vector<Chooser::Choice>& choices) { openPaths({choices.front().path}); });
+    if (!list()->model()->folder().isEmpty())
+        chooser->setFolder(list()->model()->folder());
 }
 
 /** Reads the folder again, and the open sequence with it, since files may have come or changed. */

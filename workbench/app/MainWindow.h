@@ -78,6 +78,7 @@ private:
     void makeViewMenu();
     void makeToolsMenu();
     void makeHelpMenu();
+    void askForShot();
     void askForFolder();
     void reload();
 

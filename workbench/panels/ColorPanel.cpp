@@ -5,11 +5,12 @@
 #include "panels/ViewerCanvas.h"
 #include "play/Session.h"
 
+#include <KxUI/browse/FileChooserDialog.h>
 #include <KxUI/picker/ColorPicker.h>
 #include <KxUI/settings/AppSettings.h>
 
 #include <QApplication>
-#include <QFileDialog>
+#include <QFile>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QMenu>
@@ -146,20 +147,16 @@ QToolButton* ColorPanel::makePaletteButton() {
 }
 
 void ColorPanel::askForFile(bool imports) {
-    auto* dialog = new QFileDialog(this, imports ? tr("Import Palette") : tr("Export Palette"));
-    dialog->setAttribute(Qt::WA_DeleteOnClose);
-    dialog->setNameFilters({tr("Palettes (*.gpl)"), tr("All files (*)")});
-    if (imports) {
-        dialog->setFileMode(QFileDialog::ExistingFile);
-    } else {
-        dialog->setAcceptMode(QFileDialog::AcceptSave);
-        dialog->setDefaultSuffix(QStringLiteral("gpl"));
-    }
-    connect(dialog, &QFileDialog::fileSelected, m_keeper, [this, imports](const QString& path) {
-        m_note->hide();
-        imports ? m_keeper->importFile(path) : m_keeper->exportFile(path);
-    });
-    dialog->open();
+    using Chooser = UI::FileChooserDialog;
+    auto* chooser = Chooser::open(
+        imports ? Chooser::OpenFile : Chooser::SaveFile, this, QStringLiteral("palette"),
+        {tr("Palettes (*.gpl)")}, [this, imports](const std::vector<Chooser::Choice>& choices) {
+            const QString path = QFile::decodeName(choices.front().path);
+            m_note->hide();
+            imports ? m_keeper->importFile(path) : m_keeper->exportFile(path);
+        });
+    chooser->setWindowTitle(imports ? tr("Import Palette") : tr("Export Palette"));
+    chooser->setAcceptsSequences(false);
 }
 
 std::optional<GainColor> ColorPanel::tintOf(const UI::ColorValue& color, const GainColor& before) {

@@ -11,7 +11,7 @@
 #include <KxUI/kit/IconFactory.h>
 
 #include <QDir>
-#include <QFileDialog>
+#include <QFile>
 #include <QMessageBox>
 #include <QStandardPaths>
 
@@ -139,30 +139,43 @@ void WorkspaceMenu::togglePage(const QString& id) {
 }
 
 void WorkspaceMenu::save() {
-    QFileDialog dialog(m_workspace, tr("Save Workspace"), dialogFolder(), tr("Workspaces (*.xml)"));
-    dialog.setAcceptMode(QFileDialog::AcceptSave);
-    dialog.setDefaultSuffix(QStringLiteral("xml"));
-    if (dialog.exec() != QDialog::Accepted)
-        return;
-    const QString file = dialog.selectedFiles().value(0);
-    const QString problem = m_workspace->saveTo(file);
-    if (!problem.isEmpty())
-        QMessageBox::warning(m_workspace, tr("Save Workspace"),
-                             tr("The workspace could not be saved to \"%1\":\n%2")
-                                 .arg(QDir::toNativeSeparators(file), problem));
+    using Chooser = UI::FileChooserDialog;
+    auto* chooser = askForFile(Chooser::SaveFile, [this](const QString& file) {
+        const QString problem = m_workspace->saveTo(file);
+        if (!problem.isEmpty())
+            QMessageBox::warning(m_workspace, tr("Save Workspace"),
+                                 tr("The workspace could not be saved to \"%1\":\n%2")
+                                     .arg(QDir::toNativeSeparators(file), problem));
+    });
+    chooser->setWindowTitle(tr("Save Workspace"));
+    chooser->setDefaultSuffix("xml");
 }
 
 void WorkspaceMenu::load() {
-    const QString file = QFileDialog::getOpenFileName(m_workspace, tr("Load Workspace"),
-                                                      dialogFolder(), tr("Workspaces (*.xml)"));
-    if (file.isEmpty())
-        return;
-    const QString problem = m_workspace->loadFrom(file);
-    if (!problem.isEmpty())
-        QMessageBox::warning(
-            m_workspace, tr("Load Workspace"),
-            tr("\"%1\" is no workspace that can be shown; nothing was changed.\n%2")
-                .arg(QDir::toNativeSeparators(file), problem));
+    using Chooser = UI::FileChooserDialog;
+    auto* chooser = askForFile(Chooser::OpenFile, [this](const QString& file) {
+        const QString problem = m_workspace->loadFrom(file);
+        if (!problem.isEmpty())
+            QMessageBox::warning(
+                m_workspace, tr("Load Workspace"),
+                tr("\"%1\" is no workspace that can be shown; nothing was changed.\n%2")
+                    .arg(QDir::toNativeSeparators(file), problem));
+    });
+    chooser->setWindowTitle(tr("Load Workspace"));
+}
+
+/** Returns at once; `done` is called with what the user chose. */
+UI::FileChooserDialog* WorkspaceMenu::askForFile(UI::FileChooserDialog::Mode mode,
+                                                 const std::function<void(const QString&)>& done) {
+    using Chooser = UI::FileChooserDialog;
+    auto* chooser =
+        Chooser::open(mode, m_workspace, QStringLiteral("workspace"), {tr("Workspaces (*.xml)")},
+                      [done](const std::vector<Chooser::Choice>& choices) {
+                          done(QFile::decodeName(choices.front().path));
+                      });
+    chooser->setAcceptsSequences(false);
+    chooser->setFolder(QFile::encodeName(dialogFolder()));
+    return chooser;
 }
 
 void WorkspaceMenu::showState() {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <KxUI/browse/FileChooserDialog.h>
+
 #include <QMenu>
 
 #include <functional>
@@ -32,6 +34,8 @@ private:
     void togglePage(const QString& id);
     void save();
     void load();
+    UI::FileChooserDialog* askForFile(UI::FileChooserDialog::Mode mode,
+                                      const std::function<void(const QString&)>& done);
     void showState();
 
     Workspace* m_workspace;
