@@ -1,4 +1,7 @@
 #include <KxUI/browse/BrowserViews_p.h>
+#include <KxUI/browse/FavoritesFile.h>
+#include <KxUI/browse/FavoritesModel.h>
+#include <KxUI/browse/FavoritesView.h>
 #include <KxUI/browse/FileBrowser.h>
 #include <KxUI/browse/FileBrowser_p.h>
 #include <KxUI/settings/AppSettings.h>
@@ -15,6 +18,7 @@
 #include <QDir>
 #include <QHeaderView>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMenu>
 #include <QMimeData>
 #include <QPushButton>
@@ -120,6 +124,9 @@ private slots:
         goTo(browser, path("notes.txt"));
         QTRY_COMPARE(selectedNames(browser), QStringList{"notes.txt"});
         QCOMPARE(nameOf(browser.currentPath()), QByteArray("notes.txt"));
+        // So does a sequence, as people write it.
+        goTo(browser, path("plate.%04d.exr"));
+        QTRY_COMPARE(selectedNames(browser), QStringList{"plate.####.exr"});
         goTo(browser, path("empty"));
         browser.setFolder(m_root->path().toUtf8());
         browser.select("plate.1002.exr");
@@ -165,6 +172,21 @@ private slots:
         QTRY_VERIFY(parts.status->text().startsWith("6 selected"));
         browser.setShowsFiles(false);
         QTRY_COMPARE(browser.model()->rowCount(), 3);
+    }
+
+    // The folder is gone while it is shown: its rows stay, in grey.
+    void vanishes() {
+        FileBrowser browser;
+        show(browser);
+        browser.model()->gatherer()->setWatch(FileGatherer::Watch::Never);
+        goTo(browser, path("shots"));
+        QDir(m_root->filePath("shots")).removeRecursively();
+        browser.refresh();
+        auto& parts = partsOf(browser);
+        QTRY_COMPARE(parts.area->notice()->text(), QString("This folder does not exist any more."));
+        QVERIFY(browser.model()->rowCount() == 2 && parts.area->notice()->isBanner());
+        QVERIFY(parts.area->veil()->isVisible() && parts.area->veil()->isGrey());
+        QCOMPARE(browser.folder(), path("shots"));
     }
 
     void keys() {
@@ -323,6 +345,96 @@ private slots:
         QVERIFY(header->isSectionHidden(FileListModel::Missing));
         QCOMPARE(header->sortIndicatorSection(), int(FileListModel::Modified));
         AppSettings().remove("BrowserTest");
+    }
+
+    void makesAndRenames() {
+        FileBrowser browser;
+        show(browser);
+        auto& parts = partsOf(browser);
+        goTo(browser, m_root->path().toUtf8());
+        const auto editor = [&] { return browser.view()->findChild<QLineEdit*>(); };
+        browser.newFolder();
+        QTRY_VERIFY_WITH_TIMEOUT(editor() && editor()->selectedText() == "New Folder", 20000);
+        QTest::keyClicks(editor(), "plates");
+        QTest::keyClick(editor(), Qt::Key_Return);
+        QTRY_COMPARE_WITH_TIMEOUT(selectedNames(browser), QStringList{"plates"}, 20000);
+        QVERIFY(QDir(m_root->filePath("plates")).exists());
+        // All frames of a sequence, of which the place of the number stays.
+        browser.select("plate.1001.exr");
+        QTRY_COMPARE(selectedNames(browser), QStringList{"plate.####.exr"});
+        browser.renameSelected();
+        QTRY_VERIFY(editor() && editor()->selectedText() == "plate");
+        QTest::keyClicks(editor(), "comp");
+        QTest::keyClick(editor(), Qt::Key_Return);
+        QTRY_COMPARE_WITH_TIMEOUT(selectedNames(browser), QStringList{"comp.####.exr"}, 20000);
+        QVERIFY(QFile::exists(m_root->filePath("comp.1007.exr")));
+        // Nothing is replaced, and what went wrong stands above the rows until one goes on.
+        for (const char* name : {"bee.dpx", "a/b"}) {
+            parts.rename("notes.txt", name);
+            QTRY_VERIFY_WITH_TIMEOUT(parts.area->notice()->text().contains(name), 20000);
+            QVERIFY(parts.area->notice()->isBanner());
+            button(browser, "Close")->click();
+            QVERIFY(parts.area->notice()->isHidden());
+        }
+        QCOMPARE(QFile(m_root->filePath("notes.txt")).size(), 10);
+        browser.setReadOnly(true);
+        browser.renameSelected();
+        browser.newFolder();
+        QTest::qWait(20);
+        QVERIFY(!editor() && !QDir(m_root->filePath("New Folder")).exists());
+    }
+
+    void takesDrops() {
+        FileBrowser browser;
+        show(browser);
+        goTo(browser, m_root->path().toUtf8());
+        QSignalSpy dropped(&browser, &FileBrowser::filesDropped);
+        const auto drop = [&](const QStringList& names) {
+            QMimeData data;
+            QList<QUrl> urls;
+            for (const QString& name : names)
+                urls << QUrl::fromLocalFile(m_root->filePath(name));
+            data.setUrls(urls);
+            partsOf(browser).drop(
+                QDropEvent(QPointF(), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier));
+        };
+        drop({"shots", "empty"});
+        QCOMPARE(dropped.count(), 1);
+        drop({"notes.txt"});
+        QTRY_COMPARE_WITH_TIMEOUT(dropped.count(), 2, 20000);
+        drop({"shots"});
+        QTRY_COMPARE_WITH_TIMEOUT(browser.folder(), path("shots"), 20000);
+        QCOMPARE(dropped.count(), 2);
+    }
+
+    void places() {
+        FileBrowser browser;
+        show(browser);
+        goTo(browser, path("shots"));
+        auto& parts = partsOf(browser);
+        FavoritesFile file(m_root->filePath("places.xbel"));
+        browser.favoritesView()->favoritesModel()->setFile(&file);
+        QTRY_VERIFY_WITH_TIMEOUT(file.isLoaded() && parts.actions.favorite->isEnabled(), 20000);
+        QTest::keyClick(browser.view(), Qt::Key_D, Qt::ControlModifier);
+        QVERIFY(file.contains(path("shots")));
+        QTRY_COMPARE(parts.actions.favorite->text(), QString("Remove from Favourites"));
+        goTo(browser, path("empty"));
+        QTRY_COMPARE(parts.actions.favorite->text(), QString("Add to Favourites"));
+        QTest::keyClick(browser.view(), Qt::Key_1, Qt::AltModifier);
+        QTRY_COMPARE(browser.folder(), path("shots"));
+        QTest::keyClick(browser.view(), Qt::Key_D, Qt::ControlModifier);
+        QVERIFY(!file.contains(path("shots")));
+        // Where there is no room for them a button shows them, until one goes.
+        browser.resize(500, 400);
+        QVERIFY(!browser.favoritesView()->isVisible() && parts.sideButton->isVisible());
+        parts.sideButton->click();
+        QVERIFY(browser.favoritesView()->isVisible());
+        Q_EMIT browser.favoritesView()->placeActivated(path("empty"));
+        QVERIFY(!browser.favoritesView()->isVisible());
+        browser.resize(800, 400);
+        QVERIFY(browser.favoritesView()->isVisible() && !parts.sideButton->isVisible());
+        browser.setShowsFavorites(false);
+        QVERIFY(!browser.favoritesView()->isVisible());
     }
 
     void menuAndClipboard() {

@@ -60,7 +60,8 @@ BrowserViews::BrowserViews(FileListModel* model, QWidget* parent)
     : QStackedWidget(parent)
     , m_model(model)
     , m_pictures(new ThumbnailLoader(model, this))
-    , m_delegate(new FileItemDelegate(model, m_pictures, this))
+    , m_rowDelegate(new FileItemDelegate(model, m_pictures, this))
+    , m_cellDelegate(new FileItemDelegate(model, m_pictures, this))
     , m_selection(new QItemSelectionModel(model, this)) {
     buildDetails(model);
     buildList();
@@ -127,7 +128,7 @@ void BrowserViews::buildDetails(FileListModel* model) {
         fitNames();
         Q_EMIT columnsChanged();
     });
-    shareSelection(m_details);
+    shareSelection(m_details, m_rowDelegate);
 }
 
 void BrowserViews::buildList() {
@@ -140,12 +141,13 @@ void BrowserViews::buildList() {
     m_list->setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
     m_list->setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
     m_list->setSelectionRectVisible(true);
-    shareSelection(m_list);
+    shareSelection(m_list, m_cellDelegate);
 }
 
-void BrowserViews::shareSelection(QAbstractItemView* view) {
+void BrowserViews::shareSelection(QAbstractItemView* view, FileItemDelegate* delegate) {
     addWidget(view);
-    view->setItemDelegate(m_delegate);
+    view->setItemDelegate(delegate);
+    connect(delegate, &FileItemDelegate::renamed, this, &BrowserViews::renamed);
     view->setSelectionBehavior(QAbstractItemView::SelectRows);
     view->setSelectionMode(QAbstractItemView::ExtendedSelection);
     view->setEditTriggers(QAbstractItemView::NoEditTriggers);
@@ -167,13 +169,11 @@ QAbstractItemView* BrowserViews::current() const {
     return static_cast<QAbstractItemView*>(currentWidget());
 }
 
-FileBrowser::ViewMode BrowserViews::mode() const {
-    return m_delegate->look();
-}
-
 void BrowserViews::setMode(FileBrowser::ViewMode mode) {
     const bool hadFocus = current()->hasFocus();
-    m_delegate->setLook(mode);
+    m_mode = mode;
+    if (mode != FileBrowser::Details)
+        m_cellDelegate->setLook(mode);
     m_anchor = {};
     if (mode == FileBrowser::Details) {
         // What is not seen costs nothing: the list forgets the rows.
@@ -249,7 +249,8 @@ bool BrowserViews::restore(const BrowserPlace& place) {
     const QModelIndex current = m_model->indexOf(place.current);
     if (current.isValid())
         m_selection->setCurrentIndex(current, QItemSelectionModel::NoUpdate);
-    m_selection->select(rows, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+    if (!rows.isEmpty())
+        m_selection->select(rows, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
     const QModelIndex top = m_model->indexOf(place.top);
     if (top.isValid())
         this->current()->scrollTo(top, QAbstractItemView::PositionAtTop);

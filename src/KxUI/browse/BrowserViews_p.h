@@ -32,9 +32,8 @@ public:
     QAbstractItemView* current() const;
     QItemSelectionModel* selection() const { return m_selection; }
     ThumbnailLoader* pictures() const { return m_pictures; }
-    FileItemDelegate* delegate() const { return m_delegate; }
 
-    FileBrowser::ViewMode mode() const;
+    FileBrowser::ViewMode mode() const { return m_mode; }
     void setMode(FileBrowser::ViewMode mode);
 
     /** What is selected, as ranges of rows in their order. */
@@ -66,6 +65,8 @@ Q_SIGNALS:
     void scrolled();
     /** Rows that were selected are gone. */
     void selectionShrunk();
+    /** The user gave an item another name. */
+    void renamed(const QByteArray& name, const QString& newName);
     /** The user changed columns. */
     void columnsChanged();
 
@@ -81,7 +82,7 @@ private:
 
     void buildDetails(FileListModel* model);
     void buildList();
-    void shareSelection(QAbstractItemView* view);
+    void shareSelection(QAbstractItemView* view, FileItemDelegate* delegate);
     void dropAnchor();
     void weigh();
     void tellRows();
@@ -89,7 +90,10 @@ private:
 
     FileListModel* const m_model;
     ThumbnailLoader* const m_pictures;
-    FileItemDelegate* const m_delegate;
+    FileBrowser::ViewMode m_mode = FileBrowser::Details;
+    // One a view: what edits reports to all views that have it.
+    FileItemDelegate* const m_rowDelegate;
+    FileItemDelegate* const m_cellDelegate;
     QItemSelectionModel* const m_selection;
     QTreeView* m_details = nullptr;
     QListView* m_list = nullptr;

@@ -1,8 +1,9 @@
 #include <KxUI/browse/FileBrowser.h>
 
 #include <KxUI/browse/BrowserViews_p.h>
+#include <KxUI/browse/FavoritesView.h>
 #include <KxUI/browse/FileBrowser_p.h>
-#include <KxUI/browse/PathField_p.h>
+#include <KxUI/browse/PathBar.h>
 #include <KxUI/browse/ThumbnailLoader_p.h>
 #include <KxUI/files/FileTexts_p.h>
 #include <KxUI/files/RawName_p.h>
@@ -139,6 +140,35 @@ void FileBrowser::setFoldsSequences(bool folds) {
         d->setFolds(folds);
 }
 
+bool FileBrowser::isReadOnly() const {
+    return !d->model->isEditable;
+}
+
+void FileBrowser::setReadOnly(bool readOnly) {
+    KXUI_INTERFACE_THREAD(this);
+    if (readOnly == isReadOnly())
+        return;
+    d->model->isEditable = !readOnly;
+    d->showActions();
+    Q_EMIT settingsChanged();
+}
+
+bool FileBrowser::showsFavorites() const {
+    return d->showsFavorites;
+}
+
+void FileBrowser::setShowsFavorites(bool shows) {
+    KXUI_INTERFACE_THREAD(this);
+    if (std::exchange(d->showsFavorites, shows) == shows)
+        return;
+    d->arrangeSide();
+    Q_EMIT settingsChanged();
+}
+
+FavoritesView* FileBrowser::favoritesView() const {
+    return d->favorites;
+}
+
 QString FileBrowser::settingsKey() const {
     return d->settingsKey;
 }
@@ -250,6 +280,18 @@ void FileBrowser::stop() {
     d->lookSoon();
 }
 
+void FileBrowser::newFolder() {
+    KXUI_INTERFACE_THREAD(this);
+    if (!isReadOnly() && !folder().isEmpty())
+        d->makeFolder(1);
+}
+
+void FileBrowser::renameSelected() {
+    KXUI_INTERFACE_THREAD(this);
+    const QModelIndex current = d->views->selection()->currentIndex();
+    d->editName(current.siblingAtColumn(FileListModel::Name));
+}
+
 void FileBrowser::focusPath() {
     d->path->startEditing();
 }
@@ -257,6 +299,11 @@ void FileBrowser::focusPath() {
 void FileBrowser::focusFilter() {
     d->filter->setFocus(Qt::ShortcutFocusReason);
     d->filter->selectAll();
+}
+
+void FileBrowser::resizeEvent(QResizeEvent* event) {
+    QWidget::resizeEvent(event);
+    d->arrangeSide();
 }
 
 bool FileBrowser::eventFilter(QObject* watched, QEvent* event) {

@@ -18,6 +18,7 @@ class QMenu;
 
 namespace Kestrel::UI {
 
+class FavoritesView;
 class FileBrowserPrivate;
 class FileListModel;
 
@@ -33,12 +34,14 @@ class FileListModel;
     like.
 
     Keys, of the whole browser: Alt+Left and Alt+Right go back and forward, Alt+Up to the folder
-    above, Alt+Home home; Ctrl+L and F4 edit the path, Ctrl+F the filter; F5 and Ctrl+R read anew;
-    Ctrl+H shows hidden files, Ctrl+G the frames of sequences one by one; Ctrl+1, Ctrl+2 and Ctrl+3 choose the view. In the list: Return opens,
-    Backspace goes up, letters go to the next name that begins with them, `/` and `~` begin to edit
-    the path, Ctrl+C copies the paths, Ctrl+V goes to a path that was copied. Escape takes one step
-    back: it ends renaming or editing, clears the filter, stops the reading; what is left of it goes
-    to the window. Interface thread. */
+    above, Alt+Home home, Alt+1 to Alt+9 to favourites; Ctrl+L and F4 edit the path, Ctrl+F the
+    filter; F5 and Ctrl+R read anew; Ctrl+H shows hidden files, Ctrl+G the frames of sequences one by
+    one; Ctrl+Shift+N makes a folder, F2 renames; Ctrl+D makes the folder a favourite, or no longer
+    one; Ctrl+1, Ctrl+2 and Ctrl+3 choose the view. In the list: Return opens, Backspace goes up,
+    letters go to the next name that begins with them, `/` and `~` begin to edit the path, Ctrl+C
+    copies the paths, Ctrl+V goes to a path that was copied. Escape takes one step back: it ends
+    renaming or editing, clears the filter, stops the reading; what is left of it goes to the window.
+    Interface thread. */
 class KXUI_EXPORT FileBrowser : public QWidget {
     Q_OBJECT
     Q_PROPERTY(QByteArray folder READ folder WRITE setFolder NOTIFY folderChanged)
@@ -47,6 +50,9 @@ class KXUI_EXPORT FileBrowser : public QWidget {
     Q_PROPERTY(bool showsHidden READ showsHidden WRITE setShowsHidden NOTIFY settingsChanged)
     Q_PROPERTY(
         bool foldsSequences READ foldsSequences WRITE setFoldsSequences NOTIFY settingsChanged)
+    Q_PROPERTY(bool readOnly READ isReadOnly WRITE setReadOnly NOTIFY settingsChanged)
+    Q_PROPERTY(
+        bool showsFavorites READ showsFavorites WRITE setShowsFavorites NOTIFY settingsChanged)
     Q_PROPERTY(QString settingsKey READ settingsKey WRITE setSettingsKey NOTIFY settingsChanged)
     Q_PROPERTY(QStringList nameFilters READ nameFilters WRITE setNameFilters NOTIFY settingsChanged)
     Q_PROPERTY(int currentNameFilter READ currentNameFilter WRITE setCurrentNameFilter NOTIFY
@@ -104,6 +110,18 @@ public:
     bool foldsSequences() const;
     void setFoldsSequences(bool folds);
 
+    /** Whether folders can be made and names changed here; at first they can. */
+    bool isReadOnly() const;
+    void setReadOnly(bool readOnly);
+
+    /** Whether places are shown beside the list; at first they are. A browser that is less than 640 px
+        wide shows them when its button is pressed. */
+    bool showsFavorites() const;
+    void setShowsFavorites(bool shows);
+
+    /** The places, with a FavoritesModel of FavoritesFile::standard() at first; the browser owns it. */
+    FavoritesView* favoritesView() const;
+
     /** Under which key of AppSettings columns, their widths and order, the order of the rows, view,
         splitter and switches are remembered, and read from now; empty for nowhere, as at first. */
     QString settingsKey() const;
@@ -149,6 +167,12 @@ public Q_SLOTS:
     /** Gives the reading up. */
     void stop();
 
+    /** Makes a folder and begins to edit its name in the list. Nothing where the browser is read-only,
+        as renameSelected(). */
+    void newFolder();
+    /** Begins to edit the name of the current row: of a sequence that of all its files. */
+    void renameSelected();
+
     /** Begins to edit the path, or the filter. */
     void focusPath();
     void focusFilter();
@@ -169,6 +193,7 @@ Q_SIGNALS:
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
 
 private:
     friend class FileBrowserPrivate;

@@ -1,11 +1,15 @@
 #include <KxUI/browse/BrowserViews_p.h>
+#include <KxUI/browse/FavoritesFile.h>
+#include <KxUI/browse/FavoritesModel.h>
+#include <KxUI/browse/FavoritesView.h>
 #include <KxUI/browse/FileBrowser_p.h>
-#include <KxUI/browse/PathField_p.h>
+#include <KxUI/browse/PathBar.h>
 #include <KxUI/files/RawName_p.h>
 #include <KxUI/kit/QtCompat_p.h>
 #include <KxUI/values/SearchField.h>
 
 #include <QAction>
+#include <QApplication>
 #include <QClipboard>
 #include <QDropEvent>
 #include <QGuiApplication>
@@ -53,12 +57,17 @@ bool FileBrowserPrivate::pressMouse(const QMouseEvent& event) {
 }
 
 bool FileBrowserPrivate::pressKey(QKeyEvent& event) {
+    // What the editor of a name leaves over comes by here.
+    const QWidget* const focus = QApplication::focusWidget();
+    if (focus != views->current() && views->current()->isAncestorOf(focus))
+        return false;
     const Qt::KeyboardModifiers held = event.modifiers() & ~Qt::KeypadModifier;
     const bool isPlain = held == Qt::NoModifier;
     switch (event.key()) {
     case Qt::Key_Return:
     case Qt::Key_Enter:
-        if (isPlain && views->selection()->currentIndex().isValid()) {
+        if ((isPlain || held == Qt::ControlModifier) &&
+            views->selection()->currentIndex().isValid()) {
             open(views->selection()->currentIndex());
             return true;
         }
@@ -132,10 +141,13 @@ void FileBrowserPrivate::open(const QModelIndex& index) {
     const auto listing = model->listing();
     const int item = model->itemOf(index.row());
     const FileListing::Kind kind = listing->item(item).kind;
-    if (kind == FileListing::Kind::Directory)
+    if (kind == FileListing::Kind::Directory) {
         go(listing->path(item));
-    else
-        Q_EMIT q->activated(listing->fileInfo(item));
+        return;
+    }
+    if (FavoritesModel* const places = favorites->favoritesModel())
+        places->noteUsed(listing->directory());
+    Q_EMIT q->activated(listing->fileInfo(item));
 }
 
 bool FileBrowserPrivate::dragOver(QEvent& event) {
@@ -149,12 +161,6 @@ bool FileBrowserPrivate::dragOver(QEvent& event) {
     drag.setDropAction(Qt::CopyAction);
     drag.accept();
     return true;
-}
-
-void FileBrowserPrivate::drop(const QDropEvent& event) {
-    const QList<QUrl> urls = event.mimeData()->urls();
-    if (!urls.isEmpty())
-        Q_EMIT q->filesDropped(urls);
 }
 
 void FileBrowserPrivate::copyPaths() const {
@@ -173,6 +179,19 @@ void FileBrowserPrivate::copyPaths() const {
     QGuiApplication::clipboard()->setMimeData(data);
 }
 
+void FileBrowserPrivate::addFavoriteTo(QMenu& menu) {
+    const FavoritesFile* const file = favoritesFile();
+    const auto rows = views->selectedRows();
+    if (!file || views->selectedCount() != 1)
+        return;
+    const int item = model->itemOf(rows.front().first);
+    const QByteArray place = model->listing()->path(item);
+    if (model->listing()->item(item).kind != FileListing::Kind::Directory || file->contains(place))
+        return;
+    QObject::connect(menu.addAction(FileBrowser::tr("Add to Favourites")), &QAction::triggered, q,
+                     [this, place] { toggleFavorite(place); });
+}
+
 void FileBrowserPrivate::showMenu(const QPoint& at) {
     auto* const menu = new QMenu(q);
     menu->setAttribute(Qt::WA_DeleteOnClose);
@@ -186,8 +205,11 @@ void FileBrowserPrivate::showMenu(const QPoint& at) {
         });
         QObject::connect(menu->addAction(FileBrowser::tr("Copy Path")), &QAction::triggered, q,
                          [this] { copyPaths(); });
+        menu->addAction(actions.rename);
+        addFavoriteTo(*menu);
         menu->addSeparator();
     }
+    menu->addAction(actions.newFolder);
     menu->addAction(actions.refresh);
     menu->addMenu(viewButton->menu())->setText(FileBrowser::tr("View"));
     const QPointer<QMenu> alive(menu);

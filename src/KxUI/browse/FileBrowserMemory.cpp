@@ -5,6 +5,8 @@
 
 #include <QSplitter>
 
+#include <algorithm>
+
 namespace Kestrel::UI {
 
 // Columns are dragged: once that is over.
@@ -19,6 +21,7 @@ void FileBrowserPrivate::remember() {
     views->remember(memory);
     memory.showsHidden = q->showsHidden();
     memory.foldsSequences = q->foldsSequences();
+    memory.side = sideWidth;
     AppSettings settings;
     memory.save(settings, settingsKey);
 }
@@ -35,6 +38,9 @@ void FileBrowserPrivate::recall() {
     memory.load(settings, settingsKey);
     isRecalling = true;
     views->recall(memory);
+    sideWidth = memory.side;
+    if (sideWidth > 0)
+        splitter->setSizes({sideWidth, std::max(0, q->width() - sideWidth)});
     q->setViewMode(static_cast<FileBrowser::ViewMode>(memory.view));
     if (self)
         q->setShowsHidden(memory.showsHidden);

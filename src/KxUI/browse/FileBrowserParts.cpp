@@ -1,7 +1,10 @@
 #include <KxUI/browse/FileBrowser_p.h>
 
 #include <KxUI/browse/BrowserViews_p.h>
-#include <KxUI/browse/PathField_p.h>
+#include <KxUI/browse/FavoritesFile.h>
+#include <KxUI/browse/FavoritesModel.h>
+#include <KxUI/browse/FavoritesView.h>
+#include <KxUI/browse/PathBar.h>
 #include <KxUI/kit/IconFactory.h>
 #include <KxUI/values/SearchField.h>
 
@@ -22,13 +25,8 @@ namespace {
 
 constexpr int FilterWidth = 170;
 constexpr int Gap = 4;
-
-QString withKeys(const QString& text, const QAction* action) {
-    if (action->shortcut().isEmpty())
-        return text;
-    return FileBrowser::tr("%1 (%2)").arg(text,
-                                          action->shortcut().toString(QKeySequence::NativeText));
-}
+constexpr int NarrowWidth = 640;
+constexpr int UsualSide = 170;
 
 } // namespace
 
@@ -45,12 +43,15 @@ void FileBrowserPrivate::build() {
     kinds->hide();
     splitter = new QSplitter(q);
     splitter->setChildrenCollapsible(false);
+    buildSide();
     splitter->addWidget(area);
+    splitter->setStretchFactor(1, 1);
 
     auto* const rows = new QVBoxLayout(q);
     rows->setContentsMargins(0, 0, 0, 0);
     rows->setSpacing(0);
     buildActions();
+    buildLooks();
     buildTop();
     rows->addWidget(line);
     rows->addWidget(splitter, 1);
@@ -95,6 +96,17 @@ void FileBrowserPrivate::buildActions() {
                              keys(Qt::CTRL | Qt::Key_L, Qt::Key_F4), [this] { q->focusPath(); });
     actions.filter = addAction("Search", FileBrowser::tr("Filter"), keys(Qt::CTRL | Qt::Key_F),
                                [this] { q->focusFilter(); });
+    actions.favorite =
+        addAction("PlaceStar", FileBrowser::tr("Add to Favourites"), keys(Qt::CTRL | Qt::Key_D),
+                  [this] { toggleFavorite(state.folder()); });
+    actions.side =
+        addAction("BrowseSide", FileBrowser::tr("Places"), {}, [this] { arrangeSide(); });
+    actions.side->setCheckable(true);
+    actions.newFolder =
+        addAction("BrowseNewFolder", FileBrowser::tr("New Folder"),
+                  keys(Qt::CTRL | Qt::SHIFT | Qt::Key_N), [this] { q->newFolder(); });
+    actions.rename =
+        addAction("", FileBrowser::tr("Rename"), keys(Qt::Key_F2), [this] { q->renameSelected(); });
     actions.hidden = addAction("", FileBrowser::tr("Show Hidden Files"), keys(Qt::CTRL | Qt::Key_H),
                                [this] { q->setShowsHidden(actions.hidden->isChecked()); });
     actions.frames =
@@ -102,6 +114,9 @@ void FileBrowserPrivate::buildActions() {
                   [this] { q->setFoldsSequences(!actions.frames->isChecked()); });
     for (QAction* const action : {actions.hidden, actions.frames})
         action->setCheckable(true);
+}
+
+void FileBrowserPrivate::buildLooks() {
     const struct {
         const char* icon;
         QString text;
@@ -116,6 +131,10 @@ void FileBrowserPrivate::buildActions() {
         actions.views[i]->setCheckable(true);
     }
     actions.views[0]->setChecked(true);
+    for (int i = 0; i < 9; ++i)
+        addAction("", FileBrowser::tr("Go to Favourite %1").arg(i + 1),
+                  {QKeySequence(int(Qt::ALT) | (Qt::Key_1 + i))},
+                  [this, i] { favorites->activateFavorite(i); });
 }
 
 QToolButton* FileBrowserPrivate::addButton(QBoxLayout* row, QAction* action) {
@@ -132,10 +151,12 @@ void FileBrowserPrivate::buildTop() {
     top->setContentsMargins(Gap, Gap, Gap, Gap);
     top->setSpacing(Gap / 2);
     static_cast<QBoxLayout*>(q->layout())->addLayout(top);
+    sideButton = addButton(top, actions.side);
     for (QAction* const action : {actions.back, actions.forward, actions.up})
         addButton(top, action);
-    path = new PathField(q);
+    path = new PathBar(q);
     top->addWidget(path, 1);
+    addButton(top, actions.favorite);
     refreshOrStop = addButton(top, actions.refresh);
     filter = new SearchField(q);
     filter->setPlaceholderText(FileBrowser::tr("Filter"));
@@ -187,13 +208,13 @@ void FileBrowserPrivate::connectParts() {
     QObject::connect(views->selection(), &QItemSelectionModel::selectionChanged, q,
                      [this] { rowsSelected(); });
     QObject::connect(views, &BrowserViews::selectionShrunk, q, &FileBrowser::selectionChanged);
-    QObject::connect(path, &PathField::pathEntered, q, [this](const QByteArray& wanted) {
-        const QPointer<FileBrowser> self(q);
-        q->setFolder(wanted);
-        if (self)
-            area->setFocus(Qt::OtherFocusReason);
+    QObject::connect(path, &PathBar::pathEntered, q,
+                     [this](const QByteArray& wanted) { goFrom(wanted, {}); });
+    QObject::connect(path, &PathBar::fileEntered, q, [this](const QByteArray& wanted) {
+        goFrom(parentOf(wanted), wanted.mid(wanted.lastIndexOf('/') + 1));
     });
-    QObject::connect(path, &PathField::left, q, [this] { area->setFocus(Qt::OtherFocusReason); });
+    QObject::connect(favorites, &FavoritesView::placeActivated, q,
+                     [this](const QByteArray& wanted) { goFrom(wanted, {}); });
     QObject::connect(filter, &SearchField::searchChanged, q, [this](const QString& text) {
         state.dropWish();
         model->setSearchText(text);
@@ -203,6 +224,13 @@ void FileBrowserPrivate::connectParts() {
     QObject::connect(filter, &SearchField::leaveWanted, q, [this] { goToRows(); });
     QObject::connect(kinds, QOverload<int>::of(&QComboBox::activated), q,
                      [this](int index) { q->setCurrentNameFilter(index); });
+    connectViews();
+}
+
+void FileBrowserPrivate::connectViews() {
+    QObject::connect(
+        views, &BrowserViews::renamed, q,
+        [this](const QByteArray& name, const QString& newName) { rename(name, newName); });
     for (QAbstractItemView* const view : {static_cast<QAbstractItemView*>(views->details()),
                                           static_cast<QAbstractItemView*>(views->list())}) {
         QObject::connect(view, &QAbstractItemView::doubleClicked, q,
@@ -214,6 +242,35 @@ void FileBrowserPrivate::connectParts() {
         view->setAcceptDrops(true);
         view->viewport()->setAcceptDrops(true);
     }
+}
+
+void FileBrowserPrivate::buildSide() {
+    favorites = new FavoritesView(splitter);
+    auto* const places = new FavoritesModel(FavoritesFile::standard(), favorites);
+    favorites->setModel(places);
+    favorites->setAccessibleName(FileBrowser::tr("Places"));
+    favorites->expandAll();
+    const auto soon = [this] { lookSoon(); };
+    QObject::connect(places, &QAbstractItemModel::rowsInserted, q, soon);
+    QObject::connect(places, &QAbstractItemModel::rowsRemoved, q, soon);
+    QObject::connect(places, &QAbstractItemModel::modelReset, q, soon);
+    QObject::connect(splitter, &QSplitter::splitterMoved, q, [this] {
+        sideWidth = favorites->width();
+        rememberSoon();
+    });
+}
+
+// Beside few rows there is no room for places: a button shows them.
+void FileBrowserPrivate::arrangeSide() {
+    isNarrow = q->width() < NarrowWidth;
+    sideButton->setVisible(showsFavorites && isNarrow);
+    const bool isShown = showsFavorites && (!isNarrow || actions.side->isChecked());
+    if (isShown != favorites->isHidden())
+        return;
+    favorites->setVisible(isShown);
+    const int side = sideWidth > 0 ? sideWidth : UsualSide;
+    if (isShown)
+        splitter->setSizes({side, std::max(0, q->width() - side)});
 }
 
 } // namespace Kestrel::UI

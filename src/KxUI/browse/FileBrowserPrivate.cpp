@@ -1,9 +1,14 @@
 #include <KxUI/browse/BrowserViews_p.h>
+#include <KxUI/browse/FavoritesFile.h>
+#include <KxUI/browse/FavoritesModel.h>
+#include <KxUI/browse/FavoritesView.h>
 #include <KxUI/browse/FileBrowser_p.h>
-#include <KxUI/browse/PathField_p.h>
+#include <KxUI/browse/PathBar.h>
 #include <KxUI/browse/ThumbnailLoader_p.h>
+#include <KxUI/files/FileNames.h>
 #include <KxUI/files/RawName_p.h>
 #include <KxUI/files/platform/Directory_p.h>
+#include <KxUI/kit/IconFactory.h>
 #include <KxUI/values/SearchField.h>
 
 #include <QAction>
@@ -58,6 +63,13 @@ QByteArray absolute(const QByteArray& folder) {
 
 } // namespace
 
+QString FileBrowserPrivate::withKeys(const QString& text, const QAction* action) {
+    if (action->shortcut().isEmpty())
+        return text;
+    return FileBrowser::tr("%1 (%2)").arg(text,
+                                          action->shortcut().toString(QKeySequence::NativeText));
+}
+
 QByteArray FileBrowserPrivate::parentOf(const QByteArray& folder) {
     return absolute(folder + "/..");
 }
@@ -101,6 +113,20 @@ void FileBrowserPrivate::go(const QByteArray& wanted) {
     gather(folder);
 }
 
+// From the path or a place: one goes on in the list.
+void FileBrowserPrivate::goFrom(const QByteArray& folder, const QByteArray& name) {
+    const QPointer<FileBrowser> self(q);
+    if (isNarrow)
+        actions.side->setChecked(false);
+    arrangeSide();
+    q->setFolder(folder);
+    if (!self)
+        return;
+    if (!name.isEmpty())
+        q->select(name);
+    area->setFocus(Qt::OtherFocusReason);
+}
+
 void FileBrowserPrivate::travel(bool isBack) {
     const BrowserPlace left = views->place();
     const bool isHeld = area->hold();
@@ -116,6 +142,11 @@ void FileBrowserPrivate::gather(const QByteArray& folder) {
     const QPointer<FileBrowser> self(q);
     const bool hadRows = views->selection()->hasSelection();
     path->setPath(folder);
+    favorites->setCurrentPlace(folder);
+    deedError.clear();
+    deedText.clear();
+    toEdit.clear();
+    nearestOf.clear();
     ahead.forget();
     filter->clear();
     model->setSearchText({});
@@ -150,6 +181,10 @@ BrowserFacts FileBrowserPrivate::facts() const {
     if (shown->state() != gatherer->listing()->state() && !facts.isGathering)
         facts.listing = Listing::Reading; // the model is about to follow
     facts.error = errorOf(shown->error());
+    // Nobody names a folder like the frames of a sequence.
+    if (facts.error == Error::Missing &&
+        FileNames::patternOf(viewOf(state.folder().mid(state.folder().lastIndexOf('/') + 1))))
+        facts.error = Error::NotAFolder;
     facts.rows = model->rowCount();
     facts.hasEntries = shown->entriesRead() > 0;
     facts.isSearched = !model->searchText().isEmpty();
@@ -165,6 +200,7 @@ void FileBrowserPrivate::look() {
     followWish();
     if (!self)
         return;
+    editWhatCame();
     showFace();
     showActions();
     showStatus();
@@ -180,10 +216,21 @@ bool FileBrowserPrivate::obey(BrowserState::Order order) {
         lookSoon();
         return true;
     case BrowserState::Order::GoToFile:
-        go(parentOf(state.folder()));
+        goToFile();
         return true;
     }
     return false;
+}
+
+// What was gone to as if it were a folder; a sequence in whatever way it is written.
+void FileBrowserPrivate::goToFile() {
+    const QByteArray file = state.folder();
+    const auto pattern = FileNames::patternOf(viewOf(file.mid(file.lastIndexOf('/') + 1)));
+    const QPointer<FileBrowser> self(q);
+    go(parentOf(file));
+    if (self && pattern)
+        q->select(
+            QByteArray::fromStdString(FileNames::written(*pattern, FileNames::Style::Hashes)));
 }
 
 // Rows come one after the other, so it may take several turns.
@@ -194,23 +241,37 @@ void FileBrowserPrivate::followWish() {
         return;
     const QPointer<FileBrowser> self(q);
     const BrowserPlace wish = *state.wish();
+    const auto before = views->selectedRows();
     isRestoring = true;
     const bool isWhole = views->restore(wish);
     if (!self)
         return;
     isRestoring = false;
-    if (isWhole || (!model->gatherer()->isGathering() &&
-                    model->listing()->state() != FileListing::State::Reading))
+    const FileGatherer* const gatherer = model->gatherer();
+    if (isWhole || (!gatherer->isGathering() && model->listing() == gatherer->listing()))
         state.dropWish();
-    // Told by the selection as well, but not while it is restored bit by bit.
-    Q_EMIT q->selectionChanged();
+    // What is restored bit by bit is told once a turn.
+    if (views->selectedRows() != before)
+        Q_EMIT q->selectionChanged();
 }
 
 void FileBrowserPrivate::showFace() {
-    const BrowserFace face = state.face(now());
+    BrowserFace face = state.face(now());
     line->setBusy(face.isBusy);
-    area->show(face, BrowserTexts::notice(face.notice, *model->listing(), model->searchText()),
-               choices(face.notice), model->rowCount() > 0);
+    if (face.notice == BrowserNotice::Vanished)
+        askForNearest();
+    QString text = BrowserTexts::notice(face.notice, *model->listing(), model->searchText());
+    std::vector<BrowserNoticeBox::Choice> ways = choices(face.notice);
+    if (!deedError.isEmpty()) {
+        // What was tried last matters most.
+        face.notice = BrowserNotice::Failed;
+        text = deedError;
+        ways = {{FileBrowser::tr("Close"), [this] {
+                     deedError.clear();
+                     look();
+                 }}};
+    }
+    area->show(face, text, std::move(ways), model->rowCount() > 0);
     const auto next = state.nextChange(now());
     if (next)
         change.start(static_cast<int>(std::max<std::int64_t>(*next - now(), 1)));
@@ -232,8 +293,10 @@ std::vector<BrowserNoticeBox::Choice> FileBrowserPrivate::choices(BrowserNotice 
     case BrowserNotice::Stopped:
         return {again};
     case BrowserNotice::Vanished: {
-        const QByteArray above = parentOf(state.folder());
-        return {{FileBrowser::tr("Go to %1").arg(decodedName(above)), [this, above] { go(above); }},
+        if (nearest.isEmpty())
+            return {again};
+        return {{FileBrowser::tr("Go to %1").arg(decodedName(nearest)),
+                 [this, above = nearest] { go(above); }},
                 again};
     }
     case BrowserNotice::OnlyHidden:
@@ -256,6 +319,16 @@ void FileBrowserPrivate::showActions() {
     const bool isSomewhere = !state.folder().isEmpty();
     actions.up->setEnabled(isSomewhere && parentOf(state.folder()) != state.folder());
     actions.refresh->setEnabled(isSomewhere);
+    actions.newFolder->setEnabled(isSomewhere && model->isEditable);
+    actions.rename->setEnabled(model->isEditable && views->selection()->currentIndex().isValid());
+    const FavoritesFile* const file = favoritesFile();
+    const bool isFavorite = file && file->contains(state.folder());
+    actions.favorite->setEnabled(isSomewhere && file);
+    actions.favorite->setIcon(IconFactory::icon(isFavorite ? QStringLiteral("PlaceStarFilled")
+                                                           : QStringLiteral("PlaceStar")));
+    actions.favorite->setText(isFavorite ? FileBrowser::tr("Remove from Favourites")
+                                         : FileBrowser::tr("Add to Favourites"));
+    actions.favorite->setToolTip(withKeys(actions.favorite->text(), actions.favorite));
     actions.hidden->setChecked(gatherer->showsHidden());
     actions.frames->setChecked(!gatherer->foldsSequences());
     QAction* const wanted = line->isBusy() ? actions.stop : actions.refresh;
@@ -285,7 +358,9 @@ void FileBrowserPrivate::showStatus() {
     const BrowserFace face = state.face(now());
     const auto listing = model->listing();
     QString text;
-    if (face.notice == BrowserNotice::Waiting || face.notice == BrowserNotice::WaitingLong)
+    if (!deedText.isEmpty())
+        text = deedText;
+    else if (face.notice == BrowserNotice::Waiting || face.notice == BrowserNotice::WaitingLong)
         text = BrowserTexts::notice(face.notice, *listing, {});
     else if (face.isBusy && listing->state() == FileListing::State::Reading)
         text = BrowserTexts::reading(listing->entriesRead());
@@ -301,6 +376,7 @@ void FileBrowserPrivate::showStatus() {
 void FileBrowserPrivate::rowsSelected() {
     if (isRestoring)
         return;
+    deedError.clear();
     if (!areRowsLeaving)
         state.dropWish();
     lookSoon();

@@ -24,7 +24,9 @@ class QToolButton;
 namespace Kestrel::UI {
 
 class BrowserViews;
-class PathField;
+class FavoritesFile;
+class FavoritesView;
+class PathBar;
 class SearchField;
 
 /** Rows whose names can be edited where the browser lets them be. */
@@ -48,21 +50,26 @@ public:
     void build();
     void buildTop();
     void buildActions();
+    void buildLooks();
     void buildLookMenu();
     void connectParts();
-    void arrangeTop();
+    void buildSide();
+    void connectViews();
+    void arrangeSide();
     QToolButton* addButton(QBoxLayout* row, QAction* action);
     QAction* addAction(const char* icon, const QString& text, const QList<QKeySequence>& keys,
                        std::function<void()> run);
 
     // FileBrowserPrivate.cpp: going, and what is shown meanwhile
     void go(const QByteArray& folder);
+    void goFrom(const QByteArray& folder, const QByteArray& name);
     void travel(bool isBack);
     void gather(const QByteArray& folder);
     void lookSoon();
     void look();
     BrowserFacts facts() const;
     bool obey(BrowserState::Order order);
+    void goToFile();
     void followWish();
     void showFace();
     void showActions();
@@ -71,6 +78,8 @@ public:
     void rowsSelected();
     /** The folder above; the folder itself at the top. */
     static QByteArray parentOf(const QByteArray& folder);
+    /** What is said of a button: with its keys. */
+    static QString withKeys(const QString& text, const QAction* action);
     BrowserTexts::Sum sum(bool ofSelection) const;
 
     // FileBrowserInput.cpp
@@ -82,10 +91,23 @@ public:
     void goToRows();
     bool pressMouse(const QMouseEvent& event);
     bool dragOver(QEvent& event);
-    void drop(const QDropEvent& event);
+    void addFavoriteTo(QMenu& menu);
     void copyPaths() const;
     void showMenu(const QPoint& at);
     void setFolds(bool folds);
+
+    // FileBrowserDeeds.cpp: what asks or changes the disk, which answers when it likes
+    void makeFolder(int number);
+    void expect(const QByteArray& name, bool isEdited);
+    void complain(const QString& error);
+    void editName(const QModelIndex& index);
+    void editWhatCame();
+    void rename(const QByteArray& name, const QString& newName);
+    void renameFrames(const FileInfo& from, const QByteArray& folder, const QByteArray& wanted);
+    void drop(const QDropEvent& event);
+    void askForNearest();
+    FavoritesFile* favoritesFile() const;
+    void toggleFavorite(const QByteArray& place);
 
     // FileBrowserMemory.cpp
     void rememberSoon();
@@ -108,8 +130,9 @@ public:
     BrowserViews* views = nullptr;
     BrowserArea* area = nullptr;
     BusyLine* line = nullptr;
-    PathField* path = nullptr;
+    PathBar* path = nullptr;
     SearchField* filter = nullptr;
+    FavoritesView* favorites = nullptr;
     QSplitter* splitter = nullptr;
     QLabel* status = nullptr;
     QComboBox* kinds = nullptr;
@@ -126,11 +149,24 @@ public:
         QAction* filter = nullptr;
         QAction* hidden = nullptr;
         QAction* frames = nullptr;
+        QAction* favorite = nullptr;
+        QAction* side = nullptr;
         QAction* newFolder = nullptr;
         QAction* rename = nullptr;
         QAction* views[3] = {};
     } actions;
     QToolButton* refreshOrStop = nullptr;
+
+    QToolButton* sideButton = nullptr;
+
+    QString deedText;   ///< what is being done
+    QString deedError;  ///< why something could not be done; until one goes on
+    QByteArray toEdit;  ///< the name of what is to be named once it is listed
+    QByteArray nearest; ///< the folder nearest to one that is gone
+    QByteArray nearestOf;
+    bool showsFavorites = true;
+    bool isNarrow = false;
+    int sideWidth = 0; ///< that the user gave
 
     QStringList nameFilters;
     QString settingsKey;

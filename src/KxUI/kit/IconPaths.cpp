@@ -191,6 +191,8 @@ void addBrowserIcons(QMap<QString, IconPaths>& icons) {
     insert("BrowseUp", turned(back));
     insert("BrowseHome", house);
     insert("BrowseRefresh", again);
+    insert("BrowseSide",
+           {(box(1, 2, 14, 12) - box(2, 3, 12, 10)) | box(6, 3, 1, 10), box(2, 3, 4, 10)});
     insert("BrowseDetails", details);
     insert("BrowseCompact", compact);
     insert("BrowseThumbnails", tiles);
