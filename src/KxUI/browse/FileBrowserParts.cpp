@@ -265,8 +265,9 @@ void FileBrowserPrivate::arrangeSide() {
     isNarrow = q->width() < NarrowWidth;
     sideButton->setVisible(showsFavorites && isNarrow);
     const bool isShown = showsFavorites && (!isNarrow || actions.side->isChecked());
-    if (isShown != favorites->isHidden())
+    if (isShown != favorites->isHidden() && isArranged)
         return;
+    isArranged = true;
     favorites->setVisible(isShown);
     const int side = sideWidth > 0 ? sideWidth : UsualSide;
     if (isShown)

@@ -166,6 +166,7 @@ public:
     QByteArray nearestOf;
     bool showsFavorites = true;
     bool isNarrow = false;
+    bool isArranged = false;
     int sideWidth = 0; ///< that the user gave
 
     QStringList nameFilters;

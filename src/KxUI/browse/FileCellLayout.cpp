@@ -35,7 +35,7 @@ FileCellLayout FileCellLayout::thumbnail(const QRect& cell, int lineHeight) {
 }
 
 QSize FileCellLayout::compactSize(int lineHeight, int letter) {
-    constexpr int letters = 46; // a name of 24, frames, and that some are missing
+    constexpr int letters = 52; // a name of 24, frames, and that some are missing
     return {letters * letter, std::max(lineHeight, IconSide) + Margin};
 }
 
