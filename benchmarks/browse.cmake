@@ -1,0 +1,1 @@
+kxui_room_bench(browse SOURCES browse.cpp)
