@@ -82,6 +82,7 @@ private:
 };
 
 Visit visit() {
+    const QString& folder = looseFiles(); // made before the clock runs
     FileManager::forgetListings(); // the disk is asked, each time
     FileBrowser browser;
     browser.setShowsFavorites(false);
@@ -97,7 +98,7 @@ Visit visit() {
         if (browser.model()->rowCount() == Files && !browser.model()->gatherer()->isGathering())
             QTimer::singleShot(20, &loop, &QEventLoop::quit);
     });
-    browser.setFolderText(looseFiles());
+    browser.setFolderText(folder);
     loop.exec();
     return clock.end();
 }
@@ -105,6 +106,7 @@ Visit visit() {
 template <class View, class Show>
 Visit visitByPeer(View& view, QFileSystemModel& model, Show show) {
     model.setOption(QFileSystemModel::DontWatchForChanges);
+    looseFiles();
     QEventLoop loop;
     Clock clock;
     QObject::connect(&model, &QFileSystemModel::rowsInserted, &loop,
