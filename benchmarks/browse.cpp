@@ -83,7 +83,7 @@ private:
 
 Visit visit() {
     const QString& folder = looseFiles(); // made before the clock runs
-    FileManager::forgetListings(); // the disk is asked, each time
+    FileManager::forgetListings();        // the disk is asked, each time
     FileBrowser browser;
     browser.setShowsFavorites(false);
     browser.setFoldsSequences(false);
@@ -94,10 +94,12 @@ Visit visit() {
     loop.exec();
     Clock clock;
     QObject::connect(browser.model(), &FileListModel::rowsInserted, &loop, [&] { clock.row(); });
-    QObject::connect(browser.model(), &FileListModel::settled, &loop, [&] {
+    const auto look = [&] {
         if (browser.model()->rowCount() == Files && !browser.model()->gatherer()->isGathering())
             QTimer::singleShot(20, &loop, &QEventLoop::quit);
-    });
+    };
+    QObject::connect(browser.model(), &FileListModel::settled, &loop, look);
+    QObject::connect(browser.model()->gatherer(), &FileGatherer::finished, &loop, look);
     browser.setFolderText(folder);
     loop.exec();
     return clock.end();
