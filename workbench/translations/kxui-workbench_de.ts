@@ -190,10 +190,6 @@
         <source>Palettes (*.gpl)</source>
         <translation>Paletten (*.gpl)</translation>
     </message>
-    <message>
-        <source>All files (*)</source>
-        <translation>Alle Dateien (*)</translation>
-    </message>
 </context>
 <context>
     <name>Kestrel::Workbench::CurvesPanel</name>
@@ -438,10 +434,6 @@
         <translation>&amp;Datei</translation>
     </message>
     <message>
-        <source>&amp;Open Folder...</source>
-        <translation>&amp;Ordner öffnen...</translation>
-    </message>
-    <message>
         <source>&amp;Reload</source>
         <translation>Neu &amp;laden</translation>
     </message>
@@ -614,10 +606,6 @@
         <translation>&amp;Hilfe</translation>
     </message>
     <message>
-        <source>Open Folder</source>
-        <translation>Ordner öffnen</translation>
-    </message>
-    <message>
         <source>The last workspace could not be restored. %1</source>
         <translation>Die letzte Arbeitsfläche ließ sich nicht herstellen. %1</translation>
     </message>
@@ -632,6 +620,18 @@
     <message>
         <source>High &amp;Contrast</source>
         <translation>Hoher &amp;Kontrast</translation>
+    </message>
+    <message>
+        <source>&amp;Open...</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Open &amp;Folder...</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Images (%1)</source>
+        <translation type="unfinished"></translation>
     </message>
 </context>
 <context>

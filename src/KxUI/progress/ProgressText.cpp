@@ -9,35 +9,24 @@
 namespace Kestrel::UI {
 namespace {
 
-// A word for one thing, and one for several. What stands in the source is good English, also where
-// there is no catalog that knows how plurals are counted.
-struct Counted {
-    const char* one;
-    const char* several;
-};
-
-constexpr Counted minute{QT_TRANSLATE_NOOP("ProgressText", "1 minute"),
-                         QT_TRANSLATE_N_NOOP("ProgressText", "%n minutes")};
-constexpr Counted hour{QT_TRANSLATE_NOOP("ProgressText", "1 hour"),
-                       QT_TRANSLATE_N_NOOP("ProgressText", "%n hours")};
-constexpr Counted running{QT_TRANSLATE_NOOP("ProgressText", "1 task is still running."),
-                          QT_TRANSLATE_N_NOOP("ProgressText", "%n tasks are still running.")};
-
-QString tr(const Counted& words, int count) {
-    return count == 1 ? QCoreApplication::translate("ProgressText", words.one)
-                      : QCoreApplication::translate("ProgressText", words.several, nullptr, count);
-}
-
 int rounded(double value, int step) {
     return static_cast<int>(std::lround(value / step)) * step;
 }
 
+// One thing has words of its own: what stands in the source is good English, also where there is no
+// catalog that knows how plurals are counted.
 QString minutes(int count) {
-    return tr(minute, count);
+    return count == 1 ? QCoreApplication::translate("ProgressText", "1 minute")
+                      : QCoreApplication::translate("ProgressText", "%n minutes", nullptr, count);
+}
+
+QString wholeHours(int count) {
+    return count == 1 ? QCoreApplication::translate("ProgressText", "1 hour")
+                      : QCoreApplication::translate("ProgressText", "%n hours", nullptr, count);
 }
 
 QString hoursText(int all) {
-    const QString hours = tr(hour, all / 60);
+    const QString hours = wholeHours(all / 60);
     const QString text =
         all % 60 == 0
             ? hours
@@ -67,9 +56,10 @@ QString ProgressText::timeToGo(double seconds) {
         return {};
     if (seconds < 10)
         return QCoreApplication::translate("ProgressText", "A few seconds left");
-    if (seconds < 57.5)
-        return QCoreApplication::translate("ProgressText", "%n seconds left", nullptr,
-                                           rounded(seconds, 5));
+    if (seconds < 57.5) {
+        const int all = rounded(seconds, 5);
+        return QCoreApplication::translate("ProgressText", "%n seconds left", nullptr, all);
+    }
     if (seconds < 112.5) {
         const int all = rounded(seconds, 15);
         return all == 60 ? QCoreApplication::translate("ProgressText", "1 minute left")
@@ -139,7 +129,9 @@ QString ProgressText::amount(const ProgressTask& task) {
 }
 
 QString ProgressText::stillRunning(int tasks) {
-    return tr(running, tasks);
+    return tasks == 1 ? QCoreApplication::translate("ProgressText", "1 task is still running.")
+                      : QCoreApplication::translate("ProgressText", "%n tasks are still running.",
+                                                    nullptr, tasks);
 }
 
 } // namespace Kestrel::UI
