@@ -11,7 +11,9 @@ KXUI_PACKAGES_BUILD=(
   g++ cmake ninja-build ccache pkg-config
   qtbase5-dev libboost-dev libboost-regex-dev libhwy-dev libopenimageio-dev
   qttools5-dev qttools5-dev-tools fonts-dejavu-core)
-KXUI_PACKAGES_TEST=(git clang-format libgsl-dev libmuparser-dev xvfb openbox xdotool x11-utils imagemagick chromium)
+KXUI_PACKAGES_TEST=(
+  git clang-format libgsl-dev libmuparser-dev libfuse3-dev xvfb openbox xdotool
+  x11-utils imagemagick chromium)
 KXUI_PACKAGES_QT6=(qt6-base-dev qt6-tools-dev qt6-tools-dev-tools qt6-l10n-tools libgl-dev)
 KXUI_PACKAGES_DOCS=(doxygen)
 KXUI_PACKAGES_FUZZ=(clang-14 libclang-rt-14-dev llvm-14 libmuparser-dev)

@@ -623,15 +623,15 @@
     </message>
     <message>
         <source>&amp;Open...</source>
-        <translation type="unfinished"></translation>
+        <translation>Ö&amp;ffnen …</translation>
     </message>
     <message>
         <source>Open &amp;Folder...</source>
-        <translation type="unfinished"></translation>
+        <translation>&amp;Ordner öffnen …</translation>
     </message>
     <message>
         <source>Images (%1)</source>
-        <translation type="unfinished"></translation>
+        <translation>Bilder (%1)</translation>
     </message>
 </context>
 <context>

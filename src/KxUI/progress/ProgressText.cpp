@@ -61,10 +61,10 @@ QString ProgressText::timeToGo(double seconds) {
         return QCoreApplication::translate("ProgressText", "%n seconds left", nullptr, all);
     }
     if (seconds < 112.5) {
-        const int all = rounded(seconds, 15);
-        return all == 60 ? QCoreApplication::translate("ProgressText", "1 minute left")
+        const int rest = rounded(seconds, 15) - 60;
+        return rest == 0 ? QCoreApplication::translate("ProgressText", "1 minute left")
                          : QCoreApplication::translate("ProgressText", "1 minute %n seconds left",
-                                                       nullptr, all - 60);
+                                                       nullptr, rest);
     }
     if (seconds < 570)
         return QCoreApplication::translate("ProgressText", "About %1 left")

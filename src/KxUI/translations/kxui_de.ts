@@ -2,6 +2,185 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="de" sourcelanguage="en">
 <context>
+    <name></name>
+    <message>
+        <source>Transform failed: %1</source>
+        <translation>Umwandlung fehlgeschlagen: %1</translation>
+    </message>
+    <message>
+        <source>No pixels in the region</source>
+        <translation>Keine Bildpunkte im Bereich</translation>
+    </message>
+    <message>
+        <source>No picture</source>
+        <translation>Kein Bild</translation>
+    </message>
+    <message>
+        <source>%1 × %2 at %3, %4: %5 pixels</source>
+        <translation>%1 × %2 bei %3, %4: %5 Bildpunkte</translation>
+    </message>
+    <message>
+        <source>transparent %1</source>
+        <translation>durchsichtig %1</translation>
+    </message>
+    <message>
+        <source>proxy 1/%1</source>
+        <translation>Proxy 1/%1</translation>
+    </message>
+    <message>
+        <source>1/%1 of rows</source>
+        <translation>1/%1 der Zeilen</translation>
+    </message>
+    <message>
+        <source>outside 0 to 1: %1 %</source>
+        <translation>außerhalb 0 bis 1: %1 %</translation>
+    </message>
+    <message>
+        <source>EBU R 103: %1 % outside, met</source>
+        <translation>EBU R 103: %1 % außerhalb, eingehalten</translation>
+    </message>
+    <message>
+        <source>EBU R 103: %1 % outside, not met</source>
+        <translation>EBU R 103: %1 % außerhalb, nicht eingehalten</translation>
+    </message>
+    <message>
+        <source>MaxCLL %1 nits, frame average %2 nits, 99.995 %: %3 nits</source>
+        <translation>MaxCLL %1 Nits, Bildmittel %2 Nits, 99,995 %: %3 Nits</translation>
+    </message>
+    <message>
+        <source>Red</source>
+        <translation>Rot</translation>
+    </message>
+    <message>
+        <source>Green</source>
+        <translation>Grün</translation>
+    </message>
+    <message>
+        <source>Blue</source>
+        <translation>Blau</translation>
+    </message>
+    <message>
+        <source>Alpha</source>
+        <translation>Alpha</translation>
+    </message>
+    <message>
+        <source>Luma</source>
+        <translation>Luma</translation>
+    </message>
+    <message>
+        <source>Largest</source>
+        <translation>Größter</translation>
+    </message>
+    <message>
+        <source>Min</source>
+        <translation>Min</translation>
+    </message>
+    <message>
+        <source>Smallest finite value; a double click finds it</source>
+        <translation>Kleinster endlicher Wert; ein Doppelklick findet ihn</translation>
+    </message>
+    <message>
+        <source>Max</source>
+        <translation>Max</translation>
+    </message>
+    <message>
+        <source>Largest finite value; a double click finds it</source>
+        <translation>Größter endlicher Wert; ein Doppelklick findet ihn</translation>
+    </message>
+    <message>
+        <source>Mean</source>
+        <translation>Mittel</translation>
+    </message>
+    <message>
+        <source>Mean of the finite values</source>
+        <translation>Mittel der endlichen Werte</translation>
+    </message>
+    <message>
+        <source>Deviation</source>
+        <translation>Abweichung</translation>
+    </message>
+    <message>
+        <source>Standard deviation of the finite values</source>
+        <translation>Standardabweichung der endlichen Werte</translation>
+    </message>
+    <message>
+        <source>1 %</source>
+        <translation>1 %</translation>
+    </message>
+    <message>
+        <source>The value that 1 % do not exceed</source>
+        <translation>Der Wert, den 1 % nicht überschreiten</translation>
+    </message>
+    <message>
+        <source>Median</source>
+        <translation>Median</translation>
+    </message>
+    <message>
+        <source>The value that half do not exceed</source>
+        <translation>Der Wert, den die Hälfte nicht überschreitet</translation>
+    </message>
+    <message>
+        <source>99 %</source>
+        <translation>99 %</translation>
+    </message>
+    <message>
+        <source>The value that 99 % do not exceed</source>
+        <translation>Der Wert, den 99 % nicht überschreiten</translation>
+    </message>
+    <message>
+        <source>&lt; 0</source>
+        <translation>&lt; 0</translation>
+    </message>
+    <message>
+        <source>Values below 0</source>
+        <translation>Werte unter 0</translation>
+    </message>
+    <message>
+        <source>&gt; 1</source>
+        <translation>&gt; 1</translation>
+    </message>
+    <message>
+        <source>Values above 1</source>
+        <translation>Werte über 1</translation>
+    </message>
+    <message>
+        <source>NaN</source>
+        <translation>NaN</translation>
+    </message>
+    <message>
+        <source>Values that are no number</source>
+        <translation>Werte, die keine Zahl sind</translation>
+    </message>
+    <message>
+        <source>+inf</source>
+        <translation>+∞</translation>
+    </message>
+    <message>
+        <source>Positive infinities</source>
+        <translation>Positiv unendliche</translation>
+    </message>
+    <message>
+        <source>-inf</source>
+        <translation>−∞</translation>
+    </message>
+    <message>
+        <source>Negative infinities</source>
+        <translation>Negativ unendliche</translation>
+    </message>
+    <message>
+        <source>Distinct</source>
+        <translation>Verschiedene</translation>
+    </message>
+    <message>
+        <source>Values that differ</source>
+        <translation>Werte, die sich unterscheiden</translation>
+    </message>
+    <message>
+        <source>%1, %2: %3</source>
+        <translation>%1, %2: %3</translation>
+    </message>
+</context>
+<context>
     <name>EventGraphReader</name>
     <message>
         <source>%1
@@ -518,6 +697,40 @@ Zeile %2, Spalte %3</translation>
     <message>
         <source>Step Forward</source>
         <translation>Schritt vor</translation>
+    </message>
+</context>
+<context>
+    <name>Kestrel::UI::Chart</name>
+    <message>
+        <source>No data</source>
+        <translation>Keine Daten</translation>
+    </message>
+    <message>
+        <source>%1 at %2</source>
+        <translation>%1 bei %2</translation>
+    </message>
+    <message>
+        <source>Chart</source>
+        <translation>Diagramm</translation>
+    </message>
+    <message>
+        <source>Others</source>
+        <translation>Übrige</translation>
+    </message>
+    <message>
+        <source>Name</source>
+        <translation>Name</translation>
+    </message>
+    <message>
+        <source>Value</source>
+        <translation>Helligkeit</translation>
+    </message>
+</context>
+<context>
+    <name>Kestrel::UI::ChartLegend</name>
+    <message>
+        <source>Legend</source>
+        <translation>Legende</translation>
     </message>
 </context>
 <context>
@@ -2114,6 +2327,46 @@ einer Tätigkeit, deren Anfang sie schon trägt.</translation>
         <source>Name</source>
         <translation>Name</translation>
     </message>
+    <message>
+        <source>New Folder</source>
+        <translation>Neuer Ordner</translation>
+    </message>
+    <message>
+        <source>New Folder %1</source>
+        <translation>Neuer Ordner %1</translation>
+    </message>
+    <message>
+        <source>A name cannot be “%1”.</source>
+        <translation>Ein Name kann nicht „%1“ sein.</translation>
+    </message>
+    <message>
+        <source>Renaming: %1 of %2</source>
+        <translation>Umbenennen: %1 von %2</translation>
+    </message>
+    <message>
+        <source>Add to Favourites</source>
+        <translation>Zu den Favoriten</translation>
+    </message>
+    <message>
+        <source>Places</source>
+        <translation>Orte</translation>
+    </message>
+    <message>
+        <source>Rename</source>
+        <translation>Umbenennen</translation>
+    </message>
+    <message>
+        <source>Go to Favourite %1</source>
+        <translation>Zu Favorit %1</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Schließen</translation>
+    </message>
+    <message>
+        <source>Remove from Favourites</source>
+        <translation>Aus den Favoriten entfernen</translation>
+    </message>
 </context>
 <context>
     <name>Kestrel::UI::FileListModel</name>
@@ -2187,6 +2440,17 @@ einer Tätigkeit, deren Anfang sie schon trägt.</translation>
     <message>
         <source>Fit range to values</source>
         <translation>Bereich an Werte anpassen</translation>
+    </message>
+</context>
+<context>
+    <name>Kestrel::UI::ImageStatisticsPanel</name>
+    <message>
+        <source>Channel</source>
+        <translation>Kanal</translation>
+    </message>
+    <message>
+        <source>Image statistics</source>
+        <translation>Bildstatistik</translation>
     </message>
 </context>
 <context>
@@ -2360,13 +2624,6 @@ einer Tätigkeit, deren Anfang sie schon trägt.</translation>
     <message>
         <source>The server of this folder does not answer.</source>
         <translation>Der Server dieses Ordners antwortet nicht.</translation>
-    </message>
-</context>
-<context>
-    <name>Kestrel::UI::PathField</name>
-    <message>
-        <source>Folder</source>
-        <translation>Ordner</translation>
     </message>
 </context>
 <context>
@@ -2588,6 +2845,125 @@ einer Tätigkeit, deren Anfang sie schon trägt.</translation>
     </message>
 </context>
 <context>
+    <name>Kestrel::UI::ProgressDialog</name>
+    <message>
+        <source>Cancel All</source>
+        <translation>Alle abbrechen</translation>
+    </message>
+    <message>
+        <source>Hide</source>
+        <translation>Verbergen</translation>
+    </message>
+    <message>
+        <source>The work goes on (Esc)</source>
+        <translation>Die Arbeit läuft weiter (Esc)</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n tasks</source>
+        <translation>
+            <numerusform>%n Aufgabe</numerusform>
+            <numerusform>%n Aufgaben</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>%1 % - %2</source>
+        <translation>%1 % - %2</translation>
+    </message>
+    <message>
+        <source>Tasks</source>
+        <translation>Aufgaben</translation>
+    </message>
+    <message>
+        <source>Shows the parts of this task</source>
+        <translation>Zeigt die Teile dieser Aufgabe</translation>
+    </message>
+    <message>
+        <source>Parts</source>
+        <translation>Teile</translation>
+    </message>
+    <message>
+        <source>Pause</source>
+        <translation>Anhalten</translation>
+    </message>
+    <message>
+        <source>&amp;Cancel</source>
+        <translation>Ab&amp;brechen</translation>
+    </message>
+    <message>
+        <source>Copy Details</source>
+        <translation>Einzelheiten kopieren</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Schließen</translation>
+    </message>
+    <message>
+        <source>Still stopping: waiting for the current step.</source>
+        <translation>Hält noch an: Warten auf den laufenden Schritt.</translation>
+    </message>
+    <message>
+        <source>This cannot be stopped.</source>
+        <translation>Das lässt sich nicht anhalten.</translation>
+    </message>
+    <message>
+        <source>Running for %1</source>
+        <translation>Läuft seit %1</translation>
+    </message>
+    <message>
+        <source>%1 percent, </source>
+        <translation>%1 Prozent, </translation>
+    </message>
+    <message>
+        <source>Resume</source>
+        <translation>Fortsetzen</translation>
+    </message>
+    <message>
+        <source>Cancelling…</source>
+        <translation>Wird abgebrochen …</translation>
+    </message>
+</context>
+<context>
+    <name>Kestrel::UI::ProgressListModel</name>
+    <message>
+        <source>%1 %</source>
+        <translation>%1 %</translation>
+    </message>
+    <message>
+        <source>Task</source>
+        <translation>Aufgabe</translation>
+    </message>
+    <message>
+        <source>Progress</source>
+        <translation>Fortschritt</translation>
+    </message>
+    <message>
+        <source>Left</source>
+        <translation>Übrig</translation>
+    </message>
+    <message>
+        <source>State</source>
+        <translation>Zustand</translation>
+    </message>
+</context>
+<context>
+    <name>Kestrel::UI::ProgressManager</name>
+    <message>
+        <source>No progress for %1</source>
+        <translation>Kein Fortschritt seit %1</translation>
+    </message>
+</context>
+<context>
+    <name>Kestrel::UI::ProgressStrip</name>
+    <message>
+        <source>Tasks</source>
+        <translation>Aufgaben</translation>
+    </message>
+    <message>
+        <source>(+%1)</source>
+        <translation>(+%1)</translation>
+    </message>
+</context>
+<context>
     <name>Kestrel::UI::PromptComboBox</name>
     <message>
         <source>Choose…</source>
@@ -2675,13 +3051,6 @@ einer Tätigkeit, deren Anfang sie schon trägt.</translation>
         <source>Values</source>
         <translation>Werte</translation>
     </message>
-    <message numerus="yes">
-        <source>%n pixel(s)</source>
-        <translation>
-            <numerusform>%n Bildpunkt</numerusform>
-            <numerusform>%n Bildpunkte</numerusform>
-        </translation>
-    </message>
     <message>
         <source>%1, %2</source>
         <translation>%1, %2</translation>
@@ -2713,6 +3082,10 @@ einer Tätigkeit, deren Anfang sie schon trägt.</translation>
     <message>
         <source>1/%1 of rows</source>
         <translation>1/%1 der Zeilen</translation>
+    </message>
+    <message>
+        <source>%1 px</source>
+        <translation>%1 px</translation>
     </message>
 </context>
 <context>
@@ -3033,6 +3406,132 @@ einer Tätigkeit, deren Anfang sie schon trägt.</translation>
     <message>
         <source>The work ended without a result.</source>
         <translation>Die Arbeit endete ohne Ergebnis.</translation>
+    </message>
+</context>
+<context>
+    <name>ProgressText</name>
+    <message>
+        <source>1 minute</source>
+        <translation>1 Minute</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n minutes</source>
+        <translation>
+            <numerusform>%n Minute</numerusform>
+            <numerusform>%n Minuten</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>1 hour</source>
+        <translation>1 Stunde</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n hours</source>
+        <translation>
+            <numerusform>%n Stunde</numerusform>
+            <numerusform>%n Stunden</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>%1 %2</source>
+        <translation>%1 %2</translation>
+    </message>
+    <message>
+        <source>About %1 left</source>
+        <translation>Noch etwa %1</translation>
+    </message>
+    <message>
+        <source>%1 frames</source>
+        <translation>%1 Bilder</translation>
+    </message>
+    <message>
+        <source>%1 files</source>
+        <translation>%1 Dateien</translation>
+    </message>
+    <message>
+        <source>%1 steps</source>
+        <translation>%1 Schritte</translation>
+    </message>
+    <message>
+        <source>A few seconds left</source>
+        <translation>Noch wenige Sekunden</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n seconds left</source>
+        <translation>
+            <numerusform>Noch %n Sekunde</numerusform>
+            <numerusform>Noch %n Sekunden</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>1 minute left</source>
+        <translation>Noch 1 Minute</translation>
+    </message>
+    <message>
+        <source>More than a day left</source>
+        <translation>Noch mehr als ein Tag</translation>
+    </message>
+    <message>
+        <source>%1 s</source>
+        <translation>%1 s</translation>
+    </message>
+    <message>
+        <source>%1 min %2 s</source>
+        <translation>%1 min %2 s</translation>
+    </message>
+    <message>
+        <source>%1 h %2 min</source>
+        <translation>%1 h %2 min</translation>
+    </message>
+    <message>
+        <source>Waiting to start</source>
+        <translation>Wartet auf den Beginn</translation>
+    </message>
+    <message>
+        <source>Running</source>
+        <translation>Läuft</translation>
+    </message>
+    <message>
+        <source>Paused</source>
+        <translation>Angehalten</translation>
+    </message>
+    <message>
+        <source>Cancelling…</source>
+        <translation>Wird abgebrochen …</translation>
+    </message>
+    <message>
+        <source>Finished</source>
+        <translation>Fertig</translation>
+    </message>
+    <message>
+        <source>Failed</source>
+        <translation>Fehlgeschlagen</translation>
+    </message>
+    <message>
+        <source>Cancelled</source>
+        <translation>Abgebrochen</translation>
+    </message>
+    <message>
+        <source>%1 of %2</source>
+        <translation>%1 von %2</translation>
+    </message>
+    <message>
+        <source>1 task is still running.</source>
+        <translation>1 Aufgabe läuft noch.</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n tasks are still running.</source>
+        <translation>
+            <numerusform>%n Aufgabe läuft noch.</numerusform>
+            <numerusform>%n Aufgaben laufen noch.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>1 minute %n seconds left</source>
+        <translation>
+            <numerusform>Noch 1 Minute %n Sekunde</numerusform>
+            <numerusform>Noch 1 Minute %n Sekunden</numerusform>
+        </translation>
     </message>
 </context>
 </TS>
