@@ -35,9 +35,8 @@ int main(int argc, char** argv) {
     QObject::connect(gatherer, &FileGatherer::waiting, &view, [&](int milliseconds) {
         view.setWindowTitle(QStringLiteral("No answer for %1 s").arg(milliseconds / 1000.0));
     });
-    QObject::connect(gatherer, &FileGatherer::finished, &view, [&] {
-        view.setWindowTitle(FileManager::errorText(*gatherer->listing()));
-    });
+    QObject::connect(gatherer, &FileGatherer::finished, &view,
+                     [&] { view.setWindowTitle(FileManager::errorText(*gatherer->listing())); });
     gatherer->gatherPath(QCoreApplication::arguments().value(1, QStringLiteral(".")));
 
     const int widths[] = {190, 90, 60, 70, 110};
