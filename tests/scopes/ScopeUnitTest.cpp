@@ -137,13 +137,13 @@ private slots:
                     rules.length = size;
                     rules.limits = true;
                     rules.userLines = {{0.05, {}}, {0.06, {}}, {0.95, {}}};
-                    rules.textLength = [](const QString& text) { return 7.0 * text.size(); };
+                    rules.textLength = [](const QString& text) { return 7.0 * int(text.size()); };
                     double end = -1e9;
                     for (const GraticuleLine& line : planGraticule(rules)) {
                         QVERIFY(line.place >= -1e-6 && line.place <= 1 + 1e-6);
                         if (line.text.isEmpty())
                             continue;
-                        const double half = 3.5 * line.text.size();
+                        const double half = 3.5 * int(line.text.size());
                         QVERIFY(line.place * size - half >= end);
                         end = line.place * size + half;
                     }

@@ -126,7 +126,8 @@ void FavoritesView::Private::ask() {
 }
 
 void FavoritesView::Private::mark() {
-    if (!model || currentPlace.isEmpty())
+    // Another current row would end a name that is being typed.
+    if (!model || currentPlace.isEmpty() || q->state() == EditingState)
         return;
     const QModelIndex index = model->indexOfPath(currentPlace);
     if (index.isValid())
