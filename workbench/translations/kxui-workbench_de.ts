@@ -172,11 +172,11 @@
     </message>
     <message>
         <source>&amp;Import...</source>
-        <translation>&amp;Importieren …</translation>
+        <translation>&amp;Importieren...</translation>
     </message>
     <message>
         <source>&amp;Export...</source>
-        <translation>&amp;Exportieren …</translation>
+        <translation>&amp;Exportieren...</translation>
     </message>
     <message>
         <source>Import Palette</source>
@@ -623,11 +623,11 @@
     </message>
     <message>
         <source>&amp;Open...</source>
-        <translation>Ö&amp;ffnen …</translation>
+        <translation>Ö&amp;ffnen...</translation>
     </message>
     <message>
         <source>Open &amp;Folder...</source>
-        <translation>&amp;Ordner öffnen …</translation>
+        <translation>&amp;Ordner öffnen...</translation>
     </message>
     <message>
         <source>Images (%1)</source>

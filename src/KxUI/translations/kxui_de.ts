@@ -1215,7 +1215,7 @@ Zeile %2, Spalte %3</translation>
     </message>
     <message>
         <source>Save Curve...</source>
-        <translation>Kurve sichern …</translation>
+        <translation>Kurve sichern...</translation>
     </message>
     <message>
         <source>Forget</source>
