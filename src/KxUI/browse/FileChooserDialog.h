@@ -74,7 +74,7 @@ public:
 
     /** What was chosen. */
     struct Choice {
-        /** File, folder, frame name `img.####.exr` in patternStyle(), or the address of a scheme. */
+        /** File, folder, name of a sequence in patternStyle(), or the address of a scheme. */
         QByteArray path;
         bool isSequence = false; ///< The path has a place for the frame.
         /** Of a sequence to be opened: all of it, or the part that was asked for. Of one to be

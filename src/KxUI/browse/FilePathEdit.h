@@ -83,8 +83,8 @@ public:
     QStringList nameFilters() const;
     void setNameFilters(const QStringList& filters);
 
-    /** Whether numbered frames are one thing: listed, chosen and dropped as `a.####.exr`. At first
-        off. */
+    /** Whether numbered frames are one thing: listed, chosen and dropped by the name of their
+        sequence. At first off. */
     bool acceptsSequences() const;
     void setAcceptsSequences(bool accepts);
 

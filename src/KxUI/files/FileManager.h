@@ -112,10 +112,13 @@ public:
         and RenameResult::stranded counts them. A process that ends meanwhile leaves some of both.
 
         When the context is deleted it goes on, but does not begin.
+        @param from         the sequence, as it was listed
         @param toFrameName  the other name, with a place for the frame in any style that
                             FileNames::patternOf() reads; in the folder of the sequence, unless it is
                             a path
         @param frameOffset  is added to the numbers of all frames
+        @param context      whose thread is called back, if it is still there
+        @param done         called once, with what became of it
         @param progress     is called now and then with the files renamed and the number of all;
                             false stops it and takes all back, with the error Stopped */
     static void renameSequence(const FileInfo& from, const QByteArray& toFrameName, int frameOffset,

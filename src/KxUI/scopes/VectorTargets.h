@@ -30,6 +30,8 @@ struct VectorAxes {
     double i; ///< of +I
     double q; ///< of +Q
 };
+
+/** The axes in a matrix's plane of Cb and Cr. */
 KXUI_EXPORT VectorAxes vectorAxes(const RgbToYCbCrMatrix& matrix) noexcept;
 
 } // namespace Kestrel::UI
