@@ -33,7 +33,7 @@ void drag(QWidget& widget, const QPoint& from, const QPoint& to) {
 // How many pixels of the plot are brighter than its ground and lines.
 int brightPixels(const QImage& image) {
     int bright = 0;
-    for (int y = 10; y < image.height() - 25; ++y) {
+    for (int y = 10; y < image.height(); ++y) {
         for (int x = 20; x < image.width() - 20; ++x)
             bright += qRed(image.pixel(x, y)) > 140 && qGreen(image.pixel(x, y)) < 120 ? 1 : 0;
     }
