@@ -1,5 +1,6 @@
 #include <KxUI/browse/PathText_p.h>
 
+#include <KxUI/browse/NameEdits_p.h>
 #include <KxUI/files/FileNames.h>
 #include <KxUI/files/FileTexts_p.h>
 #include <KxUI/files/RawName_p.h>
@@ -327,20 +328,7 @@ QByteArray sequenceOf(const std::vector<QByteArray>& paths, System system) {
 }
 
 QByteArray withVersion(const QByteArray& path, std::int32_t number) {
-    std::string text = path.toStdString();
-    const auto last = FileNames::versionOf(text);
-    if (!last)
-        return path;
-    for (std::size_t end = text.size(); end != std::string::npos && end > 0;) {
-        const std::string part = text.substr(0, end);
-        const auto version = FileNames::versionOf(part);
-        const std::size_t folders = part.find_last_of('/');
-        const bool isHere = version && (folders == std::string::npos || version->at > folders);
-        if (isHere && version->number == last->number)
-            text.replace(0, end, FileNames::withVersion(part, number));
-        end = folders;
-    }
-    return bytesOf(text);
+    return bytesOf(NameEdits::withVersion(path.toStdString(), number));
 }
 
 } // namespace Kestrel::UI::PathText
