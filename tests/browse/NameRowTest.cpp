@@ -20,6 +20,7 @@ std::vector<std::string> shotNames() {
     Test::addFrames(names, "plate.", 1001, 1012, ".exr");
     names.erase(std::remove(names.begin(), names.end(), "plate.1005.exr"), names.end());
     Test::addFrames(names, "loop.", 8, 12, ".dpx", 1);
+    names.insert(names.end(), {"twin.01.exr", "twin.0001.exr"}); // one frame, two files
     return names;
 }
 
@@ -154,6 +155,9 @@ private Q_SLOTS:
                     {"plate.1004.exr", "names [plate.1004.exr]", 1},
                     {"loop.#.dpx", "names [loop.#.dpx]0", 5},
                     {"loop.##.dpx", "names [loop.##.dpx]0", 3},
+                    {"twin.##.exr", "names [twin.##.exr]0", 1},
+                    {"twin.####.exr", "names [twin.####.exr]0", 1},
+                    {"\"twin.0001.exr\"", "names [twin.0001.exr]", 1},
                     {"lib", "folder in lib [lib]", 0},
                     {"v002/new", "names in v002/ [new.exr]", 0},
                     {"\"lib.exr\" b", "names" + problem(NameProblem::SeveralNames), 0}};

@@ -1,39 +1,19 @@
 #include <KxUI/browse/ReplacedFiles_p.h>
 
 #include <KxUI/browse/AskedFrames_p.h>
-#include <KxUI/files/RawName_p.h>
+#include <KxUI/files/ListingData_p.h>
 
 #include <algorithm>
 #include <charconv>
+#include <limits>
+#include <numeric>
+#include <string>
 
 namespace Kestrel::UI {
 namespace {
 
 using Base::FrameRange;
 using Kind = FileListing::Kind;
-
-/** The frames of one item, as far as they are in a range. */
-class Collector {
-public:
-    Collector(const FileNames::Pattern& pattern, const std::optional<FrameRange>& written)
-        : m_pattern(pattern)
-        , m_written(written) {}
-
-    void addFile(std::string_view name);
-    void addSequence(const FileListing& listing, int index);
-    void addMembers(const FileListing& listing, int index, const FrameRange& range);
-    ReplacedFiles result();
-
-private:
-    void add(const FrameRange& range);
-    bool isWritten(std::int32_t frame) const {
-        return !m_written || commonFrames(*m_written, {frame, frame}).has_value();
-    }
-
-    const FileNames::Pattern& m_pattern;
-    const std::optional<FrameRange>& m_written;
-    ReplacedFiles m_files;
-};
 
 // What stands for the frame in a name that begins and ends as the pattern does.
 std::optional<std::string_view> frameIn(std::string_view name, const FileNames::Pattern& pattern) {
@@ -42,6 +22,12 @@ std::optional<std::string_view> frameIn(std::string_view name, const FileNames::
         name.compare(name.size() - pattern.after.size(), pattern.after.size(), pattern.after) != 0)
         return std::nullopt;
     return name.substr(pattern.before.size(), name.size() - around);
+}
+
+const std::vector<Platform::Entry>& entriesOf(const FileListing& listing) {
+    static const std::vector<Platform::Entry> none;
+    const auto& raw = ListingData::of(listing)->raw;
+    return raw ? raw->entries : none;
 }
 
 std::optional<std::int32_t> numberOf(std::string_view digits) {
@@ -53,105 +39,90 @@ std::optional<std::int32_t> numberOf(std::string_view digits) {
     return number;
 }
 
+// Whether a name has the very digits that the pattern writes for its frame.
+bool isWrittenSo(std::string_view digits, std::int32_t frame, const FileNames::Pattern& pattern) {
+    if (digits.front() == '-')
+        return FileNames::frameFile(pattern, frame) ==
+               pattern.before + std::string(digits) + pattern.after;
+    const auto length = static_cast<std::int32_t>(digits.size());
+    return digits.front() == '0' ? length == std::max(pattern.digits, 1) : length >= pattern.digits;
+}
+
 bool isHashes(std::string_view text) {
     return text.find_first_not_of('#') == std::string_view::npos;
 }
 
-void Collector::add(const FrameRange& range) {
-    if (!m_written) {
-        m_files.frames.push_back(range);
-        m_files.count += countOf(range);
+// Bits are quicker than comparisons where most frames of a range are there: a listing of a million
+// is asked at every key.
+void sortFrames(std::vector<std::int32_t>& frames) {
+    if (std::is_sorted(frames.begin(), frames.end()))
+        return;
+    const auto [least, most] = std::minmax_element(frames.begin(), frames.end());
+    const std::int32_t first = *least;
+    const auto span = static_cast<std::size_t>(std::int64_t(*most) - first + 1);
+    if (span / 16 > frames.size()) {
+        std::sort(frames.begin(), frames.end());
         return;
     }
-    const auto both = commonFrames(range, *m_written);
-    if (!both)
-        return;
-    m_files.count += both->count();
-    const auto step = static_cast<std::int32_t>(both->count() > 1 ? both->step : 1);
-    m_files.frames.emplace_back(static_cast<std::int32_t>(both->first),
-                                static_cast<std::int32_t>(both->last), step);
+    std::vector<bool> isThere(span);
+    for (const std::int32_t frame : frames)
+        isThere[static_cast<std::size_t>(std::int64_t(frame) - first)] = true;
+    frames.clear();
+    for (std::size_t i = 0; i < span; ++i) {
+        if (isThere[i])
+            frames.push_back(static_cast<std::int32_t>(first + static_cast<std::int64_t>(i)));
+    }
 }
 
-void Collector::addFile(std::string_view name) {
-    const auto digits = frameIn(name, m_pattern);
-    const auto frame = digits ? numberOf(*digits) : std::nullopt;
-    if (frame && isWritten(*frame) && FileNames::frameFile(m_pattern, *frame) == name)
-        add({*frame, *frame});
-}
-
-void Collector::addSequence(const FileListing& listing, int index) {
-    constexpr std::int64_t mostAsked = 4096;
-    const FileListing::Item& item = listing.item(index);
-    const auto place = frameIn(item.name, m_pattern);
-    if (!place || !isHashes(*place))
-        return;
-    const auto digits = static_cast<std::int32_t>(place->size());
-    // Files of one length have the names of fewer digits only where they fill them.
-    if (digits > 1 && digits < m_pattern.digits)
-        return;
-    const bool areSame = digits > 1 && digits == m_pattern.digits;
-    for (const FrameRange& range : listing.frameRanges(index)) {
-        if (areSame || item.frames > mostAsked)
-            add(range);
+// Frames in a row, one step apart, become ranges.
+std::vector<FrameRange> rangesOf(const std::vector<std::int32_t>& frames) {
+    std::int64_t step = 0;
+    for (std::size_t i = 1; i < frames.size(); ++i)
+        step = std::gcd(step, std::int64_t(frames[i]) - frames[i - 1]);
+    std::vector<FrameRange> ranges;
+    for (const std::int32_t frame : frames) {
+        if (!ranges.empty() && step <= std::numeric_limits<std::int32_t>::max() &&
+            std::int64_t(ranges.back().last) + step == frame)
+            ranges.back() = {ranges.back().first, frame, static_cast<std::int32_t>(step)};
         else
-            addMembers(listing, index, range);
+            ranges.push_back({frame, frame});
     }
-}
-
-void Collector::addMembers(const FileListing& listing, int index, const FrameRange& range) {
-    const auto directory = static_cast<std::size_t>(listing.directory().size());
-    for (std::int64_t i = 0; i < countOf(range); ++i) {
-        const QByteArray path =
-            listing.framePath(index, static_cast<std::int32_t>(range.first + i * range.step));
-        const std::string_view whole = viewOf(path);
-        addFile(whole.substr(std::min(whole.size(), whole.find_first_not_of('/', directory))));
-    }
-}
-
-// Frames in a row become ranges.
-ReplacedFiles Collector::result() {
-    auto& ranges = m_files.frames;
-    std::sort(ranges.begin(), ranges.end(),
-              [](const FrameRange& a, const FrameRange& b) { return a.first < b.first; });
-    const std::int32_t step = m_written ? std::max(m_written->step, 1) : 1;
-    const auto isInStep = [&](const FrameRange& range) {
-        return range.step == step || range.first == range.last;
-    };
-    std::vector<FrameRange> joined;
-    for (const FrameRange& range : ranges) {
-        const bool continues = !joined.empty() && isInStep(joined.back()) && isInStep(range) &&
-                               std::int64_t(joined.back().last) + step == range.first;
-        if (continues)
-            joined.back() = {joined.back().first, range.last, step};
-        else
-            joined.push_back(range);
-    }
-    ranges.swap(joined);
-    return std::move(m_files);
+    return ranges;
 }
 
 } // namespace
 
+// What was read counts, not what is shown: a file that is hidden, or one that another of the same
+// frame stands for, is lost all the same.
 ReplacedFiles replacedByFile(const FileListing& listing, std::string_view name) {
     ReplacedFiles files;
-    const int index = listing.findFile(name);
-    if (index < 0)
-        return files;
-    files.isFolder = listing.item(index).kind == Kind::Directory;
-    files.count = files.isFolder ? 0 : 1;
+    for (const Platform::Entry& entry : entriesOf(listing)) {
+        if (entry.view() != name)
+            continue;
+        files.isFolder = entry.type == Platform::EntryType::Directory;
+        files.count = files.isFolder ? 0 : 1;
+        break;
+    }
     return files;
 }
 
 ReplacedFiles replacedBySequence(const FileListing& listing, const FileNames::Pattern& pattern,
                                  const std::optional<FrameRange>& written) {
-    Collector collector(pattern, written);
-    for (int i = 0; i < listing.size(); ++i) {
-        if (listing.item(i).kind == Kind::Sequence)
-            collector.addSequence(listing, i);
-        else if (listing.item(i).kind != Kind::Directory)
-            collector.addFile(listing.item(i).name);
+    std::vector<std::int32_t> frames;
+    for (const Platform::Entry& entry : entriesOf(listing)) {
+        const std::string_view name = entry.view();
+        const auto digits = frameIn(name, pattern);
+        const auto frame = digits ? numberOf(*digits) : std::nullopt;
+        if (frame && entry.type != Platform::EntryType::Directory &&
+            (!written || commonFrames(*written, {*frame, *frame})) &&
+            isWrittenSo(*digits, *frame, pattern))
+            frames.push_back(*frame);
     }
-    return collector.result();
+    sortFrames(frames);
+    ReplacedFiles files;
+    files.count = static_cast<std::int64_t>(frames.size());
+    files.frames = rangesOf(frames);
+    return files;
 }
 
 std::vector<int> sequencesOf(const FileListing& listing, const FileNames::Pattern& pattern) {

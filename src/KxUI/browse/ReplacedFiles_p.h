@@ -21,8 +21,8 @@ struct ReplacedFiles {
 /** Of one file. */
 ReplacedFiles replacedByFile(const FileListing& listing, std::string_view name);
 
-/** Of a sequence: the files of frames that have the very names that would be written, whether the
-    listing is folded or not.
+/** Of a sequence: the files of frames that have the very names that would be written, whether they
+    are shown or not.
     @param written  the frames that will be written; without them, all that exist count */
 ReplacedFiles replacedBySequence(const FileListing& listing, const FileNames::Pattern& pattern,
                                  const std::optional<Base::FrameRange>& written);
