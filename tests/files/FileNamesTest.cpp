@@ -66,6 +66,7 @@ KXUI_PLAIN_TEST(FileNamesTest, patterns) {
         COMPARE(FileNames::frameFile(*pattern, 12), row.frame);
     }
     COMPARE(FileNames::frameFile(*FileNames::patternOf("a.##.x"), 1234), "a.1234.x");
+    COMPARE(FileNames::patternOf("a.%012d.x")->digits, 12);
     COMPARE(FileNames::written({"a", "b", 4}, FileNames::Style::Dollar), "a$F4b");
     COMPARE(FileNames::written({"a", "b", 4}, FileNames::Style::AtSigns), "a@@@@b");
     for (const char* name : {"", "a.0001.exr", "u@h", "100%", "%x", "$f4", "%99999999999d"})

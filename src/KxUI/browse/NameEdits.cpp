@@ -34,10 +34,13 @@ std::string rooted(std::string_view name) {
 // ".1001" at the end of a stem, which is the number of a frame and no version.
 std::size_t frameAt(std::string_view stem) {
     constexpr std::size_t leastDigits = 3;
+    constexpr std::size_t mostDigits = 99; // as many as a place for a frame can ask for
     std::size_t at = stem.size();
     while (at > 0 && isDigit(stem[at - 1]))
         --at;
-    return stem.size() - at >= leastDigits && at > 0 && stem[at - 1] == '.' ? at : nowhere;
+    const std::size_t digits = stem.size() - at;
+    const bool isFrame = digits >= leastDigits && digits <= mostDigits;
+    return isFrame && at > 0 && stem[at - 1] == '.' ? at : nowhere;
 }
 
 } // namespace

@@ -58,7 +58,8 @@ Place numbered(std::string_view name, std::string_view opening, std::string_view
         while (end < name.size() && isDigit(name[end]))
             ++end;
         const std::int32_t digits = frameNumber(name.substr(begin, end - begin));
-        if (name.substr(end, closing.size()) == closing && end - begin <= mostDigits)
+        const std::size_t zero = end > begin && name[begin] == '0' ? 1 : 0;
+        if (name.substr(end, closing.size()) == closing && end - begin <= mostDigits + zero)
             return {at, end + closing.size() - at, std::max(digits, 1)};
     }
     return {};
