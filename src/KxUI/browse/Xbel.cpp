@@ -194,6 +194,12 @@ Node take(const Place& place) {
         --first;
     using Offset = std::vector<Node>::difference_type;
     list.erase(list.begin() + Offset(first), list.begin() + Offset(place.index) + 1);
+    // Stray text on both sides must not become the "]]>" that no text may hold.
+    if (first > 0 && first < list.size() && list[first - 1].kind == Kind::Foreign &&
+        !list[first - 1].head.empty() && list[first - 1].head.back() == ']' &&
+        list[first].kind == Kind::Foreign && !list[first].head.empty() &&
+        std::string_view("]>").find(list[first].head.front()) != std::string_view::npos)
+        list.insert(list.begin() + Offset(first), foreign("\n"));
     return taken;
 }
 

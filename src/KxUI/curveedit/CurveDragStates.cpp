@@ -202,15 +202,7 @@ CurveCommands CurveKnotsDrag::move(const CurveScene& scene, const CurveInput& in
     m_moved = true;
     commands.push_back({CurveCommand::Move});
     commands.back().moves = m_group.moved(way);
-    for (CurveModel::Move& each : commands.back().moves) {
-        if (each.curve != m_curve || each.knot != m_knot)
-            continue;
-        // To the very place that was meant, which start and way together may miss by rounding.
-        if (m_start.x() + way.x() == each.x && way.x() == m_snapped.place.x() - m_start.x())
-            each.x = m_snapped.place.x();
-        if (m_start.y() + way.y() == each.y && way.y() == m_snapped.place.y() - m_start.y())
-            each.y = m_snapped.place.y();
-    }
+    m_group.meet(commands.back().moves, m_curve, m_knot, way, m_snapped.place);
     m_group.keepApart(commands.back().moves);
     return commands;
 }

@@ -176,6 +176,19 @@ CurveGroup::Moves CurveGroup::moved(const QPointF& way) const {
     return moves;
 }
 
+void CurveGroup::meet(Moves& moves, int curve, int knot, const QPointF& way,
+                      const QPointF& place) const {
+    for (std::size_t i = 0; i < m_items.size(); ++i) {
+        const Item& item = m_items[i];
+        if (item.start.curve != curve || item.start.knot != knot)
+            continue;
+        if (item.start.x + way.x() == moves[i].x && way.x() == place.x() - item.start.x)
+            moves[i].x = limited(place.x(), item.lowX, item.highX);
+        if (item.start.y + way.y() == moves[i].y && way.y() == place.y() - item.start.y)
+            moves[i].y = limited(place.y(), item.lowY, item.highY);
+    }
+}
+
 void CurveGroup::keepApart(Moves& moves) const {
     const std::size_t count = std::min(moves.size(), m_items.size());
     for (std::size_t i = 1; i < count; ++i) {

@@ -34,6 +34,9 @@ public:
         a grid the knot at `grip` comes to lie on it. */
     QPointF limitedWay(const QPointF& way, const QPointF& grip) const;
     Moves moved(const QPointF& way) const;
+    /** Puts a knot that went the whole `way` to the very place that was meant, which its start and the
+        way together may miss by rounding. */
+    void meet(Moves& moves, int curve, int knot, const QPointF& way, const QPointF& place) const;
     /** Parts what rounding has brought to one place, by the least there is. */
     void keepApart(Moves& moves) const;
 
