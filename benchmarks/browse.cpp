@@ -1,5 +1,5 @@
-// The browser against the toolkit's dialog and model on the same 100,000 files: first rows, all of
-// them, and the longest time that nothing else could be done.
+// The browser against the toolkit's dialog and model on the same 100,000 files: when rows are there,
+// all of them, the longest time that nothing else could be done, and memory.
 
 #include <KxUI/browse/FileBrowser.h>
 #include <KxUI/files/FileListModel.h>
@@ -47,10 +47,16 @@ struct Visit {
     double bytes = 0;
 };
 
+// With what is too large for the heap's own pages.
+double heapInUse() {
+    const auto heap = mallinfo2();
+    return double(heap.uordblks) + double(heap.hblkhd);
+}
+
 class Clock {
 public:
     Clock()
-        : m_before(mallinfo2().uordblks) {
+        : m_before(heapInUse()) {
         m_turns.callOnTimeout([this] {
             m_longest = std::max(m_longest, m_since.nsecsElapsed());
             m_since.start();
@@ -68,7 +74,7 @@ public:
     Visit end() {
         m_visit.total = double(m_total.nsecsElapsed()) / 1e9;
         m_visit.stall = double(std::max(m_longest, m_since.nsecsElapsed())) / 1e9;
-        m_visit.bytes = double(mallinfo2().uordblks) - double(m_before);
+        m_visit.bytes = heapInUse() - m_before;
         return m_visit;
     }
 
@@ -78,7 +84,7 @@ private:
     QElapsedTimer m_since;
     QElapsedTimer m_total;
     qint64 m_longest = 0;
-    std::size_t m_before;
+    double m_before;
 };
 
 Visit visit() {
@@ -150,8 +156,12 @@ Visit visitByDialog() {
 void addCase(const char* work, const char* who, Visit (*run)(), double Visit::*part) {
     Kestrel::Bench::add(work, who,
                         [=](benchmark::State& state) {
-                            for (auto _ : state)
-                                state.SetIterationTime(run().*part);
+                            for (auto _ : state) {
+                                const Visit cost = run();
+                                state.SetIterationTime(cost.*part);
+                                if (part == &Visit::bytes)
+                                    state.counters["bytes"] = cost.bytes;
+                            }
                         })
         ->UseManualTime()
         ->Iterations(1)
@@ -165,14 +175,16 @@ void registerBenchmarks() {
         const char* work;
         double Visit::*part;
         double times;
-    } works[] = {{"first rows of 100,000 files in a browser", &Visit::first, 2},
+    } works[] = {// The peer shows a hundred as the disk has them, long before their order is known.
+                 {"first of 100,000 files in a browser, the peers' in no order", &Visit::first, 0},
                  {"all of 100,000 files in a browser", &Visit::total, 10},
                  {"longest stall of a browser with 100,000 files", &Visit::stall, 20},
-                 {"bytes of a browser with 100,000 files, as seconds", &Visit::bytes, 4}};
+                 {"memory of a browser with 100,000 files", &Visit::bytes, 4}};
     for (const auto& each : works) {
         addCase(each.work, "ours", &visit, each.part);
         addCase(each.work, "QFileSystemModel and QTreeView", &visitByTree, each.part);
         addCase(each.work, "QFileDialog", &visitByDialog, each.part);
-        Kestrel::Bench::targetRatio(each.work, "QFileSystemModel and QTreeView", each.times);
+        if (each.times > 0)
+            Kestrel::Bench::targetRatio(each.work, "QFileSystemModel and QTreeView", each.times);
     }
 }

@@ -193,7 +193,6 @@ void add(const char* work, const char* who, int files, double Run::*what, Body b
                             const QString folder = looseFiles(files);
                             for (auto _ : state)
                                 state.SetIterationTime(body(folder).*what);
-                            // What the report shows is the time that passes, not this thread's work.
                             state.SetItemsProcessed(state.iterations() * (files > 100000 ? 10 : 1));
                         })
         ->UseManualTime()

@@ -8,8 +8,9 @@ namespace Kestrel::Bench {
 
 /** Registers one case: `work` names what is done ("list and fold 100,000 files"), `who` does it
     ("ours", or the peer's name). The report puts the cases of one work in one row group and divides
-    each peer by ours. A case that calls `state.SetItemsProcessed` is reported per item. The result
-    takes fewer repetitions for what is slow. */
+    each peer by ours: by CPU time, or by what it says itself with `UseManualTime()`. A case that
+    calls `state.SetItemsProcessed` is reported per item, one with a counter "bytes" in bytes. The
+    result takes fewer repetitions for what is slow. */
 template <class Body>
 benchmark::internal::Benchmark* add(const std::string& work, const std::string& who, Body body) {
     return benchmark::RegisterBenchmark((work + "/" + who).c_str(), body);
