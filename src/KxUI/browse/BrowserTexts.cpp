@@ -26,13 +26,18 @@ QString failure(const FileListing& listing) {
 
 } // namespace
 
+void Sum::count(FileListing::Kind kind) {
+    ++(kind == FileListing::Kind::Directory  ? folders
+       : kind == FileListing::Kind::Sequence ? sequences
+                                             : files);
+}
+
 void Sum::add(const FileListing& listing, int item) {
     const FileListing::Kind kind = listing.item(item).kind;
-    if (kind == FileListing::Kind::Directory) {
-        ++folders;
+    count(kind);
+    // One that is not known, and the others are not told of.
+    if (isUnknown || kind == FileListing::Kind::Directory)
         return;
-    }
-    ++(kind == FileListing::Kind::Sequence ? sequences : files);
     const FileListing::Status status = listing.status(item);
     isEstimate = isEstimate || status.isEstimate;
     isUnknown = isUnknown || status.known == FileListing::Status::NotAsked;

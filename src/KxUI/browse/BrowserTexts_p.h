@@ -12,11 +12,14 @@ struct Sum {
     int folders = 0;
     int sequences = 0;
     int files = 0;
-    std::uint64_t bytes = 0;
+    std::uint64_t bytes = 0; ///< as long as all sizes are known
     bool isEstimate = false;
     bool isUnknown = false; ///< the size of some
 
     int rows() const { return folders + sequences + files; }
+
+    /** An item without its size. */
+    void count(FileListing::Kind kind);
     void add(const FileListing& listing, int item);
 };
 

@@ -189,10 +189,17 @@ void FileBrowserPrivate::buildLookMenu() {
 
 void FileBrowserPrivate::connectParts() {
     const auto soon = [this] { lookSoon(); };
+    const auto changed = [this] {
+        rowSum.reset();
+        lookSoon();
+    };
     for (const auto signal : {&QAbstractItemModel::rowsInserted, &QAbstractItemModel::rowsRemoved})
-        QObject::connect(model, signal, q, soon);
-    QObject::connect(model, &QAbstractItemModel::layoutChanged, q, soon);
-    QObject::connect(model, &QAbstractItemModel::dataChanged, q, soon);
+        QObject::connect(model, signal, q, changed);
+    QObject::connect(model, &QAbstractItemModel::layoutChanged, q, changed);
+    QObject::connect(model, &QAbstractItemModel::modelReset, q, changed);
+    QObject::connect(model, &QAbstractItemModel::dataChanged, q, [=](const QModelIndex& first) {
+        first.column() == FileListModel::Name ? changed() : soon(); // or sizes and times alone
+    });
     QObject::connect(model, &FileListModel::settled, q, soon);
     FileGatherer* const gatherer = model->gatherer();
     QObject::connect(gatherer, &FileGatherer::waiting, q, soon);

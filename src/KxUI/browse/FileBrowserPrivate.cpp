@@ -338,20 +338,25 @@ void FileBrowserPrivate::showActions() {
     }
 }
 
-BrowserTexts::Sum FileBrowserPrivate::sum(bool ofSelection) const {
+BrowserTexts::Sum FileBrowserPrivate::sumOfSelection() const {
     BrowserTexts::Sum sum;
     const auto listing = model->listing();
-    const auto add = [&](int first, int last) {
+    for (const auto& [first, last] : views->selectedRows()) {
         for (int row = first; row <= std::min(last, model->rowCount() - 1); ++row)
             sum.add(*listing, model->itemOf(row));
-    };
-    if (ofSelection) {
-        for (const auto& [first, last] : views->selectedRows())
-            add(first, last);
-    } else {
-        add(0, model->rowCount() - 1);
     }
     return sum;
+}
+
+// Counted once for rows as they are: there may be a million.
+const BrowserTexts::Sum& FileBrowserPrivate::sumOfRows() {
+    if (rowSum)
+        return *rowSum;
+    rowSum.emplace();
+    const auto listing = model->listing();
+    for (int row = 0; row < model->rowCount(); ++row)
+        rowSum->count(listing->item(model->itemOf(row)).kind);
+    return *rowSum;
 }
 
 void FileBrowserPrivate::showStatus() {
@@ -365,9 +370,9 @@ void FileBrowserPrivate::showStatus() {
     else if (face.isBusy && listing->state() == FileListing::State::Reading)
         text = BrowserTexts::reading(listing->entriesRead());
     else if (views->selection()->hasSelection())
-        text = BrowserTexts::selected(sum(true));
+        text = BrowserTexts::selected(sumOfSelection());
     else if (!face.holdsOld)
-        text = BrowserTexts::listed(sum(false));
+        text = BrowserTexts::listed(sumOfRows());
     else
         return;
     status->setText(text);

@@ -11,6 +11,8 @@
 #include <QPointer>
 #include <QTimer>
 
+#include <optional>
+
 class QAction;
 class QBoxLayout;
 class QComboBox;
@@ -80,7 +82,8 @@ public:
     static QByteArray parentOf(const QByteArray& folder);
     /** What is said of a button: with its keys. */
     static QString withKeys(const QString& text, const QAction* action);
-    BrowserTexts::Sum sum(bool ofSelection) const;
+    BrowserTexts::Sum sumOfSelection() const;
+    const BrowserTexts::Sum& sumOfRows();
 
     // FileBrowserInput.cpp
     bool filterEvent(QObject* watched, QEvent* event);
@@ -120,8 +123,9 @@ public:
     TypeAhead ahead;
     std::function<std::int64_t()> now; ///< milliseconds; tests have a clock of their own
     QElapsedTimer clock;
-    QTimer change;   ///< until the face changes by itself
-    QTimer memorize; ///< until what is remembered is written
+    QTimer change;                           ///< until the face changes by itself
+    QTimer memorize;                         ///< until what is remembered is written
+    std::optional<BrowserTexts::Sum> rowSum; ///< none after rows have changed
     bool isLooking = false;
     bool areRowsLeaving = false;
     bool isRecalling = false;

@@ -105,8 +105,7 @@ void FileGatherer::setWatch(Watch watch) {
 }
 
 void FileGatherer::requestStatus(const std::vector<int>& indices) {
-    if (d->queue)
-        d->queue->replace(d->asksFor(indices));
+    d->ask(indices);
 }
 
 void FileGatherer::requestTotals(int index) {

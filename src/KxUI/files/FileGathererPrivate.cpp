@@ -183,29 +183,25 @@ void FileGatherer::Private::end() {
         Q_EMIT q->finished();
 }
 
-std::vector<StatusQueue::Ask>
-FileGatherer::Private::asksFor(const std::vector<int>& indices) const {
-    std::vector<StatusQueue::Ask> asks;
-    asks.reserve(indices.size());
-    const ListingData& all = *data();
+void FileGatherer::Private::ask(const std::vector<int>& indices) {
+    if (!queue || queue->isThrough(*data(), turn))
+        return;
+    // More of them are looked through by the workers.
+    constexpr std::size_t fewEnough = 1000;
+    StatusQueue::Wants wants{data(), status, {}, turn};
+    wants.items.reserve(indices.size());
     for (const int index : indices) {
-        if (index < 0 || index >= listing->size())
-            continue;
-        const FileListing::Item& item = listing->item(index);
-        const FileStatus* const told = status->find(item.key);
-        if (told && told->turn == turn && told->last == item.last)
-            continue;
-        StatusQueue::Ask ask;
-        ask.key = item.key;
-        ask.file = all.firstFile(index);
-        if (item.frames > 1)
-            ask.lastFile = all.frameFile(index, item.last);
-        ask.last = item.last;
-        ask.turn = turn;
-        ask.cached = turn == 1;
-        asks.push_back(std::move(ask));
+        if (index >= 0 && index < listing->size() &&
+            (indices.size() > fewEnough || !wants.isTold(index)))
+            wants.items.push_back(index);
     }
-    return asks;
+    queue->replace(std::move(wants));
+}
+
+int FileGatherer::Private::itemOf(const FileStatus& told) const {
+    const bool isThere =
+        told.item >= 0 && told.item < listing->size() && listing->item(told.item).key == told.key;
+    return isThere ? told.item : listing->findKey(told.key);
 }
 
 void FileGatherer::Private::takeStatuses() {
@@ -217,7 +213,7 @@ void FileGatherer::Private::setStatus(std::vector<FileStatus> statuses) {
     int first = listing->size();
     int last = -1;
     for (const FileStatus& each : statuses) {
-        if (const int index = listing->findKey(each.key); index >= 0) {
+        if (const int index = itemOf(each); index >= 0) {
             first = std::min(first, index);
             last = std::max(last, index);
         }

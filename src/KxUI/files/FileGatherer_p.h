@@ -33,7 +33,8 @@ struct FileGatherer::Private {
     void scheduleReread();
     void lookWhetherWaiting();
     std::int64_t silence() const;
-    std::vector<StatusQueue::Ask> asksFor(const std::vector<int>& indices) const;
+    void ask(const std::vector<int>& indices);
+    int itemOf(const FileStatus& told) const;
     GatherRequest request(std::int64_t since = 0);
     void changeSettings();
     const std::shared_ptr<const ListingData>& data() const { return ListingData::of(*listing); }

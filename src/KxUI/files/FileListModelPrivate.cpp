@@ -245,7 +245,9 @@ void FileListModel::Private::askForStatuses() {
     const int last = std::min(lastVisible, count - 1);
     for (int row = first; row <= last; ++row)
         add(row);
-    if (order.usesStatus()) {
+    // Of another listing when the rows follow it, which is soon.
+    if (order.usesStatus() && isSame) {
+        wanted.reserve(wanted.size() + static_cast<std::size_t>(count));
         for (int row = 0; row < count; ++row) {
             if (row < first || row > last)
                 add(row);

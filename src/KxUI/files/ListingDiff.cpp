@@ -51,6 +51,8 @@ std::vector<std::int32_t> matched(const Keys& before, const Keys& after, std::ve
         match(i, i);
     for (std::size_t i = 1; i <= back; ++i)
         match(before.size() - i, after.size() - i);
+    if (front + back == shorter)
+        return newRows; // all the others came, or went
     const auto olds = sorted(before, front, before.size() - back);
     const auto news = sorted(after, front, after.size() - back);
     for (auto o = olds.begin(), n = news.begin(); o != olds.end() && n != news.end();) {

@@ -14,6 +14,7 @@ struct FileStatus {
     std::int64_t modified = 0;
     std::int32_t last = 0;  ///< the last frame when it was asked
     std::uint32_t turn = 0; ///< of asking; a refresh begins another one
+    std::int32_t item = -1; ///< in the listing that was asked about; another may stand there by now
     std::uint8_t known = 0; ///< FileListing::Status::Known
     bool isLink = false;
     bool isBrokenLink = false;
