@@ -15,8 +15,8 @@ using Mode = NameRules::Mode;
 namespace {
 
 std::vector<std::string> shotNames() {
-    std::vector<std::string> names{"notes.txt",   "lib/",      "a b.exr",
-                                   "odd\xff.exr", "what?.txt", "comp_v001.exr"};
+    std::vector<std::string> names{"notes.txt",     "lib/", "a b.exr", "odd\xff.exr", "what?.txt",
+                                   "comp_v001.exr", ".rc",  ".cache/", ".tmp.1.exr",  ".tmp.2.exr"};
     Test::addFrames(names, "plate.", 1001, 1012, ".exr");
     names.erase(std::remove(names.begin(), names.end(), "plate.1005.exr"), names.end());
     Test::addFrames(names, "loop.", 8, 12, ".dpx", 1);
@@ -92,6 +92,12 @@ private Q_SLOTS:
              "names [plate.####.exr]1001-1012" + problem(NameProblem::FramesNotThere)},
             {"plate.####.exr", "?",
              "names [plate.####.exr]1001-1012" + problem(NameProblem::FramesUnreadable)},
+            {"twin.01.exr", "", "names [twin.#.exr]1"},
+            {"twin.0001.exr", "", "names [twin.#.exr]1"},
+            {".rc", "", "names [.rc]"},
+            {".cache", "", "folder in .cache"},
+            {".tmp.%d.exr", "1", "names [.tmp.#.exr]1"},
+            {".tmp.2.exr", "", "names [.tmp.2.exr]"},
             {"plate.1005.exr", "", "names [plate.1005.exr]" + problem(NameProblem::NotFound)},
             {"none", "", "names [none]" + problem(NameProblem::NotFound)},
             {"sub/x.exr", "", "names in sub/ [x.exr]" + problem(NameProblem::NotFound)},

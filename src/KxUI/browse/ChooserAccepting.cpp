@@ -4,7 +4,9 @@
 #include <KxUI/browse/NameEdits_p.h>
 #include <KxUI/browse/NoticeLine_p.h>
 #include <KxUI/browse/ReplaceSheet_p.h>
+#include <KxUI/files/FileListModel.h>
 #include <KxUI/files/FileManager.h>
+#include <KxUI/files/FileTexts_p.h>
 #include <KxUI/files/RawName_p.h>
 #include <KxUI/files/platform/Directory_p.h>
 #include <KxUI/kit/PushButton.h>
@@ -53,7 +55,7 @@ FileChooserDialogPrivate::choicesOf(const NameReading& now, const FileListing& k
         choice.isSequence = target.isSequence;
         choice.frames = target.frames;
         if (target.item >= 0)
-            choice.info = known.fileInfo(target.item);
+            choice.info = target.in(known).fileInfo(target.item);
         choice.replaces = now.replaced.frames;
         choice.replacesFile = now.replaced.frames.empty() && now.replaced.count > 0;
         all.push_back(std::move(choice));
@@ -134,6 +136,18 @@ void FileChooserDialogPrivate::answered(const FolderAnswer& answer) {
         now = readName(input(), rules, *m_answer, true);
     m_asked = now;
     follow(state.answered(now, answer), now);
+}
+
+QString FileChooserDialogPrivate::folderToBeMade(const NameReading& now) const {
+    if (!isSaving() || !stateRules.createsFolders || now.folder.empty() ||
+        now.meaning != NameReading::Meaning::Names)
+        return {};
+    const std::string folder = now.folder.substr(0, now.folder.size() - 1);
+    const bool isHere = NameEdits::nameBegin(folder) == 0 && folder != "." && folder != ".." &&
+                        folder != "~" && !folder.empty();
+    const auto here = listing();
+    const bool isMissing = here->state() == FileListing::State::Complete && here->find(folder) < 0;
+    return isHere && isMissing ? FileTexts::name(folder) : QString();
 }
 
 void FileChooserDialogPrivate::makeFolder(const NameReading& now) {

@@ -437,7 +437,9 @@ void FileChooserDialogPrivate::refreshFields(const NameReading& now) {
         now.targets.size() == 1 && now.targets.front().isSequence && now.targets.front().item >= 0;
     form.showFields(fields);
     if (fields.hasFrames) {
-        const auto& item = listing()->item(now.targets.front().item);
+        const NameTarget& target = now.targets.front();
+        const auto shown = listing();
+        const auto& item = target.in(*shown).item(target.item);
         form.frames->setPlaceholderText(ChooserTexts::range({item.first, item.last, item.step}));
     }
     form.as->setCurrentIndex(isSequence ? ChooserForm::Sequence : ChooserForm::SingleFile);
@@ -483,18 +485,6 @@ void FileChooserDialogPrivate::refreshNotice() {
 
 void FileChooserDialogPrivate::say(const QString& problem) {
     form.notice->tell({ChooserTexts::Notice::Kind::Error, problem, false});
-}
-
-QString FileChooserDialogPrivate::folderToBeMade(const NameReading& now) const {
-    if (!isSaving() || !stateRules.createsFolders || now.folder.empty() ||
-        now.meaning != NameReading::Meaning::Names)
-        return {};
-    const std::string folder = now.folder.substr(0, now.folder.size() - 1);
-    const bool isHere = NameEdits::nameBegin(folder) == 0 && folder != "." && folder != ".." &&
-                        folder != "~" && !folder.empty();
-    const auto here = listing();
-    const bool isMissing = here->state() == FileListing::State::Complete && here->find(folder) < 0;
-    return isHere && isMissing ? FileTexts::name(folder) : QString();
 }
 
 } // namespace Kestrel::UI

@@ -1,6 +1,7 @@
 #include <KxUI/browse/NameRow_p.h>
 
 #include <KxUI/browse/NameEdits_p.h>
+#include <KxUI/browse/UnshownFiles_p.h>
 
 #include <algorithm>
 
@@ -73,8 +74,9 @@ private:
     void readOpened(const Names& names);
     void readSaved(std::string name, bool isLiteral);
     NameTarget opened(const std::string& name);
+    NameTarget openedUnshown(const std::string& name);
     NameTarget fileTarget(const std::string& name, int item);
-    NameTarget sequenceTarget(int item) const;
+    NameTarget sequenceTarget(const FileListing& listing, int item) const;
     void askFrames();
     void fail(NameProblem problem, const std::string& culprit) {
         if (m_reading.problem != NameProblem::None)
@@ -139,11 +141,11 @@ bool Reader::readSpecial(const Names& names) {
         return false;
     const std::string& name = names.front();
     const int item = m_isKnown ? m_listing.find(name) : -1;
-    const bool isFolder = item >= 0 && m_listing.item(item).kind == Kind::Directory;
+    const bool isFolder = m_isKnown && hasFolder(m_listing, name);
     if (isFolderWord(name) || isFolder || m_rules.mode == Mode::OpenFolder) {
         readFolder(name);
-        if (isFolder)
-            m_reading.targets.push_back({name, item, false, {}});
+        if (item >= 0 && isFolder)
+            m_reading.targets.push_back({name, item, false, {}, {}});
         return true;
     }
     if (m_reading.folder.empty() && isPattern(name) && !isListed(name) && m_input.chosen.empty()) {
@@ -179,18 +181,32 @@ NameTarget Reader::opened(const std::string& name) {
         return fileTarget(name, -1);
     const int item = m_listing.find(name);
     if (item >= 0)
-        return m_listing.item(item).kind == Kind::Sequence ? sequenceTarget(item)
+        return m_listing.item(item).kind == Kind::Sequence ? sequenceTarget(m_listing, item)
                                                            : fileTarget(name, item);
     if (const auto pattern = FileNames::patternOf(name)) {
         const auto sequences = sequencesOf(m_listing, *pattern);
         if (!sequences.empty())
-            return sequenceTarget(sequences.front());
+            return sequenceTarget(m_listing, sequences.front());
     }
     // One frame's name means its sequence, where those are wanted.
     const int member = m_listing.findFile(name);
     if (member >= 0 && m_rules.acceptsSequences)
-        return sequenceTarget(member);
-    return fileTarget(name, member);
+        return sequenceTarget(m_listing, member);
+    return member >= 0 ? fileTarget(name, member) : openedUnshown(name);
+}
+
+// Whoever types the whole name of what is hidden means it.
+NameTarget Reader::openedUnshown(const std::string& name) {
+    auto unshown = unshownFiles(m_listing, name);
+    const auto pattern = FileNames::patternOf(name);
+    const bool isFile = unshown && unshown->find(name) >= 0;
+    const auto sequences =
+        unshown && pattern && !isFile ? sequencesOf(*unshown, *pattern) : std::vector<int>();
+    if (!isFile && sequences.empty())
+        return fileTarget(name, -1);
+    NameTarget target = isFile ? fileTarget(name, 0) : sequenceTarget(*unshown, sequences.front());
+    target.unshown = std::move(unshown);
+    return target;
 }
 
 NameTarget Reader::fileTarget(const std::string& name, int item) {
@@ -198,11 +214,11 @@ NameTarget Reader::fileTarget(const std::string& name, int item) {
         fail(NameProblem::NotFound, name);
     // What comes later, or what the host knows better.
     const bool isSequence = item < 0 && m_rules.acceptsSequences && FileNames::patternOf(name);
-    return {name, item, isSequence, {}};
+    return {name, item, isSequence, {}, {}};
 }
 
-NameTarget Reader::sequenceTarget(int item) const {
-    const FileListing::Item& listed = m_listing.item(item);
+NameTarget Reader::sequenceTarget(const FileListing& listing, int item) const {
+    const FileListing::Item& listed = listing.item(item);
     NameTarget target;
     target.item = item;
     target.isSequence = true;
@@ -221,7 +237,7 @@ void Reader::askFrames() {
         return;
     NameTarget& target = targets.front();
     m_reading.asked =
-        askedFrames(m_input.frames, target.frames, m_listing.frameRanges(target.item));
+        askedFrames(m_input.frames, target.frames, target.in(m_listing).frameRanges(target.item));
     if (m_reading.asked.problem == AskedFrames::Problem::Unreadable)
         fail(NameProblem::FramesUnreadable, m_input.frames);
     else if (m_reading.asked.problem == AskedFrames::Problem::NoneThere)

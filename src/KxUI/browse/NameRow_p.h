@@ -5,6 +5,7 @@
 #include <KxUI/files/FileListing.h>
 #include <KxUI/files/FileNames.h>
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -59,6 +60,10 @@ struct NameTarget {
     int item = -1;    ///< in the listing; -1 for what is not there
     bool isSequence = false;
     Base::FrameRange frames; ///< of a sequence: all of it, or the part that was asked for
+    std::shared_ptr<const FileListing> unshown; ///< what the item is of, where it is not shown
+
+    /** The listing that has the item. */
+    const FileListing& in(const FileListing& shown) const { return unshown ? *unshown : shown; }
 };
 
 /** What the fields mean. */

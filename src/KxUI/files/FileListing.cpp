@@ -128,11 +128,18 @@ int FileListing::findFile(std::string_view name) const {
     if (const int item = find(name); item >= 0)
         return item;
     const auto frame = FrameNameRules().frameOf(name);
+    if (!frame)
+        return -1;
+    int ofSameFrame = -1;
     for (const SequenceParts& parts : m_data->sequences) {
-        if (frame && m_data->frameFile(parts.item, frame->number) == name)
-            return fileInfo(parts.item).hasFrame(frame->number) ? parts.item : -1;
+        if (!m_data->mayHave(parts, name, *frame) || !fileInfo(parts.item).hasFrame(frame->number))
+            continue;
+        if (m_data->frameFile(parts.item, frame->number) == name)
+            return parts.item;
+        ofSameFrame = parts.item;
     }
-    return -1;
+    // Of two files of one frame, one stands for both.
+    return ofSameFrame >= 0 && m_data->wasRead(name) ? ofSameFrame : -1;
 }
 
 int FileListing::findKey(std::uint64_t key) const {

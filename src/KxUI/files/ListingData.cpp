@@ -232,6 +232,20 @@ std::string ListingData::firstFile(int index) const {
     return std::string(parts ? parts->head : items[static_cast<std::size_t>(index)].name);
 }
 
+bool ListingData::mayHave(const SequenceParts& parts, std::string_view name,
+                          const FrameNameRules::Frame& frame) const {
+    const std::string_view written = items[static_cast<std::size_t>(parts.item)].name;
+    const auto end = static_cast<std::size_t>(parts.numberBegin + parts.numberLength);
+    return written.substr(0, static_cast<std::size_t>(parts.numberBegin)) ==
+               name.substr(0, frame.begin) &&
+           written.substr(end) == name.substr(frame.begin + frame.digits);
+}
+
+bool ListingData::wasRead(std::string_view name) const {
+    return raw && std::any_of(raw->entries.begin(), raw->entries.end(),
+                              [&](const auto& entry) { return entry.view() == name; });
+}
+
 int ListingData::findKey(std::uint64_t key) const {
     const auto keyAt = [this](std::int32_t i) { return items[static_cast<std::size_t>(i)].key; };
     const auto found =

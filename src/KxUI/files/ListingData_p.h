@@ -62,6 +62,13 @@ struct ListingData {
     /** The name of the file that tells about an item. */
     std::string firstFile(int index) const;
 
+    /** Whether a name is written like those of a sequence's files. */
+    bool mayHave(const SequenceParts& parts, std::string_view name,
+                 const FrameNameRules::Frame& frame) const;
+
+    /** Whether the directory has a name, shown or not. */
+    bool wasRead(std::string_view name) const;
+
     int findKey(std::uint64_t key) const;
     std::string path(std::string_view name) const;
 
