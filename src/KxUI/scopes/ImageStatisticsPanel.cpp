@@ -2,6 +2,7 @@
 
 #include <KxUI/kit/InterfaceThread_p.h>
 #include <KxUI/scopes/ImageStatisticsPanel_p.h>
+#include <KxUI/scopes/ScopeModelLink_p.h>
 
 #include <QApplication>
 #include <QClipboard>
@@ -27,24 +28,15 @@ ScopeModel* ImageStatisticsPanel::model() const {
 
 void ImageStatisticsPanel::setModel(ScopeModel* model) {
     KXUI_INTERFACE_THREAD(this);
-    if (d->model == model)
+    if (!borrowScopeModel(this, *d, d->model, model))
         return;
-    if (d->model) {
-        disconnect(d->model, nullptr, this, nullptr);
-        d->model->require(this, {});
-    }
-    d->model = model;
     if (model) {
-        connect(model, &ScopeModel::changed, this,
-                [this](ScopeModel::Changes changes) { d->modelChanged(changes); });
         connect(model, &ScopeModel::found, this, [this](const QObject* who, const QPoint& pixel) {
             if (who == this)
                 Q_EMIT pixelRequested(pixel);
         });
-        connect(model, &QObject::destroyed, this, [this] { d->refresh(); });
     }
-    d->askModel();
-    d->refresh();
+    d->modelGone();
 }
 
 ScopeUnit ImageStatisticsPanel::unit() const {

@@ -20,6 +20,7 @@ public:
     /** Tells the model whether figures are needed. */
     void askModel();
     void modelChanged(ScopeModel::Changes changes);
+    void modelGone() { refresh(); }
     /** Shows what there is now. */
     void refresh();
     /** The same, but not more often than can be read. */

@@ -12,6 +12,7 @@ void ScopeDrag::press(const ScopeInput& input) {
     else
         return;
     m_button = input.button;
+    m_modifiers = input.modifiers;
     m_start = m_last = input.position;
     m_path = {input.position};
 }
@@ -24,6 +25,11 @@ ScopeCommand ScopeDrag::move(const ScopeInput& input) {
     case Pressed:
         if ((input.position - m_start).manhattanLength() < Slack)
             return {};
+        if (m_turns && !(m_modifiers & (Qt::ShiftModifier | Qt::ControlModifier))) {
+            m_state = Turning;
+            m_last = input.position;
+            return {ScopeCommand::Turn, before, input.position};
+        }
         m_state = Selecting;
         return {ScopeCommand::BeginSelect, m_start, input.position};
     case Selecting:
@@ -33,6 +39,9 @@ ScopeCommand ScopeDrag::move(const ScopeInput& input) {
     case Panning:
         m_last = input.position;
         return {ScopeCommand::Pan, before, input.position};
+    case Turning:
+        m_last = input.position;
+        return {ScopeCommand::Turn, before, input.position};
     }
     return {};
 }

@@ -22,7 +22,8 @@ struct ScopeCommand {
         Select,      ///< from `from` to `to`, by way of `path`
         EndSelect,   ///< the edit is over
         CancelSelect,
-        Pan ///< by `to` less `from`
+        Pan, ///< by `to` less `from`
+        Turn ///< likewise
     };
 
     Kind kind = Nothing;
@@ -30,15 +31,19 @@ struct ScopeCommand {
     QPointF to;
 };
 
-/** The state of a scope's mouse. Subclasses of scopes may drag something else with the left button. */
+/** The state of a scope's mouse. */
 class ScopeDrag {
 public:
     /** How far the mouse moves before it selects, in logical pixels. */
     static constexpr double Slack = 3;
 
+    /** The left button turns what is shown, and selects with Shift or Control. */
+    void setTurns(bool turns) { m_turns = turns; }
     /** Whether a button drags. */
     bool isActive() const { return m_state != Idle; }
     bool isSelecting() const { return m_state == Selecting; }
+    /** What was held when it was pressed. */
+    Qt::KeyboardModifiers modifiers() const { return m_modifiers; }
     /** Where the mouse has been since a drag began. */
     const QVector<QPointF>& path() const { return m_path; }
 
@@ -49,10 +54,12 @@ public:
     ScopeCommand cancel();
 
 private:
-    enum State { Idle, Pressed, Selecting, Panning };
+    enum State { Idle, Pressed, Selecting, Panning, Turning };
 
     State m_state = Idle;
     Qt::MouseButton m_button = Qt::NoButton;
+    Qt::KeyboardModifiers m_modifiers;
+    bool m_turns = false;
     QPointF m_start;
     QPointF m_last;
     QVector<QPointF> m_path;

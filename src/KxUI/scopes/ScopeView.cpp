@@ -4,6 +4,7 @@
 #include <KxUI/kit/InterfaceThread_p.h>
 #include <KxUI/kit/OwnKeys_p.h>
 #include <KxUI/scopes/ScopeAccessible_p.h>
+#include <KxUI/scopes/ScopeModelLink_p.h>
 #include <KxUI/scopes/ScopeView_p.h>
 
 #include <QActionGroup>
@@ -57,21 +58,8 @@ ScopeModel* ScopeView::model() const {
 
 void ScopeView::setModel(ScopeModel* model) {
     KXUI_INTERFACE_THREAD(this);
-    if (d->model == model)
-        return;
-    if (d->model) {
-        disconnect(d->model, nullptr, this, nullptr);
-        d->model->require(this, {});
-    }
-    d->model = model;
-    if (model) {
-        connect(model, &ScopeModel::changed, this,
-                [this](ScopeModel::Changes changes) { d->modelChanged(changes); });
-        connect(model, &QObject::destroyed, this, [this] { d->changeTrace(); });
-    }
-    d->askModel();
-    d->resultChanged();
-    d->changeTrace();
+    if (borrowScopeModel(this, *d, d->model, model))
+        d->modelGone();
 }
 
 Drawing ScopeView::drawing() const {
@@ -240,12 +228,14 @@ QSize ScopeView::minimumSizeHint() const {
 }
 
 void ScopeView::resetView() {
-    d->setViewport(ScopeViewport());
+    d->resetView();
 }
 
 bool ScopeView::event(QEvent* event) {
     if (event->type() == QEvent::ShortcutOverride) {
         auto* const key = static_cast<QKeyEvent*>(event);
+        if (d->isMoreKey(*key))
+            event->accept();
         const bool takesEscape = d->drag.isActive() || d->cursor.has_value();
         if (isOwnKey(*key,
                      {Qt::Key_Left, Qt::Key_Right, Qt::Key_Up, Qt::Key_Down, Qt::Key_Plus,
@@ -355,6 +345,18 @@ void ScopeViewPrivate::saveTo(QVariantMap&) const {}
 void ScopeViewPrivate::restoreFrom(const QVariantMap&) {}
 
 void ScopeViewPrivate::addActions(QMenu&) {}
+
+void ScopeViewPrivate::turn(const QPointF&) {}
+
+void ScopeViewPrivate::resetView() {
+    setViewport(ScopeViewport());
+}
+
+bool ScopeViewPrivate::isMoreKey(const QKeyEvent&) const {
+    return false;
+}
+
+void ScopeViewPrivate::pressMoreKey(const QKeyEvent&) {}
 
 void ScopeViewPrivate::showMenu(const QPoint& globalPosition) {
     // The menu asks for nothing while it is open, so that a host may delete the scope meanwhile.

@@ -276,6 +276,11 @@ void ScopeViewPrivate::modelChanged(ScopeModel::Changes changes) {
     Q_EMIT q->hovered(readout);
 }
 
+void ScopeViewPrivate::modelGone() {
+    resultChanged();
+    changeTrace();
+}
+
 void ScopeViewPrivate::setViewport(const ScopeViewport& wanted) {
     if (viewport == wanted)
         return;
@@ -310,6 +315,9 @@ void ScopeViewPrivate::execute(const ScopeCommand& command) {
         break;
     case ScopeCommand::Click:
         click(where, command.to);
+        break;
+    case ScopeCommand::Turn:
+        turn(command.to - command.from);
         break;
     case ScopeCommand::BeginSelect:
         m_isEditing = true;
@@ -380,6 +388,10 @@ void ScopeViewPrivate::escape() {
 }
 
 bool ScopeViewPrivate::pressKey(const QKeyEvent& event) {
+    if (isMoreKey(event)) {
+        pressMoreKey(event);
+        return true;
+    }
     const double bins = event.modifiers() & Qt::ShiftModifier ? FasterBins : 1;
     switch (event.key()) {
     case Qt::Key_Left:

@@ -68,6 +68,13 @@ public:
                                        const QVector<QPointF>& path) const = 0;
     /** A press and release at a place of the widget; false: nothing of the scope's own. */
     virtual bool click(const ScopeGeometry& geometry, const QPointF& position);
+    /** The mouse turns what is shown by a path in logical pixels; of scopes whose drags turn. */
+    virtual void turn(const QPointF& path);
+    /** Home, as the 0 key and the menu have it. */
+    virtual void resetView();
+    /** Keys beyond those of all scopes, which these take before. */
+    virtual bool isMoreKey(const QKeyEvent& event) const;
+    virtual void pressMoreKey(const QKeyEvent& event);
     /** The result, the image or the reference is another one. */
     virtual void resultChanged() {}
     virtual void saveTo(QVariantMap& state) const;
@@ -106,6 +113,8 @@ public:
     /** The trace has to be drawn anew. */
     void changeTrace();
     void modelChanged(ScopeModel::Changes changes);
+    /** There is another one, or none. */
+    void modelGone();
     void setViewport(const ScopeViewport& wanted);
     void zoomAbout(const QPointF& uv, double factor);
 
