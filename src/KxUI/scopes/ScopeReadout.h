@@ -11,8 +11,9 @@ namespace Kestrel::UI {
 /** What a scope shows at a place. A plain value. */
 struct KXUI_EXPORT ScopeReadout {
     QString channel;      ///< as users know it: "Red"; empty where it is none by itself
-    double value = 0;     ///< of the signal; Cb in a plane of chroma
-    double second = 0;    ///< Cr in a plane of chroma, else 0
+    double value = 0;     ///< of the signal; Cb in a plane of chroma, red in a solid
+    double second = 0;    ///< Cr in a plane of chroma, green in a solid, else 0
+    double third = 0;     ///< blue in a solid, else 0
     QString valueText;    ///< in the scope's unit
     int firstColumn = -1; ///< pixels across the full frame; -1: of the whole region
     int lastColumn = -1;  ///< likewise

@@ -171,4 +171,15 @@ double nitsOfSignal(const ScopeEncoding& encoding, double signal) noexcept {
     }
 }
 
+double signalOfNits(const ScopeEncoding& encoding, double nits) noexcept {
+    switch (encoding.signal()) {
+    case ScopeEncoding::Transfer::Pq:
+        return pqSignal(nits);
+    case ScopeEncoding::Transfer::Hlg:
+        return hlgSignalOfNits(nits, positive(encoding.peakNits, 1000));
+    default:
+        return displaySignal(nits);
+    }
+}
+
 } // namespace Kestrel::UI

@@ -36,5 +36,6 @@ double signalOfLight(const ScopeEncoding& encoding, double light) noexcept;
 double lightOfSignal(const ScopeEncoding& encoding, double signal) noexcept;
 /** cd/m2 of a signal as the encoding has it. */
 double nitsOfSignal(const ScopeEncoding& encoding, double signal) noexcept;
+double signalOfNits(const ScopeEncoding& encoding, double nits) noexcept;
 
 } // namespace Kestrel::UI
