@@ -12,6 +12,9 @@ QString tourOption() {
 QString robotOption() {
     return QStringLiteral("robot");
 }
+QString playOption() {
+    return QStringLiteral("play");
+}
 QString scaleOption() {
     return QStringLiteral("tour-scale");
 }
@@ -39,6 +42,11 @@ ToolLine parseToolLine(const QStringList& arguments) {
           QStringLiteral("Let a robot use the window: it does what the number SEED makes it do, "
                          "prints once a minute what memory is in use, and ends the program."),
           QStringLiteral("SEED:MINUTES")},
+         {playOption(),
+          QStringLiteral(
+              "Play what is opened for so many seconds, without a screen, print the rate "
+              "reached and what the repaints took, and end."),
+          QStringLiteral("SECONDS")},
          scale});
 
     ToolLine line(readOptions(&parser, arguments));
@@ -46,8 +54,12 @@ ToolLine parseToolLine(const QStringList& arguments) {
         return line;
     line.tourFolder = parser.value(tourOption());
     line.tourScale = parser.value(scaleOption()).toInt();
-    if (parser.isSet(tourOption()) == parser.isSet(robotOption()))
-        return refusal(QStringLiteral("Use either --tour OUT or --robot SEED:MINUTES."));
+    line.playSeconds = parser.value(playOption()).toInt();
+    if (parser.isSet(tourOption()) + parser.isSet(robotOption()) + parser.isSet(playOption()) != 1)
+        return refusal(
+            QStringLiteral("Use one of --tour OUT, --robot SEED:MINUTES and --play SECONDS."));
+    if (parser.isSet(playOption()) && line.playSeconds < 1)
+        return refusal(QStringLiteral("--play needs a number of seconds, 1 or more."));
     if (parser.isSet(tourOption()) && line.tourFolder.isEmpty())
         return refusal(QStringLiteral("--tour needs a folder to save to."));
     if (parser.isSet(robotOption())) {

@@ -18,9 +18,12 @@ struct ToolLine : CommandLine {
     /** For how long a robot uses the window, and what it does; 0 without one. */
     int robotMinutes = 0;
     unsigned robotSeed = 0;
+    /** For how long the first sequence is played and measured; 0 for not at all. */
+    int playSeconds = 0;
 };
 
-/** Reads the arguments, program name first. One of tour and robot must be among them. Needs an
+/** Reads the arguments, program name first. One of tour, robot and play must be among
+    them. Needs an
     application object. */
 ToolLine parseToolLine(const QStringList& arguments);
 

@@ -2,6 +2,7 @@
 #include "app/MainWindow.h"
 #include "app/QtStart.h"
 #include "app/StartUp.h"
+#include "play/PlayReport.h"
 #include "robot/Robot.h"
 #include "tour/Tour.h"
 
@@ -39,7 +40,7 @@ int main(int argc, char** argv) {
     if (!readPaths(line, argc, argv, &paths))
         return WrongUse;
     const bool tour = !line.tourFolder.isEmpty();
-    if (tour)
+    if (tour || line.playSeconds > 0)
         goWithoutScreen(line);
     else if (!hasScreen())
         return complain(Failed, QStringLiteral("the robot needs a screen"));
@@ -53,13 +54,17 @@ int main(int argc, char** argv) {
     }
     if (!setUpApplication(line))
         return WrongUse;
-    if (!provideSomething(!tour, &paths))
+    if (!provideSomething(!tour && line.playSeconds == 0, &paths))
         return Failed;
     if (tour)
         return Tour(line, paths).run();
     MainWindow window(line.timeBase, line.cacheBytes,
                       line.darkPalette ? Theme::Dark : Theme::Light);
     open(&window, line, paths);
+    if (line.playSeconds > 0) {
+        const PlayReport report(&window, line.playSeconds);
+        return QApplication::exec();
+    }
     const Robot robot(&window, line.robotSeed, line.robotMinutes);
     return QApplication::exec();
 }

@@ -2,6 +2,8 @@
 
 #include "media/ChannelPick.h"
 #include "media/DisplayTable.h"
+#include "media/FastRows.h"
+#include "media/PictureRows.h"
 
 #include <OpenImageIO/imageio.h>
 
@@ -13,6 +15,7 @@
 #include <algorithm>
 #include <cstring>
 #include <new>
+#include <string_view>
 #include <vector>
 
 namespace Kestrel::Workbench {
@@ -29,21 +32,10 @@ struct DecodeFailure {
     QString message;
 };
 
-/** A rectangle in 64 bits: a damaged header may claim any 32-bit origin and size. */
-struct Window {
-    std::int64_t x = 0;
-    std::int64_t y = 0;
-    std::int64_t width = 0;
-    std::int64_t height = 0;
-
-    std::int64_t right() const { return x + width; }
-    std::int64_t bottom() const { return y + height; }
-};
-
 /** How samples are read from the file and turned into screen codes. */
 struct SampleCode {
     OIIO::TypeDesc type = OIIO::TypeDesc::UINT8;
-    /** Null where the samples are screen codes already (type UINT8). */
+    /** Null where the samples are screen codes already, of 8 or 16 bits. */
     const DisplayTable* table = nullptr;
     SampleFormat format;
 
@@ -77,16 +69,17 @@ bool isFloat(const OIIO::ImageSpec& spec) {
            spec.format == OIIO::TypeDesc::DOUBLE;
 }
 
-/** @param deep  more than 8 bits are to be read where there are more, though a screen shows 8 */
-SampleCode sampleCodeFor(const OIIO::ImageSpec& spec, bool deep) {
+SampleCode sampleCodeFor(const OIIO::ImageSpec& spec) {
     const std::string colorSpace = spec.get_string_attribute("oiio:ColorSpace");
     const Encoding encoding = encodingOf(colorSpace, isFloat(spec));
     using Type = SampleFormat::Type;
     if (isFloat(spec))
         return {OIIO::TypeDesc::HALF, &halfTable(encoding), {Type::Half, encoding}};
-    if (encoding == Encoding::Display && !(deep && spec.format.size() > 1))
+    if (encoding == Encoding::Display && spec.format.size() == 1)
         return {};
-    return {OIIO::TypeDesc::UINT16, &integerTable(encoding), {Type::Integer16, encoding}};
+    // As they are in the file: the reader's own way from 16 bits to 8 takes longer than all else.
+    const DisplayTable* table = encoding == Encoding::Display ? nullptr : &integerTable(encoding);
+    return {OIIO::TypeDesc::UINT16, table, {Type::Integer16, encoding}};
 }
 
 QString describe(const OIIO::ImageInput& input, const OIIO::ImageSpec& spec) {
@@ -99,57 +92,13 @@ QString describe(const OIIO::ImageInput& input, const OIIO::ImageSpec& spec) {
         .arg(format, QString::fromLatin1(spec.format.c_str()), channels);
 }
 
-/** Averages whole blocks of `factor` x `factor` codes into the rows of the picture. */
-class BlockAverage {
-public:
-    BlockAverage(QImage& image, int factor)
-        : m_image(image)
-        , m_factor(factor)
-        , m_sums(std::size_t(image.width()) * 3)
-        , m_counts(std::size_t(image.width())) {}
-
-    /** Adds a pixel at column and row of the full display window. */
-    void add(std::int64_t column, std::int64_t row, const std::array<std::uint8_t, 3>& codes) {
-        const auto target = row / m_factor;
-        if (target != m_row) {
-            flush();
-            m_row = target;
-        }
-        const auto cell = std::size_t(column / m_factor);
-        for (std::size_t c = 0; c < 3; ++c)
-            m_sums[cell * 3 + c] += codes[c];
-        ++m_counts[cell];
-    }
-
-    /** Writes the row that is being gathered. */
-    void flush() {
-        if (m_row < 0)
-            return;
-        auto* out = reinterpret_cast<QRgb*>(m_image.scanLine(int(m_row)));
-        for (std::size_t x = 0; x < m_counts.size(); ++x) {
-            if (const auto count = m_counts[x]; count > 0)
-                out[x] = qRgb(int(m_sums[x * 3] / count), int(m_sums[x * 3 + 1] / count),
-                              int(m_sums[x * 3 + 2] / count));
-        }
-        std::fill(m_sums.begin(), m_sums.end(), 0);
-        std::fill(m_counts.begin(), m_counts.end(), 0);
-        m_row = -1;
-    }
-
-private:
-    QImage& m_image;
-    int m_factor;
-    std::int64_t m_row = -1;
-    std::vector<std::uint64_t> m_sums;
-    std::vector<std::uint64_t> m_counts;
-};
-
 /** One file on its way to a picture. */
 class Decode {
 public:
     Decode(const std::string& path, const DecodeLimits& limits,
            const std::function<bool()>& cancelled)
-        : m_limits(limits)
+        : m_path(path)
+        , m_limits(limits)
         , m_cancelled(cancelled) {
         requireReadableFile(path);
         m_input = OIIO::ImageInput::open(path);
@@ -177,11 +126,15 @@ public:
             QImage(reduced(m_display.width), reduced(m_display.height), QImage::Format_RGB32);
         if (frame.image.isNull())
             throw std::bad_alloc();
-        frame.image.fill(Qt::black);
+        const bool isCovered = m_data.x <= m_display.x && m_data.y <= m_display.y &&
+                               m_data.right() >= m_display.right() &&
+                               m_data.bottom() >= m_display.bottom();
+        if (!isCovered)
+            frame.image.fill(Qt::black);
         const bool keep = m_limits.keepSamples && factor == 1;
-        const SampleCode code = sampleCodeFor(m_spec, keep);
+        const SampleCode code = sampleCodeFor(m_spec);
         std::shared_ptr<Samples> kept;
-        if (keep && code.table) {
+        if (keep && code.bytes() > 1) {
             kept = std::make_shared<Samples>();
             kept->format = code.format;
             kept->rgb.resize(std::size_t(m_display.width) * std::size_t(m_display.height) * 3);
@@ -230,7 +183,42 @@ private:
     }
 
     void readRows(QImage& image, int factor, const SampleCode& code, Samples* kept) {
+        const std::int64_t first = std::max(m_data.y, m_display.y);
+        const std::int64_t last = std::min(m_data.bottom(), m_display.bottom());
+        if (first >= last)
+            return;
         const ChannelPick pick = pickChannels(m_spec.channelnames);
+        if (const auto fast = fastRows(pick)) {
+            PictureRows rows(&image, factor, m_data, m_display, code.table, kept);
+            if (fast->read(first, last, rows, [this] { checkpoint(); }))
+                return rows.finish();
+        }
+        PictureRows rows(&image, factor, m_data, m_display, code.table, kept);
+        readStrips(first, last, pick, code, rows);
+        rows.finish();
+    }
+
+    std::unique_ptr<FastRows> fastRows(const ChannelPick& pick) const {
+        if (m_limits.generalReader)
+            return nullptr;
+        const FileLayout layout{m_data, m_spec.channelnames, pick};
+        const std::string_view format = m_input->format_name();
+        if (format == "openexr")
+            return fastExrRows(m_path, layout);
+        if (format == "dpx")
+            return fastDpxRows(m_path, layout);
+        if (format == "png")
+            return fastPngRows(m_path, layout);
+        return nullptr;
+    }
+
+    void checkpoint() const {
+        if (m_cancelled && m_cancelled())
+            throw DecodeFailure{};
+    }
+
+    void readStrips(std::int64_t first, std::int64_t end, const ChannelPick& pick,
+                    const SampleCode& code, PictureRows& out) {
         const auto [low, high] = std::minmax_element(pick.begin(), pick.end());
         // Channels far apart are read one by one rather than with everything between them.
         constexpr int widestSpan = 8;
@@ -242,20 +230,15 @@ private:
         if (rowBytes > mostBytes / std::size_t(rows))
             throw DecodeFailure{Message::tr("The image is too wide to read.")};
 
-        const std::int64_t end = std::min(m_data.bottom(), m_display.bottom());
-        std::int64_t y = std::max(m_data.y, m_display.y);
         // Strips begin on tile rows and compressed blocks, which count from the data's top.
-        if (y < end)
-            y -= (y - m_data.y) % rows;
+        std::int64_t y = first - (first - m_data.y) % rows;
         std::vector<std::byte> strip(std::size_t(std::min(rows, m_data.height)) * rowBytes);
-        BlockAverage average(image, factor);
         Offsets offsets{0, 1, 2};
         if (together)
             std::transform(pick.begin(), pick.end(), offsets.begin(),
                            [first = *low](int channel) { return std::size_t(channel - first); });
         for (; y < end; y += rows) {
-            if (m_cancelled && m_cancelled())
-                throw DecodeFailure{};
+            checkpoint();
             const std::int64_t last = std::min(y + rows, m_data.bottom());
             if (together) {
                 readStrip(y, last, *low, *high + 1, code, strip.data(), span);
@@ -264,11 +247,21 @@ private:
                     readStrip(y, last, pick[c], pick[c] + 1, code, strip.data() + c * code.bytes(),
                               span);
             }
-            convert(strip, y, last, offsets, span, code, image, factor, average);
-            if (kept)
-                keepSamples(strip, y, last, offsets, span, *kept);
+            for (std::int64_t row = y; row < last; ++row) {
+                const std::byte* pixels = strip.data() + std::size_t(row - y) * rowBytes;
+                if (code.bytes() == 1)
+                    out.add(row, samplesAt<std::uint8_t>(pixels, offsets, span));
+                else
+                    out.add(row, samplesAt<std::uint16_t>(pixels, offsets, span));
+            }
         }
-        average.flush();
+    }
+
+    template <typename Sample>
+    static SampleRow<Sample> samplesAt(const std::byte* pixels, const Offsets& offsets,
+                                       std::size_t span) {
+        const auto* samples = reinterpret_cast<const Sample*>(pixels);
+        return {samples + offsets[0], samples + offsets[1], samples + offsets[2], span};
     }
 
     /** Reads rows first .. last - 1 of some channels into pixels of `span` samples. */
@@ -288,76 +281,13 @@ private:
                                     .arg(readerMessage(m_input->geterror()))};
     }
 
-    /** Turns the rows of a strip into screen codes, where they lie inside the display window. */
-    void convert(const std::vector<std::byte>& strip, std::int64_t first, std::int64_t last,
-                 const Offsets& offsets, std::size_t span, const SampleCode& code, QImage& image,
-                 int factor, BlockAverage& average) const {
-        if (code.table)
-            convertSamples<std::uint16_t>(
-                reinterpret_cast<const std::uint16_t*>(strip.data()),
-                [&table = *code.table](std::uint16_t sample) { return table[sample]; }, first, last,
-                offsets, span, image, factor, average);
-        else
-            convertSamples<std::uint8_t>(
-                reinterpret_cast<const std::uint8_t*>(strip.data()),
-                [](std::uint8_t sample) { return sample; }, first, last, offsets, span, image,
-                factor, average);
-    }
-
-    template <typename Sample, typename Code>
-    void convertSamples(const Sample* samples, Code codeOf, std::int64_t first, std::int64_t last,
-                        const Offsets& offsets, std::size_t span, QImage& image, int factor,
-                        BlockAverage& average) const {
-        const std::int64_t left = std::max(m_data.x, m_display.x);
-        const std::int64_t right = std::min(m_data.right(), m_display.right());
-        const std::int64_t bottom = std::min(last, m_display.bottom());
-        for (std::int64_t y = std::max(first, m_display.y); y < bottom; ++y) {
-            const Sample* pixel = samples + (std::size_t(y - first) * std::size_t(m_data.width) +
-                                             std::size_t(left - m_data.x)) *
-                                                span;
-            const std::int64_t row = y - m_display.y;
-            if (factor == 1) {
-                auto* out =
-                    reinterpret_cast<QRgb*>(image.scanLine(int(row))) + (left - m_display.x);
-                for (std::int64_t x = left; x < right; ++x, pixel += span)
-                    *out++ = qRgb(codeOf(pixel[offsets[0]]), codeOf(pixel[offsets[1]]),
-                                  codeOf(pixel[offsets[2]]));
-            } else {
-                for (std::int64_t x = left; x < right; ++x, pixel += span)
-                    average.add(x - m_display.x, row,
-                                {codeOf(pixel[offsets[0]]), codeOf(pixel[offsets[1]]),
-                                 codeOf(pixel[offsets[2]])});
-            }
-        }
-    }
-
-    /** Copies the picked samples of a strip, where they lie inside the display window. */
-    void keepSamples(const std::vector<std::byte>& strip, std::int64_t first, std::int64_t last,
-                     const Offsets& offsets, std::size_t span, Samples& kept) const {
-        const auto* samples = reinterpret_cast<const std::uint16_t*>(strip.data());
-        const std::int64_t left = std::max(m_data.x, m_display.x);
-        const std::int64_t right = std::min(m_data.right(), m_display.right());
-        const std::int64_t bottom = std::min(last, m_display.bottom());
-        if (left >= right)
-            return;
-        for (std::int64_t y = std::max(first, m_display.y); y < bottom; ++y) {
-            const auto* pixel =
-                samples + std::size_t((y - first) * m_data.width + left - m_data.x) * span;
-            auto* out = kept.rgb.data() +
-                        std::size_t((y - m_display.y) * m_display.width + left - m_display.x) * 3;
-            for (std::int64_t x = left; x < right; ++x, pixel += span) {
-                for (const std::size_t offset : offsets)
-                    *out++ = pixel[offset];
-            }
-        }
-    }
-
+    const std::string& m_path;
     const DecodeLimits& m_limits;
     const std::function<bool()>& m_cancelled;
     std::unique_ptr<OIIO::ImageInput> m_input;
     OIIO::ImageSpec m_spec;
-    Window m_data;
-    Window m_display;
+    PixelWindow m_data;
+    PixelWindow m_display;
 };
 
 } // namespace

@@ -16,6 +16,8 @@ struct DecodeLimits {
     int longestEdge = 4096;
     /** Pixels read from a file at most; a file with more is refused with a message. */
     std::int64_t sourcePixels = std::int64_t(1) << 30;
+    /** Leaves the fast readers aside, which make the same of a file. */
+    bool generalReader = false;
 };
 
 /** Reads the first image of a file and makes it ready for the screen. Never throws: whatever goes
