@@ -118,6 +118,53 @@ private slots:
         }
     }
 
+    /** The signal is what the codes are rounded from, with more than they can say. */
+    void signal() {
+        Grade bright;
+        bright.exposure = 2.0F;
+        Grade curved = bright;
+        curved.curves.setCurve(Grade::Red, bent(0.3F, 0.5F));
+        Grade previewed;
+        previewed.preview = UI::ColorSpace::Rec709;
+        std::vector<std::uint16_t> halves;
+        for (int i = 0; i < 65536; ++i)
+            halves.insert(halves.end(), 3, std::uint16_t(i));
+        const auto signalOf = [](std::uint16_t bits) {
+            half number;
+            number.setBits(bits);
+            return double(float(number));
+        };
+        for (const Grade& grade : {bright, curved, previewed}) {
+            const PreparedGrade prepared(grade, {Type::Half, Encoding::SceneLinear},
+                                         PreparedGrade::CodesAndSignal);
+            std::vector<QRgb> codes(65536);
+            std::vector<std::uint16_t> graded(halves.size());
+            prepared.gradeRow(halves.data(), codes.data(), 65536);
+            prepared.signalRow(halves.data(), graded.data(), 65536);
+            for (std::size_t i = 0; i < codes.size(); ++i) {
+                const int code = screenCode(signalOf(graded[i * 3 + 1]));
+                // The preview rounds to 8 bits once more on the way of the codes.
+                if (std::abs(code - qGreen(codes[i])) > (grade == previewed ? 3 : 1))
+                    QFAIL(qPrintable(QStringLiteral("sample %1: %2, not %3")
+                                         .arg(i)
+                                         .arg(code)
+                                         .arg(qGreen(codes[i]))));
+            }
+        }
+        const PreparedGrade prepared(bright, {Type::Half, Encoding::SceneLinear},
+                                     PreparedGrade::CodesAndSignal);
+        const std::uint16_t light[] = {half(2.0F).bits(), half(-0.25F).bits(), 0x7e00};
+        std::uint16_t signal[3];
+        prepared.signalRow(light, signal, 1);
+        QVERIFY(std::abs(signalOf(signal[0]) - srgb(8.0)) < 0.002);
+        QVERIFY(std::abs(signalOf(signal[1]) + 1.0) < 0.001);
+        QVERIFY(std::isnan(signalOf(signal[2])));
+        const QRgb dark = qRgb(10, 20, 30);
+        PreparedGrade({}, {}, PreparedGrade::CodesAndSignal).signalRow(&dark, signal, 1);
+        for (int channel = 0; channel < 3; ++channel)
+            QVERIFY(std::abs(signalOf(signal[channel]) * 255 - (channel + 1) * 10) < 0.01);
+    }
+
     /** What changes nothing gives the very codes that are shown without a grade. */
     void neutral() {
         std::vector<QRgb> out(65536);

@@ -21,6 +21,10 @@ constexpr int bandRows = 64;
 /** More exposures than frames are graded ahead. */
 constexpr std::size_t mostPrepared = 16;
 
+std::size_t signalSamples(const Frame& frame) {
+    return std::size_t(frame.image.width()) * std::size_t(frame.image.height()) * 3;
+}
+
 SampleFormat formatOf(const Frame& frame) {
     return frame.samples ? frame.samples->format : SampleFormat();
 }
@@ -51,22 +55,24 @@ private:
 /** Is prepared like them. */
 class FrameGrader::LazyGrade {
 public:
-    LazyGrade(std::shared_ptr<LazyTables> tables, float stops)
+    LazyGrade(std::shared_ptr<LazyTables> tables, float stops, PreparedGrade::Results results)
         : m_tables(std::move(tables))
-        , m_stops(stops) {}
+        , m_stops(stops)
+        , m_results(results) {}
 
     bool is(const SampleFormat& format, float stops) const {
         return m_stops == stops && m_tables->format() == format;
     }
 
     const PreparedGrade& get() {
-        std::call_once(m_once, [this] { m_prepared.emplace(m_tables->get(), m_stops); });
+        std::call_once(m_once, [this] { m_prepared.emplace(m_tables->get(), m_stops, m_results); });
         return *m_prepared;
     }
 
 private:
     const std::shared_ptr<LazyTables> m_tables;
     const float m_stops;
+    const PreparedGrade::Results m_results;
     std::once_flag m_once;
     std::optional<PreparedGrade> m_prepared;
 };
@@ -77,23 +83,46 @@ struct FrameGrader::Job {
     std::shared_ptr<Frame> graded;
     /** The graded picture's memory, for the workers. */
     uchar* bits = nullptr;
+    bool keepsSignal = false;
     int nextRow = 0;
     int rowsLeft = 0;
 
-    void gradeRows(int first, int last) const {
+    void gradeRows(int first, int last) {
         const PreparedGrade& prepared = grade->get();
+        if (keepsSignal)
+            std::call_once(m_once, [this] { makeSignal(); });
         const QImage& image = source->image;
         const auto width = std::size_t(image.width());
         for (int y = first; y < last; ++y) {
-            auto* to = reinterpret_cast<QRgb*>(bits) + std::size_t(y) * width;
+            const std::size_t first3 = std::size_t(y) * width * 3;
             if (source->samples)
-                prepared.gradeRow(source->samples->rgb.data() + std::size_t(y) * width * 3, to,
-                                  image.width());
+                gradeRow(prepared, source->samples->rgb.data() + first3, y);
             else
-                prepared.gradeRow(reinterpret_cast<const QRgb*>(image.constScanLine(y)), to,
-                                  image.width());
+                gradeRow(prepared, reinterpret_cast<const QRgb*>(image.constScanLine(y)), y);
         }
     }
+
+private:
+    /** Here, since the interface is not to wait for so much memory to be cleared. */
+    void makeSignal() {
+        auto samples = std::make_shared<Samples>();
+        samples->format = {SampleFormat::Type::Half, Encoding::Display};
+        samples->rgb.resize(signalSamples(*source));
+        m_signal = samples->rgb.data();
+        graded->samples = std::move(samples);
+    }
+
+    template <typename Pixel>
+    void gradeRow(const PreparedGrade& prepared, const Pixel* from, int y) const {
+        const int width = source->image.width();
+        const std::size_t before = std::size_t(y) * std::size_t(width);
+        prepared.gradeRow(from, reinterpret_cast<QRgb*>(bits) + before, width);
+        if (m_signal)
+            prepared.signalRow(from, m_signal + before * 3, width);
+    }
+
+    std::once_flag m_once;
+    std::uint16_t* m_signal = nullptr;
 };
 
 FrameGrader::FrameGrader(std::size_t capacity, QObject* parent)
@@ -145,9 +174,9 @@ void FrameGrader::setRequests(const std::vector<FramePtr>& sources) {
     for (const FramePtr& source : sources) {
         if (staysAsItIs(source))
             continue;
-        if (!wanted.empty() && source->pictureCost() > room)
+        if (!wanted.empty() && costOf(source) > room)
             break;
-        room -= std::min(source->pictureCost(), room);
+        room -= std::min(costOf(source), room);
         wanted.push_back(source);
     }
     // What is wanted goes to the front, or it would make room for what is wanted later.
@@ -163,19 +192,34 @@ void FrameGrader::setRequests(const std::vector<FramePtr>& sources) {
         for (const FramePtr& source : wanted) {
             if (isBegun(source) || isAsked(source) || findGraded(source) != m_graded.end())
                 continue;
-            auto job = std::make_shared<Job>();
-            job->source = source;
-            job->grade = prepared(formatOf(*source), stopsOf(source));
-            job->graded = std::make_shared<Frame>(*source);
-            job->graded->samples = nullptr;
-            job->graded->image = QImage(source->image.size(), QImage::Format_RGB32);
-            job->bits = job->graded->image.bits();
-            job->rowsLeft = source->image.height();
+            JobPtr job = makeJob(source);
             if (job->bits)
                 m_jobs.push_back(std::move(job));
         }
     }
     m_wake.notify_all();
+}
+
+FrameGrader::JobPtr FrameGrader::makeJob(const FramePtr& source) {
+    auto job = std::make_shared<Job>();
+    job->source = source;
+    job->grade = prepared(formatOf(*source), stopsOf(source));
+    job->graded = std::make_shared<Frame>(*source);
+    job->graded->samples = nullptr;
+    job->graded->image = QImage(source->image.size(), QImage::Format_RGB32);
+    job->bits = job->graded->image.bits();
+    job->rowsLeft = source->image.height();
+    job->keepsSignal = m_keepsSignal;
+    return job;
+}
+
+void FrameGrader::setKeepsSignal(bool keeps) {
+    if (keeps == m_keepsSignal)
+        return;
+    m_keepsSignal = keeps;
+    m_prepared.clear();
+    if (keeps)
+        clear();
 }
 
 void FrameGrader::clear() {
@@ -195,6 +239,12 @@ bool FrameGrader::staysAsItIs(const FramePtr& source) const {
 
 float FrameGrader::stopsOf(const FramePtr& source) const {
     return m_grade.exposureAt(source->time);
+}
+
+/** What the frame takes when it is graded. */
+std::size_t FrameGrader::costOf(const FramePtr& source) const {
+    const std::size_t samples = m_keepsSignal ? signalSamples(*source) : 0;
+    return source->pictureCost() + samples * sizeof(std::uint16_t);
 }
 
 bool FrameGrader::isBegun(const FramePtr& source) const {
@@ -228,7 +278,9 @@ std::shared_ptr<FrameGrader::LazyGrade> FrameGrader::prepared(const SampleFormat
         m_prepared.splice(m_prepared.begin(), m_prepared, found);
         return m_prepared.front();
     }
-    m_prepared.push_front(std::make_shared<LazyGrade>(tables(format), stops));
+    m_prepared.push_front(std::make_shared<LazyGrade>(tables(format), stops,
+                                                      m_keepsSignal ? PreparedGrade::CodesAndSignal
+                                                                    : PreparedGrade::Codes));
     if (m_prepared.size() > mostPrepared)
         m_prepared.pop_back();
     return m_prepared.front();

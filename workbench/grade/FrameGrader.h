@@ -30,6 +30,10 @@ public:
     /** Forgets all that was graded by another grade. */
     void setGrade(const Grade& grade);
 
+    /** Whether graded frames keep their signal, too, as samples of half floats: for whom 8 bits are
+        not enough. Not at first. Turning it on forgets those that have none. */
+    void setKeepsSignal(bool keeps);
+
     /** Another number of bytes; what is too much goes when the next frame comes. */
     void setCapacity(std::size_t capacity) { m_capacity = capacity; }
 
@@ -72,6 +76,8 @@ private:
     // These two under the lock.
     bool isBegun(const FramePtr& source) const;
     bool isAsked(const FramePtr& source) const;
+    std::size_t costOf(const FramePtr& source) const;
+    JobPtr makeJob(const FramePtr& source);
     std::list<Graded>::iterator findGraded(const FramePtr& source);
     float stopsOf(const FramePtr& source) const;
     std::shared_ptr<LazyTables> tables(const SampleFormat& format);
@@ -86,6 +92,7 @@ private:
     bool m_isIdentity = true;
     /** Whether it does so to frames of no exposure. */
     bool m_isNeutral = true;
+    bool m_keepsSignal = false;
     /** One a format. */
     std::vector<std::shared_ptr<LazyTables>> m_tables;
     /** Those of late, the one asked for last first: frames have exposures of their own. */

@@ -8,6 +8,8 @@ namespace Kestrel::Workbench {
 namespace {
 
 constexpr unsigned int curveEntries = 65536;
+/** Screen pixels are blue, green, red and alpha in the memory of little-endian machines. */
+constexpr UI::PixelLayout screenLayout = UI::PixelLayout::BGRA8;
 
 /** From each signal, in 65,535ths, to its code by the curves: four codes an entry. */
 std::vector<unsigned short> curveTable(const UI::Curves& curves) {
@@ -18,6 +20,15 @@ std::vector<unsigned short> curveTable(const UI::Curves& curves) {
 
 std::size_t curveEntry(double signal) {
     return std::size_t(std::lround(std::min(signal, 1.0) * (curveEntries - 1)));
+}
+
+/** Red, green and blue one after the other. */
+UI::PlanarRow planarRow(float* planes, int count) {
+    UI::PlanarRow row;
+    row.red = planes;
+    row.green = planes + count;
+    row.blue = planes + 2 * std::ptrdiff_t(count);
+    return row;
 }
 
 std::uint8_t screenCode(unsigned short code) {
@@ -48,10 +59,20 @@ std::uint8_t GradeTables::codeOf(double light, std::size_t channel) const {
                             : screenCode(m_curves[curveEntry(signal) * 4 + channel]);
 }
 
-PreparedGrade::PreparedGrade(const Grade& grade, const SampleFormat& format)
-    : PreparedGrade(GradeTables(grade, format), grade.exposure) {}
+double GradeTables::signalOf(double light, std::size_t channel) const {
+    if (std::isnan(light))
+        return light;
+    if (!m_balanced && m_curves.empty())
+        return std::copysign(srgbSignal(std::abs(light)), light);
+    const double signal =
+        m_balanced ? m_grade.balance.applied(srgbSignal(light), channel) : srgbSignal(light);
+    return m_curves.empty() ? signal : m_curves[curveEntry(signal) * 4 + channel] / 65535.0;
+}
 
-PreparedGrade::PreparedGrade(const GradeTables& tables, float stops)
+PreparedGrade::PreparedGrade(const Grade& grade, const SampleFormat& format, Results results)
+    : PreparedGrade(GradeTables(grade, format), grade.exposure, results) {}
+
+PreparedGrade::PreparedGrade(const GradeTables& tables, float stops, Results results)
     : m_preview(tables.m_grade.preview) {
     const Factors factors = tables.m_grade.lightFactors(stops);
     for (std::size_t channel = 0; channel < m_codes.size(); ++channel) {
@@ -60,6 +81,21 @@ PreparedGrade::PreparedGrade(const GradeTables& tables, float stops)
         for (std::size_t i = 0; i < codes.size(); ++i)
             codes[i] = tables.codeOf(tables.m_light[i] * double(factors[channel]), channel);
     }
+    if (results == Codes)
+        return;
+    const std::size_t count = tables.m_light.size();
+    std::vector<float> planes(count * 3);
+    for (std::size_t i = 0; i < planes.size(); ++i) {
+        const std::size_t channel = i / count;
+        const double signal =
+            tables.signalOf(tables.m_light[i % count] * double(factors[channel]), channel);
+        // What is stored in 8 bits for the preview has nothing beyond them.
+        const double limited = signal > 0.0 ? std::min(signal, 1.0) : 0.0;
+        planes[i] = float(m_preview == Grade::NoPreview ? signal : limited);
+    }
+    m_signals.resize(count * 3);
+    UI::encodeRow(UI::PixelLayout::RGBHalf, planarRow(planes.data(), int(count)), int(count),
+                  m_signals.data());
 }
 
 void PreparedGrade::gradeRow(const std::uint16_t* rgb, QRgb* to, int pixels) const {
@@ -68,7 +104,7 @@ void PreparedGrade::gradeRow(const std::uint16_t* rgb, QRgb* to, int pixels) con
     const std::uint8_t* blue = m_codes[2].data();
     for (int x = 0; x < pixels; ++x, rgb += 3)
         to[x] = qRgb(red[rgb[0]], green[rgb[1]], blue[rgb[2]]);
-    preview(to, pixels);
+    preview(screenLayout, to, pixels);
 }
 
 void PreparedGrade::gradeRow(const QRgb* from, QRgb* to, int pixels) const {
@@ -77,25 +113,37 @@ void PreparedGrade::gradeRow(const QRgb* from, QRgb* to, int pixels) const {
     const std::uint8_t* blue = m_codes[2].data();
     for (int x = 0; x < pixels; ++x)
         to[x] = qRgb(red[qRed(from[x])], green[qGreen(from[x])], blue[qBlue(from[x])]);
-    preview(to, pixels);
+    preview(screenLayout, to, pixels);
+}
+
+void PreparedGrade::signalRow(const std::uint16_t* rgb, std::uint16_t* to, int pixels) const {
+    for (int i = 0; i < 3 * pixels; ++i)
+        to[i] = m_signals[std::size_t(rgb[i]) * 3 + std::size_t(i % 3)];
+    preview(UI::PixelLayout::RGBHalf, to, pixels);
+}
+
+void PreparedGrade::signalRow(const QRgb* from, std::uint16_t* to, int pixels) const {
+    std::uint16_t* pixel = to;
+    for (int x = 0; x < pixels; ++x, pixel += 3) {
+        pixel[0] = m_signals[std::size_t(qRed(from[x])) * 3];
+        pixel[1] = m_signals[std::size_t(qGreen(from[x])) * 3 + 1];
+        pixel[2] = m_signals[std::size_t(qBlue(from[x])) * 3 + 2];
+    }
+    preview(UI::PixelLayout::RGBHalf, to, pixels);
 }
 
 /** Stores pixels as 8-bit 4:2:2 and reads them back. */
-void PreparedGrade::preview(QRgb* pixels, int count) const {
+void PreparedGrade::preview(UI::PixelLayout own, void* pixels, int count) const {
     if (m_preview == Grade::NoPreview)
         return;
     const UI::PixelLayout layout = previewLayout(m_preview);
     std::vector<float> planes(std::size_t(count) * 3);
-    UI::PlanarRow row;
-    row.red = planes.data();
-    row.green = row.red + count;
-    row.blue = row.green + count;
+    const UI::PlanarRow row = planarRow(planes.data(), count);
     std::vector<std::uint8_t> packed(UI::rowBytes(layout, count));
-    // Screen pixels are blue, green, red and alpha in the memory of little-endian machines.
-    UI::decodeRow(UI::PixelLayout::BGRA8, pixels, row, count);
+    UI::decodeRow(own, pixels, row, count);
     UI::encodeRow(layout, row, count, packed.data(), UI::colorSpaceRgbToYCbCr(m_preview));
     UI::decodeRow(layout, packed.data(), row, count, UI::colorSpaceYCbCrToRgb(m_preview));
-    UI::encodeRow(UI::PixelLayout::BGRA8, row, count, pixels);
+    UI::encodeRow(own, row, count, pixels);
 }
 
 UI::PixelLayout previewLayout(int option) {
