@@ -8,6 +8,8 @@
 
 #include <QApplication>
 #include <QFont>
+#include <QSettings>
+#include <QTemporaryDir>
 
 #include <cstdio>
 
@@ -45,6 +47,9 @@ int main(int argc, char** argv) {
     else if (!hasScreen())
         return complain(Failed, QStringLiteral("the robot needs a screen"));
     prepareScreens(!tour); // its pictures have exactly the scale that they name
+    // Neither shows what is the user's, nor leaves anything there.
+    const QTemporaryDir settings;
+    QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, settings.path());
     QApplication application(argc, argv);
     if (tour) {
         // Without a screen there is no desktop to say how large its text is.

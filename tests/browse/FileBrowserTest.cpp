@@ -4,6 +4,7 @@
 #include <KxUI/browse/FavoritesView.h>
 #include <KxUI/browse/FileBrowser.h>
 #include <KxUI/browse/FileBrowser_p.h>
+#include <KxUI/browse/PathBar.h>
 #include <KxUI/settings/AppSettings.h>
 #include <KxUI/values/SearchField.h>
 
@@ -134,6 +135,73 @@ private slots:
         QCOMPARE(browser.selection().front().missingFrames(), 3);
         for (const auto& each : folders)
             QVERIFY(QDir::isAbsolutePath(each.front().toString()));
+    }
+
+    // A window may have the same keys, as players of pictures do.
+    void keysBeforeTheWindow() {
+        QWidget window;
+        auto* const browser = new FileBrowser(&window);
+        QAction host;
+        host.setShortcuts({QKeySequence("F5"), QKeySequence("Home"), QKeySequence("Alt+Left"),
+                           QKeySequence("Ctrl+2"), QKeySequence("L")});
+        window.addAction(&host);
+        browser->resize(700, 400);
+        window.show();
+        QVERIFY(Kestrel::Test::focus(*browser));
+        goTo(*browser, path("shots"));
+        goTo(*browser, m_root->path().toUtf8());
+        QSignalSpy hostTook(&host, &QAction::triggered);
+        QSignalSpy listed(browser, &FileBrowser::listedChanged);
+        browser->view()->setCurrentIndex(browser->model()->index(3, 0));
+        QTest::keyClick(browser->view(), Qt::Key_Home);
+        QCOMPARE(browser->view()->currentIndex().row(), 0);
+        QTest::keyClick(browser->view(), Qt::Key_F5);
+        QTRY_COMPARE(listed.count(), 2);
+        QCOMPARE(listed.front().front().toBool(), false);
+        QVERIFY(browser->isListed());
+        QCOMPARE(hostTook.count(), 0);
+        QTest::keyClick(browser->view(), Qt::Key_L); // letters only go on with a name
+        QCOMPARE(hostTook.count(), 1);
+        QTest::keyClick(browser->view(), Qt::Key_P);
+        QTest::keyClick(browser->view(), Qt::Key_L);
+        QCOMPARE(selectedNames(*browser), QStringList{"plate.####.exr"});
+        browser->action(FileBrowser::ShowCompact)->setShortcuts(QList<QKeySequence>());
+        QTest::keyClick(browser->view(), Qt::Key_2, Qt::ControlModifier);
+        QCOMPARE(browser->viewMode(), FileBrowser::Details);
+        QCOMPARE(hostTook.count(), 2);
+        QTest::keyClick(browser->view(), Qt::Key_Left, Qt::AltModifier);
+        QCOMPARE(browser->folder(), path("shots"));
+        QCOMPARE(hostTook.count(), 2);
+    }
+
+    // Paths of other machines, typed and copied; what a narrow pane keeps in sight.
+    void asPane() {
+        FileBrowser browser;
+        browser.setMinimumSize(100, 100);
+        browser.setColumnShown(FileListModel::Modified, false);
+        browser.setPathRemap(
+            PathRemap({{true, PathStyle::Windows, "P:\\show", path("shots").toStdString(), {}}}));
+        show(browser);
+        goTo(browser, m_root->path().toUtf8());
+        QApplication::clipboard()->setText("p:\\show\\s010");
+        QTest::keyClick(browser.view(), Qt::Key_V, Qt::ControlModifier);
+        QTRY_COMPARE(browser.folder(), path("shots/s010"));
+        browser.focusPath();
+        auto* const field = partsOf(browser).path->findChild<QLineEdit*>();
+        field->setText("P:/show/s020");
+        QTest::keyClick(field, Qt::Key_Return);
+        QTRY_COMPARE(browser.folder(), path("shots/s020"));
+        const QHeaderView& header = *partsOf(browser).views->details()->header();
+        const auto resize = [&](int width) {
+            browser.resize(width, 300);
+            QApplication::processEvents();
+            return header.sectionSize(FileListModel::Frames);
+        };
+        const int roomy = header.sectionSize(FileListModel::Frames);
+        QVERIFY(resize(380) < roomy);
+        QVERIFY(partsOf(browser).filter->width() > 300);
+        QCOMPARE(resize(700), roomy);
+        QVERIFY(partsOf(browser).filter->width() < 300);
     }
 
     void words() {

@@ -24,6 +24,7 @@ public:
         window->activateWindow();
         QVERIFY(QTest::qWaitForWindowActive(window.get()));
         window->openPaths({QFile::encodeName(m_folder.path())});
+        QTRY_VERIFY(!window->session()->sequence().isEmpty());
         goTo(25);
         QCOMPARE(current(), Base::Time(25));
     }

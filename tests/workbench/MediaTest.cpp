@@ -2,14 +2,18 @@
 
 #include "media/ChannelPick.h"
 #include "media/DisplayTable.h"
-#include "media/FolderNames.h"
+#include "media/DroppedPaths.h"
 #include "media/HistogramCounter.h"
+#include "media/ListedSequence.h"
 #include "media/Paths.h"
 #include "media/PixelValues.h"
 #include "panels/FittedRect.h"
 
+#include <QMimeData>
+
 using namespace Kestrel::Workbench;
 using Members = std::vector<Sequence::Member>;
+using Kestrel::UI::FileInfo;
 
 /** What is worked out of names and numbers, without a file. */
 class MediaTest : public QObject {
@@ -128,21 +132,36 @@ private slots:
         QCOMPARE(Sequence().lastTime(), Kestrel::Base::InvalidTime);
     }
 
-    void hashedNames() {
-        QCOMPARE(hashedNameOf("shot.####.exr 1-10"), std::string("shot.####.exr"));
-        QCOMPARE(hashedNameOf("a b 1-2.##.exr 1-10,3 ( 1-4  7-10 )"),
-                 std::string("a b 1-2.##.exr"));
-        QCOMPARE(hashedNameOf("gr\xc3\xbc\xff#.png 1-10 ()"), std::string("gr\xc3\xbc\xff#.png"));
-        QCOMPARE(hashedNameOf("shot.0001.exr"), std::string());
+    void listedSequences() {
+        const Sequence gaps = sequenceOf(FileInfo("a b.##.exr 1-10,3 ( 1-4  10-10 )", true));
+        QCOMPARE(gaps.title(), QStringLiteral("a b.##.exr"));
+        QCOMPARE(gaps.members(),
+                 (Members{{1, "a b.01.exr"}, {4, "a b.04.exr"}, {10, "a b.10.exr"}}));
+        QCOMPARE(gaps.step(), Kestrel::Base::Time(3));
+        QCOMPARE(timeOf(gaps, "a b.04.exr"), Kestrel::Base::Time(4));
+        QCOMPARE(timeOf(gaps, "a b.05.exr"), Kestrel::Base::InvalidTime);
+        QCOMPARE(fileNameOf(pathOf(gaps)), std::string("a b.##.exr"));
+        // A name that is not UTF-8 comes back by its files.
+        const Sequence bytes = sequenceOf(FileInfo("gr\xff#.png 9-10", true));
+        QCOMPARE(bytes.members().front().second, std::string("gr\xff"
+                                                             "9.png"));
+        QCOMPARE(fileNameOf(pathOf(bytes)), std::string("gr\xff"
+                                                        "9.png"));
+        QVERIFY(pathOf(Sequence()).empty());
+        const std::pair<const char*, int> lone[] = {
+            {"still.0042.exr", 42}, {"v2", 2}, {"plain.exr", 1}, {"a99999999999999999999.exr", 1}};
+        for (const auto& [name, frame] : lone)
+            QCOMPARE(sequenceOf(FileInfo(name, false)).members(), (Members{{frame, name}}));
+    }
 
-        const FolderNames names({"s.0001.exr", "s.0002.exr", "s.00x3.exr", "s.10000.exr",
-                                 "s.0001.exr.bak", "t#1.5.png", "t#1.6.png", "s..exr"});
-        QCOMPARE(names.members("s.####.exr"), (Members{{1, "s.0001.exr"}, {2, "s.0002.exr"}}));
-        QCOMPARE(names.members("s.#.exr").size(), std::size_t(3));
-        QCOMPARE(names.members("t#1.#.png"), (Members{{5, "t#1.5.png"}, {6, "t#1.6.png"}}));
-        QVERIFY(names.members("none.####.exr").empty() && names.members("plain").empty());
-        // Beyond 32 bits there is no frame.
-        QVERIFY(FolderNames({"a99999999999999999999.exr"}).members("a#.exr").empty());
+    void drops() {
+        QMimeData files;
+        files.setData("text/uri-list", "file:///a%20b/x.exr\r\nhttp://host/y\r\n"
+                                       "file://localhost/gr%FF\r\nfile://other/z\r\n");
+        QCOMPARE(droppedPaths(files), (QList<QByteArray>{"/a b/x.exr", "/gr\xff"}));
+        files.setData("application/x-kxui-paths", QByteArray("/s.####.exr\0/t\0", 15));
+        QCOMPARE(droppedPaths(files), (QList<QByteArray>{"/s.####.exr", "/t"}));
+        QVERIFY(droppedPaths(QMimeData()).isEmpty());
     }
 
     void paths() {

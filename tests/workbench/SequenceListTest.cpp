@@ -1,19 +1,34 @@
 #include "TestImages.h"
 
+#include <support/Dropping.h>
 #include <support/TestRegistry.h>
 
-#include "panels/FolderModel.h"
+#include "app/FileMenu.h"
+#include "app/MainWindow.h"
+#include "media/ListedSequence.h"
 #include "panels/SequenceListPanel.h"
+#include "panels/ViewerPanel.h"
 #include "sample/SampleGenerator.h"
 
-#include <KxUI/values/SearchField.h>
+#include <KxUI/browse/FavoritesModel.h>
+#include <KxUI/browse/FavoritesView.h>
+#include <KxUI/browse/FileBrowser.h>
+#include <KxUI/browse/PathRemapTable.h>
+#include <KxUI/files/FileListModel.h>
+#include <KxUI/settings/AppSettings.h>
 
-#include <QTreeView>
-
-#include <unistd.h>
+#include <QAbstractItemView>
+#include <QDialog>
+#include <QMimeData>
+#include <QSettings>
 
 using namespace Kestrel::Workbench;
+using Kestrel::Base::InvalidTime;
 using Kestrel::Base::Time;
+using Kestrel::Base::TimeBase;
+using Kestrel::UI::FileBrowser;
+using Kestrel::UI::FileChooserDialog;
+using Kestrel::UI::FileListModel;
 
 Q_DECLARE_METATYPE(Kestrel::Workbench::Sequence)
 
@@ -21,56 +36,38 @@ class SequenceListTest : public QObject {
     Q_OBJECT
 
 private:
+    QTemporaryDir m_settings;
+
     static void write(const QString& path, int bytes) {
         QFile file(path);
         QVERIFY(file.open(QIODevice::WriteOnly));
         file.write(QByteArray(bytes, 'x'));
     }
 
-    static QStringList cells(const FolderModel& model, int row) {
+    static QByteArray path(const QTemporaryDir& folder, const char* name = "") {
+        return QFile::encodeName(*name ? folder.filePath(QString::fromUtf8(name)) : folder.path());
+    }
+
+    static int rowOf(const SequenceListPanel& panel, const char* name) {
+        return panel.model()->indexOf(name).row();
+    }
+
+    static QStringList cells(const SequenceListPanel& panel, int row) {
         QStringList texts;
-        for (int column = 0; column < FolderModel::ColumnCount; ++column)
-            texts << model.index(row, column).data().toString();
+        for (const int column :
+             {FileListModel::Name, FileListModel::Frames, FileListModel::Missing})
+            texts << panel.model()->index(row, column).data().toString();
         return texts;
     }
 
 private slots:
     void initTestCase() {
+        QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, m_settings.path());
         qRegisterMetaType<Sequence>("Kestrel::Workbench::Sequence");
         qRegisterMetaType<Time>("Kestrel::Base::Time");
     }
 
-    void searching() {
-        const QTemporaryDir folder;
-        for (const char* name : {"plate.exr", "other.exr", "plate_clean.exr", "mask.png"})
-            write(folder.filePath(QLatin1String(name)), 10);
-        SequenceListPanel panel;
-        panel.openFolder(QFile::encodeName(folder.path()));
-        panel.show();
-        auto* field = panel.findChild<Kestrel::UI::SearchField*>();
-        const auto shown = [&panel] {
-            QStringList names;
-            for (int row = 0; row < panel.model()->rowCount(); ++row) {
-                if (!panel.view()->isRowHidden(row, {}))
-                    names << panel.model()->index(row, 0).data().toString();
-            }
-            return names.join(QLatin1Char(' '));
-        };
-        const auto current = [&panel] { return panel.view()->currentIndex().data().toString(); };
-        QTest::keyClicks(field, QStringLiteral("exr plate"));
-        QTest::keyClick(field, Qt::Key_Down); // at once, and to the list
-        QCOMPARE(shown(), QStringLiteral("plate.exr plate_clean.exr"));
-        QCOMPARE(current(), QStringLiteral("plate.exr"));
-        QTest::keyClick(field, Qt::Key_F3);
-        QCOMPARE(current(), QStringLiteral("plate_clean.exr"));
-        QTest::keyClick(field, Qt::Key_F3);
-        QCOMPARE(current(), QStringLiteral("plate.exr"));
-        panel.reload(); // the search was in the list that is gone
-        QCOMPARE(field->text(), QString());
-        QCOMPARE(shown().count(QLatin1Char(' ')), 3);
-    }
-
-    void listing() {
+    void opening() {
         const QTemporaryDir folder;
         for (const int frame : {1, 2, 3, 10})
             write(folder.filePath(QStringLiteral("b.%1.exr").arg(frame, 4, 10, QLatin1Char('0'))),
@@ -83,85 +80,176 @@ private slots:
         QVERIFY(QFile::link("zz", folder.filePath("link")));
 
         SequenceListPanel panel;
+        panel.resize(400, 300);
+        panel.show();
         QSignalSpy chosen(&panel, &SequenceListPanel::sequenceChosen);
-        panel.openFolder(QFile::encodeName(folder.path()));
-        FolderModel& model = *panel.model();
-        QTRY_VERIFY(model.isComplete());
-        QCOMPARE(model.rowCount(), 5);
-        QCOMPARE(cells(model, 0), (QStringList{"zz", "", "", ""}));
-        const int gappy = model.rowOfFile("b.0003.exr");
-        QCOMPARE(cells(model, gappy),
-                 (QStringList{"b.####.exr", QString::fromUtf8("1–10"), "6", "4.0 KiB"}));
+        const auto chosenShot = [&] { return chosen.last().at(0).value<Sequence>(); };
+        panel.openPath(path(folder));
+        QVERIFY(!panel.isSettled()); // nobody waits
+        QTRY_COMPARE(chosen.count(), 1);
+        QCOMPARE(chosenShot().members().size(), std::size_t(3)); // the first in natural order
+        QCOMPARE(chosen.last().at(1).value<Time>(), InvalidTime);
+        QCOMPARE(panel.model()->rowCount(), 5);
+        QCOMPARE(cells(panel, rowOf(panel, "b.####.exr")),
+                 (QStringList{"b.####.exr", "1-10", "6"}));
+        QTRY_COMPARE(panel.browser()->currentPath(), path(folder, "é a#.png"));
 
-        QVERIFY(panel.chooseFirst());
-        QCOMPARE(chosen.count(), 1);
-        const auto shot = chosen.takeFirst().at(0).value<Sequence>();
-        QCOMPARE(shot.members().size(), std::size_t(3)); // the first in natural order
-        QCOMPARE(shot.lastTime(), Time(11));
+        const struct {
+            const char* name;
+            Time at;
+            Time first;
+        } rows[] = {{"é a10.png", 10, 9},
+                    {"still.0042.exr", 42, 42},
+                    {"b.%04d.exr", InvalidTime, 1},
+                    {"b.####.exr", InvalidTime, 1},
+                    {"b.0010.exr", 10, 1}};
+        int count = 1;
+        for (const auto& row : rows) {
+            panel.openPath(path(folder, row.name));
+            ++count;
+            QTRY_COMPARE(chosen.count(), count);
+            QCOMPARE(chosen.last().at(1).value<Time>(), row.at);
+            QCOMPARE(chosenShot().firstTime(), row.first);
+            QCOMPARE(panel.folder(), path(folder));
+        }
 
-        panel.openFile(QFile::encodeName(folder.filePath(QString::fromUtf8("é a10.png"))));
-        QCOMPARE(chosen.takeFirst().at(1).value<Time>(), Time(10));
-        panel.openFile(QFile::encodeName(folder.filePath("still.0042.exr")));
-        QCOMPARE(chosen.takeFirst().at(0).value<Sequence>().firstTime(), Time(42));
+        // What waits for a folder is forgotten when the user goes elsewhere, and there is nothing in
+        // a folder or a path that is not there.
+        panel.openPath(path(folder, "é a10.png"));
+        panel.openFolder(path(folder, "zz"));
+        for (const char* name : {"zz", "none", "b.0005.exr"}) {
+            panel.openPath(path(folder, name));
+            QTRY_VERIFY(panel.isSettled());
+        }
+        QCOMPARE(chosen.count(), count);
 
         // Into a link to a folder, and up again to where it was left.
-        panel.openFolder(QFile::encodeName(folder.path()));
-        const int link = model.rowOfFile("link");
-        emit panel.view()->activated(model.index(link, 0));
-        QVERIFY(model.folder().endsWith("/link"));
-        QVERIFY(model.problem().contains("empty"));
+        panel.openFolder(path(folder));
+        QTRY_VERIFY(panel.isSettled());
+        panel.view()->setCurrentIndex(panel.model()->indexOf("link"));
+        QTest::keyClick(panel.view(), Qt::Key_Return);
+        QTRY_COMPARE(panel.folder(), path(folder, "link"));
         QTest::keyClick(panel.view(), Qt::Key_Backspace);
-        QCOMPARE(model.folder(), QFile::encodeName(folder.path()));
-        QCOMPARE(panel.view()->currentIndex().row(), model.rowOfFile("link"));
+        QTRY_COMPARE(panel.browser()->currentPath(), path(folder, "link"));
+        QCOMPARE(chosen.count(), count);
     }
 
-    void foldersThatCannotBeListed() {
+    // From a file manager: a sequence, whatever it is dropped on; folders are offered beside the list.
+    void dropping() {
         const QTemporaryDir folder;
-        FolderModel model;
-        model.setFolder(QFile::encodeName(folder.filePath("none")));
-        QVERIFY(model.problem().contains("does not exist"));
-        write(folder.filePath("file"), 1);
-        model.setFolder(QFile::encodeName(folder.filePath("file")));
-        QVERIFY(model.problem().contains("not a folder"));
-        if (::geteuid() != 0) {
-            QVERIFY(QDir(folder.path()).mkdir("closed"));
-            QFile::setPermissions(folder.filePath("closed"), QFile::Permissions());
-            model.setFolder(QFile::encodeName(folder.filePath("closed")));
-            QVERIFY(model.problem().contains("permission"));
+        const Sequence shot = Kestrel::Test::writeSequence(folder.path(), 4, {});
+        QCOMPARE(shot.members().size(), std::size_t(4));
+        MainWindow window(TimeBase(25, false), std::size_t(64) << 20, Theme::Dark);
+        window.show();
+        QMimeData data;
+        data.setUrls({QUrl::fromLocalFile(folder.filePath("s.0003.exr")),
+                      QUrl::fromLocalFile(folder.path())});
+        const Session& session = *window.session();
+        for (QWidget* target :
+             {static_cast<QWidget*>(window.viewer()), window.list()->view()->viewport()}) {
+            window.session()->open(Sequence());
+            QVERIFY(Kestrel::Test::dropOn(*target, data));
+            QTRY_COMPARE(session.sequence().members(), shot.members());
+            QCOMPARE(window.session()->model()->currentTime(), Time(3));
         }
-        QVERIFY(model.isComplete());
-        QCOMPARE(model.rowCount(), 0);
+        const auto* places = window.list()->browser()->favoritesView()->favoritesModel();
+        QTRY_VERIFY(places->indexOfPath(path(folder)).isValid());
+        QMimeData words;
+        words.setText("nothing");
+        QVERIFY(!Kestrel::Test::dropOn(*window.viewer(), words));
     }
 
-    // Names come at once; the interface gets its turn while the statuses come in.
-    void tenThousandFiles() {
+    // A part that was asked for lies between the marks.
+    void choosing() {
         const QTemporaryDir folder;
-        for (int i = 0; i < 5000; ++i) {
-            write(folder.filePath(QStringLiteral("run.%1.exr").arg(i)), 1);
-            write(folder.filePath(QStringLiteral("note %1a").arg(i * i)), 1);
+        QVERIFY(!Kestrel::Test::writeSequence(folder.path(), 12, {3, 4}).isEmpty());
+        MainWindow window(TimeBase(25, false), std::size_t(64) << 20, Theme::Dark);
+        SequenceListPanel* list = window.list();
+        list->openFolder(path(folder));
+        QTRY_VERIFY(list->isSettled());
+        FileChooserDialog::Choice choice;
+        choice.path = path(folder, "s.####.exr");
+        choice.isSequence = true;
+        choice.info = list->itemOfFile("s.0001.exr");
+        const struct {
+            Kestrel::Base::FrameRange asked;
+            Time in;
+            Time out;
+            Time current;
+        } rows[] = {
+            {{1, 12, 1}, InvalidTime, InvalidTime, 1}, {{3, 8, 1}, 5, 8, 5}, {{1, 4, 1}, 1, 2, 1}};
+        const auto* model = window.session()->model();
+        for (const auto& row : rows) {
+            choice.frames = row.asked;
+            window.files()->open(choice);
+            QCOMPARE(model->inTime(), row.in);
+            QCOMPARE(model->outTime(), row.out);
+            QCOMPARE(model->currentTime(), row.current);
+            QTRY_COMPARE(list->browser()->currentPath(), choice.path);
         }
-        FolderModel model;
-        model.setFolder(QFile::encodeName(folder.path()));
-        QVERIFY(model.rowCount() >= 1);
-        QVERIFY(!model.isComplete());
-        int turns = 0;
-        QTimer timer;
-        connect(&timer, &QTimer::timeout, [&turns] { ++turns; });
-        timer.start(0);
-        QTRY_VERIFY_WITH_TIMEOUT(model.isComplete(), 60000);
-        QVERIFY(turns > 1);
-        const int run = model.rowOfFile("run.17.exr");
-        QVERIFY(run >= 0 && model.status(run));
-        QCOMPARE(model.status(run)->files, std::int64_t(5000));
+        // One that the chooser has not listed.
+        window.session()->open(Sequence());
+        choice.info = {};
+        window.files()->open(choice);
+        QTRY_COMPARE(window.session()->sequence().lastTime(), Time(12));
+    }
 
-        // Another folder in the middle of it: old answers are dropped.
-        model.setFolder(QFile::encodeName(folder.path()));
-        const QTemporaryDir other;
-        write(other.filePath("only"), 7);
-        model.setFolder(QFile::encodeName(other.path()));
-        QTRY_VERIFY(model.isComplete());
-        QCOMPARE(model.rowCount(), 1);
-        QCOMPARE(model.status(0)->size, std::uint64_t(7));
+    // From one start to the next: shots, mappings, and what the list looks like.
+    void remembering() {
+        const QTemporaryDir folder;
+        QVERIFY(!Kestrel::Test::writeSequence(folder.path(), 2, {}).isEmpty());
+        const QByteArray there = "P:\\show\\s.####.exr";
+        for (const bool isAgain : {false, true}) {
+            MainWindow window(TimeBase(25, false), std::size_t(64) << 20, Theme::Dark);
+            window.rememberArrangement();
+            window.show();
+            FileMenu& files = *window.files();
+            FileBrowser& browser = *window.list()->browser();
+            QCOMPARE(!files.recent()->paths().isEmpty(), isAgain);
+            QCOMPARE(browser.isColumnShown(FileListModel::Modified), isAgain);
+            if (!isAgain) {
+                files.mappings()->edit(&window);
+                auto* dialog = window.findChild<QDialog*>("PathMappings");
+                QVERIFY(dialog);
+                dialog->findChild<Kestrel::UI::PathRemapTable*>()->setRules(
+                    {{true,
+                      Kestrel::UI::PathStyle::Windows,
+                      "P:\\show",
+                      folder.path().toStdString(),
+                      {}}});
+                dialog->accept();
+                browser.setColumnShown(FileListModel::Modified, true);
+            }
+            QCOMPARE(browser.pathRemap().map(there.toStdString()).path,
+                     path(folder, "s.####.exr").toStdString());
+            window.openPaths({there});
+            QTRY_COMPARE(window.session()->sequence().lastTime(), Time(2));
+            QCOMPARE(files.recent()->paths(), QList<QByteArray>{path(folder, "s.####.exr")});
+            window.session()->open(Sequence());
+            files.recent()->actions().front()->trigger();
+            QTRY_COMPARE(window.session()->sequence().lastTime(), Time(2));
+            window.close();
+        }
+        Kestrel::UI::AppSettings().clear();
+    }
+
+    // The frames that have come since are seen, at the frame where one is.
+    void reloading() {
+        const QTemporaryDir folder;
+        QVERIFY(!Kestrel::Test::writeSequence(folder.path(), 3, {}).isEmpty());
+        MainWindow window(TimeBase(25, false), std::size_t(64) << 20, Theme::Dark);
+        window.show();
+        window.openPaths({path(folder)});
+        QTRY_COMPARE(window.session()->sequence().lastTime(), Time(3));
+        window.session()->model()->setCurrentTime(2);
+        QVERIFY(Kestrel::Test::writeImage(folder.filePath("s.0004.exr")));
+        // Also where the keyboard is in the list, whose own key it would be.
+        window.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        window.list()->setFocus();
+        QTest::keyClick(window.list()->view(), Qt::Key_F5);
+        QTRY_COMPARE(window.session()->sequence().lastTime(), Time(4));
+        QCOMPARE(window.session()->model()->currentTime(), Time(2));
     }
 
     void sampleIsWholeOrNotThere() {

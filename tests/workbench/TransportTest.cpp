@@ -66,7 +66,7 @@ private slots:
         QCOMPARE(press(Qt::Key_Left), InvalidTime);
         QCOMPARE(press(Qt::Key_Left, Qt::ShiftModifier), InvalidTime);
         m_window->openPaths({QFile::encodeName(m_folder.path())});
-        QCOMPARE(current(), Time(1));
+        QTRY_COMPARE(current(), Time(1));
         QVERIFY(find<UI::TransportControlsWidget>()->isEnabled());
         m_window->session()->formatter()->setTimeDisplayFormat(false, false);
     }

@@ -1,12 +1,13 @@
 #include "robot/Robot.h"
 
 #include "app/MainWindow.h"
-#include "panels/FolderModel.h"
+#include "media/ListedSequence.h"
 #include "panels/SequenceListPanel.h"
 #include "panels/TimelinePanel.h"
 #include "robot/Heap.h"
 #include "workspace/BuiltInLayouts.h"
 
+#include <KxUI/browse/FileBrowser.h>
 #include <KxUI/color/ColorWheel.h>
 #include <KxUI/curveedit/CurveView.h>
 #include <KxUI/dock/Dock.h>
@@ -14,11 +15,13 @@
 #include <KxUI/dock/DockWindow.h>
 #include <KxUI/eventgraph/EventGraph.h>
 #include <KxUI/eventgraph/EventGraphView.h>
+#include <KxUI/files/FileListModel.h>
 #include <KxUI/time/TimeSlider.h>
 #include <KxUI/values/LogSlider.h>
 
 #include <QAction>
 #include <QApplication>
+#include <QDesktopServices>
 #include <QDialog>
 #include <QMenuBar>
 #include <QMouseEvent>
@@ -78,6 +81,9 @@ Robot::Robot(MainWindow* window, unsigned seed, int minutes)
     , m_random(seed)
     , m_minutes(minutes) {
     QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
+    // Nothing of the user's is renamed, and no other program is started.
+    m_window->list()->browser()->setReadOnly(true);
+    QDesktopServices::setUrlHandler(QStringLiteral("file"), this, "stay");
     // A closed window is opened again.
     QApplication::setQuitOnLastWindowClosed(false);
     connect(&m_step, &QTimer::timeout, this, &Robot::step);
@@ -86,6 +92,10 @@ Robot::Robot(MainWindow* window, unsigned seed, int minutes)
     m_rescue.start(10 * stepMs);
     m_clock.start();
     std::printf("minute   steps   heap KiB   widgets   objects\n");
+}
+
+Robot::~Robot() {
+    QDesktopServices::unsetUrlHandler(QStringLiteral("file"));
 }
 
 int Robot::below(int many) {
@@ -269,14 +279,14 @@ void Robot::trigger() {
 }
 
 void Robot::open() {
-    const FolderModel* model = m_window->list()->model();
-    if (const int rows = model->rowCount(); rows > 0) {
+    SequenceListPanel* list = m_window->list();
+    if (const int rows = list->model()->rowCount(); rows > 0) {
         const int row = below(rows);
-        if (!model->isFolder(row))
-            m_window->session()->open(model->sequence(row));
+        if (!list->isFolder(row))
+            m_window->session()->open(sequenceOf(list->item(row)));
     }
     if (oneIn(3))
-        m_window->list()->reload();
+        list->reload();
 }
 
 void Robot::tear() {

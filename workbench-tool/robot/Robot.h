@@ -4,6 +4,7 @@
 #include <QObject>
 #include <QTemporaryDir>
 #include <QTimer>
+#include <QUrl>
 
 #include <random>
 
@@ -27,6 +28,10 @@ public:
     /** Begins when the event loop does, and ends the application after `minutes`.
         @param window  borrowed; outlives the robot */
     Robot(MainWindow* window, unsigned seed, int minutes);
+    ~Robot() override;
+
+    /** Takes what would be opened by another program, and leaves it. */
+    Q_INVOKABLE void stay(const QUrl&) {}
 
 private:
     using Deed = void (Robot::*)();

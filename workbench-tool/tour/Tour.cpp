@@ -1,10 +1,10 @@
 #include "tour/Tour.h"
 
+#include "media/ListedSequence.h"
 #include "media/Paths.h"
 #include "panels/CurvesPanel.h"
 #include "panels/ExposureCurvePanel.h"
 #include "panels/ExposurePanel.h"
-#include "panels/FolderModel.h"
 #include "panels/GradePanel.h"
 #include "panels/HistoryPanel.h"
 #include "panels/SequenceListPanel.h"
@@ -19,6 +19,8 @@
 #include <KxUI/dock/Dock.h>
 #include <KxUI/eventgraph/EventGraph.h>
 #include <KxUI/eventgraph/EventGraphView.h>
+#include <KxUI/files/FileListModel.h>
+#include <KxUI/files/FileManager.h>
 #include <KxUI/time/TimeSlider.h>
 
 #include <QAction>
@@ -30,6 +32,7 @@
 #include <QTemporaryDir>
 #include <QTimer>
 
+#include <algorithm>
 #include <cstdio>
 
 namespace Kestrel::Workbench {
@@ -38,8 +41,11 @@ namespace {
 
 /** Sequences opened in a folder at most. */
 constexpr int mostVisits = 12;
-/** Seconds for the decodes of one sequence. */
+/** Seconds for the decodes of one sequence, and for the sizes of what is in a folder. */
 constexpr int decodeSeconds = 120;
+constexpr int sizeSeconds = 5;
+
+using UI::FileListModel;
 
 void print(const QString& text) {
     std::fputs(text.toUtf8().constData(), stdout);
@@ -117,14 +123,17 @@ int Tour::run() {
 
 void Tour::visitFolder(const QByteArray& folder) {
     SequenceListPanel* list = m_window.list();
-    FolderModel* model = list->model();
+    const FileListModel* model = list->model();
     list->openFolder(folder);
+    waitFor([list] { return list->isSettled(); }, decodeSeconds);
     print(QStringLiteral("Listed %1\n").arg(shown(folder)));
-    if (!model->problem().isEmpty()) {
-        print(QStringLiteral("  %1\n\n").arg(model->problem()));
+    const QString problem = UI::FileManager::errorText(*model->listing());
+    if (!problem.isEmpty() || model->rowCount() == 0) {
+        print(QStringLiteral("  %1\n\n")
+                  .arg(problem.isEmpty() ? QStringLiteral("This folder is empty.") : problem));
         return;
     }
-    waitFor([model] { return model->isComplete(); }, decodeSeconds);
+    waitForSizes();
 
     TextTable table({QStringLiteral("Name"), QStringLiteral("Range"), QStringLiteral("Missing"),
                      QStringLiteral("Size"), QStringLiteral("Decoded"),
@@ -132,15 +141,16 @@ void Tour::visitFolder(const QByteArray& folder) {
     int visits = 0;
     for (int row = 0; row < model->rowCount(); ++row) {
         QStringList cells;
-        for (int column = 0; column < FolderModel::ColumnCount; ++column)
+        for (const int column : {FileListModel::Name, FileListModel::Frames, FileListModel::Missing,
+                                 FileListModel::Size})
             cells << model->index(row, column).data().toString();
-        if (model->isFolder(row) || visits == mostVisits) {
+        if (list->isFolder(row) || visits == mostVisits) {
             table.add(cells << QString() << QString() << QString());
             continue;
         }
         ++visits;
         Session* session = m_window.session();
-        const Sequence sequence = model->sequence(row);
+        const Sequence sequence = sequenceOf(list->item(row));
         QElapsedTimer timer;
         timer.start();
         session->open(sequence);
@@ -153,11 +163,24 @@ void Tour::visitFolder(const QByteArray& folder) {
     print(table.text() + QLatin1Char('\n'));
 }
 
+/** Asks for the sizes of all rows, which the list does for those in view. */
+void Tour::waitForSizes() {
+    const FileListModel* model = m_window.list()->model();
+    std::vector<int> items;
+    for (int row = 0; row < model->rowCount(); ++row)
+        items.push_back(model->itemOf(row));
+    model->gatherer()->requestStatus(items);
+    const auto isTold = [model](int item) {
+        return model->listing()->status(item).known != UI::FileListing::Status::NotAsked;
+    };
+    waitFor([&] { return std::all_of(items.begin(), items.end(), isTold); }, sizeSeconds);
+}
+
 /** Captures how a sequence that is not in the cache yet comes in and plays. */
 void Tour::capturePlayback() {
     Session* session = m_window.session();
-    FolderModel* model = m_window.list()->model();
-    waitFor([&] { return model->isComplete() && session->isSettled(); }, decodeSeconds);
+    const SequenceListPanel* list = m_window.list();
+    waitFor([&] { return list->isSettled() && session->isSettled(); }, decodeSeconds);
     UI::EventGraph* profiler = UI::EventGraph::instance();
     profiler->setAttribute(Qt::WA_DontShowOnScreen);
     m_window.openProfiler();
@@ -174,8 +197,8 @@ void Tour::capturePlayback() {
 /** Puts the window into a state that shows what it can: marks, keyframes, a filled cache. */
 void Tour::showcase() {
     Session* session = m_window.session();
-    FolderModel* model = m_window.list()->model();
-    waitFor([&] { return model->isComplete() && session->isSettled(); }, decodeSeconds);
+    const SequenceListPanel* list = m_window.list();
+    waitFor([&] { return list->isSettled() && session->isSettled(); }, decodeSeconds);
     UI::TimeSliderModel* times = session->model();
     const Base::Time length = times->duration();
     if (length == Base::InvalidTime)
@@ -212,6 +235,7 @@ void Tour::savePictures(Theme theme) {
     empty.resize(m_window.list()->size());
     const QTemporaryDir emptyFolder;
     empty.openFolder(QFile::encodeName(emptyFolder.path()));
+    waitFor([&empty] { return empty.isSettled(); }, decodeSeconds);
     save(&empty, QStringLiteral("sequence-list-empty"));
     saveLayouts();
     saveDamaged();
@@ -270,10 +294,10 @@ void Tour::saveDamaged() {
 /** Two graded sequences: the panel, the frame it grades, and the history of both. */
 void Tour::saveGrading() {
     std::vector<Sequence> sequences;
-    FolderModel* model = m_window.list()->model();
-    for (int row = 0; row < model->rowCount() && sequences.size() < 2; ++row) {
-        if (!model->isFolder(row))
-            sequences.push_back(model->sequence(row));
+    const SequenceListPanel* list = m_window.list();
+    for (int row = 0; row < list->model()->rowCount() && sequences.size() < 2; ++row) {
+        if (!list->isFolder(row))
+            sequences.push_back(sequenceOf(list->item(row)));
     }
     Session session(m_line.timeBase, std::size_t(256) << 20);
     GradePanel panel(&session);

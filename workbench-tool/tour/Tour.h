@@ -25,6 +25,7 @@ public:
 
 private:
     void visitFolder(const QByteArray& folder);
+    void waitForSizes();
     void capturePlayback();
     void showcase();
     void savePictures(Theme theme);

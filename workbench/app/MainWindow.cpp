@@ -1,7 +1,6 @@
 #include "app/MainWindow.h"
 
-#include "media/Paths.h"
-#include "panels/FolderModel.h"
+#include "app/FileMenu.h"
 #include "panels/SequenceListPanel.h"
 #include "panels/StatusLine.h"
 #include "panels/TimelinePanel.h"
@@ -11,25 +10,27 @@
 #include "workspace/PageKinds.h"
 #include "workspace/WorkspaceMenu.h"
 
-#include <KxUI/browse/FileChooserDialog.h>
+#include <KxUI/browse/FileBrowser.h>
 #include <KxUI/eventgraph/EventGraph.h>
+#include <KxUI/files/FileManager.h>
 #include <KxUI/settings/AppSettings.h>
 #include <KxUI/time/TimeSlider.h>
 #include <KxUI/time/TransportControlsWidget.h>
 
 #include <QActionGroup>
 #include <QApplication>
-#include <QFile>
 #include <QMenuBar>
 #include <QStatusBar>
 #include <QTimer>
-#include <QTreeView>
-
-#include <algorithm>
 
 namespace Kestrel::Workbench {
 
 namespace {
+
+/** Folders of a command line or a drop that are offered beside the list, and the time that their disks
+    have to say what they are. */
+constexpr int mostOffered = 16;
+constexpr int answerMs = 3000;
 
 /** Adds an action with its keys; the callable is run when it is triggered. */
 template <typename Receiver, typename Function>
@@ -41,20 +42,12 @@ QAction* addItem(QMenu* menu, const QString& text, const QKeySequence& keys, Rec
     return action;
 }
 
-/** The first frame asked for that has a file. */
-std::int32_t firstPresent(const UI::FileChooserDialog::Choice& choice) {
-    for (const Base::FrameRange& range : choice.info.presentRanges()) {
-        for (std::int64_t frame = range.first; frame <= range.last;
-             frame += std::max(range.step, 1)) {
-            if (frame >= choice.frames.first)
-                return std::int32_t(frame);
-        }
-    }
-    return choice.frames.first;
-}
-
 QString cacheKey() {
     return QStringLiteral("cache/mebibytes");
+}
+
+QString browserKey() {
+    return QStringLiteral("sequences");
 }
 
 QString profilerKey() {
@@ -71,7 +64,10 @@ MainWindow::MainWindow(Base::TimeBase timeBase, std::size_t cacheBytes, Theme th
     setWindowTitle(QStringLiteral("KxUI Workbench"));
     connect(this, &Workspace::pageMade, this, &MainWindow::setUpPage);
     connect(&m_session, &Session::sequenceChanged, this, &MainWindow::nameSequence);
-    makeFileMenu();
+    m_files = new FileMenu(this);
+    menuBar()->addMenu(m_files);
+    connect(m_files->mappings(), &PathMappings::changed, this,
+            [this] { list()->browser()->setPathRemap(m_files->mappings()->remap()); });
     makeEditMenu();
     makePlaybackMenu();
     makeMarksMenu();
@@ -116,6 +112,12 @@ void MainWindow::setUpPage(const QString& id, QWidget* page) {
     if (const auto* list = qobject_cast<SequenceListPanel*>(page)) {
         connect(list, &SequenceListPanel::sequenceChosen, this,
                 [this](const Sequence& sequence, Base::Time at) { m_session.open(sequence, at); });
+        connect(list, &SequenceListPanel::pathsDropped, this, &MainWindow::openPaths);
+        list->browser()->setPathRemap(m_files->mappings()->remap());
+        if (m_remembers)
+            list->browser()->setSettingsKey(browserKey());
+    } else if (const auto* viewer = qobject_cast<ViewerPanel*>(page)) {
+        connect(viewer, &ViewerPanel::pathsDropped, this, &MainWindow::openPaths);
     } else if (const auto* timeline = qobject_cast<TimelinePanel*>(page)) {
         m_help.addPanel(timeline->transportRow(), "transport.html");
     }
@@ -129,6 +131,8 @@ void MainWindow::nameSequence() {
 
 void MainWindow::rememberArrangement() {
     m_remembers = true;
+    m_files->remember();
+    list()->browser()->setSettingsKey(browserKey());
     QString problem;
     if (!recall(&problem) && !problem.isEmpty()) {
         // Before it is seen, the bar would show the message on top of what else it shows.
@@ -161,34 +165,24 @@ void MainWindow::closeEvent(QCloseEvent* event) {
 }
 
 void MainWindow::openPaths(const QList<QByteArray>& paths) {
-    for (const QByteArray& path : paths) {
-        if (isFolder(path.toStdString()))
-            list()->offerFolder(path);
-    }
     if (paths.isEmpty())
         return;
-    const QByteArray first = paths.first();
-    if (!isFolder(first.toStdString())) {
-        list()->openFile(first);
-        return;
+    PathMappings* mappings = m_files->mappings();
+    list()->openPath(mappings->mapped(paths.front()));
+    // What is a folder among the others only the disk knows, which answers when it likes.
+    for (int i = 0; i < paths.size() && i < mostOffered; ++i) {
+        const QByteArray path = mappings->mapped(paths.at(i));
+        using Status = UI::FileManager::PathStatus;
+        UI::FileManager::requestStatus(path, answerMs, list(), [this, path](const Status& status) {
+            if (status.kind == Status::Kind::Directory)
+                list()->offerFolder(path);
+        });
     }
-    list()->openFolder(first);
-    list()->chooseFirst();
-    list()->view()->setFocus();
 }
 
 void MainWindow::setTheme(Theme theme) {
     m_theme = theme;
     UI::ApplicationStyle::install(theme);
-}
-
-void MainWindow::makeFileMenu() {
-    QMenu* menu = menuBar()->addMenu(tr("&File"));
-    addItem(menu, tr("&Open..."), QKeySequence::Open, this, [this] { askForShot(); });
-    addItem(menu, tr("Open &Folder..."), QKeySequence(), this, [this] { askForFolder(); });
-    addItem(menu, tr("&Reload"), QKeySequence(Qt::Key_F5), this, [this] { reload(); });
-    menu->addSeparator();
-    addItem(menu, tr("&Quit"), QKeySequence::Quit, this, [this] { close(); });
 }
 
 void MainWindow::makeEditMenu() {
@@ -352,43 +346,6 @@ void MainWindow::openProfiler() {
     profiler->show();
     profiler->raise();
     profiler->activateWindow();
-}
-
-void MainWindow::askForShot() {
-    using Chooser = UI::FileChooserDialog;
-    auto* chooser = Chooser::open(
-        Chooser::OpenFile, this, m_remembers ? QStringLiteral("open-shot") : QString(),
-        {tr("Images (%1)")
-             .arg(QStringLiteral("*.exr *.dpx *.cin *.tif *.tiff *.png *.jpg *.jpeg "
-                                 "*.tga *.hdr *.sgi *.bmp"))},
-        [this](const std::vector<Chooser::Choice>& choices) {
-            const Chooser::Choice& choice = choices.front();
-            openPaths(
-                {choice.isSequence ? choice.info.rawFramePath(firstPresent(choice)) : choice.path});
-        });
-    if (!list()->model()->folder().isEmpty())
-        chooser->setFolder(list()->model()->folder());
-}
-
-void MainWindow::askForFolder() {
-    using Chooser = UI::FileChooserDialog;
-    auto* chooser = Chooser::open(
-        Chooser::OpenFolder, this, m_remembers ? QStringLiteral("open-folder") : QString(), {},
-        [this](const std::vector<Chooser::Choice>& choices) { openPaths({choices.front().path}); });
-    if (!list()->model()->folder().isEmpty())
-        chooser->setFolder(list()->model()->folder());
-}
-
-/** Reads the folder again, and the open sequence with it, since files may have come or changed. */
-void MainWindow::reload() {
-    const Sequence open = m_session.sequence();
-    const Base::Time at = m_session.model()->currentTime();
-    list()->reload();
-    if (open.isEmpty() || open.folder() != list()->model()->folder().toStdString())
-        return;
-    const int row = list()->model()->rowOfFile(open.members().front().second);
-    if (row >= 0)
-        m_session.open(list()->model()->sequence(row), at);
 }
 
 } // namespace Kestrel::Workbench

@@ -17,6 +17,7 @@ class EventGraph;
 
 namespace Kestrel::Workbench {
 
+class FileMenu;
 class SequenceListPanel;
 class TimelinePanel;
 class ViewerPanel;
@@ -33,6 +34,7 @@ public:
     ~MainWindow() override;
 
     Session* session() { return &m_session; }
+    FileMenu* files() { return m_files; }
 
     // The panels, in a pane or not.
     SequenceListPanel* list();
@@ -51,9 +53,9 @@ public:
         they come up above it. */
     void openTools();
 
-    /** Lists the first of these folders and files and opens its sequence, or its first one; the
-        other folders are offered in the list's path field. Absolute paths in the bytes of the file
-        system. */
+    /** Lists the first of these folders and files and opens its sequence, or its first one, as soon as
+        the disk has told; the folders among them are offered beside the list. Absolute paths in the
+        bytes of the file system; those of other machines are mapped to this one. */
     void openPaths(const QList<QByteArray>& paths);
 
     /** Of the whole application. */
@@ -70,7 +72,6 @@ private:
     void setUpPage(const QString& id, QWidget* page);
     void nameSequence();
     void makeStatusBar();
-    void makeFileMenu();
     void makeEditMenu();
     void makePlaybackMenu();
     void makeRepeatMenu(QMenu* menu);
@@ -78,12 +79,10 @@ private:
     void makeViewMenu();
     void makeToolsMenu();
     void makeHelpMenu();
-    void askForShot();
-    void askForFolder();
-    void reload();
 
     Session m_session;
     HelpDesk m_help;
+    FileMenu* m_files = nullptr;
     QPointer<UI::EventGraph> m_profiler; // once it was opened
     Theme m_theme;
     bool m_remembers = false;

@@ -12,12 +12,16 @@
 #include <QFile>
 #include <QGuiApplication>
 
+#include <chrono>
 #include <cstdio>
 #include <string>
 
 namespace Kestrel::Workbench {
 
 namespace {
+
+/** For the disk to say that something is not there; the list says the rest. */
+constexpr std::chrono::milliseconds patience(2000);
 
 const char* programName = "kxui-workbench";
 
@@ -55,7 +59,7 @@ int endAt(const CommandLine& line) {
 bool readPaths(const CommandLine& line, int argc, char** argv, QList<QByteArray>* paths) {
     for (const QString& path : line.paths) {
         const std::string bytes = absolutePath(argumentBytes(path, argc, argv));
-        if (!pathExists(bytes)) {
+        if (isMissing(bytes, patience)) {
             complain(WrongUse, QStringLiteral("there is no file or folder \"%1\"").arg(path));
             return false;
         }

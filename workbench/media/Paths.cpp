@@ -3,7 +3,10 @@
 #include <KxUI/files/filename.h>
 
 #include <filesystem>
+#include <future>
+#include <memory>
 #include <system_error>
+#include <thread>
 #include <vector>
 
 namespace Kestrel::Workbench {
@@ -39,9 +42,16 @@ std::string absolutePath(const std::string& path) {
     return clean;
 }
 
-bool pathExists(const std::string& path) {
-    std::error_code error;
-    return std::filesystem::exists(path, error);
+bool isMissing(const std::string& path, std::chrono::milliseconds patience) {
+    const auto promise = std::make_shared<std::promise<bool>>();
+    std::future<bool> answer = promise->get_future();
+    // Left to itself when it does not come back.
+    std::thread([path, promise] {
+        std::error_code error;
+        const auto status = std::filesystem::status(path, error);
+        promise->set_value(status.type() == std::filesystem::file_type::not_found);
+    }).detach();
+    return answer.wait_for(patience) == std::future_status::ready && answer.get();
 }
 
 bool isFolder(const std::string& path) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <string>
 
 namespace Kestrel::Workbench {
@@ -20,8 +21,10 @@ std::string fileNameOf(const std::string& path);
     current folder, without `.`, `..` and a closing slash. */
 std::string absolutePath(const std::string& path);
 
-/** Whether there is anything, or a folder, of this path. */
-bool pathExists(const std::string& path);
+/** Whether there is nothing of this path, for sure: not where the disk does not answer in time. */
+bool isMissing(const std::string& path, std::chrono::milliseconds patience);
+
+/** Whether there is a folder of this path. Takes as long as the disk does. */
 bool isFolder(const std::string& path);
 
 } // namespace Kestrel::Workbench

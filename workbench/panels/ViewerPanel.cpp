@@ -1,12 +1,15 @@
 #include "panels/ViewerPanel.h"
 
+#include "media/DroppedPaths.h"
 #include "panels/ViewerCanvas.h"
 #include "play/Session.h"
 
 #include <KxUI/kit/VerticalLayout.h>
 
+#include <QDropEvent>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QMimeData>
 
 namespace Kestrel::Workbench {
 
@@ -18,6 +21,7 @@ ViewerPanel::ViewerPanel(Session* session, QWidget* parent)
     , m_pixel(new QLabel)
     , m_facts(new QLabel) {
     setObjectName(QStringLiteral("ViewerPanel"));
+    setAcceptDrops(true);
     m_patience.setSingleShot(true);
     m_patience.setInterval(200);
     m_pixel->setAccessibleName(tr("Pixel under the pointer"));
@@ -48,6 +52,22 @@ ViewerPanel::ViewerPanel(Session* session, QWidget* parent)
     m_canvas->setPaintTrack(session->profiling()->paintTrack());
     m_canvas->setHint(tr("Open a sequence from the list: double click it or press Return."));
     showFrame();
+}
+
+void ViewerPanel::dragEnterEvent(QDragEnterEvent* event) {
+    if (droppedPaths(*event->mimeData()).isEmpty())
+        return;
+    event->setDropAction(Qt::CopyAction);
+    event->accept();
+}
+
+void ViewerPanel::dropEvent(QDropEvent* event) {
+    const QList<QByteArray> paths = droppedPaths(*event->mimeData());
+    if (paths.isEmpty())
+        return;
+    event->setDropAction(Qt::CopyAction);
+    event->accept();
+    emit pathsDropped(paths);
 }
 
 void ViewerPanel::showFrame() {

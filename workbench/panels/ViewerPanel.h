@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QByteArray>
+#include <QList>
 #include <QTimer>
 #include <QWidget>
 
@@ -17,6 +19,14 @@ class ViewerPanel : public QWidget {
 public:
     /** @param session  borrowed; outlives the panel */
     explicit ViewerPanel(Session* session, QWidget* parent = nullptr);
+
+signals:
+    /** Files and folders were dropped on the viewer. */
+    void pathsDropped(const QList<QByteArray>& paths);
+
+protected:
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
 
 private:
     void showFrame();

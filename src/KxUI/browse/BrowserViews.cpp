@@ -20,6 +20,8 @@ namespace Kestrel::UI {
 namespace {
 
 constexpr int LeastNameWidth = 180;
+constexpr int TightNameWidth = 110;
+constexpr int TightWidth = 480; // of a list in which every pixel counts
 constexpr std::size_t RememberedNames = 10000;
 
 QScrollBar* barOf(const QAbstractItemView* view, bool isCompact) {
@@ -106,16 +108,6 @@ void BrowserViews::buildDetails(FileListModel* model) {
     header->setFirstSectionMovable(false);
     header->setMinimumSectionSize(40);
     header->setContextMenuPolicy(Qt::CustomContextMenu);
-    const QFontMetrics metrics(m_details->font());
-    const char* const widest[] = {"",
-                                  "1001-10000,10",
-                                  "Missing 00",
-                                  "\u2248 000.0 MB",
-                                  "Yesterday 00:00 xx",
-                                  "OpenEXR image, sequence"};
-    for (int column = FileListModel::Frames; column <= FileListModel::Type; ++column)
-        header->resizeSection(column, metrics.horizontalAdvance(QString::fromUtf8(widest[column])) +
-                                          4 * FileCellLayout::Margin);
     header->hideSection(FileListModel::Type);
     connect(header, &QWidget::customContextMenuRequested, this, &BrowserViews::showColumnMenu);
     connect(header, &QHeaderView::sectionMoved, this, &BrowserViews::columnsChanged);
@@ -125,6 +117,7 @@ void BrowserViews::buildDetails(FileListModel* model) {
             return;
         if (column == FileListModel::Name)
             m_nameWidth = width;
+        m_isUsersWidth = true;
         fitNames();
         Q_EMIT columnsChanged();
     });
@@ -342,14 +335,45 @@ void BrowserViews::recall(const BrowserMemory& memory) {
     fitNames();
 }
 
+/** Widths of the columns until the user gives them others: of what they hold as a rule, or, in a
+    narrow pane, of what they cannot do without. */
+void BrowserViews::fitColumns() {
+    QHeaderView* const header = m_details->header();
+    const QFontMetrics metrics(m_details->font());
+    struct Widest {
+        const char* text;
+        const char* tight;
+    };
+    const Widest widest[] = {{"", ""},
+                             {"1001-10000,10", "1001-10000"},
+                             {"Missing 00", "Missing"},
+                             {"\u2248 000.0 MB", "\u2248 000.0 MB"},
+                             {"Yesterday 00:00 xx", "00/00/00 00:00"},
+                             {"OpenEXR image, sequence", "OpenEXR image"}};
+    const bool isTight = m_details->viewport()->width() < TightWidth;
+    const int margins = (isTight ? 2 : 4) * FileCellLayout::Margin;
+    m_isFitting = true;
+    for (int column = FileListModel::Frames; column <= FileListModel::Type; ++column) {
+        const char* const text = isTight ? widest[column].tight : widest[column].text;
+        if (!header->isSectionHidden(column))
+            header->resizeSection(column,
+                                  metrics.horizontalAdvance(QString::fromUtf8(text)) + margins);
+    }
+    m_isFitting = false;
+}
+
 void BrowserViews::fitNames() {
+    if (!m_isUsersWidth)
+        fitColumns();
     QHeaderView* const header = m_details->header();
     int others = 0;
     for (int column = FileListModel::Frames; column < FileListModel::ColumnCount; ++column)
         others += header->sectionSize(column);
     const int rest = m_details->viewport()->width() - others;
     m_isFitting = true;
-    header->resizeSection(FileListModel::Name, std::max({LeastNameWidth, m_nameWidth, rest}));
+    const bool isTight = m_details->viewport()->width() < TightWidth;
+    const int least = isTight ? TightNameWidth : LeastNameWidth;
+    header->resizeSection(FileListModel::Name, std::max({least, m_nameWidth, rest}));
     m_isFitting = false;
 }
 
@@ -362,13 +386,18 @@ void BrowserViews::showColumnMenu(const QPoint& at) {
             menu->addAction(m_model->headerData(column, Qt::Horizontal).toString());
         action->setCheckable(true);
         action->setChecked(!header->isSectionHidden(column));
-        connect(action, &QAction::toggled, this, [this, header, column](bool isShown) {
-            header->setSectionHidden(column, !isShown);
-            fitNames();
-            Q_EMIT columnsChanged();
-        });
+        connect(action, &QAction::toggled, this,
+                [this, column](bool isShown) { setColumnShown(column, isShown); });
     }
     menu->popup(header->mapToGlobal(at));
+}
+
+void BrowserViews::setColumnShown(int column, bool shown) {
+    m_isFitting = true;
+    m_details->header()->setSectionHidden(column, !shown);
+    m_isFitting = false;
+    fitNames();
+    Q_EMIT columnsChanged();
 }
 
 bool BrowserViews::eventFilter(QObject* watched, QEvent* event) {

@@ -56,6 +56,7 @@ public:
     /** The columns of the details, and by which of them rows are in order. */
     void remember(BrowserMemory& memory) const;
     void recall(const BrowserMemory& memory);
+    void setColumnShown(int column, bool shown);
 
     /** Gives the names what the other columns leave. */
     void fitNames();
@@ -86,6 +87,7 @@ private:
     void dropAnchor();
     void weigh();
     void tellRows();
+    void fitColumns();
     void showColumnMenu(const QPoint& at);
 
     FileListModel* const m_model;
@@ -102,7 +104,8 @@ private:
     int m_rowHeight = 0; // that was seen last
     bool m_isWeighing = false;
     bool m_isFitting = false;
-    int m_nameWidth = 0; // that the user gave
+    bool m_isUsersWidth = false; // of a column
+    int m_nameWidth = 0;         // that the user gave
 };
 
 } // namespace Kestrel::UI

@@ -62,6 +62,22 @@ QString FileBrowser::folderText() const {
     return decodedName(d->state.folder());
 }
 
+bool FileBrowser::isListed() const {
+    const FileGatherer* const gatherer = d->model->gatherer();
+    const auto listing = d->model->listing();
+    return !folder().isEmpty() && !gatherer->isGathering() && gatherer->directory() == folder() &&
+           listing == gatherer->listing() && listing->state() != FileListing::State::Empty;
+}
+
+QAction* FileBrowser::action(Command command) const {
+    const FileBrowserPrivate::Actions& all = d->actions;
+    QAction* const actions[] = {all.back,     all.forward,   all.up,       all.home,
+                                all.refresh,  all.stop,      all.path,     all.filter,
+                                all.favorite, all.newFolder, all.rename,   all.hidden,
+                                all.frames,   all.views[0],  all.views[1], all.views[2]};
+    return command >= Back && command <= ShowThumbnails ? actions[command] : nullptr;
+}
+
 std::vector<FileInfo> FileBrowser::selection() const {
     std::vector<FileInfo> files;
     const auto listing = d->model->listing();
@@ -110,6 +126,17 @@ void FileBrowser::setViewMode(ViewMode mode) {
     d->viewButton->setIcon(d->actions.views[mode]->icon());
     d->rememberSoon();
     Q_EMIT viewModeChanged(mode);
+}
+
+bool FileBrowser::isColumnShown(int column) const {
+    return column >= FileListModel::Name && column < FileListModel::ColumnCount &&
+           !d->views->details()->isColumnHidden(column);
+}
+
+void FileBrowser::setColumnShown(int column, bool shown) {
+    KXUI_INTERFACE_THREAD(this);
+    if (column > FileListModel::Name && column < FileListModel::ColumnCount)
+        d->views->setColumnShown(column, shown);
 }
 
 bool FileBrowser::showsFiles() const {
@@ -184,6 +211,19 @@ void FileBrowser::setSettingsKey(const QString& key) {
     d->recall();
     if (self)
         Q_EMIT settingsChanged();
+}
+
+PathRemap FileBrowser::pathRemap() const {
+    return d->remap;
+}
+
+void FileBrowser::setPathRemap(const PathRemap& remap) {
+    KXUI_INTERFACE_THREAD(this);
+    d->remap = remap;
+    d->path->setExpander([remap](const QString& text) {
+        const PathRemap::Result mapped = remap.map(viewOf(encodedName(text)));
+        return mapped.rule < 0 ? text : decodedName(bytesOf(mapped.path));
+    });
 }
 
 void FileBrowser::setThumbnailSource(std::shared_ptr<IThumbnailSource> source) {
@@ -304,6 +344,20 @@ void FileBrowser::focusFilter() {
 void FileBrowser::resizeEvent(QResizeEvent* event) {
     QWidget::resizeEvent(event);
     d->arrangeSide();
+    d->arrangeTop();
+}
+
+bool FileBrowser::event(QEvent* event) {
+    // What the parts leave over. A key that the window has as well would be nobody's, so it is asked
+    // for before anyone looks for shortcuts.
+    if (event->type() == QEvent::ShortcutOverride &&
+        d->actionOf(*static_cast<QKeyEvent*>(event)) != nullptr) {
+        event->accept();
+        return true;
+    }
+    if (event->type() == QEvent::KeyPress && d->trigger(*static_cast<QKeyEvent*>(event)))
+        return true;
+    return QWidget::event(event);
 }
 
 bool FileBrowser::eventFilter(QObject* watched, QEvent* event) {

@@ -3,6 +3,7 @@
 #include <KxUI/Export.h>
 #include <KxUI/browse/IThumbnailSource.h>
 #include <KxUI/files/FileInfo.h>
+#include <KxUI/files/PathRemap.h>
 
 #include <QAbstractItemView>
 #include <QList>
@@ -14,6 +15,7 @@
 #include <memory>
 #include <vector>
 
+class QAction;
 class QMenu;
 
 namespace Kestrel::UI {
@@ -41,10 +43,13 @@ class FileListModel;
     letters go to the next name that begins with them, `/` and `~` begin to edit the path, Ctrl+C
     copies the paths, Ctrl+V goes to a path that was copied. Escape takes one step back: it ends
     renaming or editing, clears the filter, stops the reading; what is left of it goes to the window.
-    Interface thread. */
+    While the keyboard is in the browser these keys are its own, also where the window has actions of
+    the same ones; give those of action() others where that is not wanted. Letters are the window's,
+    but for those that go on with a name. Interface thread. */
 class KXUI_EXPORT FileBrowser : public QWidget {
     Q_OBJECT
     Q_PROPERTY(QByteArray folder READ folder WRITE setFolder NOTIFY folderChanged)
+    Q_PROPERTY(bool listed READ isListed NOTIFY listedChanged)
     Q_PROPERTY(ViewMode viewMode READ viewMode WRITE setViewMode NOTIFY viewModeChanged)
     Q_PROPERTY(bool showsFiles READ showsFiles WRITE setShowsFiles NOTIFY settingsChanged)
     Q_PROPERTY(bool showsHidden READ showsHidden WRITE setShowsHidden NOTIFY settingsChanged)
@@ -67,6 +72,27 @@ public:
     };
     Q_ENUM(ViewMode)
 
+    /** What the user can do, by keys, buttons and menus. */
+    enum Command {
+        Back,           ///< back()
+        Forward,        ///< forward()
+        Up,             ///< up()
+        Home,           ///< home()
+        Refresh,        ///< refresh()
+        Stop,           ///< stop()
+        EditPath,       ///< focusPath()
+        Filter,         ///< focusFilter()
+        ToggleFavorite, ///< makes the folder a favourite, or no longer one
+        NewFolder,      ///< newFolder()
+        Rename,         ///< renameSelected()
+        ShowHidden,     ///< setShowsHidden(); can be checked, as those that follow
+        ShowFrames,     ///< the opposite of setFoldsSequences()
+        ShowDetails,    ///< setViewMode()
+        ShowCompact,    ///< setViewMode()
+        ShowThumbnails  ///< setViewMode()
+    };
+    Q_ENUM(Command)
+
     /** Without a folder until one is set. */
     explicit FileBrowser(QWidget* parent = nullptr);
     ~FileBrowser() override;
@@ -75,6 +101,14 @@ public:
     QByteArray folder() const;
     /** The same as text. */
     QString folderText() const;
+
+    /** Whether all of folder() was read and is seen, or its reading has ended otherwise:
+        model()->listing() tells. */
+    bool isListed() const;
+
+    /** What the user can do, for menus and buttons of the host, and to give it other keys. The browser
+        owns it; text, tool tip and state are its business. */
+    QAction* action(Command command) const;
 
     /** What is selected, in the order of the list. */
     std::vector<Kestrel::UI::FileInfo> selection() const;
@@ -96,6 +130,11 @@ public:
     /** How rows are shown; at first Details. */
     ViewMode viewMode() const;
     void setViewMode(ViewMode mode);
+
+    /** Whether Details has a column, a FileListModel::Column; the names are always there. The user can
+        change it, and settingsKey() remembers it. */
+    bool isColumnShown(int column) const;
+    void setColumnShown(int column, bool shown);
 
     /** Whether files are listed at all; off for choosing folders. At first on. */
     bool showsFiles() const;
@@ -126,6 +165,11 @@ public:
         splitter and switches are remembered, and read from now; empty for nowhere, as at first. */
     QString settingsKey() const;
     void setSettingsKey(const QString& key);
+
+    /** How paths of other machines become ours: what is typed, copied from elsewhere, or a place. At
+        first they stay as they are. What a host sets is never changed. */
+    PathRemap pathRemap() const;
+    void setPathRemap(const Kestrel::UI::PathRemap& remap);
 
     /** Where Thumbnails has its pictures from; null for none. */
     void setThumbnailSource(std::shared_ptr<Kestrel::UI::IThumbnailSource> source);
@@ -180,6 +224,8 @@ public Q_SLOTS:
 Q_SIGNALS:
     /** folder() is another one; its rows may still be coming. */
     void folderChanged(const QByteArray& folder);
+    /** isListed() is another. It is off while a folder is read, also when that is for new files. */
+    void listedChanged(bool listed);
     /** selection() is another one. */
     void selectionChanged();
     /** A file or a sequence was chosen by a double click or Return. */
@@ -192,6 +238,7 @@ Q_SIGNALS:
     void settingsChanged();
 
 protected:
+    bool event(QEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
 

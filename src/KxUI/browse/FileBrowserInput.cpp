@@ -19,15 +19,23 @@
 #include <QMimeData>
 #include <QToolButton>
 
+#include <algorithm>
+
 namespace Kestrel::UI {
 
 bool FileBrowserPrivate::filterEvent(QObject* watched, QEvent* event) {
     const bool isView = watched == views->current();
     const bool isRows = watched == views->current()->viewport();
     switch (event->type()) {
+    case QEvent::ShortcutOverride:
+        if (!isView || !isRowsKey(*static_cast<QKeyEvent*>(event)))
+            return false;
+        event->accept();
+        return true;
     case QEvent::KeyPress:
         if (isView)
-            return pressKey(*static_cast<QKeyEvent*>(event));
+            return trigger(*static_cast<QKeyEvent*>(event)) ||
+                   pressKey(*static_cast<QKeyEvent*>(event));
         if (watched == filter && static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape &&
             filter->text().isEmpty()) {
             area->setFocus(Qt::OtherFocusReason);
@@ -40,8 +48,12 @@ bool FileBrowserPrivate::filterEvent(QObject* watched, QEvent* event) {
     case QEvent::DragMove:
         return isRows && dragOver(*event);
     case QEvent::Drop:
-        if (isRows)
-            drop(*static_cast<QDropEvent*>(event));
+        if (isRows) {
+            auto& dropped = *static_cast<QDropEvent*>(event);
+            dropped.setDropAction(Qt::CopyAction);
+            dropped.accept();
+            drop(dropped);
+        }
         return isRows;
     default:
         return false;
@@ -54,6 +66,50 @@ bool FileBrowserPrivate::pressMouse(const QMouseEvent& event) {
     else if (event.button() == Qt::ForwardButton)
         q->forward();
     return event.button() == Qt::BackButton || event.button() == Qt::ForwardButton;
+}
+
+QAction* FileBrowserPrivate::actionOf(const QKeyEvent& event) const {
+    const QKeySequence keys(event.key() |
+                            static_cast<int>(event.modifiers() & ~Qt::KeypadModifier));
+    const QList<QAction*> all = q->actions();
+    const auto found = std::find_if(all.begin(), all.end(), [&](const QAction* action) {
+        return action->isEnabled() && action->shortcuts().contains(keys);
+    });
+    return found == all.end() ? nullptr : *found;
+}
+
+bool FileBrowserPrivate::trigger(const QKeyEvent& event) {
+    QAction* const action = actionOf(event);
+    if (action)
+        action->trigger();
+    return action != nullptr;
+}
+
+/** What the list takes before a window that has a shortcut of the same key: what moves in it, and
+    letters that go on with a name. */
+bool FileBrowserPrivate::isRowsKey(const QKeyEvent& event) const {
+    const Qt::KeyboardModifiers held = event.modifiers() & ~Qt::KeypadModifier;
+    if (event.matches(QKeySequence::Copy) || event.matches(QKeySequence::Paste))
+        return true;
+    if ((held & ~Qt::ShiftModifier) != 0)
+        return false;
+    switch (event.key()) {
+    case Qt::Key_Left:
+    case Qt::Key_Right:
+        return views->mode() != FileBrowser::Details;
+    case Qt::Key_Home:
+    case Qt::Key_End:
+    case Qt::Key_Up:
+    case Qt::Key_Down:
+    case Qt::Key_PageUp:
+    case Qt::Key_PageDown:
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+    case Qt::Key_Backspace:
+        return true;
+    default:
+        return !event.text().isEmpty() && event.text().front().isPrint() && ahead.isActive(now());
+    }
 }
 
 bool FileBrowserPrivate::pressKey(QKeyEvent& event) {

@@ -5,6 +5,7 @@
 #include <KxUI/browse/FavoritesModel.h>
 #include <KxUI/browse/FavoritesView.h>
 #include <KxUI/browse/PathBar.h>
+#include <KxUI/files/RawName_p.h>
 #include <KxUI/kit/IconFactory.h>
 #include <KxUI/values/SearchField.h>
 
@@ -26,6 +27,8 @@ namespace {
 constexpr int FilterWidth = 170;
 constexpr int Gap = 4;
 constexpr int NarrowWidth = 640;
+constexpr int OneRowWidth = 480;
+constexpr int LeastFilterWidth = 60;
 constexpr int UsualSide = 170;
 
 } // namespace
@@ -147,10 +150,12 @@ QToolButton* FileBrowserPrivate::addButton(QBoxLayout* row, QAction* action) {
 }
 
 void FileBrowserPrivate::buildTop() {
-    auto* const top = new QHBoxLayout;
+    top = new QHBoxLayout;
     top->setContentsMargins(Gap, Gap, Gap, Gap);
     top->setSpacing(Gap / 2);
+    second = new QHBoxLayout;
     static_cast<QBoxLayout*>(q->layout())->addLayout(top);
+    static_cast<QBoxLayout*>(q->layout())->addLayout(second);
     sideButton = addButton(top, actions.side);
     for (QAction* const action : {actions.back, actions.forward, actions.up})
         addButton(top, action);
@@ -204,6 +209,11 @@ void FileBrowserPrivate::connectParts() {
     FileGatherer* const gatherer = model->gatherer();
     QObject::connect(gatherer, &FileGatherer::waiting, q, soon);
     QObject::connect(gatherer, &FileGatherer::gatheringChanged, q, soon);
+    // A reading may be over before anyone looks.
+    QObject::connect(gatherer, &FileGatherer::gatheringChanged, q, [this](bool isGathering) {
+        if (isGathering)
+            tellListed(false);
+    });
     QObject::connect(gatherer, &FileGatherer::settingsChanged, q, [this] {
         showActions();
         rememberSoon();
@@ -220,8 +230,9 @@ void FileBrowserPrivate::connectParts() {
     QObject::connect(path, &PathBar::fileEntered, q, [this](const QByteArray& wanted) {
         goFrom(parentOf(wanted), wanted.mid(wanted.lastIndexOf('/') + 1));
     });
-    QObject::connect(favorites, &FavoritesView::placeActivated, q,
-                     [this](const QByteArray& wanted) { goFrom(wanted, {}); });
+    QObject::connect(
+        favorites, &FavoritesView::placeActivated, q,
+        [this](const QByteArray& wanted) { goFrom(bytesOf(remap.map(viewOf(wanted)).path), {}); });
     QObject::connect(filter, &SearchField::searchChanged, q, [this](const QString& text) {
         state.dropWish();
         model->setSearchText(text);
@@ -279,6 +290,24 @@ void FileBrowserPrivate::arrangeSide() {
     const int side = sideWidth > 0 ? sideWidth : UsualSide;
     if (isShown)
         splitter->setSizes({side, std::max(0, q->width() - side)});
+}
+
+// A pane of a host may be so narrow that path and filter have a row each.
+void FileBrowserPrivate::arrangeTop() {
+    const bool isNarrowest = q->width() < OneRowWidth;
+    if (isNarrowest == (second->count() > 0))
+        return;
+    if (isNarrowest) {
+        top->removeWidget(filter);
+        second->addWidget(filter);
+        filter->setMinimumWidth(LeastFilterWidth);
+        filter->setMaximumWidth(QWIDGETSIZE_MAX);
+    } else {
+        second->removeWidget(filter);
+        top->insertWidget(top->indexOf(viewButton), filter);
+        filter->setFixedWidth(FilterWidth);
+    }
+    second->setContentsMargins(isNarrowest ? QMargins(Gap, 0, Gap, Gap) : QMargins());
 }
 
 } // namespace Kestrel::UI

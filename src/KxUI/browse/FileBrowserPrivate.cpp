@@ -17,6 +17,7 @@
 #include <QToolButton>
 
 #include <algorithm>
+#include <utility>
 
 namespace Kestrel::UI {
 namespace {
@@ -155,7 +156,9 @@ void FileBrowserPrivate::gather(const QByteArray& folder) {
     if (!self)
         return;
     isRestoring = false;
-    Q_EMIT q->folderChanged(folder);
+    tellListed(false);
+    if (self)
+        Q_EMIT q->folderChanged(folder);
     if (self && hadRows)
         Q_EMIT q->selectionChanged();
     if (self)
@@ -204,6 +207,12 @@ void FileBrowserPrivate::look() {
     showFace();
     showActions();
     showStatus();
+    tellListed(q->isListed());
+}
+
+void FileBrowserPrivate::tellListed(bool isListed) {
+    if (std::exchange(toldListed, isListed) != isListed)
+        Q_EMIT q->listedChanged(isListed);
 }
 
 // True where that began something else to look at.

@@ -17,6 +17,7 @@ class QAction;
 class QBoxLayout;
 class QComboBox;
 class QDropEvent;
+class QHBoxLayout;
 class QKeyEvent;
 class QLabel;
 class QMouseEvent;
@@ -58,6 +59,7 @@ public:
     void buildSide();
     void connectViews();
     void arrangeSide();
+    void arrangeTop();
     QToolButton* addButton(QBoxLayout* row, QAction* action);
     QAction* addAction(const char* icon, const QString& text, const QList<QKeySequence>& keys,
                        std::function<void()> run);
@@ -74,6 +76,7 @@ public:
     void goToFile();
     void followWish();
     void showFace();
+    void tellListed(bool isListed);
     void showActions();
     void showStatus();
     std::vector<BrowserNoticeBox::Choice> choices(BrowserNotice notice);
@@ -88,6 +91,9 @@ public:
     // FileBrowserInput.cpp
     bool filterEvent(QObject* watched, QEvent* event);
     bool pressKey(QKeyEvent& event);
+    bool isRowsKey(const QKeyEvent& event) const;
+    QAction* actionOf(const QKeyEvent& event) const;
+    bool trigger(const QKeyEvent& event);
     bool typeAhead(const QString& text);
     bool escape();
     void open(const QModelIndex& index);
@@ -127,6 +133,7 @@ public:
     QTimer memorize;                         ///< until what is remembered is written
     std::optional<BrowserTexts::Sum> rowSum; ///< none after rows have changed
     bool isLooking = false;
+    bool toldListed = false; ///< FileBrowser::isListed()
     bool areRowsLeaving = false;
     bool isRecalling = false;
     bool isRestoring = false; ///< what is selected is not the user's doing
@@ -138,6 +145,8 @@ public:
     SearchField* filter = nullptr;
     FavoritesView* favorites = nullptr;
     QSplitter* splitter = nullptr;
+    QHBoxLayout* top = nullptr;
+    QHBoxLayout* second = nullptr; ///< for what has no room in the first row
     QLabel* status = nullptr;
     QComboBox* kinds = nullptr;
     QToolButton* viewButton = nullptr;
@@ -175,6 +184,7 @@ public:
 
     QStringList nameFilters;
     QString settingsKey;
+    PathRemap remap;
     std::function<void(QMenu&, const std::vector<FileInfo>&)> menuHook;
 };
 

@@ -3,6 +3,7 @@
 #include <KxUI/browse/BusyMark_p.h>
 #include <KxUI/browse/PathMime_p.h>
 #include <KxUI/files/FileManager.h>
+#include <KxUI/files/RawName_p.h>
 #include <KxUI/files/platform/Platform_p.h>
 
 #include <QAccessible>
@@ -11,6 +12,7 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMimeData>
 
 #include <utility>
 
@@ -116,9 +118,12 @@ void PathBarPrivate::takeAnswer(const PathText::Meaning& meaning, const PathFoun
 
 bool PathBarPrivate::take(const QMimeData& data) {
     const std::vector<QByteArray> paths = PathMime::pathsOf(data);
-    if (paths.empty())
+    const QString text = paths.empty() ? data.text().trimmed() : decodedName(paths.front());
+    const QString expanded = expander && !text.isEmpty() ? expander(text) : text;
+    if (paths.empty() && expanded == text)
         return false;
-    const PathText::Meaning meaning = PathText::meaningOf(paths.front(), place());
+    const PathText::Meaning meaning = expanded == text ? PathText::meaningOf(paths.front(), place())
+                                                       : PathText::meaningOf(expanded, {}, place());
     if (meaning)
         look(meaning);
     return static_cast<bool>(meaning);
