@@ -8,19 +8,18 @@
 #include <KxUI/eventgraph/EventUserDataString.h>
 #include <KxUI/settings/AppSettings.h>
 #include <support/Columns.h>
+#include <support/Faults.h>
 #include <support/TestRegistry.h>
 
 #include <array>
 #include <random>
-#include <sched.h>
-#include <signal.h>
-#include <sys/mount.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 using namespace Kestrel::UI;
+using Kestrel::Test::inChild;
+using Kestrel::Test::limitFiles;
+using Kestrel::Test::mountDisk;
 
 namespace {
 
@@ -70,32 +69,8 @@ struct Workspace : DockMainWindow {
     }
 };
 
-// What may go wrong around a process. Where no disk may be mounted, the nearest thing to it is
-// used.
-
-void limitFiles(rlim_t bytes, bool deadly) {
-    ::signal(SIGXFSZ, deadly ? SIG_DFL : SIG_IGN);
-    const rlimit none{0, 0}, size{bytes, bytes};
-    ::setrlimit(RLIMIT_CORE, &none);
-    ::setrlimit(RLIMIT_FSIZE, &size);
-}
-
-/** A small disk, which the end of this process takes away, in place of a folder. */
-bool mountDisk(const QString& folder) {
-    return ::unshare(CLONE_NEWNS) == 0 &&
-           ::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
-           ::mount("none", QFile::encodeName(folder), "tmpfs", 0, "size=256k") == 0;
-}
-
 void fillDisk(const Subject& subject, int pagesLeft) {
-    if (!mountDisk(subject.folder()))
-        return limitFiles(rlim_t(pagesLeft) * 4096, false);
-    subject.save(Old);
-    QFile ballast(subject.folder() + "/ballast");
-    ballast.open(QIODevice::WriteOnly | QIODevice::Unbuffered);
-    while (ballast.write(QByteArray(4096, 'x')) == 4096) {
-    }
-    ballast.resize(ballast.size() - pagesLeft * 4096);
+    Kestrel::Test::fillDisk(subject.folder(), pagesLeft, [&] { subject.save(Old); });
 }
 
 void forbidWriting(const Subject& subject, int) {
@@ -115,21 +90,6 @@ void mountForReading(const Subject& subject, int) {
 
 void limitBytes(const Subject&, int bytes) {
     limitFiles(rlim_t(bytes), false);
-}
-
-/** Runs `work` in a copy of this process; returns how that ended, as waitpid() tells it. */
-template <class Work>
-int inChild(Work work, int killAfterUs = -1) {
-    const pid_t child = ::fork();
-    if (child == 0)
-        ::_exit(int(work()));
-    if (killAfterUs >= 0) {
-        ::usleep(useconds_t(killAfterUs));
-        ::kill(child, SIGKILL);
-    }
-    int status = -1;
-    ::waitpid(child, &status, 0);
-    return status;
 }
 
 using Fault = void (*)(const Subject&, int);
