@@ -203,9 +203,10 @@ ScopeModel::Parts ScopeModel::requiredParts() const {
     return m->need().parts;
 }
 
-void ScopeModel::find(const QObject* who, const ScopeSelection& wanted) {
+void ScopeModel::find(const QObject* who, const ScopeSelection& wanted,
+                      const QRect& fullFramePixels) {
     KXUI_INTERFACE_THREAD(this);
-    m->find(who, wanted);
+    m->find(who, wanted, fullFramePixels);
 }
 
 quint64 ScopeModel::passCount() const {

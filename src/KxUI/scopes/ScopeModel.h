@@ -117,16 +117,20 @@ public:
     /** Whether result() belongs to all that is set and needed: no pass waits or runs. */
     bool isCurrent() const;
 
-    /** A view that is seen needs these parts, until it asks for other ones; no parts: none. The
-        ranges of the latest who asked hold for all. Forgotten when `who` is destroyed. */
+    /** A view that is seen needs these parts, until it asks for other ones; no parts: none. Where
+        several ask for ranges, one is counted that covers them all, with the smallest of their bins as
+        far as ValueRange allows; rows instead of columns, and the limits of luma, are those of the
+        latest who asked. Forgotten when `who` is destroyed. */
     void require(const QObject* who, Parts parts, const WaveformRange& waveform = WaveformRange(),
                  const VectorRange& vectors = VectorRange());
     /** What all who asked need. */
     Parts requiredParts() const;
 
-    /** Looks for the first pixel of the picture that is chosen, from the upper left, and tells `who`
-        by found(); a later search ends this one. */
-    void find(const QObject* who, const ScopeSelection& wanted);
+    /** Looks for the first pixel that is chosen, from the upper left, among those that are counted,
+        or those of them in a part of the full frame, and tells `who` by found(); a later search ends
+        this one. */
+    void find(const QObject* who, const ScopeSelection& wanted,
+              const QRect& fullFramePixels = QRect());
 
     /** Passes that have begun so far. */
     quint64 passCount() const;

@@ -4,6 +4,7 @@
 #include <QThread>
 
 #include <algorithm>
+#include <cmath>
 #include <utility>
 
 namespace Kestrel::UI {
@@ -13,9 +14,42 @@ constexpr int MostThreads = 4;
 constexpr int StuckAfter = 2000; // milliseconds
 // More than this many hang in transforms: nothing is to be expected of the next one either.
 constexpr std::size_t MostLeft = 3;
+constexpr int MostSharedBins = 2048;
 
 int threads() {
     return std::clamp(QThread::idealThreadCount(), 1, MostThreads);
+}
+
+// A range that covers both, with the bins of one of them where they will do: those of codes stay on
+// their codes.
+ValueRange united(const ValueRange& a, const ValueRange& b) {
+    const auto covers = [](const ValueRange& range, const ValueRange& other) {
+        return range.lower <= other.lower && range.upper >= other.upper &&
+               range.scale() >= other.scale();
+    };
+    if (covers(a, b))
+        return a;
+    if (covers(b, a))
+        return b;
+    ValueRange both{std::min(a.lower, b.lower), std::max(a.upper, b.upper), 1};
+    const double bins = double(both.upper - both.lower) * double(std::max(a.scale(), b.scale()));
+    both.bins = int(std::clamp(std::ceil(bins), 1.0, double(MostSharedBins)));
+    return both;
+}
+
+WaveformRange united(const WaveformRange& a, const WaveformRange& b, bool laterIsB) {
+    WaveformRange both = laterIsB ? b : a;
+    both.channels = a.channels | b.channels;
+    both.values = united(a.values, b.values);
+    both.chroma = united(a.chroma, b.chroma);
+    both.mostColumns = std::max(a.mostColumns, b.mostColumns);
+    return both;
+}
+
+VectorRange united(const VectorRange& a, const VectorRange& b, bool laterIsB) {
+    VectorRange both = laterIsB ? b : a;
+    both.chroma = united(a.chroma, b.chroma);
+    return both;
 }
 
 } // namespace
@@ -100,6 +134,15 @@ void ScopeModel::Private::submit() {
     m_worker->submit(std::move(job));
 }
 
+ScopeRegion ScopeModel::Private::countedRegion() const {
+    ScopeRegion counted = image.frame();
+    if (!region.isNull())
+        counted = counted.intersected({region.x(), region.y(), region.width(), region.height()});
+    if (row >= 0)
+        counted = counted.intersected({counted.left, row, counted.width, 1});
+    return counted;
+}
+
 ScopeRequest ScopeModel::Private::request() const {
     ScopeRequest request;
     request.parts = int(m_submitted.parts);
@@ -109,13 +152,7 @@ ScopeRequest ScopeModel::Private::request() const {
     request.solid = solid;
     request.rowStep = interactive ? rowStep : 1;
     request.wholeFrame = region.isNull() && row < 0;
-    request.region = image.frame();
-    if (!region.isNull())
-        request.region =
-            request.region.intersected({region.x(), region.y(), region.width(), region.height()});
-    if (row >= 0)
-        request.region =
-            request.region.intersected({request.region.left, row, request.region.width, 1});
+    request.region = countedRegion();
     return request;
 }
 
@@ -178,23 +215,22 @@ void ScopeModel::Private::setNeed(const QObject* who, const Need& wanted) {
 
 ScopeModel::Private::Need ScopeModel::Private::need() const {
     Need all;
-    all.waveform.channels = 0;
     std::uint64_t waveformOrder = 0;
     std::uint64_t vectorsOrder = 0;
     for (const auto& [who, each] : m_needs) {
-        all.parts |= each.parts;
         if (each.parts & Waveform) {
-            const int channels = all.waveform.channels | each.waveform.channels;
-            if (each.order > waveformOrder) {
-                all.waveform = each.waveform;
-                waveformOrder = each.order;
-            }
-            all.waveform.channels = channels;
+            const bool first = !(all.parts & Waveform);
+            all.waveform = first ? each.waveform
+                                 : united(all.waveform, each.waveform, each.order > waveformOrder);
+            waveformOrder = std::max(waveformOrder, each.order);
         }
-        if ((each.parts & Vectors) && each.order > vectorsOrder) {
-            all.vectors = each.vectors;
-            vectorsOrder = each.order;
+        if (each.parts & Vectors) {
+            const bool first = !(all.parts & Vectors);
+            all.vectors =
+                first ? each.vectors : united(all.vectors, each.vectors, each.order > vectorsOrder);
+            vectorsOrder = std::max(vectorsOrder, each.order);
         }
+        all.parts |= each.parts;
     }
     return all;
 }
@@ -242,7 +278,8 @@ void ScopeModel::Private::takeSample() {
         setSample(delivery->sample);
 }
 
-void ScopeModel::Private::find(const QObject* who, const ScopeSelection& wanted) {
+void ScopeModel::Private::find(const QObject* who, const ScopeSelection& wanted,
+                               const QRect& within) {
     m_findsFor = who;
     if (!m_finder)
         m_finder = std::make_shared<ScopeWorker>(m_found, 1);
@@ -250,6 +287,10 @@ void ScopeModel::Private::find(const QObject* who, const ScopeSelection& wanted)
     job.serial = ++m_findSerial;
     job.image = image;
     job.request.encoding = encoding;
+    job.request.region = countedRegion();
+    if (!within.isNull())
+        job.request.region = job.request.region.intersected(
+            {within.x(), within.y(), within.width(), within.height()});
     job.find = wanted;
     m_finder->submit(std::move(job));
 }

@@ -42,7 +42,7 @@ struct ScopeModel::Private {
     void readSample();
     void takeSample();
 
-    void find(const QObject* who, const ScopeSelection& wanted);
+    void find(const QObject* who, const ScopeSelection& wanted, const QRect& within);
     void takeFound();
 
     ScopeModel& q;
@@ -65,6 +65,8 @@ struct ScopeModel::Private {
     std::uint64_t passes = 0;
 
 private:
+    /** What is counted, in full-frame pixels. */
+    ScopeRegion countedRegion() const;
     ScopeRequest request() const;
     void showNothing();
     void submit();

@@ -86,15 +86,28 @@ bool ScopeSelection::contains(const std::array<float, 3>& rgb,
 
 namespace {
 
-// Calls `visit(x, y)` for the pixels of the image that are chosen, row by row, until it says false.
+// The pixels of the image itself that a part of the full frame touches.
+ScopeRegion ownPixels(const ScopeImage& image, const ScopeRegion& region) {
+    const ScopeRegion part = image.frame().intersected(region);
+    const int proxy = std::max(image.proxy, 1);
+    const int left = (part.left - image.left) / proxy;
+    const int top = (part.top - image.top) / proxy;
+    const auto behind = [proxy](int edge) { return (edge + proxy - 1) / proxy; };
+    return {left, top, behind(part.left + part.width - image.left) - left,
+            behind(part.top + part.height - image.top) - top};
+}
+
+// Calls `visit(x, y)` for those of the image's pixels `from` that are chosen, row by row, until it
+// says false.
 template <class Visit>
 void visitChosen(const ScopeImage& image, const ScopeEncoding& encoding,
-                 const ScopeSelection& selection, Visit visit) {
+                 const ScopeSelection& selection, const ScopeRegion& from, Visit visit) {
     const PixelReader reader(image, encoding);
     const auto piece = std::make_unique<PixelPiece>();
-    for (int y = 0; y < image.height; ++y) {
-        for (int x = 0; x < image.usableWidth(); x += int(PixelPiece::Most)) {
-            const int count = std::min(image.usableWidth() - x, int(PixelPiece::Most));
+    const int end = std::min(from.left + from.width, image.usableWidth());
+    for (int y = from.top; y < from.top + from.height; ++y) {
+        for (int x = from.left; x < end; x += int(PixelPiece::Most)) {
+            const int count = std::min(end - x, int(PixelPiece::Most));
             reader.read(x, y, std::size_t(count), *piece);
             const ColorPlanes colors = piece->colors();
             for (std::size_t i = 0; i < piece->count; ++i) {
@@ -114,7 +127,7 @@ std::vector<std::uint8_t> selectionMask(const ScopeImage& image, const ScopeEnco
         return {};
     // The pixels that a row of V210 cannot tell stay in the mask, so that it has the image's size.
     std::vector<std::uint8_t> mask(std::size_t(image.width) * std::size_t(image.height));
-    visitChosen(image, encoding, selection, [&](int x, int y) {
+    visitChosen(image, encoding, selection, {0, 0, image.width, image.height}, [&](int x, int y) {
         mask[std::size_t(y) * std::size_t(image.width) + std::size_t(x)] = 255;
         return true;
     });
@@ -123,11 +136,17 @@ std::vector<std::uint8_t> selectionMask(const ScopeImage& image, const ScopeEnco
 
 std::optional<ScopeSample> findScopePixel(const ScopeImage& image, const ScopeEncoding& encoding,
                                           const ScopeSelection& selection) {
+    return findScopePixel(image, encoding, selection, image.frame());
+}
+
+std::optional<ScopeSample> findScopePixel(const ScopeImage& image, const ScopeEncoding& encoding,
+                                          const ScopeSelection& selection,
+                                          const ScopeRegion& region) {
     std::optional<ScopeSample> found;
-    if (image.isEmpty())
+    if (image.isEmpty() || image.frame().intersected(region).isEmpty())
         return found;
     const int proxy = std::max(image.proxy, 1);
-    visitChosen(image, encoding, selection, [&](int x, int y) {
+    visitChosen(image, encoding, selection, ownPixels(image, region), [&](int x, int y) {
         found = scopeSample(image, encoding, image.left + x * proxy, image.top + y * proxy);
         return false;
     });

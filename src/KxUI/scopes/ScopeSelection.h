@@ -97,5 +97,10 @@ KXUI_EXPORT ScopeSample scopeSample(const ScopeImage& image, const ScopeEncoding
 KXUI_EXPORT std::optional<ScopeSample> findScopePixel(const ScopeImage& image,
                                                       const ScopeEncoding& encoding,
                                                       const ScopeSelection& selection);
+/** The same among the pixels of a part of the full frame. */
+KXUI_EXPORT std::optional<ScopeSample> findScopePixel(const ScopeImage& image,
+                                                      const ScopeEncoding& encoding,
+                                                      const ScopeSelection& selection,
+                                                      const ScopeRegion& region);
 
 } // namespace Kestrel::UI
