@@ -1,3 +1,4 @@
+#include "Bars.h"
 #include "Pictures.h"
 
 #include <KxUI/scopes/ScopeResult.h>
@@ -5,7 +6,6 @@
 
 #include <support/TestRegistry.h>
 
-#include <QFile>
 #include <QtTest>
 
 #include <array>
@@ -13,26 +13,13 @@
 #include <map>
 
 using namespace Kestrel::UI;
+using Kestrel::Test::goldenLines;
 using Kestrel::Test::Picture;
 
 namespace {
 
 constexpr int Width = 24;
 constexpr int Height = 40;
-
-// The lines of a file of tools/goldens, without comments, in words.
-QVector<QStringList> lines(const QString& name) {
-    QFile file(QStringLiteral(KXUI_GOLDEN) + QLatin1Char('/') + name);
-    QVector<QStringList> result;
-    if (!file.open(QIODevice::ReadOnly | QIODevice::Text))
-        return result;
-    while (!file.atEnd()) {
-        const QString line = QString::fromUtf8(file.readLine()).trimmed();
-        if (!line.startsWith(QLatin1Char('#')))
-            result.append(line.split(QLatin1Char(' ')));
-    }
-    return result;
-}
 
 // The picture of tools/goldens: three planes of 8- or 10-bit codes.
 std::array<std::vector<int>, 3> planes(int bits) {
@@ -113,7 +100,7 @@ private slots:
         ScopeWaveform golden = counted;
         for (auto& counts : golden.counts)
             std::fill(counts.begin(), counts.end(), 0);
-        const auto all = lines(QStringLiteral("waveform%1.txt").arg(bits));
+        const auto all = goldenLines(QStringLiteral("waveform%1.txt").arg(bits));
         QCOMPARE(all.size(), 3 * Width);
         for (const QStringList& line : all) {
             const auto channel = std::size_t(line[0].toInt());
@@ -136,7 +123,7 @@ private slots:
         const ScopeVectors counted = countScopes(picture.image, request).vectors;
         QCOMPARE(counted.size, 256);
         std::vector<std::uint32_t> golden(counted.counts.size());
-        for (const QStringList& line : lines(QStringLiteral("vectors8.txt"))) {
+        for (const QStringList& line : goldenLines(QStringLiteral("vectors8.txt"))) {
             for (int i = 1; i < line.size(); ++i) {
                 const QStringList hit = line[i].split(QLatin1Char(':'));
                 golden[std::size_t(line[0].toInt() * 256 + hit[0].toInt())] = hit[1].toUInt();
@@ -153,7 +140,7 @@ private slots:
         const ScopeHistogram histogram = result.values.histogram(ValueRange::ofCodes(8, true));
         std::array<std::vector<std::uint32_t>, 3> golden;
         golden.fill(std::vector<std::uint32_t>(256));
-        for (const QStringList& line : lines(QStringLiteral("histogram8.txt")))
+        for (const QStringList& line : goldenLines(QStringLiteral("histogram8.txt")))
             golden[std::size_t(line[0].toInt())][std::size_t(line[1].toInt())] = line[2].toUInt();
         for (std::size_t i = 0; i < 3; ++i)
             QVERIFY(histogram.bins[i] == golden[i]);
@@ -174,7 +161,7 @@ private slots:
         QFETCH(int, colorSpace);
         QFETCH(float, level);
         QSet<QStringList> codes;
-        for (const QStringList& line : lines(QStringLiteral("bars.txt"))) {
+        for (const QStringList& line : goldenLines(QStringLiteral("bars.txt"))) {
             if (line[0] == bars)
                 codes.insert(line.mid(1, 3));
         }
@@ -198,7 +185,7 @@ private slots:
             const auto statistics = countScopes(picture.image, ScopeRequest()).statistics;
             const ChannelStatistics& green = statistics.channels[ScopeHistogram::Green];
             std::map<QString, double> golden;
-            for (const QStringList& line : lines(QStringLiteral("statistics.txt")))
+            for (const QStringList& line : goldenLines(QStringLiteral("statistics.txt")))
                 golden[line[0]] = line[1].toDouble();
             QCOMPARE(double(green.nan), golden[QStringLiteral("nan")]);
             QCOMPARE(double(green.positiveInfinity + green.negativeInfinity),

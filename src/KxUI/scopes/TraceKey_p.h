@@ -1,0 +1,24 @@
+#pragma once
+
+#include <KxUI/scopes/ScopeGeometry_p.h>
+
+namespace Kestrel::UI {
+
+/** What a trace depends on beside the counts and what is shown of them. */
+struct TraceKey {
+    TraceKey() = default;
+    explicit TraceKey(const ScopeGeometry& geometry)
+        : plot(geometry.plot)
+        , view(geometry.view)
+        , ratio(geometry.ratio) {}
+
+    friend bool operator==(const TraceKey& a, const TraceKey& b) {
+        return a.plot == b.plot && a.view == b.view && a.ratio == b.ratio;
+    }
+
+    QRectF plot;
+    ScopeViewport view;
+    double ratio = 0; // of none
+};
+
+} // namespace Kestrel::UI
