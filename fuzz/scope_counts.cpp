@@ -29,7 +29,8 @@ ValueRange rangeFrom(FuzzedDataProvider& data, int mostBins) {
 
 ScopeRequest requestFrom(FuzzedDataProvider& data) {
     ScopeRequest request;
-    request.parts = data.ConsumeIntegralInRange<int>(0, ScopeRequest::AllParts);
+    request.parts =
+        data.ConsumeIntegralInRange<int>(0, ScopeRequest::AllParts | ScopeRequest::Hues);
     request.encoding.transfer =
         ScopeEncoding::Transfer(data.ConsumeIntegralInRange(0, 3) == 1 ? 1 : 0);
     request.wholeFrame = data.ConsumeBool();

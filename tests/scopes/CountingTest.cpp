@@ -35,6 +35,7 @@ void useTarget(std::int64_t target) {
 
 ScopeRequest wholeRequest() {
     ScopeRequest request;
+    request.parts = ScopeRequest::AllParts | ScopeRequest::Hues;
     request.waveform.channels = WaveformRange::Rgb | WaveformRange::YCbCr;
     request.waveform.values.bins = 37;
     request.waveform.chroma.bins = 21;

@@ -11,7 +11,11 @@
 #include <QMenu>
 #include <QSignalSpy>
 #include <QTableView>
+#include <QWheelEvent>
 #include <QtTest>
+
+#include <algorithm>
+#include <array>
 
 using namespace Kestrel::UI;
 using Kestrel::Test::Picture;
@@ -135,6 +139,95 @@ private slots:
         QVERIFY(m_model->selection().lower > 1.09F);
     }
 
+    // What is beyond the axis, nowhere on it, and on it adds up; the bars tell it and select it.
+    void nothingIsLostAtTheSides() {
+        const Picture picture = Picture::ofFloats(31, 20);
+        m_model->setImage(picture.image);
+        m_scope->setLayout(HistogramScope::SideBySide);
+        m_scope->setChannels(HistogramScope::Red | HistogramScope::Hue);
+        QTRY_VERIFY(m_model->isCurrent());
+        QVERIFY(m_model->requiredParts() & ScopeModel::Hues);
+        const auto counted = m_model->result();
+        const ChannelStatistics& red = counted->statistics.channels[ScopeHistogram::Red];
+        // From the left: below, the axis of red, above, no number; then the same of hue.
+        std::array<quint64, 4> sums{};
+        QStringList seen;
+        for (int x = 0; x < m_scope->width() / 2; ++x) {
+            const ScopeReadout there = m_scope->readoutAt({x, 60});
+            const std::size_t kind = there.text.startsWith(QLatin1String("Below"))   ? 0
+                                     : there.text.startsWith(QLatin1String("Above")) ? 2
+                                     : there.text.startsWith(QLatin1String("No "))   ? 3
+                                                                                     : 1;
+            if (!there.isNull() && (kind == 1 || !seen.contains(there.text)))
+                sums[kind] += there.count;
+            seen.append(there.text);
+        }
+        QCOMPARE(sums[3], quint64(red.nan));
+        QCOMPARE(sums[0] + sums[1] + sums[2] + sums[3], quint64(31 * 20));
+
+        // The bars of hue are those of what has none.
+        const int right = m_scope->width() - 7;
+        const ScopeReadout none = m_scope->readoutAt({right, 60});
+        QCOMPARE(none.count, quint64(counted->hues.greys + counted->hues.none));
+        QTest::mouseClick(m_scope.get(), Qt::LeftButton, {}, {right, 60});
+        const auto chosen = [this] {
+            const auto mask =
+                selectionMask(m_model->image(), m_model->encoding(), m_model->selection());
+            return quint64(std::count(mask.begin(), mask.end(), 255));
+        };
+        QCOMPARE(chosen(), none.count);
+        // A drag over the cell of hue selects by hue, and no further than that cell.
+        drag(*m_scope, {260, 60}, {390, 60});
+        QTest::mouseRelease(m_scope.get(), Qt::LeftButton, {}, {390, 60});
+        QCOMPARE(m_model->selection().channel, ScopeSelection::Hue);
+        QCOMPARE(m_model->selection().upper, 1.0F);
+        QVERIFY(chosen() > 0 && chosen() < 31 * 20);
+    }
+
+    void axisPansAndZoomsInEveryCell() {
+        m_scope->setLayout(HistogramScope::SideBySide);
+        m_scope->setChannels(HistogramScope::Red | HistogramScope::Green);
+        const auto valueAt = [this](int x) { return m_scope->readoutAt({x, 60}).value; };
+        const double before = valueAt(300);
+        QWheelEvent wheel({300, 60}, m_scope->mapToGlobal(QPoint(300, 60)), {}, {0, 1200}, {}, {},
+                          Qt::NoScrollPhase, false);
+        QApplication::sendEvent(m_scope.get(), &wheel);
+        QVERIFY(std::fabs(valueAt(300) - before) < 1e-3);
+        const int axis = m_scope->height() - 8;
+        drag(*m_scope, {300, axis}, {320, axis});
+        QTest::mouseRelease(m_scope.get(), Qt::LeftButton, {}, {320, axis});
+        QCOMPARE(m_model->selection().kind, ScopeSelection::Kind::Nothing);
+        QVERIFY(std::fabs(valueAt(320) - before) < 1e-3);
+    }
+
+    void heightsByRule() {
+        // One value in each pixel: whatever fills the height is seen at the upper edge.
+        m_scope->setChannels(HistogramScope::Red);
+        const auto topIsLit = [this] {
+            const QImage image = m_scope->grab().toImage();
+            for (int x = 20; x < image.width() - 20; ++x) {
+                if (qRed(image.pixel(x, 8)) > 120)
+                    return true;
+            }
+            return false;
+        };
+        QVERIFY(topIsLit());
+        m_scope->setFullHeight(HistogramScope::Share);
+        m_scope->setFullShare(1);
+        QVERIFY(!topIsLit()); // a code is wider than a column
+        m_scope->setFullShare(0.001);
+        QVERIFY(topIsLit());
+        m_scope->setFullShare(NAN);
+        QVERIFY(m_scope->fullShare() > 0);
+        // While a film plays, the height stays.
+        m_scope->setFullHeight(HistogramScope::TallestInside);
+        QVERIFY(topIsLit());
+        m_model->setInteractive(true);
+        m_model->setImage(Picture::ofGrey(128, 16, 8).image);
+        QTRY_VERIFY(m_model->isCurrent());
+        QVERIFY(!topIsLit());
+    }
+
     void handlersMayDeleteTheScope_data() {
         QTest::addColumn<QByteArray>("signal");
         for (const char* name : {"hovered(Kestrel::UI::ScopeReadout)", "editStarted()",
@@ -167,7 +260,9 @@ private slots:
     void stateComesBack() {
         m_scope->setBrightness(2);
         m_scope->setUnit(ScopeUnit::Millivolt);
-        m_scope->setLayout(HistogramScope::Stacked);
+        m_scope->setLayout(HistogramScope::SideBySide);
+        m_scope->setEqualArea(true);
+        m_scope->setFullHeight(HistogramScope::TallOnes);
         m_scope->setAxis(HistogramScope::LogAxis);
         m_scope->setChannels(HistogramScope::Red | HistogramScope::Largest);
         m_scope->setRange(-2, 30);
@@ -223,12 +318,14 @@ private slots:
         ImageStatisticsPanel panel;
         panel.setModel(m_model.get());
         panel.setColumns(ImageStatisticsPanel::Minimum | ImageStatisticsPanel::Maximum |
-                         ImageStatisticsPanel::NotANumber);
+                         ImageStatisticsPanel::NotANumber | ImageStatisticsPanel::Legal |
+                         ImageStatisticsPanel::EbuR103);
         panel.setPrecision(2);
         panel.setUnit(ScopeUnit::Percent);
         panel.show();
         QTRY_VERIFY(m_model->isCurrent());
-        const QString first = QStringLiteral("Channel\tMin\tMax\tNaN\nRed\t50.20\t50.20\t0\n");
+        const QString first = QStringLiteral(
+            "Channel\tMin\tMax\tNaN\tLegal %\tR 103 %\nRed\t50.20\t50.20\t0\t100.00\t100.00\n");
         QTRY_VERIFY(panel.toText().startsWith(first));
         QTest::keyClick(panel.findChild<QTableView*>(), Qt::Key_C, Qt::ControlModifier);
         QCOMPARE(QApplication::clipboard()->text(), panel.toText());
@@ -237,7 +334,7 @@ private slots:
         const Picture picture = Picture::ofGrey(128);
         picture.memory[picture.image.stride * 5 + 3 * 11] = 255;
         m_model->setImage(picture.image);
-        QTRY_VERIFY(panel.toText().contains(QStringLiteral("Red\t0.00\t49.80\t0\n")));
+        QTRY_VERIFY(panel.toText().contains(QStringLiteral("Red\t0.00\t49.80\t0\t0.00\t0.00\n")));
 
         // Where the largest red is.
         QSignalSpy requested(&panel, &ImageStatisticsPanel::pixelRequested);

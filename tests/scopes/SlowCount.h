@@ -5,6 +5,7 @@
 #include <KxUI/scopes/ScopeResult.h>
 #include <KxUI/scopes/Transfer_p.h>
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstdint>
@@ -43,7 +44,9 @@ public:
             return what;
         if (const std::string what = waveformDiffers(result.waveform); !what.empty())
             return what;
-        return planesDiffer(result);
+        if (const std::string what = planesDiffer(result); !what.empty())
+            return what;
+        return result.hues.isEmpty() ? std::string() : huesDiffer(result.hues);
     }
 
     const std::vector<SlowPixel>& pixels() const { return m_pixels; }
@@ -211,6 +214,40 @@ private:
             solid.outsideCounts != result.solid.outsideCounts)
             return "solid";
         return {};
+    }
+
+    // By the conversion that widgets use; divided as that does, or a code may be the next one.
+    std::string huesDiffer(const ScopeHues& counted) const {
+        ScopeHues slow;
+        slow.hue.resize(ScopeHues::Codes + 1);
+        slow.saturation.resize(ScopeHues::Codes + 1);
+        const auto step = std::uint32_t(m_request.rowStep);
+        for (const SlowPixel& pixel : m_pixels) {
+            float hue = 0;
+            float saturation = 0;
+            float value = 0;
+            rgbToHsv(pixel.rgb[0], pixel.rgb[1], pixel.rgb[2], hue, saturation, value);
+            const auto [least, most] = std::minmax_element(pixel.rgb.begin(), pixel.rgb.end());
+            const auto code = [](float part) {
+                return std::size_t(part * float(ScopeHues::Codes) + 0.5F);
+            };
+            if (!areNumbers(pixel.rgb) || !std::isfinite(*most - *least)) {
+                slow.none += step;
+                continue;
+            }
+            if (*most > *least && *most > 0)
+                slow.hue[code(hue) % ScopeHues::Codes] += step;
+            else
+                slow.greys += step;
+            if (saturation <= 1)
+                slow.saturation[code(saturation)] += step;
+            else
+                slow.above += step;
+        }
+        const bool same = slow.hue == counted.hue && slow.saturation == counted.saturation &&
+                          slow.greys == counted.greys && slow.above == counted.above &&
+                          slow.none == counted.none;
+        return same ? "" : "hues";
     }
 
     void addVector(const SlowPixel& pixel, const ScopeVectors& like, std::uint32_t step,

@@ -1,5 +1,6 @@
 #include <KxUI/scopes/CodeCounts_p.h>
 
+#include <KxUI/scopes/CountingKernels_p.h>
 #include <KxUI/scopes/Transfer_p.h>
 
 #include <algorithm>
@@ -61,6 +62,7 @@ ChannelStatistics ofCodes(const CodeCounts& counts, Channel channel) {
         result.finite += count;
         result.below += value < 0 ? count : 0;
         result.above += value > 1 ? count : 0;
+        result.withinEbuR103 += value >= EbuR103Lower && value <= EbuR103Upper ? count : 0;
         ++result.distinct;
         sum += double(value) * double(count);
     });
@@ -106,6 +108,7 @@ ChannelStatistics ofChannel(const CodeCounts& counts, Channel channel) {
     result.finite = exact->count();
     result.below = exact->below();
     result.above = exact->above();
+    result.withinEbuR103 = exact->withinEbuR103();
     result.minimum = double(exact->minimum());
     result.maximum = double(exact->maximum());
     result.mean = exact->mean();

@@ -1,5 +1,7 @@
 #include <KxUI/scopes/ExactSums_p.h>
 
+#include <KxUI/scopes/CountingKernels_p.h>
+
 #include <algorithm>
 #include <cmath>
 #include <cstring>
@@ -33,6 +35,7 @@ void ExactSums::add(float value) noexcept {
     m_maximum = m_count == 0 ? value : std::max(m_maximum, value);
     m_below += value < 0 ? 1 : 0;
     m_above += value > 1 ? 1 : 0;
+    m_withinEbuR103 += value >= EbuR103Lower && value <= EbuR103Upper ? 1 : 0;
     m_tooHigh += value >= HalfOverflow ? 1 : 0;
     m_tooLow += value <= -HalfOverflow ? 1 : 0;
     ++m_count;
@@ -50,6 +53,7 @@ void ExactSums::add(const ExactSums& other) noexcept {
     m_maximum = m_count == 0 ? other.m_maximum : std::max(m_maximum, other.m_maximum);
     m_below += other.m_below;
     m_above += other.m_above;
+    m_withinEbuR103 += other.m_withinEbuR103;
     m_tooHigh += other.m_tooHigh;
     m_tooLow += other.m_tooLow;
     m_count += other.m_count;

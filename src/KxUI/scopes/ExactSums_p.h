@@ -21,6 +21,7 @@ public:
     double deviation() const noexcept;
     std::uint64_t below() const noexcept { return m_below; } ///< values below 0
     std::uint64_t above() const noexcept { return m_above; } ///< values above 1
+    std::uint64_t withinEbuR103() const noexcept { return m_withinEbuR103; }
     /** Values that are infinite as half floats. */
     std::uint64_t tooHigh() const noexcept { return m_tooHigh; }
     std::uint64_t tooLow() const noexcept { return m_tooLow; }
@@ -37,6 +38,7 @@ private:
     std::uint64_t m_count = 0;
     std::uint64_t m_below = 0;
     std::uint64_t m_above = 0;
+    std::uint64_t m_withinEbuR103 = 0;
     std::uint64_t m_tooHigh = 0;
     std::uint64_t m_tooLow = 0;
     float m_minimum = 0;

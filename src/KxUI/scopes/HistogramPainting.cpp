@@ -1,5 +1,6 @@
 #include <KxUI/scopes/HistogramScope_p.h>
 
+#include <KxUI/color/ColorConversions.h>
 #include <KxUI/draw/IntensityGrid.h>
 
 #include <algorithm>
@@ -8,113 +9,61 @@
 namespace Kestrel::UI {
 namespace {
 
-constexpr double SideWidth = 6;    // of the bars of what is beyond the range
-constexpr double SideGap = 3;      // between them and the plot
 constexpr double FillLight = 0.55; // three of them are not yet white
 constexpr double LineWidth = 1.25;
-constexpr double Rows = 100; // that keys move a cursor by, upwards
+constexpr double HueBand = 4; // of the colours along an axis of hue
+constexpr double NearlyAllColumns = 0.995;
+
+// Lines of an axis once around.
+std::vector<GraticuleLine> hueLines(const ScopeViewport& seen, double length, double textLength,
+                                    bool withTexts) {
+    std::vector<GraticuleLine> lines;
+    const double gap = length / seen.width / 6;
+    const int each = gap >= textLength ? 1 : gap * 3 >= textLength ? 3 : 6;
+    for (int sixth = 0; sixth <= 6; ++sixth) {
+        const double place = (sixth / 6.0 - seen.left) / seen.width;
+        if (place < 0 || place > 1)
+            continue;
+        lines.push_back({sixth / 6.0, place, GraticuleLine::Faint, QString(), QColor()});
+        if (withTexts && sixth % each == 0)
+            lines.back().text = QString::number(60 * sixth) + QChar(0xB0);
+    }
+    return lines;
+}
 
 } // namespace
 
-QMarginsF HistogramScopePrivate::margins() const {
-    const QFontMetricsF metrics(labelFont());
-    return {SideWidth + SideGap, 0, SideWidth + SideGap, metrics.height()};
-}
-
-ScopeHistogram::Axis HistogramScopePrivate::histogramAxis() const {
-    switch (axis) {
-    case HistogramScope::LogAxis:
-        return ScopeHistogram::Axis::SymmetricLog;
-    case HistogramScope::TransferAxis:
-        return ScopeHistogram::Axis::Srgb;
-    case HistogramScope::PqAxis:
-        return ScopeHistogram::Axis::Pq;
-    case HistogramScope::LinearAxis:
-        break;
-    }
-    return ScopeHistogram::Axis::Linear;
-}
-
-double HistogramScopePrivate::position(double value) const {
-    return double(ScopeHistogram::position(histogramAxis(), float(value), encoding().whiteNits));
-}
-
-double HistogramScopePrivate::valueAt(double u) const {
-    const double from = position(lower);
-    const double at = from + u * (position(upper) - from);
-    return double(ScopeHistogram::valueAt(histogramAxis(), float(at), encoding().whiteNits));
-}
-
-// Where a value is in the whole.
-double HistogramScopePrivate::placeOf(double value) const {
-    const double from = position(lower);
-    return (position(value) - from) / (position(upper) - from);
-}
-
-std::vector<ScopeHistogram::Channel> HistogramScopePrivate::shown() const {
-    std::vector<Channel> result;
-    for (int i = 0; i < ScopeHistogram::Channels; ++i) {
-        if (int(channels) & 1 << i)
-            result.push_back(Channel(i));
-    }
-    return result;
-}
-
-QRectF HistogramScopePrivate::cell(const ScopeGeometry& geometry, std::size_t index,
-                                   std::size_t count) const {
-    if (layout == HistogramScope::Overlay || count == 0)
-        return geometry.plot;
-    QRectF area = geometry.plot;
-    const double height = area.height() / double(count);
-    area.setTop(area.top() + height * double(index) + (index > 0 ? 1 : 0));
-    area.setBottom(geometry.plot.top() + height * double(index + 1));
-    return area;
-}
-
-QColor HistogramScopePrivate::lightOf(Channel channel) const {
-    switch (channel) {
-    case ScopeHistogram::Red:
+QColor HistogramScopePrivate::lightOf(Trace trace) const {
+    switch (trace) {
+    case Red:
         return {255, 70, 70};
-    case ScopeHistogram::Green:
+    case Green:
         return {60, 220, 70};
-    case ScopeHistogram::Blue:
+    case Blue:
         return {80, 120, 255};
-    case ScopeHistogram::Alpha:
+    case Alpha:
         return {200, 130, 255};
-    case ScopeHistogram::Largest:
+    case Largest:
         return {255, 190, 80};
+    case Saturation:
+        return {90, 220, 220};
+    case Hue:
+        return {240, 130, 200};
     default:
         return {225, 228, 225};
     }
 }
 
-QString HistogramScopePrivate::channelName(Channel channel) {
-    switch (channel) {
-    case ScopeHistogram::Red:
-        return HistogramScope::tr("Red");
-    case ScopeHistogram::Green:
-        return HistogramScope::tr("Green");
-    case ScopeHistogram::Blue:
-        return HistogramScope::tr("Blue");
-    case ScopeHistogram::Alpha:
-        return HistogramScope::tr("Alpha");
-    case ScopeHistogram::Luma:
-        return HistogramScope::tr("Luma");
-    default:
-        return HistogramScope::tr("Largest");
-    }
-}
-
-const CodePlaces& HistogramScopePrivate::places(CodeAxis codes) const {
+const CodePlaces& HistogramScopePrivate::places(CodeAxis codes, ScopeHistogram::Axis on) const {
     const float white = encoding().whiteNits;
     for (const CodePlaces& each : m_places) {
-        if (each.isOf(codes, histogramAxis(), white))
+        if (each.isOf(codes, on, white))
             return each;
     }
-    // Colours and luma may be counted in different codes; more are not in use at a time.
-    if (m_places.size() >= 3)
+    // Colours, alpha, luma and hue may be counted in different codes; more are not in use at a time.
+    if (m_places.size() >= 5)
         m_places.clear();
-    m_places.emplace_back(codes, histogramAxis(), white);
+    m_places.emplace_back(codes, on, white);
     return m_places.back();
 }
 
@@ -131,68 +80,130 @@ std::vector<float> HistogramScopePrivate::heightsOf(const std::vector<float>& co
     return heights;
 }
 
-// One for each device pixel of the plot.
+// How many pixels of a column fill the height.
+float HistogramScopePrivate::fullOf(const Columns& columns) const {
+    const auto count = double(columns.heights.size());
+    const auto column = [&](double value) {
+        const double at = (placeOf(columns.trace, value) - viewport.left) / viewport.width * count;
+        return at >= 0 && at < count && !isOfColor(columns.trace) ? int(at) : -2; // none
+    };
+    const float tallest = referenceHeight(columns.heights, column(0), column(1));
+    if (fullHeight == HistogramScope::Share) {
+        const auto counted = result();
+        const std::uint64_t pixels =
+            isOfColor(columns.trace) ? counted->hues.pixels : counted->values.pixels();
+        return float(fullShare * double(pixels));
+    }
+    if (fullHeight == HistogramScope::TallestInside || columns.heights.empty())
+        return tallest;
+    std::vector<float> sorted = columns.heights;
+    const auto rank = sorted.begin() + std::ptrdiff_t(NearlyAllColumns * (count - 1));
+    std::nth_element(sorted.begin(), rank, sorted.end());
+    return *rank > 0 ? *rank : tallest;
+}
+
+// Columns that cover more values than others get less for the same pixels.
+void HistogramScopePrivate::makeAreasEqual(Trace trace, std::vector<float>& columns) const {
+    if (!equalArea || axisOf(trace) == ScopeHistogram::Axis::Linear || columns.empty())
+        return;
+    const auto count = double(columns.size());
+    const auto value = [&](std::size_t column) {
+        return valueAt(trace, viewport.left + viewport.width * double(column) / count);
+    };
+    const double usual = (value(columns.size()) - value(0)) / count;
+    for (std::size_t i = 0; i < columns.size(); ++i) {
+        const double width = value(i + 1) - value(i);
+        if (width > 0)
+            columns[i] = float(double(columns[i]) * usual / width);
+    }
+}
+
+HistogramScopePrivate::Columns HistogramScopePrivate::columnsOf(Trace trace, int count) const {
+    const auto counted = result();
+    const auto [begin, end] = seenOf(trace);
+    Columns columns{trace, {}, {}, {}};
+    const CodeCounts::Counts& all = *countsOf(*counted, trace);
+    const CodePlaces& at = places(codesOf(*counted, trace), axisOf(trace));
+    columns.heights = at.columns(all, begin, end, count);
+    if (cumulative) {
+        const double lowest = isOfColor(trace) ? -1 : position(trace, -65504);
+        double sum = double(at.count(all, lowest, begin));
+        const std::uint64_t pixels =
+            isOfColor(trace) ? counted->hues.pixels : counted->values.pixels();
+        for (const float each : columns.heights) {
+            sum += double(each);
+            columns.sums.push_back(
+                float(std::min(sum / double(std::max<std::uint64_t>(pixels, 1)), 1.0)));
+        }
+    }
+    makeAreasEqual(trace, columns.heights);
+    const auto held = shownReference();
+    if (const CodeCounts::Counts* const heldCounts = held ? countsOf(*held, trace) : nullptr) {
+        columns.reference =
+            places(codesOf(*held, trace), axisOf(trace)).columns(*heldCounts, begin, end, count);
+        makeAreasEqual(trace, columns.reference);
+    }
+    return columns;
+}
+
+// One for each device pixel of a cell.
 void HistogramScopePrivate::makeColumns(int count) {
     m_columns.clear();
-    m_columnCount = count;
-    const auto counted = result();
-    const CodeCounts* const counts = counted->values.counts();
-    if (!counts)
-        return;
-    const auto held = shownReference();
-    const CodeCounts* const heldCounts = held ? held->values.counts() : nullptr;
-    const double from = position(lower);
-    const double whole = position(upper) - from;
-    const double begin = from + viewport.left * whole;
-    const double end = begin + viewport.width * whole;
-    const auto column = [&](double value) {
-        const double at = (position(value) - begin) / (end - begin) * count;
-        return at >= 0 && at < count ? int(at) : -2; // none
-    };
-    float most = 0;
-    for (const Channel channel : shown()) {
-        if (!counted->values.has(channel))
-            continue;
-        Columns columns{channel, {}, {}, {}};
-        const auto& all = counts->counts[channel];
-        columns.heights = places(counts->axes[channel]).columns(all, begin, end, count);
-        if (heldCounts && held->values.has(channel))
-            columns.reference = places(heldCounts->axes[channel])
-                                    .columns(heldCounts->counts[channel], begin, end, count);
-        if (cumulative) {
-            const double infinite =
-                double(ScopeHistogram::position(histogramAxis(), -65504.0F, encoding().whiteNits));
-            const std::uint64_t below = places(counts->axes[channel]).count(all, infinite, begin);
-            double sum = double(below);
-            const auto pixels = double(std::max<std::uint64_t>(counts->pixels, 1));
-            for (const float each : columns.heights) {
-                sum += double(each);
-                columns.sums.push_back(float(std::min(sum / pixels, 1.0)));
-            }
-        }
-        most = std::max(most, referenceHeight(columns.heights, column(0), column(1)));
-        m_columns.push_back(std::move(columns));
+    std::array<float, 3> full{};
+    const auto group = [](Trace trace) { return std::size_t(std::max(trace - Largest, 0)); };
+    for (const Trace trace : shownAndCounted()) {
+        m_columns.push_back(columnsOf(trace, count));
+        float& most = full[group(trace)];
+        most = std::max(most, fullOf(m_columns.back()));
+    }
+    for (std::size_t i = 0; i < full.size(); ++i) {
+        const bool isKept = model && model->isInteractive() && m_full[i] > 0;
+        m_full[i] = isKept ? m_full[i] : full[i];
     }
     for (Columns& each : m_columns) {
-        each.heights = heightsOf(each.heights, most);
-        each.reference = heightsOf(each.reference, most);
+        each.heights = heightsOf(each.heights, m_full[group(each.trace)]);
+        each.reference = heightsOf(each.reference, m_full[group(each.trace)]);
     }
 }
 
 void HistogramScopePrivate::paintTrace(DrawingContext& context, const ScopeGeometry& geometry) {
-    paintAxis(context, geometry);
-    makeColumns(int(std::lround(geometry.plot.width() * geometry.ratio)));
-    context.setClip(geometry.plot);
-    for (std::size_t i = 0; i < m_columns.size(); ++i)
-        paintChannel(context, cell(geometry, i, m_columns.size()), m_columns[i]);
+    const std::vector<Cell> all = cells(geometry);
+    if (all.empty())
+        return;
+    paintAxes(context, geometry, all);
+    makeColumns(int(std::lround(all.front().area.width() * geometry.ratio)));
+    for (const Cell& cell : all) {
+        context.setClip(cell.area);
+        for (const Columns& columns : m_columns) {
+            if (std::find(cell.traces.begin(), cell.traces.end(), columns.trace) !=
+                cell.traces.end())
+                paintChannel(context, cell.area, columns);
+        }
+        if (mainTrace(cell) == Hue)
+            paintHues(context, cell.area);
+        if (layout != HistogramScope::Overlay)
+            context.text(cell.area.adjusted(4, 2, 0, 0), Qt::AlignLeft | Qt::AlignTop,
+                         traceName(cell.traces.front()), labelFont(), lightOf(cell.traces.front()));
+    }
     context.setClip(QRectF());
-    paintSides(context, geometry);
+    if (layout == HistogramScope::SideBySide) {
+        for (const Cell& cell : all)
+            paintSides(context, cell.area, cell.traces);
+        return;
+    }
+    // Of the colours of a plot that all share.
+    std::vector<Trace> sides = shownAndCounted();
+    if (sides.size() > 1)
+        sides.erase(
+            std::remove_if(sides.begin(), sides.end(), [](Trace trace) { return trace > Blue; }),
+            sides.end());
+    paintSides(context, geometry.plot, sides);
 }
 
 void HistogramScopePrivate::paintChannel(DrawingContext& context, const QRectF& area,
                                          const Columns& columns) const {
-    const QColor color = lightOf(columns.channel);
-    const bool isLine = layout == HistogramScope::Overlay && columns.channel > ScopeHistogram::Blue;
+    const QColor color = lightOf(columns.trace);
+    const bool isLine = layout == HistogramScope::Overlay && columns.trace > Blue;
     if (!isLine) {
         const double ratio = context.devicePixelRatio();
         const int width = int(columns.heights.size());
@@ -235,73 +246,118 @@ void HistogramScopePrivate::paintLine(DrawingContext& context, const QRectF& are
     context.polyline(points.data(), int(points.size()), stroke);
 }
 
-// How many values of each channel lie beyond the seen range, as bars of their share.
-void HistogramScopePrivate::paintSides(DrawingContext& context,
-                                       const ScopeGeometry& geometry) const {
+// How many values lie beyond what is seen, as bars of their share; what has no place is at the right.
+void HistogramScopePrivate::paintSides(DrawingContext& context, const QRectF& area,
+                                       const std::vector<Trace>& traces) const {
     const auto counted = result();
-    if (counted->values.isEmpty())
-        return;
-    const ValueRange seen{float(valueAt(viewport.left)),
-                          float(valueAt(viewport.left + viewport.width)), 1};
-    const ScopeHistogram histogram = counted->values.histogram(seen);
-    const double pixels = double(histogram.pixels);
-    const auto height = [&](std::uint64_t count) {
+    const auto bar = [&](double left, std::uint64_t count, double wide, std::uint64_t pixels,
+                         QColor color) {
         if (count == 0)
-            return 0.0;
+            return;
         // A single pixel is seen; the whole picture fills it.
-        return std::max(std::log1p(double(count)) / std::log1p(pixels) * geometry.plot.height(),
-                        2.0);
-    };
-    const auto bar = [&](double left, double tall, double wide, Channel channel) {
-        QColor color = lightOf(channel);
+        const double share = std::log1p(double(count)) / std::log1p(double(pixels));
+        const double tall = std::max(share * area.height(), 2.0);
         color.setAlpha(200);
-        context.fill({left, geometry.plot.bottom() - tall, wide, tall}, color);
+        context.fill({left, area.bottom() - tall, wide, tall}, color);
     };
-    for (int i = ScopeHistogram::Red; i <= ScopeHistogram::Blue; ++i) {
-        const auto channel = Channel(i);
-        if (!(int(channels) & 1 << i) || !histogram.has(channel))
+    double shift = 0;
+    std::uint64_t none = 0;
+    std::uint64_t pixels = 1;
+    for (const Trace trace : traces) {
+        if (!countsOf(*counted, trace))
             continue;
-        const double wide = SideWidth / 3;
-        const double shift = wide * i;
-        bar(geometry.plot.left() - SideGap - SideWidth + shift,
-            height(histogram.below[channel] + histogram.negativeInfinity[channel]), wide, channel);
-        bar(geometry.plot.right() + SideGap + shift,
-            height(histogram.above[channel] + histogram.positiveInfinity[channel]), wide, channel);
+        pixels = std::max<std::uint64_t>(
+            isOfColor(trace) ? counted->hues.pixels : counted->values.pixels(), 1);
+        const double wide = SideWidth / double(traces.size());
+        const Beyond here = beyond(trace);
+        bar(area.left() - SideGap - SideWidth + shift, here.below, wide, pixels, lightOf(trace));
+        bar(area.right() + SideGap + shift, here.above, wide, pixels, lightOf(trace));
+        none = std::max(none, here.none);
+        shift += wide;
+    }
+    bar(area.right() + SideGap + SideWidth + NoneGap, none, NoneWidth, pixels, colors.warning);
+}
+
+void HistogramScopePrivate::paintAxes(DrawingContext& context, const ScopeGeometry& geometry,
+                                      const std::vector<Cell>& all) const {
+    if (layout == HistogramScope::SideBySide) {
+        for (const Cell& cell : all)
+            paintAxis(context, cell, true);
+        return;
+    }
+    Cell whole{geometry.plot, {}};
+    for (const Cell& cell : all)
+        whole.traces.insert(whole.traces.end(), cell.traces.begin(), cell.traces.end());
+    paintAxis(context, whole, true);
+    // A row of hues among others has lines of its own.
+    for (const Cell& cell : all) {
+        const Trace trace = mainTrace(cell);
+        if (isOfColor(trace) && trace != mainTrace(whole)) {
+            context.fill(cell.area, colors.ground);
+            paintAxis(context, cell, false);
+        }
     }
 }
 
-void HistogramScopePrivate::paintAxis(DrawingContext& context,
-                                      const ScopeGeometry& geometry) const {
-    GraticuleRules rules;
-    rules.unit = unit;
-    rules.encoding = encoding();
-    rules.lower = valueAt(viewport.left);
-    rules.upper = valueAt(viewport.left + viewport.width);
-    rules.length = geometry.plot.width();
-    rules.userLines = userLines;
-    rules.locale = q->locale();
+void HistogramScopePrivate::paintAxis(DrawingContext& context, const Cell& cell,
+                                      bool withTexts) const {
+    const Trace trace = mainTrace(cell);
     const QFontMetricsF metrics(labelFont());
+    if (trace == Hue) {
+        const double widest = metrics.horizontalAdvance(QStringLiteral("360\u00b0")) + 8;
+        paintGraticule(context, cell.area, hueLines(viewport, cell.area.width(), widest, withTexts),
+                       false);
+        return;
+    }
+    GraticuleRules rules;
+    rules.unit = trace == Saturation ? ScopeUnit::Percent : unit;
+    rules.encoding = encoding();
+    rules.lower = valueAt(trace, viewport.left);
+    rules.upper = valueAt(trace, viewport.left + viewport.width);
+    rules.length = cell.area.width();
+    rules.userLines = trace == Saturation ? QVector<ScopeLine>() : userLines;
+    rules.locale = q->locale();
     rules.textLength = [metrics](const QString& text) {
         return metrics.horizontalAdvance(text) + 8;
     };
-    if (axis != HistogramScope::LinearAxis) {
-        rules.position = [this](double value) { return position(value); };
+    if (axisOf(trace) != ScopeHistogram::Axis::Linear) {
+        rules.position = [this, trace](double value) { return position(trace, value); };
         rules.landmarks = {-100, -10, -1,  -0.1, -0.01, 0,    0.001, 0.01, 0.05,
                            0.18, 0.5, 1.0, 2.0,  4.0,   10.0, 40.0,  100., 1000.};
     }
-    paintGraticule(context, geometry.plot, planGraticule(rules), false);
+    std::vector<GraticuleLine> lines = planGraticule(rules);
+    for (GraticuleLine& line : lines) {
+        if (!withTexts)
+            line.text.clear();
+    }
+    paintGraticule(context, cell.area, lines, false);
+}
+
+// The colours themselves, along the axis.
+void HistogramScopePrivate::paintHues(DrawingContext& context, const QRectF& area) const {
+    const int width = std::max(int(std::lround(area.width() * context.devicePixelRatio())), 1);
+    QImage band(width, 1, QImage::Format_RGB32);
+    for (int x = 0; x < width; ++x) {
+        const double hue = viewport.left + viewport.width * (x + 0.5) / width;
+        band.setPixelColor(x, 0, QColor::fromHsvF(std::clamp(hue, 0.0, 1.0), 0.85, 0.95));
+    }
+    context.image({area.left(), area.bottom() - HueBand, area.width(), HueBand}, band);
 }
 
 void HistogramScopePrivate::paintMarks(DrawingContext& context, const ScopeGeometry& geometry) {
     const auto sample = model ? model->sample() : std::nullopt;
     if (!sample)
         return;
-    for (std::size_t i = 0; i < 3; ++i) {
-        if (!(int(channels) & 1 << i) || !std::isfinite(sample->rgb[i]))
-            continue;
-        const double x = geometry.x(placeOf(double(sample->rgb[i])));
-        context.line({x, geometry.plot.top()}, {x, geometry.plot.bottom()},
-                     LineStroke(lightOf(Channel(i)), 1.5));
+    for (const Cell& cell : cells(geometry)) {
+        for (const Trace trace : cell.traces) {
+            const double value = valueOf(*sample, trace);
+            if (!std::isfinite(value))
+                continue;
+            const double x = xOf(cell, placeOf(trace, value));
+            if (x >= cell.area.left() && x <= cell.area.right())
+                context.line({x, cell.area.top()}, {x, cell.area.bottom()},
+                             LineStroke(lightOf(trace), 1.5));
+        }
     }
 }
 
@@ -309,95 +365,17 @@ void HistogramScopePrivate::paintSelection(DrawingContext& context, const ScopeG
     if (!model || model->selection().kind != ScopeSelection::Kind::Values)
         return;
     const ScopeSelection& selection = model->selection();
-    const double left = std::isfinite(selection.lower)
-                            ? geometry.x(placeOf(double(selection.lower)))
-                            : geometry.plot.left();
-    const double right = std::isfinite(selection.upper)
-                             ? geometry.x(placeOf(double(selection.upper)))
-                             : geometry.plot.right();
-    context.fill(QRectF(QPointF(left, geometry.plot.top()), QPointF(right, geometry.plot.bottom())),
-                 colors.selection);
-}
-
-// The channels that a place speaks of: that of its row, or all.
-std::vector<ScopeHistogram::Channel> HistogramScopePrivate::channelsAt(double v) const {
-    std::vector<Channel> all;
-    for (const Channel channel : shown()) {
-        if (result()->values.has(channel))
-            all.push_back(channel);
+    for (const Cell& cell : cells(geometry)) {
+        const Trace trace = mainTrace(cell);
+        if (!concerns(selection, cell))
+            continue;
+        const auto edge = [&](float value, double end) {
+            return std::isfinite(value) ? xOf(cell, placeOf(trace, double(value))) : end;
+        };
+        const QRectF range(QPointF(edge(selection.lower, cell.area.left()), cell.area.top()),
+                           QPointF(edge(selection.upper, cell.area.right()), cell.area.bottom()));
+        context.fill(range & cell.area, colors.selection);
     }
-    if (layout == HistogramScope::Overlay || all.empty())
-        return all;
-    const auto rows = double(all.size());
-    return {all[std::size_t(std::clamp((1 - v) * rows, 0.0, rows - 0.5))]};
-}
-
-std::uint64_t HistogramScopePrivate::countAt(Channel channel, double u) const {
-    const CodeCounts& counts = *result()->values.counts();
-    const double half = step().width() / 2;
-    const double from = position(lower);
-    const double whole = position(upper) - from;
-    return places(counts.axes[channel])
-        .count(counts.counts[channel], from + (u - half) * whole, from + (u + half) * whole);
-}
-
-ScopeReadout HistogramScopePrivate::readoutAt(const QPointF& uv) const {
-    const std::uint64_t pixels = result()->values.pixels();
-    const std::vector<Channel> channelsThere = channelsAt(uv.y());
-    if (pixels == 0 || channelsThere.empty() || uv.x() < 0 || uv.x() > 1)
-        return {};
-    ScopeReadout readout;
-    readout.value = valueAt(uv.x());
-    readout.valueText = valueText(readout.value);
-    readout.channel = channelName(channelsThere.front());
-    readout.count = countAt(channelsThere.front(), uv.x());
-    readout.share = double(readout.count) / double(pixels);
-    describe(readout);
-    if (channelsThere.size() == 1)
-        return readout;
-    QStringList each;
-    for (const Channel channel : channelsThere)
-        each.append(HistogramScope::tr("%1 %2").arg(
-            channelName(channel), q->locale().toString(quint64(countAt(channel, uv.x())))));
-    readout.text = readout.valueText + QStringLiteral(": ") + each.join(QStringLiteral(", "));
-    return readout;
-}
-
-QSizeF HistogramScopePrivate::step() const {
-    const ScopeGeometry where = geometry();
-    return {viewport.width / std::max(where.plot.width() * where.ratio, 1.0), 1 / Rows};
-}
-
-ScopeSelection HistogramScopePrivate::selectionOf(const QPointF& from, const QPointF& to,
-                                                  const QVector<QPointF>&) const {
-    ScopeSelection selection;
-    selection.kind = ScopeSelection::Kind::Values;
-    selection.lower = float(valueAt(std::clamp(std::min(from.x(), to.x()), 0.0, 1.0)));
-    selection.upper = float(valueAt(std::clamp(std::max(from.x(), to.x()), 0.0, 1.0)));
-    const std::vector<Channel> all = channelsAt(from.y());
-    selection.channel = ScopeSelection::Any;
-    if (all.size() == 1 && all[0] <= ScopeHistogram::Blue)
-        selection.channel = ScopeSelection::Channel(all[0]);
-    else if (all.size() == 1)
-        selection.channel =
-            all[0] == ScopeHistogram::Largest ? ScopeSelection::Largest : ScopeSelection::Luma;
-    return selection;
-}
-
-bool HistogramScopePrivate::click(const ScopeGeometry& geometry, const QPointF& position) {
-    const bool below = position.x() < geometry.plot.left();
-    const bool above = position.x() > geometry.plot.right();
-    if (!below && !above)
-        return false;
-    ScopeSelection selection;
-    selection.kind = ScopeSelection::Kind::Values;
-    selection.channel = ScopeSelection::Any;
-    const double edge = below ? viewport.left : viewport.left + viewport.width;
-    const auto value = float(valueAt(edge));
-    selection.lower = below ? -INFINITY : std::nextafter(value, INFINITY);
-    selection.upper = below ? std::nextafter(value, -INFINITY) : INFINITY;
-    select(selection, true);
-    return true;
 }
 
 } // namespace Kestrel::UI

@@ -3,17 +3,20 @@
 #include <KxUI/kit/InterfaceThread_p.h>
 #include <KxUI/scopes/HistogramScope_p.h>
 
+#include <QActionGroup>
 #include <QMenu>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
+#include <utility>
 
 namespace Kestrel::UI {
 namespace {
 
 constexpr double LargestValue = 65504; // of half floats
 constexpr double LeastWidth = 1e-6;
-constexpr int AllChannels = ScopeRequest::AllValues;
+constexpr double LeastShare = 0.0001;
 
 const QString LayoutKey = QStringLiteral("layout");
 const QString ChannelsKey = QStringLiteral("channels");
@@ -22,6 +25,9 @@ const QString LowerKey = QStringLiteral("lower");
 const QString UpperKey = QStringLiteral("upper");
 const QString LogKey = QStringLiteral("logCounts");
 const QString CumulativeKey = QStringLiteral("cumulative");
+const QString EqualAreaKey = QStringLiteral("equalArea");
+const QString FullHeightKey = QStringLiteral("fullHeight");
+const QString FullShareKey = QStringLiteral("fullShare");
 
 } // namespace
 
@@ -57,6 +63,7 @@ void HistogramScope::setChannels(Channels channels) {
     if (own().channels == known)
         return;
     own().channels = known;
+    own().askModel();
     own().changeColumns();
     Q_EMIT channelsChanged(known);
 }
@@ -135,6 +142,46 @@ void HistogramScope::setCumulative(bool on) {
     Q_EMIT cumulativeChanged(on);
 }
 
+bool HistogramScope::equalArea() const {
+    return own().equalArea;
+}
+
+void HistogramScope::setEqualArea(bool on) {
+    KXUI_INTERFACE_THREAD(this);
+    if (own().equalArea == on)
+        return;
+    own().equalArea = on;
+    own().changeColumns();
+    Q_EMIT equalAreaChanged(on);
+}
+
+HistogramScope::FullHeight HistogramScope::fullHeight() const {
+    return own().fullHeight;
+}
+
+void HistogramScope::setFullHeight(FullHeight rule) {
+    KXUI_INTERFACE_THREAD(this);
+    if (own().fullHeight == rule)
+        return;
+    own().fullHeight = rule;
+    own().changeColumns();
+    Q_EMIT fullHeightChanged();
+}
+
+double HistogramScope::fullShare() const {
+    return own().fullShare;
+}
+
+void HistogramScope::setFullShare(double share) {
+    KXUI_INTERFACE_THREAD(this);
+    const double wanted = std::isnan(share) ? LeastShare : std::clamp(share, LeastShare, 1.0);
+    if (own().fullShare == wanted)
+        return;
+    own().fullShare = wanted;
+    own().changeColumns();
+    Q_EMIT fullHeightChanged();
+}
+
 QString HistogramScopePrivate::name() const {
     return HistogramScope::tr("Histogram");
 }
@@ -152,6 +199,9 @@ void HistogramScopePrivate::saveTo(QVariantMap& state) const {
     state.insert(UpperKey, upper);
     state.insert(LogKey, logCounts);
     state.insert(CumulativeKey, cumulative);
+    state.insert(EqualAreaKey, equalArea);
+    state.insert(FullHeightKey, int(fullHeight));
+    state.insert(FullShareKey, fullShare);
 }
 
 void HistogramScopePrivate::restoreFrom(const QVariantMap& state) {
@@ -163,7 +213,8 @@ void HistogramScopePrivate::restoreFrom(const QVariantMap& state) {
     };
     using Scope = HistogramScope;
     take(LayoutKey, [&](const QVariant& value) {
-        scope->setLayout(value.toInt() == Scope::Stacked ? Scope::Stacked : Scope::Overlay);
+        scope->setLayout(
+            Scope::Layout(std::clamp<int>(value.toInt(), Scope::Overlay, Scope::SideBySide)));
     });
     take(ChannelsKey,
          [&](const QVariant& value) { scope->setChannels(Scope::Channels(value.toInt())); });
@@ -176,24 +227,46 @@ void HistogramScopePrivate::restoreFrom(const QVariantMap& state) {
     });
     take(LogKey, [&](const QVariant& value) { scope->setLogCounts(value.toBool()); });
     take(CumulativeKey, [&](const QVariant& value) { scope->setCumulative(value.toBool()); });
+    take(EqualAreaKey, [&](const QVariant& value) { scope->setEqualArea(value.toBool()); });
+    take(FullHeightKey, [&](const QVariant& value) {
+        scope->setFullHeight(
+            Scope::FullHeight(std::clamp<int>(value.toInt(), Scope::TallestInside, Scope::Share)));
+    });
+    take(FullShareKey, [&](const QVariant& value) { scope->setFullShare(value.toDouble()); });
 }
 
 void HistogramScopePrivate::addActions(QMenu& menu) {
-    HistogramScope* const scope = view();
-    const auto toggle = [&menu, scope](const QString& text, bool on, auto slot) {
-        QAction* const action = menu.addAction(text);
+    using Scope = HistogramScope;
+    Scope* const scope = view();
+    const auto toggle = [scope](QMenu& to, const QString& text, bool on, auto slot) {
+        QAction* const action = to.addAction(text);
         action->setCheckable(true);
         action->setChecked(on);
-        QObject::connect(action, &QAction::toggled, scope, slot);
+        QObject::connect(action, &QAction::triggered, scope, slot);
+        return action;
     };
-    toggle(HistogramScope::tr("Logarithmic heights"), logCounts, &HistogramScope::setLogCounts);
-    toggle(HistogramScope::tr("Cumulative line"), cumulative, &HistogramScope::setCumulative);
-    toggle(HistogramScope::tr("Channels above each other"), layout == HistogramScope::Stacked,
-           [scope](bool on) {
-               scope->setLayout(on ? HistogramScope::Stacked : HistogramScope::Overlay);
-           });
-    QObject::connect(menu.addAction(HistogramScope::tr("Fit range to values")), &QAction::triggered,
-                     scope, &HistogramScope::fitRange);
+    QMenu* const shown = menu.addMenu(Scope::tr("Channels"));
+    for (int trace = 0; trace < Traces; ++trace) {
+        const auto bit = Scope::Channel(1 << trace);
+        toggle(*shown, traceName(Trace(trace)), channels.testFlag(bit),
+               [this, scope, bit](bool on) {
+                   scope->setChannels(on ? channels | bit : channels & ~Scope::Channels(bit));
+               });
+    }
+    auto* const layouts = new QActionGroup(&menu);
+    const std::array<std::pair<Scope::Layout, QString>, 3> texts{
+        {{Scope::Overlay, Scope::tr("Channels on each other")},
+         {Scope::Stacked, Scope::tr("Channels above each other")},
+         {Scope::SideBySide, Scope::tr("Channels side by side")}}};
+    for (const auto& [each, text] : texts)
+        layouts->addAction(
+            toggle(menu, text, layout == each, [scope, each = each] { scope->setLayout(each); }));
+    menu.addSeparator();
+    toggle(menu, Scope::tr("Logarithmic heights"), logCounts, &Scope::setLogCounts);
+    toggle(menu, Scope::tr("Cumulative line"), cumulative, &Scope::setCumulative);
+    toggle(menu, Scope::tr("Areas in proportion"), equalArea, &Scope::setEqualArea);
+    QObject::connect(menu.addAction(Scope::tr("Fit range to values")), &QAction::triggered, scope,
+                     &Scope::fitRange);
 }
 
 } // namespace Kestrel::UI

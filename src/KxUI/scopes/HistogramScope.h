@@ -8,8 +8,10 @@ namespace Kestrel::UI {
 class HistogramScopePrivate;
 
 /** How often the values of each channel occur: exact counts at any zoom, with what lies below and
-    above the range, infinities and what is no number told apart. A click on the bars at the sides
-    selects the pixels beyond that side; a drag selects a range of values. Interface thread. */
+    above the range, infinities and what is no number told apart. The bars at the sides tell how much is
+    beyond, and a click on them selects those pixels; a drag selects a range of values, and on the
+    axis it pans. Saturation and hue have an axis of their own, from 0 to 1 and once around.
+    Interface thread. */
 class KXUI_EXPORT HistogramScope : public ScopeView {
     Q_OBJECT
     Q_PROPERTY(Layout layout READ layout WRITE setLayout NOTIFY layoutChanged)
@@ -17,12 +19,16 @@ class KXUI_EXPORT HistogramScope : public ScopeView {
     Q_PROPERTY(Axis axis READ axis WRITE setAxis NOTIFY axisChanged)
     Q_PROPERTY(bool logCounts READ logCounts WRITE setLogCounts NOTIFY logCountsChanged)
     Q_PROPERTY(bool cumulative READ cumulative WRITE setCumulative NOTIFY cumulativeChanged)
+    Q_PROPERTY(bool equalArea READ equalArea WRITE setEqualArea NOTIFY equalAreaChanged)
+    Q_PROPERTY(FullHeight fullHeight READ fullHeight WRITE setFullHeight NOTIFY fullHeightChanged)
+    Q_PROPERTY(double fullShare READ fullShare WRITE setFullShare NOTIFY fullHeightChanged)
 
 public:
     /** Where channels are drawn; the numbers are part of saved states. */
     enum Layout {
-        Overlay, ///< on each other, as light that adds up
-        Stacked  ///< one above the other
+        Overlay,   ///< on each other, as light that adds up
+        Stacked,   ///< one above the other
+        SideBySide ///< one beside the other
     };
     Q_ENUM(Layout)
 
@@ -33,7 +39,10 @@ public:
         Blue = 1 << ScopeHistogram::Blue,
         Alpha = 1 << ScopeHistogram::Alpha,
         Luma = 1 << ScopeHistogram::Luma,
-        Largest = 1 << ScopeHistogram::Largest ///< the largest of red, green and blue
+        Largest = 1 << ScopeHistogram::Largest, ///< the largest of red, green and blue
+        Saturation = 64,  ///< by rgbToHsv(), 0 to 1; what is shown of it is counted only then
+        Hue = 128,        ///< likewise, around from red over green to blue; greys have none
+        AllChannels = 255 ///< all of these
     };
     /** Bits of Channel. */
     Q_DECLARE_FLAGS(Channels, Channel)
@@ -47,6 +56,16 @@ public:
         PqAxis        ///< what SMPTE ST 2084 makes of it, 1.0 being the encoding's white
     };
     Q_ENUM(Axis)
+
+    /** How many pixels reach up to the upper edge; the numbers are part of saved states. */
+    enum FullHeight {
+        /** Those of the tallest column, but for those of black, white and the ends of the axis, which
+            a border may fill. */
+        TallestInside,
+        TallOnes, ///< so many that 99.5 % of the columns stay below
+        Share     ///< fullShare() of all, whatever the picture
+    };
+    Q_ENUM(FullHeight)
 
     explicit HistogramScope(QWidget* parent = nullptr);
     ~HistogramScope() override;
@@ -75,6 +94,18 @@ public:
     /** Whether a line shows how many pixels are at or below each value; off at first. */
     bool cumulative() const;
     void setCumulative(bool on);
+    /** Whether areas stand for pixels on axes that are not linear: columns that cover more values are
+        drawn lower. Off at first. */
+    bool equalArea() const;
+    void setEqualArea(bool on);
+
+    /** TallestInside at first. While the model is interactive, the height stays what it was, so that
+        curves do not pump. */
+    FullHeight fullHeight() const;
+    void setFullHeight(FullHeight rule);
+    /** The share of pixels that fills the height by Share: 0.0001 to 1, 0.02 at first. */
+    double fullShare() const;
+    void setFullShare(double share);
 
 Q_SIGNALS:
     /** Something became another one, by whomever; sent after it did. */
@@ -84,6 +115,8 @@ Q_SIGNALS:
     void rangeChanged(double lower, double upper);
     void logCountsChanged(bool on);
     void cumulativeChanged(bool on);
+    void equalAreaChanged(bool on);
+    void fullHeightChanged();
 
 private:
     HistogramScopePrivate& own() const;

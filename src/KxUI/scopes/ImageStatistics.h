@@ -18,6 +18,7 @@ struct KXUI_EXPORT ChannelStatistics {
     std::uint64_t negativeInfinity = 0; ///< of these
     std::uint64_t below = 0;            ///< finite values below 0
     std::uint64_t above = 0;            ///< finite values above 1
+    std::uint64_t withinEbuR103 = 0;    ///< values of -44/876 to 920/876, see `outsideEbuR103`
     double minimum = 0;                 ///< of finite values, as all that follows; 0 without any
     double maximum = 0;                 ///< the largest finite value
     double mean = 0;                    ///< their mean
@@ -26,6 +27,19 @@ struct KXUI_EXPORT ChannelStatistics {
     double low = 0;                     ///< likewise 1 %
     double high = 0;                    ///< likewise 99 %
     std::uint32_t distinct = 0;         ///< values that differ, by code or by half float
+
+    /** All values, also those that are no number. */
+    std::uint64_t all() const noexcept {
+        return finite + nan + positiveInfinity + negativeInfinity;
+    }
+    /** The share (0-1) of values within 0 to 1; 0 without any. */
+    double legalShare() const noexcept { return share(finite - below - above); }
+    /** The share (0-1) within the preferred range of EBU R 103; 0 without any. */
+    double ebuR103Share() const noexcept { return share(withinEbuR103); }
+    /** So many of all values, 0-1; 0 without any. */
+    double share(std::uint64_t count) const noexcept {
+        return all() > 0 ? double(count) / double(all()) : 0;
+    }
 };
 
 /** Figures of the counted pixels of an image. A plain value; its layout is frozen. */

@@ -41,7 +41,9 @@ public:
         PositiveInfinity = 1024, ///< how many of these there are
         NegativeInfinity = 2048, ///< how many of these there are
         Distinct = 4096,         ///< how many values differ
-        AllColumns = 8191        ///< all of these
+        Legal = 8192,            ///< the share within 0 to 1, in percent
+        EbuR103 = 16384,         ///< the share within the preferred range of EBU R 103, in percent
+        AllColumns = 32767       ///< all of these
     };
     /** Bits of Column. */
     Q_DECLARE_FLAGS(Columns, Column)

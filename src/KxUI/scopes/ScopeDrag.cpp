@@ -6,7 +6,7 @@ void ScopeDrag::press(const ScopeInput& input) {
     if (m_state != Idle)
         return;
     if (input.button == Qt::LeftButton)
-        m_state = Pressed;
+        m_state = input.pans ? Panning : Pressed;
     else if (input.button == Qt::MiddleButton)
         m_state = Panning;
     else

@@ -11,6 +11,7 @@ struct ScopeInput {
     QPointF position;
     Qt::MouseButton button = Qt::NoButton; ///< that was pressed or released
     Qt::KeyboardModifiers modifiers;
+    bool pans = false; ///< the left button does there
 };
 
 /** What the scope is to do about it. */

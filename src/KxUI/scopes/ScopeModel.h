@@ -53,7 +53,8 @@ public:
         Values = ScopeRequest::Values,     ///< for histograms and statistics
         Waveform = ScopeRequest::Waveform, ///< by the WaveformRange of require()
         Vectors = ScopeRequest::Vectors,   ///< by its VectorRange
-        Solid = ScopeRequest::Solid        ///< by setSolidRange()
+        Solid = ScopeRequest::Solid,       ///< by setSolidRange()
+        Hues = ScopeRequest::Hues          ///< for histograms of hue and saturation
     };
     /** Bits of Part. */
     Q_DECLARE_FLAGS(Parts, Part)

@@ -1,6 +1,7 @@
 #include <KxUI/scopes/ScopePass_p.h>
 
 #include <KxUI/scopes/CodeCounts_p.h>
+#include <KxUI/scopes/HueCounting_p.h>
 #include <KxUI/scopes/ScopeScratch_p.h>
 
 #include <algorithm>
@@ -139,6 +140,9 @@ void ScopePass::prepare(std::unique_ptr<Scratch>& scratch) const {
     const bool solid = wants(ScopeRequest::Solid);
     scratch->vectors.assign(vectors ? VectorSlots(m_request.vectors.chroma.bins).count() : 0, 0);
     scratch->solid.assign(solid ? SolidSlots(m_request.solid.bins).count() : 0, 0);
+    const std::size_t hues = wants(ScopeRequest::Hues) ? HueSlots::Count : 0;
+    scratch->hues.assign(hues, 0);
+    scratch->saturations.assign(hues, 0);
     scratch->outsideByDegree.fill(0);
     scratch->legal = LegalCounts();
     scratch->pixels = 0;
@@ -186,6 +190,8 @@ void ScopePass::countRow(int y, Span rows, Span pixels, Scratch& scratch) {
             countVectors(scratch);
         if (wants(ScopeRequest::Solid))
             countSolid(scratch);
+        if (wants(ScopeRequest::Hues))
+            countHues(scratch);
         x += count;
     }
 }
@@ -297,6 +303,19 @@ void ScopePass::countSolid(Scratch& scratch) const {
     std::uint32_t* const counts = scratch.solid.data();
     for (std::size_t i = 0; i < piece.count; ++i)
         ++counts[scratch.cells[i]];
+}
+
+void ScopePass::countHues(Scratch& scratch) const {
+    const PixelPiece& piece = scratch.piece;
+    std::array<std::uint16_t, PixelPiece::Room> hues;
+    std::array<std::uint16_t, PixelPiece::Room> saturations;
+    hueSlots(piece.colors(), piece.count, hues.data(), saturations.data());
+    std::uint32_t* const ofHues = scratch.hues.data();
+    std::uint32_t* const ofSaturations = scratch.saturations.data();
+    for (std::size_t i = 0; i < piece.count; ++i) {
+        ++ofHues[hues[i]];
+        ++ofSaturations[saturations[i]];
+    }
 }
 
 } // namespace Kestrel::UI

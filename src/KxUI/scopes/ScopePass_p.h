@@ -50,6 +50,8 @@ private:
     void addValues(const std::vector<Scratch*>& scratches, ScopeResult& result) const;
     void addVectors(const std::vector<Scratch*>& scratches, ScopeResult& result) const;
     void addSolid(const std::vector<Scratch*>& scratches, ScopeResult& result) const;
+    void countHues(Scratch& scratch) const;
+    void addHues(const std::vector<Scratch*>& scratches, ScopeResult& result) const;
     bool wants(ScopeRequest::Part part) const { return (m_request.parts & part) != 0; }
     bool wants(ScopeHistogram::Channel channel) const;
     CodeAxis axis(ScopeHistogram::Channel channel) const;

@@ -1,6 +1,7 @@
 #include <KxUI/scopes/ScopeResult.h>
 
 #include <KxUI/scopes/CodeCounts_p.h>
+#include <KxUI/scopes/HueCounting_p.h>
 #include <KxUI/scopes/ScopePass_p.h>
 #include <KxUI/scopes/ScopeScratch_p.h>
 
@@ -112,6 +113,25 @@ void ScopePass::addVectors(const Scratches& scratches, ScopeResult& result) cons
     }
 }
 
+void ScopePass::addHues(const Scratches& scratches, ScopeResult& result) const {
+    const auto step = std::uint32_t(m_request.rowStep);
+    ScopeHues& hues = result.hues;
+    std::vector<std::uint32_t> saturations(HueSlots::Count);
+    std::vector<std::uint32_t> all(HueSlots::Count);
+    for (const Scratch* each : scratches) {
+        add(each->saturations.data(), saturations.data(), saturations.size(), step);
+        add(each->hues.data(), all.data(), all.size(), step);
+        hues.pixels += each->pixels * step;
+    }
+    hues.greys = all[HueSlots::Grey];
+    hues.above = saturations[HueSlots::Above];
+    hues.none = all[HueSlots::None];
+    all.resize(HueSlots::Codes + 1);
+    saturations.resize(HueSlots::Codes + 1);
+    hues.hue = std::move(all);
+    hues.saturation = std::move(saturations);
+}
+
 void ScopePass::addSolid(const Scratches& scratches, ScopeResult& result) const {
     const auto step = std::uint32_t(m_request.rowStep);
     ScopeSolid& solid = result.solid;
@@ -132,7 +152,7 @@ void ScopePass::addSolid(const Scratches& scratches, ScopeResult& result) const 
 
 ScopeResult ScopePass::finish(const Scratches& scratches) {
     ScopeResult result;
-    result.parts = m_request.parts & ScopeRequest::AllParts;
+    result.parts = m_request.parts & (ScopeRequest::AllParts | ScopeRequest::Hues);
     result.proxy = std::max(m_image.proxy, 1);
     result.rowStep = m_request.rowStep;
     result.encoding = m_request.encoding;
@@ -146,6 +166,8 @@ ScopeResult ScopePass::finish(const Scratches& scratches) {
         addVectors(scratches, result);
     if (wants(ScopeRequest::Solid))
         addSolid(scratches, result);
+    if (wants(ScopeRequest::Hues))
+        addHues(scratches, result);
     if (m_request.rowStep > 1) {
         const auto step = std::uint32_t(m_request.rowStep);
         scale(m_waveform.columnPixels, step);

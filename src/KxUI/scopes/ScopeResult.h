@@ -2,6 +2,7 @@
 
 #include <KxUI/Export.h>
 #include <KxUI/scopes/ScopeEncoding.h>
+#include <KxUI/scopes/ScopeHues.h>
 #include <KxUI/scopes/ScopeImage.h>
 #include <KxUI/scopes/ScopeSolid.h>
 #include <KxUI/scopes/ScopeValues.h>
@@ -17,11 +18,12 @@ namespace Kestrel::UI {
 struct KXUI_EXPORT ScopeRequest {
     /** What a pass may count; the numbers are part of saved states. */
     enum Part {
-        Values = 1,   ///< for histograms and statistics
-        Waveform = 2, ///< by `waveform`
-        Vectors = 4,  ///< by `vectors`
-        Solid = 8,    ///< by `solid`
-        AllParts = Values | Waveform | Vectors | Solid
+        Values = 1,                                     ///< for histograms and statistics
+        Waveform = 2,                                   ///< by `waveform`
+        Vectors = 4,                                    ///< by `vectors`
+        Solid = 8,                                      ///< by `solid`
+        AllParts = Values | Waveform | Vectors | Solid, ///< what is counted unless asked for more
+        Hues = 16                                       ///< hues and saturations
     };
     /** Bits of channels of `values`. */
     static constexpr int RgbValues =
@@ -52,6 +54,7 @@ struct KXUI_EXPORT ScopeResult {
     ScopeWaveform waveform;     ///< empty if not asked for, as what follows
     ScopeVectors vectors;       ///< likewise
     ScopeSolid solid;           ///< likewise
+    ScopeHues hues;             ///< likewise
     std::string error;          ///< what the transform threw; the rest is empty then
 };
 

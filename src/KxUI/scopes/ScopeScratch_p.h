@@ -22,6 +22,8 @@ public:
     std::array<std::unique_ptr<ExactSums>, ScopeHistogram::Channels> sums;
     std::vector<std::uint32_t> vectors; // by VectorSlots
     std::vector<std::uint32_t> solid;   // by SolidSlots
+    std::vector<std::uint32_t> hues;    // by HueSlots, as the next
+    std::vector<std::uint32_t> saturations;
     std::array<std::uint32_t, 360> outsideByDegree{};
     std::array<std::uint32_t, PixelPiece::Room> cells{};
     std::array<std::uint32_t, PixelPiece::Room> places{};

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace Kestrel::UI {
 namespace {
@@ -37,6 +38,17 @@ bool isInCells(const ScopeSelection& selection, const std::array<float, 3>& rgb)
         cell = cell * std::uint32_t(edge.bins) + std::uint32_t(bin);
     }
     return std::binary_search(selection.cells.begin(), selection.cells.end(), cell);
+}
+
+// No numbers where there is none: for greys there is no hue.
+std::pair<float, float> hueAndSaturation(const std::array<float, 3>& rgb) noexcept {
+    if (!std::all_of(rgb.begin(), rgb.end(), [](float each) { return std::isfinite(each); }))
+        return {NAN, NAN};
+    float hue = 0;
+    float saturation = 0;
+    float value = 0;
+    rgbToHsv(rgb[0], rgb[1], rgb[2], hue, saturation, value);
+    return {saturation > 0 ? hue : NAN, saturation};
 }
 
 bool isWithin(const ScopeSelection& selection, float value) noexcept {
@@ -77,6 +89,11 @@ bool ScopeSelection::contains(const std::array<float, 3>& rgb,
         return isWithin(*this, dot(matrix.cr, rgb));
     case Largest:
         return isWithin(*this, numbers ? *std::max_element(rgb.begin(), rgb.end()) : NAN);
+    case Saturation:
+    case Hue: {
+        const auto [hue, saturation] = hueAndSaturation(rgb);
+        return isWithin(*this, channel == Hue ? hue : saturation);
+    }
     case Any:
         break;
     }

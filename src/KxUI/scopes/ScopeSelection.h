@@ -25,14 +25,16 @@ struct KXUI_EXPORT ScopeSelection {
     };
     /** What Values looks at; the numbers are part of saved states. */
     enum Channel {
-        Red,     ///< the signal's red
-        Green,   ///< its green
-        Blue,    ///< its blue
-        Luma,    ///< by the matrix of the encoding
-        Cb,      ///< likewise
-        Cr,      ///< likewise
-        Largest, ///< the largest of red, green and blue
-        Any      ///< one of red, green and blue
+        Red,        ///< the signal's red
+        Green,      ///< its green
+        Blue,       ///< its blue
+        Luma,       ///< by the matrix of the encoding
+        Cb,         ///< likewise
+        Cr,         ///< likewise
+        Largest,    ///< the largest of red, green and blue
+        Any,        ///< one of red, green and blue
+        Saturation, ///< by rgbToHsv()
+        Hue         ///< likewise, 0 to 1; greys have none
     };
     /** A place in the plane of chroma. */
     struct Point {

@@ -10,6 +10,8 @@ namespace {
 
 using Panel = ImageStatisticsPanel;
 
+constexpr double LeastLegal = 0.99;
+
 QString channelName(ScopeHistogram::Channel channel) {
     switch (channel) {
     case ScopeHistogram::Red:
@@ -58,8 +60,13 @@ Title title(Panel::Column column) {
         return {Panel::tr("+inf"), Panel::tr("Positive infinities")};
     case Panel::NegativeInfinity:
         return {Panel::tr("-inf"), Panel::tr("Negative infinities")};
-    default:
+    case Panel::Distinct:
         return {Panel::tr("Distinct"), Panel::tr("Values that differ")};
+    case Panel::Legal:
+        return {Panel::tr("Legal %"), Panel::tr("Share of the values within 0 to 1")};
+    default:
+        return {Panel::tr("R 103 %"),
+                Panel::tr("Share of the values within the preferred range of EBU R 103")};
     }
 }
 
@@ -115,6 +122,12 @@ std::uint64_t ScopeStatisticsModel::countOf(const ChannelStatistics& channel, Co
 
 bool ScopeStatisticsModel::isWarning(int row, int section) const {
     const Column kind = column(section);
+    if (kind == Panel::Legal || kind == Panel::EbuR103) {
+        // 1 % may leave either range.
+        const ChannelStatistics& now = statistics(row);
+        const double share = kind == Panel::Legal ? now.legalShare() : now.ebuR103Share();
+        return now.all() > 0 && share < LeastLegal;
+    }
     return kind >= Panel::NotANumber && kind <= Panel::NegativeInfinity &&
            countOf(statistics(row), kind) > 0;
 }
@@ -132,6 +145,16 @@ QString ScopeStatisticsModel::valueText(double value, double held, bool plain) c
     return m_reference && number > 0 && !plain ? QLatin1Char('+') + text : text;
 }
 
+// In percent, where all is told from nearly all.
+QString ScopeStatisticsModel::shareText(double share, double held, bool plain) const {
+    constexpr double NearlyAll = 99.99;
+    const bool isNearlyAll = share < 1 && 100 * share > NearlyAll;
+    const double percent = 100 * (share - held);
+    const QString text = (plain ? QLocale::c() : QLocale())
+                             .toString(isNearlyAll && !m_reference ? NearlyAll : percent, 'f', 2);
+    return m_reference && percent > 0 && !plain ? QLatin1Char('+') + text : text;
+}
+
 QString ScopeStatisticsModel::text(int row, int section, bool plain) const {
     const ChannelStatistics& now = statistics(row);
     const Column kind = column(section);
@@ -141,6 +164,13 @@ QString ScopeStatisticsModel::text(int row, int section, bool plain) const {
     if (isCount(kind)) {
         const auto count = qint64(countOf(now, kind)) - qint64(countOf(held, kind));
         return plain ? QString::number(count) : QLocale().toString(count);
+    }
+    if (isShare(kind)) {
+        const bool isLegal = kind == Panel::Legal;
+        const auto share = [isLegal](const ChannelStatistics& each) {
+            return isLegal ? each.legalShare() : each.ebuR103Share();
+        };
+        return shareText(share(now), isHeld ? share(held) : 0, plain);
     }
     if (now.finite == 0)
         return plain ? QString() : QStringLiteral("\u2013");

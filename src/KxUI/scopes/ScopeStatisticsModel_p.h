@@ -40,7 +40,11 @@ private:
     QString valueText(double value, double held, bool plain) const;
     static double valueOf(const ChannelStatistics& channel, Column column);
     static std::uint64_t countOf(const ChannelStatistics& channel, Column column);
-    static bool isCount(Column column) { return column >= ImageStatisticsPanel::Below; }
+    static bool isCount(Column column) {
+        return column >= ImageStatisticsPanel::Below && column < ImageStatisticsPanel::Legal;
+    }
+    static bool isShare(Column column) { return column >= ImageStatisticsPanel::Legal; }
+    QString shareText(double share, double held, bool plain) const;
     bool isWarning(int row, int section) const;
 
     std::shared_ptr<const ScopeResult> m_result = std::make_shared<ScopeResult>();

@@ -161,8 +161,8 @@ void ScopeView::setShowReference(bool show) {
 
 ScopeReadout ScopeView::readoutAt(const QPoint& position) const {
     const ScopeGeometry geometry = d->geometry();
-    return geometry.plot.contains(position) ? d->readoutAt(geometry.fromWidget(position))
-                                            : ScopeReadout();
+    return d->readArea(geometry).contains(position) ? d->readoutAt(geometry.fromWidget(position))
+                                                    : ScopeReadout();
 }
 
 ScopeReadout ScopeView::readout() const {
@@ -288,7 +288,8 @@ void ScopeView::mousePressEvent(QMouseEvent* event) {
         d->execute(d->drag.cancel());
         return;
     }
-    d->drag.press({event->localPos(), event->button(), event->modifiers()});
+    d->drag.press({event->localPos(), event->button(), event->modifiers(),
+                   d->pansAt(d->geometry(), event->localPos())});
 }
 
 void ScopeView::mouseMoveEvent(QMouseEvent* event) {
@@ -302,7 +303,7 @@ void ScopeView::mouseMoveEvent(QMouseEvent* event) {
         return;
     const ScopeGeometry geometry = d->geometry();
     d->cursorIsOfKeys = false;
-    if (geometry.plot.contains(input.position))
+    if (d->readArea(geometry).contains(input.position))
         d->setCursor(geometry.fromWidget(input.position));
     else
         d->setCursor(std::nullopt);
@@ -347,6 +348,10 @@ void ScopeViewPrivate::restoreFrom(const QVariantMap&) {}
 void ScopeViewPrivate::addActions(QMenu&) {}
 
 void ScopeViewPrivate::turn(const QPointF&) {}
+
+bool ScopeViewPrivate::pansAt(const ScopeGeometry&, const QPointF&) const {
+    return false;
+}
 
 void ScopeViewPrivate::resetView() {
     setViewport(ScopeViewport());

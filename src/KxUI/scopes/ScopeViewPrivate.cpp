@@ -344,7 +344,8 @@ void ScopeViewPrivate::execute(const ScopeCommand& command) {
             Q_EMIT q->editFinished(false);
         break;
     case ScopeCommand::Pan:
-        setViewport(viewport.moved(where.fromWidget(command.from) - where.fromWidget(command.to)));
+        setViewport(
+            viewport.moved(panned(where.fromWidget(command.from) - where.fromWidget(command.to))));
         break;
     }
 }

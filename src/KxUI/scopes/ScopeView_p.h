@@ -56,6 +56,12 @@ public:
     virtual void paintTrace(DrawingContext& context, const ScopeGeometry& geometry) = 0;
     /** Marks over it that follow the model's sample. */
     virtual void paintMarks(DrawingContext& context, const ScopeGeometry& geometry);
+    /** Where the mouse reads something off. */
+    virtual QRectF readArea(const ScopeGeometry& geometry) const { return geometry.plot; }
+    /** Whether the left button pans there. */
+    virtual bool pansAt(const ScopeGeometry& geometry, const QPointF& position) const;
+    /** How far the whole goes when the mouse pans by a part of it. */
+    virtual QPointF panned(const QPointF& uv) const { return uv; }
     /** What is selected, or being selected. */
     virtual void paintSelection(DrawingContext& context, const ScopeGeometry& geometry);
 
@@ -116,7 +122,7 @@ public:
     /** There is another one, or none. */
     void modelGone();
     void setViewport(const ScopeViewport& wanted);
-    void zoomAbout(const QPointF& uv, double factor);
+    virtual void zoomAbout(const QPointF& uv, double factor);
 
     /** These tell of what has changed, so the view may be gone afterwards. */
     void setCursor(const std::optional<QPointF>& uv);
