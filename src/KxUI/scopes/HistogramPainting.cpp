@@ -20,12 +20,13 @@ std::vector<GraticuleLine> hueLines(const ScopeViewport& seen, double length, do
     std::vector<GraticuleLine> lines;
     const double gap = length / seen.width / 6;
     const int each = gap >= textLength ? 1 : gap * 3 >= textLength ? 3 : 6;
+    const int last = gap * 6 >= textLength ? 6 : 0;
     for (int sixth = 0; sixth <= 6; ++sixth) {
         const double place = (sixth / 6.0 - seen.left) / seen.width;
         if (place < 0 || place > 1)
             continue;
         lines.push_back({sixth / 6.0, place, GraticuleLine::Faint, QString(), QColor()});
-        if (withTexts && sixth % each == 0)
+        if (withTexts && sixth % each == 0 && sixth <= last)
             lines.back().text = QString::number(60 * sixth) + QChar(0xB0);
     }
     return lines;
@@ -181,9 +182,19 @@ void HistogramScopePrivate::paintTrace(DrawingContext& context, const ScopeGeome
         }
         if (mainTrace(cell) == Hue)
             paintHues(context, cell.area);
-        if (layout != HistogramScope::Overlay)
-            context.text(cell.area.adjusted(4, 2, 0, 0), Qt::AlignLeft | Qt::AlignTop,
-                         traceName(cell.traces.front()), labelFont(), lightOf(cell.traces.front()));
+        if (layout == HistogramScope::Overlay)
+            continue;
+        // Above a cell that has neighbours at its sides, or what is told in its corner would meet it.
+        const Trace trace = cell.traces.front();
+        const bool isAbove = layout == HistogramScope::SideBySide;
+        const QFontMetricsF metrics(labelFont());
+        context.setClip(QRectF());
+        context.text({cell.area.left() + (isAbove ? 0 : 4),
+                      cell.area.top() + (isAbove ? -metrics.height() - 1 : 2), cell.area.width(),
+                      metrics.height()},
+                     Qt::AlignLeft | Qt::AlignVCenter,
+                     metrics.elidedText(traceName(trace), Qt::ElideRight, cell.area.width()),
+                     labelFont(), lightOf(trace));
     }
     context.setClip(QRectF());
     if (layout == HistogramScope::SideBySide) {

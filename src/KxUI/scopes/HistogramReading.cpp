@@ -47,7 +47,9 @@ ScopeModel::Parts HistogramScopePrivate::parts() const {
 
 QMarginsF HistogramScopePrivate::margins() const {
     const QFontMetricsF metrics(labelFont());
-    return {SideWidth + SideGap, 0, SideGap + SideWidth + NoneGap + NoneWidth, metrics.height()};
+    const double names = layout == HistogramScope::SideBySide ? metrics.height() : 0;
+    return {SideWidth + SideGap, names, SideGap + SideWidth + NoneGap + NoneWidth,
+            metrics.height()};
 }
 
 ScopeHistogram::Axis HistogramScopePrivate::axisOf(Trace trace) const {
@@ -157,6 +159,9 @@ HistogramScopePrivate::cells(const ScopeGeometry& geometry) const {
     std::vector<Cell> all;
     const auto count = double(traces.size());
     const bool rows = layout == HistogramScope::Stacked;
+    // Next to the axis that they share.
+    if (rows)
+        std::stable_partition(traces.begin(), traces.end(), isOfColor);
     const double gap = rows ? 1 : SideWidth + 2 * SideGap + SideWidth + NoneGap + NoneWidth;
     const QRectF& plot = geometry.plot;
     const double size = ((rows ? plot.height() : plot.width()) - gap * (count - 1)) / count;

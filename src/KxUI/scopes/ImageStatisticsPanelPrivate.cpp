@@ -37,6 +37,7 @@ ImageStatisticsPanelPrivate::ImageStatisticsPanelPrivate(ImageStatisticsPanel* p
     m_view->verticalHeader()->setHighlightSections(false);
     m_view->setAccessibleName(ImageStatisticsPanel::tr("Image statistics"));
     m_summary->setWordWrap(true);
+    m_summary->setContentsMargins(4, 0, 4, 2);
     m_summary->setTextInteractionFlags(Qt::TextSelectableByMouse);
     auto* const layout = new QVBoxLayout(panel);
     layout->setContentsMargins(0, 0, 0, 0);
