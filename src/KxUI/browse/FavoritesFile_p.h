@@ -2,7 +2,7 @@
 
 #include <KxUI/browse/FavoritesFile.h>
 #include <KxUI/browse/FavoritesStore_p.h>
-#include <KxUI/files/Mailbox_p.h>
+#include <KxUI/kit/Mailbox_p.h>
 
 #include <QTimer>
 

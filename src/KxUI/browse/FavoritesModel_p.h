@@ -1,7 +1,7 @@
 #pragma once
 
 #include <KxUI/browse/PlaceTree_p.h>
-#include <KxUI/files/Mailbox_p.h>
+#include <KxUI/kit/Mailbox_p.h>
 
 #include <QPointer>
 

@@ -2,7 +2,7 @@
 
 #include <KxUI/browse/PathRemapModel.h>
 #include <KxUI/browse/PathRemapTable.h>
-#include <KxUI/files/Mailbox_p.h>
+#include <KxUI/kit/Mailbox_p.h>
 
 #include <QStyledItemDelegate>
 #include <QTableView>

@@ -2,7 +2,7 @@
 
 #include <KxUI/browse/ThumbnailCache_p.h>
 #include <KxUI/files/FileListing.h>
-#include <KxUI/files/Mailbox_p.h>
+#include <KxUI/kit/Mailbox_p.h>
 
 #include <QObject>
 #include <QTimer>

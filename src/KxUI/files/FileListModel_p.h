@@ -3,7 +3,7 @@
 #include <KxUI/files/FileListModel.h>
 #include <KxUI/files/ListingDiff_p.h>
 #include <KxUI/files/ListingOrder_p.h>
-#include <KxUI/files/Mailbox_p.h>
+#include <KxUI/kit/Mailbox_p.h>
 
 #include <QTimer>
 

@@ -1,10 +1,10 @@
 #pragma once
 
 #include <KxUI/files/ListingData_p.h>
-#include <KxUI/files/Mailbox_p.h>
 #include <KxUI/files/RecentListings_p.h>
 #include <KxUI/files/WorkerPool_p.h>
 #include <KxUI/files/platform/Directory_p.h>
+#include <KxUI/kit/Mailbox_p.h>
 
 #include <optional>
 #include <unordered_set>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include <KxUI/files/Mailbox_p.h>
 #include <KxUI/files/WorkerPool_p.h>
+#include <KxUI/kit/Mailbox_p.h>
 
 #include <QBasicTimer>
 #include <QCoreApplication>

@@ -1,9 +1,9 @@
 #pragma once
 
 #include <KxUI/files/ListingData_p.h>
-#include <KxUI/files/Mailbox_p.h>
 #include <KxUI/files/StatusTable_p.h>
 #include <KxUI/files/WorkerPool_p.h>
+#include <KxUI/kit/Mailbox_p.h>
 
 #include <string>
 #include <unordered_set>

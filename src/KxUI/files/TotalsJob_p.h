@@ -1,8 +1,8 @@
 #pragma once
 
 #include <KxUI/files/ListingData_p.h>
-#include <KxUI/files/Mailbox_p.h>
 #include <KxUI/files/WorkerPool_p.h>
+#include <KxUI/kit/Mailbox_p.h>
 
 namespace Kestrel::UI {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <KxUI/files/Mailbox_p.h>
+#include <KxUI/kit/Mailbox_p.h>
 #include <KxUI/scopes/ScopePass_p.h>
 #include <KxUI/scopes/ScopeResult.h>
 #include <KxUI/scopes/ScopeSelection.h>

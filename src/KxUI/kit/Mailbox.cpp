@@ -1,4 +1,4 @@
-#include <KxUI/files/Mailbox_p.h>
+#include <KxUI/kit/Mailbox_p.h>
 
 #include <QCoreApplication>
 
