@@ -131,7 +131,8 @@ private slots:
     void pagesHangTogether() {
         const QDir folder(QFile::decodeName(helpFolder()));
         const QStringList pages = folder.entryList({QStringLiteral("*.html")});
-        QCOMPARE(pages.size(), 8);
+        const QDir sources(QStringLiteral(KXUI_SOURCES "/docs/help/pages"));
+        QCOMPARE(pages, sources.entryList({QStringLiteral("*.html")}));
         std::set<QString> places;
         QStringList links = all(read(QStringLiteral("help.js")), "\", \"(\\w[^\"]*\\.html[^\"]*)");
         const std::set<QString> searchable(links.begin(), links.end());

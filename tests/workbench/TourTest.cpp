@@ -76,7 +76,8 @@ private slots:
         for (const char* widget :
              {"main-window", "sequence-list", "viewer", "timeline", "viewer-missing",
               "viewer-unreadable", "viewer-graded", "grade-panel", "history-panel", "profiler",
-              "layout-review", "layout-grade", "layout-wide", "floating-pane"}) {
+              "layout-review", "layout-grade", "layout-wide", "layout-scopes", "floating-pane",
+              "scopes-panel", "statistics-panel", "viewer-region"}) {
             for (const char* theme : {"dark", "light"}) {
                 QSize sizes[2];
                 for (const int scale : {1, 2}) {

@@ -2,9 +2,15 @@
 
 #include "app/MainWindow.h"
 #include "media/ListedSequence.h"
+#include "panels/ScopesPanel.h"
 #include "panels/SequenceListPanel.h"
 #include "panels/TimelinePanel.h"
+#include "panels/ViewerPanel.h"
 #include "robot/Heap.h"
+#include "scopes/ScopeCell.h"
+#include "scopes/ScopeFeed.h"
+#include "scopes/ScopeKinds.h"
+#include "scopes/ScopeOverlay.h"
 #include "workspace/BuiltInLayouts.h"
 
 #include <KxUI/browse/FileBrowser.h>
@@ -16,6 +22,7 @@
 #include <KxUI/eventgraph/EventGraph.h>
 #include <KxUI/eventgraph/EventGraphView.h>
 #include <KxUI/files/FileListModel.h>
+#include <KxUI/scopes/ScopeView.h>
 #include <KxUI/time/TimeSlider.h>
 #include <KxUI/values/LogSlider.h>
 
@@ -134,7 +141,7 @@ void Robot::step() {
             {20, &Robot::click},  {10, &Robot::drag},    {5, &Robot::wheel},   {10, &Robot::type},
             {20, &Robot::scrub},  {15, &Robot::trigger}, {2, &Robot::open},    {6, &Robot::tear},
             {6, &Robot::dragTab}, {4, &Robot::arrange},  {2, &Robot::profile}, {8, &Robot::grade},
-            {6, &Robot::undo}};
+            {6, &Robot::undo},    {8, &Robot::measure}};
         std::vector<Deed> all;
         for (const auto& [weight, deed] : deeds)
             all.insert(all.end(), weight, deed);
@@ -170,6 +177,9 @@ void Robot::rest() {
     m_window->arrange(builtInLayouts().front());
     m_window->setTheme(Theme::Dark);
     session->open(Sequence());
+    session->scopes()->model()->clearReference();
+    session->scopes()->model()->setSelection({});
+    session->scopes()->model()->setRegion({});
     // Neither pictures that are kept nor a history is a leak, but they grow.
     QPixmapCache::clear();
     UI::MultiStackUndoGroup* history = session->grades()->group();
@@ -370,6 +380,40 @@ void Robot::undo() {
         return history->redo();
     default:
         return history->undo();
+    }
+}
+
+/** Draws regions on the viewer, and changes and uses the scopes. */
+void Robot::measure() {
+    m_window->showPage(oneIn(4) ? QStringLiteral("Statistics") : QStringLiteral("Scopes"));
+    auto* scopes = static_cast<ScopesPanel*>(m_window->page(QStringLiteral("Scopes")));
+    ScopeCell* cell = scopes->cell(below(ScopesPanel::MostScopes));
+    auto* overlay = m_window->viewer()->findChild<ScopeOverlay*>();
+    const auto& kinds = scopeKinds();
+    switch (below(6)) {
+    case 0:
+        return scopes->setScopeCount(1 << below(3));
+    case 1:
+        return cell->setKind(QLatin1String(kinds[std::size_t(below(int(kinds.size())))].id));
+    case 2:
+        return m_window->session()->scopes()->setSource(oneIn(2) ? ScopeFeed::File
+                                                                 : ScopeFeed::Screen);
+    case 3: {
+        UI::ScopeModel* model = m_window->session()->scopes()->model();
+        return oneIn(2) ? model->hold() : model->setRegion({});
+    }
+    case 4:
+        if (QWidget* view = cell->view(); view && view->isVisible()) {
+            const QPoint from = pointIn(view->rect());
+            dragOn(view, from, pointIn(view->rect()));
+        }
+        return;
+    default:
+        if (overlay->isVisible()) {
+            const QPoint from = pointIn(overlay->rect());
+            dragOn(overlay, from, pointIn(overlay->rect()));
+        }
+        return;
     }
 }
 

@@ -17,10 +17,10 @@ namespace Kestrel::Workbench {
 class MainWindow;
 
 /** Uses the window as a hasty user would, for hours if need be: clicks, drags and types anywhere,
-    plays and scrubs, grades and undoes, opens sequences, tears panes off, saves and loads layouts,
-    captures profiles. What it does follows from its seed; how far it comes in a minute does not.
-    Once a minute it puts everything back as it was in the beginning and prints what memory and
-    objects are left. */
+    plays and scrubs, grades and undoes, measures by scopes, opens sequences, tears panes off, saves
+    and loads layouts, captures profiles. What it does follows from its seed; how far it comes in a
+    minute does not. Once a minute it puts everything back as it was in the beginning and prints what
+    memory and objects are left. */
 class Robot : public QObject {
     Q_OBJECT
 
@@ -54,6 +54,7 @@ private:
     void profile();
     void grade();
     void undo();
+    void measure();
 
     int below(int many);
     bool oneIn(int many) { return below(many) == 0; }

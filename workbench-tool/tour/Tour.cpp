@@ -7,7 +7,9 @@
 #include "panels/ExposurePanel.h"
 #include "panels/GradePanel.h"
 #include "panels/HistoryPanel.h"
+#include "panels/ScopesPanel.h"
 #include "panels/SequenceListPanel.h"
+#include "panels/StatisticsPanel.h"
 #include "panels/TimelinePanel.h"
 #include "panels/TransportRow.h"
 #include "panels/ViewerPanel.h"
@@ -210,7 +212,11 @@ void Tour::showcase() {
         std::set<Base::Time>{start + length / 4, start + length / 3, start + length * 2 / 3});
     times->setCurrentTime(start + length * 3 / 7);
     waitFor([session] { return !session->isLoading(); }, decodeSeconds);
-    // The line at the foot looks at its figures a few times a second.
+    restForFigures();
+}
+
+/** Figures are brought up to date a few times a second only, so that they can be read. */
+void Tour::restForFigures() {
     QEventLoop loop;
     QTimer::singleShot(400, &loop, &QEventLoop::quit);
     loop.exec();
@@ -240,6 +246,7 @@ void Tour::savePictures(Theme theme) {
     saveLayouts();
     saveDamaged();
     saveGrading();
+    saveScopes();
     saveProfiler();
 }
 
@@ -252,7 +259,13 @@ void Tour::saveLayouts() {
             applySampleGrade(session->grades(), session->sequence());
         else
             session->grades()->group()->makeIndex(0);
-        waitFor([session] { return session->isSettled() && !session->isLoading(); }, decodeSeconds);
+        waitFor(
+            [session] {
+                return session->isSettled() && !session->isLoading() &&
+                       session->scopes()->model()->isCurrent();
+            },
+            decodeSeconds);
+        restForFigures();
         save(&m_window, QStringLiteral("layout-%1").arg(QLatin1String(layout.id)));
     }
     m_window.arrange(builtInLayouts().front());
@@ -319,6 +332,44 @@ void Tour::saveGrading() {
     save(&exposure, QStringLiteral("exposure-panel"));
     save(&viewer, QStringLiteral("viewer-graded"));
     save(&history, QStringLiteral("history-panel"));
+}
+
+/** Four scopes and the figures of a region, with the pixels that were selected in a scope. */
+void Tour::saveScopes() {
+    const Sequence& open = m_window.session()->sequence();
+    Session session(m_line.timeBase, std::size_t(256) << 20);
+    ScopesPanel scopes(&session);
+    StatisticsPanel figures(&session);
+    ViewerPanel viewer(&session);
+    scopes.setScopeCount(ScopesPanel::MostScopes);
+    scopes.resize(800, 600);
+    figures.resize(800, 220);
+    viewer.resize(m_window.viewer()->size());
+    for (QWidget* panel : {static_cast<QWidget*>(&viewer), static_cast<QWidget*>(&scopes),
+                           static_cast<QWidget*>(&figures)}) {
+        panel->setAttribute(Qt::WA_DontShowOnScreen);
+        panel->show();
+    }
+    session.open(open, open.firstTime() + (open.lastTime() - open.firstTime() + 1) * 3 / 7);
+    UI::ScopeModel* model = session.scopes()->model();
+    const auto wait = [&] {
+        waitFor([&] { return session.isSettled() && !session.isLoading() && model->isCurrent(); },
+                decodeSeconds);
+    };
+    wait();
+    save(&scopes, QStringLiteral("scopes-panel"));
+    const QSize frame = session.scopes()->frameSize();
+    model->setRegion(
+        {frame.width() / 4, frame.height() / 4, frame.width() / 2, frame.height() / 2});
+    UI::ScopeSelection bright;
+    bright.kind = UI::ScopeSelection::Kind::Values;
+    bright.lower = 0.6F;
+    bright.upper = 2.0F;
+    model->setSelection(bright);
+    wait();
+    restForFigures();
+    save(&figures, QStringLiteral("statistics-panel"));
+    save(&viewer, QStringLiteral("viewer-region"));
 }
 
 void Tour::saveProfiler() {

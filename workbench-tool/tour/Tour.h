@@ -28,10 +28,12 @@ private:
     void waitForSizes();
     void capturePlayback();
     void showcase();
+    void restForFigures();
     void savePictures(Theme theme);
     void saveLayouts();
     void saveDamaged();
     void saveGrading();
+    void saveScopes();
     void saveProfiler();
     void save(QWidget* widget, const QString& name);
     bool waitFor(const std::function<bool()>& done, int seconds);

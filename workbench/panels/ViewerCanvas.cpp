@@ -60,7 +60,11 @@ void ViewerCanvas::mouseMoveEvent(QMouseEvent* event) {
 QPoint ViewerCanvas::pixelUnder(const QPoint& global) const {
     if (!m_frame)
         return {-1, -1};
-    return pixelAt(mapFromGlobal(global), fittedRect(m_shape, rect()), m_frame->image.size());
+    return pixelAt(mapFromGlobal(global), pictureRect(), m_frame->image.size());
+}
+
+QRectF ViewerCanvas::pictureRect() const {
+    return fittedRect(m_shape, rect());
 }
 
 void ViewerCanvas::paintEvent(QPaintEvent*) {
@@ -88,7 +92,7 @@ void ViewerCanvas::paintEvent(QPaintEvent*) {
 }
 
 void ViewerCanvas::paintPicture(QPainter& painter) {
-    const QRectF target = fittedRect(m_shape, rect());
+    const QRectF target = pictureRect();
     const qreal ratio = devicePixelRatioF();
     const QSize device(int(std::lround(target.width() * ratio)),
                        int(std::lround(target.height() * ratio)));
@@ -113,7 +117,7 @@ void ViewerCanvas::paintPicture(QPainter& painter) {
 
 void ViewerCanvas::paintCard(QPainter& painter, const QString& title,
                              const QString& message) const {
-    const QRectF card = fittedRect(m_shape, rect());
+    const QRectF card = pictureRect();
     painter.fillRect(card, QColor(0x30, 0x30, 0x30));
     painter.fillRect(card, QBrush(QColor(0x3c, 0x3c, 0x3c), Qt::BDiagPattern));
 

@@ -31,6 +31,9 @@ public:
     /** The pixel of the frame's picture under a place of the desktop; (-1, -1) for none. */
     QPoint pixelUnder(const QPoint& global) const;
 
+    /** Where the picture lies, or would. */
+    QRectF pictureRect() const;
+
     QSize sizeHint() const override;
 
 signals:

@@ -3,6 +3,7 @@
 #include "media/DroppedPaths.h"
 #include "panels/ViewerCanvas.h"
 #include "play/Session.h"
+#include "scopes/ScopeOverlay.h"
 
 #include <KxUI/kit/VerticalLayout.h>
 
@@ -42,6 +43,8 @@ ViewerPanel::ViewerPanel(Session* session, QWidget* parent)
     auto* layout = new UI::VerticalLayout(0, 0, this);
     layout->addLayout(line);
     layout->addWidget(m_canvas, 1);
+
+    new ScopeOverlay(session->scopes(), m_canvas);
 
     connect(m_canvas, &ViewerCanvas::pointed, session, &Session::pointAt);
     connect(session, &Session::pointedPixelChanged, this, &ViewerPanel::describePixel);

@@ -175,6 +175,17 @@ void Session::readPixels(bool reads) {
     plan();
 }
 
+void Session::keepForScopes(bool samples, bool signal) {
+    m_grader.setKeepsSignal(signal);
+    m_scopesNeedSamples = samples;
+    m_cacheFull = false;
+    if (m_sequence.isEmpty() || !m_source)
+        return;
+    planGrades();
+    present();
+    plan();
+}
+
 std::optional<PixelValues> Session::pointedPixel() const {
     return pixelAt(m_pointed);
 }
@@ -221,7 +232,8 @@ void Session::planGrades() {
 
 bool Session::areSamplesWanted(Base::Time held) const {
     const bool isRead = m_readsPixels || m_pointed != QPoint(-1, -1);
-    return m_keepSamples || (isRead && !m_player.isPlaying() && held == heldTime());
+    return m_keepSamples || m_scopesNeedSamples ||
+           (isRead && !m_player.isPlaying() && held == heldTime());
 }
 
 /** Whether there is no need to decode a frame again. */

@@ -9,6 +9,7 @@
 #include "play/Navigator.h"
 #include "play/Player.h"
 #include "profile/Profiling.h"
+#include "scopes/ScopeFeed.h"
 
 #include <KxUI/time/TimeFormatter.h>
 #include <KxUI/time/TimeSliderModel.h>
@@ -70,6 +71,19 @@ public:
         with all that its file holds, not for the screen alone. Not while playing. */
     void readPixels(bool reads);
 
+    /** The decoded frame behind the shown one, ungraded; while loading, behind what is to come. */
+    FramePtr sourceFrame() const { return m_source; }
+
+    /** The pixel that the user points at; (-1, -1) for none. */
+    QPoint pointedAt() const { return m_pointed; }
+
+    /** While scopes look at all that goes by: frames are decoded with all that their files hold,
+        also while playing, and, with `signal`, graded ones keep more than their 8-bit codes. */
+    void keepForScopes(bool samples, bool signal);
+
+    /** What the scopes look at. */
+    ScopeFeed* scopes() { return &m_scopes; }
+
     /** Whether everything that fits into the cache is decoded. */
     bool isSettled() const { return m_pool.pending() == 0; }
 
@@ -122,10 +136,12 @@ private:
     bool m_regradeWaits = false;
     /** Frames are decoded with their samples: there is a grade. */
     bool m_keepSamples = false;
+    bool m_scopesNeedSamples = false;
     /** Bytes of the frame decoded last, to reckon how many fit. */
     std::size_t m_frameBytes = 0;
     /** The cache holds nothing that is needed later than what it turned away. */
     bool m_cacheFull = false;
+    ScopeFeed m_scopes{this};
     /** Last: their threads end before the rest goes. */
     FrameGrader m_grader;
     DecodePool m_pool;

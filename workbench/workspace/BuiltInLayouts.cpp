@@ -52,6 +52,30 @@ constexpr char wide[] = R"(
   <dock id="foot" activePageId="Timeline"><page id="Timeline"/></dock>
 </splitter>)";
 
+constexpr char scopes[] = R"(
+<splitter orientation="1">
+  <split size="780" stretch="1"/>
+  <splitter orientation="2">
+    <split size="420" stretch="1"/>
+    <dock id="main" activePageId="Viewer" focus="true">
+      <page id="Viewer"/>
+      <page id="Sequences"/>
+    </dock>
+    <split size="124"/>
+    <dock id="foot" activePageId="Timeline"><page id="Timeline"/></dock>
+  </splitter>
+  <split size="496"/>
+  <splitter orientation="2">
+    <split size="500" stretch="1"/>
+    <dock id="right" activePageId="Scopes">
+      <page id="Scopes"/>
+      <page id="Grade"/>
+    </dock>
+    <split size="180"/>
+    <dock id="figures" activePageId="Statistics"><page id="Statistics"/></dock>
+  </splitter>
+</splitter>)";
+
 } // namespace
 
 QString BuiltInLayout::translatedName() const {
@@ -67,6 +91,7 @@ const std::vector<BuiltInLayout>& builtInLayouts() {
         {"review", QT_TRANSLATE_NOOP("BuiltInLayout", "&Review"), review},
         {"grade", QT_TRANSLATE_NOOP("BuiltInLayout", "&Grade"), grade},
         {"wide", QT_TRANSLATE_NOOP("BuiltInLayout", "&Wide"), wide},
+        {"scopes", QT_TRANSLATE_NOOP("BuiltInLayout", "S&copes"), scopes},
     };
     return layouts;
 }

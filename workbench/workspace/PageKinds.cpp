@@ -4,7 +4,9 @@
 #include "panels/ExposureCurvePanel.h"
 #include "panels/GradePanel.h"
 #include "panels/HistoryPanel.h"
+#include "panels/ScopesPanel.h"
 #include "panels/SequenceListPanel.h"
+#include "panels/StatisticsPanel.h"
 #include "panels/TimelinePanel.h"
 #include "panels/ViewerPanel.h"
 
@@ -44,6 +46,10 @@ const std::vector<PageKind>& pageKinds() {
          make<ColorPanel>},
         {"History", QT_TRANSLATE_NOOP("PageKind", "History"), "PageHistory", "grading.html",
          make<HistoryPanel>},
+        {"Scopes", QT_TRANSLATE_NOOP("PageKind", "Scopes"), "PageScopes", "scopes.html",
+         make<ScopesPanel>},
+        {"Statistics", QT_TRANSLATE_NOOP("PageKind", "Statistics"), "PageStatistics", "scopes.html",
+         make<StatisticsPanel>},
     };
     return kinds;
 }

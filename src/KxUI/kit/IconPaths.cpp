@@ -229,6 +229,23 @@ void addPlaceIcons(QMap<QString, IconPaths>& icons) {
     icons.insert(QStringLiteral("PlaceStarFilled"), {star, {}});
 }
 
+// What the panes of scopes show: a trace between two lines, and figures in a table.
+void addScopeIcons(QMap<QString, IconPaths>& icons) {
+    IconPaths trace;
+    trace.pale = box(1, 2, 14, 1) | box(1, 13, 14, 1);
+    constexpr int Heights[] = {2, 5, 8, 6, 3, 4, 2};
+    for (int i = 0; i < 7; ++i)
+        trace.solid |= box(1 + 2 * i, 12 - Heights[i], 2, Heights[i]);
+    IconPaths figures;
+    figures.pale = box(1, 2, 14, 3);
+    for (const int y : {7, 10, 13}) {
+        for (const int x : {1, 6, 11})
+            figures.solid |= box(x, y, 4, 1);
+    }
+    icons.insert(QStringLiteral("PageScopes"), trace);
+    icons.insert(QStringLiteral("PageStatistics"), figures);
+}
+
 QMap<QString, IconPaths> makeIcons() {
     const IconPaths end{triangle(3, 11) | box(11, 3, 2, 10), {}};
     const IconPaths frame{triangle(7, 13, 4), box(4, 4, 2, 8)};
@@ -316,6 +333,7 @@ QMap<QString, IconPaths> makeIcons() {
     icons.insert(QStringLiteral("PageTimeline"), ruler);
     icons.insert(QStringLiteral("PageGrade"), sliders);
     icons.insert(QStringLiteral("PageHistory"), clock);
+    addScopeIcons(icons);
     addCurveIcons(icons);
     addPlaceIcons(icons);
     icons.insert(QStringLiteral("PaneClose"), cross);

@@ -81,6 +81,10 @@ void ImageStatisticsPanel::setColumns(Columns columns) {
     Q_EMIT columnsChanged(known);
 }
 
+QString ImageStatisticsPanel::columnText(Column column) {
+    return ScopeStatisticsModel::columnText(column);
+}
+
 bool ImageStatisticsPanel::showDifference() const {
     return d->showDifference;
 }

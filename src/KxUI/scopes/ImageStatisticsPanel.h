@@ -65,6 +65,8 @@ public:
     /** The figures that are shown; all at first. */
     Columns columns() const;
     void setColumns(Columns columns);
+    /** A column as users know it, in their language, for a menu of columns. */
+    static QString columnText(Column column);
     /** Whether values are differences from what the model holds, if it holds something. Off at
         first. */
     bool showDifference() const;

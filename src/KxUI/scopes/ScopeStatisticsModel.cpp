@@ -224,6 +224,10 @@ QVariant ScopeStatisticsModel::headerData(int section, Qt::Orientation orientati
     return {};
 }
 
+QString ScopeStatisticsModel::columnText(Column column) {
+    return title(column).name;
+}
+
 void ScopeStatisticsModel::show(std::shared_ptr<const ScopeResult> result,
                                 std::shared_ptr<const ScopeResult> reference) {
     std::vector<ScopeHistogram::Channel> rows;

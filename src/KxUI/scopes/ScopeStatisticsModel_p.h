@@ -32,6 +32,8 @@ public:
 
     ScopeHistogram::Channel channel(int row) const { return m_rows[std::size_t(row)]; }
     Column column(int section) const { return m_columns[std::size_t(section)]; }
+    /** A column as users know it. */
+    static QString columnText(Column column);
     /** A cell in the form that other programs read, or as users do. */
     QString text(int row, int section, bool plain) const;
 

@@ -133,6 +133,10 @@ void ScopeView::setUnit(ScopeUnit unit) {
     Q_EMIT unitChanged();
 }
 
+QString ScopeView::unitText(ScopeUnit unit) {
+    return ScopeViewPrivate::unitText(unit);
+}
+
 QVector<ScopeLine> ScopeView::userLines() const {
     return d->userLines;
 }

@@ -76,6 +76,8 @@ public:
     /** What values are labelled in; percent at first. */
     ScopeUnit unit() const;
     void setUnit(ScopeUnit unit);
+    /** A unit as users know it, in their language, for a menu of units. */
+    static QString unitText(ScopeUnit unit);
     /** Lines of the user's own; none at first. */
     QVector<ScopeLine> userLines() const;
     void setUserLines(const QVector<ScopeLine>& lines);
