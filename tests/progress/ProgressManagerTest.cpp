@@ -2,6 +2,7 @@
 #include <KxUI/progress/ProgressListModel.h>
 #include <KxUI/progress/ProgressManager.h>
 #include <KxUI/progress/ProgressManager_p.h>
+#include <KxUI/progress/ProgressNews_p.h>
 #include <KxUI/progress/ProgressStrip.h>
 #include <KxUI/progress/ProgressText.h>
 
@@ -213,6 +214,70 @@ private slots:
         button(dialog, "Close")->click();
         QCOMPARE(m_manager->count(), 0);
         QTRY_VERIFY(!dialog.isVisible());
+    }
+
+    // What does not stop after half a minute can be put out of sight; the other tasks stay.
+    void whatDoesNotStopCanBeHidden() {
+        ProgressDialog dialog;
+        dialog.setManager(m_manager.get());
+        const auto stuck = m_manager->start("Stuck");
+        const auto other = m_manager->start("Other");
+        stuck->start();
+        other->start();
+        dialog.show();
+        stuck->cancel();
+        m_manager->look();
+        for (const auto& [after, text] : QList<QPair<double, QString>>{
+                 {0, "Cancelling\u2026"}, {29, "Cancelling\u2026"}, {2, "Hide"}}) {
+            m_now += after;
+            other->advance();
+            stuck->setDetail(QString::number(m_now)); // something to look at
+            m_manager->look();
+            QVERIFY2(button(dialog, text), qPrintable(text));
+        }
+        QPushButton* hide = nullptr;
+        for (QPushButton* each : dialog.findChildren<QPushButton*>()) {
+            if (each->text() == "Hide" && each->parentWidget() != &dialog)
+                hide = each;
+        }
+        QVERIFY(hide && hide->isEnabled());
+        QWidget* const row = hide->parentWidget();
+        hide->click();
+        QVERIFY(row->isHidden() && dialog.isVisible());
+        other->finish();
+        dialog.hide();
+        dialog.show();
+        QVERIFY(row->isVisible());
+        stuck->finishCancelled();
+    }
+
+    void remembersItsPlace() {
+        const QRect place(120, 90, 500, 240);
+        for (const bool isFirst : {true, false}) {
+            ProgressDialog dialog;
+            dialog.setObjectName("RemembersItsPlace");
+            dialog.setRemembersPlace(true);
+            dialog.show();
+            if (isFirst)
+                dialog.setGeometry(place);
+            QCOMPARE(dialog.geometry(), place);
+            dialog.hide();
+        }
+    }
+
+    // To who cannot see: each tenth, but not more often than each half minute, and the end.
+    void newsAreRare() {
+        ProgressNews news;
+        QVERIFY(!news.isDue(0, 0, State::Running));
+        QVERIFY(!news.isDue(20, 0.5, State::Running));
+        QVERIFY(news.isDue(30, 0.5, State::Running));
+        QVERIFY(!news.isDue(100, 0.59, State::Running));
+        QVERIFY(news.isDue(101, 0.6, State::Running));
+        QVERIFY(!news.isDue(1000, -1, State::Running));
+        QVERIFY(news.isDue(1001, 1, State::Failed));
+        QVERIFY(!news.isDue(2000, 1, State::Failed));
+        ProgressNews late;
+        QVERIFY(!late.isDue(0, 1, State::Finished)); // it was over before anybody looked
     }
 
     void followsOne() {

@@ -2,7 +2,9 @@
 
 #include <KxUI/kit/InterfaceThread_p.h>
 #include <KxUI/progress/ProgressDialog_p.h>
+#include <KxUI/progress/ProgressRow_p.h>
 
+#include <QApplication>
 #include <QCloseEvent>
 #include <QKeyEvent>
 
@@ -17,6 +19,10 @@ ProgressDialog::ProgressDialog(QWidget* parent)
     setFocusPolicy(Qt::StrongFocus);
     d->makeWidgets();
     setFocus();
+    connect(qApp, &QCoreApplication::aboutToQuit, this, [this] {
+        if (isVisible())
+            d->savePlace();
+    });
 }
 
 ProgressDialog::~ProgressDialog() {
@@ -92,6 +98,21 @@ void ProgressDialog::setClosesWhenIdle(bool closes) {
     Q_EMIT settingsChanged();
 }
 
+bool ProgressDialog::remembersPlace() const {
+    return d->remembersPlace;
+}
+
+void ProgressDialog::setRemembersPlace(bool remembers) {
+    KXUI_INTERFACE_THREAD(this);
+    if (remembers == d->remembersPlace)
+        return;
+    if (remembers && objectName().isEmpty())
+        setObjectName(QStringLiteral("ProgressDialog"));
+    d->remembersPlace = remembers;
+    d->isPlaced = false;
+    Q_EMIT settingsChanged();
+}
+
 void ProgressDialog::reject() {
     if (!isModal()) {
         d->hideByUser();
@@ -115,9 +136,19 @@ void ProgressDialog::closeEvent(QCloseEvent* event) {
 
 void ProgressDialog::showEvent(QShowEvent* event) {
     d->visibleFor.start();
+    d->restorePlace();
+    // Whoever asks for it again wants to see what was hidden, too.
+    for (ProgressRow* row : d->rows)
+        row->show();
     if (d->manager)
         d->refresh(0, d->manager->count() - 1);
     QDialog::showEvent(event);
+}
+
+void ProgressDialog::hideEvent(QHideEvent* event) {
+    if (!event->spontaneous())
+        d->savePlace();
+    QDialog::hideEvent(event);
 }
 
 } // namespace Kestrel::UI

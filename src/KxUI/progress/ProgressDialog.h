@@ -23,6 +23,8 @@ class KXUI_EXPORT ProgressDialog : public QDialog {
     Q_PROPERTY(bool opensByItself READ opensByItself WRITE setOpensByItself NOTIFY settingsChanged)
     Q_PROPERTY(
         bool closesWhenIdle READ closesWhenIdle WRITE setClosesWhenIdle NOTIFY settingsChanged)
+    Q_PROPERTY(
+        bool remembersPlace READ remembersPlace WRITE setRemembersPlace NOTIFY settingsChanged)
 
 public:
     /** Without a manager. */
@@ -53,6 +55,12 @@ public:
     bool closesWhenIdle() const;
     void setClosesWhenIdle(bool closes);
 
+    /** Whether it comes up where it was the last time, in this session or an earlier one; at first
+        it does not. AppSettings keeps the place under the object name of the dialog; one without a
+        name gets the name "ProgressDialog". Set it before the dialog is shown. */
+    bool remembersPlace() const;
+    void setRemembersPlace(bool remembers);
+
     /** Reimplemented from Qt. */
     void reject() override;
 
@@ -66,6 +74,7 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
     void showEvent(QShowEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
 
 private:
     struct Private;

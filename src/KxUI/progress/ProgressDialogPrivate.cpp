@@ -1,5 +1,7 @@
+#include <KxUI/kit/WindowPlacement.h>
 #include <KxUI/progress/ProgressDialog_p.h>
 #include <KxUI/progress/ProgressRow_p.h>
+#include <KxUI/settings/AppSettings.h>
 
 #include <QPushButton>
 #include <QScrollArea>
@@ -60,6 +62,7 @@ void ProgressDialog::Private::makeWidgets() {
 void ProgressDialog::Private::addRow(int row) {
     auto* const added = new ProgressRow(manager, manager->task(row), q);
     added->setModal(q->isModal() || q->windowModality() != Qt::NonModal);
+    QObject::connect(added, &ProgressRow::hideWanted, q, [this, added] { hideRow(added); });
     rows.insert(rows.begin() + row, added);
     list->insertWidget(row, added);
     timer.start();
@@ -166,6 +169,33 @@ void ProgressDialog::Private::decide() {
     q->hide();
     if (isFollowing)
         q->deleteLater();
+}
+
+// One that does not stop is not looked at any longer; the others are.
+void ProgressDialog::Private::hideRow(ProgressRow* row) {
+    row->hide();
+    dismissed.insert(row->task());
+    if (std::all_of(rows.begin(), rows.end(), [](const auto* each) { return each->isHidden(); }))
+        hideByUser();
+}
+
+QString ProgressDialog::Private::placeKey() const {
+    return QStringLiteral("progress/%1/place").arg(q->objectName());
+}
+
+void ProgressDialog::Private::savePlace() const {
+    if (remembersPlace && isPlaced)
+        AppSettings().setValue(placeKey(), q->geometry());
+}
+
+// Once: what the user does with it afterwards, the dialog keeps by itself.
+void ProgressDialog::Private::restorePlace() {
+    if (!remembersPlace || isPlaced)
+        return;
+    isPlaced = true;
+    const QRect place = AppSettings().value(placeKey()).toRect();
+    if (place.isValid())
+        q->setGeometry(WindowPlacement::pulledBack(place, WindowPlacement::availableAreas()));
 }
 
 void ProgressDialog::Private::hideByUser() {

@@ -29,6 +29,10 @@ struct ProgressDialog::Private {
     bool wantsToOpen() const;
     bool isNeeded() const;
     void hideByUser();
+    void hideRow(ProgressRow* row);
+    QString placeKey() const;
+    void savePlace() const;
+    void restorePlace();
     void clear();
     QString title() const;
 
@@ -38,6 +42,8 @@ struct ProgressDialog::Private {
     bool opensByItself = true;
     bool closesWhenIdle = true;
     bool isFollowing = false;
+    bool remembersPlace = false;
+    bool isPlaced = false;                   ///< where it was remembered
     std::set<const ProgressTask*> dismissed; ///< that went on when the user hid it
     std::vector<ProgressRow*> rows;
     QVBoxLayout* list = nullptr;

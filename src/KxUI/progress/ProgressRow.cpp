@@ -2,8 +2,10 @@
 
 #include <KxUI/progress/ElidedLabel_p.h>
 #include <KxUI/progress/ProgressDialog.h>
+#include <KxUI/progress/ProgressManager_p.h>
 #include <KxUI/progress/ProgressText.h>
 
+#include <QAccessible>
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QHBoxLayout>
@@ -19,7 +21,8 @@ namespace {
 using State = ProgressTask::State;
 
 constexpr int barSteps = 1000;
-constexpr int patience = 5000; // milliseconds until it is said that the work still stops
+constexpr double patience = 5;      // seconds until it is said that the work still stops
+constexpr double mostPatience = 30; // and until nobody need look at it any more
 
 void makeQuiet(QLabel& label) {
     label.setForegroundRole(QPalette::PlaceholderText);
@@ -52,6 +55,7 @@ ProgressRow::ProgressRow(ProgressManager* manager, std::shared_ptr<ProgressTask>
     parts->setContentsMargins(20, 2, 0, 0);
     parts->setSpacing(2);
     column->addWidget(m_parts);
+    setAccessibleName(m_task->title());
     refresh();
 }
 
@@ -132,15 +136,23 @@ void ProgressRow::makeFoot(QVBoxLayout& column) {
     column.addLayout(row);
 }
 
-QString ProgressRow::statusText() {
+double ProgressRow::now() const {
+    return ProgressManagerClock::of(*m_manager)();
+}
+
+// How long the work was asked to end and has not, in seconds.
+double ProgressRow::cancellingFor() {
+    if (m_task->state() != State::Cancelling)
+        m_cancellingSince = -1;
+    else if (m_cancellingSince < 0)
+        m_cancellingSince = now();
+    return m_cancellingSince < 0 ? 0 : now() - m_cancellingSince;
+}
+
+QString ProgressRow::statusText() const {
     const State state = m_task->state();
-    if (state != State::Cancelling) {
-        m_cancelling.invalidate();
-    } else if (!m_cancelling.isValid()) {
-        m_cancelling.start();
-    } else if (m_cancelling.hasExpired(patience)) {
+    if (m_cancellingSince >= 0 && now() - m_cancellingSince >= patience)
         return ProgressDialog::tr("Still stopping: waiting for the current step.");
-    }
     QString text = m_manager->statusText(m_manager->rowOf(m_task.get()));
     const bool canStop = m_task->abilities() & ProgressTask::Cancellable;
     if (m_isModal && !canStop && state == State::Running && text.isEmpty())
@@ -161,6 +173,7 @@ void ProgressRow::refresh() {
     const double fraction = m_manager->shownFraction(m_manager->rowOf(m_task.get()));
     showOnBar(*m_bar,
               m_task->isEnded() || state == State::Queued ? std::max(0.0, fraction) : fraction);
+    const bool canBeHidden = cancellingFor() >= mostPatience && !m_isModal;
     const QString status = statusText();
     const double seconds = std::chrono::duration<double>(m_task->workingTime()).count();
     const QString worked = ProgressText::duration(seconds);
@@ -169,17 +182,29 @@ void ProgressRow::refresh() {
         place->setText(status);
     m_status->setVisible(!isFailed);
     m_amount->setVisible(!isFailed);
-    m_amount->setText(ProgressText::amount(*m_task));
-    m_bar->setToolTip(ProgressDialog::tr("Running for %1").arg(worked));
+    const QString amount = ProgressText::amount(*m_task);
+    m_amount->setText(seconds < 1        ? amount
+                      : amount.isEmpty() ? ProgressDialog::tr("%1 so far").arg(worked)
+                                         : ProgressDialog::tr("%1, %2 so far").arg(amount, worked));
     const QString percent =
         fraction < 0 ? QString()
                      : ProgressDialog::tr("%1 percent, ").arg(static_cast<int>(fraction * 100));
     m_bar->setAccessibleDescription(percent + status);
-    refreshButtons();
+    tell(fraction, percent + status);
+    refreshButtons(canBeHidden);
     refreshParts();
 }
 
-void ProgressRow::refreshButtons() {
+// To who cannot see it, and not all the time.
+void ProgressRow::tell(double fraction, const QString& status) {
+    setAccessibleDescription(status);
+    if (m_news.isDue(now(), fraction, m_task->state()) && isVisible() && QAccessible::isActive()) {
+        QAccessibleEvent news(this, QAccessible::Alert);
+        QAccessible::updateAccessibility(&news);
+    }
+}
+
+void ProgressRow::refreshButtons(bool canBeHidden) {
     const State state = m_task->state();
     const bool goesOn = !m_task->isEnded();
     m_pause->setVisible(goesOn && (m_task->abilities() & ProgressTask::Pausable));
@@ -187,9 +212,10 @@ void ProgressRow::refreshButtons() {
     m_pause->setText(state == State::Paused ? ProgressDialog::tr("Resume")
                                             : ProgressDialog::tr("Pause"));
     m_cancel->setVisible(goesOn && (m_task->abilities() & ProgressTask::Cancellable));
-    m_cancel->setEnabled(state != State::Cancelling);
-    m_cancel->setText(state == State::Cancelling ? ProgressDialog::tr("Cancelling\u2026")
-                                                 : ProgressDialog::tr("&Cancel"));
+    m_cancel->setEnabled(state != State::Cancelling || canBeHidden);
+    m_cancel->setText(canBeHidden                  ? ProgressDialog::tr("Hide")
+                      : state == State::Cancelling ? ProgressDialog::tr("Cancelling\u2026")
+                                                   : ProgressDialog::tr("&Cancel"));
     m_copy->setVisible(state == State::Failed);
     m_close->setVisible(state == State::Failed);
 }
@@ -220,6 +246,8 @@ void ProgressRow::refreshParts() {
 }
 
 void ProgressRow::cancel() {
+    if (m_task->state() == State::Cancelling)
+        return Q_EMIT hideWanted();
     const QPointer<ProgressRow> alive(this);
     m_task->cancel();
     if (alive)
@@ -235,8 +263,9 @@ void ProgressRow::pauseOrResume() {
 }
 
 void ProgressRow::copyDetails() {
-    QGuiApplication::clipboard()->setText(m_task->title() + QLatin1Char('\n') + m_status->text() +
-                                          QLatin1Char('\n') + m_task->detail());
+    QStringList lines{m_task->title(), m_task->error(), m_task->detail()};
+    lines.removeAll(QString());
+    QGuiApplication::clipboard()->setText(lines.join(QLatin1Char('\n')));
 }
 
 void ProgressRow::close() {

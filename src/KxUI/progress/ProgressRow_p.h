@@ -1,8 +1,8 @@
 #pragma once
 
 #include <KxUI/progress/ProgressManager.h>
+#include <KxUI/progress/ProgressNews_p.h>
 
-#include <QElapsedTimer>
 #include <QPointer>
 #include <QWidget>
 
@@ -37,6 +37,10 @@ public:
     /** That a task cannot be stopped is said where it stops others. */
     void setModal(bool modal) { m_isModal = modal; }
 
+Q_SIGNALS:
+    /** It does not stop, and the user has waited for long enough. */
+    void hideWanted();
+
 private:
     struct Part {
         std::shared_ptr<ProgressTask> task;
@@ -48,9 +52,12 @@ private:
     void makeBar(QVBoxLayout& column);
     void makeFoot(QVBoxLayout& column);
     QPushButton* addButton(QHBoxLayout& row, const QString& text, void (ProgressRow::*pressed)());
-    void refreshButtons();
+    void refreshButtons(bool canBeHidden);
     void refreshParts();
-    QString statusText();
+    QString statusText() const;
+    double now() const;
+    double cancellingFor();
+    void tell(double fraction, const QString& status);
     void cancel();
     void pauseOrResume();
     void copyDetails();
@@ -72,7 +79,8 @@ private:
     QLabel* m_status = nullptr;
     QWidget* m_parts = nullptr;
     std::vector<Part> m_partRows;
-    QElapsedTimer m_cancelling; ///< since it was asked to end
+    ProgressNews m_news;
+    double m_cancellingSince = -1; ///< on the manager's clock; -1 while it is not
     bool m_isModal = false;
 };
 

@@ -2,10 +2,12 @@
 
 #include <KxUI/kit/InterfaceThread_p.h>
 #include <KxUI/progress/ElidedLabel_p.h>
-#include <KxUI/progress/ProgressManager.h>
+#include <KxUI/progress/ProgressManager_p.h>
+#include <KxUI/progress/ProgressNews_p.h>
 #include <KxUI/progress/ProgressRow_p.h>
 #include <KxUI/progress/ProgressText.h>
 
+#include <QAccessible>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QPainter>
@@ -24,6 +26,7 @@ struct ProgressStrip::Private {
     int shownRow() const;
     void refresh();
     void press();
+    void tell(const ProgressTask& task, double fraction);
 
     ProgressStrip* const q;
     QPointer<ProgressManager> manager;
@@ -33,6 +36,8 @@ struct ProgressStrip::Private {
     QProgressBar* bar = nullptr;
     QLabel* status = nullptr;
     QLabel* others = nullptr;
+    ProgressNews news; ///< of `told`
+    const ProgressTask* told = nullptr;
 };
 
 void ProgressStrip::Private::makeWidgets() {
@@ -98,6 +103,20 @@ void ProgressStrip::Private::refresh() {
     others->setText(tr("(+%1)").arg(more));
     q->setAccessibleName(task->title());
     q->setAccessibleDescription(text);
+    tell(*task, manager->shownFraction(row));
+}
+
+// Where the dialog does not.
+void ProgressStrip::Private::tell(const ProgressTask& task, double fraction) {
+    if (told != &task) {
+        told = &task;
+        news = {};
+    }
+    const bool isDue = news.isDue(ProgressManagerClock::of(*manager)(), fraction, task.state());
+    if (!isDue || !q->isVisible() || (opened && opened->isVisible()) || !QAccessible::isActive())
+        return;
+    QAccessibleEvent event(q, QAccessible::Alert);
+    QAccessible::updateAccessibility(&event);
 }
 
 void ProgressStrip::Private::press() {
