@@ -59,7 +59,7 @@ int main(int argc, char** argv) {
     }
     if (!setUpApplication(line))
         return WrongUse;
-    if (!provideSomething(!tour && line.playSeconds == 0, &paths))
+    if (!provideSomething(&paths))
         return Failed;
     if (tour)
         return Tour(line, paths).run();

@@ -27,10 +27,13 @@ int main(int argc, char** argv) {
     QApplication::setWindowIcon(icon);
     if (!setUpApplication(line))
         return WrongUse;
-    if (!provideSomething(true, &paths))
-        return Failed;
+    bool needsSample = false;
+    if (paths.isEmpty())
+        needsSample = !findSample(&paths);
     MainWindow window(line.timeBase, line.cacheBytes,
                       line.darkPalette ? Theme::Dark : Theme::Light);
     open(&window, line, paths);
+    if (needsSample)
+        window.openSample();
     return QApplication::exec();
 }

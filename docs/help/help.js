@@ -52,6 +52,19 @@ const titles = [
   ["What the tracks say", "profiler.html#tracks", "Profiler"],
   ["Looking around", "profiler.html#look", "Profiler"],
   ["Saving and exporting", "profiler.html#keep", "Profiler"],
+  ["Render times", "render-times.html"],
+  ["Recording", "render-times.html#record", "Render times"],
+  ["The charts", "render-times.html#charts", "Render times"],
+  ["Looking closer", "render-times.html#look-closer", "Render times"],
+  ["Export", "export.html"],
+  ["Exporting a sequence", "export.html#begin", "Export"],
+  ["What is in the files", "export.html#formats", "Export"],
+  ["While it goes on", "export.html#while", "Export"],
+  ["When a file cannot be written", "export.html#errors", "Export"],
+  ["Tasks", "progress.html"],
+  ["In the status bar", "progress.html#strip", "Tasks"],
+  ["The dialog", "progress.html#dialog", "Tasks"],
+  ["Closing the window", "progress.html#close", "Tasks"],
 ];
 
 function matches(words) {

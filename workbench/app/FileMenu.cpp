@@ -38,6 +38,7 @@ FileMenu::FileMenu(MainWindow* window)
         QAction* action = addAction(text);
         action->setShortcut(keys);
         connect(action, &QAction::triggered, this, deed);
+        return action;
     };
     add(tr("&Open..."), QKeySequence::Open, &FileMenu::askForShot);
     add(tr("Open &Folder..."), {}, &FileMenu::askForFolder);
@@ -45,6 +46,17 @@ FileMenu::FileMenu(MainWindow* window)
     add(tr("&Reload"), QKeySequence(Qt::Key_F5), &FileMenu::reload);
     addSeparator();
     add(tr("Path &Mappings..."), {}, [this] { m_mappings.edit(m_window); });
+    addSeparator();
+    QAction* exportAll = add(tr("&Export Sequence..."), QKeySequence(Qt::CTRL | Qt::Key_E),
+                             [this] { askForExport(ExportOptions::What::Sequence); });
+    QAction* exportOne = add(tr("Export Fra&me..."), {},
+                             [this] { askForExport(ExportOptions::What::Frame); });
+    const auto enable = [=] {
+        for (QAction* action : {exportAll, exportOne})
+            action->setEnabled(!m_window->session()->sequence().isEmpty());
+    };
+    connect(window->session(), &Session::sequenceChanged, this, enable);
+    enable();
     addSeparator();
     add(tr("&Quit"), QKeySequence::Quit, [this] { m_window->close(); });
     connect(m_recent, &RecentShots::chosen, this,
@@ -80,6 +92,10 @@ void FileMenu::askForFolder() {
                                          m_window->list()->setFocus();
                                      });
     beginHere(chooser);
+}
+
+void FileMenu::askForExport(ExportOptions::What what) {
+    m_window->exports()->ask(what, m_remembers ? QStringLiteral("export") : QString());
 }
 
 void FileMenu::beginHere(Chooser* chooser) {

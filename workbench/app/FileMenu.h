@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/ExportDesk.h"
 #include "app/PathMappings.h"
 #include "app/RecentShots.h"
 
@@ -33,6 +34,7 @@ public:
 private:
     void askForShot();
     void askForFolder();
+    void askForExport(ExportOptions::What what);
     void beginHere(UI::FileChooserDialog* chooser);
     void reload();
     void noteShot();

@@ -13,12 +13,15 @@
 #include <KxUI/browse/FileBrowser.h>
 #include <KxUI/eventgraph/EventGraph.h>
 #include <KxUI/files/FileManager.h>
+#include <KxUI/progress/ProgressStrip.h>
 #include <KxUI/settings/AppSettings.h>
 #include <KxUI/time/TimeSlider.h>
 #include <KxUI/time/TransportControlsWidget.h>
 
 #include <QActionGroup>
 #include <QApplication>
+#include <QCloseEvent>
+#include <QFile>
 #include <QMenuBar>
 #include <QStatusBar>
 #include <QTimer>
@@ -92,6 +95,9 @@ void MainWindow::makeStatusBar() {
             UI::AppSettings().setValue(cacheKey(), mebibytes);
     });
     statusBar()->addWidget(line, 1);
+    statusBar()->addPermanentWidget(m_tasks.strip());
+    m_help.addPanel(m_tasks.strip(), "progress.html");
+    m_help.addPanel(m_tasks.dialog(), "progress.html");
     statusBar()->setSizeGripEnabled(false);
 }
 
@@ -133,6 +139,7 @@ void MainWindow::rememberArrangement() {
     m_remembers = true;
     m_files->remember();
     list()->browser()->setSettingsKey(browserKey());
+    m_tasks.rememberPlace();
     QString problem;
     if (!recall(&problem) && !problem.isEmpty()) {
         // Before it is seen, the bar would show the message on top of what else it shows.
@@ -157,6 +164,8 @@ void MainWindow::openTools() {
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {
+    if (!m_tasks.mayClose())
+        return event->ignore();
     if (m_remembers) {
         remember();
         UI::AppSettings().setValue(profilerKey(), m_profiler && m_profiler->isVisible());
@@ -331,6 +340,16 @@ void MainWindow::makeToolsMenu() {
     QMenu* menu = menuBar()->addMenu(tr("&Tools"));
     addItem(menu, tr("&Profiler"), QKeySequence(QStringLiteral("Ctrl+Shift+P")), this,
             [this] { openProfiler(); });
+    addItem(menu, tr("&Render Times"), QKeySequence(), this,
+            [this] { showPage(QStringLiteral("RenderTimes")); });
+    addItem(menu, tr("&Tasks"), QKeySequence(), this, [this] { m_tasks.showTasks(); });
+    menu->addSeparator();
+    addItem(menu, tr("&Fill Cache"), QKeySequence(), this,
+            [this] { m_tasks.fillCache(&m_session); });
+}
+
+void MainWindow::openSample() {
+    m_tasks.makeSample([this](const QString& folder) { openPaths({QFile::encodeName(folder)}); });
 }
 
 void MainWindow::openProfiler() {

@@ -1,6 +1,8 @@
 #pragma once
 
+#include "app/ExportDesk.h"
 #include "app/HelpDesk.h"
+#include "app/TaskDesk.h"
 #include "play/Session.h"
 #include "workspace/Workspace.h"
 
@@ -65,6 +67,13 @@ public:
         running when this window closes. */
     void openProfiler();
 
+    /** Its long work, and its exports. */
+    TaskDesk* tasks() { return &m_tasks; }
+    ExportDesk* exports() { return &m_exports; }
+
+    /** Writes the sample and opens it. */
+    void openSample();
+
 protected:
     void closeEvent(QCloseEvent* event) override;
 
@@ -82,6 +91,8 @@ private:
 
     Session m_session;
     HelpDesk m_help;
+    TaskDesk m_tasks{this};
+    ExportDesk m_exports{this, &m_session, &m_tasks};
     FileMenu* m_files = nullptr;
     QPointer<UI::EventGraph> m_profiler; // once it was opened
     Theme m_theme;

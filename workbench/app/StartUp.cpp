@@ -87,10 +87,18 @@ bool setUpApplication(const CommandLine& line) {
     return true;
 }
 
-bool provideSomething(bool showsProgress, QList<QByteArray>* paths) {
+bool findSample(QList<QByteArray>* paths) {
+    const SampleGenerator generator(SampleGenerator::standardFolder());
+    if (!generator.exists())
+        return false;
+    paths->append(QFile::encodeName(SampleGenerator::standardFolder()));
+    return true;
+}
+
+bool provideSomething(QList<QByteArray>* paths) {
     if (!paths->isEmpty())
         return true;
-    const SampleResult sample = provideSample(showsProgress);
+    const SampleResult sample = provideSample();
     if (!sample.message.isEmpty())
         complain(Failed, sample.message);
     else if (!sample.folder.isEmpty())

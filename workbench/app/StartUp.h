@@ -44,9 +44,12 @@ bool hasScreen();
     there are no texts in the language that was asked for. */
 bool setUpApplication(const CommandLine& line);
 
-/** Names the sample when nothing else was: made where it is not there yet, with a progress window
-    or silently. False, and said so, when there is none. */
-bool provideSomething(bool showsProgress, QList<QByteArray>* paths);
+/** Names the sample; false when it is not there yet. */
+bool findSample(QList<QByteArray>* paths);
+
+/** Names the sample when nothing else was: made where it is not there yet, without a window. False,
+    and said so, when there is none. */
+bool provideSomething(QList<QByteArray>* paths);
 
 /** Shows the window, in the workspace that was asked for and on these files and folders. */
 void open(MainWindow* window, const CommandLine& line, const QList<QByteArray>& paths);

@@ -3,6 +3,7 @@
 #include <QThread>
 
 #include <algorithm>
+#include <chrono>
 #include <iterator>
 #include <optional>
 
@@ -86,6 +87,8 @@ struct FrameGrader::Job {
     bool keepsSignal = false;
     int nextRow = 0;
     int rowsLeft = 0;
+    std::chrono::steady_clock::time_point begun;
+    std::chrono::duration<double> spent{0};
 
     void gradeRows(int first, int last) {
         const PreparedGrade& prepared = grade->get();
@@ -296,8 +299,10 @@ void FrameGrader::work() {
         const std::uint64_t round = m_round;
         const int first = job->nextRow;
         const int last = std::min(first + bandRows, job->source->image.height());
-        if (first == 0)
+        if (first == 0) {
             m_begun.push_back(job->source);
+            job->begun = std::chrono::steady_clock::now();
+        }
         job->nextRow = last;
         if (last == job->source->image.height())
             m_jobs.pop_front();
@@ -305,9 +310,11 @@ void FrameGrader::work() {
         job->gradeRows(first, last);
         lock.lock();
         job->rowsLeft -= last - first;
-        if (job->rowsLeft == 0)
-            QMetaObject::invokeMethod(
-                this, [this, job, round] { deliver(job, round); }, Qt::QueuedConnection);
+        if (job->rowsLeft > 0)
+            continue;
+        job->spent = std::chrono::steady_clock::now() - job->begun;
+        QMetaObject::invokeMethod(
+            this, [this, job, round] { deliver(job, round); }, Qt::QueuedConnection);
     }
 }
 
@@ -319,6 +326,7 @@ void FrameGrader::deliver(const JobPtr& job, std::uint64_t round) {
         m_begun.erase(std::remove(m_begun.begin(), m_begun.end(), job->source), m_begun.end());
     }
     ++m_gradedCount;
+    m_lastSeconds = job->spent.count();
     m_graded.push_front({job->source, job->graded});
     m_bytes += job->graded->cost();
     // The newest one is kept in any case: somebody waits for it.

@@ -57,6 +57,12 @@ public:
     /** How many frames were graded so far. */
     std::uint64_t gradedCount() const { return m_gradedCount; }
 
+    /** How long the last of them took from its first row to its last, in seconds. */
+    double lastSeconds() const { return m_lastSeconds; }
+
+    /** The memory of graded frames. */
+    std::size_t bytes() const { return m_bytes; }
+
 signals:
     /** find() gives the frame from now on. */
     void frameGraded(const Kestrel::Workbench::FramePtr& source);
@@ -88,6 +94,7 @@ private:
     std::size_t m_capacity;
     std::size_t m_bytes = 0;
     std::uint64_t m_gradedCount = 0;
+    double m_lastSeconds = 0.0;
     Grade m_grade;
     bool m_isIdentity = true;
     /** Whether it does so to frames of no exposure. */

@@ -82,11 +82,13 @@ FramePtr DecodePool::decode(const Request& request, std::uint64_t round,
         return m_round != round;
     };
     UI::EventAdder activity(track, {}, true);
+    const auto start = std::chrono::steady_clock::now();
     DecodeLimits limits;
     limits.keepSamples = request.keepSamples;
     auto frame =
         std::make_shared<const Frame>(decodeFrame(request.path, request.time, limits, cancelled));
-    activity.setUserData(new FrameNote(*frame));
+    const std::chrono::duration<double> spent = std::chrono::steady_clock::now() - start;
+    activity.setUserData(new FrameNote(*frame, spent.count()));
     return frame;
 }
 

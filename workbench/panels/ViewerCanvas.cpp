@@ -10,6 +10,7 @@
 #include <QPainter>
 
 #include <algorithm>
+#include <chrono>
 #include <cmath>
 
 namespace Kestrel::Workbench {
@@ -68,9 +69,16 @@ QRectF ViewerCanvas::pictureRect() const {
 }
 
 void ViewerCanvas::paintEvent(QPaintEvent*) {
-    const UI::EventAdder activity(m_paintTrack, m_frame ? new FrameNote(m_frame->time) : nullptr,
-                                  true);
+    UI::EventAdder activity(m_paintTrack, {}, true);
+    const auto start = std::chrono::steady_clock::now();
     QPainter painter(this);
+    paintFrame(painter);
+    const std::chrono::duration<double> spent = std::chrono::steady_clock::now() - start;
+    if (m_frame)
+        activity.setUserData(new FrameNote(m_frame->time, spent.count()));
+}
+
+void ViewerCanvas::paintFrame(QPainter& painter) {
     painter.fillRect(rect(), UI::ApplicationStyle::accentsOf(palette()).surround);
     if (!m_frame) {
         painter.setPen(QColor(0xa8, 0xa8, 0xa8));

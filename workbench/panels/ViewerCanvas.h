@@ -46,6 +46,7 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
+    void paintFrame(QPainter& painter);
     void paintPicture(QPainter& painter);
     void paintCard(QPainter& painter, const QString& title, const QString& message) const;
 

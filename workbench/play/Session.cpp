@@ -46,6 +46,7 @@ Session::Session(Base::TimeBase timeBase, std::size_t cacheBytes, QObject* paren
             [this](quint64 frames) { m_profiling.dropped(frames, m_model.currentTime()); });
     connect(&m_pool, &DecodePool::frameDecoded, this, &Session::takeIn);
     connect(&m_grader, &FrameGrader::frameGraded, this, [this](const FramePtr& source) {
+        m_profiling.graded(*source, m_grader.lastSeconds());
         if (source != m_source)
             return;
         present();
@@ -186,6 +187,14 @@ void Session::keepForScopes(bool samples, bool signal) {
     plan();
 }
 
+void Session::setFillsCache(bool fills) {
+    if (fills == m_fillsCache)
+        return;
+    m_fillsCache = fills;
+    m_cacheFull = false;
+    plan();
+}
+
 std::optional<PixelValues> Session::pointedPixel() const {
     return pixelAt(m_pointed);
 }
@@ -253,6 +262,9 @@ void Session::plan() {
                                            : std::size_t(0);
     auto times = order().next(std::max(ahead, late + 1));
     std::rotate(times.begin(), times.begin() + std::ptrdiff_t(late % times.size()), times.end());
+    // It may lie outside of what is filled.
+    if (m_fillsCache)
+        times.insert(times.begin(), m_model.currentTime());
     std::vector<DecodePool::Request> requests;
     for (const Base::Time time : times) {
         const auto held = m_sequence.heldTime(time);
@@ -281,7 +293,7 @@ void Session::takeIn(const FramePtr& frame) {
         emit frameUncached(evicted);
     }
     if (outcome.stored)
-        m_profiling.filled(*frame, m_cache.bytes());
+        m_profiling.filled(*frame, m_cache.bytes(), m_sequence.title());
     else if (wasCached)
         emit frameUncached(frame->time);
     if (!outcome.stored)
@@ -306,9 +318,14 @@ PlayOrder Session::order() const {
     PlayOrder order;
     order.direction = m_player.direction();
     order.playhead = m_model.currentTime();
+    const bool fills = m_fillsCache && order.direction == 0;
+    if (fills)
+        order.direction = 1;
     order.first = order.direction != 0 ? m_model.playbackStartTime() : m_model.startTime();
     order.last =
         std::max(order.direction != 0 ? m_model.playbackEndTime() : m_model.endTime(), order.first);
+    if (fills)
+        order.playhead = std::clamp(order.playhead, order.first, order.last);
     return order;
 }
 

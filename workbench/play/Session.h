@@ -84,6 +84,10 @@ public:
     /** What the scopes look at. */
     ScopeFeed* scopes() { return &m_scopes; }
 
+    /** While it does, the frames of playback are decoded in the order of play, as if it played, and
+        those outside of the marks make room for them. */
+    void setFillsCache(bool fills);
+
     /** Whether everything that fits into the cache is decoded. */
     bool isSettled() const { return m_pool.pending() == 0; }
 
@@ -132,6 +136,7 @@ private:
     bool m_loading = false;
     QPoint m_pointed{-1, -1};
     bool m_readsPixels = false;
+    bool m_fillsCache = false;
     /** The grade changed while the source was being graded. */
     bool m_regradeWaits = false;
     /** Frames are decoded with their samples: there is a grade. */

@@ -5,11 +5,13 @@
 #include <KxUI/eventgraph/EventAdder.h>
 #include <KxUI/eventgraph/EventGraphView.h>
 #include <KxUI/eventgraph/EventUserDataString.h>
+#include <KxUI/eventgraph/IEventGraphTimer.h>
 
 #include <QCoreApplication>
 
 #include <algorithm>
 #include <atomic>
+#include <cmath>
 
 namespace Kestrel::Workbench {
 
@@ -28,6 +30,7 @@ constexpr int graphHeight = 72;
 constexpr QRgb playbackColor = 0xff5b8fd9;
 constexpr QRgb droppedColor = 0xffd9534f;
 constexpr QRgb paintColor = 0xffd9953b;
+constexpr QRgb gradeColor = 0xff4aa8a8;
 constexpr QRgb cacheColor = 0xff4fa66a;
 constexpr QRgb decodeColor = 0xff9a77cf;
 
@@ -67,6 +70,7 @@ Profiling::Profiling(int decodeThreads, double rate, std::size_t cacheBytes)
     , m_dropped(activities(Message::tr("Frames dropped"), droppedColor))
     , m_rate(graph(Message::tr("Playback (fps)"), playbackColor, rate * 2.0))
     , m_paint(activities(Message::tr("Viewer paint"), paintColor))
+    , m_grade(activities(Message::tr("Grade"), gradeColor))
     , m_fill(activities(Message::tr("Cache fill"), cacheColor))
     , m_eviction(activities(Message::tr("Cache eviction"), droppedColor))
     , m_memory(graph(Message::tr("Cache (MiB)"), cacheColor, double(cacheBytes) / mebibyte)) {
@@ -75,8 +79,8 @@ Profiling::Profiling(int decodeThreads, double rate, std::size_t cacheBytes)
 }
 
 std::vector<EventTrack*> Profiling::tracks() {
-    std::vector<EventTrack*> all{&m_shown, &m_dropped,  &m_rate,  &m_paint,
-                                 &m_fill,  &m_eviction, &m_memory};
+    std::vector<EventTrack*> all{&m_shown, &m_dropped, &m_rate,     &m_paint,
+                                 &m_grade, &m_fill,    &m_eviction, &m_memory};
     for (EventTrack& track : m_decode)
         all.push_back(&track);
     return all;
@@ -107,8 +111,23 @@ void Profiling::dropped(std::uint64_t frames, Base::Time time) {
          new UI::EventUserDataString(Message::tr("%1 before frame %2").arg(frames).arg(time)));
 }
 
-void Profiling::filled(const Frame& frame, std::size_t cacheBytes) {
-    mark(m_fill, new FrameNote(frame));
+/** The threads share the rows of a frame, so that it is told of when it is done. */
+void Profiling::graded(const Frame& frame, double seconds) {
+    const UI::EventGraphView* view = m_grade.graph();
+    if (!view || view->paused())
+        return;
+    const int end = view->timer()->time();
+    const int start = std::max(end - int(std::lround(seconds * 1000.0)), view->startTime());
+    // One ends before the next begins, or they would be taken for one.
+    const bool overlaps = m_gradedUntil > start && m_gradedUntil <= end;
+    const UI::EventUserDataIP note = new FrameNote(frame, seconds);
+    m_grade.addEvent(EventTrack::Type::Start, note, overlaps ? m_gradedUntil : start);
+    m_grade.addEvent(EventTrack::Type::End, note, end);
+    m_gradedUntil = end;
+}
+
+void Profiling::filled(const Frame& frame, std::size_t cacheBytes, const QString& sequence) {
+    mark(m_fill, new FrameNote(frame, 0.0, sequence));
     m_memory.addEvent(float(double(cacheBytes) / mebibyte));
 }
 

@@ -38,14 +38,23 @@ public:
     /** One activity a repaint of the viewer. */
     UI::EventTrack* paintTrack() { return &m_paint; }
 
+    /** One activity a graded frame. */
+    UI::EventTrack* gradeTrack() { return &m_grade; }
+
+    /** One activity a frame that came into the cache. */
+    UI::EventTrack* fillTrack() { return &m_fill; }
+
     /** Playback brought the picture of a time to the screen, `rate` pictures a second of late. */
     void shown(Base::Time time, double rate);
 
     /** Playback has passed frames whose pictures did not come; `time` is where it is now. */
     void dropped(std::uint64_t frames, Base::Time time);
 
-    /** A frame came into the cache, which then held so many bytes. */
-    void filled(const Frame& frame, std::size_t cacheBytes);
+    /** A frame was graded, which took so many seconds, until now. */
+    void graded(const Frame& frame, double seconds);
+
+    /** A frame of a sequence came into the cache, which then held so many bytes. */
+    void filled(const Frame& frame, std::size_t cacheBytes, const QString& sequence);
     void evicted(Base::Time time);
     void cleared();
 
@@ -57,9 +66,11 @@ private:
     UI::EventTrack m_dropped;
     UI::EventTrack m_rate;
     UI::EventTrack m_paint;
+    UI::EventTrack m_grade;
     UI::EventTrack m_fill;
     UI::EventTrack m_eviction;
     UI::EventTrack m_memory;
+    int m_gradedUntil = 0; ///< milliseconds of the capture
     /** A deque, since tracks stay where they were made. */
     std::deque<UI::EventTrack> m_decode;
 };

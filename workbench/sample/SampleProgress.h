@@ -11,9 +11,8 @@ struct SampleResult {
     QString message;
 };
 
-/** The folder of the sample, written first where it is not there yet, under a progress bar or,
-    without `window`, with a line to standard output. Returns when that is over; needs an
-    application object. */
-SampleResult provideSample(bool window);
+/** The folder of the sample, written first where it is not there yet, with a line to standard output.
+    For programs without a window: returns when that is over; needs an application object. */
+SampleResult provideSample();
 
 } // namespace Kestrel::Workbench

@@ -5,6 +5,7 @@
 #include "panels/GradePanel.h"
 #include "panels/HistoryPanel.h"
 #include "panels/ScopesPanel.h"
+#include "panels/RenderTimesPanel.h"
 #include "panels/SequenceListPanel.h"
 #include "panels/StatisticsPanel.h"
 #include "panels/TimelinePanel.h"
@@ -50,6 +51,8 @@ const std::vector<PageKind>& pageKinds() {
          make<ScopesPanel>},
         {"Statistics", QT_TRANSLATE_NOOP("PageKind", "Statistics"), "PageStatistics", "scopes.html",
          make<StatisticsPanel>},
+        {"RenderTimes", QT_TRANSLATE_NOOP("PageKind", "Render Times"), "PageRenderTimes",
+         "render-times.html", make<RenderTimesPanel>},
     };
     return kinds;
 }

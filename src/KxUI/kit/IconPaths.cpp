@@ -246,6 +246,18 @@ void addScopeIcons(QMap<QString, IconPaths>& icons) {
     icons.insert(QStringLiteral("PageStatistics"), figures);
 }
 
+void addChartIcons(QMap<QString, IconPaths>& icons) {
+    // A line over columns.
+    IconPaths columns;
+    for (const QPoint& top : {QPoint(3, 10), QPoint(7, 8), QPoint(11, 5)})
+        columns.pale |= box(top.x(), top.y(), 3, 14 - top.y());
+    columns.solid =
+        box(1, 2, 1, 13) | box(1, 14, 14, 1) |
+        polygon({{3, 7}, {7, 4.5}, {9, 5}, {14, 1}, {14, 2.4}, {9.2, 6.2}, {7.2, 5.7}, {3, 8.3}});
+    columns.pale -= columns.solid;
+    icons.insert(QStringLiteral("PageRenderTimes"), columns);
+}
+
 QMap<QString, IconPaths> makeIcons() {
     const IconPaths end{triangle(3, 11) | box(11, 3, 2, 10), {}};
     const IconPaths frame{triangle(7, 13, 4), box(4, 4, 2, 8)};
@@ -336,6 +348,7 @@ QMap<QString, IconPaths> makeIcons() {
     addScopeIcons(icons);
     addCurveIcons(icons);
     addPlaceIcons(icons);
+    addChartIcons(icons);
     icons.insert(QStringLiteral("PaneClose"), cross);
     addFileIcons(icons);
     addBrowserIcons(icons);
