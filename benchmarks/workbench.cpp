@@ -1,3 +1,5 @@
+#include "workbench_play.h"
+
 #include <support/Bench.h>
 
 #include "grade/PreparedGrade.h"
@@ -77,6 +79,7 @@ void gradeFrames(benchmark::State& state, const PreparedGrade& grade,
 
 void registerBenchmarks() {
     using namespace Kestrel::Bench;
+    registerPlayBenchmarks();
 
     const std::string half = "graded playback: a frame of half floats, 1920 x 1080";
     add(half, "ours", [](benchmark::State& state) {

@@ -26,7 +26,7 @@ KXUI_PACKAGES_SHIP=(dpkg-dev lintian debootstrap doxygen)
 KXUI_PACKAGES_BENCH=(
   libbenchmark-dev libltc-dev libavfilter-dev libavutil-dev libswscale-dev libyuv-dev libgsl-dev
   libmuparser-dev libqcustomplot-dev libqwt-qt5-dev libqt-color-widgets-dev
-  liblttng-ust-dev lttng-tools libqt-advanced-docking-system-dev
+  ffmpeg liblttng-ust-dev lttng-tools libqt-advanced-docking-system-dev
   libkf5widgetsaddons-dev kde-style-breeze adwaita-qt nginx-light apache2-utils python3)
 
 if [[ -t 2 ]]; then

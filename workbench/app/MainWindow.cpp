@@ -1,6 +1,7 @@
 #include "app/MainWindow.h"
 
 #include "app/FileMenu.h"
+#include "panels/RateMenu.h"
 #include "panels/SequenceListPanel.h"
 #include "panels/StatusLine.h"
 #include "panels/TimelinePanel.h"
@@ -220,12 +221,17 @@ void MainWindow::makePlaybackMenu() {
                             [player] { player->toggle(); });
     connect(player, &Player::playingChanged, play,
             [play](bool playing) { play->setText(playing ? tr("&Stop") : tr("&Play")); });
-    addItem(menu, tr("Play &Backwards"), QKeySequence(Qt::Key_J), player,
-            [player] { player->play(-1); });
+    const auto addShuttle = [&](const QString& text, Qt::Key key, int direction) {
+        // A key that is held down means it once.
+        addItem(menu, text, QKeySequence(key), player, [player, direction] {
+            player->shuttle(direction);
+        })->setAutoRepeat(false);
+    };
+    addShuttle(tr("Play &Backwards"), Qt::Key_J, -1);
     addItem(menu, tr("St&op"), QKeySequence(Qt::Key_K), player, &Player::stop);
-    addItem(menu, tr("Play For&wards"), QKeySequence(Qt::Key_L), player,
-            [player] { player->play(1); });
+    addShuttle(tr("Play For&wards"), Qt::Key_L, 1);
     makeRepeatMenu(menu->addMenu(tr("&Repeat")));
+    menu->addMenu(new RateMenu(&m_session, menu));
     menu->addSeparator();
 
     // A pair of actions, there and back, on the same key with the arrows.
@@ -316,7 +322,11 @@ void MainWindow::makeViewMenu() {
     addNotation(tr("&Frames"), false, false);
     addNotation(tr("&Timecode"), true, false);
     QAction* drop = addNotation(tr("&Drop-frame Timecode"), true, true);
-    drop->setEnabled(formatter->timeBase().isDropFrameRate());
+    const auto showDrop = [drop, formatter] {
+        drop->setEnabled(formatter->timeBase().isDropFrameRate());
+    };
+    connect(&m_session, &Session::timeBaseChanged, drop, showDrop);
+    showDrop();
     menu->addSeparator();
     addItem(menu, tr("&Whole Clip"), QKeySequence(Qt::Key_F), this,
             [this] { timeline()->slider()->zoomToFit(); });

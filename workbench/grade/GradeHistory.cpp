@@ -106,13 +106,25 @@ UndoableProject* GradeHistory::find(const Sequence& sequence) const {
 
 void GradeHistory::apply(UndoableProject* project, const Grade& grade) {
     project->grade = grade;
-    if (!m_performing) {
-        if (!m_changed)
-            QMetaObject::invokeMethod(this, &GradeHistory::askForChanged, Qt::QueuedConnection);
-        m_changed = project;
-    }
+    if (!m_performing)
+        showChanged(project);
     if (project == m_open)
         emit gradeChanged();
+}
+
+void GradeHistory::showChanged(UndoableProject* project) {
+    if (!m_changed)
+        QMetaObject::invokeMethod(this, &GradeHistory::askForChanged, Qt::QueuedConnection);
+    m_changed = project;
+}
+
+std::optional<Base::TimeBase> GradeHistory::timeBase() const {
+    return m_open ? m_open->timeBase : std::nullopt;
+}
+
+void GradeHistory::setTimeBase(Base::TimeBase timeBase) {
+    if (m_open)
+        m_open->timeBase = timeBase;
 }
 
 void GradeHistory::askForChanged() {

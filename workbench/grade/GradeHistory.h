@@ -3,12 +3,14 @@
 #include "grade/Grade.h"
 #include "media/Sequence.h"
 
+#include <KxUI/base/TimeBase.h>
 #include <KxUI/undo/MultiStackUndoGroup.h>
 #include <KxUI/undo/ValueEdit.h>
 
 #include <QObject>
 
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace Kestrel::Workbench {
@@ -33,6 +35,16 @@ public:
     /** The same as it was before the edit that goes on. */
     const Grade& gradeBefore() const;
     bool hasSequence() const { return m_open != nullptr; }
+
+    /** What the history calls the open sequence; null when there is none. Owned by this object. */
+    UI::UndoableProject* openProject() const { return m_open; }
+
+    /** The rate that the open sequence was given; nothing when it never was. */
+    std::optional<Base::TimeBase> timeBase() const;
+    void setTimeBase(Base::TimeBase timeBase);
+
+    /** A step of another kind was undone or redone: asks for the sequence if it is not open. */
+    void showChanged(UI::UndoableProject* project);
 
     /** Whether the open sequence is shown without its grade. No edit: it is not undone. */
     bool isBypassed() const { return m_bypassed; }

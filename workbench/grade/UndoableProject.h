@@ -2,8 +2,14 @@
 
 #include "grade/Grade.h"
 #include "media/Sequence.h"
+#include "play/Marks.h"
 
-/** What the shared history calls a project, and leaves to its host: here a sequence with its grade.
+#include <KxUI/base/TimeBase.h>
+
+#include <optional>
+
+/** What the shared history calls a project, and leaves to its host: here a sequence with its grade, its marks and
+    its rate.
     Lives from the first opening of the sequence to the end of the session. */
 class Kestrel::UI::UndoableProject {
 public:
@@ -12,6 +18,9 @@ public:
 
     Workbench::Sequence sequence;
     Workbench::Grade grade;
+    Workbench::Marks marks;
+    /** Nothing until it was open. */
+    std::optional<Base::TimeBase> timeBase;
     /** Where the playhead was when another sequence was opened. */
     Base::Time leftAt = Base::InvalidTime;
 };

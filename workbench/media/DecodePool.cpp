@@ -1,6 +1,7 @@
 #include "media/DecodePool.h"
 
 #include "media/FrameNote.h"
+#include "media/platform/BackgroundThread.h"
 
 #include <KxUI/eventgraph/EventAdder.h>
 
@@ -54,6 +55,7 @@ std::size_t DecodePool::pending() const {
 }
 
 void DecodePool::work(UI::EventTrack* track) {
+    workInBackground();
     std::unique_lock lock(m_mutex);
     for (;;) {
         m_wake.wait(lock, [this] { return m_quit || !m_waiting.empty(); });

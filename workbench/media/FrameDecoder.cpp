@@ -4,6 +4,7 @@
 #include "media/DisplayTable.h"
 #include "media/FastRows.h"
 #include "media/PictureRows.h"
+#include "media/platform/FrameMemory.h"
 
 #include <OpenImageIO/imageio.h>
 
@@ -314,6 +315,7 @@ Frame decodeFrame(const std::string& path, Base::Time time, const DecodeLimits& 
 }
 
 void setUpImageReading() {
+    setUpFrameMemory();
     OIIO::attribute("threads", 1);
     OIIO::attribute("exr_threads", -1);
     OIIO::attribute("limits:channels", 4096);

@@ -28,24 +28,23 @@ std::vector<Base::Time> PlayOrder::next(std::size_t count) const {
     const Base::Time start = std::clamp(playhead, first, last);
     count = std::size_t(std::min<std::uint64_t>(count, length()));
     times.reserve(count);
+    if (direction != 0) {
+        std::uint64_t offset = direction > 0 ? span(first, start) : span(start, last);
+        for (; times.size() < count; offset = (offset + stride) % length())
+            times.push_back(direction > 0 ? Base::Time(std::uint64_t(first) + offset)
+                                          : Base::Time(std::uint64_t(last) - offset));
+        return times;
+    }
     Base::Time forwards = start;
     Base::Time backwards = start;
     while (times.size() < count) {
-        if (direction == 0) {
-            // Alternately right and left of the playhead, then along the side that is left over.
-            if (times.empty())
-                times.push_back(start);
-            else if (forwards < last && (backwards == first || times.size() % 2 == 1))
-                times.push_back(++forwards);
-            else
-                times.push_back(--backwards);
-        } else {
-            times.push_back(forwards);
-            if (direction > 0)
-                forwards = forwards == last ? first : forwards + 1;
-            else
-                forwards = forwards == first ? last : forwards - 1;
-        }
+        // Alternately right and left of the playhead, then along the side that is left over.
+        if (times.empty())
+            times.push_back(start);
+        else if (forwards < last && (backwards == first || times.size() % 2 == 1))
+            times.push_back(++forwards);
+        else
+            times.push_back(--backwards);
     }
     return times;
 }

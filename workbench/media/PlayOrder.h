@@ -17,6 +17,8 @@ struct PlayOrder {
     Base::Time last = 0;
     /** 1 playing forwards, -1 backwards, 0 standing still. */
     int direction = 0;
+    /** Every how many frames are shown, 1 or more. */
+    std::uint32_t stride = 1;
 
     /** How far off the need for a frame is; 0 is the playhead's own frame. Frames that playback
         does not reach come after all that it does. */

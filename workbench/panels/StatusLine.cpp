@@ -1,5 +1,6 @@
 #include "panels/StatusLine.h"
 
+#include "panels/RateMenu.h"
 #include "play/FrameRate.h"
 #include "play/Session.h"
 
@@ -9,6 +10,7 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLocale>
+#include <QToolButton>
 
 #include <cmath>
 
@@ -32,7 +34,7 @@ StatusLine::StatusLine(Session* session, QWidget* parent)
     : QWidget(parent)
     , m_session(session)
     , m_time(new QLabel)
-    , m_rate(new QLabel)
+    , m_rate(new QToolButton)
     , m_dropped(new QLabel)
     , m_cache(new QLabel)
     , m_cacheSize(makeCacheSize())
@@ -43,8 +45,13 @@ StatusLine::StatusLine(Session* session, QWidget* parent)
     auto* layout = new QHBoxLayout(this);
     layout->setContentsMargins(8, 2, 8, 4);
     layout->setSpacing(24);
-    for (QLabel* label : {m_time, m_rate, m_dropped})
-        layout->addWidget(label);
+    m_rate->setAutoRaise(true);
+    m_rate->setPopupMode(QToolButton::InstantPopup);
+    m_rate->setMenu(new RateMenu(session, m_rate));
+    m_rate->setToolTip(tr("The rate of playback; press to choose another one"));
+    for (QWidget* part : {static_cast<QWidget*>(m_time), static_cast<QWidget*>(m_rate),
+                          static_cast<QWidget*>(m_dropped)})
+        layout->addWidget(part);
     layout->addStretch(1);
     auto* cache = new QHBoxLayout;
     cache->setSpacing(6);
@@ -58,6 +65,8 @@ StatusLine::StatusLine(Session* session, QWidget* parent)
             &StatusLine::showTime);
     connect(session, &Session::sequenceChanged, this, &StatusLine::showFacts);
     connect(session->player(), &Player::playingChanged, this, &StatusLine::showFacts);
+    connect(session->player(), &Player::statusChanged, this, &StatusLine::showFacts);
+    connect(session, &Session::timeBaseChanged, this, &StatusLine::showFacts);
     connect(session, &Session::cacheSizeChanged, this, &StatusLine::showCacheSize);
     // Facts change with every frame; a few looks a second are enough to read them.
     m_refresh.setInterval(250);
@@ -113,10 +122,13 @@ void StatusLine::showTime() {
 void StatusLine::showFacts() {
     Player& player = *m_session->player();
     const QString wanted = formatFrameRate(double(m_session->formatter()->timeBase().rate()));
-    m_rate->setText(
+    QString rate =
         player.isPlaying()
             ? tr("%1 of %2 fps").arg(QString::number(player.achievedRate(), 'f', 1), wanted)
-            : tr("%1 fps").arg(wanted));
+            : tr("%1 fps").arg(wanted);
+    if (player.isPlaying() && player.speed() > 1)
+        rate += tr(", %1 times as fast").arg(player.speed());
+    m_rate->setText(rate);
     m_dropped->setText(player.dropped() == 0 ? QString() : tr("%1 dropped").arg(player.dropped()));
     const FrameCache& cache = m_session->cache();
     const QLocale locale;

@@ -4,6 +4,7 @@
 #include <QWidget>
 
 class QLabel;
+class QToolButton;
 
 namespace Kestrel::UI {
 class DoubleSpinBox;
@@ -35,7 +36,7 @@ private:
 
     Session* m_session;
     QLabel* m_time;
-    QLabel* m_rate;
+    QToolButton* m_rate;
     QLabel* m_dropped;
     QLabel* m_cache;
     UI::DoubleSpinBox* m_cacheSize;

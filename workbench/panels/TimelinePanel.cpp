@@ -42,7 +42,9 @@ TimelinePanel::TimelinePanel(Session* session, QWidget* parent)
     connect(m_slider, &TimeSlider::beginTimeDrag, this, [this](TimeSlider::HandleType handle) {
         if (handle == TimeSlider::PlayheadHandle)
             m_session->player()->stop();
+        m_session->marks()->hold(true);
     });
+    connect(m_slider, &TimeSlider::endTimeDrag, this, [this] { m_session->marks()->hold(false); });
     showMissingFrames();
     refillCacheBar();
 }

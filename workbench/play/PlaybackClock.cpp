@@ -21,7 +21,7 @@ PlaybackClock::Position PlaybackClock::at(std::int64_t nowNs) const {
     const std::uint64_t length = std::uint64_t(last) - std::uint64_t(first) + 1;
     const std::uint64_t before = direction > 0 ? std::uint64_t(origin) - std::uint64_t(first)
                                                : std::uint64_t(last) - std::uint64_t(origin);
-    std::uint64_t offset = before + position.ticks;
+    std::uint64_t offset = before + position.ticks * stride;
     position.direction = direction;
     if (offset >= length) {
         switch (repeat) {

@@ -24,11 +24,14 @@ struct PlaybackClock {
     std::int64_t startNs = 0;
     /** 1 forwards, -1 backwards. */
     int direction = 1;
+    /** Frames passed with each tick, 1 or more: shuttling leaves frames out rather than asking for
+        more pictures a second. */
+    std::uint32_t stride = 1;
     Repeat repeat = Repeat::Loop;
 
     struct Position {
         Base::Time time = 0;
-        /** Frames that have passed since the start. */
+        /** Pictures that were due since the start. */
         std::uint64_t ticks = 0;
         /** The direction now; it turns round at each end where playback bounces. */
         int direction = 1;

@@ -43,6 +43,20 @@ void Player::pictureShown(Base::Time time) {
 }
 
 void Player::play(int direction) {
+    start(direction, 1);
+}
+
+void Player::shuttle(int direction) {
+    const bool isFaster = isPlaying() && m_direction == (direction < 0 ? -1 : 1);
+    start(direction, isFaster ? std::min(speed() * 2, FastestSpeed) : 1);
+}
+
+void Player::forgetDropped() {
+    m_meter.reset();
+    m_reportedDrops = 0;
+}
+
+void Player::start(int direction, std::uint32_t speed) {
     if (m_model->duration() == Base::InvalidTime)
         return;
     const bool wasPlaying = isPlaying();
@@ -54,8 +68,8 @@ void Player::play(int direction) {
         const QScopedValueRollback<bool> moving(m_moving, true);
         m_model->setCurrentTime(m_direction > 0 ? start : end);
     }
-    m_meter.reset();
-    m_reportedDrops = 0;
+    m_clock.stride = speed;
+    forgetDropped();
     anchor();
     if (!wasPlaying)
         emit playingChanged(true);

@@ -27,12 +27,17 @@ public:
     bool isPlaying() const { return m_timer.isActive(); }
     /** 1 or -1 while playing, else 0. */
     int direction() const { return isPlaying() ? m_direction : 0; }
+    /** How many frames lie between one picture and the next: 1, and more while it shuttles. */
+    std::uint32_t speed() const { return m_clock.stride; }
+    static constexpr std::uint32_t FastestSpeed = 8;
     PlaybackClock::Repeat repeat() const { return m_clock.repeat; }
     void setRepeat(PlaybackClock::Repeat repeat);
 
     /** Pictures a second that really were shown over the last second. */
     double achievedRate();
     std::uint64_t dropped() const { return m_meter.dropped(); }
+    /** Counts anew: there are other frames. */
+    void forgetDropped();
 
     /** To be called whenever the picture of exactly this time comes to the screen. */
     void pictureShown(Base::Time time);
@@ -41,12 +46,15 @@ public slots:
     /** Plays from the current time, or from the start of the range when it lies outside or at the
         end; 1 forwards, -1 backwards. */
     void play(int direction = 1);
+    /** Plays; asked for again in the direction in which it plays, twice as fast each time. The
+        other direction begins at the usual speed. */
+    void shuttle(int direction);
     void stop();
     void toggle();
 
 signals:
     void playingChanged(bool playing);
-    /** Whether it plays, its direction or the kind of repeat changed. */
+    /** Whether it plays, its direction, its speed or the kind of repeat changed. */
     void statusChanged();
     /** While playing, the picture of a time came to the screen. */
     void frameShown(Kestrel::Base::Time time);
@@ -54,6 +62,7 @@ signals:
     void framesDropped(quint64 frames);
 
 private:
+    void start(int direction, std::uint32_t speed);
     void anchor();
     void tick();
     void scheduleTick();

@@ -60,6 +60,8 @@ Session::Session(Base::TimeBase timeBase, std::size_t cacheBytes, QObject* paren
 
 void Session::open(Sequence sequence, Base::Time at) {
     m_player.stop();
+    m_player.forgetDropped();
+    m_marks.leave();
     m_pool.cancelAll();
     m_cache.clear();
     m_grader.clear();
@@ -78,10 +80,12 @@ void Session::open(Sequence sequence, Base::Time at) {
     const bool inside = at >= first && at <= last;
     m_model.setKeyFrames(std::set<Base::Time>());
     m_model.clearInOut();
+    setTimeBase(m_grades.timeBase().value_or(m_formatter.timeBase()));
     m_model.setTimes(
         UI::TimeSliderModel::Times().withClip(first, last).withCurrent(inside ? at : first));
     m_model.setFirstVisibleTime(first);
     m_model.setLastVisibleTime(last);
+    m_marks.enter();
     emit sequenceChanged();
     // The current time may be what it was in the sequence before.
     showCurrent();
@@ -99,6 +103,17 @@ void Session::setCacheBytes(std::size_t bytes) {
     m_cacheFull = false;
     emit cacheSizeChanged();
     plan();
+}
+
+void Session::setTimeBase(Base::TimeBase timeBase) {
+    if (!(timeBase.rate() > 0.0F))
+        return;
+    m_grades.setTimeBase(timeBase);
+    if (timeBase == m_formatter.timeBase())
+        return;
+    m_formatter.setTimeBase(timeBase);
+    m_player.setTimeBase(timeBase);
+    emit timeBaseChanged();
 }
 
 void Session::toggleKeyFrame() {
@@ -317,6 +332,7 @@ void Session::takeIn(const FramePtr& frame) {
 PlayOrder Session::order() const {
     PlayOrder order;
     order.direction = m_player.direction();
+    order.stride = order.direction != 0 ? m_player.speed() : 1;
     order.playhead = m_model.currentTime();
     const bool fills = m_fillsCache && order.direction == 0;
     if (fills)

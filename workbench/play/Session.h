@@ -6,6 +6,7 @@
 #include "media/FrameCache.h"
 #include "media/PixelValues.h"
 #include "media/Sequence.h"
+#include "play/MarkHistory.h"
 #include "play/Navigator.h"
 #include "play/Player.h"
 #include "profile/Profiling.h"
@@ -39,6 +40,10 @@ public:
     const FrameCache& cache() const { return m_cache; }
     /** Other memory for frames, as that of the constructor. */
     void setCacheBytes(std::size_t bytes);
+    /** The rate of the open sequence, from now on; a sequence that was never open begins with the
+        one chosen last. A base without a rate above 0 is ignored. */
+    void setTimeBase(Base::TimeBase timeBase);
+    MarkHistory* marks() { return &m_marks; }
     Profiling* profiling() { return &m_profiling; }
     GradeHistory* grades() { return &m_grades; }
     const FrameGrader& grader() const { return m_grader; }
@@ -105,6 +110,8 @@ signals:
     void frameUncached(Kestrel::Base::Time time);
     void cacheCleared();
     void cacheSizeChanged();
+    /** The formatter and the player have another rate. */
+    void timeBaseChanged();
 
 private:
     void showCurrent();
@@ -128,6 +135,7 @@ private:
     Navigator m_navigator{this};
     Sequence m_sequence;
     GradeHistory m_grades;
+    MarkHistory m_marks{&m_model, &m_grades};
     FrameCache m_cache;
     /** The decoded frame behind what is shown or being graded. */
     FramePtr m_source;
