@@ -3,8 +3,9 @@
 #include "media/ChannelPick.h"
 #include "media/DisplayTable.h"
 #include "media/FastRows.h"
+#include "media/FrameMemory.h"
 #include "media/PictureRows.h"
-#include "media/platform/FrameMemory.h"
+#include "media/platform/Heap.h"
 
 #include <OpenImageIO/imageio.h>
 
@@ -123,8 +124,7 @@ public:
         const auto reduced = [factor](std::int64_t edge) {
             return int((edge + factor - 1) / factor);
         };
-        frame.image =
-            QImage(reduced(m_display.width), reduced(m_display.height), QImage::Format_RGB32);
+        frame.image = FrameMemory::picture({reduced(m_display.width), reduced(m_display.height)});
         if (frame.image.isNull())
             throw std::bad_alloc();
         const bool isCovered = m_data.x <= m_display.x && m_data.y <= m_display.y &&
@@ -315,7 +315,7 @@ Frame decodeFrame(const std::string& path, Base::Time time, const DecodeLimits& 
 }
 
 void setUpImageReading() {
-    setUpFrameMemory();
+    setUpHeap();
     OIIO::attribute("threads", 1);
     OIIO::attribute("exr_threads", -1);
     OIIO::attribute("limits:channels", 4096);

@@ -1,5 +1,6 @@
 #include "media/FastRows.h"
 #include "media/FileBytes.h"
+#include "media/FrameMemory.h"
 #include "media/Inflater.h"
 
 #include <QtEndian>
@@ -7,7 +8,6 @@
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
-#include <new>
 
 namespace Kestrel::Workbench {
 
@@ -102,13 +102,13 @@ public:
 
     bool read(std::int64_t first, std::int64_t last, PictureRows& rows,
               const std::function<void()>& checkpoint) override {
-        const std::unique_ptr<std::uint8_t[]> pixels = inflated(checkpoint);
+        const FrameMemory::Bytes pixels = inflated(checkpoint);
         if (!pixels)
             return false;
         const std::vector<std::uint8_t> nothing(m_line, 0);
         std::vector<std::uint16_t> wide(m_deep ? m_line / 2 : 0);
         const std::uint8_t* above = nothing.data();
-        std::uint8_t* row = pixels.get();
+        auto* row = reinterpret_cast<std::uint8_t*>(pixels.get());
         for (std::int64_t y = 0; y < last; ++y, row += m_line + 1) {
             if (y % 256 == 0)
                 checkpoint();
@@ -129,14 +129,14 @@ public:
 
 private:
     /** All rows with their filters; null where the file is damaged. */
-    std::unique_ptr<std::uint8_t[]> inflated(const std::function<void()>& checkpoint) const {
+    FrameMemory::Bytes inflated(const std::function<void()>& checkpoint) const {
         const std::vector<std::uint8_t> packed = packedPixels();
         checkpoint();
         // Deflate makes at most 1,032 bytes of one: a header that claims more is damaged.
         const std::size_t bytes = (m_line + 1) * m_height;
         if (packed.size() < bytes / 1032)
             return nullptr;
-        std::unique_ptr<std::uint8_t[]> pixels(new (std::nothrow) std::uint8_t[bytes]);
+        FrameMemory::Bytes pixels = FrameMemory::bytes(bytes);
         if (!pixels || !Inflater().inflate(packed.data(), packed.size(), pixels.get(), bytes))
             return nullptr;
         return pixels;

@@ -1,5 +1,7 @@
 #include "play/Session.h"
 
+#include "media/FrameMemory.h"
+
 #include <QThread>
 
 #include <algorithm>
@@ -65,6 +67,7 @@ void Session::open(Sequence sequence, Base::Time at) {
     m_pool.cancelAll();
     m_cache.clear();
     m_grader.clear();
+    FrameMemory::release();
     m_profiling.cleared();
     m_frameBytes = 0;
     m_source = nullptr;
@@ -100,6 +103,7 @@ void Session::setCacheBytes(std::size_t bytes) {
         emit frameUncached(evicted);
     }
     m_grader.setCapacity(bytes / 4);
+    FrameMemory::release();
     m_cacheFull = false;
     emit cacheSizeChanged();
     plan();
@@ -327,6 +331,8 @@ void Session::takeIn(const FramePtr& frame) {
     }
     if (m_pool.pending() < requestsLeftBeforePlanning)
         plan();
+    if (isSettled())
+        FrameMemory::release();
 }
 
 PlayOrder Session::order() const {

@@ -1,4 +1,4 @@
-#include "media/platform/FrameMemory.h"
+#include "media/platform/Heap.h"
 
 #include <cstdlib> // says which C library this is
 
@@ -8,7 +8,7 @@
 
 namespace Kestrel::Workbench {
 
-void setUpFrameMemory() {
+void setUpHeap() {
 #ifdef __GLIBC__
     // Left to itself, the heap raises this limit up to 32 MiB when a large block is freed, puts the
     // next ones between small ones, and keeps what was freed below them.
