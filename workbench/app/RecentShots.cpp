@@ -22,7 +22,7 @@ QString shown(const std::string& bytes) {
 } // namespace
 
 RecentShots::RecentShots(QWidget* parent)
-    : QMenu(tr("Open &Recent"), parent) {
+    : QMenu(tr("Open Recen&t"), parent) {
     setToolTipsVisible(true);
     fill();
 }

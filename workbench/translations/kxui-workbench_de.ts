@@ -15,28 +15,36 @@
         <source>&amp;Wide</source>
         <translation>&amp;Breit</translation>
     </message>
+    <message>
+        <source>S&amp;copes</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 <context>
-    <name>FolderNames</name>
+    <name>ExportRun</name>
     <message>
-        <source>This folder does not exist.</source>
-        <translation>Diesen Ordner gibt es nicht.</translation>
+        <source>This is the file that the frame is read from.</source>
+        <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>This folder cannot be reached: %1.</source>
-        <translation>Dieser Ordner ist nicht erreichbar: %1.</translation>
+        <source>The frame cannot be read.</source>
+        <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>This is not a folder.</source>
-        <translation>Dies ist kein Ordner.</translation>
+        <source>Cancelled.</source>
+        <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>You have no permission to read this folder.</source>
-        <translation>Sie dürfen diesen Ordner nicht lesen.</translation>
+        <source>There is not enough memory for this image.</source>
+        <translation type="unfinished">Für dieses Bild reicht der Speicher nicht.</translation>
     </message>
     <message>
-        <source>This folder cannot be read: %1.</source>
-        <translation>Dieser Ordner lässt sich nicht lesen: %1.</translation>
+        <source>Waits for an answer about frame %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 of %2 frames were not written. %3</source>
+        <translation type="unfinished"></translation>
     </message>
 </context>
 <context>
@@ -99,6 +107,33 @@
     <message>
         <source>Frame %1</source>
         <translation>Bild %1</translation>
+    </message>
+</context>
+<context>
+    <name>ImageFile</name>
+    <message>
+        <source>The picture cannot be encoded: %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The disk is full.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The folder cannot be written to.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The folder is not there.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>There is a file of this name by now, and it was not replaced.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>There is a folder of this name.</source>
+        <translation type="unfinished"></translation>
     </message>
 </context>
 <context>
@@ -215,6 +250,131 @@
     </message>
 </context>
 <context>
+    <name>Kestrel::Workbench::ExportDesk</name>
+    <message>
+        <source>OpenEXR, scene-linear half floats (*.exr)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>PNG, as a screen shows it (*.png)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Export Frame</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Export Sequence</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Export</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Exporting %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Frame %1 was not exported.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Retry</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Skip</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Skip &amp;All Such</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>S&amp;top</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>1 frame was exported to %1.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 frames were exported to %2.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 of %2 frames were exported to %3.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The export was cancelled.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Without a file, and left out: %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Not written: %1. %2</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>Kestrel::Workbench::ExportOptions</name>
+    <message>
+        <source>&amp;Depth:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Apply the &amp;grade</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>F&amp;rames:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>8 bits a channel</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>16 bits a channel</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>All, %1 to %2</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Marked, %1 to %2</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Pictures are exported as .exr or .png.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>None of these frames has a file.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Write where the number of the frame is to stand, as in name.####.exr.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>These are the files that the frames are read from. Choose another name.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message numerus="yes">
+        <source>%n frame(s) of these have no file and are left out: %1</source>
+        <translation type="unfinished">
+            <numerusform></numerusform>
+            <numerusform></numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>Kestrel::Workbench::ExposureCurvePanel</name>
     <message>
         <source>Exposure</source>
@@ -276,34 +436,42 @@
     </message>
 </context>
 <context>
-    <name>Kestrel::Workbench::FolderModel</name>
+    <name>Kestrel::Workbench::FileMenu</name>
     <message>
-        <source>This folder is empty.</source>
-        <translation>Dieser Ordner ist leer.</translation>
+        <source>&amp;File</source>
+        <translation type="unfinished">&amp;Datei</translation>
     </message>
     <message>
-        <source>Name</source>
-        <translation>Name</translation>
+        <source>&amp;Open...</source>
+        <translation>Ö&amp;ffnen …</translation>
     </message>
     <message>
-        <source>Range</source>
-        <translation>Bereich</translation>
+        <source>Open &amp;Folder...</source>
+        <translation>&amp;Ordner öffnen …</translation>
     </message>
     <message>
-        <source>Missing</source>
-        <translation>Fehlt</translation>
+        <source>&amp;Reload</source>
+        <translation type="unfinished">Neu &amp;laden</translation>
     </message>
     <message>
-        <source>Size</source>
-        <translation>Größe</translation>
+        <source>Path &amp;Mappings...</source>
+        <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>%1–%2</source>
-        <translation>%1–%2</translation>
+        <source>&amp;Export Sequence...</source>
+        <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>%1 by %2</source>
-        <translation>%1 Schritt %2</translation>
+        <source>Export Fr&amp;ame...</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Quit</source>
+        <translation type="unfinished">&amp;Beenden</translation>
+    </message>
+    <message>
+        <source>Images (%1)</source>
+        <translation>Bilder (%1)</translation>
     </message>
 </context>
 <context>
@@ -428,18 +596,6 @@
     <message>
         <source>%1 - KxUI Workbench</source>
         <translation>%1 - KxUI Workbench</translation>
-    </message>
-    <message>
-        <source>&amp;File</source>
-        <translation>&amp;Datei</translation>
-    </message>
-    <message>
-        <source>&amp;Reload</source>
-        <translation>Neu &amp;laden</translation>
-    </message>
-    <message>
-        <source>&amp;Quit</source>
-        <translation>&amp;Beenden</translation>
     </message>
     <message>
         <source>&amp;Playback</source>
@@ -622,16 +778,155 @@
         <translation>Hoher &amp;Kontrast</translation>
     </message>
     <message>
-        <source>&amp;Open...</source>
-        <translation>Ö&amp;ffnen...</translation>
+        <source>&amp;Render Times</source>
+        <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>Open &amp;Folder...</source>
-        <translation>&amp;Ordner öffnen...</translation>
+        <source>&amp;Tasks</source>
+        <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>Images (%1)</source>
-        <translation>Bilder (%1)</translation>
+        <source>&amp;Fill Cache</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>Kestrel::Workbench::MarkHistory</name>
+    <message>
+        <source>Marks</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Keyframes</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>Kestrel::Workbench::PathMappings</name>
+    <message>
+        <source>Path Mappings</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Where folders of other machines are found on this one: for paths that are typed, copied, or come with a favourite.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>Kestrel::Workbench::RateMenu</name>
+    <message>
+        <source>Frames per Secon&amp;d</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 fps</source>
+        <translation type="unfinished">%1 Bilder/s</translation>
+    </message>
+    <message>
+        <source>&amp;Other...</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Frame Rate</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Frames per second, as 24, 23.976 or 30000/1001:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Set</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>Kestrel::Workbench::RecentShots</name>
+    <message>
+        <source>Open Recen&amp;t</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;%1  %2</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Clear List</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>Kestrel::Workbench::RenderTimesPanel</name>
+    <message>
+        <source>Here is shown how long frames take to decode, to grade and to paint, while the profiler records it.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Time a frame</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Decode</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Grade</source>
+        <translation type="unfinished">Farbkorrektur</translation>
+    </message>
+    <message>
+        <source>Paint</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Cache by sequence</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Read</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Held now</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Memory</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 fps</source>
+        <translation type="unfinished">%1 Bilder/s</translation>
+    </message>
+    <message>
+        <source>&amp;Start Recording</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Stop Recording</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Recording</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Recorded; nothing is recorded now.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Nothing is recorded.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Decoded</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Graded</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Free</source>
+        <translation>Frei</translation>
     </message>
 </context>
 <context>
@@ -648,64 +943,155 @@
         <source>The sample cannot be moved to %1.</source>
         <translation>Das Beispiel lässt sich nicht nach %1 verschieben.</translation>
     </message>
+</context>
+<context>
+    <name>Kestrel::Workbench::ScopeBar</name>
     <message>
-        <source>Writing the sample, once: two shots of numbered frames...</source>
-        <translation>Das Beispiel wird geschrieben, einmalig: zwei Einstellungen aus nummerierten Bildern...</translation>
+        <source>What is counted</source>
+        <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>Cancel</source>
-        <translation>Abbrechen</translation>
+        <source>Units, matrix, held result, region</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Scope settings</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Values counted</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>File</source>
+        <translation>Datei</translation>
+    </message>
+    <message>
+        <source>Screen</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The values of the file, before the grade</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The graded values, as a screen gets them</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Luma and Chroma</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Full-range Codes</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Let &amp;Held Result Go</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Hold Result</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Region by Keys</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Whole Picture</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Clear Selection</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>Kestrel::Workbench::ScopeCell</name>
+    <message>
+        <source>Scope</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>Kestrel::Workbench::ScopeFeed</name>
+    <message>
+        <source>No picture</source>
+        <translation>Kein Bild</translation>
+    </message>
+    <message>
+        <source>File</source>
+        <translation>Datei</translation>
+    </message>
+    <message>
+        <source>Screen</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Screen, as the file is too large</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>8 bit</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>half float</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>16 bit</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>scene-linear</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>film log</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>Kestrel::Workbench::ScopeOverlay</name>
+    <message>
+        <source>Region of the scopes</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The whole picture</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 × %2 pixels from %3, %4</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>; marked pixel %1, %2</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>Kestrel::Workbench::ScopesPanel</name>
+    <message>
+        <source>Number of scopes</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Units</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Held Result &amp;Visible</source>
+        <translation type="unfinished"></translation>
     </message>
 </context>
 <context>
     <name>Kestrel::Workbench::SequenceListPanel</name>
     <message>
-        <source>Up one folder (Backspace)</source>
-        <translation>Einen Ordner höher (Rücktaste)</translation>
-    </message>
-    <message>
-        <source>Up one folder</source>
-        <translation>Einen Ordner höher</translation>
-    </message>
-    <message>
-        <source>Folder</source>
-        <translation>Ordner</translation>
-    </message>
-    <message>
-        <source>Sequences</source>
-        <translation>Sequenzen</translation>
-    </message>
-    <message>
-        <source>1 folder</source>
-        <translation>1 Ordner</translation>
-    </message>
-    <message>
-        <source>%1 folders</source>
-        <translation>%1 Ordner</translation>
-    </message>
-    <message>
-        <source>1 sequence</source>
-        <translation>1 Sequenz</translation>
-    </message>
-    <message>
-        <source>%1 sequences</source>
-        <translation>%1 Sequenzen</translation>
-    </message>
-    <message>
-        <source>1 file</source>
-        <translation>1 Datei</translation>
-    </message>
-    <message>
-        <source>%1 files</source>
-        <translation>%1 Dateien</translation>
-    </message>
-    <message>
-        <source>, </source>
-        <translation>, </translation>
-    </message>
-    <message>
-        <source>Search names</source>
-        <translation>Namen suchen</translation>
+        <source>Show in File Manager</source>
+        <translation type="unfinished"></translation>
     </message>
 </context>
 <context>
@@ -717,6 +1103,25 @@
     <message>
         <source>%1 has no file for it.</source>
         <translation>%1 hat keine Datei dafür.</translation>
+    </message>
+</context>
+<context>
+    <name>Kestrel::Workbench::StatisticsPanel</name>
+    <message>
+        <source>&amp;Units</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Colu&amp;mns</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Difference from Held Result</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Co&amp;py as Text</source>
+        <translation type="unfinished"></translation>
     </message>
 </context>
 <context>
@@ -757,6 +1162,14 @@
         <source>%1 frames</source>
         <translation>%1 Bilder</translation>
     </message>
+    <message>
+        <source>The rate of playback; press to choose another one</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>, %1 times as fast</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 <context>
     <name>Kestrel::Workbench::SwatchKeeper</name>
@@ -787,6 +1200,33 @@
     <message>
         <source>What could not be read of the swatches is kept in %1</source>
         <translation>Was von den Farbfeldern nicht gelesen werden konnte, liegt in %1</translation>
+    </message>
+</context>
+<context>
+    <name>Kestrel::Workbench::TaskDesk</name>
+    <message>
+        <source>Close the Window</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Files that are complete stay; nothing else is left behind.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Keep Running</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Cancel Them and Quit</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Filling the cache</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Writing the sample</source>
+        <translation type="unfinished"></translation>
     </message>
 </context>
 <context>
@@ -966,6 +1406,18 @@
         <source>Colour</source>
         <translation>Farbe</translation>
     </message>
+    <message>
+        <source>Scopes</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Statistics</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Render Times</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 <context>
     <name>Profiling</name>
@@ -1004,6 +1456,21 @@
     <message>
         <source>%1 before frame %2</source>
         <translation>%1 vor Bild %2</translation>
+    </message>
+    <message>
+        <source>Grade</source>
+        <translation type="unfinished">Farbkorrektur</translation>
+    </message>
+</context>
+<context>
+    <name>ScopeKind</name>
+    <message>
+        <source>Histogram</source>
+        <translation>Histogramm</translation>
+    </message>
+    <message>
+        <source>Histogram by Channel</source>
+        <translation type="unfinished"></translation>
     </message>
 </context>
 </TS>

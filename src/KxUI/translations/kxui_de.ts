@@ -179,6 +179,202 @@
         <source>%1, %2: %3</source>
         <translation>%1, %2: %3</translation>
     </message>
+    <message>
+        <source>Without perspective</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Edges of the signal</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Grey axis</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Rec 709 in this space</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Rec 2020 in this space</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Cells</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 along each edge</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Channels</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Channels on each other</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Channels above each other</source>
+        <translation>Kanäle übereinander</translation>
+    </message>
+    <message>
+        <source>Channels side by side</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Logarithmic heights</source>
+        <translation>Logarithmische Höhen</translation>
+    </message>
+    <message>
+        <source>Cumulative line</source>
+        <translation>Summenlinie</translation>
+    </message>
+    <message>
+        <source>Areas in proportion</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Fit range to values</source>
+        <translation>Bereich an Werte anpassen</translation>
+    </message>
+    <message>
+        <source>Legal %</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Share of the values within 0 to 1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>R 103 %</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Share of the values within the preferred range of EBU R 103</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Matrix</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Gain</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Colour</source>
+        <translation>Farbe</translation>
+    </message>
+    <message>
+        <source>Phosphor</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>White</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Hue</source>
+        <translation>Farbton</translation>
+    </message>
+    <message>
+        <source>Targets of 75 %</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Targets of 100 %</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Large boxes</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Hull of the gamut</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>I and Q</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Skin tone line</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Logarithmic distances</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>RGB, overlaid</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>RGB, parade</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>RGB, stacked</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>YCbCr, parade</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>YCbCr, stacked</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Envelope</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>None</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Of the picture</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Of all pictures</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Both</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Limits</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>0 and 100 %</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>EBU R 103</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Second unit</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Second unit visible</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>By rows</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Forget peaks</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 <context>
     <name>EventGraphReader</name>
@@ -935,6 +1131,93 @@ Zeile %2, Spalte %3</translation>
     <message>
         <source>No colour can be taken here</source>
         <translation>Hier lässt sich keine Farbe aufnehmen</translation>
+    </message>
+</context>
+<context>
+    <name>Kestrel::UI::ColorSpaceScope</name>
+    <message>
+        <source>K</source>
+        <comment>black</comment>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>R</source>
+        <comment>red</comment>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>G</source>
+        <comment>green</comment>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Yl</source>
+        <comment>yellow</comment>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>B</source>
+        <comment>blue</comment>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Mg</source>
+        <comment>magenta</comment>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Cy</source>
+        <comment>cyan</comment>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>W</source>
+        <comment>white</comment>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Beyond %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Luma %1 to %2</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>From %1 px</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>YCbCr</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>HSV cone</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>RGB cube</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Colour space</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Y %1, Cb %2, Cr %3</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>H %1°, S %2 %, V %3</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>R %1, G %2, B %3</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1, %2 of them beyond</source>
+        <translation type="unfinished"></translation>
     </message>
 </context>
 <context>
@@ -2426,20 +2709,40 @@ einer Tätigkeit, deren Anfang sie schon trägt.</translation>
         <translation>Histogramm</translation>
     </message>
     <message>
-        <source>Logarithmic heights</source>
-        <translation>Logarithmische Höhen</translation>
+        <source>%1°</source>
+        <translation type="unfinished">%1°</translation>
     </message>
     <message>
-        <source>Cumulative line</source>
-        <translation>Summenlinie</translation>
+        <source>%1 %</source>
+        <translation>%1 %</translation>
     </message>
     <message>
-        <source>Channels above each other</source>
-        <translation>Kanäle übereinander</translation>
+        <source>Saturation</source>
+        <translation>Sättigung</translation>
     </message>
     <message>
-        <source>Fit range to values</source>
-        <translation>Bereich an Werte anpassen</translation>
+        <source>Hue</source>
+        <translation>Farbton</translation>
+    </message>
+    <message>
+        <source>%1 %2: %3</source>
+        <translation type="unfinished">%1 %2, %3 {1 %2:?}</translation>
+    </message>
+    <message>
+        <source>Without a hue: %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>No number: %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Below %1: %2</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Above %1: %2</source>
+        <translation type="unfinished"></translation>
     </message>
 </context>
 <context>
@@ -2906,10 +3209,6 @@ einer Tätigkeit, deren Anfang sie schon trägt.</translation>
         <translation>Das lässt sich nicht anhalten.</translation>
     </message>
     <message>
-        <source>Running for %1</source>
-        <translation>Läuft seit %1</translation>
-    </message>
-    <message>
         <source>%1 percent, </source>
         <translation>%1 Prozent, </translation>
     </message>
@@ -2920,6 +3219,14 @@ einer Tätigkeit, deren Anfang sie schon trägt.</translation>
     <message>
         <source>Cancelling…</source>
         <translation>Wird abgebrochen …</translation>
+    </message>
+    <message>
+        <source>%1 so far</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1, %2 so far</source>
+        <translation type="unfinished"></translation>
     </message>
 </context>
 <context>
@@ -3352,6 +3659,33 @@ einer Tätigkeit, deren Anfang sie schon trägt.</translation>
     </message>
 </context>
 <context>
+    <name>Kestrel::UI::Vectorscope</name>
+    <message>
+        <source>Vectorscope</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Gain %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Logarithmic</source>
+        <translation>Logarithmisch</translation>
+    </message>
+    <message>
+        <source>Luma %1 to %2</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Cb %1, Cr %2</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1°, %2 %, %3</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
     <name>Kestrel::UI::ViewerFrameSkipControl</name>
     <message>
         <source>Skip Backwards (Shift+Left)</source>
@@ -3376,6 +3710,41 @@ einer Tätigkeit, deren Anfang sie schon trägt.</translation>
     <message>
         <source>Frames to skip</source>
         <translation>Bilder je Sprung</translation>
+    </message>
+</context>
+<context>
+    <name>Kestrel::UI::WaveformScope</name>
+    <message>
+        <source>Red</source>
+        <translation>Rot</translation>
+    </message>
+    <message>
+        <source>Green</source>
+        <translation>Grün</translation>
+    </message>
+    <message>
+        <source>Blue</source>
+        <translation>Blau</translation>
+    </message>
+    <message>
+        <source>Cb</source>
+        <translation>Cb</translation>
+    </message>
+    <message>
+        <source>Cr</source>
+        <translation>Cr</translation>
+    </message>
+    <message>
+        <source>Luma</source>
+        <translation>Luma</translation>
+    </message>
+    <message>
+        <source>%1 %2</source>
+        <translation>%1 %2</translation>
+    </message>
+    <message>
+        <source>Waveform</source>
+        <translation type="unfinished"></translation>
     </message>
 </context>
 <context>
