@@ -17,34 +17,34 @@
     </message>
     <message>
         <source>S&amp;copes</source>
-        <translation type="unfinished"></translation>
+        <translation>Messansi&amp;chten</translation>
     </message>
 </context>
 <context>
     <name>ExportRun</name>
     <message>
         <source>This is the file that the frame is read from.</source>
-        <translation type="unfinished"></translation>
+        <translation>Das ist die Datei, aus der das Bild gelesen wird.</translation>
     </message>
     <message>
         <source>The frame cannot be read.</source>
-        <translation type="unfinished"></translation>
+        <translation>Das Bild kann nicht gelesen werden.</translation>
     </message>
     <message>
         <source>Cancelled.</source>
-        <translation type="unfinished"></translation>
+        <translation>Abgebrochen.</translation>
     </message>
     <message>
         <source>There is not enough memory for this image.</source>
-        <translation type="unfinished">Für dieses Bild reicht der Speicher nicht.</translation>
+        <translation>Für dieses Bild ist nicht genug Speicher da.</translation>
     </message>
     <message>
         <source>Waits for an answer about frame %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Wartet auf eine Antwort zu Bild %1</translation>
     </message>
     <message>
         <source>%1 of %2 frames were not written. %3</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 von %2 Bildern wurden nicht geschrieben. %3</translation>
     </message>
 </context>
 <context>
@@ -113,27 +113,27 @@
     <name>ImageFile</name>
     <message>
         <source>The picture cannot be encoded: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Das Bild kann nicht kodiert werden: %1</translation>
     </message>
     <message>
         <source>The disk is full.</source>
-        <translation type="unfinished"></translation>
+        <translation>Der Datenträger ist voll.</translation>
     </message>
     <message>
         <source>The folder cannot be written to.</source>
-        <translation type="unfinished"></translation>
+        <translation>In den Ordner kann nicht geschrieben werden.</translation>
     </message>
     <message>
         <source>The folder is not there.</source>
-        <translation type="unfinished"></translation>
+        <translation>Den Ordner gibt es nicht.</translation>
     </message>
     <message>
         <source>There is a file of this name by now, and it was not replaced.</source>
-        <translation type="unfinished"></translation>
+        <translation>Inzwischen gibt es eine Datei dieses Namens; sie wurde nicht ersetzt.</translation>
     </message>
     <message>
         <source>There is a folder of this name.</source>
-        <translation type="unfinished"></translation>
+        <translation>Es gibt einen Ordner dieses Namens.</translation>
     </message>
 </context>
 <context>
@@ -253,124 +253,124 @@
     <name>Kestrel::Workbench::ExportDesk</name>
     <message>
         <source>OpenEXR, scene-linear half floats (*.exr)</source>
-        <translation type="unfinished"></translation>
+        <translation>OpenEXR, szenenlinear, halbe Genauigkeit (*.exr)</translation>
     </message>
     <message>
         <source>PNG, as a screen shows it (*.png)</source>
-        <translation type="unfinished"></translation>
+        <translation>PNG, wie ein Bildschirm es zeigt (*.png)</translation>
     </message>
     <message>
         <source>Export Frame</source>
-        <translation type="unfinished"></translation>
+        <translation>Bild exportieren</translation>
     </message>
     <message>
         <source>Export Sequence</source>
-        <translation type="unfinished"></translation>
+        <translation>Sequenz exportieren</translation>
     </message>
     <message>
         <source>Export</source>
-        <translation type="unfinished"></translation>
+        <translation>Exportieren</translation>
     </message>
     <message>
         <source>Exporting %1</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 wird exportiert</translation>
     </message>
     <message>
         <source>Frame %1 was not exported.</source>
-        <translation type="unfinished"></translation>
+        <translation>Bild %1 wurde nicht exportiert.</translation>
     </message>
     <message>
         <source>&amp;Retry</source>
-        <translation type="unfinished"></translation>
+        <translation>&amp;Wiederholen</translation>
     </message>
     <message>
         <source>&amp;Skip</source>
-        <translation type="unfinished"></translation>
+        <translation>&amp;Überspringen</translation>
     </message>
     <message>
         <source>Skip &amp;All Such</source>
-        <translation type="unfinished"></translation>
+        <translation>&amp;Alle solchen überspringen</translation>
     </message>
     <message>
         <source>S&amp;top</source>
-        <translation type="unfinished"></translation>
+        <translation>An&amp;halten</translation>
     </message>
     <message>
         <source>1 frame was exported to %1.</source>
-        <translation type="unfinished"></translation>
+        <translation>1 Bild wurde nach %1 exportiert.</translation>
     </message>
     <message>
         <source>%1 frames were exported to %2.</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 Bilder wurden nach %2 exportiert.</translation>
     </message>
     <message>
         <source>%1 of %2 frames were exported to %3.</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 von %2 Bildern wurden nach %3 exportiert.</translation>
     </message>
     <message>
         <source>The export was cancelled.</source>
-        <translation type="unfinished"></translation>
+        <translation>Der Export wurde abgebrochen.</translation>
     </message>
     <message>
         <source>Without a file, and left out: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Ohne Datei und ausgelassen: %1</translation>
     </message>
     <message>
         <source>Not written: %1. %2</source>
-        <translation type="unfinished"></translation>
+        <translation>Nicht geschrieben: %1. %2</translation>
     </message>
 </context>
 <context>
     <name>Kestrel::Workbench::ExportOptions</name>
     <message>
         <source>&amp;Depth:</source>
-        <translation type="unfinished"></translation>
+        <translation>&amp;Tiefe:</translation>
     </message>
     <message>
         <source>Apply the &amp;grade</source>
-        <translation type="unfinished"></translation>
+        <translation>&amp;Farbkorrektur anwenden</translation>
     </message>
     <message>
         <source>F&amp;rames:</source>
-        <translation type="unfinished"></translation>
+        <translation>&amp;Bilder:</translation>
     </message>
     <message>
         <source>8 bits a channel</source>
-        <translation type="unfinished"></translation>
+        <translation>8 Bit je Kanal</translation>
     </message>
     <message>
         <source>16 bits a channel</source>
-        <translation type="unfinished"></translation>
+        <translation>16 Bit je Kanal</translation>
     </message>
     <message>
         <source>All, %1 to %2</source>
-        <translation type="unfinished"></translation>
+        <translation>Alle, %1 bis %2</translation>
     </message>
     <message>
         <source>Marked, %1 to %2</source>
-        <translation type="unfinished"></translation>
+        <translation>Markierte, %1 bis %2</translation>
     </message>
     <message>
         <source>Pictures are exported as .exr or .png.</source>
-        <translation type="unfinished"></translation>
+        <translation>Bilder werden als .exr oder .png exportiert.</translation>
     </message>
     <message>
         <source>None of these frames has a file.</source>
-        <translation type="unfinished"></translation>
+        <translation>Keines dieser Bilder hat eine Datei.</translation>
     </message>
     <message>
         <source>Write where the number of the frame is to stand, as in name.####.exr.</source>
-        <translation type="unfinished"></translation>
+        <translation>Schreiben Sie, wo die Bildnummer stehen soll, etwa name.####.exr.</translation>
     </message>
     <message>
         <source>These are the files that the frames are read from. Choose another name.</source>
-        <translation type="unfinished"></translation>
+        <translation>Das sind die Dateien, aus denen die Bilder gelesen werden. Wählen Sie einen anderen Namen.</translation>
     </message>
     <message numerus="yes">
         <source>%n frame(s) of these have no file and are left out: %1</source>
-        <translation type="unfinished">
-            <numerusform></numerusform>
-            <numerusform></numerusform>
+        <translation>
+            <numerusform>Zu %n Bild davon gibt es keine Datei, es wird ausgelassen: %1</numerusform>
+            <numerusform>Zu %n Bildern davon gibt es keine Dateien, sie werden ausgelassen: %1</numerusform>
         </translation>
     </message>
 </context>
@@ -439,7 +439,7 @@
     <name>Kestrel::Workbench::FileMenu</name>
     <message>
         <source>&amp;File</source>
-        <translation type="unfinished">&amp;Datei</translation>
+        <translation>&amp;Datei</translation>
     </message>
     <message>
         <source>&amp;Open...</source>
@@ -451,23 +451,23 @@
     </message>
     <message>
         <source>&amp;Reload</source>
-        <translation type="unfinished">Neu &amp;laden</translation>
+        <translation>&amp;Neu laden</translation>
     </message>
     <message>
         <source>Path &amp;Mappings...</source>
-        <translation type="unfinished"></translation>
+        <translation>&amp;Pfadzuordnungen...</translation>
     </message>
     <message>
         <source>&amp;Export Sequence...</source>
-        <translation type="unfinished"></translation>
+        <translation>Sequenz &amp;exportieren...</translation>
     </message>
     <message>
         <source>Export Fr&amp;ame...</source>
-        <translation type="unfinished"></translation>
+        <translation>&amp;Bild exportieren...</translation>
     </message>
     <message>
         <source>&amp;Quit</source>
-        <translation type="unfinished">&amp;Beenden</translation>
+        <translation>Be&amp;enden</translation>
     </message>
     <message>
         <source>Images (%1)</source>
@@ -779,150 +779,150 @@
     </message>
     <message>
         <source>&amp;Render Times</source>
-        <translation type="unfinished"></translation>
+        <translation>&amp;Rechenzeiten</translation>
     </message>
     <message>
         <source>&amp;Tasks</source>
-        <translation type="unfinished"></translation>
+        <translation>&amp;Aufgaben</translation>
     </message>
     <message>
         <source>&amp;Fill Cache</source>
-        <translation type="unfinished"></translation>
+        <translation>&amp;Cache füllen</translation>
     </message>
 </context>
 <context>
     <name>Kestrel::Workbench::MarkHistory</name>
     <message>
         <source>Marks</source>
-        <translation type="unfinished"></translation>
+        <translation>Marken</translation>
     </message>
     <message>
         <source>Keyframes</source>
-        <translation type="unfinished"></translation>
+        <translation>Schlüsselbilder</translation>
     </message>
 </context>
 <context>
     <name>Kestrel::Workbench::PathMappings</name>
     <message>
         <source>Path Mappings</source>
-        <translation type="unfinished"></translation>
+        <translation>Pfadzuordnungen</translation>
     </message>
     <message>
         <source>Where folders of other machines are found on this one: for paths that are typed, copied, or come with a favourite.</source>
-        <translation type="unfinished"></translation>
+        <translation>Wo Ordner anderer Rechner auf diesem zu finden sind: für Pfade, die getippt oder eingefügt werden oder mit einem Favoriten kommen.</translation>
     </message>
 </context>
 <context>
     <name>Kestrel::Workbench::RateMenu</name>
     <message>
         <source>Frames per Secon&amp;d</source>
-        <translation type="unfinished"></translation>
+        <translation>Bi&amp;lder je Sekunde</translation>
     </message>
     <message>
         <source>%1 fps</source>
-        <translation type="unfinished">%1 Bilder/s</translation>
+        <translation>%1 B/s</translation>
     </message>
     <message>
         <source>&amp;Other...</source>
-        <translation type="unfinished"></translation>
+        <translation>&amp;Andere...</translation>
     </message>
     <message>
         <source>Frame Rate</source>
-        <translation type="unfinished"></translation>
+        <translation>Bildrate</translation>
     </message>
     <message>
         <source>Frames per second, as 24, 23.976 or 30000/1001:</source>
-        <translation type="unfinished"></translation>
+        <translation>Bilder je Sekunde, etwa 24, 23.976 oder 30000/1001:</translation>
     </message>
     <message>
         <source>Set</source>
-        <translation type="unfinished"></translation>
+        <translation>Setzen</translation>
     </message>
 </context>
 <context>
     <name>Kestrel::Workbench::RecentShots</name>
     <message>
         <source>Open Recen&amp;t</source>
-        <translation type="unfinished"></translation>
+        <translation>&amp;Zuletzt geöffnet</translation>
     </message>
     <message>
         <source>&amp;%1  %2</source>
-        <translation type="unfinished"></translation>
+        <translation>&amp;%1  %2</translation>
     </message>
     <message>
         <source>&amp;Clear List</source>
-        <translation type="unfinished"></translation>
+        <translation>Liste &amp;leeren</translation>
     </message>
 </context>
 <context>
     <name>Kestrel::Workbench::RenderTimesPanel</name>
     <message>
         <source>Here is shown how long frames take to decode, to grade and to paint, while the profiler records it.</source>
-        <translation type="unfinished"></translation>
+        <translation>Hier steht, wie lange das Dekodieren, Korrigieren und Zeichnen der Bilder dauert, solange der Profiler aufzeichnet.</translation>
     </message>
     <message>
         <source>Time a frame</source>
-        <translation type="unfinished"></translation>
+        <translation>Zeit je Bild</translation>
     </message>
     <message>
         <source>Decode</source>
-        <translation type="unfinished"></translation>
+        <translation>Dekodieren</translation>
     </message>
     <message>
         <source>Grade</source>
-        <translation type="unfinished">Farbkorrektur</translation>
+        <translation>Korrektur</translation>
     </message>
     <message>
         <source>Paint</source>
-        <translation type="unfinished"></translation>
+        <translation>Zeichnen</translation>
     </message>
     <message>
         <source>Cache by sequence</source>
-        <translation type="unfinished"></translation>
+        <translation>Cache je Sequenz</translation>
     </message>
     <message>
         <source>Read</source>
-        <translation type="unfinished"></translation>
+        <translation>Gelesen</translation>
     </message>
     <message>
         <source>Held now</source>
-        <translation type="unfinished"></translation>
+        <translation>Jetzt gehalten</translation>
     </message>
     <message>
         <source>Memory</source>
-        <translation type="unfinished"></translation>
+        <translation>Speicher</translation>
     </message>
     <message>
         <source>%1 fps</source>
-        <translation type="unfinished">%1 Bilder/s</translation>
+        <translation>%1 B/s</translation>
     </message>
     <message>
         <source>&amp;Start Recording</source>
-        <translation type="unfinished"></translation>
+        <translation>Aufzeichnung &amp;starten</translation>
     </message>
     <message>
         <source>&amp;Stop Recording</source>
-        <translation type="unfinished"></translation>
+        <translation>Aufzeichnung &amp;anhalten</translation>
     </message>
     <message>
         <source>Recording</source>
-        <translation type="unfinished"></translation>
+        <translation>Zeichnet auf</translation>
     </message>
     <message>
         <source>Recorded; nothing is recorded now.</source>
-        <translation type="unfinished"></translation>
+        <translation>Aufgezeichnet; jetzt wird nichts aufgezeichnet.</translation>
     </message>
     <message>
         <source>Nothing is recorded.</source>
-        <translation type="unfinished"></translation>
+        <translation>Nichts wird aufgezeichnet.</translation>
     </message>
     <message>
         <source>Decoded</source>
-        <translation type="unfinished"></translation>
+        <translation>Dekodiert</translation>
     </message>
     <message>
         <source>Graded</source>
-        <translation type="unfinished"></translation>
+        <translation>Korrigiert</translation>
     </message>
     <message>
         <source>Free</source>
@@ -948,19 +948,19 @@
     <name>Kestrel::Workbench::ScopeBar</name>
     <message>
         <source>What is counted</source>
-        <translation type="unfinished"></translation>
+        <translation>Was gezählt wird</translation>
     </message>
     <message>
         <source>Units, matrix, held result, region</source>
-        <translation type="unfinished"></translation>
+        <translation>Einheiten, Matrix, gehaltenes Ergebnis, Bereich</translation>
     </message>
     <message>
         <source>Scope settings</source>
-        <translation type="unfinished"></translation>
+        <translation>Einstellungen der Messansicht</translation>
     </message>
     <message>
         <source>Values counted</source>
-        <translation type="unfinished"></translation>
+        <translation>Gezählte Werte</translation>
     </message>
     <message>
         <source>File</source>
@@ -968,50 +968,50 @@
     </message>
     <message>
         <source>Screen</source>
-        <translation type="unfinished"></translation>
+        <translation>Bildschirm</translation>
     </message>
     <message>
         <source>The values of the file, before the grade</source>
-        <translation type="unfinished"></translation>
+        <translation>Die Werte der Datei, vor der Korrektur</translation>
     </message>
     <message>
         <source>The graded values, as a screen gets them</source>
-        <translation type="unfinished"></translation>
+        <translation>Die korrigierten Werte, wie ein Bildschirm sie bekommt</translation>
     </message>
     <message>
         <source>&amp;Luma and Chroma</source>
-        <translation type="unfinished"></translation>
+        <translation>&amp;Luma und Chroma</translation>
     </message>
     <message>
         <source>&amp;Full-range Codes</source>
-        <translation type="unfinished"></translation>
+        <translation>&amp;Voller Wertebereich</translation>
     </message>
     <message>
         <source>Let &amp;Held Result Go</source>
-        <translation type="unfinished"></translation>
+        <translation>&amp;Gehaltenes Ergebnis loslassen</translation>
     </message>
     <message>
         <source>&amp;Hold Result</source>
-        <translation type="unfinished"></translation>
+        <translation>Ergebnis &amp;halten</translation>
     </message>
     <message>
         <source>&amp;Region by Keys</source>
-        <translation type="unfinished"></translation>
+        <translation>&amp;Bereich mit Tasten</translation>
     </message>
     <message>
         <source>&amp;Whole Picture</source>
-        <translation type="unfinished"></translation>
+        <translation>&amp;Ganzes Bild</translation>
     </message>
     <message>
         <source>&amp;Clear Selection</source>
-        <translation type="unfinished"></translation>
+        <translation>&amp;Auswahl aufheben</translation>
     </message>
 </context>
 <context>
     <name>Kestrel::Workbench::ScopeCell</name>
     <message>
         <source>Scope</source>
-        <translation type="unfinished"></translation>
+        <translation>Messansicht</translation>
     </message>
 </context>
 <context>
@@ -1026,72 +1026,72 @@
     </message>
     <message>
         <source>Screen</source>
-        <translation type="unfinished"></translation>
+        <translation>Bildschirm</translation>
     </message>
     <message>
         <source>Screen, as the file is too large</source>
-        <translation type="unfinished"></translation>
+        <translation>Bildschirm, da die Datei zu groß ist</translation>
     </message>
     <message>
         <source>8 bit</source>
-        <translation type="unfinished"></translation>
+        <translation>8 Bit</translation>
     </message>
     <message>
         <source>half float</source>
-        <translation type="unfinished"></translation>
+        <translation>halbe Genauigkeit</translation>
     </message>
     <message>
         <source>16 bit</source>
-        <translation type="unfinished"></translation>
+        <translation>16 Bit</translation>
     </message>
     <message>
         <source>scene-linear</source>
-        <translation type="unfinished"></translation>
+        <translation>szenenlinear</translation>
     </message>
     <message>
         <source>film log</source>
-        <translation type="unfinished"></translation>
+        <translation>Film-Log</translation>
     </message>
 </context>
 <context>
     <name>Kestrel::Workbench::ScopeOverlay</name>
     <message>
         <source>Region of the scopes</source>
-        <translation type="unfinished"></translation>
+        <translation>Bereich der Messansichten</translation>
     </message>
     <message>
         <source>The whole picture</source>
-        <translation type="unfinished"></translation>
+        <translation>Das ganze Bild</translation>
     </message>
     <message>
         <source>%1 × %2 pixels from %3, %4</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 × %2 Bildpunkte ab %3, %4</translation>
     </message>
     <message>
         <source>; marked pixel %1, %2</source>
-        <translation type="unfinished"></translation>
+        <translation>; markierter Bildpunkt %1, %2</translation>
     </message>
 </context>
 <context>
     <name>Kestrel::Workbench::ScopesPanel</name>
     <message>
         <source>Number of scopes</source>
-        <translation type="unfinished"></translation>
+        <translation>Anzahl der Messansichten</translation>
     </message>
     <message>
         <source>&amp;Units</source>
-        <translation type="unfinished"></translation>
+        <translation>&amp;Einheiten</translation>
     </message>
     <message>
         <source>Held Result &amp;Visible</source>
-        <translation type="unfinished"></translation>
+        <translation>Gehaltenes Ergebnis &amp;sichtbar</translation>
     </message>
 </context>
 <context>
     <name>Kestrel::Workbench::SequenceListPanel</name>
     <message>
         <source>Show in File Manager</source>
-        <translation type="unfinished"></translation>
+        <translation>In der Dateiverwaltung zeigen</translation>
     </message>
 </context>
 <context>
@@ -1109,19 +1109,19 @@
     <name>Kestrel::Workbench::StatisticsPanel</name>
     <message>
         <source>&amp;Units</source>
-        <translation type="unfinished"></translation>
+        <translation>&amp;Einheiten</translation>
     </message>
     <message>
         <source>Colu&amp;mns</source>
-        <translation type="unfinished"></translation>
+        <translation>&amp;Spalten</translation>
     </message>
     <message>
         <source>&amp;Difference from Held Result</source>
-        <translation type="unfinished"></translation>
+        <translation>&amp;Unterschied zum gehaltenen Ergebnis</translation>
     </message>
     <message>
         <source>Co&amp;py as Text</source>
-        <translation type="unfinished"></translation>
+        <translation>Als Text ko&amp;pieren</translation>
     </message>
 </context>
 <context>
@@ -1164,11 +1164,11 @@
     </message>
     <message>
         <source>The rate of playback; press to choose another one</source>
-        <translation type="unfinished"></translation>
+        <translation>Die Rate der Wiedergabe; drücken Sie, um eine andere zu wählen</translation>
     </message>
     <message>
         <source>, %1 times as fast</source>
-        <translation type="unfinished"></translation>
+        <translation>, %1-mal so schnell</translation>
     </message>
 </context>
 <context>
@@ -1206,27 +1206,27 @@
     <name>Kestrel::Workbench::TaskDesk</name>
     <message>
         <source>Close the Window</source>
-        <translation type="unfinished"></translation>
+        <translation>Fenster schließen</translation>
     </message>
     <message>
         <source>Files that are complete stay; nothing else is left behind.</source>
-        <translation type="unfinished"></translation>
+        <translation>Vollständige Dateien bleiben; sonst bleibt nichts zurück.</translation>
     </message>
     <message>
         <source>&amp;Keep Running</source>
-        <translation type="unfinished"></translation>
+        <translation>&amp;Weiterlaufen lassen</translation>
     </message>
     <message>
         <source>&amp;Cancel Them and Quit</source>
-        <translation type="unfinished"></translation>
+        <translation>Ab&amp;brechen und beenden</translation>
     </message>
     <message>
         <source>Filling the cache</source>
-        <translation type="unfinished"></translation>
+        <translation>Cache wird gefüllt</translation>
     </message>
     <message>
         <source>Writing the sample</source>
-        <translation type="unfinished"></translation>
+        <translation>Beispiel wird geschrieben</translation>
     </message>
 </context>
 <context>
@@ -1408,15 +1408,15 @@
     </message>
     <message>
         <source>Scopes</source>
-        <translation type="unfinished"></translation>
+        <translation>Messansichten</translation>
     </message>
     <message>
         <source>Statistics</source>
-        <translation type="unfinished"></translation>
+        <translation>Statistik</translation>
     </message>
     <message>
         <source>Render Times</source>
-        <translation type="unfinished"></translation>
+        <translation>Rechenzeiten</translation>
     </message>
 </context>
 <context>
@@ -1459,7 +1459,7 @@
     </message>
     <message>
         <source>Grade</source>
-        <translation type="unfinished">Farbkorrektur</translation>
+        <translation>Korrektur</translation>
     </message>
 </context>
 <context>
@@ -1470,7 +1470,7 @@
     </message>
     <message>
         <source>Histogram by Channel</source>
-        <translation type="unfinished"></translation>
+        <translation>Histogramm je Kanal</translation>
     </message>
 </context>
 </TS>

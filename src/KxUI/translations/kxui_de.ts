@@ -181,39 +181,39 @@
     </message>
     <message>
         <source>Without perspective</source>
-        <translation type="unfinished"></translation>
+        <translation>Ohne Perspektive</translation>
     </message>
     <message>
         <source>Edges of the signal</source>
-        <translation type="unfinished"></translation>
+        <translation>Kanten des Signals</translation>
     </message>
     <message>
         <source>Grey axis</source>
-        <translation type="unfinished"></translation>
+        <translation>Grauachse</translation>
     </message>
     <message>
         <source>Rec 709 in this space</source>
-        <translation type="unfinished"></translation>
+        <translation>Rec 709 in diesem Raum</translation>
     </message>
     <message>
         <source>Rec 2020 in this space</source>
-        <translation type="unfinished"></translation>
+        <translation>Rec 2020 in diesem Raum</translation>
     </message>
     <message>
         <source>Cells</source>
-        <translation type="unfinished"></translation>
+        <translation>Zellen</translation>
     </message>
     <message>
         <source>%1 along each edge</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 je Kante</translation>
     </message>
     <message>
         <source>Channels</source>
-        <translation type="unfinished"></translation>
+        <translation>Kanäle</translation>
     </message>
     <message>
         <source>Channels on each other</source>
-        <translation type="unfinished"></translation>
+        <translation>Kanäle aufeinander</translation>
     </message>
     <message>
         <source>Channels above each other</source>
@@ -221,7 +221,7 @@
     </message>
     <message>
         <source>Channels side by side</source>
-        <translation type="unfinished"></translation>
+        <translation>Kanäle nebeneinander</translation>
     </message>
     <message>
         <source>Logarithmic heights</source>
@@ -233,7 +233,7 @@
     </message>
     <message>
         <source>Areas in proportion</source>
-        <translation type="unfinished"></translation>
+        <translation>Flächen im Verhältnis</translation>
     </message>
     <message>
         <source>Fit range to values</source>
@@ -241,27 +241,27 @@
     </message>
     <message>
         <source>Legal %</source>
-        <translation type="unfinished"></translation>
+        <translation>Zulässig %</translation>
     </message>
     <message>
         <source>Share of the values within 0 to 1</source>
-        <translation type="unfinished"></translation>
+        <translation>Anteil der Werte von 0 bis 1</translation>
     </message>
     <message>
         <source>R 103 %</source>
-        <translation type="unfinished"></translation>
+        <translation>R 103 %</translation>
     </message>
     <message>
         <source>Share of the values within the preferred range of EBU R 103</source>
-        <translation type="unfinished"></translation>
+        <translation>Anteil der Werte im bevorzugten Bereich von EBU R 103</translation>
     </message>
     <message>
         <source>Matrix</source>
-        <translation type="unfinished"></translation>
+        <translation>Matrix</translation>
     </message>
     <message>
         <source>Gain</source>
-        <translation type="unfinished"></translation>
+        <translation>Verstärkung</translation>
     </message>
     <message>
         <source>Colour</source>
@@ -269,11 +269,11 @@
     </message>
     <message>
         <source>Phosphor</source>
-        <translation type="unfinished"></translation>
+        <translation>Leuchtfarbe</translation>
     </message>
     <message>
         <source>White</source>
-        <translation type="unfinished"></translation>
+        <translation>Weiß</translation>
     </message>
     <message>
         <source>Hue</source>
@@ -281,99 +281,99 @@
     </message>
     <message>
         <source>Targets of 75 %</source>
-        <translation type="unfinished"></translation>
+        <translation>Ziele von 75 %</translation>
     </message>
     <message>
         <source>Targets of 100 %</source>
-        <translation type="unfinished"></translation>
+        <translation>Ziele von 100 %</translation>
     </message>
     <message>
         <source>Large boxes</source>
-        <translation type="unfinished"></translation>
+        <translation>Große Kästen</translation>
     </message>
     <message>
         <source>Hull of the gamut</source>
-        <translation type="unfinished"></translation>
+        <translation>Hülle des Farbraums</translation>
     </message>
     <message>
         <source>I and Q</source>
-        <translation type="unfinished"></translation>
+        <translation>I und Q</translation>
     </message>
     <message>
         <source>Skin tone line</source>
-        <translation type="unfinished"></translation>
+        <translation>Hauttonlinie</translation>
     </message>
     <message>
         <source>Logarithmic distances</source>
-        <translation type="unfinished"></translation>
+        <translation>Logarithmische Abstände</translation>
     </message>
     <message>
         <source>RGB, overlaid</source>
-        <translation type="unfinished"></translation>
+        <translation>RGB, überlagert</translation>
     </message>
     <message>
         <source>RGB, parade</source>
-        <translation type="unfinished"></translation>
+        <translation>RGB, nebeneinander</translation>
     </message>
     <message>
         <source>RGB, stacked</source>
-        <translation type="unfinished"></translation>
+        <translation>RGB, übereinander</translation>
     </message>
     <message>
         <source>YCbCr, parade</source>
-        <translation type="unfinished"></translation>
+        <translation>YCbCr, nebeneinander</translation>
     </message>
     <message>
         <source>YCbCr, stacked</source>
-        <translation type="unfinished"></translation>
+        <translation>YCbCr, übereinander</translation>
     </message>
     <message>
         <source>Envelope</source>
-        <translation type="unfinished"></translation>
+        <translation>Hüllkurve</translation>
     </message>
     <message>
         <source>None</source>
-        <translation type="unfinished"></translation>
+        <translation>Keine</translation>
     </message>
     <message>
         <source>Of the picture</source>
-        <translation type="unfinished"></translation>
+        <translation>Des Bildes</translation>
     </message>
     <message>
         <source>Of all pictures</source>
-        <translation type="unfinished"></translation>
+        <translation>Aller Bilder</translation>
     </message>
     <message>
         <source>Both</source>
-        <translation type="unfinished"></translation>
+        <translation>Beide</translation>
     </message>
     <message>
         <source>Limits</source>
-        <translation type="unfinished"></translation>
+        <translation>Grenzen</translation>
     </message>
     <message>
         <source>0 and 100 %</source>
-        <translation type="unfinished"></translation>
+        <translation>0 und 100 %</translation>
     </message>
     <message>
         <source>EBU R 103</source>
-        <translation type="unfinished"></translation>
+        <translation>EBU R 103</translation>
     </message>
     <message>
         <source>Second unit</source>
-        <translation type="unfinished"></translation>
+        <translation>Zweite Einheit</translation>
     </message>
     <message>
         <source>Second unit visible</source>
-        <translation type="unfinished"></translation>
+        <translation>Zweite Einheit sichtbar</translation>
     </message>
     <message>
         <source>By rows</source>
-        <translation type="unfinished"></translation>
+        <translation>Nach Zeilen</translation>
     </message>
     <message>
         <source>Forget peaks</source>
-        <translation type="unfinished"></translation>
+        <translation>Spitzen vergessen</translation>
     </message>
 </context>
 <context>
@@ -1138,86 +1138,86 @@ Zeile %2, Spalte %3</translation>
     <message>
         <source>K</source>
         <comment>black</comment>
-        <translation type="unfinished"></translation>
+        <translation>S</translation>
     </message>
     <message>
         <source>R</source>
         <comment>red</comment>
-        <translation type="unfinished"></translation>
+        <translation>R</translation>
     </message>
     <message>
         <source>G</source>
         <comment>green</comment>
-        <translation type="unfinished"></translation>
+        <translation>G</translation>
     </message>
     <message>
         <source>Yl</source>
         <comment>yellow</comment>
-        <translation type="unfinished"></translation>
+        <translation>Ge</translation>
     </message>
     <message>
         <source>B</source>
         <comment>blue</comment>
-        <translation type="unfinished"></translation>
+        <translation>B</translation>
     </message>
     <message>
         <source>Mg</source>
         <comment>magenta</comment>
-        <translation type="unfinished"></translation>
+        <translation>Mg</translation>
     </message>
     <message>
         <source>Cy</source>
         <comment>cyan</comment>
-        <translation type="unfinished"></translation>
+        <translation>Cy</translation>
     </message>
     <message>
         <source>W</source>
         <comment>white</comment>
-        <translation type="unfinished"></translation>
+        <translation>W</translation>
     </message>
     <message>
         <source>Beyond %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Jenseits von %1</translation>
     </message>
     <message>
         <source>Luma %1 to %2</source>
-        <translation type="unfinished"></translation>
+        <translation>Luma %1 bis %2</translation>
     </message>
     <message>
         <source>From %1 px</source>
-        <translation type="unfinished"></translation>
+        <translation>Ab %1 px</translation>
     </message>
     <message>
         <source>YCbCr</source>
-        <translation type="unfinished"></translation>
+        <translation>YCbCr</translation>
     </message>
     <message>
         <source>HSV cone</source>
-        <translation type="unfinished"></translation>
+        <translation>HSV-Kegel</translation>
     </message>
     <message>
         <source>RGB cube</source>
-        <translation type="unfinished"></translation>
+        <translation>RGB-Würfel</translation>
     </message>
     <message>
         <source>Colour space</source>
-        <translation type="unfinished"></translation>
+        <translation>Farbraum</translation>
     </message>
     <message>
         <source>Y %1, Cb %2, Cr %3</source>
-        <translation type="unfinished"></translation>
+        <translation>Y %1, Cb %2, Cr %3</translation>
     </message>
     <message>
         <source>H %1°, S %2 %, V %3</source>
-        <translation type="unfinished"></translation>
+        <translation>H %1°, S %2 %, V %3</translation>
     </message>
     <message>
         <source>R %1, G %2, B %3</source>
-        <translation type="unfinished"></translation>
+        <translation>R %1, G %2, B %3</translation>
     </message>
     <message>
         <source>%1, %2 of them beyond</source>
-        <translation type="unfinished"></translation>
+        <translation>%1, davon %2 jenseits</translation>
     </message>
 </context>
 <context>
@@ -2710,7 +2710,7 @@ einer Tätigkeit, deren Anfang sie schon trägt.</translation>
     </message>
     <message>
         <source>%1°</source>
-        <translation type="unfinished">%1°</translation>
+        <translation>%1°</translation>
     </message>
     <message>
         <source>%1 %</source>
@@ -2726,23 +2726,23 @@ einer Tätigkeit, deren Anfang sie schon trägt.</translation>
     </message>
     <message>
         <source>%1 %2: %3</source>
-        <translation type="unfinished">%1 %2, %3 {1 %2:?}</translation>
+        <translation>%1 %2: %3</translation>
     </message>
     <message>
         <source>Without a hue: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Ohne Farbton: %1</translation>
     </message>
     <message>
         <source>No number: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Keine Zahl: %1</translation>
     </message>
     <message>
         <source>Below %1: %2</source>
-        <translation type="unfinished"></translation>
+        <translation>Unter %1: %2</translation>
     </message>
     <message>
         <source>Above %1: %2</source>
-        <translation type="unfinished"></translation>
+        <translation>Über %1: %2</translation>
     </message>
 </context>
 <context>
@@ -3222,11 +3222,11 @@ einer Tätigkeit, deren Anfang sie schon trägt.</translation>
     </message>
     <message>
         <source>%1 so far</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 bisher</translation>
     </message>
     <message>
         <source>%1, %2 so far</source>
-        <translation type="unfinished"></translation>
+        <translation>%1, bisher %2</translation>
     </message>
 </context>
 <context>
@@ -3662,11 +3662,11 @@ einer Tätigkeit, deren Anfang sie schon trägt.</translation>
     <name>Kestrel::UI::Vectorscope</name>
     <message>
         <source>Vectorscope</source>
-        <translation type="unfinished"></translation>
+        <translation>Vektorskop</translation>
     </message>
     <message>
         <source>Gain %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Verstärkung %1</translation>
     </message>
     <message>
         <source>Logarithmic</source>
@@ -3674,15 +3674,15 @@ einer Tätigkeit, deren Anfang sie schon trägt.</translation>
     </message>
     <message>
         <source>Luma %1 to %2</source>
-        <translation type="unfinished"></translation>
+        <translation>Luma %1 bis %2</translation>
     </message>
     <message>
         <source>Cb %1, Cr %2</source>
-        <translation type="unfinished"></translation>
+        <translation>Cb %1, Cr %2</translation>
     </message>
     <message>
         <source>%1°, %2 %, %3</source>
-        <translation type="unfinished"></translation>
+        <translation>%1°, %2 %, %3</translation>
     </message>
 </context>
 <context>
@@ -3744,7 +3744,7 @@ einer Tätigkeit, deren Anfang sie schon trägt.</translation>
     </message>
     <message>
         <source>Waveform</source>
-        <translation type="unfinished"></translation>
+        <translation>Wellenform</translation>
     </message>
 </context>
 <context>
