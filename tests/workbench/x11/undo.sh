@@ -86,7 +86,8 @@ click 858 518
 xdotool key Down key Return # the preview
 new a-preview a-exposure
 click 843 446
-click 480 158 2 # the other shot
+click 480 230 # below the shots
+xdotool key End Return # the other one
 new b-plain a-preview
 drag 963 654 0 -60 # its master curve
 new b-curve b-plain
