@@ -1,7 +1,8 @@
+#include <KxUI/browse/FileChooserDialog.h>
 #include <KxUI/browse/PathRemapTable_p.h>
+#include <KxUI/files/RawName_p.h>
 #include <KxUI/kit/InterfaceThread_p.h>
 
-#include <QFileDialog>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QLabel>
@@ -100,19 +101,19 @@ QHBoxLayout* PathRemapTable::Private::makeTryLine() {
 
 // Not waited for: the table goes on while the question is open.
 void PathRemapTable::Private::askForFile(bool isImport) {
-    auto* const dialog = new QFileDialog(q, isImport ? tr("Import Rules") : tr("Export Rules"));
-    dialog->setAttribute(Qt::WA_DeleteOnClose);
-    dialog->setAcceptMode(isImport ? QFileDialog::AcceptOpen : QFileDialog::AcceptSave);
-    dialog->setFileMode(isImport ? QFileDialog::ExistingFile : QFileDialog::AnyFile);
-    dialog->setNameFilters({tr("Path rules (*.json)"), tr("All files (*)")});
-    dialog->setDefaultSuffix(QStringLiteral("json"));
-    QObject::connect(dialog, &QFileDialog::fileSelected, q, [this, isImport](const QString& name) {
+    const auto chosen = [this, isImport](const std::vector<FileChooserDialog::Choice>& choices) {
+        const QString name = decodedName(choices.front().path);
         if (isImport)
             q->importFile(name);
         else
             q->exportFile(name);
-    });
-    dialog->open();
+    };
+    auto* const dialog = FileChooserDialog::open(
+        isImport ? FileChooserDialog::OpenFile : FileChooserDialog::SaveFile, q,
+        QStringLiteral("path-rules"), {tr("Path rules (*.json)")}, chosen);
+    dialog->setWindowTitle(isImport ? tr("Import Rules") : tr("Export Rules"));
+    dialog->setAcceptsSequences(false);
+    dialog->setFoldsSequences(false);
 }
 
 void PathRemapTable::Private::showTried() {

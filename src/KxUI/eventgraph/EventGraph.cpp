@@ -9,9 +9,8 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
-#include <QDir>
 #include <QDoubleSpinBox>
-#include <QFileDialog>
+#include <QFile>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
@@ -214,36 +213,49 @@ void EventGraph::scrollChanged() {
     d->view->hidePopup();
 }
 
+void EventGraphPrivate::askForFile(FileChooserDialog::Mode kind, const QString& title,
+                                   const QString& filter,
+                                   std::function<void(const QString&)> done) const {
+    const auto chosen = [done = std::move(done)](const auto& choices) {
+        done(QFile::decodeName(choices.front().path));
+    };
+    auto* const chooser = FileChooserDialog::open(kind, q, QString(), {filter}, chosen);
+    chooser->setWindowTitle(title);
+    chooser->setAcceptsSequences(false);
+    chooser->setFoldsSequences(false);
+}
+
 void EventGraph::save() {
-    const QString path = QFileDialog::getSaveFileName(
-        this, tr("Save events file"), QDir::homePath(), tr("XML (*.xml);;All files (*.*)"));
-    if (path.isEmpty())
-        return;
-    if (d->view->save(path, d->saveFlags()))
-        QMessageBox::information(this, tr("Save result"), tr("Event data saved to '%1'").arg(path));
-    else
-        QMessageBox::warning(this, tr("Save result"),
-                             tr("Failed to open file '%1' for writing.").arg(path));
+    const auto done = [this](const QString& path) {
+        if (d->view->save(path, d->saveFlags()))
+            QMessageBox::information(this, tr("Save result"),
+                                     tr("Event data saved to '%1'").arg(path));
+        else
+            QMessageBox::warning(this, tr("Save result"),
+                                 tr("Failed to open file '%1' for writing.").arg(path));
+    };
+    d->askForFile(FileChooserDialog::SaveFile, tr("Save events file"), tr("XML (*.xml)"), done);
 }
 
 void EventGraph::load() {
-    const QStringList paths = QFileDialog::getOpenFileNames(
-        this, tr("Load events file"), QDir::homePath(), tr("XML (*.xml);;All files (*.*)"));
-    if (paths.isEmpty())
-        return;
-    auto* const window = new EventGraph;
-    window->setAttribute(Qt::WA_DeleteOnClose);
-    window->setWindowTitle(window->windowTitle() + QLatin1Char(' ') + paths.first());
-    window->show();
-    window->view()->load(paths.first());
+    const auto done = [](const QString& path) {
+        auto* const window = new EventGraph;
+        window->setAttribute(Qt::WA_DeleteOnClose);
+        window->setWindowTitle(window->windowTitle() + QLatin1Char(' ') + path);
+        window->show();
+        window->view()->load(path);
+    };
+    d->askForFile(FileChooserDialog::OpenFile, tr("Load events file"), tr("XML (*.xml)"), done);
 }
 
 void EventGraph::exportTrace() {
-    const QString path = QFileDialog::getSaveFileName(this, tr("Export trace"), QDir::homePath(),
-                                                      tr("Chrome trace (*.json);;All files (*.*)"));
-    if (!path.isEmpty() && !d->view->exportTrace(path))
-        QMessageBox::warning(this, tr("Export trace"),
-                             tr("Failed to open file '%1' for writing.").arg(path));
+    const auto done = [this](const QString& path) {
+        if (!d->view->exportTrace(path))
+            QMessageBox::warning(this, tr("Export trace"),
+                                 tr("Failed to open file '%1' for writing.").arg(path));
+    };
+    d->askForFile(FileChooserDialog::SaveFile, tr("Export trace"), tr("Chrome trace (*.json)"),
+                  done);
 }
 
 } // namespace Kestrel::UI

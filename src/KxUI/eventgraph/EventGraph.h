@@ -87,13 +87,14 @@ public Q_SLOTS:
     /** Empties every track. */
     void clear();
 
-    /** Asks for a file and saves the capture. */
+    /** Asks for a file by a FileChooserDialog, and saves the capture when one was chosen; returns at
+        once, as the two below. */
     void save();
 
-    /** Asks for a file and opens it in a new window. */
+    /** Asks for a file, and opens it in a new window. */
     void load();
 
-    /** Asks for a file and writes the capture for trace viewers. */
+    /** Asks for a file, and writes the capture for trace viewers. */
     void exportTrace();
 
 Q_SIGNALS:

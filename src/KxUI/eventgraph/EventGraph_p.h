@@ -1,5 +1,6 @@
 #pragma once
 
+#include <KxUI/browse/FileChooserDialog.h>
 #include <KxUI/dock/WidgetTracker.h>
 #include <KxUI/eventgraph/EventGraph.h>
 #include <KxUI/eventgraph/EventGraphView.h>
@@ -40,6 +41,9 @@ struct EventGraphPrivate {
     void showStatistics(bool shown);
     void fillStatistics();
     void setCapturing(bool capturing);
+    /** Asks for a file by a dialog of that title; `done` is called when one was chosen. */
+    void askForFile(FileChooserDialog::Mode kind, const QString& title, const QString& filter,
+                    std::function<void(const QString&)> done) const;
 
     /** Of the settings: whether the statistics are shown. */
     QString statisticsKey() const;
