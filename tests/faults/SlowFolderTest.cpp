@@ -5,6 +5,8 @@
 #include <KxUI/files/FileListModel.h>
 #include <KxUI/files/FileManager.h>
 
+#include "SlowFolder.h"
+
 #include <support/Stall.h>
 #include <support/TestRegistry.h>
 
@@ -15,55 +17,12 @@
 #include <QtTest>
 
 #include <cerrno>
-#include <csignal>
-#include <sched.h>
-#include <sys/mount.h>
 
 using namespace Kestrel::UI;
+using Kestrel::Test::SlowFolder;
 using State = FileListing::State;
 
 namespace {
-
-/** A mounted file system that does as it is told. */
-class SlowFolder {
-public:
-    explicit SlowFolder(int frames) {
-        m_program.start(KXUI_SLOW_FILE_SYSTEM, {m_folder.path(), QString::number(frames)});
-        m_isMounted = waitFor("mounted");
-    }
-
-    ~SlowFolder() {
-        m_program.closeWriteChannel();
-        m_program.waitForFinished(20000);
-    }
-
-    bool isMounted() const { return m_isMounted; }
-
-    bool tell(const QByteArray& command) {
-        m_program.write(command + '\n');
-        return waitFor("done");
-    }
-
-    // Its questions are not even taken: as with a network file system, they end with whoever asks.
-    void setStopped(bool stopped) const {
-        ::kill(static_cast<pid_t>(m_program.processId()), stopped ? SIGSTOP : SIGCONT);
-    }
-
-    QString path(const QString& name) const { return m_folder.filePath(name); }
-
-private:
-    bool waitFor(const QByteArray& answer) {
-        while (!m_program.canReadLine()) {
-            if (!m_program.waitForReadyRead(20000))
-                return false;
-        }
-        return m_program.readLine().trimmed() == answer;
-    }
-
-    QTemporaryDir m_folder;
-    QProcess m_program;
-    bool m_isMounted = false;
-};
 
 void gatherAll(FileGatherer& gatherer, const QString& folder) {
     QSignalSpy finished(&gatherer, &FileGatherer::finished);
@@ -77,11 +36,7 @@ class SlowFolderTest : public QObject {
     Q_OBJECT
 
 private slots:
-    // The mounts are of this process and those it starts, and gone with them.
-    void initTestCase() {
-        QCOMPARE(::unshare(CLONE_NEWNS), 0);
-        QCOMPARE(::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr), 0);
-    }
+    void initTestCase() { QVERIFY(SlowFolder::hasOwnMounts()); }
 
     // A folder that grows while a server stalls for five seconds out of six: the interface goes on.
     void stalls() {
