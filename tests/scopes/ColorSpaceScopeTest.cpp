@@ -178,9 +178,8 @@ private slots:
         const ScopeGeometry whole({300, 300}, {}, {}, false, 1);
         const SolidProjection at({0, 0}, false, 0.9, whole);
         // A ring is a disc behind a smaller one.
-        QCOMPARE(SolidCloud::points(cells, rules, at, Qt::magenta, Qt::black).size(),
-                 std::size_t(5));
-        const SolidPlaces places(cells, rules, at);
+        QCOMPARE(SolidCloud::points(cells, at, Qt::magenta, Qt::black).size(), std::size_t(5));
+        const SolidPlaces places(cells, at);
         const int front = places.cellAt(at.toWidget(shape.place({0.125F, 0.125F, 0.9F})), 6);
         QCOMPARE(cells[std::size_t(front)].count, 1000U);
         QCOMPARE(places.cellAt(whole.plot.center(), 6), -1);

@@ -17,6 +17,8 @@ public:
         , m_nearest(std::size_t(size.width()) * std::size_t(size.height()),
                     std::numeric_limits<float>::infinity()) {
         m_image.fill(Qt::transparent);
+        m_pixels = reinterpret_cast<QRgb*>(m_image.bits());
+        m_width = std::size_t(m_image.bytesPerLine()) / sizeof(QRgb);
     }
 
     // The middle and the radius in device pixels.
@@ -43,17 +45,19 @@ public:
 
 private:
     void span(int row, int left, int right, float depth, QRgb color) {
-        auto* const line = reinterpret_cast<QRgb*>(m_image.scanLine(row));
+        QRgb* const line = m_pixels + std::size_t(row) * m_width;
         float* const nearest = m_nearest.data() + std::size_t(row) * std::size_t(m_image.width());
+        // Without branches, which would be guessed wrong as often as not.
         for (int column = left; column <= right; ++column) {
-            if (depth < nearest[column]) {
-                nearest[column] = depth;
-                line[column] = color;
-            }
+            const bool isNearer = depth < nearest[column];
+            line[column] = isNearer ? color : line[column];
+            nearest[column] = isNearer ? depth : nearest[column];
         }
     }
 
     QImage m_image;
+    QRgb* m_pixels = nullptr; // of the image
+    std::size_t m_width = 0;  // pixels from row to row
     std::vector<float> m_nearest;
 };
 

@@ -113,9 +113,8 @@ void ColorSpaceScopePrivate::paintCorners(DrawingContext& context, const SolidPr
 void ColorSpaceScopePrivate::paintCloud(DrawingContext& context, const ScopeGeometry& geometry,
                                         const SolidProjection& at) const {
     const SolidShape shape(space, encoding());
-    const SolidRules now = rules(geometry);
     std::vector<CloudPoint> points =
-        SolidCloud::points(cells(), now, at, colors.warning, colors.ground);
+        SolidCloud::points(cells(geometry), at, colors.warning, colors.ground);
     const auto addDot = [&points](const QVector3D& place, float radius, const QColor& color) {
         points.push_back({place.x(), place.y(), place.z(), radius, color.rgb()});
     };
@@ -126,7 +125,7 @@ void ColorSpaceScopePrivate::paintCloud(DrawingContext& context, const ScopeGeom
     }
     if (const auto held = shownReference()) {
         for (const SolidCell& cell :
-             SolidCloud::cells(held->solid, shape, encoding().matrix.luma, now))
+             SolidCloud::cells(held->solid, shape, encoding().matrix.luma, rules(geometry)))
             addDot(cell.place, HeldRadius, QColor(160, 165, 175));
     }
     context.points(geometry.plot, at.matrix(), points.data(), int(points.size()));
@@ -193,9 +192,10 @@ void ColorSpaceScopePrivate::paintSelection(DrawingContext& context,
     const ScopeSelection& selection = model->selection();
     const double dot = 1.5;
     std::vector<QRectF> dots;
-    for (std::size_t i = 0; i < cells().size(); ++i) {
+    const std::vector<SolidCell>& all = cells(geometry);
+    for (std::size_t i = 0; i < all.size(); ++i) {
         const QPointF here = places().place(int(i));
-        if (selection.contains(cells()[i].rgb, encoding().matrix))
+        if (selection.contains(all[i].rgb, encoding().matrix))
             dots.emplace_back(here.x() - dot, here.y() - dot, 2 * dot, 2 * dot);
     }
     context.rectangles(dots.data(), int(dots.size()), QColor(Qt::white));

@@ -85,13 +85,14 @@ SolidRules ColorSpaceScopePrivate::rules(const ScopeGeometry& geometry) const {
     return rules;
 }
 
-const std::vector<SolidCell>& ColorSpaceScopePrivate::cells() const {
-    if (m_isOld) {
+const std::vector<SolidCell>& ColorSpaceScopePrivate::cells(const ScopeGeometry& geometry) const {
+    const SolidRules wanted = rules(geometry);
+    if (m_isOld || !(m_rules == wanted)) {
         const auto counted = result();
         const SolidShape shape(space, encoding());
-        m_cells =
-            SolidCloud::cells(counted->solid, shape, encoding().matrix.luma, rules(geometry()));
+        m_cells = SolidCloud::cells(counted->solid, shape, encoding().matrix.luma, wanted);
         m_reach = reachOf(counted->solid.cells > 0 ? counted->solid.range : ValueRange(), shape);
+        m_rules = wanted;
         m_placed = QMatrix4x4();
         m_placedIn = QRectF();
         m_isOld = false;
@@ -100,19 +101,17 @@ const std::vector<SolidCell>& ColorSpaceScopePrivate::cells() const {
 }
 
 SolidProjection ColorSpaceScopePrivate::projectionOn(const ScopeGeometry& geometry) const {
-    cells(); // which know the reach
+    cells(geometry); // which know the reach
     return {orbit, projection == ColorSpaceScope::Perspective, m_reach, geometry};
 }
 
 const SolidPlaces& ColorSpaceScopePrivate::places() const {
     const ScopeGeometry where = geometry();
     const SolidProjection at = projectionOn(where);
-    const SolidRules now = rules(where);
-    if (m_placed != at.matrix() || m_placedIn != where.plot || !(m_placedBy == now)) {
-        m_places = SolidPlaces(cells(), now, at);
+    if (m_placed != at.matrix() || m_placedIn != where.plot) {
+        m_places = SolidPlaces(cells(where), at);
         m_placed = at.matrix();
         m_placedIn = where.plot;
-        m_placedBy = now;
     }
     return m_places;
 }
@@ -151,7 +150,7 @@ ScopeReadout ColorSpaceScopePrivate::readoutAt(const QPointF& uv) const {
     const int found = cellAt(uv);
     if (found < 0)
         return {};
-    const SolidCell& cell = cells()[std::size_t(found)];
+    const SolidCell& cell = cells(geometry())[std::size_t(found)];
     ScopeReadout readout;
     readout.value = double(cell.rgb[0]);
     readout.second = double(cell.rgb[1]);
@@ -199,7 +198,7 @@ ScopeSelection ColorSpaceScopePrivate::selectionOf(const QPointF& from, const QP
     selection.kind = ScopeSelection::Kind::Cells;
     selection.edge = counted->solid.range;
     for (const int each : chosen)
-        selection.cells.push_back(cells()[std::size_t(each)].index);
+        selection.cells.push_back(cells(where)[std::size_t(each)].index);
     return selection;
 }
 

@@ -52,7 +52,7 @@ public:
 private:
     SolidRules rules(const ScopeGeometry& geometry) const;
     SolidProjection projectionOn(const ScopeGeometry& geometry) const;
-    const std::vector<SolidCell>& cells() const;
+    const std::vector<SolidCell>& cells(const ScopeGeometry& geometry) const;
     const SolidPlaces& places() const;
     /** The cell that a place speaks of; -1: none. */
     int cellAt(const QPointF& uv) const;
@@ -67,12 +67,12 @@ private:
     // What follows from the result and the settings, made when it is asked for.
     mutable bool m_isOld = true;
     mutable std::vector<SolidCell> m_cells;
+    mutable SolidRules m_rules; // of these
     mutable double m_reach = 1; // from the middle, of what is seen without zoom
     // Where cells were last, and for what.
     mutable SolidPlaces m_places;
     mutable QMatrix4x4 m_placed;
     mutable QRectF m_placedIn;
-    mutable SolidRules m_placedBy;
 };
 
 } // namespace Kestrel::UI

@@ -171,6 +171,7 @@ void HistogramScopePrivate::paintTrace(DrawingContext& context, const ScopeGeome
     const std::vector<Cell> all = cells(geometry);
     if (all.empty())
         return;
+    const HistogramScope::Layout arranged = arrangement(geometry);
     paintAxes(context, geometry, all);
     makeColumns(int(std::lround(all.front().area.width() * geometry.ratio)));
     for (const Cell& cell : all) {
@@ -182,11 +183,11 @@ void HistogramScopePrivate::paintTrace(DrawingContext& context, const ScopeGeome
         }
         if (mainTrace(cell) == Hue)
             paintHues(context, cell.area);
-        if (layout == HistogramScope::Overlay)
+        if (arranged == HistogramScope::Overlay)
             continue;
         // Above a cell that has neighbours at its sides, or what is told in its corner would meet it.
         const Trace trace = cell.traces.front();
-        const bool isAbove = layout == HistogramScope::SideBySide;
+        const bool isAbove = arranged == HistogramScope::SideBySide;
         const QFontMetricsF metrics(labelFont());
         context.setClip(QRectF());
         context.text({cell.area.left() + (isAbove ? 0 : 4),
@@ -197,7 +198,7 @@ void HistogramScopePrivate::paintTrace(DrawingContext& context, const ScopeGeome
                      labelFont(), lightOf(trace));
     }
     context.setClip(QRectF());
-    if (layout == HistogramScope::SideBySide) {
+    if (arranged == HistogramScope::SideBySide) {
         for (const Cell& cell : all)
             paintSides(context, cell.area, cell.traces);
         return;
@@ -291,7 +292,7 @@ void HistogramScopePrivate::paintSides(DrawingContext& context, const QRectF& ar
 
 void HistogramScopePrivate::paintAxes(DrawingContext& context, const ScopeGeometry& geometry,
                                       const std::vector<Cell>& all) const {
-    if (layout == HistogramScope::SideBySide) {
+    if (arrangement(geometry) == HistogramScope::SideBySide) {
         for (const Cell& cell : all)
             paintAxis(context, cell, true);
         return;

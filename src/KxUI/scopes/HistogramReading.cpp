@@ -147,6 +147,13 @@ std::vector<HistogramScopePrivate::Trace> HistogramScopePrivate::shownAndCounted
     return all;
 }
 
+HistogramScope::Layout HistogramScopePrivate::arrangement(const ScopeGeometry& geometry) const {
+    constexpr double LeastWidth = 32;
+    const auto count = double(shown().size());
+    const bool hasRoom = geometry.plot.width() >= count * (LeastWidth + CellGap) - CellGap;
+    return layout == HistogramScope::SideBySide && !hasRoom ? HistogramScope::Stacked : layout;
+}
+
 std::vector<HistogramScopePrivate::Cell>
 HistogramScopePrivate::cells(const ScopeGeometry& geometry) const {
     std::vector<Trace> traces = shownAndCounted();
@@ -154,15 +161,16 @@ HistogramScopePrivate::cells(const ScopeGeometry& geometry) const {
         traces = shown();
     if (traces.empty())
         return {};
-    if (layout == HistogramScope::Overlay)
+    const HistogramScope::Layout arranged = arrangement(geometry);
+    if (arranged == HistogramScope::Overlay)
         return {{geometry.plot, traces}};
     std::vector<Cell> all;
     const auto count = double(traces.size());
-    const bool rows = layout == HistogramScope::Stacked;
+    const bool rows = arranged == HistogramScope::Stacked;
     // Next to the axis that they share.
     if (rows)
         std::stable_partition(traces.begin(), traces.end(), isOfColor);
-    const double gap = rows ? 1 : SideWidth + 2 * SideGap + SideWidth + NoneGap + NoneWidth;
+    const double gap = rows ? 1 : CellGap;
     const QRectF& plot = geometry.plot;
     const double size = ((rows ? plot.height() : plot.width()) - gap * (count - 1)) / count;
     const auto onPixel = [&](double at) {

@@ -101,6 +101,7 @@ private:
     static constexpr double SideGap = 3;
     static constexpr double NoneGap = 2;
     static constexpr double NoneWidth = 3;
+    static constexpr double CellGap = SideWidth + 2 * SideGap + SideWidth + NoneGap + NoneWidth;
 
     /** Saturation and hue have an axis of their own. */
     static bool isOfColor(Trace trace) { return trace >= Saturation; }
@@ -117,6 +118,8 @@ private:
     static CodeAxis codesOf(const ScopeResult& result, Trace trace);
     std::vector<Trace> shown() const;
     std::vector<Trace> shownAndCounted() const;
+    /** As it is wanted, or in rows where there is no room for columns. */
+    HistogramScope::Layout arrangement(const ScopeGeometry& geometry) const;
     std::vector<Cell> cells(const ScopeGeometry& geometry) const;
     /** Whose axis a cell shows. */
     static Trace mainTrace(const Cell& cell);

@@ -52,10 +52,13 @@ std::vector<SolidCell> SolidCloud::cells(const ScopeSolid& solid, const SolidSha
                     continue;
                 all.push_back({std::uint32_t(index), rgb, shape.place(rgb),
                                count >= rules.least ? count : 0,
-                               outside >= rules.least ? outside : 0});
+                               outside >= rules.least ? outside : 0, 0});
             }
         }
     }
+    const std::uint32_t most = mostOf(all);
+    for (SolidCell& cell : all)
+        cell.radius = radius(shownCount(cell), most, rules);
     return all;
 }
 
@@ -81,14 +84,12 @@ QRgb SolidCloud::color(const SolidShape::Color& rgb) {
 }
 
 std::vector<CloudPoint> SolidCloud::points(const std::vector<SolidCell>& cells,
-                                           const SolidRules& rules,
                                            const SolidProjection& projection, const QColor& warning,
                                            const QColor& ground) {
     std::vector<CloudPoint> all;
     all.reserve(cells.size());
-    const std::uint32_t most = mostOf(cells);
     for (const SolidCell& cell : cells) {
-        const float size = radius(shownCount(cell), most, rules);
+        const float size = cell.radius;
         if (size <= 0)
             continue;
         const QRgb inside = cell.count > 0 ? color(cell.rgb) : ground.rgb();
@@ -104,14 +105,12 @@ std::vector<CloudPoint> SolidCloud::points(const std::vector<SolidCell>& cells,
     return all;
 }
 
-SolidPlaces::SolidPlaces(const std::vector<SolidCell>& cells, const SolidRules& rules,
-                         const SolidProjection& projection) {
+SolidPlaces::SolidPlaces(const std::vector<SolidCell>& cells, const SolidProjection& projection) {
     m_discs.reserve(cells.size());
-    const std::uint32_t most = mostOf(cells);
     for (const SolidCell& cell : cells) {
         const QPointF at = projection.toWidget(cell.place);
-        m_discs.push_back({float(at.x()), float(at.y()), float(projection.depth(cell.place)),
-                           SolidCloud::radius(shownCount(cell), most, rules)});
+        m_discs.push_back(
+            {float(at.x()), float(at.y()), float(projection.depth(cell.place)), cell.radius});
     }
 }
 

@@ -20,6 +20,7 @@ struct SolidCell {
     QVector3D place;
     std::uint32_t count;   ///< pixels in it
     std::uint32_t outside; ///< pixels beyond the solid that it is next to
+    float radius;          ///< logical pixels; 0: not drawn
 };
 
 /** What of a solid is shown, and how large. */
@@ -56,7 +57,6 @@ public:
 
     /** Discs for the cells, with rings of `warning` around those that stand for pixels outside. */
     static std::vector<CloudPoint> points(const std::vector<SolidCell>& cells,
-                                          const SolidRules& rules,
                                           const SolidProjection& projection, const QColor& warning,
                                           const QColor& ground);
 };
@@ -65,8 +65,7 @@ public:
 class SolidPlaces {
 public:
     SolidPlaces() = default;
-    SolidPlaces(const std::vector<SolidCell>& cells, const SolidRules& rules,
-                const SolidProjection& projection);
+    SolidPlaces(const std::vector<SolidCell>& cells, const SolidProjection& projection);
 
     /** The cell in front of all that cover a position or come within `slack` of it; of those that only
         come near, the one whose edge is nearest. -1 without any. */
