@@ -138,6 +138,20 @@ private slots:
         QVERIFY(!m_session->shownFrame()->samples);
     }
 
+    void playbackComesFirst() {
+        StatisticsPanel figures(m_session.get());
+        figures.show();
+        QTRY_VERIFY(isCounted());
+        const double rate = model().maximumRate();
+        m_session->player()->play();
+        for (int i = 0; i < 20; ++i)
+            emit m_session->player()->framesDropped(1);
+        QVERIFY(model().maximumRate() < rate / 4 && model().maximumRate() > 0.5);
+        m_session->player()->stop();
+        QCOMPARE(model().maximumRate(), rate);
+        QVERIFY(!model().isInteractive());
+    }
+
     void regionOnTheViewer() {
         ViewerPanel viewer(m_session.get());
         StatisticsPanel figures(m_session.get());

@@ -11,6 +11,12 @@ namespace Kestrel::Workbench {
 
 namespace {
 
+/** A second. */
+constexpr double mostPasses = 25.0;
+constexpr double fewestPasses = 3.0;
+/** Without a dropped frame, before scopes are counted more often again. */
+constexpr int recoveryMs = 1500;
+
 const QString sourceKey = QStringLiteral("source");
 const QString matrixKey = QStringLiteral("matrix");
 const QString fullRangeKey = QStringLiteral("fullRange");
@@ -73,6 +79,29 @@ ScopeFeed::ScopeFeed(Session* session)
         feed();
     });
     connect(session, &Session::pointedPixelChanged, this, &ScopeFeed::followPointer);
+    connect(session->player(), &Player::playingChanged, this, &ScopeFeed::followPlayer);
+    connect(session->player(), &Player::framesDropped, this, &ScopeFeed::giveWay);
+    m_recovery.setInterval(recoveryMs);
+    connect(&m_recovery, &QTimer::timeout, this, &ScopeFeed::recover);
+}
+
+void ScopeFeed::followPlayer(bool playing) {
+    m_model.setInteractive(playing);
+    m_model.setMaximumRate(mostPasses);
+    if (playing)
+        m_recovery.start();
+    else
+        m_recovery.stop();
+}
+
+/** Half as many passes; the time until there may be more begins anew. */
+void ScopeFeed::giveWay() {
+    m_model.setMaximumRate(std::max(m_model.maximumRate() / 2, fewestPasses));
+    m_recovery.start();
+}
+
+void ScopeFeed::recover() {
+    m_model.setMaximumRate(std::min(m_model.maximumRate() * 1.25, mostPasses));
 }
 
 void ScopeFeed::setSource(Source source) {

@@ -9,6 +9,7 @@
 #include <QPoint>
 #include <QSet>
 #include <QSize>
+#include <QTimer>
 
 #include <optional>
 
@@ -17,7 +18,8 @@ namespace Kestrel::Workbench {
 class Session;
 
 /** What all scopes of a session look at: one model, given the frame that the viewer shows for as long
-    as a pane with scopes is seen. Frames that come quicker than they can be counted are left out.
+    as a pane with scopes is seen. Frames that come quicker than they can be counted are left out, and
+    more of them where playback drops frames: it comes first.
 
     Places are pixels of the full frame, also where the viewer has a smaller picture of it. */
 class ScopeFeed : public QObject {
@@ -101,6 +103,9 @@ private:
     void askSession();
     void followPointer();
     void forgetMark();
+    void followPlayer(bool playing);
+    void giveWay();
+    void recover();
 
     Session* m_session;
     UI::ScopeModel m_model;
@@ -111,6 +116,8 @@ private:
     /** What the model has. */
     FramePtr m_frame;
     Reading m_reading;
+    /** Runs while playing. */
+    QTimer m_recovery;
     std::optional<QPoint> m_mark;
     Base::Time m_markTime = Base::InvalidTime;
 };
