@@ -143,7 +143,7 @@ void ScopeOverlay::followModel(UI::ScopeModel::Changes changes) {
     using Model = UI::ScopeModel;
     if (changes & (Model::Image | Model::Encoding | Model::Selection))
         makeMask();
-    if (changes & (Model::Image | Model::Region))
+    if (changes & Model::Region)
         describe();
 }
 

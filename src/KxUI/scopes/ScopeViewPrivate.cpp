@@ -261,9 +261,18 @@ void ScopeViewPrivate::changeTrace() {
     q->update();
 }
 
+// Whether what is drawn of counts is another one. A film's next picture is not, until it is counted.
+bool ScopeViewPrivate::isTraceOf(ScopeModel::Changes changes) {
+    const ScopeImage image = model ? model->image() : ScopeImage();
+    const bool isOtherKind = m_hadImage == image.isEmpty() || m_layout != image.layout;
+    m_hadImage = !image.isEmpty();
+    m_layout = image.layout;
+    return changes & (ScopeModel::Result | ScopeModel::Reference | ScopeModel::Encoding) ||
+           isOtherKind;
+}
+
 void ScopeViewPrivate::modelChanged(ScopeModel::Changes changes) {
-    if (changes &
-        (ScopeModel::Result | ScopeModel::Reference | ScopeModel::Encoding | ScopeModel::Image)) {
+    if (isTraceOf(changes)) {
         resultChanged();
         changeTrace();
     } else {

@@ -154,9 +154,13 @@ private:
     void paintCursor(DrawingContext& context, const ScopeGeometry& geometry) const;
     void moveCursor(const QPointF& bins);
     bool shortcut(const QKeyEvent& event);
+    bool isTraceOf(ScopeModel::Changes changes);
 
     ScopeSelection m_before; // that an edit began with
     bool m_isEditing = false;
+    // Of the model's image.
+    bool m_hadImage = false;
+    PixelLayout m_layout = PixelLayout::RGBAHalf;
     // What paintTrace() has drawn, for the painter.
     QImage m_trace;
     QSizeF m_traceSize;
