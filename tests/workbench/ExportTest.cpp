@@ -273,7 +273,7 @@ private slots:
                 button->click();
         }
         QTRY_VERIFY(!window.isVisible());
-        QVERIFY(!window.findChild<QMessageBox*>("ExportError"));
+        QTRY_VERIFY(!window.findChild<QMessageBox*>("ExportError"));
     }
 
     void windowAsksAboutErrors() {

@@ -138,10 +138,10 @@ void Robot::step() {
         return rest();
     static const std::vector<Deed> lots = [] {
         const std::pair<std::size_t, Deed> deeds[] = {
-            {20, &Robot::click},  {10, &Robot::drag},    {5, &Robot::wheel},   {10, &Robot::type},
-            {20, &Robot::scrub},  {15, &Robot::trigger}, {2, &Robot::open},    {6, &Robot::tear},
-            {6, &Robot::dragTab}, {4, &Robot::arrange},  {2, &Robot::profile}, {8, &Robot::grade},
-            {6, &Robot::undo},    {8, &Robot::measure}};
+            {20, &Robot::click},  {10, &Robot::drag},    {5, &Robot::wheel},     {10, &Robot::type},
+            {20, &Robot::scrub},  {15, &Robot::trigger}, {2, &Robot::open},      {6, &Robot::tear},
+            {6, &Robot::dragTab}, {4, &Robot::arrange},  {2, &Robot::profile},   {8, &Robot::grade},
+            {6, &Robot::undo},    {8, &Robot::measure},  {1, &Robot::exportSome}};
         std::vector<Deed> all;
         for (const auto& [weight, deed] : deeds)
             all.insert(all.end(), weight, deed);
@@ -170,6 +170,8 @@ void Robot::rest() {
     ++m_minute;
     Session* session = m_window->session();
     session->player()->stop();
+    m_window->tasks()->manager()->cancelAll();
+    m_window->tasks()->dialog()->hide();
     UI::EventGraph* profiler = UI::EventGraph::instance();
     profiler->stop();
     profiler->clear();
@@ -369,6 +371,31 @@ void Robot::grade() {
         control = controls[2];
     const QPoint from = pointIn(control->rect());
     dragOn(control, from, pointIn(control->rect()));
+}
+
+/** Exports a part of what is open into the robot's own folder; one that goes on is paused, goes on or
+    is cancelled. */
+void Robot::exportSome() {
+    ExportDesk* exports = m_window->exports();
+    const Sequence& sequence = m_window->session()->sequence();
+    UI::ProgressManager* tasks = m_window->tasks()->manager();
+    if (exports->count() > 0 || sequence.isEmpty()) {
+        for (const auto& task : tasks->tasks())
+            oneIn(3) ? task->cancel() : oneIn(2) ? task->pause() : task->resume();
+        return;
+    }
+    ExportPlan plan;
+    plan.sequence = sequence;
+    plan.grade = m_window->session()->grades()->grade();
+    plan.first = sequence.firstTime() + below(8);
+    plan.last = plan.first + below(12);
+    plan.folder = m_folder.path().toStdString();
+    plan.name = oneIn(2) ? "robot.####.exr" : "robot.####.png";
+    plan.format = *exportFormatOf(plan.name, oneIn(2));
+    // Some of them are there from the last time: it is asked about them.
+    plan.replaces = {{std::int32_t(plan.first), std::int32_t(plan.first + below(12))}};
+    exports->start(plan);
+    m_window->showPage(QStringLiteral("RenderTimes"));
 }
 
 void Robot::undo() {

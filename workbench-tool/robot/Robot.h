@@ -55,6 +55,7 @@ private:
     void grade();
     void undo();
     void measure();
+    void exportSome();
 
     int below(int many);
     bool oneIn(int many) { return below(many) == 0; }

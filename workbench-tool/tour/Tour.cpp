@@ -186,14 +186,19 @@ void Tour::capturePlayback() {
     UI::EventGraph* profiler = UI::EventGraph::instance();
     profiler->setAttribute(Qt::WA_DontShowOnScreen);
     m_window.openProfiler();
+    m_times = std::make_unique<RenderTimesPanel>(session);
+    m_times->setAttribute(Qt::WA_DontShowOnScreen);
+    m_times->show();
     profiler->view()->start(10.0F, UI::EventGraphMode::History);
+    Grade grade;
+    grade.exposure = 0.5F;
+    session->grades()->edit(grade, ExposurePanel::tr("Exposure"));
     session->open(Sequence(session->sequence()));
     session->player()->play();
-    QEventLoop loop;
-    QTimer::singleShot(1500, &loop, &QEventLoop::quit);
-    loop.exec();
+    wait(1500);
     session->player()->stop();
     profiler->stop();
+    session->grades()->group()->makeIndex(0);
 }
 
 /** Puts the window into a state that shows what it can: marks, keyframes, a filled cache. */
@@ -217,9 +222,7 @@ void Tour::showcase() {
 
 /** Figures are brought up to date a few times a second only, so that they can be read. */
 void Tour::restForFigures() {
-    QEventLoop loop;
-    QTimer::singleShot(400, &loop, &QEventLoop::quit);
-    loop.exec();
+    wait(400);
 }
 
 void Tour::savePictures(Theme theme) {
@@ -248,6 +251,8 @@ void Tour::savePictures(Theme theme) {
     saveGrading();
     saveScopes();
     saveProfiler();
+    saveRenderTimes();
+    saveTasks();
 }
 
 /** The window in each of its layouts, and a panel that floats. */
@@ -382,6 +387,52 @@ void Tour::saveProfiler() {
     QApplication::processEvents();
     profiler->view()->zoomToFit();
     save(profiler, QStringLiteral("profiler"));
+}
+
+void Tour::saveRenderTimes() {
+    m_times->resize(640, 600);
+    save(m_times.get(), QStringLiteral("render-times"));
+    m_times->resize(380, 720);
+    save(m_times.get(), QStringLiteral("render-times-narrow"));
+}
+
+/** An export: what is asked before it, and how it goes on until it is cancelled. */
+void Tour::saveTasks() {
+    Session* session = m_window.session();
+    if (session->sequence().isEmpty())
+        return;
+    UI::FileChooserDialog* chooser = m_window.exports()->ask(ExportOptions::What::Sequence, {});
+    chooser->resize(760, 560);
+    wait(500);
+    save(chooser, QStringLiteral("export"));
+    chooser->reject();
+
+    UI::ProgressManager* tasks = m_window.tasks()->manager();
+    tasks->setKeptFor(std::chrono::milliseconds(0));
+    const QTemporaryDir folder;
+    ExportPlan plan;
+    plan.sequence = session->sequence();
+    plan.grade.exposure = 0.5F;
+    plan.first = plan.sequence.firstTime();
+    plan.last = plan.sequence.lastTime();
+    plan.folder = folder.path().toStdString();
+    plan.name = "leader_graded.####.exr";
+    SequenceExport* work = m_window.exports()->start(plan);
+    const auto task = work->task();
+    waitFor([&task] { return task->isEnded() || task->done() * 3 > task->total(); }, 5);
+    save(&m_window, QStringLiteral("main-window-exporting"));
+    save(m_window.tasks()->dialog(), QStringLiteral("tasks"));
+    task->cancel();
+    tasks->look();
+    save(m_window.tasks()->dialog(), QStringLiteral("tasks-cancelling"));
+    waitFor([this] { return m_window.exports()->count() == 0; }, decodeSeconds);
+    m_window.tasks()->dialog()->hide();
+}
+
+void Tour::wait(int milliseconds) {
+    QEventLoop loop;
+    QTimer::singleShot(milliseconds, &loop, &QEventLoop::quit);
+    loop.exec();
 }
 
 void Tour::save(QWidget* widget, const QString& name) {

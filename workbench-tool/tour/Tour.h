@@ -2,11 +2,13 @@
 
 #include "ToolLine.h"
 #include "app/MainWindow.h"
+#include "panels/RenderTimesPanel.h"
 
 #include <QByteArray>
 #include <QList>
 
 #include <functional>
+#include <memory>
 
 namespace Kestrel::Workbench {
 
@@ -35,6 +37,9 @@ private:
     void saveGrading();
     void saveScopes();
     void saveProfiler();
+    void saveRenderTimes();
+    void saveTasks();
+    static void wait(int milliseconds);
     void save(QWidget* widget, const QString& name);
     bool waitFor(const std::function<bool()>& done, int seconds);
     int runOtherScale(int scale);
@@ -45,6 +50,7 @@ private:
     bool m_failed = false;
     Theme m_theme = Theme::Dark;
     MainWindow m_window;
+    std::unique_ptr<RenderTimesPanel> m_times; ///< on the window's session
 };
 
 } // namespace Kestrel::Workbench

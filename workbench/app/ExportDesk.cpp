@@ -98,8 +98,8 @@ void ExportDesk::begin(const ExportOptions& options, const Chooser::Choice& choi
 }
 
 SequenceExport* ExportDesk::start(const ExportPlan& plan) {
-    auto* work = new SequenceExport(
-        plan, m_tasks->manager(), tr("Exporting %1").arg(QString::fromStdString(plan.name)), this);
+    const QString name = QString::fromStdString(plan.name.substr(0, plan.name.find('.')));
+    auto* work = new SequenceExport(plan, m_tasks->manager(), tr("Exporting %1").arg(name), this);
     m_exports.push_back(work);
     m_tasks->hold(work->task());
     connect(work, &SequenceExport::failed, this,

@@ -96,7 +96,7 @@ void MainWindow::makeStatusBar() {
             UI::AppSettings().setValue(cacheKey(), mebibytes);
     });
     statusBar()->addWidget(line, 1);
-    statusBar()->addPermanentWidget(m_tasks.strip());
+    line->setMiddle(m_tasks.strip());
     m_help.addPanel(m_tasks.strip(), "progress.html");
     m_help.addPanel(m_tasks.dialog(), "progress.html");
     statusBar()->setSizeGripEnabled(false);

@@ -66,15 +66,16 @@ RenderTimesPanel::RenderTimesPanel(Session* session, QWidget* parent)
     hint->setAlignment(Qt::AlignCenter);
     hint->setMargin(24);
     auto* charts = new QWidget;
-    auto* column = new QVBoxLayout(charts);
-    column->setContentsMargins(0, 0, 0, 0);
-    column->addWidget(m_times, 3);
+    m_charts = new QVBoxLayout(charts);
+    m_charts->setContentsMargins(0, 0, 0, 0);
+    m_charts->addWidget(m_times, 3);
     m_foot->addWidget(m_reads, 3);
     m_foot->addWidget(m_memory, 2);
-    column->addLayout(m_foot, 2);
+    m_charts->addLayout(m_foot, 2);
     m_pages->addWidget(hint);
     m_pages->addWidget(charts);
     auto* head = new QHBoxLayout;
+    m_state->setWordWrap(true);
     head->addWidget(m_state, 1);
     head->addWidget(m_record);
     auto* layout = new QVBoxLayout(this);
@@ -142,7 +143,7 @@ void RenderTimesPanel::connectProfiler() {
     connect(&m_timer, &QTimer::timeout, this, &RenderTimesPanel::look);
     connect(m_view, &UI::EventGraphView::captureStarting, this, &RenderTimesPanel::restart,
             Qt::QueuedConnection);
-    connect(m_view, &UI::EventGraphView::pausedChanged, this, &RenderTimesPanel::showState);
+    connect(m_view, &UI::EventGraphView::pausedChanged, this, &RenderTimesPanel::stopOrGoOn);
 }
 
 void RenderTimesPanel::toggleRecording() {
@@ -162,10 +163,17 @@ void RenderTimesPanel::restart() {
     }
     m_times->showAll();
     m_times->xAxis()->setRange(0.0, shownSeconds);
-    m_times->setFollowing(true);
+    m_top = 0.0;
+    showTop();
     showState();
     if (isVisible())
         look();
+}
+
+void RenderTimesPanel::stopOrGoOn() {
+    if (m_view->paused() && isVisible())
+        look();
+    showState();
 }
 
 void RenderTimesPanel::showState() {
@@ -174,7 +182,7 @@ void RenderTimesPanel::showState() {
                                      [](const Line& line) { return line.series->size() > 0; });
     m_record->setText(m_view->paused() ? tr("&Start Recording") : tr("&Stop Recording"));
     m_state->setText(records   ? tr("Recording")
-                     : hasSome ? tr("Recorded; nothing is recorded now.")
+                     : hasSome ? tr("Recording has stopped.")
                                : tr("Nothing is recorded."));
     m_pages->setCurrentIndex(records || hasSome ? 1 : 0);
     if (records && isVisible())
@@ -191,8 +199,37 @@ void RenderTimesPanel::look() {
     append(m_lines[0], news.decoded);
     append(m_lines[1], news.graded);
     append(m_lines[2], news.painted);
-    showReads();
+    showTop();
+    follow(news);
+    // What is held now is not what was held when it was recorded.
+    if (!m_view->paused() || m_reads->categoryAxis()->categories().isEmpty())
+        showReads();
     showMemory();
+}
+
+/** As soon as there is more than the chart shows, unless its user looks at another part. */
+void RenderTimesPanel::follow(const RenderTimes::News& news) {
+    const UI::ChartAxis* axis = m_times->xAxis();
+    if (!news.decoded.empty() && news.decoded.back().at > shownSeconds && axis->lower() == 0.0 &&
+        axis->upper() == shownSeconds)
+        m_times->setFollowing(true);
+}
+
+/** The line of the frame rate is in sight, and whatever is above it, unless somebody has zoomed. */
+void RenderTimesPanel::showTop() {
+    UI::ChartAxis* axis = m_times->yAxis();
+    if (!axis->isAutoRange() && m_top > 0.0 && axis->upper() != m_top)
+        return;
+    double most = 0.0;
+    for (const Line& line : m_lines) {
+        const double from = line.frames.empty() ? 0.0 : line.frames.back().first - shownSeconds;
+        for (std::size_t i = line.series->size(); i > 0 && line.series->at(i - 1).x() >= from; --i)
+            most = std::max(most, line.series->at(i - 1).y());
+    }
+    const double rate = double(m_session->formatter()->timeBase().rate());
+    m_top = std::max(1.1 * most, rate > 0.0 ? 1.2 / rate : 0.01);
+    axis->setRange(0.0, m_top);
+    m_top = axis->upper();
 }
 
 void RenderTimesPanel::append(Line& line, const std::vector<RenderTimes::Point>& points) {
@@ -271,7 +308,10 @@ void RenderTimesPanel::hideEvent(QHideEvent* event) {
 }
 
 void RenderTimesPanel::resizeEvent(QResizeEvent* event) {
-    m_foot->setDirection(width() < narrow ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight);
+    const bool isNarrow = width() < narrow;
+    m_foot->setDirection(isNarrow ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight);
+    m_charts->setStretchFactor(m_foot, isNarrow ? 5 : 2);
+    m_foot->setStretch(1, isNarrow ? 4 : 2);
     QWidget::resizeEvent(event);
 }
 

@@ -63,7 +63,10 @@ private:
     void connectProfiler();
     void toggleRecording();
     void restart();
+    void stopOrGoOn();
     void showState();
+    void follow(const RenderTimes::News& news);
+    void showTop();
     void append(Line& line, const std::vector<RenderTimes::Point>& points);
     void showReads();
     void showMemory();
@@ -78,12 +81,14 @@ private:
     QLabel* m_state;
     QPushButton* m_record;
     QStackedWidget* m_pages;
+    QBoxLayout* m_charts = nullptr;
     QBoxLayout* m_foot;
     UI::LineChart* m_times;
     UI::BarChart* m_reads;
     UI::PieChart* m_memory;
     UI::BarSeries* m_readSeries;
     UI::BarSeries* m_heldSeries;
+    double m_top = 0.0;          ///< of the vertical axis, as the panel has set it; 0 before
     std::array<Line, 3> m_lines; ///< decode, grade, paint
 };
 

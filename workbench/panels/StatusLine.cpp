@@ -53,6 +53,7 @@ StatusLine::StatusLine(Session* session, QWidget* parent)
                           static_cast<QWidget*>(m_dropped)})
         layout->addWidget(part);
     layout->addStretch(1);
+    m_middle = layout;
     auto* cache = new QHBoxLayout;
     cache->setSpacing(6);
     for (QWidget* part : {static_cast<QWidget*>(m_cache), static_cast<QWidget*>(m_cacheSize),
@@ -96,6 +97,10 @@ UI::DoubleSpinBox* StatusLine::makeCacheSize() {
             chooseCacheSize();
     });
     return size;
+}
+
+void StatusLine::setMiddle(QWidget* widget) {
+    m_middle->insertWidget(4, widget, 4);
 }
 
 void StatusLine::chooseCacheSize() {

@@ -3,6 +3,7 @@
 #include <QTimer>
 #include <QWidget>
 
+class QBoxLayout;
 class QLabel;
 class QToolButton;
 
@@ -23,6 +24,9 @@ public:
     /** @param session  borrowed; outlives the widget */
     explicit StatusLine(Session* session, QWidget* parent = nullptr);
 
+    /** Shows a widget between the facts of playback and those of the cache, which it then owns. */
+    void setMiddle(QWidget* widget);
+
 signals:
     /** The user chose another size of the cache, which the session has now. */
     void cacheSizeChosen(int mebibytes);
@@ -41,6 +45,7 @@ private:
     QLabel* m_cache;
     UI::DoubleSpinBox* m_cacheSize;
     QLabel* m_cached;
+    QBoxLayout* m_middle = nullptr;
     QTimer m_refresh;
 };
 

@@ -148,7 +148,9 @@ void LineChartPrivate::drawBandNames(DrawingContext& context) {
     for (const ChartBand& band : bands) {
         const QColor color = band.color.isValid() ? band.color : colors.faint;
         const double upper = m_layout.y.pixel(std::max(band.lower, band.upper));
-        if (std::isnan(upper))
+        const double lower = m_layout.y.pixel(std::min(band.lower, band.upper));
+        // Of one that is out of sight the name would stand at something else.
+        if (std::isnan(upper) || upper > plot.bottom() || lower < plot.top())
             continue;
         // Below its edge where there is no room above.
         const bool hasRoom = upper - m_layout.lineHeight > plot.top();

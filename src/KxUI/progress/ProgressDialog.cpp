@@ -142,6 +142,7 @@ void ProgressDialog::showEvent(QShowEvent* event) {
         row->show();
     if (d->manager)
         d->refresh(0, d->manager->count() - 1);
+    d->fit();
     QDialog::showEvent(event);
 }
 

@@ -19,6 +19,7 @@ constexpr int leastVisible = 800;          // that it does not flash
 constexpr milliseconds unknownAfter(1500); // for a task that nobody knows the length of
 constexpr std::chrono::seconds worthIt(2); // for what is over sooner it does not open
 constexpr int titlePace = 1000;
+constexpr std::size_t rowsInSight = 3;
 
 } // namespace
 
@@ -34,7 +35,7 @@ void ProgressDialog::Private::makeWidgets() {
     list = new QVBoxLayout(inside);
     list->setContentsMargins(0, 0, 6, 0);
     list->addStretch(1);
-    auto* const area = new QScrollArea(q);
+    area = new QScrollArea(q);
     area->setWidget(inside);
     area->setWidgetResizable(true);
     area->setFrameShape(QFrame::NoFrame);
@@ -67,6 +68,8 @@ void ProgressDialog::Private::addRow(int row) {
     list->insertWidget(row, added);
     timer.start();
     refreshFrame();
+    if (q->isVisible())
+        fit();
 }
 
 void ProgressDialog::Private::removeRow(int row) {
@@ -102,6 +105,15 @@ void ProgressDialog::Private::refreshFrame() {
     cancelAll->setVisible(running > 1);
     hide->setVisible(q->windowModality() == Qt::NonModal);
     q->setWindowTitle(title());
+}
+
+// Room for some tasks, but not for any number.
+void ProgressDialog::Private::fit() {
+    int height = 0;
+    for (std::size_t i = 0; i < rows.size() && i < rowsInSight; ++i)
+        height += rows[i]->sizeHint().height() + list->spacing();
+    const int others = q->layout()->sizeHint().height() - area->sizeHint().height();
+    q->resize(q->width(), std::max(q->height(), height + others));
 }
 
 QString ProgressDialog::Private::title() const {

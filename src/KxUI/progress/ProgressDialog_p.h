@@ -11,6 +11,7 @@
 #include <vector>
 
 class QPushButton;
+class QScrollArea;
 class QVBoxLayout;
 
 namespace Kestrel::UI {
@@ -25,6 +26,7 @@ struct ProgressDialog::Private {
     void removeRow(int row);
     void refresh(int first, int last);
     void refreshFrame();
+    void fit();
     void decide();
     bool wantsToOpen() const;
     bool isNeeded() const;
@@ -46,6 +48,7 @@ struct ProgressDialog::Private {
     bool isPlaced = false;                   ///< where it was remembered
     std::set<const ProgressTask*> dismissed; ///< that went on when the user hid it
     std::vector<ProgressRow*> rows;
+    QScrollArea* area = nullptr;
     QVBoxLayout* list = nullptr;
     QPushButton* cancelAll = nullptr;
     QPushButton* hide = nullptr;
