@@ -19,7 +19,7 @@ using Chooser = UI::FileChooserDialog;
 
 namespace {
 
-constexpr int messageMs = 15000;
+constexpr int messageMs = 8000;
 /** Errors that are told one by one. */
 constexpr std::size_t mostErrors = 20;
 
@@ -106,6 +106,7 @@ SequenceExport* ExportDesk::start(const ExportPlan& plan) {
             [this, work](Base::Time frame, const QString& why) { askAbout(work, frame, why); });
     connect(work, &SequenceExport::finished, this,
             [this, work](const ExportResult& result) { report(work, result); });
+    m_window->statusBar()->clearMessage(); // it would hide the strip
     m_tasks->showTasks(false);
     return work;
 }
