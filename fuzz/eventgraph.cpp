@@ -2,6 +2,7 @@
 // written and comes back.
 
 #include <KxUI/eventgraph/EventGraphReader.h>
+#include <KxUI/eventgraph/EventGraphSnapshot.h>
 #include <KxUI/eventgraph/EventGraphView.h>
 #include <KxUI/eventgraph/EventGraphWriter.h>
 #include <KxUI/eventgraph/EventTraceWriter_p.h>
@@ -98,7 +99,7 @@ void look(EventGraphView& view, bool paint) {
     view.findNext(QStringLiteral("a"));
     QBuffer trace;
     trace.open(QIODevice::WriteOnly);
-    require(writeEventTrace(view, &trace), "a trace can be written");
+    require(writeEventTrace(view.snapshot(), &trace), "a trace can be written");
     require(!QJsonDocument::fromJson(trace.data()).isNull(), "a trace is JSON");
     if (paint) {
         static QImage image(300, 200, QImage::Format_ARGB32_Premultiplied);

@@ -2,6 +2,7 @@
 
 #include <KxUI/eventgraph/EventFileScanner_p.h>
 #include <KxUI/eventgraph/EventGraphReader.h>
+#include <KxUI/eventgraph/EventGraphSnapshot.h>
 #include <KxUI/eventgraph/EventGraphView.h>
 #include <KxUI/eventgraph/EventGraphWriter.h>
 #include <KxUI/eventgraph/EventTraceWriter_p.h>
@@ -200,7 +201,7 @@ private Q_SLOTS:
             if (recorded == track.get())
                 QVERIFY(device.data() == expected);
             Recorded trace(*recorded);
-            QVERIFY(writeEventTrace(view, &trace));
+            QVERIFY(writeEventTrace(view.snapshot(), &trace));
         }
     }
 

@@ -3,6 +3,7 @@
 #include <KxUI/eventgraph/EventGraphGeometry_p.h>
 #include <KxUI/eventgraph/EventGraphPainting_p.h>
 #include <KxUI/eventgraph/EventGraphScene_p.h>
+#include <KxUI/eventgraph/EventGraphSnapshot.h>
 #include <KxUI/eventgraph/EventGraphView.h>
 #include <KxUI/eventgraph/EventHitTest_p.h>
 #include <KxUI/eventgraph/EventStatistics_p.h>
@@ -337,7 +338,7 @@ private Q_SLOTS:
 
         QBuffer buffer;
         buffer.open(QIODevice::WriteOnly);
-        QVERIFY(writeEventTrace(view, &buffer));
+        QVERIFY(writeEventTrace(view.snapshot(), &buffer));
         QJsonParseError error;
         const QJsonDocument document = QJsonDocument::fromJson(buffer.data(), &error);
         QVERIFY2(error.error == QJsonParseError::NoError, qPrintable(error.errorString()));

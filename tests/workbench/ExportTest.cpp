@@ -3,13 +3,16 @@
 #include <support/TestRegistry.h>
 
 #include "app/MainWindow.h"
+#include "export/CaptureExport.h"
 #include "export/SequenceExport.h"
 #include "grade/PreparedGrade.h"
 #include "media/FrameDecoder.h"
 #include "panels/ExportOptions.h"
 
+#include <KxUI/eventgraph/EventGraphView.h>
 #include <KxUI/progress/ProgressManager.h>
 
+#include <QJsonDocument>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QSignalSpy>
@@ -293,6 +296,36 @@ private slots:
                  QString("2 of 3"));
         QCOMPARE(window.exports()->count(), 0);
         QCOMPARE(files(), QStringList({"g.0001.exr", "g.0003.exr"}));
+    }
+
+    void capturesAreWrittenAsTasks() {
+        EventGraphView view;
+        Session session(TimeBase(24, false), std::size_t(1) << 20);
+        session.profiling()->addTo(&view);
+        view.start(EventGraphView::unlimitedDuration, EventGraphMode::Forwards);
+        session.open(m_shot);
+        QTRY_VERIFY(session.isSettled());
+        view.stop();
+        const EventGraphSnapshot capture = view.snapshot();
+        const auto task = [&](const QString& name, bool cancelled = false) {
+            auto work = ProgressTask::create("Capture");
+            const auto watched = work->watched();
+            if (cancelled)
+                work->cancel();
+            exportCapture(std::move(work), capture, m_target->filePath(name));
+            return QTest::qWaitFor([&] { return watched->isEnded(); }) ? watched : nullptr;
+        };
+        QCOMPARE(task("c.xml")->state(), ProgressTask::State::Finished);
+        QCOMPARE(task("c.json")->state(), ProgressTask::State::Finished);
+        QCOMPARE(task("none/c.xml")->state(), ProgressTask::State::Failed);
+        QCOMPARE(task("cancelled.xml", true)->state(), ProgressTask::State::Cancelled);
+        QVERIFY(!QFile::exists(m_target->filePath("cancelled.xml")));
+        EventGraphView loaded;
+        QVERIFY(loaded.load(m_target->filePath("c.xml")));
+        QCOMPARE(int(loaded.tracks().size()), int(capture.tracks.size()));
+        QFile trace(m_target->filePath("c.json"));
+        QVERIFY(trace.open(QIODevice::ReadOnly));
+        QVERIFY(QJsonDocument::fromJson(trace.readAll()).isObject());
     }
 
     void cacheIsFilledOnRequest() {

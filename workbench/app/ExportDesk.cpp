@@ -1,8 +1,12 @@
 #include "app/ExportDesk.h"
 
 #include "app/TaskDesk.h"
+#include "export/CaptureExport.h"
 #include "media/Paths.h"
 #include "play/Session.h"
+
+#include <KxUI/eventgraph/EventGraph.h>
+#include <KxUI/eventgraph/EventGraphView.h>
 
 #include <QDir>
 #include <QFile>
@@ -85,6 +89,23 @@ UI::FileChooserDialog* ExportDesk::ask(ExportOptions::What what, const QString& 
     if (purpose.isEmpty() || chooser->folder().isEmpty())
         chooser->setFolder(QByteArray::fromStdString(m_session->sequence().folder()));
     chooser->setFileName(suggestedName(*m_session, what));
+    return chooser;
+}
+
+UI::FileChooserDialog* ExportDesk::askForCapture(const QString& purpose) {
+    auto* chooser =
+        Chooser::open(Chooser::SaveFile, m_window, purpose,
+                      {tr("Captures (*.xml)"), tr("Traces for trace viewers (*.json)")},
+                      [this](const std::vector<Chooser::Choice>& choices) {
+                          const auto task = m_tasks->manager()->start(tr("Exporting a capture"));
+                          m_tasks->hold(task->watched());
+                          exportCapture(task, UI::EventGraph::instance()->view()->snapshot(),
+                                        QFile::decodeName(choices.front().path));
+                      });
+    chooser->setWindowTitle(tr("Export Capture"));
+    chooser->setAcceptButtonText(tr("Export"));
+    chooser->setAcceptsSequences(false);
+    chooser->setFileName("capture.xml");
     return chooser;
 }
 

@@ -33,6 +33,9 @@ public:
         @param purpose  under which the dialog remembers; empty for not */
     UI::FileChooserDialog* ask(ExportOptions::What what, const QString& purpose);
 
+    /** Asks where to and writes what the profiler holds. */
+    UI::FileChooserDialog* askForCapture(const QString& purpose);
+
     /** Exports without asking where to. */
     SequenceExport* start(const ExportPlan& plan);
 

@@ -354,6 +354,9 @@ void MainWindow::makeToolsMenu() {
             [this] { showPage(QStringLiteral("RenderTimes")); });
     addItem(menu, tr("&Tasks"), QKeySequence(), this, [this] { m_tasks.showTasks(); });
     menu->addSeparator();
+    addItem(menu, tr("&Export Capture..."), QKeySequence(), this, [this] {
+        m_exports.askForCapture(m_remembers ? QStringLiteral("export-capture") : QString());
+    });
     addItem(menu, tr("&Fill Cache"), QKeySequence(), this,
             [this] { m_tasks.fillCache(&m_session); });
 }

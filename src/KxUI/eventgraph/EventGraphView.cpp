@@ -251,7 +251,7 @@ bool EventGraphView::save(const QString& path, SaveFlags flags) const {
 }
 
 bool EventGraphView::exportTrace(const QString& path) const {
-    return writeFile(path, [&](QIODevice* device) { return writeEventTrace(*this, device); });
+    return writeFile(path, [&](QIODevice* device) { return writeEventTrace(snapshot(), device); });
 }
 
 bool EventGraphView::load(const QString& path) {

@@ -2,6 +2,7 @@
 
 #include <KxUI/eventgraph/EventGraphSnapshot.h>
 #include <KxUI/eventgraph/EventGraphView.h>
+#include <KxUI/eventgraph/EventTraceWriter_p.h>
 #include <KxUI/kit/Flush_p.h>
 #include <KxUI/kit/Xml_p.h>
 
@@ -182,11 +183,19 @@ EventGraphWriter::EventGraphWriter(const EventGraphView& view, int flags)
     : EventGraphWriter(view, Flags(QFlag(flags))) {}
 
 bool EventGraphWriter::write(QIODevice* device) const {
+    return !device || write(m_view.snapshot(), m_flags, device);
+}
+
+bool EventGraphWriter::write(const EventGraphSnapshot& capture, Flags flags, QIODevice* device) {
     if (!device)
         return true;
-    if (!device->isWritable())
-        return false;
-    return Writing(device, m_flags).write(m_view.snapshot()) && flushed(device);
+    return device->isWritable() && Writing(device, flags).write(capture) && flushed(device);
+}
+
+bool EventGraphWriter::writeTrace(const EventGraphSnapshot& capture, QIODevice* device) {
+    if (!device)
+        return true;
+    return device->isWritable() && writeEventTrace(capture, device);
 }
 
 } // namespace Kestrel::UI

@@ -11,6 +11,7 @@ QT_END_NAMESPACE
 namespace Kestrel::UI {
 
 class EventGraphView;
+struct EventGraphSnapshot;
 
 /** Writes the tracks and events of a view as XML.
 
@@ -45,6 +46,18 @@ public:
 
         Other threads may go on recording; no lock is held while a text is asked for or written. */
     bool write(QIODevice* device) const;
+
+    /** The same of a capture that was taken before (EventGraphView::snapshot()), on any thread: for a
+        host that saves in the background. The texts of user data are asked for on that thread.
+        @param capture  what is written
+        @param flags    what of it
+        @param device   as write() */
+    static bool write(const EventGraphSnapshot& capture, Flags flags, QIODevice* device);
+
+    /** Writes a capture for trace viewers, as EventGraphView::exportTrace() does, on any thread.
+        @param capture  what is written
+        @param device   as write() */
+    static bool writeTrace(const EventGraphSnapshot& capture, QIODevice* device);
 
 private:
     const EventGraphView& m_view;

@@ -137,8 +137,8 @@ private:
 
 } // namespace
 
-bool writeEventTrace(const EventGraphView& view, QIODevice* device) {
-    return Trace(device).write(view.snapshot()) && flushed(device);
+bool writeEventTrace(const EventGraphSnapshot& capture, QIODevice* device) {
+    return Trace(device).write(capture) && flushed(device);
 }
 
 } // namespace Kestrel::UI
