@@ -56,8 +56,10 @@ GradePanel::GradePanel(Session* session, QWidget* parent)
     scroll->setWidget(content);
     scroll->setWidgetResizable(true);
     scroll->setFrameShape(QFrame::NoFrame);
-    scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    scroll->setMinimumWidth(content->minimumSizeHint().width() + scrollBarWidth());
+    // A narrow pane shows a part of it and scrolls: texts of some languages and open sections take
+    // more than there may be room for on the screen.
+    constexpr int narrowest = 200;
+    scroll->setMinimumWidth(narrowest);
     scroll->setFocusPolicy(Qt::NoFocus);
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);

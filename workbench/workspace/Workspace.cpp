@@ -12,8 +12,11 @@
 #include <QSaveFile>
 #include <QScreen>
 #include <QStackedWidget>
+#include <QStyle>
+#include <QTimer>
 
 #include <algorithm>
+#include <utility>
 
 namespace Kestrel::Workbench {
 
@@ -32,13 +35,24 @@ QRect desktop() {
     return QGuiApplication::primaryScreen()->virtualGeometry();
 }
 
+/** What the title bar and the edges take. Nobody knows before the window is shown; until then a
+    title bar is reckoned with. */
+QSize frameOf(const QWidget& window) {
+    const QSize frame = window.frameGeometry().size() - window.geometry().size();
+    if (!frame.isNull())
+        return frame;
+    return {0, window.style()->pixelMetric(QStyle::PM_TitleBarHeight, nullptr, &window)};
+}
+
 /** Brings the whole of a window onto the screen that it is on. */
 void fitOnScreen(QWidget* window) {
     if (window->isMaximized() || window->isFullScreen())
         return;
     const QRect area = window->screen()->availableGeometry();
-    window->resize(window->size().boundedTo(area.size()));
-    const QPoint last(area.right() + 1 - window->width(), area.bottom() + 1 - window->height());
+    const QSize frame = frameOf(*window);
+    window->resize(window->size().boundedTo(area.size() - frame));
+    const QSize size = window->size() + frame;
+    const QPoint last(area.right() + 1 - size.width(), area.bottom() + 1 - size.height());
     window->move(std::max(area.left(), std::min(window->x(), last.x())),
                  std::max(area.top(), std::min(window->y(), last.y())));
 }
@@ -98,11 +112,18 @@ bool Workspace::holdsPage(const QString& id) const {
 bool Workspace::showsPage(const QString& id) const {
     const QWidget* page = m_pages.value(id);
     const UI::Dock* dock = UI::Dock::dockForWidget(page);
-    return dock && dock->currentWidget() == page;
+    if (!dock || dock->currentWidget() != page)
+        return false;
+    const QWidget* window = page->window();
+    const bool isOpen = window == this || window->isVisible();
+    return isOpen && !window->isMinimized() && page->isVisibleTo(window);
 }
 
 void Workspace::showPage(const QString& id) {
-    DockMainWindow::showPage(page(id));
+    QWidget* shown = page(id);
+    if (UI::Dock* dock = UI::Dock::dockForWidget(shown); dock && dock->window()->isMinimized())
+        dock->window()->setWindowState(dock->window()->windowState() & ~Qt::WindowMinimized);
+    DockMainWindow::showPage(shown);
 }
 
 void Workspace::closePage(const QString& id) {
@@ -163,13 +184,26 @@ bool Workspace::recall(QString* problem) {
     if (!problem->isEmpty())
         return false;
     // What hung over an edge of other screens may hardly be seen on these.
-    if (settings.value(desktopKey()).toRect() != desktop()) {
-        fitOnScreen(this);
-        const auto floating = floatingWindows();
-        for (UI::DockWindow* window : floating)
-            fitOnScreen(window);
-    }
+    m_fitsScreen = settings.value(desktopKey()).toRect() != desktop();
+    if (m_fitsScreen)
+        fitWindows();
     return true;
+}
+
+void Workspace::fitWindows() {
+    fitOnScreen(this);
+    const auto floating = floatingWindows();
+    for (UI::DockWindow* window : floating)
+        fitOnScreen(window);
+}
+
+void Workspace::showEvent(QShowEvent* event) {
+    DockMainWindow::showEvent(event);
+    if (!std::exchange(m_fitsScreen, false))
+        return;
+    // Window managers frame a window some time after it is shown.
+    constexpr int framedWithin = 300;
+    QTimer::singleShot(framedWithin, this, &Workspace::fitWindows);
 }
 
 /** A floating window is called like the pages that it shows. */

@@ -29,10 +29,12 @@ public:
     /** Whether the panel is in a pane, behind other tabs or not. */
     bool holdsPage(const QString& id) const;
 
-    /** Whether the panel is in a pane and its tab is the one shown. */
+    /** Whether the panel can be seen: its tab is the one shown, and its pane is neither behind one
+        that is expanded nor in a window that is closed or minimised. */
     bool showsPage(const QString& id) const;
 
-    /** Brings a panel to the front and gives it the focus. A closed one goes where it was, or else
+    /** Brings a panel to the front, out of a minimised window or from behind an expanded pane if it
+        is there, and gives it the focus. A closed one goes where it was, or else
         into the pane that has the focus. */
     void showPage(const QString& id);
 
@@ -64,6 +66,8 @@ signals:
     void pageMade(const QString& id, QWidget* page);
 
 protected:
+    void showEvent(QShowEvent* event) override;
+
     /** Destroys every panel. For a destructor that is about to destroy what they work on. */
     void destroyPages();
 
@@ -71,9 +75,12 @@ private:
     QString restore(QIODevice* device);
     QString restore(QByteArray document);
     void nameWindows();
+    void fitWindows();
 
     Session* m_session;
     QHash<QString, QPointer<QWidget>> m_pages;
+    /** It was arranged for other screens. */
+    bool m_fitsScreen = false;
 };
 
 } // namespace Kestrel::Workbench

@@ -182,7 +182,7 @@ void WorkspaceMenu::showState() {
     const UI::Dock* dock = m_workspace->activeDock();
     const auto pages = m_pages->actions();
     for (QAction* action : pages)
-        action->setChecked(m_workspace->holdsPage(action->objectName()));
+        action->setChecked(m_workspace->showsPage(action->objectName()));
     m_expand->setChecked(dock && dock->isExpanded());
     m_showTabs->setChecked(dock && dock->titleVisible());
     m_fullScreen->setChecked(
