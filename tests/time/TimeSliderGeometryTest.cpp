@@ -1,7 +1,9 @@
 #include <support/TestRegistry.h>
 
+#include <KxUI/time/TimeFormatter.h>
 #include <KxUI/time/TimeSliderGeometry_p.h>
 #include <KxUI/time/TimeSliderLabels_p.h>
+#include <KxUI/time/TimecodeTicks_p.h>
 
 #include <limits>
 #include <optional>
@@ -130,6 +132,57 @@ private Q_SLOTS:
                           [&](Time time, int kind) { visited.emplace_back(time, kind); });
             QCOMPARE(visited, plainTicks(geometry, ticks));
         }
+    }
+
+    // Each tick within the range and no other, by the texts that frames really have.
+    void timecodeTicksStandOnWholeSeconds() {
+        TimeFormatter formatter;
+        std::mt19937 random(11);
+        for (int round = 0; round < 200; ++round) {
+            const bool drops = round % 3 == 0;
+            const Kestrel::Base::TimeBase bases[] = {
+                {24u, false}, {25u, false}, {30u, true}, {60u, true}, {7u, false}};
+            const Kestrel::Base::TimeBase base = drops ? bases[2 + round % 2] : bases[round % 5];
+            TimecodeTicks::Rate rate;
+            rate.fps = base.roundedFps();
+            rate.dropped = drops ? rate.fps / 15 : 0;
+            rate.start = round % 4 == 0 ? Time(random() % 500000) : 0;
+            formatter.setTimeDisplay(base, true, drops, rate.start);
+            const Time first = Time(random() % 2000000) - (round % 5 == 0 ? 1000000 : 0);
+            const Time length = Time(1) << (random() % 16);
+            const auto geometry = makeGeometry(600, {first, first + length}, {});
+            const auto ticks = TimecodeTicks::plan(geometry, rate, 50);
+            Time before = first;
+            int majors = 0;
+            ticks.forEach(geometry.visible, [&](Time time, int kind) {
+                QVERIFY(time > before && time <= first + length);
+                before = time;
+                majors += kind == TimeSliderTicks::Major;
+                const QString text = formatter.formatTime(time);
+                const bool isWhole = text.endsWith("00") || (drops && text.endsWith("00;02")) ||
+                                     (drops && text.endsWith("00;04"));
+                if (!isWhole) {
+                    QVERIFY2(ticks.step < rate.fps, qPrintable(text));
+                    QCOMPARE(text.right(2).toInt() % int(ticks.step), 0);
+                }
+            });
+            QVERIFY(majors <= 600 / 50);
+            QVERIFY(ticks.major % ticks.step == 0);
+        }
+    }
+
+    void playheadLabelKeepsClearOfMarks() {
+        const TimeSliderMarkSpans none;
+        QCOMPARE(playheadLabelLeft(500, 250, 60, none), std::optional(220));
+        QCOMPARE(playheadLabelLeft(500, 0, 60, none), std::optional(0));
+        QCOMPARE(playheadLabelLeft(500, 500, 60, none), std::optional(440));
+        const TimeSliderMarkSpans one{{{200, 260}, {}}};
+        QCOMPARE(playheadLabelLeft(500, 250, 60, one), std::optional(264));
+        QCOMPARE(playheadLabelLeft(500, 210, 60, one), std::optional(136));
+        QCOMPARE(playheadLabelLeft(500, 350, 60, one), std::optional(320));
+        const TimeSliderMarkSpans two{{{0, 60}, {70, 130}}};
+        QCOMPARE(playheadLabelLeft(500, 60, 60, two), std::optional(134));
+        QCOMPARE(playheadLabelLeft(140, 60, 60, two), std::nullopt);
     }
 
     void labelsKeepClear() {

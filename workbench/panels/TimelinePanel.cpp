@@ -19,7 +19,7 @@ TimelinePanel::TimelinePanel(Session* session, QWidget* parent)
     : QWidget(parent)
     , m_session(session)
     , m_slider(new TimeSlider(session->model(), session->formatter(), BarCount,
-                              TimeSlider::MainTransport))
+                              TimeSlider::MainTransport | TimeSlider::TimecodeTicks))
     , m_transportRow(new TransportRow(session)) {
     setObjectName(QStringLiteral("TimelinePanel"));
     auto* layout = new QVBoxLayout(this);

@@ -67,7 +67,10 @@ public:
         /** The main transport slider: the playhead gets its line and, if set, its double; the
             visible range follows it and never starts before frame 0; drags scroll past the
             edges. */
-        MainTransport = 1
+        MainTransport = 1,
+        /** Where the formatter shows timecode, ticks and their labels stand on whole seconds, minutes
+            and hours, rather than on multiples of 10 frames. */
+        TimecodeTicks = 2
     };
     /** Bits of Option. */
     Q_DECLARE_FLAGS(Options, Option)

@@ -3,6 +3,7 @@
 #include <KxUI/time/TimeSliderGeometry_p.h>
 
 #include <algorithm>
+#include <cstdlib>
 
 namespace Kestrel::UI {
 
@@ -47,6 +48,30 @@ TimeSliderMarkLabels TimeSliderMarkLabels::plan(int width, const std::optional<M
             labels.out = x;
     }
     return labels;
+}
+
+std::optional<int> playheadLabelLeft(int width, int x, int labelWidth,
+                                     const TimeSliderMarkSpans& marks) {
+    constexpr int gap = TimeSliderLabels::Gap;
+    const int centred = std::max(std::min(x - labelWidth / 2, width - labelWidth), 0);
+    const auto isFree = [&](int left) {
+        return std::none_of(marks.begin(), marks.end(), [&](const TimeSliderSpan& mark) {
+            return mark.x < mark.end && left < mark.end + gap && left + labelWidth + gap > mark.x;
+        });
+    };
+    if (isFree(centred))
+        return centred;
+    std::optional<int> nearest;
+    for (const TimeSliderSpan& mark : marks) {
+        for (const int left : {mark.x - gap - labelWidth, mark.end + gap}) {
+            const bool isInside = left >= 0 && left + labelWidth <= width;
+            const int apart = std::abs(left - centred);
+            if (isInside && isFree(left) && apart <= 2 * labelWidth &&
+                (!nearest || apart < std::abs(*nearest - centred)))
+                nearest = left;
+        }
+    }
+    return nearest;
 }
 
 } // namespace Kestrel::UI

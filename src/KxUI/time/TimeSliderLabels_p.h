@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <optional>
 
 namespace Kestrel::UI {
@@ -43,5 +44,20 @@ struct TimeSliderMarkLabels {
     static TimeSliderMarkLabels plan(int width, const std::optional<Mark>& in,
                                      const std::optional<Mark>& out);
 };
+
+/** Columns from x to before `end`; none where they are the same. */
+struct TimeSliderSpan {
+    int x = 0;
+    int end = 0;
+};
+
+/** What the times of the in and the out mark cover. */
+using TimeSliderMarkSpans = std::array<TimeSliderSpan, 2>;
+
+/** Where the playhead's time is written: its left end when it is centred on the playhead and kept
+    inside the widget, or, where that would run into the time of a mark, beside that one. Nothing
+    where there is no room close by. */
+std::optional<int> playheadLabelLeft(int width, int x, int labelWidth,
+                                     const TimeSliderMarkSpans& marks);
 
 } // namespace Kestrel::UI

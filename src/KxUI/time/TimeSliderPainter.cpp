@@ -116,7 +116,29 @@ void TimeSliderPainter::drawLines(const std::vector<QRect>& lines, const QColor&
     m_painter.drawRects(lines.data(), static_cast<int>(lines.size()));
 }
 
-void TimeSliderPainter::paintTicks() {
+/** How the formatter labels frames; none a second where it shows no timecode. */
+TimecodeTicks::Rate TimeSliderPainter::timecodeRate() const {
+    TimecodeTicks::Rate rate;
+    rate.fps =
+        m_formatter && m_formatter->displayTimecode() ? m_formatter->timeBase().roundedFps() : 0;
+    if (rate.fps == 0)
+        return rate;
+    if (m_formatter->displayDropFrames() && m_formatter->timeBase().isDropFrameRate())
+        rate.dropped = rate.fps / 15; // SMPTE ST 12-1: two of thirty, four of sixty
+    rate.start = std::max<Time>(m_formatter->timecodeStart(), 0);
+    return rate;
+}
+
+void TimeSliderPainter::paintTicks(bool wholeSeconds) {
+    const TimecodeTicks::Rate rate = timecodeRate();
+    if (wholeSeconds && TimecodeTicks::canCount(m_geometry.visible, rate))
+        paintTicks(TimecodeTicks::plan(m_geometry, rate, textWidth(text(m_geometry.visible.last))));
+    else
+        paintTicks(TimeSliderTicks::plan(m_geometry));
+}
+
+template <class Ticks>
+void TimeSliderPainter::paintTicks(const Ticks& ticks) {
     const TimeSliderRange& visible = m_geometry.visible;
     const QString firstText = text(visible.first);
     const QString lastText = text(visible.last);
@@ -150,7 +172,6 @@ void TimeSliderPainter::paintTicks() {
     };
     const int bottom = row(1);
     const TimeSliderMapping toX(m_geometry);
-    const TimeSliderTicks ticks = TimeSliderTicks::plan(m_geometry);
     ticks.forEach(visible, [&](Time time, TimeSliderTicks::Kind kind) {
         const int x = toX(time);
         if (x < Geometry::Margin || x >= m_geometry.width - Geometry::Margin)
@@ -200,7 +221,7 @@ int TimeSliderPainter::paintMark(Time time, const QColor& color) {
     return x;
 }
 
-void TimeSliderPainter::paintMarks(Time in, Time out, const QColor& color) {
+TimeSliderMarkSpans TimeSliderPainter::paintMarks(Time in, Time out, const QColor& color) {
     using Labels = TimeSliderMarkLabels;
     const auto mark = [&](Time time, const QString& label) {
         return time == InvalidTime ? std::optional<Labels::Mark>()
@@ -211,10 +232,16 @@ void TimeSliderPainter::paintMarks(Time in, Time out, const QColor& color) {
     const auto inMark = mark(in, inText);
     const auto outMark = mark(out, outText);
     const Labels labels = Labels::plan(m_geometry.width, inMark, outMark);
-    if (labels.in)
+    TimeSliderMarkSpans spans;
+    if (labels.in) {
         m_glyphs.draw(m_painter, m_device(*labels.in), m_device(TopTextY), inText, color);
-    if (labels.out)
+        spans[0] = {*labels.in, *labels.in + inMark->labelWidth};
+    }
+    if (labels.out) {
         m_glyphs.draw(m_painter, m_device(*labels.out), m_device(TopTextY), outText, color);
+        spans[1] = {*labels.out, *labels.out + outMark->labelWidth};
+    }
+    return spans;
 }
 
 void TimeSliderPainter::paintZoomRectangle(const TimeSliderRange& swept) {
@@ -233,7 +260,8 @@ void TimeSliderPainter::paintZoomRectangle(const TimeSliderRange& swept) {
 
 // -- Playheads
 
-void TimeSliderPainter::paintPlayhead(Time time, const QColor& color, bool line, bool plate) {
+void TimeSliderPainter::paintPlayhead(Time time, const QColor& color,
+                                      const TimeSliderMarkSpans& marks, bool line, bool plate) {
     const int x = m_geometry.timeToX(time);
     if (line)
         m_painter.fillRect(m_device(x), m_device(PlayheadTip), m_device.lineWidth(),
@@ -247,10 +275,20 @@ void TimeSliderPainter::paintPlayhead(Time time, const QColor& color, bool line,
                                 QPointF(x + 7, PlayheadTop) * scale,
                                 QPointF(x + 0.5, PlayheadTip) * scale};
     m_painter.drawConvexPolygon(triangle, 3);
+    paintPlayheadLabel(time, color, marks, plate);
+}
 
+void TimeSliderPainter::paintPlayheadLabel(Time time, const QColor& color,
+                                           const TimeSliderMarkSpans& marks, bool plate) {
+    const int x = m_geometry.timeToX(time);
     const QString label = text(time);
     const int labelWidth = m_glyphs.width(label);
-    const int left = pinnedLeft(x, labelWidth);
+    const auto place = playheadLabelLeft(m_geometry.width, x, textWidth(label), marks);
+    if (!place)
+        return;
+    const bool isCentred =
+        place == playheadLabelLeft(m_geometry.width, x, textWidth(label), TimeSliderMarkSpans());
+    const int left = isCentred ? pinnedLeft(x, labelWidth) : m_device(*place);
     const int baseline = m_device(TopTextY);
     if (plate) {
         const int top = std::max(baseline + m_glyphs.top(), m_device(Geometry::Margin));
@@ -263,9 +301,11 @@ void TimeSliderPainter::paintPlayhead(Time time, const QColor& color, bool line,
     m_glyphs.draw(m_painter, left, baseline, label, color);
 }
 
-void TimeSliderPainter::paintPlayheadEnd(Time time, const QColor& color) {
+void TimeSliderPainter::paintPlayheadEnd(Time time, const QColor& color,
+                                         const TimeSliderMarkSpans& marks) {
     const int x = m_geometry.timeToX((TimeSliderTime(time) + 1).time());
-    const QRect label = playheadTextRect(m_geometry, m_glyphs, m_device.scale(), time, text(time));
+    const QRect label =
+        playheadTextRect(m_geometry, marks, m_glyphs, m_device.scale(), time, text(time));
     const bool isCovered = x >= label.left() && x <= label.right();
     const int top = m_device(isCovered ? PlayheadTop : Geometry::Margin);
     m_painter.fillRect(m_device(x), top, m_device.lineWidth(), m_device(m_geometry.height) - top,
@@ -273,13 +313,15 @@ void TimeSliderPainter::paintPlayheadEnd(Time time, const QColor& color) {
 }
 
 QRect TimeSliderPainter::playheadTextRect(const TimeSliderGeometry& geometry,
+                                          const TimeSliderMarkSpans& marks,
                                           const TimeGlyphs& glyphs, qreal scale, Time time,
                                           const QString& text) {
     const int labelWidth = qCeil(glyphs.width(text) / scale);
-    const int right = std::max(geometry.width - labelWidth, 0);
-    const int left = qBound(0, geometry.timeToX(time) - labelWidth / 2, right);
+    const auto left = playheadLabelLeft(geometry.width, geometry.timeToX(time), labelWidth, marks);
+    if (!left)
+        return {};
     const int top = TopTextY + qFloor(glyphs.top() / scale) - 1;
-    return {left - 1, top, labelWidth + 3, PlayheadTop - top};
+    return {*left - 1, top, labelWidth + 3, PlayheadTop - top};
 }
 
 } // namespace Kestrel::UI

@@ -2,6 +2,8 @@
 
 #include <KxUI/base/Time.h>
 #include <KxUI/time/TimeSliderGeometry_p.h>
+#include <KxUI/time/TimeSliderLabels_p.h>
+#include <KxUI/time/TimecodeTicks_p.h>
 
 #include <QRect>
 #include <QString>
@@ -60,27 +62,30 @@ public:
     /** The ruler's background: outside the clip, the clip, the playback range. */
     void paintBands();
 
-    /** Ticks and their labels, for a visible range of at least a frame. */
-    void paintTicks();
+    /** Ticks and their labels, for a visible range of at least a frame; on whole seconds if wanted,
+        where there is timecode. */
+    void paintTicks(bool wholeSeconds);
 
     /** The visible part of the clip in the overview. */
     void paintRangeBar(bool hover);
 
-    /** The marks that are valid, with their times. */
-    void paintMarks(Base::Time in, Base::Time out, const QColor& color);
+    /** The marks that are valid, with their times. Returns what these cover, in widget pixels. */
+    TimeSliderMarkSpans paintMarks(Base::Time in, Base::Time out, const QColor& color);
 
     /** The range swept by a drag. */
     void paintZoomRectangle(const TimeSliderRange& swept);
 
-    /** A playhead with its time and, if wanted, the line down the widget and a plate of the ruler's
-        colour under the time. */
-    void paintPlayhead(Base::Time time, const QColor& color, bool line, bool plate);
+    /** A playhead with its time, clear of those of the marks, and, if wanted, the line down the
+        widget and a plate of the ruler's colour under the time. */
+    void paintPlayhead(Base::Time time, const QColor& color, const TimeSliderMarkSpans& marks,
+                       bool line, bool plate);
 
     /** The line of the double playhead, at the end of the current frame. */
-    void paintPlayheadEnd(Base::Time time, const QColor& color);
+    void paintPlayheadEnd(Base::Time time, const QColor& color, const TimeSliderMarkSpans& marks);
 
-    /** What a playhead's label may cover, in widget pixels. */
-    static QRect playheadTextRect(const TimeSliderGeometry& geometry, const TimeGlyphs& glyphs,
+    /** What a playhead's label may cover, in widget pixels; nothing where it has no room. */
+    static QRect playheadTextRect(const TimeSliderGeometry& geometry,
+                                  const TimeSliderMarkSpans& marks, const TimeGlyphs& glyphs,
                                   qreal scale, Base::Time time, const QString& text);
 
     static constexpr int PlayheadTop = 13; ///< of the triangle
@@ -90,6 +95,11 @@ private:
     QString text(TimeSliderTime time) const;
     int textWidth(const QString& label) const;
     int pinnedLeft(int x, int labelWidth) const;
+    template <class Ticks>
+    void paintTicks(const Ticks& ticks);
+    TimecodeTicks::Rate timecodeRate() const;
+    void paintPlayheadLabel(Base::Time time, const QColor& color, const TimeSliderMarkSpans& marks,
+                            bool plate);
     void drawTextPinned(int x, int baseline, const QString& label, const QColor& color);
     void drawRulerLabel(int x, const QString& label, const QRegion& outside);
     void drawLines(const std::vector<QRect>& lines, const QColor& color);

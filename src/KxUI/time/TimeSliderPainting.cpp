@@ -36,6 +36,7 @@ void TimeSlider::paintEvent(QPaintEvent* event) {
 
 void TimeSlider::paintSlider(QPainter& painter) {
     const Geometry ruler = m->geometry();
+    m->markSpans = {};
     if (!ruler.hasClip()) {
         constexpr int margin = Geometry::Margin;
         painter.fillRect(rect().adjusted(margin, margin, -margin, 0), m->colors.empty);
@@ -46,7 +47,7 @@ void TimeSlider::paintSlider(QPainter& painter) {
         TimeSliderPainter background = m->painterFor(painter, ruler);
         background.paintBands();
         if (hasRange)
-            background.paintTicks();
+            background.paintTicks(m->options.testFlag(TimecodeTicks));
     }
     paintExtra(painter);
     if (!hasRange)
@@ -54,7 +55,8 @@ void TimeSlider::paintSlider(QPainter& painter) {
     TimeSliderPainter foreground = m->painterFor(painter, ruler);
     foreground.paintRangeBar(m->rangeBarHover);
     if (m->model->inOutLock())
-        foreground.paintMarks(m->model->inTime(), m->model->outTime(), Settings::all().inOutMarker);
+        m->markSpans = foreground.paintMarks(m->model->inTime(), m->model->outTime(),
+                                             Settings::all().inOutMarker);
     foreground.paintZoomRectangle(m->drag.zoomRectangle());
 }
 
@@ -71,7 +73,7 @@ void TimeSlider::paintPlayHead(QPainter& painter) {
         QColor faint = color;
         faint.setAlpha(DoublePlayheadAlpha);
         const Geometry ruler = m->geometry();
-        m->painterFor(painter, ruler).paintPlayheadEnd(m->currentTime, faint);
+        m->painterFor(painter, ruler).paintPlayheadEnd(m->currentTime, faint, m->markSpans);
     }
     paintPlayheadAtTime(painter, m->currentTime, color);
 }
@@ -80,7 +82,7 @@ void TimeSlider::paintPlayheadAtTime(QPainter& painter, Time time, const QColor&
     const Geometry ruler = m->geometry();
     // The label may come to stand on one of a mark or of the other playhead.
     const bool plate = m->hoverTime != InvalidTime || (m->model && m->model->inOutLock());
-    m->painterFor(painter, ruler).paintPlayhead(time, color, m->isMain(), plate);
+    m->painterFor(painter, ruler).paintPlayhead(time, color, m->markSpans, m->isMain(), plate);
 }
 
 void TimeSlider::paintExtra(QPainter&) {}

@@ -107,8 +107,9 @@ QRegion TimeSlider::Private::playheadRegion(Time time) const {
     const int x = ruler.timeToX(time);
     constexpr int top = TimeSliderPainter::PlayheadTop - 1;
     const int bottom = isMain() ? q->height() : TimeSliderPainter::PlayheadTip + 1;
-    QRegion region(TimeSliderPainter::playheadTextRect(ruler, glyphs, scale, time, text(time)) |
-                   QRect(x - 7, top, 15, bottom - top));
+    QRegion region(
+        TimeSliderPainter::playheadTextRect(ruler, markSpans, glyphs, scale, time, text(time)) |
+        QRect(x - 7, top, 15, bottom - top));
     if (isMain() && Settings::all().doublePlayhead) {
         const int end = ruler.timeToX((TimeSliderTime(time) + 1).time());
         region += QRect(end - 1, Geometry::Margin, 3, q->height() - Geometry::Margin);

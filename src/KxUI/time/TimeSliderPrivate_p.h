@@ -60,6 +60,8 @@ struct TimeSlider::Private {
     TimeSliderColors colors;
     TimeGlyphs glyphs;
 
+    TimeSliderMarkSpans markSpans; ///< in the off-screen image
+
     TimeSliderIndicators indicators;
     bool indicatorUpdateQueued = false;
     TimeSliderColumns dirtyColumns;
