@@ -3,6 +3,8 @@
 #include <atomic>
 #include <chrono>
 #include <cstdarg>
+#include <cstdint>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <dirent.h>
@@ -20,6 +22,9 @@ struct Slow {
     std::mutex mutex;
     std::string folder;
     std::atomic<int> milliseconds{0};
+    std::string forbidden; // folder; for one thread
+    std::atomic<bool> isForbidding{false};
+    std::thread::id thread;
 
     Slow() {
         const char* const where = std::getenv("KXUI_SLOW_FOLDER");
@@ -37,31 +42,41 @@ Slow& slow() {
     return *one;
 }
 
-void wait(const char* path) {
+bool isBelow(const char* path, const std::string& folder) {
+    return !folder.empty() && std::strncmp(path, folder.c_str(), folder.size()) == 0;
+}
+
+// The name of the caller is that of the system's call.
+void wait(const char* path, const char* call = __builtin_FUNCTION()) {
     Slow& all = slow();
     const int milliseconds = all.milliseconds;
-    if (milliseconds == 0 || !path)
+    if ((milliseconds == 0 && !all.isForbidding) || !path)
         return;
     {
         const std::lock_guard<std::mutex> lock(all.mutex);
-        if (all.folder.empty() || std::strncmp(path, all.folder.c_str(), all.folder.size()) != 0)
+        if (all.isForbidding && std::this_thread::get_id() == all.thread &&
+            isBelow(path, all.forbidden)) {
+            std::fprintf(stderr, "%s(%s) by a thread that must not wait\n", call, path);
+            std::abort();
+        }
+        if (!isBelow(path, all.folder))
             return;
     }
     std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
 }
 
-void waitAt(int directory, const char* name) {
-    if (slow().milliseconds == 0)
+void waitAt(int directory, const char* name, const char* call = __builtin_FUNCTION()) {
+    if (slow().milliseconds == 0 && !slow().isForbidding)
         return;
     if (directory == AT_FDCWD || (name && name[0] == '/')) {
-        wait(name);
+        wait(name, call);
         return;
     }
     char path[4096];
     const std::string link = "/proc/self/fd/" + std::to_string(directory);
     const ssize_t length = ::readlink(link.c_str(), path, sizeof path - 1);
     path[length > 0 ? length : 0] = '\0';
-    wait(path);
+    wait(path, call);
 }
 
 template <class Call>
@@ -118,6 +133,18 @@ KXUI_SLOW_CALL(int, faccessat, waitAt(directory, name),
                (directory, name, mode, flags))
 KXUI_SLOW_CALL(int, statfs, wait(path), (const char* path, struct statfs* record), (path, record))
 
+KXUI_SLOW_CALL(int, mkdir, wait(path), (const char* path, mode_t mode), (path, mode))
+KXUI_SLOW_CALL(int, rmdir, wait(path), (const char* path), (path))
+KXUI_SLOW_CALL(int, unlink, wait(path), (const char* path), (path))
+KXUI_SLOW_CALL(int, chmod, wait(path), (const char* path, mode_t mode), (path, mode))
+KXUI_SLOW_CALL(int, rename, wait(path), (const char* path, const char* fresh), (path, fresh))
+KXUI_SLOW_CALL(int, renameat2, waitAt(directory, path),
+               (int directory, const char* path, int to, const char* fresh, unsigned flags),
+               (directory, path, to, fresh, flags))
+KXUI_SLOW_CALL(char*, realpath, wait(path), (const char* path, char* resolved), (path, resolved))
+KXUI_SLOW_CALL(int, inotify_add_watch, wait(path), (int queue, const char* path, uint32_t events),
+               (queue, path, events))
+
 namespace Kestrel::Test {
 
 void slowDownCalls(const std::string& folder, int milliseconds) {
@@ -125,6 +152,18 @@ void slowDownCalls(const std::string& folder, int milliseconds) {
     const std::lock_guard<std::mutex> lock(all.mutex);
     all.folder = folder;
     all.milliseconds = milliseconds;
+}
+
+ForbiddenCalls::ForbiddenCalls(const std::string& folder) {
+    Slow& all = slow();
+    const std::lock_guard<std::mutex> lock(all.mutex);
+    all.forbidden = folder;
+    all.thread = std::this_thread::get_id();
+    all.isForbidding = true;
+}
+
+ForbiddenCalls::~ForbiddenCalls() {
+    slow().isForbidding = false;
 }
 
 } // namespace Kestrel::Test
