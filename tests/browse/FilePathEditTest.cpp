@@ -294,6 +294,24 @@ private Q_SLOTS:
         QCOMPARE(field.validity(), FilePathEdit::NotChecked);
     }
 
+    void theClearButtonEdits() {
+        Stage stage;
+        stage.field.setClearButtonEnabled(true);
+        stage.field.setPath(QStringLiteral("/a"));
+        stage.take();
+        QToolButton* clear = nullptr;
+        for (auto* const button : stage.field.findChildren<QToolButton*>()) {
+            if (!button->actions().isEmpty() && button->actions().front()->text().isEmpty())
+                clear = button;
+        }
+        QVERIFY(clear);
+        clear->click();
+        QCOMPARE(stage.take(), QStringLiteral(";F"));
+        clear->click(); // nothing is left
+        stage.field.setText(QStringLiteral("/host"));
+        QCOMPARE(stage.take(), QStringLiteral("/host;"));
+    }
+
     // The example of a parameter: what is edited goes there, once, and its value is shown.
     void bindsToAParameter() {
         QObject project;

@@ -1,3 +1,4 @@
+#include <KxUI/browse/FilePathEdit.h>
 #include <KxUI/browse/PathRemapModel.h>
 #include <KxUI/browse/PathRemapTable.h>
 
@@ -122,6 +123,17 @@ private slots:
         }
         QCOMPARE(textOf(table.rules()), QString("/f>/t"));
         QCOMPARE(view.currentIndex(), table.model()->index(1, PathRemapModel::From));
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
+
+        // Where it leads to may be looked for.
+        view.setCurrentIndex(table.model()->index(0, PathRemapModel::To));
+        QTest::keyClick(&view, Qt::Key_Return);
+        auto* const field = qobject_cast<FilePathEdit*>(QApplication::focusWidget());
+        QVERIFY(field && field->kind() == FilePathEdit::Folder && field->path() == "/t");
+        field->setBrowser([](FilePathEdit* asked) { asked->chooseRawPath("/chosen"); });
+        field->browse();
+        QTest::keyClick(field, Qt::Key_Return);
+        QTRY_COMPARE(textOf(table.rules()), QString("/f>/chosen"));
     }
 
     void triesAndWarns() {

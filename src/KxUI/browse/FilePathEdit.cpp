@@ -45,7 +45,9 @@ void FilePathEdit::Private::setUp() {
         check();
     });
     connect(q, &QLineEdit::textChanged, q, [this](const QString& text) {
-        if (!std::exchange(isEdited, false) && !isStoring)
+        if (isClearing)
+            isCleared = true;
+        else if (!std::exchange(isEdited, false) && !isStoring)
             hostSet({text.trimmed(), {}});
     });
     checkTimer.setObjectName(QStringLiteral("check"));

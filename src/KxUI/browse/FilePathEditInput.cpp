@@ -5,6 +5,7 @@
 #include <KxUI/files/filename.h>
 #include <KxUI/kit/InterfaceThread_p.h>
 
+#include <QAbstractButton>
 #include <QAction>
 #include <QApplication>
 #include <QClipboard>
@@ -105,7 +106,28 @@ bool FilePathEdit::Private::paste() {
     return true;
 }
 
+// The button clears by the line's own hand, as a host would.
+void FilePathEdit::Private::followClearButton(QObject* child) {
+    auto* const button = qobject_cast<QAbstractButton*>(child);
+    if (!button || button->actions().isEmpty() ||
+        button->actions().constFirst()->objectName() != QLatin1String("_q_qlineeditclearaction"))
+        return;
+    connect(button, &QAbstractButton::pressed, q, [this] { isClearing = true; });
+    // Also where the pointer leaves it; the click comes right after.
+    connect(
+        button, &QAbstractButton::released, q, [this] { isClearing = false; },
+        Qt::QueuedConnection);
+    connect(button, &QAbstractButton::clicked, q, [this] {
+        isClearing = false;
+        isEdited = false;
+        if (std::exchange(isCleared, false))
+            takeTyped();
+    });
+}
+
 bool FilePathEdit::event(QEvent* event) {
+    if (d && event->type() == QEvent::ChildPolished)
+        d->followClearButton(static_cast<QChildEvent*>(event)->child());
     if (d && event->type() == QEvent::ShortcutOverride &&
         d->deedOf(static_cast<QKeyEvent&>(*event)) != Private::Deed::None) {
         event->accept();

@@ -45,6 +45,7 @@ struct FilePathEdit::Private {
     void hostSet(const FilePathValue& value);
     bool takeTyped(); ///< false where there is nothing to take, or the field is gone
     bool restoreText();
+    void followClearButton(QObject* child);
     void takeByUser(const QByteArray& path);
 
     // What it means.
@@ -84,6 +85,8 @@ struct FilePathEdit::Private {
     bool isStoring = false;
     bool isUndoable = false; ///< what is stored can be taken back by undo
     bool isEdited = false;   ///< the text changes by the user
+    bool isClearing = false; ///< the button that clears is down
+    bool isCleared = false;
 
     Kind kind = OpenFile;
     QStringList filters;

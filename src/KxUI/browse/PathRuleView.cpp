@@ -1,3 +1,5 @@
+#include <KxUI/browse/FileChooserDialog.h>
+#include <KxUI/browse/FilePathEdit.h>
 #include <KxUI/browse/PathRemapTable_p.h>
 #include <KxUI/kit/OwnKeys_p.h>
 
@@ -6,6 +8,7 @@
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QPainter>
+#include <QPointer>
 #include <QStyle>
 
 namespace Kestrel::UI {
@@ -70,6 +73,36 @@ void PathRuleDelegate::paint(QPainter* painter, const QStyleOptionViewItem& opti
     painter->setFont(option.font);
     painter->drawText(place, Qt::AlignVCenter | Qt::AlignRight, word);
     painter->restore();
+}
+
+// A source may be a path of another system; where it leads to is a folder that can be looked for.
+QWidget* PathRuleDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem& option,
+                                        const QModelIndex& index) const {
+    if (index.column() != PathRemapModel::To)
+        return QStyledItemDelegate::createEditor(parent, option, index);
+    auto* const field = new FilePathEdit(parent);
+    field->setKind(FilePathEdit::Folder);
+    field->setPurpose(QStringLiteral("path-rule"));
+    field->setFrame(false);
+    field->setAccessibleName(index.model()->headerData(index.column(), Qt::Horizontal).toString());
+    // A folder that was chosen or dropped is complete.
+    connect(field, &FilePathEdit::editFinished, this, [this, field](bool accepted) {
+        if (!accepted || field->hasFocus())
+            return;
+        auto* const self = const_cast<PathRuleDelegate*>(this);
+        const QPointer<FilePathEdit> alive(field);
+        Q_EMIT self->commitData(field);
+        if (alive)
+            Q_EMIT self->closeEditor(field);
+    });
+    return field;
+}
+
+bool PathRuleDelegate::eventFilter(QObject* watched, QEvent* event) {
+    // The chooser of the field has the focus, and brings it back.
+    if (event->type() == QEvent::FocusOut && watched->findChild<FileChooserDialog*>())
+        return false;
+    return QStyledItemDelegate::eventFilter(watched, event);
 }
 
 PathRuleView::PathRuleView(PathRemapTable* table)
