@@ -445,6 +445,11 @@ private slots:
             QVERIFY(parts.area->notice()->isHidden());
         }
         QCOMPARE(QFile(m_root->filePath("notes.txt")).size(), 10);
+        QTRY_VERIFY(!browser.model()->holdsOrder());
+        browser.renameSelected();
+        QVERIFY(browser.model()->holdsOrder());
+        QTest::keyClick(editor(), Qt::Key_Escape);
+        QTRY_VERIFY(!editor() && !browser.model()->holdsOrder());
         browser.setReadOnly(true);
         browser.renameSelected();
         browser.newFolder();
@@ -492,6 +497,18 @@ private slots:
         QTRY_COMPARE(browser.folder(), path("shots"));
         QTest::keyClick(browser.view(), Qt::Key_D, Qt::ControlModifier);
         QVERIFY(!file.contains(path("shots")));
+        // A visit shows whether a place is there.
+        file.add(path("gone"));
+        const auto reach = [&] {
+            const auto* const places = browser.favoritesView()->favoritesModel();
+            return places->indexOfPath(path("gone")).data(FavoritesModel::ReachRole).toInt();
+        };
+        QCOMPARE(reach(), int(FavoritesModel::Unknown));
+        browser.setFolder(path("gone"));
+        QTRY_COMPARE_WITH_TIMEOUT(reach(), int(FavoritesModel::Unreachable), 20000);
+        QVERIFY(QDir().mkdir(m_root->filePath("gone")));
+        browser.refresh();
+        QTRY_COMPARE_WITH_TIMEOUT(reach(), int(FavoritesModel::Reachable), 20000);
         // Where there is no room for them a button shows them, until one goes.
         browser.resize(500, 400);
         QVERIFY(!browser.favoritesView()->isVisible() && parts.sideButton->isVisible());

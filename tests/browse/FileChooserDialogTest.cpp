@@ -1,3 +1,4 @@
+#include <KxUI/browse/FavoritesModel.h>
 #include <KxUI/browse/FileBrowser.h>
 #include <KxUI/browse/FileChooserDialog.h>
 #include <KxUI/browse/FolderQuestion_p.h>
@@ -123,6 +124,7 @@ private Q_SLOTS:
         QCOMPARE(choice.path, path("plate.####.exr"));
         QVERIFY(choice.isSequence && choice.frames == Base::FrameRange(1003, 1006, 2));
         QCOMPARE(choice.info.frameName(), QString("plate.####.exr"));
+        QCOMPARE(FavoritesModel().recentPlaces().value(0), folder());
     }
 
     void goesToFoldersAndFilters() {

@@ -141,6 +141,24 @@ private slots:
         QTRY_COMPARE(model.rowCount(), 5);
     }
 
+    // What arrives moves nothing while somebody is at it.
+    void holdsItsOrder() {
+        write("a", 30);
+        write("b", 10);
+        FileListModel model;
+        gather(model);
+        model.setHoldsOrder(true);
+        model.sort(FileListModel::Size);
+        const auto sizeOf = [&](int row) {
+            return model.index(row, 0).data(FileListModel::SizeRole);
+        };
+        QTRY_VERIFY_WITH_TIMEOUT(sizeOf(0).isValid() && sizeOf(1).isValid(), 20000);
+        QTest::qWait(600);
+        QCOMPARE(model.index(0, 0).data().toString(), QString("a"));
+        model.setHoldsOrder(false);
+        QTRY_COMPARE(model.index(0, 0).data().toString(), QString("b"));
+    }
+
     // A folder in which anything may happen: selection and current stay with their items, and the
     // rows are those of a model that sees it for the first time.
     void staysInPlace() {

@@ -17,7 +17,8 @@ namespace Kestrel::UI {
 
 class BrowserViews;
 
-/** A thin bar that moves while something is waited for. Takes its place also when it is still. */
+/** A thin bar that moves while something is waited for. Takes its place also when it is still. To
+    assistive tools it is a progress bar that is busy, or nothing. */
 class BusyLine : public QWidget {
     Q_OBJECT
 

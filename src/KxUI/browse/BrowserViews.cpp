@@ -7,6 +7,7 @@
 #include <KxUI/files/RawName_p.h>
 
 #include <QEvent>
+#include <QGuiApplication>
 #include <QHeaderView>
 #include <QItemSelectionModel>
 #include <QListView>
@@ -23,6 +24,7 @@ constexpr int LeastNameWidth = 180;
 constexpr int TightNameWidth = 110;
 constexpr int TightWidth = 480; // of a list in which every pixel counts
 constexpr std::size_t RememberedNames = 10000;
+constexpr int HoldTime = 1000; // milliseconds
 
 QScrollBar* barOf(const QAbstractItemView* view, bool isCompact) {
     return isCompact ? view->horizontalScrollBar() : view->verticalScrollBar();
@@ -68,6 +70,9 @@ BrowserViews::BrowserViews(FileListModel* model, QWidget* parent)
     buildDetails(model);
     buildList();
     setFocusProxy(m_details);
+    m_hold.setSingleShot(true);
+    m_hold.setInterval(HoldTime);
+    connect(&m_hold, &QTimer::timeout, this, &BrowserViews::holdOrder);
     connect(m_pictures, &ThumbnailLoader::arrived, m_list->viewport(),
             QOverload<>::of(&QWidget::update));
     for (const auto signal :
@@ -141,6 +146,11 @@ void BrowserViews::shareSelection(QAbstractItemView* view, FileItemDelegate* del
     addWidget(view);
     view->setItemDelegate(delegate);
     connect(delegate, &FileItemDelegate::renamed, this, &BrowserViews::renamed);
+    connect(delegate, &FileItemDelegate::editing, this, [this](QWidget* editor) {
+        m_editor = editor;
+        holdOrder();
+        connect(editor, &QObject::destroyed, this, &BrowserViews::holdOrder, Qt::QueuedConnection);
+    });
     view->setSelectionBehavior(QAbstractItemView::SelectRows);
     view->setSelectionMode(QAbstractItemView::ExtendedSelection);
     view->setEditTriggers(QAbstractItemView::NoEditTriggers);
@@ -148,6 +158,7 @@ void BrowserViews::shareSelection(QAbstractItemView* view, FileItemDelegate* del
     view->setDragDropMode(QAbstractItemView::DragOnly);
     view->setContextMenuPolicy(Qt::CustomContextMenu);
     view->setAccessibleName(FileBrowser::tr("Files"));
+    view->installEventFilter(this);
     view->viewport()->installEventFilter(this);
     if (view->model()) {
         const QItemSelectionModel* const replaced = view->selectionModel();
@@ -298,6 +309,13 @@ void BrowserViews::weigh() {
     m_details->verticalScrollBar()->setValue(anchor.index.row() * m_rowHeight + anchor.offset);
 }
 
+// Nothing moves away under the mouse, or while one goes from row to row or names one.
+void BrowserViews::holdOrder() {
+    if (!m_hold.isActive() && QGuiApplication::mouseButtons() != Qt::NoButton)
+        m_hold.start();
+    m_model->setHoldsOrder(m_hold.isActive() || m_editor);
+}
+
 QPixmap BrowserViews::picture() const {
     return current()->viewport()->grab();
 }
@@ -401,6 +419,10 @@ void BrowserViews::setColumnShown(int column, bool shown) {
 }
 
 bool BrowserViews::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::MouseButtonPress || event->type() == QEvent::KeyPress) {
+        m_hold.start();
+        holdOrder();
+    }
     if (event->type() == QEvent::Resize && watched == current()->viewport()) {
         if (watched == m_details->viewport())
             fitNames();

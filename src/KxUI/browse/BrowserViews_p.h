@@ -5,7 +5,9 @@
 #include <KxUI/browse/FileBrowser.h>
 
 #include <QPersistentModelIndex>
+#include <QPointer>
 #include <QStackedWidget>
+#include <QTimer>
 
 #include <utility>
 
@@ -84,6 +86,7 @@ private:
     void buildDetails(FileListModel* model);
     void buildList();
     void shareSelection(QAbstractItemView* view, FileItemDelegate* delegate);
+    void holdOrder();
     void dropAnchor();
     void weigh();
     void tellRows();
@@ -99,6 +102,8 @@ private:
     QItemSelectionModel* const m_selection;
     QTreeView* m_details = nullptr;
     QListView* m_list = nullptr;
+    QPointer<QWidget> m_editor;
+    QTimer m_hold; // since the last key or press
     Anchor m_anchor;
     int m_selectedBefore = 0;
     int m_rowHeight = 0; // that was seen last

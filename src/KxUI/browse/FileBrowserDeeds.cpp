@@ -172,6 +172,16 @@ FavoritesFile* FileBrowserPrivate::favoritesFile() const {
     return places ? places->file() : nullptr;
 }
 
+// A visit shows whether a place can be reached, whatever was known of it.
+void FileBrowserPrivate::tellReach() {
+    const auto listing = model->gatherer()->listing();
+    const bool isAnswered = listing->state() == FileListing::State::Complete ||
+                            listing->state() == FileListing::State::Failed;
+    FavoritesModel* const places = favorites->favoritesModel();
+    if (isAnswered && places && places->indexOfPath(listing->directory()).isValid())
+        places->setReach(listing->directory(), listing->error());
+}
+
 void FileBrowserPrivate::toggleFavorite(const QByteArray& place) {
     FavoritesFile* const file = favoritesFile();
     if (!file || place.isEmpty())

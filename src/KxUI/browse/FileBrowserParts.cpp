@@ -219,6 +219,7 @@ void FileBrowserPrivate::connectParts() {
         rememberSoon();
         Q_EMIT q->settingsChanged();
     });
+    QObject::connect(gatherer, &FileGatherer::finished, q, [this] { tellReach(); });
     QObject::connect(&change, &QTimer::timeout, q, soon);
     QObject::connect(&memorize, &QTimer::timeout, q, [this] { remember(); });
     QObject::connect(views, &BrowserViews::columnsChanged, q, [this] { rememberSoon(); });

@@ -117,6 +117,7 @@ public:
     void askForNearest();
     FavoritesFile* favoritesFile() const;
     void toggleFavorite(const QByteArray& place);
+    void tellReach();
 
     // FileBrowserMemory.cpp
     void rememberSoon();

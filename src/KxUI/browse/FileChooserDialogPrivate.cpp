@@ -1,5 +1,7 @@
 #include <KxUI/browse/FileChooserDialog_p.h>
 
+#include <KxUI/browse/FavoritesModel.h>
+#include <KxUI/browse/FavoritesView.h>
 #include <KxUI/browse/FileBrowser.h>
 #include <KxUI/browse/NameEdits_p.h>
 #include <KxUI/browse/NoticeLine_p.h>
@@ -271,6 +273,9 @@ void FileChooserDialogPrivate::begin() {
 }
 
 void FileChooserDialogPrivate::remember(bool isAccepted) {
+    FavoritesModel* const places = form.browser->favoritesView()->favoritesModel();
+    if (isAccepted && places)
+        places->noteUsed(form.browser->folder());
     if (purpose.isEmpty() || !hasBegun)
         return;
     ChooserSettings now = ChooserSettings::of(purpose); // another dialog may have added to it

@@ -249,6 +249,7 @@ QWidget* FileItemDelegate::createEditor(QWidget* parent, const QStyleOptionViewI
                                         const QModelIndex&) const {
     auto* const field = new QLineEdit(parent);
     field->setAccessibleName(FileBrowser::tr("Name"));
+    Q_EMIT editing(field);
     return field;
 }
 

@@ -40,6 +40,8 @@ public:
 Q_SIGNALS:
     /** The user gave an item another name. */
     void renamed(const QByteArray& name, const QString& newName) const;
+    /** A name is being edited, as long as this lives. */
+    void editing(QWidget* editor) const;
 
 protected:
     void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override;

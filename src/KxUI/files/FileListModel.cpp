@@ -112,6 +112,19 @@ void FileListModel::sort(int column, Qt::SortOrder order) {
     d->askForStatuses();
 }
 
+bool FileListModel::holdsOrder() const {
+    return d->holdsOrder;
+}
+
+void FileListModel::setHoldsOrder(bool holds) {
+    if (holds == d->holdsOrder)
+        return;
+    d->holdsOrder = holds;
+    if (!holds && d->isResortDue)
+        d->sortAgain();
+    Q_EMIT holdsOrderChanged(holds);
+}
+
 void FileListModel::setVisibleRows(int first, int last) {
     d->firstVisible = first;
     d->lastVisible = last;

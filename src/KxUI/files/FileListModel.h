@@ -21,6 +21,7 @@ class KXUI_EXPORT FileListModel : public QAbstractTableModel {
     Q_OBJECT
     Q_PROPERTY(bool foldersFirst READ foldersFirst WRITE setFoldersFirst NOTIFY orderChanged)
     Q_PROPERTY(QString searchText READ searchText WRITE setSearchText NOTIFY orderChanged)
+    Q_PROPERTY(bool holdsOrder READ holdsOrder WRITE setHoldsOrder NOTIFY holdsOrderChanged)
 
 public:
     /** The columns. */
@@ -75,6 +76,11 @@ public:
     QString searchText() const;
     void setSearchText(const QString& text);
 
+    /** Whether rows stay where they are while the sizes and times that they are sorted by arrive; at
+        first off. For while somebody edits or drags one of them. */
+    bool holdsOrder() const;
+    void setHoldsOrder(bool holds);
+
     /** The rows that a view shows, first and last: whose statuses are asked for. */
     void setVisibleRows(int first, int last);
 
@@ -103,6 +109,9 @@ public:
 Q_SIGNALS:
     /** foldersFirst() or searchText() is another; the rows follow. */
     void orderChanged();
+
+    /** holdsOrder() is another. */
+    void holdsOrderChanged(bool holds);
 
     /** The rows show the gatherer's listing in the order that is wanted: nothing is under way. */
     void settled();

@@ -36,7 +36,7 @@ FileListModel::Private::Private(FileListModel* model)
     , box(std::make_shared<Mailbox<News>>(model)) {
     resort.setSingleShot(true);
     resort.setInterval(resortAfter);
-    QObject::connect(&resort, &QTimer::timeout, q, [this] { change(); });
+    QObject::connect(&resort, &QTimer::timeout, q, [this] { sortAgain(); });
     QObject::connect(gatherer, &FileGatherer::listingChanged, q, [this] { listingChanged(); });
     QObject::connect(gatherer, &FileGatherer::statusArrived, q,
                      [this](int first, int last) { statusArrived(first, last); });
@@ -83,6 +83,12 @@ void FileListModel::Private::statusArrived(int first, int last) {
     }
     if (lastRow >= 0)
         tellChanged(firstRow, lastRow, Size, Type);
+}
+
+void FileListModel::Private::sortAgain() {
+    isResortDue = holdsOrder;
+    if (!holdsOrder)
+        change();
 }
 
 void FileListModel::Private::change() {

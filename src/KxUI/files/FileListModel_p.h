@@ -26,6 +26,7 @@ struct FileListModel::Private {
     void listingChanged();
     void statusArrived(int first, int last);
     void change();
+    void sortAgain();
     void compute();
     static News made(const FileListing& shownListing, const Rows& shownRows,
                      std::shared_ptr<const FileListing> next, const ListingOrder& order);
@@ -55,6 +56,8 @@ struct FileListModel::Private {
     int firstVisible = 0;
     int lastVisible = -1;
     QTimer resort;
+    bool holdsOrder = false;
+    bool isResortDue = false; // when the order is held no more
 };
 
 } // namespace Kestrel::UI
