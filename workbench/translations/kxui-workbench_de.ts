@@ -285,7 +285,7 @@
     </message>
     <message>
         <source>&amp;Skip</source>
-        <translation>&amp;Überspringen</translation>
+        <translation>Ü&amp;berspringen</translation>
     </message>
     <message>
         <source>Skip &amp;All Such</source>
@@ -459,7 +459,7 @@
     </message>
     <message>
         <source>&amp;Export Sequence...</source>
-        <translation>Sequenz &amp;exportieren...</translation>
+        <translation>Sequenz e&amp;xportieren...</translation>
     </message>
     <message>
         <source>Export Fr&amp;ame...</source>
