@@ -1,8 +1,12 @@
 #pragma once
 
+#include <QDir>
+#include <QFile>
 #include <QProcess>
 #include <QTemporaryDir>
+#include <QTest>
 
+#include <algorithm>
 #include <csignal>
 #include <sched.h>
 #include <sys/mount.h>
@@ -36,13 +40,26 @@ public:
     }
 
     // Its questions are not even taken: as with a network file system, they end with whoever asks.
-    void setStopped(bool stopped) const {
+    // One that a thread takes before it stops would not.
+    bool setStopped(bool stopped) const {
         ::kill(static_cast<pid_t>(m_program.processId()), stopped ? SIGSTOP : SIGCONT);
+        return QTest::qWaitFor([&] { return hasStopped() == stopped; }, 20000);
     }
 
     QString path(const QString& name) const { return m_folder.filePath(name); }
 
 private:
+    bool hasStopped() const {
+        const QDir threads(QString("/proc/%1/task").arg(m_program.processId()));
+        const QStringList all = threads.entryList(QDir::Dirs | QDir::NoDotAndDotDot);
+        return std::all_of(all.begin(), all.end(), [&](const QString& thread) {
+            QFile file(threads.filePath(thread + "/stat"));
+            const bool isRead = file.open(QIODevice::ReadOnly);
+            const QByteArray line = file.readAll();
+            return isRead && line.mid(line.lastIndexOf(')') + 2, 1) == "T";
+        });
+    }
+
     bool waitFor(const QByteArray& answer) {
         while (!m_program.canReadLine()) {
             if (!m_program.waitForReadyRead(20000))

@@ -171,7 +171,7 @@ private slots:
         program.start(KXUI_QUITTING_PROGRAM, {"mounted", slow.path("")});
         QVERIFY(program.waitForReadyRead(20000));
         QCOMPARE(program.readLine().trimmed(), QByteArray("listed"));
-        slow.setStopped(true);
+        QVERIFY(slow.setStopped(true));
         program.write("go on\n");
         const bool quits = program.waitForReadyRead(20000);
         QElapsedTimer time;

@@ -443,11 +443,11 @@
     </message>
     <message>
         <source>&amp;Open...</source>
-        <translation>Ö&amp;ffnen …</translation>
+        <translation>Ö&amp;ffnen...</translation>
     </message>
     <message>
         <source>Open &amp;Folder...</source>
-        <translation>&amp;Ordner öffnen …</translation>
+        <translation>&amp;Ordner öffnen...</translation>
     </message>
     <message>
         <source>&amp;Reload</source>
