@@ -18,9 +18,9 @@ struct FileLayout {
     ChannelPick pick{};
 };
 
-/** Reads the rows of one file in a way that is made for its kind, several times as fast as the
-    general reader. Whatever it does not know is left to that one, and so is what is damaged: it
-    has the words for it. Samples are the same, bit by bit. */
+/** Reads the rows of one file by a library that is made for its kind, faster than the general
+    reader, which has to turn every kind into one. Whatever that does not know is left to the general
+    reader, and so is what is damaged: it has the words for it. Samples are the same, bit by bit. */
 class FastRows {
 public:
     virtual ~FastRows() = default;
@@ -32,13 +32,9 @@ public:
                       const std::function<void()>& checkpoint) = 0;
 };
 
-/** OpenEXR files of scanlines, uncompressed or by ZIP, whose shown channels are all half floats or
-    all floats (handed over as the nearest halfs). Null for others. */
+/** OpenEXR files of one part of scanlines, uncompressed or by ZIP, whose shown channels are all half floats or all floats
+    (handed over as the nearest halfs). Null for others. */
 std::unique_ptr<FastRows> fastExrRows(const std::string& path, const FileLayout& layout);
-
-/** DPX files of one element of red, green and blue, ten bits each, three in a word; handed over as
-    16 bits. Null for others. */
-std::unique_ptr<FastRows> fastDpxRows(const std::string& path, const FileLayout& layout);
 
 /** PNG files of red, green and blue, not interlaced, of 8 or 16 bits. Null for others. */
 std::unique_ptr<FastRows> fastPngRows(const std::string& path, const FileLayout& layout);

@@ -174,11 +174,11 @@ private:
         return int((edge + m_limits.longestEdge - 1) / m_limits.longestEdge);
     }
 
-    /** Rows in a strip: some megabytes, whole tiles, whole blocks of compressed scanlines. */
+    /** Rows in a strip: few enough to stay in a cache, whole tiles, whole blocks of compressed scanlines. */
     std::int64_t stripRows(std::size_t rowBytes) const {
         if (m_spec.tile_height > 0)
             return m_spec.tile_height;
-        constexpr std::size_t stripBytes = std::size_t(16) << 20;
+        constexpr std::size_t stripBytes = std::size_t(1) << 20;
         constexpr std::int64_t block = 64;
         return std::max<std::int64_t>(std::int64_t(stripBytes / rowBytes) / block * block, block);
     }
@@ -206,8 +206,6 @@ private:
         const std::string_view format = m_input->format_name();
         if (format == "openexr")
             return fastExrRows(m_path, layout);
-        if (format == "dpx")
-            return fastDpxRows(m_path, layout);
         if (format == "png")
             return fastPngRows(m_path, layout);
         return nullptr;

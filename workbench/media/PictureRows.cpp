@@ -1,5 +1,7 @@
 #include "media/PictureRows.h"
 
+#include <KxUI/color/ColorConversions.h>
+
 #include <algorithm>
 
 namespace Kestrel::Workbench {
@@ -20,6 +22,35 @@ SampleRow<Sample> from(SampleRow<Sample> row, std::int64_t pixels) {
 std::uint8_t codeOf16(std::uint16_t code) {
     const std::uint32_t near = code + 128U;
     return std::uint8_t((near - (near >> 8)) >> 8);
+}
+
+constexpr UI::PixelLayout packedLayout(const std::uint8_t* /*samples*/) {
+    return UI::PixelLayout::RGB8;
+}
+
+constexpr UI::PixelLayout packedLayout(const std::uint16_t* /*samples*/) {
+    return UI::PixelLayout::RGB16;
+}
+
+/** The library's vector loops, for samples that lie as they take them. False for others. */
+template <typename Sample>
+bool paintPacked(const SampleRow<Sample>& row, QRgb* to, std::size_t pixels) {
+    if (row.step != 3 || row.green != row.red + 1 || row.blue != row.red + 2)
+        return false;
+    // Few enough for the nearest cache.
+    constexpr std::size_t most = 1024;
+    std::array<float, most * 3> planes;
+    UI::PlanarRow floats;
+    floats.red = planes.data();
+    floats.green = floats.red + most;
+    floats.blue = floats.green + most;
+    for (std::size_t x = 0; x < pixels; x += most) {
+        const int count = int(std::min(most, pixels - x));
+        UI::decodeRow(packedLayout(row.red), row.red + x * 3, floats, count);
+        // Screen pixels are blue, green, red and alpha in the memory of little-endian machines.
+        UI::encodeRow(UI::PixelLayout::BGRA8, floats, count, to + x);
+    }
+    return true;
 }
 
 /** A loop of its own for planes, which the compiler can take several pixels at a time. */
@@ -81,8 +112,11 @@ void PictureRows::convert(std::int64_t y, SampleRow<Sample> row, Code codeOf) {
     row = from(row, m_left - m_data.x);
     if (m_factor > 1)
         return average(y - m_display.y, row, codeOf);
-    auto* out = reinterpret_cast<QRgb*>(m_image.scanLine(int(y - m_display.y)));
-    paintRow(row, out + (m_left - m_display.x), std::size_t(m_right - m_left), codeOf);
+    auto* out =
+        reinterpret_cast<QRgb*>(m_image.scanLine(int(y - m_display.y))) + (m_left - m_display.x);
+    const auto pixels = std::size_t(m_right - m_left);
+    if (m_table || !paintPacked(row, out, pixels))
+        paintRow(row, out, pixels, codeOf);
 }
 
 /** Adds a row of the full display window to the sums of whole blocks of codes. */
