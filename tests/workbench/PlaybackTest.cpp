@@ -127,6 +127,19 @@ private slots:
         QCOMPARE(order.next(5), (std::vector<Time>{18, 19, 20, 10, 11}));
         order.direction = -1;
         QCOMPARE(order.next(3), (std::vector<Time>{18, 17, 16}));
+        order.stride = 4; // what the clock passes, over the end as well
+        QCOMPARE(order.next(6), (std::vector<Time>{18, 14, 10, 17, 13, 20}));
+        order.direction = 1;
+        PlaybackClock clock;
+        clock.numerator = 1;
+        clock.first = order.first;
+        clock.last = order.last;
+        clock.origin = order.playhead;
+        clock.stride = order.stride;
+        const auto times = order.next(7);
+        for (std::size_t tick = 0; tick < times.size(); ++tick)
+            QCOMPARE(clock.at(std::int64_t(tick) * second).time, times[tick]);
+        order.stride = 1;
         for (const int direction : {-1, 0, 1}) {
             order.direction = direction;
             const std::vector<Time> all = order.next(1000);

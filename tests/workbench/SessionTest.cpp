@@ -119,6 +119,79 @@ private slots:
         QCOMPARE(session.model()->currentTime(), Time(1));
     }
 
+    // A key pressed again goes faster, up to a limit; the other direction begins anew.
+    void shuttling() {
+        Session session(TimeBase(24, false), std::size_t(1) << 20);
+        session.open(m_shot, 3);
+        Player* player = session.player();
+        for (const std::uint32_t speed : {1U, 2U, 4U, 8U, 8U}) {
+            player->shuttle(1);
+            QCOMPARE(player->speed(), speed);
+        }
+        player->shuttle(-1);
+        QCOMPARE(player->speed(), 1U);
+        QCOMPARE(player->direction(), -1);
+        player->shuttle(-1);
+        player->play(-1);
+        QCOMPARE(player->speed(), 1U);
+    }
+
+    void ratesOfSequences() {
+        Session session(TimeBase(24, false), std::size_t(1) << 20);
+        QSignalSpy changed(&session, &Session::timeBaseChanged);
+        Sequence other("other", m_shot.folder(), m_shot.members());
+        session.open(m_shot);
+        session.setTimeBase(TimeBase(25, false));
+        session.setTimeBase(TimeBase(0, false));
+        session.open(other);
+        QVERIFY(session.formatter()->timeBase() == TimeBase(25, false)); // as chosen last
+        session.setTimeBase(TimeBase(30, true));
+        session.open(m_shot);
+        QVERIFY(session.formatter()->timeBase() == TimeBase(25, false));
+        session.open(other);
+        QVERIFY(session.formatter()->timeBase() == TimeBase(30, true));
+        QCOMPARE(changed.count(), 4);
+    }
+
+    // What changes marks is a step, a drag one as a whole; steps of another sequence open it.
+    void marksAreUndone() {
+        Session session(TimeBase(24, false), std::size_t(1) << 20);
+        Sequence other("other", m_shot.folder(), m_shot.members());
+        auto* model = session.model();
+        auto* steps = session.grades()->group();
+        session.open(m_shot, 3);
+        session.navigator()->markRange(4, 8);
+        QTRY_VERIFY(steps->canUndo());
+        session.marks()->hold(true);
+        for (const Time time : {5, 6, 7}) {
+            model->setInTime(time, true);
+            QCoreApplication::processEvents();
+        }
+        session.marks()->hold(false);
+        QCoreApplication::processEvents();
+        session.toggleKeyFrame();
+        session.open(other);
+        QCOMPARE(model->inTime(), InvalidTime);
+        QVERIFY(model->keyFrames().empty());
+        QCOMPARE(steps->undoCommands().size(), 3);
+
+        steps->undo();
+        QTRY_COMPARE(session.sequence().title(), m_shot.title());
+        QVERIFY(model->keyFrames().empty());
+        QCOMPARE(model->inTime(), Time(7));
+        steps->undo();
+        QCOMPARE(model->inTime(), Time(4));
+        QCOMPARE(model->outTime(), Time(8));
+        steps->undo();
+        QCOMPARE(model->inTime(), InvalidTime);
+        QVERIFY(!model->inOutLock());
+        steps->redo();
+        QCOMPARE(model->inTime(), Time(4));
+        QVERIFY(model->inOutLock());
+        QCoreApplication::processEvents();
+        QVERIFY(steps->canRedo()); // what was shown made no step of its own
+    }
+
     void keyFrames() {
         Session session(TimeBase(24, false), std::size_t(1) << 20);
         session.toggleKeyFrame();
