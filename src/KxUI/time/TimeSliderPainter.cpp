@@ -232,14 +232,19 @@ TimeSliderMarkSpans TimeSliderPainter::paintMarks(Time in, Time out, const QColo
     const auto inMark = mark(in, inText);
     const auto outMark = mark(out, outText);
     const Labels labels = Labels::plan(m_geometry.width, inMark, outMark);
+    // With the mark itself: another time beside it should not cover it either.
+    const auto spanOf = [](const Labels::Mark& each, int left) {
+        return TimeSliderSpan{std::min(left, each.x - 1),
+                              std::max(left + each.labelWidth, each.x + 1)};
+    };
     TimeSliderMarkSpans spans;
     if (labels.in) {
         m_glyphs.draw(m_painter, m_device(*labels.in), m_device(TopTextY), inText, color);
-        spans[0] = {*labels.in, *labels.in + inMark->labelWidth};
+        spans[0] = spanOf(*inMark, *labels.in);
     }
     if (labels.out) {
         m_glyphs.draw(m_painter, m_device(*labels.out), m_device(TopTextY), outText, color);
-        spans[1] = {*labels.out, *labels.out + outMark->labelWidth};
+        spans[1] = spanOf(*outMark, *labels.out);
     }
     return spans;
 }
@@ -292,8 +297,9 @@ void TimeSliderPainter::paintPlayheadLabel(Time time, const QColor& color,
     const int baseline = m_device(TopTextY);
     if (plate) {
         const int top = std::max(baseline + m_glyphs.top(), m_device(Geometry::Margin));
+        const int under = isCentred ? x : *place + textWidth(label) / 2;
         for (const TimeSliderBand& band : m_bands) {
-            if (x >= band.x && x < band.end)
+            if (under >= band.x && under < band.end)
                 m_painter.fillRect(left - 1, top, labelWidth + 2, baseline + 1 - top,
                                    bandColor(band.kind));
         }
