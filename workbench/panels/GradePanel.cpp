@@ -22,6 +22,8 @@
 #include <QToolButton>
 #include <QVBoxLayout>
 
+#include <algorithm>
+
 namespace Kestrel::Workbench {
 
 namespace {
@@ -56,10 +58,11 @@ GradePanel::GradePanel(Session* session, QWidget* parent)
     scroll->setWidget(content);
     scroll->setWidgetResizable(true);
     scroll->setFrameShape(QFrame::NoFrame);
-    // A narrow pane shows a part of it and scrolls: texts of some languages and open sections take
-    // more than there may be room for on the screen.
-    constexpr int narrowest = 200;
-    scroll->setMinimumWidth(narrowest);
+    // Where the texts of a language take more than that, the panel scrolls rather than take the room
+    // from the viewer.
+    constexpr int mostAsked = 400;
+    scroll->setMinimumWidth(
+        std::min(content->minimumSizeHint().width() + scrollBarWidth(), mostAsked));
     scroll->setFocusPolicy(Qt::NoFocus);
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
