@@ -120,6 +120,7 @@ void MainWindow::setUpPage(const QString& id, QWidget* page) {
         connect(list, &SequenceListPanel::sequenceChosen, this,
                 [this](const Sequence& sequence, Base::Time at) { m_session.open(sequence, at); });
         connect(list, &SequenceListPanel::pathsDropped, this, &MainWindow::openPaths);
+        m_tasks.watch(list->browser());
         list->browser()->setPathRemap(m_files->mappings()->remap());
         if (m_remembers)
             list->browser()->setSettingsKey(browserKey());

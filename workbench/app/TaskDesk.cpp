@@ -119,6 +119,10 @@ void TaskDesk::fillCache(Session* session) {
     m_fill = new CacheFill(session, m_manager.start(tr("Filling the cache")), this);
 }
 
+void TaskDesk::watch(UI::FileBrowser* browser) {
+    m_listings.emplace_back(std::make_unique<FolderTask>(browser, &m_manager));
+}
+
 void TaskDesk::makeSample(const std::function<void(const QString& folder)>& done) {
     const QString folder = SampleGenerator::standardFolder();
     auto* generator = new SampleGenerator(folder, this);

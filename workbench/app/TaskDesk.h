@@ -1,5 +1,7 @@
 #pragma once
 
+#include "app/FolderTask.h"
+
 #include <KxUI/progress/ProgressDialog.h>
 #include <KxUI/progress/ProgressManager.h>
 
@@ -7,14 +9,16 @@
 #include <QPointer>
 
 #include <functional>
+#include <memory>
 #include <vector>
 
 class QMainWindow;
 class QMessageBox;
 
 namespace Kestrel::UI {
+class FileBrowser;
 class ProgressStrip;
-}
+} // namespace Kestrel::UI
 
 namespace Kestrel::Workbench {
 
@@ -52,6 +56,9 @@ public:
     /** Fills the cache with the frames that playback needs. */
     void fillCache(Session* session);
 
+    /** Shows it as a task when a browser takes long to read a folder. Borrowed. */
+    void watch(UI::FileBrowser* browser);
+
     /** Writes the sample; `done` is called with its folder when it is there. */
     void makeSample(const std::function<void(const QString& folder)>& done);
 
@@ -67,6 +74,7 @@ private:
     QPointer<QMessageBox> m_question;
     std::vector<std::weak_ptr<UI::ProgressTask>> m_held;
     QPointer<QObject> m_fill;
+    std::vector<std::unique_ptr<FolderTask>> m_listings;
 };
 
 } // namespace Kestrel::Workbench
