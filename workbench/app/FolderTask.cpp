@@ -22,7 +22,10 @@ FolderTask::FolderTask(UI::FileBrowser* browser, UI::ProgressManager* tasks)
     , m_tasks(tasks) {
     connect(browser, &UI::FileBrowser::listedChanged, this, &FolderTask::follow);
     connect(browser, &UI::FileBrowser::folderChanged, this, &FolderTask::follow);
-    connect(browser, &QObject::destroyed, this, &FolderTask::follow);
+    connect(browser, &QObject::destroyed, this, [this] {
+        m_browser = nullptr; // a widget says so before its pointers know
+        follow();
+    });
     connect(&m_timer, &QTimer::timeout, this, &FolderTask::look);
     follow();
 }

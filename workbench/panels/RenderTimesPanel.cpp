@@ -171,9 +171,21 @@ void RenderTimesPanel::restart() {
 }
 
 void RenderTimesPanel::stopOrGoOn() {
-    if (m_view->paused() && isVisible())
+    if (m_view->paused() && isVisible()) {
         look();
+        showWhole();
+    }
     showState();
+}
+
+/** Of a recording that was too short to follow. */
+void RenderTimesPanel::showWhole() {
+    UI::ChartAxis* axis = m_times->xAxis();
+    double last = 0.0;
+    for (const Line& line : m_lines)
+        last = std::max(last, line.frames.empty() ? 0.0 : line.frames.back().first);
+    if (last > 0.0 && last < shownSeconds && axis->lower() == 0.0 && axis->upper() == shownSeconds)
+        axis->setRange(0.0, last);
 }
 
 void RenderTimesPanel::showState() {

@@ -64,6 +64,7 @@ private:
     void toggleRecording();
     void restart();
     void stopOrGoOn();
+    void showWhole();
     void showState();
     void follow(const RenderTimes::News& news);
     void showTop();

@@ -109,6 +109,8 @@ void ProgressDialog::Private::refreshFrame() {
 
 // Room for some tasks, but not for any number.
 void ProgressDialog::Private::fit() {
+    if (rows.size() < 2)
+        return;
     int height = 0;
     for (std::size_t i = 0; i < rows.size() && i < rowsInSight; ++i)
         height += rows[i]->sizeHint().height() + list->spacing();
