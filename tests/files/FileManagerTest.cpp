@@ -283,9 +283,9 @@ private slots:
             int error;
             const char* text;
         } rows[] = {{0, ""},
-                    {EEXIST, "\"\u2068n\ufffd.exr\u2069\" exists already."},
+                    {EEXIST, "\u201c\u2068n\ufffd.exr\u2069\u201d exists already."},
                     {FileManager::NoFrames,
-                     "\"\u2068n\ufffd.exr\u2069\" has no place for the numbers of frames."},
+                     "\u201c\u2068n\ufffd.exr\u2069\u201d has no place for the numbers of frames."},
                     {FileManager::NoAnswer, "The server of this folder does not answer."},
                     {FileManager::NobodyLeft, "Too many folders do not answer."}};
         for (const auto& row : rows)

@@ -1,9 +1,10 @@
 #include <KxUI/browse/BrowserArea_p.h>
 
 #include <KxUI/browse/BrowserViews_p.h>
+#include <KxUI/browse/FileBrowser.h>
 #include <KxUI/kit/ColorContrast_p.h>
 
-#include <QAccessible>
+#include <QAccessibleWidget>
 #include <QBoxLayout>
 #include <QLabel>
 #include <QPainter>
@@ -20,11 +21,41 @@ constexpr int StepsOfLine = 80; // there and back
 constexpr int StepTime = 25;    // milliseconds
 constexpr int PageWidth = 420;
 constexpr int Margin = 8;
+constexpr int Veil = 150;     // of rows that are waited for
+constexpr int LightVeil = 70; // of rows that are pale by themselves: what they were is gone
+
+// A bar without a value.
+class BusyLineAccessible : public QAccessibleWidget {
+public:
+    explicit BusyLineAccessible(BusyLine* line)
+        : QAccessibleWidget(line, QAccessible::ProgressBar, FileBrowser::tr("Reading the folder")) {
+    }
+
+    QAccessible::State state() const override {
+        QAccessible::State state = QAccessibleWidget::state();
+        const bool isBusy = static_cast<const BusyLine*>(object())->isBusy();
+        state.busy = isBusy;
+        state.invisible = state.invisible || !isBusy;
+        return state;
+    }
+};
 
 } // namespace
 
+QAccessibleInterface* BusyLine::accessible(const QString& className, QObject* object) {
+    auto* const line = className == QLatin1String("Kestrel::UI::BusyLine")
+                           ? qobject_cast<BusyLine*>(object)
+                           : nullptr;
+    return line ? new BusyLineAccessible(line) : nullptr;
+}
+
 BusyLine::BusyLine(QWidget* parent)
     : QWidget(parent) {
+    static const bool isInstalled = [] {
+        QAccessible::installFactory(accessible);
+        return true;
+    }();
+    Q_UNUSED(isInstalled)
     setFixedHeight(LineHeight);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
 }
@@ -38,6 +69,12 @@ void BusyLine::setBusy(bool busy) {
     else
         m_timer.stop();
     update();
+    if (!QAccessible::isActive())
+        return;
+    QAccessible::State changed;
+    changed.busy = true;
+    QAccessibleStateChangeEvent event(this, changed);
+    QAccessible::updateAccessibility(&event);
 }
 
 void BusyLine::timerEvent(QTimerEvent* event) {
@@ -139,8 +176,8 @@ void BrowserVeil::setPicture(const QPixmap& picture) {
     update();
 }
 
-void BrowserVeil::setGrey(bool grey) {
-    if (std::exchange(m_isGrey, grey) != grey)
+void BrowserVeil::setGrey(int veil) {
+    if (std::exchange(m_grey, veil) != veil)
         update();
 }
 
@@ -148,10 +185,10 @@ void BrowserVeil::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     if (hasPicture())
         painter.drawPixmap(0, 0, m_picture);
-    if (!m_isGrey)
+    if (!isGrey())
         return;
     QColor veil = palette().color(QPalette::Base);
-    veil.setAlpha(150);
+    veil.setAlpha(m_grey);
     painter.fillRect(rect(), veil);
 }
 
@@ -178,7 +215,8 @@ void BrowserArea::show(const BrowserFace& face, const QString& text,
                        std::vector<BrowserNoticeBox::Choice> choices, bool hasRows) {
     if (!face.holdsOld)
         m_veil->setPicture({});
-    m_veil->setGrey(face.isGrey);
+    const bool isGone = face.notice == BrowserNotice::Vanished;
+    m_veil->setGrey(!face.isGrey ? 0 : isGone ? LightVeil : Veil);
     const bool isVeiled = m_veil->hasPicture() || (face.isGrey && hasRows);
     const bool hasWords = face.notice != BrowserNotice::None;
     m_notice->setBanner(hasWords && hasRows);

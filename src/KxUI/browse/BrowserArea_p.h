@@ -10,6 +10,7 @@
 #include <utility>
 #include <vector>
 
+class QAccessibleInterface;
 class QBoxLayout;
 class QLabel;
 
@@ -33,6 +34,8 @@ protected:
     void timerEvent(QTimerEvent* event) override;
 
 private:
+    static QAccessibleInterface* accessible(const QString& className, QObject* object);
+
     QBasicTimer m_timer;
     int m_step = 0;
 };
@@ -78,15 +81,16 @@ public:
 
     void setPicture(const QPixmap& picture);
     bool hasPicture() const { return !m_picture.isNull(); }
-    void setGrey(bool grey);
-    bool isGrey() const { return m_isGrey; }
+    /** @param veil  how much of the rows is gone, of 255; 0 for nothing */
+    void setGrey(int veil);
+    bool isGrey() const { return m_grey > 0; }
 
 protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
     QPixmap m_picture;
-    bool m_isGrey = false;
+    int m_grey = 0;
 };
 
 /** The list of a browser: its views, what is in front of them, and words about them. */

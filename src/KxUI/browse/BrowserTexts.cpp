@@ -65,7 +65,14 @@ QString selected(const Sum& sum) {
     return FileBrowser::tr("%1, %2").arg(rows, FileTexts::size(sum.bytes, sum.isEstimate));
 }
 
+QString read(int rows) {
+    return rows == 1 ? FileBrowser::tr("Folder read, 1 item")
+                     : FileBrowser::tr("Folder read, %Ln items", nullptr, rows);
+}
+
 QString reading(std::int64_t entries) {
+    if (entries == 0)
+        return FileBrowser::tr("Reading\u2026");
     return FileBrowser::tr("Reading: %Ln entries", nullptr, limited(entries));
 }
 
@@ -75,15 +82,17 @@ QString notice(BrowserNotice notice, const FileListing& listing, const QString& 
         break;
     case BrowserNotice::Waiting:
     case BrowserNotice::WaitingLong:
-        return FileBrowser::tr("Waiting for the server of this folder…");
+        return FileBrowser::tr("Waiting for the server of this folder\u2026");
     case BrowserNotice::Failed:
         return failure(listing);
     case BrowserNotice::Vanished:
         return listing.size() > 0 ? FileBrowser::tr("This folder does not exist any more.")
                                   : FileManager::errorText(listing.error());
     case BrowserNotice::Stopped:
-        return FileBrowser::tr("Reading was stopped after %Ln entries.", nullptr,
-                               limited(listing.entriesRead()));
+        return listing.entriesRead() == 0
+                   ? FileBrowser::tr("Reading was stopped.")
+                   : FileBrowser::tr("Reading was stopped after %Ln entries.", nullptr,
+                                     limited(listing.entriesRead()));
     case BrowserNotice::Empty:
         return FileBrowser::tr("This folder is empty.");
     case BrowserNotice::OnlyHidden:
@@ -91,7 +100,7 @@ QString notice(BrowserNotice notice, const FileListing& listing, const QString& 
     case BrowserNotice::NoneOfKind:
         return FileBrowser::tr("Nothing of the kind that is looked for is in this folder.");
     case BrowserNotice::NoMatch:
-        return FileBrowser::tr("No item matches “%1”.").arg(search);
+        return FileBrowser::tr("No item matches \u201c%1\u201d.").arg(search);
     }
     return {};
 }

@@ -29,6 +29,9 @@ QString listed(const Sum& sum);
 /** "2 selected, ≈ 14 GB". */
 QString selected(const Sum& sum);
 
+/** "Folder read, 12 items": what is said of it. */
+QString read(int rows);
+
 /** "Reading: 12,000 entries". */
 QString reading(std::int64_t entries);
 

@@ -159,7 +159,6 @@ void ChooserForm::orderTabs(QWidget* extra) const {
         then(extra);
     then(cancel);
     then(accept);
-    then(browser);
 }
 
 void ChooserForm::showFields(const Fields& fields) {

@@ -19,7 +19,7 @@ CrumbMenu::CrumbMenu(const QByteArray& folder, const QByteArray& current, QWidge
     , m_gatherer(std::make_unique<FileGatherer>()) {
     setAttribute(Qt::WA_DeleteOnClose);
     setLayoutDirection(Qt::LeftToRight);
-    addAction(tr("Reading…"))->setEnabled(false);
+    addAction(tr("Reading\u2026"))->setEnabled(false);
     m_gatherer->setDirectoriesOnly(true);
     m_gatherer->setFoldsSequences(false);
     m_gatherer->setWatch(FileGatherer::Watch::Never); // a menu does not move under the pointer

@@ -310,6 +310,7 @@ void FileBrowser::home() {
 
 void FileBrowser::refresh() {
     KXUI_INTERFACE_THREAD(this);
+    d->isReadTold = false;
     d->model->gatherer()->refresh();
     d->lookSoon();
 }

@@ -95,7 +95,7 @@ void FileBrowserPrivate::rename(const QByteArray& name, const QString& newName) 
     if (item < 0 || wanted.isEmpty() || wanted == name)
         return;
     if (wanted.contains('/') || wanted == "." || wanted == "..") {
-        complain(FileBrowser::tr("A name cannot be “%1”.").arg(newName.trimmed()));
+        complain(FileBrowser::tr("A name cannot be \u201c%1\u201d.").arg(newName.trimmed()));
         return;
     }
     const QByteArray folder = listing->directory();

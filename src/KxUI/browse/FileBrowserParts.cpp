@@ -33,10 +33,31 @@ constexpr int UsualSide = 170;
 
 } // namespace
 
+// In the order of the Tab key, which is that of their making.
 void FileBrowserPrivate::build() {
+    auto* const rows = new QVBoxLayout(q);
+    rows->setContentsMargins(0, 0, 0, 0);
+    rows->setSpacing(0);
+    buildActions();
+    buildLooks();
+    buildTop();
+    line = new BusyLine(q);
+    rows->addWidget(line);
+    splitter = new QSplitter(q);
+    splitter->setChildrenCollapsible(false);
+    rows->addWidget(splitter, 1);
+    buildSide();
     views = new BrowserViews(model, q);
     area = new BrowserArea(views, q);
-    line = new BusyLine(q);
+    splitter->addWidget(area);
+    splitter->setStretchFactor(1, 1);
+    rows->addLayout(buildBottom());
+    q->setFocusProxy(area);
+    q->setMinimumSize(480, 320);
+    connectParts();
+}
+
+QBoxLayout* FileBrowserPrivate::buildBottom() {
     status = new QLabel(q);
     status->setTextFormat(Qt::PlainText);
     status->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
@@ -44,28 +65,11 @@ void FileBrowserPrivate::build() {
     kinds->setAccessibleName(FileBrowser::tr("Kind of files"));
     kinds->setSizeAdjustPolicy(QComboBox::AdjustToContents);
     kinds->hide();
-    splitter = new QSplitter(q);
-    splitter->setChildrenCollapsible(false);
-    buildSide();
-    splitter->addWidget(area);
-    splitter->setStretchFactor(1, 1);
-
-    auto* const rows = new QVBoxLayout(q);
-    rows->setContentsMargins(0, 0, 0, 0);
-    rows->setSpacing(0);
-    buildActions();
-    buildLooks();
-    buildTop();
-    rows->addWidget(line);
-    rows->addWidget(splitter, 1);
     auto* const bottom = new QHBoxLayout;
     bottom->setContentsMargins(Gap, Gap, Gap, Gap);
     bottom->addWidget(status, 1);
     bottom->addWidget(kinds);
-    rows->addLayout(bottom);
-    q->setFocusProxy(area);
-    q->setMinimumSize(480, 320);
-    connectParts();
+    return bottom;
 }
 
 QAction* FileBrowserPrivate::addAction(const char* icon, const QString& text,

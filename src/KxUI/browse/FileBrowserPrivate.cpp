@@ -11,6 +11,7 @@
 #include <KxUI/kit/IconFactory.h>
 #include <KxUI/values/SearchField.h>
 
+#include <QAccessible>
 #include <QAction>
 #include <QItemSelectionModel>
 #include <QLabel>
@@ -151,6 +152,7 @@ void FileBrowserPrivate::gather(const QByteArray& folder) {
     ahead.forget();
     filter->clear();
     model->setSearchText({});
+    isReadTold = false;
     isRestoring = true;
     model->gatherer()->gather(folder);
     if (!self)
@@ -207,6 +209,7 @@ void FileBrowserPrivate::look() {
     showFace();
     showActions();
     showStatus();
+    tellRead();
     tellListed(q->isListed());
 }
 
@@ -384,7 +387,23 @@ void FileBrowserPrivate::showStatus() {
         text = BrowserTexts::listed(sumOfRows());
     else
         return;
+    if (text == status->text())
+        return;
     status->setText(text);
+    status->setAccessibleName({});
+}
+
+// That a folder is empty, or cannot be read, is a notice, which is told by itself.
+void FileBrowserPrivate::tellRead() {
+    if (isReadTold || model->gatherer()->isGathering() ||
+        model->listing()->state() != FileListing::State::Complete)
+        return;
+    isReadTold = true;
+    if (!QAccessible::isActive() || model->rowCount() == 0)
+        return;
+    status->setAccessibleName(BrowserTexts::read(model->rowCount()));
+    QAccessibleEvent event(status, QAccessible::Alert);
+    QAccessible::updateAccessibility(&event);
 }
 
 void FileBrowserPrivate::rowsSelected() {

@@ -52,6 +52,7 @@ public:
     // FileBrowserParts.cpp
     void build();
     void buildTop();
+    QBoxLayout* buildBottom();
     void buildActions();
     void buildLooks();
     void buildLookMenu();
@@ -79,6 +80,7 @@ public:
     void tellListed(bool isListed);
     void showActions();
     void showStatus();
+    void tellRead();
     std::vector<BrowserNoticeBox::Choice> choices(BrowserNotice notice);
     void rowsSelected();
     /** The folder above; the folder itself at the top. */
@@ -133,6 +135,7 @@ public:
     QTimer change;                           ///< until the face changes by itself
     QTimer memorize;                         ///< until what is remembered is written
     std::optional<BrowserTexts::Sum> rowSum; ///< none after rows have changed
+    bool isReadTold = true;                  ///< to assistive tools, once a visit
     bool isLooking = false;
     bool toldListed = false; ///< FileBrowser::isListed()
     bool areRowsLeaving = false;

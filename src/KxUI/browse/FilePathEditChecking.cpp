@@ -106,6 +106,6 @@ void FilePathEdit::Private::showButtons() {
         icon = "PathThere";
     stateAction->setVisible(icon != nullptr);
     stateAction->setIcon(icon ? IconFactory::icon(QLatin1String(icon)) : QIcon());
-    stateAction->setText(validity == Checking ? tr("Looking…") : validityText);
+    stateAction->setText(validity == Checking ? tr("Looking\u2026") : validityText);
     q->setAccessibleDescription(validityText);
 }

@@ -22,6 +22,7 @@ QRect PathBarPrivate::rowRect() const {
 CrumbButton* PathBarPrivate::add(CrumbButton::Part part) {
     auto* const button = new CrumbButton(part, q);
     button->hide();
+    QWidget::setTabOrder(field, button); // in the place of the bar, however late it is made
     button->installEventFilter(q);
     QObject::connect(button, &QAbstractButton::clicked, q, [this, button] { press(button); });
     return button;

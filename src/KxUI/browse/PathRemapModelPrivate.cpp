@@ -100,7 +100,7 @@ QString PathRemapModel::Private::problemOf(int row) const {
     case PathRemap::Problem::RelativeSource:
         return tr("The path to replace must begin at the root or with a drive.");
     case PathRemap::Problem::UpwardSource:
-        return tr("The path to replace must not have \"..\" in it.");
+        return tr("The path to replace must not have \u201c..\u201d in it.");
     case PathRemap::Problem::NoDestination:
         return tr("Nothing to replace it by is given.");
     }

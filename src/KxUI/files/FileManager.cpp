@@ -154,30 +154,30 @@ QString FileManager::errorText(int error, const QByteArray& path) {
         lastName = lastName.mid(lastName.lastIndexOf('/') + 1);
     const QString name = QChar(0x2068) + FileTexts::name(viewOf(lastName)) + QChar(0x2069);
     if (error == NoFrames)
-        return Text::tr("\"%1\" has no place for the numbers of frames.").arg(name);
+        return Text::tr("\u201c%1\u201d has no place for the numbers of frames.").arg(name);
     switch (Platform::failureOf(error)) {
     case Failure::None:
         return {};
     case Failure::NotFound:
-        return Text::tr("\"%1\" does not exist.").arg(name);
+        return Text::tr("\u201c%1\u201d does not exist.").arg(name);
     case Failure::NotADirectory:
-        return Text::tr("\"%1\" does not lie in a folder.").arg(name);
+        return Text::tr("\u201c%1\u201d does not lie in a folder.").arg(name);
     case Failure::Denied:
-        return Text::tr("You have no permission to change \"%1\".").arg(name);
+        return Text::tr("You have no permission to change \u201c%1\u201d.").arg(name);
     case Failure::Unreachable:
-        return Text::tr("The server of \"%1\" does not answer.").arg(name);
+        return Text::tr("The server of \u201c%1\u201d does not answer.").arg(name);
     case Failure::NameTooLong:
-        return Text::tr("The name \"%1\" is too long.").arg(name);
+        return Text::tr("The name \u201c%1\u201d is too long.").arg(name);
     case Failure::Exists:
-        return Text::tr("\"%1\" exists already.").arg(name);
+        return Text::tr("\u201c%1\u201d exists already.").arg(name);
     case Failure::DiskFull:
-        return Text::tr("There is no room left on the disk of \"%1\".").arg(name);
+        return Text::tr("There is no room left on the disk of \u201c%1\u201d.").arg(name);
     case Failure::ReadOnly:
-        return Text::tr("The disk of \"%1\" can only be read.").arg(name);
+        return Text::tr("The disk of \u201c%1\u201d can only be read.").arg(name);
     case Failure::OtherDisk:
-        return Text::tr("\"%1\" cannot be moved to another disk by renaming.").arg(name);
+        return Text::tr("\u201c%1\u201d cannot be moved to another disk by renaming.").arg(name);
     default:
-        return Text::tr("\"%1\" cannot be changed: %2.").arg(name, qt_error_string(error));
+        return Text::tr("\u201c%1\u201d cannot be changed: %2.").arg(name, qt_error_string(error));
     }
 }
 
