@@ -184,6 +184,25 @@ private slots:
         QVERIFY(chosen() > 0 && chosen() < 31 * 20);
     }
 
+    void asksForAPixelOfWhatIsThere() {
+        const Picture picture = Picture::ofGrey(128);
+        picture.memory[picture.image.stride * 7 + 3 * 9] = 255;
+        m_model->setImage(picture.image);
+        m_scope->setChannels(HistogramScope::Red);
+        QTRY_VERIFY(m_model->isCurrent());
+        QSignalSpy requested(m_scope.get(), &ScopeView::pixelRequested);
+        int x = m_scope->width() - 30;
+        while (x > 200 && m_scope->readoutAt({x, 60}).count == 0)
+            --x;
+        QTest::mouseClick(m_scope.get(), Qt::LeftButton, Qt::ControlModifier, {x, 60});
+        QTRY_COMPARE(requested.count(), 1);
+        QCOMPARE(requested.takeFirst()[0].toPoint(), QPoint(9, 7));
+        moveTo(*m_scope, {x, 60});
+        QTest::keyClick(m_scope.get(), Qt::Key_P);
+        QTRY_COMPARE(requested.count(), 1);
+        QCOMPARE(m_model->selection().kind, ScopeSelection::Kind::Nothing);
+    }
+
     void axisPansAndZoomsInEveryCell() {
         m_scope->setLayout(HistogramScope::SideBySide);
         m_scope->setChannels(HistogramScope::Red | HistogramScope::Green);

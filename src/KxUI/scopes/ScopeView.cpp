@@ -58,8 +58,15 @@ ScopeModel* ScopeView::model() const {
 
 void ScopeView::setModel(ScopeModel* model) {
     KXUI_INTERFACE_THREAD(this);
-    if (borrowScopeModel(this, *d, d->model, model))
-        d->modelGone();
+    if (!borrowScopeModel(this, *d, d->model, model))
+        return;
+    if (model) {
+        connect(model, &ScopeModel::found, this, [this](const QObject* who, const QPoint& pixel) {
+            if (who == this)
+                Q_EMIT pixelRequested(pixel);
+        });
+    }
+    d->modelGone();
 }
 
 Drawing ScopeView::drawing() const {
@@ -241,9 +248,9 @@ bool ScopeView::event(QEvent* event) {
         if (d->isMoreKey(*key))
             event->accept();
         const bool takesEscape = d->drag.isActive() || d->cursor.has_value();
-        if (isOwnKey(*key,
-                     {Qt::Key_Left, Qt::Key_Right, Qt::Key_Up, Qt::Key_Down, Qt::Key_Plus,
-                      Qt::Key_Equal, Qt::Key_Minus, Qt::Key_0, Qt::Key_B, Qt::Key_U, Qt::Key_H}) ||
+        if (isOwnKey(*key, {Qt::Key_Left, Qt::Key_Right, Qt::Key_Up, Qt::Key_Down, Qt::Key_Plus,
+                            Qt::Key_Equal, Qt::Key_Minus, Qt::Key_0, Qt::Key_B, Qt::Key_U,
+                            Qt::Key_H, Qt::Key_P}) ||
             (takesEscape && isOwnKey(*key, {Qt::Key_Escape})))
             event->accept();
     } else if (event->type() == QEvent::WindowStateChange) {

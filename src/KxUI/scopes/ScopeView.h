@@ -24,13 +24,14 @@ class ScopeViewPrivate;
     pixels, and needs nothing counted while it is hidden.
 
     Mouse: moving it tells what is below it; dragging with the left button selects values, whose
-    pixels hosts show (selectionMask()); a double click takes the selection away. The middle button
-    pans and the wheel zooms about the cursor.
+    pixels hosts show (selectionMask()); a double click takes the selection away, and a click with
+    Control asks for the first pixel of what is there. The middle button pans and the wheel zooms
+    about the cursor.
 
     Keys: the arrows move a cursor from bin to bin, ten with Shift, and Return selects what is there;
     plus and minus zoom, 0 shows everything; B brightens and Shift+B dims; U takes the next unit; H
-    holds the present result for comparison, or lets it go; Escape takes back a drag, else the
-    selection, else the cursor.
+    holds the present result for comparison, or lets it go; P asks for the first pixel of what the
+    cursor is on; Escape takes back a drag, else the selection, else the cursor.
 
     A selection is told as one edit from press to release. Made by its subclasses only. Interface
     thread. */
@@ -114,6 +115,11 @@ Q_SIGNALS:
     /** What the cursor is on, or that it is on nothing. */
     void hovered(const Kestrel::UI::ScopeReadout& readout);
     void hoverLeft();
+
+    /** The user asks where in the picture that is which the cursor is on: the first such pixel from the
+        upper left, in the full frame. Comes some time after the key or the click, and not where there
+        is none. */
+    void pixelRequested(const QPoint& fullFramePixel);
 
     /** The user begins to select values. Always followed by one editFinished(), unless the scope is
         deleted. */

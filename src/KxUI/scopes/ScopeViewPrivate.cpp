@@ -323,7 +323,10 @@ void ScopeViewPrivate::execute(const ScopeCommand& command) {
     case ScopeCommand::Nothing:
         break;
     case ScopeCommand::Click:
-        click(where, command.to);
+        if (drag.modifiers() & Qt::ControlModifier)
+            requestPixel(where.fromWidget(command.to));
+        else
+            click(where, command.to);
         break;
     case ScopeCommand::Turn:
         turn(command.to - command.from);
@@ -373,8 +376,22 @@ void ScopeViewPrivate::select(const ScopeSelection& selection, bool asWholeEdit)
         Q_EMIT q->editFinished(true);
 }
 
+QRect ScopeViewPrivate::pixelsAt(const QPointF&) const {
+    return {};
+}
+
 bool ScopeViewPrivate::click(const ScopeGeometry&, const QPointF&) {
     return false;
+}
+
+ScopeSelection ScopeViewPrivate::binAt(const QPointF& uv) const {
+    const QPointF half(step().width() / 2, step().height() / 2);
+    return selectionOf(uv - half, uv + half, {uv - half, uv + half});
+}
+
+void ScopeViewPrivate::requestPixel(const QPointF& uv) {
+    if (model && !readoutAt(uv).isNull())
+        model->find(q, binAt(uv), pixelsAt(uv));
 }
 
 void ScopeViewPrivate::moveCursor(const QPointF& bins) {
@@ -418,11 +435,8 @@ bool ScopeViewPrivate::pressKey(const QKeyEvent& event) {
         return true;
     case Qt::Key_Return:
     case Qt::Key_Enter:
-        if (cursor) {
-            const QPointF half(step().width() / 2, step().height() / 2);
-            select(selectionOf(*cursor - half, *cursor + half, {*cursor - half, *cursor + half}),
-                   true);
-        }
+        if (cursor)
+            select(binAt(*cursor), true);
         return true;
     case Qt::Key_Escape:
         escape();
@@ -457,6 +471,10 @@ bool ScopeViewPrivate::shortcut(const QKeyEvent& event) {
             model->clearReference();
         else if (model)
             model->hold();
+        return true;
+    case Qt::Key_P:
+        if (cursor)
+            requestPixel(*cursor);
         return true;
     default:
         return false;

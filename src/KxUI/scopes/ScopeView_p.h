@@ -72,6 +72,8 @@ public:
     /** The values between two places; `path` is that of the mouse, in the same units. */
     virtual ScopeSelection selectionOf(const QPointF& from, const QPointF& to,
                                        const QVector<QPointF>& path) const = 0;
+    /** The part of the full frame that a place speaks of; null: all that is counted. */
+    virtual QRect pixelsAt(const QPointF& uv) const;
     /** A press and release at a place of the widget; false: nothing of the scope's own. */
     virtual bool click(const ScopeGeometry& geometry, const QPointF& position);
     /** The mouse turns what is shown by a path in logical pixels; of scopes whose drags turn. */
@@ -153,6 +155,9 @@ private:
     void paintBadges(DrawingContext& context, const ScopeGeometry& geometry) const;
     void paintCursor(DrawingContext& context, const ScopeGeometry& geometry) const;
     void moveCursor(const QPointF& bins);
+    /** What is selected at a place. */
+    ScopeSelection binAt(const QPointF& uv) const;
+    void requestPixel(const QPointF& uv);
     bool shortcut(const QKeyEvent& event);
     bool isTraceOf(ScopeModel::Changes changes);
 

@@ -44,7 +44,7 @@ public:
     /** Sets the range to the values, if that was asked for and they are counted. */
     void fitIfCounted();
     /** The part of the full frame that is counted in the columns around a place. */
-    QRect pixelsAt(const QPointF& uv) const;
+    QRect pixelsAt(const QPointF& uv) const override;
 
     WaveformScope::Mode mode = WaveformScope::Luma;
     WaveformScope::Orientation orientation = WaveformScope::Columns;
