@@ -1,3 +1,4 @@
+#include <KxUI/scopes/ColorSpaceScope.h>
 #include <KxUI/scopes/HistogramScope.h>
 #include <KxUI/scopes/ScopeResult.h>
 
@@ -168,6 +169,48 @@ void addFilter(const std::string& work, const std::string& description, AVPixelF
     });
 }
 
+// Every repaint from another side.
+void turn(benchmark::State& state, const ScopeImage& picture, Drawing drawing) {
+    ScopeModel model;
+    model.setSolidRange({0, 1, 32});
+    ColorSpaceScope scope;
+    scope.setModel(&model);
+    scope.setDrawing(drawing);
+    scope.resize(800, 600);
+    scope.show();
+    model.setImage(picture);
+    while (!model.isCurrent())
+        QCoreApplication::processEvents();
+    QImage image(scope.size(), QImage::Format_RGB32);
+    scope.render(&image);
+    if (drawing == Drawing::OpenGL && !scope.usesOpenGL()) {
+        state.SkipWithError("no OpenGL");
+        return;
+    }
+    for (auto _ : state) {
+        scope.setOrbit(scope.yaw() + 5, scope.pitch());
+        scope.render(&image);
+    }
+}
+
+// Of every cell that a solid has.
+ScopeImage allColors() {
+    constexpr int Size = 1024;
+    auto pixels = std::make_shared<std::vector<unsigned char>>(3 * Size * Size);
+    std::uint32_t random = 1;
+    for (unsigned char& each : *pixels) {
+        random = random * 1664525 + 1013904223;
+        each = static_cast<unsigned char>(random >> 24);
+    }
+    ScopeImage image;
+    image.owner = pixels;
+    image.pixels = pixels->data();
+    image.layout = PixelLayout::RGB8;
+    image.width = image.height = Size;
+    image.stride = 3 * Size;
+    return image;
+}
+
 void figuresTheirs(benchmark::State& state) {
     OIIO::ImageSpec spec(Width, Height, 4, OIIO::TypeDesc::HALF);
     OIIO::ImageBuf buffer(spec, const_cast<std::uint16_t*>(frame().halves.data()));
@@ -243,6 +286,21 @@ void registerBenchmarks() {
     });
     Kestrel::Bench::add(figures, "OpenImageIO", figuresTheirs);
     targetRatio(figures, "OpenImageIO", 50);
+
+    const auto addTurn = [](const std::string& work, const char* who, const ScopeImage& picture,
+                            Drawing drawing) {
+        Kestrel::Bench::add(work, who, [picture, drawing](benchmark::State& state) {
+            turn(state, picture, drawing);
+        });
+    };
+    addTurn("colour space repainted after a turn, 800 x 600", "ours", frame().image,
+            Drawing::Painter);
+    const std::string full = "32,768 cells repainted after a turn";
+    addTurn(full, "ours", allColors(), Drawing::Painter);
+    addTurn(full, "by OpenGL", allColors(), Drawing::OpenGL);
+    targetRatio(full, "by OpenGL", 8);
+    const std::string hues = "hues and saturations";
+    addOurs(hues, parts(ScopeRequest::Hues));
 
     const std::string all = "everything of a picture, theirs without a cube";
     addOurs(all, parts(ScopeRequest::AllParts));
