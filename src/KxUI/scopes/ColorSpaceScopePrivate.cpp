@@ -1,12 +1,14 @@
 #include <KxUI/scopes/ColorSpaceScope_p.h>
+#include <KxUI/scopes/ScopeMenu_p.h>
 
-#include <QActionGroup>
 #include <QKeyEvent>
 #include <QMenu>
 
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <utility>
+#include <vector>
 
 namespace Kestrel::UI {
 namespace {
@@ -284,64 +286,79 @@ void ColorSpaceScopePrivate::restoreFrom(const QVariantMap& state) {
         scope->setOrbit(value.toDouble(), state.value(PitchKey, orbit.pitch).toDouble());
     });
     take(LeastKey, [&](const QVariant& value) { scope->setMinimumCount(value.toInt()); });
-    take(SlabKey, [&](const QVariant& value) {
-        if (value.toBool())
-            scope->setSlab(state.value(SlabLowerKey).toDouble(),
-                           state.value(SlabUpperKey, 1).toDouble());
-        else
-            scope->clearSlab();
-    });
+    take(SlabKey, [&](const QVariant&) { restoreSlab(state); });
     take(WiresKey,
          [&](const QVariant& value) { scope->setGamutWires(Scope::GamutWires(value.toInt())); });
+}
+
+void ColorSpaceScopePrivate::restoreSlab(const QVariantMap& state) {
+    if (state.value(SlabKey).toBool())
+        view()->setSlab(state.value(SlabLowerKey).toDouble(),
+                        state.value(SlabUpperKey, 1).toDouble());
+    else
+        view()->clearSlab();
 }
 
 void ColorSpaceScopePrivate::addActions(QMenu& menu) {
     using Scope = ColorSpaceScope;
     Scope* const scope = view();
-    const auto add = [](QMenu& to, const QString& text, bool on, auto slot, QObject* context) {
-        QAction* const action = to.addAction(text);
-        action->setCheckable(true);
-        action->setChecked(on);
-        QObject::connect(action, &QAction::triggered, context, slot);
-        return action;
-    };
-    auto* const spaces = new QActionGroup(&menu);
+    std::vector<std::pair<Scope::Space, QString>> spaces;
     for (const Scope::Space each : {Scope::RgbCube, Scope::YCbCrSolid, Scope::HsvCone})
-        spaces->addAction(add(
-            menu, spaceText(each), each == space, [scope, each] { scope->setSpace(each); }, scope));
-    menu.addSeparator();
-    add(
-        menu, Scope::tr("Without perspective"), projection == Scope::Orthographic,
-        [scope](bool on) { scope->setProjection(on ? Scope::Orthographic : Scope::Perspective); },
-        scope);
-    const auto wire = [&](const QString& text, Scope::GamutWire which) {
-        add(
-            menu, text, wires.testFlag(which),
-            [this, scope, which](bool on) {
-                scope->setGamutWires(on ? wires | which : wires & ~Scope::GamutWires(which));
-            },
-            scope);
+        spaces.emplace_back(each, spaceText(each));
+    addChoices(menu, Scope::tr("Space"), spaces, space, scope,
+               [scope](Scope::Space each) { scope->setSpace(each); });
+    addChoices<int>(menu, Scope::tr("Look from"),
+                    {{Scope::HomeView, Scope::tr("Home")},
+                     {Scope::FrontView, Scope::tr("Front")},
+                     {Scope::SideView, Scope::tr("Side")},
+                     {Scope::TopView, Scope::tr("Top")}},
+                    presentView(), scope,
+                    [scope](int from) { scope->showView(Scope::NamedView(from)); });
+    addToggle(
+        menu, Scope::tr("Without perspective"), projection == Scope::Orthographic, scope,
+        [scope](bool on) { scope->setProjection(on ? Scope::Orthographic : Scope::Perspective); });
+    addWires(menu);
+    addSizes(menu);
+}
+
+// -1 where it has no name.
+int ColorSpaceScopePrivate::presentView() const {
+    if (projection == ColorSpaceScope::Perspective)
+        return orbit == Home && viewport.isWhole() ? ColorSpaceScope::HomeView : -1;
+    return orbit == SolidOrbit{0, 0}    ? ColorSpaceScope::FrontView
+           : orbit == SolidOrbit{90, 0} ? ColorSpaceScope::SideView
+           : orbit == SolidOrbit{0, 90} ? ColorSpaceScope::TopView
+                                        : -1;
+}
+
+void ColorSpaceScopePrivate::addWires(QMenu& menu) {
+    using Scope = ColorSpaceScope;
+    QMenu* const lines = menu.addMenu(Scope::tr("Lines"));
+    const auto add = [&](const QString& text, Scope::GamutWire which) {
+        addToggle(*lines, text, wires.testFlag(which), view(), [this, which](bool on) {
+            view()->setGamutWires(on ? wires | which : wires & ~Scope::GamutWires(which));
+        });
     };
-    wire(Scope::tr("Edges of the signal"), Scope::LegalWire);
-    wire(Scope::tr("Grey axis"), Scope::GreyAxis);
-    wire(Scope::tr("Rec 709 in this space"), Scope::Rec709Wire);
-    wire(Scope::tr("Rec 2020 in this space"), Scope::Rec2020Wire);
+    add(Scope::tr("Edges of the signal"), Scope::LegalWire);
+    add(Scope::tr("Grey axis"), Scope::GreyAxis);
+    add(Scope::tr("Rec 709 in this space"), Scope::Rec709Wire);
+    add(Scope::tr("Rec 2020 in this space"), Scope::Rec2020Wire);
+}
+
+void ColorSpaceScopePrivate::addSizes(QMenu& menu) {
     if (!model)
         return;
-    QMenu* const sizes = menu.addMenu(Scope::tr("Cells"));
-    auto* const group = new QActionGroup(sizes);
-    for (const int cells : {16, 32, 64}) {
-        ValueRange range = model->solidRange();
-        const bool on = range.bins == cells;
-        range.bins = cells;
-        group->addAction(add(
-            *sizes, Scope::tr("%1 along each edge").arg(cells), on,
-            [held = model, range] {
-                if (held)
-                    held->setSolidRange(range);
-            },
-            scope));
-    }
+    std::vector<std::pair<int, QString>> sizes;
+    for (const int cells : {16, 32, 64})
+        sizes.emplace_back(cells, ColorSpaceScope::tr("%1 along each edge").arg(cells));
+    addChoices(menu, ColorSpaceScope::tr("Cells"), sizes, model->solidRange().bins, view(),
+               [held = model](int cells) {
+                   if (!held)
+                       return;
+                   ValueRange range = held->solidRange();
+                   range.bins = cells;
+                   held->setSolidRange(range);
+               });
 }
 
 } // namespace Kestrel::UI

@@ -56,6 +56,10 @@ private:
     const SolidPlaces& places() const;
     /** The cell that a place speaks of; -1: none. */
     int cellAt(const QPointF& uv) const;
+    void restoreSlab(const QVariantMap& state);
+    int presentView() const;
+    void addWires(QMenu& menu);
+    void addSizes(QMenu& menu);
     QString colorText(const SolidShape::Color& rgb) const;
 
     void paintWires(DrawingContext& context, const SolidProjection& at, bool front) const;

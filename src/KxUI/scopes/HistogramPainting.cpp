@@ -171,38 +171,18 @@ void HistogramScopePrivate::paintTrace(DrawingContext& context, const ScopeGeome
     const std::vector<Cell> all = cells(geometry);
     if (all.empty())
         return;
-    const HistogramScope::Layout arranged = arrangement(geometry);
     paintAxes(context, geometry, all);
     makeColumns(int(std::lround(all.front().area.width() * geometry.ratio)));
+    const HistogramScope::Layout arranged = arrangement(geometry);
     for (const Cell& cell : all) {
-        context.setClip(cell.area);
-        for (const Columns& columns : m_columns) {
-            if (std::find(cell.traces.begin(), cell.traces.end(), columns.trace) !=
-                cell.traces.end())
-                paintChannel(context, cell.area, columns);
-        }
-        if (mainTrace(cell) == Hue)
-            paintHues(context, cell.area);
-        if (arranged == HistogramScope::Overlay)
-            continue;
-        // Above a cell that has neighbours at its sides, or what is told in its corner would meet it.
-        const Trace trace = cell.traces.front();
-        const bool isAbove = arranged == HistogramScope::SideBySide;
-        const QFontMetricsF metrics(labelFont());
-        context.setClip(QRectF());
-        context.text({cell.area.left() + (isAbove ? 0 : 4),
-                      cell.area.top() + (isAbove ? -metrics.height() - 1 : 2), cell.area.width(),
-                      metrics.height()},
-                     Qt::AlignLeft | Qt::AlignVCenter,
-                     metrics.elidedText(traceName(trace), Qt::ElideRight, cell.area.width()),
-                     labelFont(), lightOf(trace));
-    }
-    context.setClip(QRectF());
-    if (arranged == HistogramScope::SideBySide) {
-        for (const Cell& cell : all)
+        paintCell(context, cell);
+        if (arranged != HistogramScope::Overlay)
+            paintName(context, cell, arranged == HistogramScope::SideBySide);
+        if (arranged == HistogramScope::SideBySide)
             paintSides(context, cell.area, cell.traces);
-        return;
     }
+    if (arranged == HistogramScope::SideBySide)
+        return;
     // Of the colours of a plot that all share.
     std::vector<Trace> sides = shownAndCounted();
     if (sides.size() > 1)
@@ -210,6 +190,30 @@ void HistogramScopePrivate::paintTrace(DrawingContext& context, const ScopeGeome
             std::remove_if(sides.begin(), sides.end(), [](Trace trace) { return trace > Blue; }),
             sides.end());
     paintSides(context, geometry.plot, sides);
+}
+
+void HistogramScopePrivate::paintCell(DrawingContext& context, const Cell& cell) const {
+    context.setClip(cell.area);
+    for (const Columns& columns : m_columns) {
+        if (std::find(cell.traces.begin(), cell.traces.end(), columns.trace) != cell.traces.end())
+            paintChannel(context, cell.area, columns);
+    }
+    if (mainTrace(cell) == Hue)
+        paintHues(context, cell.area);
+    context.setClip(QRectF());
+}
+
+// Above a cell that has neighbours at its sides, or what is told in its corner would meet it.
+void HistogramScopePrivate::paintName(DrawingContext& context, const Cell& cell,
+                                      bool isAbove) const {
+    const Trace trace = cell.traces.front();
+    const QFontMetricsF metrics(labelFont());
+    const QRectF room(cell.area.left() + (isAbove ? 0 : 4),
+                      cell.area.top() + (isAbove ? -metrics.height() - 1 : 2), cell.area.width(),
+                      metrics.height());
+    context.text(room, Qt::AlignLeft | Qt::AlignVCenter,
+                 metrics.elidedText(traceName(trace), Qt::ElideRight, room.width()), labelFont(),
+                 lightOf(trace));
 }
 
 void HistogramScopePrivate::paintChannel(DrawingContext& context, const QRectF& area,

@@ -314,19 +314,23 @@ ScopeReadout HistogramScopePrivate::readoutAt(const QPointF& uv) const {
     readout.count = countAt(main, *spot);
     readout.share = double(readout.count) / double(pixels);
     describe(readout);
-    if (traces.size() == 1)
-        return readout;
+    if (traces.size() > 1)
+        readout.text = readout.valueText + QStringLiteral(": ") + countsText(*spot);
+    return readout;
+}
+
+// Of all channels there; those with an axis of their own say where on it.
+QString HistogramScopePrivate::countsText(const Spot& spot) const {
     QStringList each;
-    for (const Trace trace : traces) {
-        const QString count = q->locale().toString(quint64(countAt(trace, *spot)));
-        const bool hasOwnAxis = isOfColor(trace) && trace != main;
+    for (const Trace trace : spot.cell.traces) {
+        const QString count = q->locale().toString(quint64(countAt(trace, spot)));
+        const bool hasOwnAxis = isOfColor(trace) && trace != mainTrace(spot.cell);
         each.append(hasOwnAxis
                         ? HistogramScope::tr("%1 %2: %3")
-                              .arg(traceName(trace), textOf(trace, valueAt(trace, spot->u)), count)
+                              .arg(traceName(trace), textOf(trace, valueAt(trace, spot.u)), count)
                         : HistogramScope::tr("%1 %2").arg(traceName(trace), count));
     }
-    readout.text = readout.valueText + QStringLiteral(": ") + each.join(QStringLiteral(", "));
-    return readout;
+    return each.join(QStringLiteral(", "));
 }
 
 // What a bar at a side stands for.

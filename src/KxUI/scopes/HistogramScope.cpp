@@ -2,14 +2,12 @@
 
 #include <KxUI/kit/InterfaceThread_p.h>
 #include <KxUI/scopes/HistogramScope_p.h>
+#include <KxUI/scopes/ScopeMenu_p.h>
 
-#include <QActionGroup>
 #include <QMenu>
 
 #include <algorithm>
-#include <array>
 #include <cmath>
-#include <utility>
 
 namespace Kestrel::UI {
 namespace {
@@ -225,6 +223,18 @@ void HistogramScopePrivate::restoreFrom(const QVariantMap& state) {
     take(LowerKey, [&](const QVariant& value) {
         scope->setRange(value.toDouble(), state.value(UpperKey, upper).toDouble());
     });
+    if (scope)
+        restoreHeights(state);
+}
+
+void HistogramScopePrivate::restoreHeights(const QVariantMap& state) {
+    using Scope = HistogramScope;
+    const QPointer<Scope> scope(view());
+    const auto take = [&](const QString& key, auto set) {
+        const auto found = state.find(key);
+        if (scope && found != state.end())
+            set(*found);
+    };
     take(LogKey, [&](const QVariant& value) { scope->setLogCounts(value.toBool()); });
     take(CumulativeKey, [&](const QVariant& value) { scope->setCumulative(value.toBool()); });
     take(EqualAreaKey, [&](const QVariant& value) { scope->setEqualArea(value.toBool()); });
@@ -238,33 +248,23 @@ void HistogramScopePrivate::restoreFrom(const QVariantMap& state) {
 void HistogramScopePrivate::addActions(QMenu& menu) {
     using Scope = HistogramScope;
     Scope* const scope = view();
-    const auto toggle = [scope](QMenu& to, const QString& text, bool on, auto slot) {
-        QAction* const action = to.addAction(text);
-        action->setCheckable(true);
-        action->setChecked(on);
-        QObject::connect(action, &QAction::triggered, scope, slot);
-        return action;
-    };
-    QMenu* const shown = menu.addMenu(Scope::tr("Channels"));
+    QMenu* const all = menu.addMenu(Scope::tr("Channels"));
     for (int trace = 0; trace < Traces; ++trace) {
         const auto bit = Scope::Channel(1 << trace);
-        toggle(*shown, traceName(Trace(trace)), channels.testFlag(bit),
-               [this, scope, bit](bool on) {
-                   scope->setChannels(on ? channels | bit : channels & ~Scope::Channels(bit));
-               });
+        addToggle(*all, traceName(Trace(trace)), channels.testFlag(bit), scope,
+                  [this, scope, bit](bool on) {
+                      scope->setChannels(on ? channels | bit : channels & ~Scope::Channels(bit));
+                  });
     }
-    auto* const layouts = new QActionGroup(&menu);
-    const std::array<std::pair<Scope::Layout, QString>, 3> texts{
-        {{Scope::Overlay, Scope::tr("Channels on each other")},
-         {Scope::Stacked, Scope::tr("Channels above each other")},
-         {Scope::SideBySide, Scope::tr("Channels side by side")}}};
-    for (const auto& [each, text] : texts)
-        layouts->addAction(
-            toggle(menu, text, layout == each, [scope, each = each] { scope->setLayout(each); }));
-    menu.addSeparator();
-    toggle(menu, Scope::tr("Logarithmic heights"), logCounts, &Scope::setLogCounts);
-    toggle(menu, Scope::tr("Cumulative line"), cumulative, &Scope::setCumulative);
-    toggle(menu, Scope::tr("Areas in proportion"), equalArea, &Scope::setEqualArea);
+    addChoices<Scope::Layout>(menu, Scope::tr("Layout"),
+                              {{Scope::Overlay, Scope::tr("On each other")},
+                               {Scope::Stacked, Scope::tr("Above each other")},
+                               {Scope::SideBySide, Scope::tr("Side by side")}},
+                              layout, scope,
+                              [scope](Scope::Layout each) { scope->setLayout(each); });
+    addToggle(menu, Scope::tr("Logarithmic heights"), logCounts, scope, &Scope::setLogCounts);
+    addToggle(menu, Scope::tr("Cumulative line"), cumulative, scope, &Scope::setCumulative);
+    addToggle(menu, Scope::tr("Areas in proportion"), equalArea, scope, &Scope::setEqualArea);
     QObject::connect(menu.addAction(Scope::tr("Fit range to values")), &QAction::triggered, scope,
                      &Scope::fitRange);
 }

@@ -129,6 +129,8 @@ private:
     Beyond beyond(Trace trace) const;
     std::pair<double, double> seenOf(Trace trace) const;
     bool hasNone(const Cell& cell) const;
+    QString countsText(const Spot& spot) const;
+    void restoreHeights(const QVariantMap& state);
     ScopeReadout sideReadout(const Spot& spot) const;
     /** What a selection in a cell looks at; nothing for alpha. */
     static std::optional<ScopeSelection::Channel> channelOf(const Cell& cell);
@@ -142,6 +144,8 @@ private:
     void makeAreasEqual(Trace trace, std::vector<float>& columns) const;
     float fullOf(const Columns& columns) const;
     std::vector<float> heightsOf(const std::vector<float>& columns, float most) const;
+    void paintCell(DrawingContext& context, const Cell& cell) const;
+    void paintName(DrawingContext& context, const Cell& cell, bool isAbove) const;
     void paintChannel(DrawingContext& context, const QRectF& area, const Columns& columns) const;
     void paintLine(DrawingContext& context, const QRectF& area, const std::vector<float>& heights,
                    const LineStroke& stroke) const;
