@@ -151,7 +151,7 @@ private slots:
         QVERIFY(model.index(3, PathRemapModel::From)
                     .data(Qt::AccessibleTextRole)
                     .toString()
-                    .contains("\"..\""));
+                    .contains("\u201c..\u201d"));
         table.setTryPath("/q");
         QCOMPARE(model.matchingRule(), -1);
         QCOMPARE(model.triedResult(), QString("/q"));

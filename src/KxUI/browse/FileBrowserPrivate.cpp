@@ -396,10 +396,10 @@ void FileBrowserPrivate::showStatus() {
 // That a folder is empty, or cannot be read, is a notice, which is told by itself.
 void FileBrowserPrivate::tellRead() {
     if (isReadTold || model->gatherer()->isGathering() ||
-        model->listing()->state() != FileListing::State::Complete)
+        model->listing()->state() != FileListing::State::Complete || model->rowCount() == 0)
         return;
     isReadTold = true;
-    if (!QAccessible::isActive() || model->rowCount() == 0)
+    if (!QAccessible::isActive())
         return;
     status->setAccessibleName(BrowserTexts::read(model->rowCount()));
     QAccessibleEvent event(status, QAccessible::Alert);
