@@ -14,8 +14,22 @@ namespace Kestrel::Workbench {
 PlayReport::PlayReport(MainWindow* window, int seconds)
     : m_window(window)
     , m_seconds(seconds) {
+    // Folders are listed while the event loop runs; what they hold is opened then.
+    constexpr int mostPatience = 20000;
+    QTimer::singleShot(mostPatience, this, [this] {
+        if (!m_clock.isValid())
+            begin();
+    });
+    connect(window->session(), &Session::sequenceChanged, this, &PlayReport::play);
+    QTimer::singleShot(0, this, &PlayReport::play);
+}
+
+void PlayReport::play() {
+    Player* player = m_window->session()->player();
+    if (m_window->session()->sequence().isEmpty() || player->isPlaying() || m_clock.isValid())
+        return;
+    player->play();
     // The first second fills the cache and warms everything up; it does not count.
-    QTimer::singleShot(0, this, [this] { m_window->session()->player()->play(); });
     QTimer::singleShot(1000, this, &PlayReport::begin);
 }
 

@@ -21,6 +21,7 @@ public:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
+    void play();
     void begin();
     void print();
 
