@@ -142,13 +142,15 @@ private slots:
     // Whoever cancels finds whole files only, and no trace of the one that was being written.
     void cancelLeavesWholeFiles() {
         std::atomic<int> count{0};
-        SequenceExport* running = nullptr;
+        std::atomic<SequenceExport*> running{nullptr}; // the work may be ahead of its maker
         SequenceExport work(plan(), &m_tasks, "Export", nullptr,
                             [&](const std::string& path, const FileBytes& bytes) {
                                 if (++count < 3)
                                     return writeNewFile(path, bytes);
                                 writeNewFile(path, FileBytes(bytes.begin(), bytes.begin() + 100));
-                                running->task()->cancel();
+                                while (!running)
+                                    std::this_thread::yield();
+                                running.load()->task()->cancel();
                                 return errorOf(EIO);
                             });
         running = &work;
@@ -167,11 +169,10 @@ private slots:
     }
 
     void errorsAreAnswered() {
-        // The disk is full from the third file on, the second time for once only.
+        // The disk is full from the third file on.
         std::atomic<int> count{0};
-        bool isFull = true;
         const auto write = [&](const std::string& path, const FileBytes& bytes) {
-            if (++count < 3 || !isFull)
+            if (++count < 3)
                 return writeNewFile(path, bytes);
             writeNewFile(path, FileBytes(bytes.begin(), bytes.begin() + 100));
             return errorOf(ENOSPC);
