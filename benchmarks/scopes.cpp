@@ -1,6 +1,8 @@
 #include <KxUI/scopes/ColorSpaceScope.h>
 #include <KxUI/scopes/HistogramScope.h>
 #include <KxUI/scopes/ScopeResult.h>
+#include <KxUI/scopes/Vectorscope.h>
+#include <KxUI/scopes/WaveformScope.h>
 
 #include <OpenImageIO/imagebuf.h>
 #include <OpenImageIO/imagebufalgo.h>
@@ -218,25 +220,52 @@ void figuresTheirs(benchmark::State& state) {
         benchmark::DoNotOptimize(OIIO::ImageBufAlgo::computePixelStats(buffer, {}, 1));
 }
 
-// Repaints with the pointer at another place.
-void hover(benchmark::State& state) {
-    ScopeModel model;
-    HistogramScope scope;
-    scope.setModel(&model);
-    scope.resize(800, 600);
-    scope.show();
-    model.setImage(frame().image);
-    while (!model.isCurrent())
-        QCoreApplication::processEvents();
-    QImage image(scope.size(), QImage::Format_RGB32);
-    int x = 0;
-    for (auto _ : state) {
-        x = (x + 1) % 600;
-        QMouseEvent event(QEvent::MouseMove, QPointF(100 + x, 200), scope.mapToGlobal(QPoint(x, 0)),
-                          Qt::NoButton, Qt::NoButton, Qt::NoModifier);
-        QApplication::sendEvent(&scope, &event);
+// A scope of the picture, counted and shown once.
+template <class Scope>
+struct Shown {
+    explicit Shown(void (*prepare)(Scope&)) {
+        if (prepare)
+            prepare(scope);
+        scope.setModel(&model);
+        scope.resize(800, 600);
+        scope.show();
+        model.setImage(frame().image);
+        while (!model.isCurrent())
+            QCoreApplication::processEvents();
         scope.render(&image);
     }
+
+    ScopeModel model;
+    Scope scope;
+    QImage image{800, 600, QImage::Format_RGB32};
+};
+
+// Repaints with the pointer at another place, and at another brightness.
+template <class Scope>
+void addRepaints(const std::string& name, void (*prepare)(Scope&) = nullptr) {
+    Kestrel::Bench::add(name + " repainted after a hover, 800 x 600", "ours",
+                        [prepare](benchmark::State& state) {
+                            Shown<Scope> shown(prepare);
+                            int x = 0;
+                            for (auto _ : state) {
+                                x = (x + 1) % 600;
+                                QMouseEvent event(QEvent::MouseMove, QPointF(100 + x, 200),
+                                                  shown.scope.mapToGlobal(QPoint(x, 0)),
+                                                  Qt::NoButton, Qt::NoButton, Qt::NoModifier);
+                                QApplication::sendEvent(&shown.scope, &event);
+                                shown.scope.render(&shown.image);
+                            }
+                        });
+    Kestrel::Bench::add(name + " repainted at another brightness, 800 x 600", "ours",
+                        [prepare](benchmark::State& state) {
+                            Shown<Scope> shown(prepare);
+                            bool isBright = false;
+                            for (auto _ : state) {
+                                isBright = !isBright;
+                                shown.scope.setBrightness(isBright ? 1 : 0);
+                                shown.scope.render(&shown.image);
+                            }
+                        });
 }
 
 } // namespace
@@ -316,5 +345,11 @@ void registerBenchmarks() {
     });
     targetRatio(all, "libavfilter", 5);
 
-    Kestrel::Bench::add("histogram repainted after a hover, 800 x 600", "ours", hover);
+    addRepaints<HistogramScope>("histogram");
+    addRepaints<WaveformScope>("waveform of luma");
+    addRepaints<WaveformScope>(
+        "parade of RGB", [](WaveformScope& scope) { scope.setMode(WaveformScope::RgbParade); });
+    addRepaints<WaveformScope>(
+        "waveform of RGB", [](WaveformScope& scope) { scope.setMode(WaveformScope::RgbOverlay); });
+    addRepaints<Vectorscope>("vectorscope");
 }

@@ -4,6 +4,8 @@
 #include <KxUI/scopes/ColorSpaceScope.h>
 #include <KxUI/scopes/HistogramScope.h>
 #include <KxUI/scopes/ScopeView_p.h>
+#include <KxUI/scopes/Vectorscope.h>
+#include <KxUI/scopes/WaveformScope.h>
 
 #include <support/Columns.h>
 #include <support/TestRegistry.h>
@@ -37,6 +39,26 @@ std::unique_ptr<ScopeView> solid(ColorSpaceScope::Space space) {
     return scope;
 }
 
+std::unique_ptr<ScopeView> waveform(WaveformScope::Mode mode, bool rows) {
+    auto scope = std::make_unique<WaveformScope>();
+    scope->setMode(mode);
+    scope->setOrientation(rows ? WaveformScope::Rows : WaveformScope::Columns);
+    scope->setEnvelope(WaveformScope::InstantEnvelope);
+    scope->setLimits(WaveformScope::EbuR103);
+    scope->setSecondUnitShown(true);
+    return scope;
+}
+
+std::unique_ptr<ScopeView> vectors(Vectorscope::Coloring coloring, bool log) {
+    auto scope = std::make_unique<Vectorscope>();
+    scope->setColoring(coloring);
+    scope->setLogRadius(log);
+    scope->setIQLines(true);
+    scope->setSkinToneLine(true);
+    scope->setBoxes(Vectorscope::LargeBoxes);
+    return scope;
+}
+
 } // namespace
 
 Q_DECLARE_METATYPE(Make)
@@ -52,6 +74,10 @@ private slots:
         add("histograms", Make([] { return histogram(HistogramScope::SideBySide); }));
         add("cube", Make([] { return solid(ColorSpaceScope::RgbCube); }));
         add("YCbCr", Make([] { return solid(ColorSpaceScope::YCbCrSolid); }));
+        add("waveform", Make([] { return waveform(WaveformScope::RgbOverlay, false); }));
+        add("parade", Make([] { return waveform(WaveformScope::YCbCrParade, true); }));
+        add("vectors", Make([] { return vectors(Vectorscope::Phosphor, false); }));
+        add("vectors by hue", Make([] { return vectors(Vectorscope::Hue, true); }));
         add("cone", Make([] { return solid(ColorSpaceScope::HsvCone); }));
     }
 

@@ -8,8 +8,10 @@
 #include <support/TestRegistry.h>
 
 #include <QApplication>
+#include <QSignalSpy>
 #include <QtTest>
 
+#include <algorithm>
 #include <cmath>
 
 using namespace Kestrel::UI;
@@ -265,7 +267,7 @@ private slots:
     }
 
     void selectionAndPixels() {
-        const Bars bars(QStringLiteral("pal75bars"));
+        const Bars bars(QStringLiteral("smptehdbars"));
         m_model->setImage(bars.picture.image);
         m_scope->setMode(WaveformScope::YCbCrParade);
         QTRY_VERIFY(m_model->isCurrent());
@@ -280,18 +282,32 @@ private slots:
         const ScopeSelection chosen = m_model->selection();
         QCOMPARE(chosen.channel, ScopeSelection::Cb);
         QVERIFY(std::fabs(chosen.upper - 0.498F) < 0.02F && chosen.lower > 0);
+        const auto isBlue = [](const Bars::Codes& codes) { return codes.cb == 212; };
+        const int blue =
+            int(std::find_if(bars.all.begin(), bars.all.end(), isBlue) - bars.all.begin());
         // Pixels of a column are looked for in that column, and where pixels are counted.
         QVector<QPoint> found;
         connect(m_model.get(), &ScopeModel::found, this,
                 [&found](const QObject*, const QPoint& pixel) { found.append(pixel); });
         m_model->find(this, chosen, QRect(0, 0, 3, 3));
-        m_model->find(this, chosen, QRect(7 * Bars::Width + 3, 5, 2, 2));
+        m_model->find(this, chosen, QRect(blue * Bars::Width + 3, 5, 2, 2));
         QTRY_COMPARE(found.size(), 1);
-        QCOMPARE(found[0], QPoint(7 * Bars::Width + 3, 5));
+        QCOMPARE(found[0], QPoint(blue * Bars::Width + 3, 5));
         m_model->setRegion({0, 20, 500, 5});
         m_model->find(this, chosen);
         QTRY_COMPARE(found.size(), 2);
         QCOMPARE(found[1].y(), 20);
+        // A click says where that is which a scope shows: in the column that it is shown in.
+        QSignalSpy requested(m_scope.get(), &ScopeView::pixelRequested);
+        m_model->setRegion({});
+        QTRY_VERIFY(m_model->isCurrent());
+        const double value = (bars.all[std::size_t(blue)].luma - 16) / 219.0;
+        const double s = (blue + 0.5) / double(bars.all.size());
+        const QPointF at = where.toWidget({s / 3, WaveformAxis().placeOf(value)});
+        QTest::mouseClick(m_scope.get(), Qt::LeftButton, Qt::ControlModifier, at.toPoint());
+        QTRY_COMPARE(requested.count(), 1);
+        const QPoint pixel = requested[0][0].toPoint();
+        QVERIFY(pixel.x() / Bars::Width == blue && pixel.y() == 0);
     }
 
     // Two views of one model see what each of them needs.
@@ -352,7 +368,14 @@ private slots:
             m_model->setImage(Picture::ofGrey(static_cast<unsigned char>(code)).image);
             QTRY_VERIFY(m_model->isCurrent());
         }
+        // What is held is seen where it is to be.
+        m_model->hold();
+        m_model->setImage(Picture::ofGrey(90).image);
+        QTRY_VERIFY(m_model->isCurrent());
+        const QImage compared = m_scope->toImage({300, 200});
+        m_scope->setShowReference(false);
         const QImage reached = m_scope->toImage({300, 200});
+        QVERIFY(reached != compared);
         m_scope->resetPeak();
         QVERIFY(m_scope->toImage({300, 200}) != reached);
     }

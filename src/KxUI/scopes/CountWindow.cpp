@@ -137,4 +137,34 @@ IntensityGrid densitiesOf(const std::uint32_t* first, const CountAxis& across,
     return IntensityGrid(across.pixels, down.pixels, std::move(densities));
 }
 
+PlacedLight withoutDark(const QRectF& target, const IntensityGrid& grid, double ratio) {
+    int left = grid.width();
+    int right = 0;
+    int top = grid.height();
+    int bottom = 0;
+    for (int y = 0; y < grid.height(); ++y) {
+        const float* const row = grid.row(y);
+        const auto isLit = [](float density) { return density > 0; };
+        const float* const first = std::find_if(row, row + grid.width(), isLit);
+        if (first == row + grid.width())
+            continue;
+        int last = grid.width() - 1;
+        while (!isLit(row[last]))
+            --last;
+        left = std::min(left, int(first - row));
+        right = std::max(right, last + 1);
+        top = std::min(top, y);
+        bottom = y + 1;
+    }
+    if (right <= left)
+        return {target, IntensityGrid()};
+    std::vector<float> lit;
+    lit.reserve(std::size_t(right - left) * std::size_t(bottom - top));
+    for (int y = top; y < bottom; ++y)
+        lit.insert(lit.end(), grid.row(y) + left, grid.row(y) + right);
+    return {QRectF(target.topLeft() + QPointF(left, top) / ratio,
+                   QSizeF(right - left, bottom - top) / ratio),
+            IntensityGrid(right - left, bottom - top, std::move(lit))};
+}
+
 } // namespace Kestrel::UI

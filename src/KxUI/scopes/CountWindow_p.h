@@ -2,6 +2,8 @@
 
 #include <KxUI/draw/IntensityGrid.h>
 
+#include <QRectF>
+
 #include <cstddef>
 #include <cstdint>
 
@@ -23,5 +25,15 @@ struct CountAxis {
     move a trace by less than a pixel and lose nothing. Nothing for empty axes. */
 IntensityGrid densitiesOf(const std::uint32_t* first, const CountAxis& across,
                           const CountAxis& down, double expected);
+
+/** Light, and where it is to be shown. */
+struct PlacedLight {
+    QRectF target;
+    IntensityGrid light;
+};
+
+/** What is left of a grid for `target` without its dark borders: a trace fills little of its plot, and
+    dark pixels take as long to draw as others. `ratio` is the device pixel ratio. */
+PlacedLight withoutDark(const QRectF& target, const IntensityGrid& grid, double ratio);
 
 } // namespace Kestrel::UI

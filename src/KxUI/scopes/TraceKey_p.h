@@ -7,18 +7,20 @@ namespace Kestrel::UI {
 /** What a trace depends on beside the counts and what is shown of them. */
 struct TraceKey {
     TraceKey() = default;
-    explicit TraceKey(const ScopeGeometry& geometry)
+    TraceKey(const ScopeGeometry& geometry, const void* reference)
         : plot(geometry.plot)
         , view(geometry.view)
-        , ratio(geometry.ratio) {}
+        , ratio(geometry.ratio)
+        , held(reference) {}
 
     friend bool operator==(const TraceKey& a, const TraceKey& b) {
-        return a.plot == b.plot && a.view == b.view && a.ratio == b.ratio;
+        return a.plot == b.plot && a.view == b.view && a.ratio == b.ratio && a.held == b.held;
     }
 
     QRectF plot;
     ScopeViewport view;
-    double ratio = 0; // of none
+    double ratio = 0;           // of none
+    const void* held = nullptr; // only compared
 };
 
 } // namespace Kestrel::UI

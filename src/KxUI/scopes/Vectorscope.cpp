@@ -2,6 +2,7 @@
 
 #include <KxUI/kit/InterfaceThread_p.h>
 #include <KxUI/scopes/ScopeMenu_p.h>
+#include <KxUI/scopes/ScopeState_p.h>
 #include <KxUI/scopes/Vectorscope_p.h>
 
 #include <algorithm>
@@ -211,30 +212,20 @@ void VectorscopePrivate::saveTo(QVariantMap& state) const {
 
 void VectorscopePrivate::restoreFrom(const QVariantMap& state) {
     using Scope = Vectorscope;
-    const QPointer<Scope> scope(view());
-    const auto take = [&](const QString& key, auto set) {
-        const auto found = state.find(key);
-        if (scope && found != state.end())
-            set(*found);
-    };
-    const auto choice = [](const QVariant& value, int last) {
-        return std::clamp(value.toInt(), 0, last);
-    };
-    take(GainKey, [&](const QVariant& value) { scope->setGain(value.toInt()); });
-    take(LogKey, [&](const QVariant& value) { scope->setLogRadius(value.toBool()); });
-    take(TargetsKey,
-         [&](const QVariant& value) { scope->setTargets(Scope::Targets(value.toInt())); });
-    take(BoxesKey, [&](const QVariant& value) {
-        scope->setBoxes(Scope::Boxes(choice(value, Scope::LargeBoxes)));
-    });
-    take(IQKey, [&](const QVariant& value) { scope->setIQLines(value.toBool()); });
-    take(SkinKey, [&](const QVariant& value) { scope->setSkinToneLine(value.toBool()); });
-    take(SkinAngleKey, [&](const QVariant& value) { scope->setSkinToneAngle(value.toDouble()); });
-    take(HullKey, [&](const QVariant& value) { scope->setGamutHull(value.toBool()); });
-    take(ColoringKey, [&](const QVariant& value) {
-        scope->setColoring(Scope::Coloring(choice(value, Scope::Hue)));
-    });
-    take(LumaLowerKey, [&](const QVariant& value) {
+    Scope* const scope = view();
+    ScopeState<Scope> from(state, scope);
+    from.take(GainKey, [&](const QVariant& value) { scope->setGain(value.toInt()); });
+    from.flag(LogKey, &Scope::setLogRadius);
+    from.take(TargetsKey,
+              [&](const QVariant& value) { scope->setTargets(Scope::Targets(value.toInt())); });
+    from.choice(BoxesKey, &Scope::setBoxes, Scope::LargeBoxes);
+    from.flag(IQKey, &Scope::setIQLines);
+    from.flag(SkinKey, &Scope::setSkinToneLine);
+    from.take(SkinAngleKey,
+              [&](const QVariant& value) { scope->setSkinToneAngle(value.toDouble()); });
+    from.flag(HullKey, &Scope::setGamutHull);
+    from.choice(ColoringKey, &Scope::setColoring, Scope::Hue);
+    from.take(LumaLowerKey, [&](const QVariant& value) {
         scope->setLumaGate(value.toDouble(), state.value(LumaUpperKey, lumaUpper).toDouble());
     });
 }
@@ -242,25 +233,8 @@ void VectorscopePrivate::restoreFrom(const QVariantMap& state) {
 void VectorscopePrivate::addActions(QMenu& menu) {
     using Scope = Vectorscope;
     Scope* const scope = view();
-    if (model) {
-        const auto set = [this](const RgbToYCbCrMatrix& matrix) {
-            if (!model)
-                return;
-            ScopeEncoding changed = model->encoding();
-            changed.matrix = matrix;
-            model->setEncoding(changed);
-        };
-        QMenu* const matrices = menu.addMenu(Scope::tr("Matrix"));
-        std::vector<RgbToYCbCrMatrix> all{rec2020Matrix()};
-        for (int i = ColorSpace::Count - 1; i >= 0; --i)
-            all.insert(all.begin(), colorSpaceRgbToYCbCr(i));
-        for (const RgbToYCbCrMatrix& matrix : all) {
-            QAction* const action = matrices->addAction(matrixName(matrix));
-            action->setCheckable(true);
-            action->setChecked(matrixName(matrix) == matrixName(encoding().matrix));
-            QObject::connect(action, &QAction::triggered, scope, [set, matrix] { set(matrix); });
-        }
-    }
+    if (model)
+        addMatrixActions(menu);
     addChoices<int>(menu, Scope::tr("Gain"),
                     {{1, QStringLiteral("1")}, {2, QStringLiteral("2")}, {4, QStringLiteral("4")}},
                     gain, scope, [scope](int each) { scope->setGain(each); });
@@ -270,18 +244,49 @@ void VectorscopePrivate::addActions(QMenu& menu) {
                                  {Scope::Hue, Scope::tr("Hue")}},
                                 coloring, scope,
                                 [scope](Scope::Coloring each) { scope->setColoring(each); });
-    for (const auto& [target, text] : {std::pair(Scope::Targets75, Scope::tr("Targets of 75 %")),
-                                       std::pair(Scope::Targets100, Scope::tr("Targets of 100 %"))})
-        addToggle(menu, text, targets & target, scope, [scope, each = target](bool on) {
-            scope->setTargets(on ? scope->targets() | each
-                                 : scope->targets() & ~Scope::Targets(each));
+    addLineActions(menu);
+    addToggle(menu, Scope::tr("Logarithmic distances"), logRadius, scope, &Scope::setLogRadius);
+}
+
+void VectorscopePrivate::addMatrixActions(QMenu& menu) {
+    std::vector<std::pair<int, QString>> names;
+    std::vector<RgbToYCbCrMatrix> all;
+    int present = -1;
+    const auto add = [&](const RgbToYCbCrMatrix& matrix) {
+        const QString text = matrixName(matrix);
+        if (text == matrixName(encoding().matrix))
+            present = int(all.size());
+        names.emplace_back(int(all.size()), text);
+        all.push_back(matrix);
+    };
+    for (int i = 0; i < ColorSpace::Count; ++i)
+        add(colorSpaceRgbToYCbCr(i));
+    add(rec2020Matrix());
+    addChoices<int>(menu, Vectorscope::tr("Matrix"), names, present, view(), [this, all](int each) {
+        if (!model)
+            return;
+        ScopeEncoding changed = model->encoding();
+        changed.matrix = all[std::size_t(each)];
+        model->setEncoding(changed);
+    });
+}
+
+void VectorscopePrivate::addLineActions(QMenu& menu) {
+    using Scope = Vectorscope;
+    Scope* const scope = view();
+    const auto addTargets = [&](const QString& text, Scope::Target target) {
+        addToggle(menu, text, targets & target, scope, [scope, target](bool on) {
+            const Scope::Targets others = scope->targets() & ~Scope::Targets(target);
+            scope->setTargets(on ? others | target : others);
         });
+    };
+    addTargets(Scope::tr("Targets of 75 %"), Scope::Targets75);
+    addTargets(Scope::tr("Targets of 100 %"), Scope::Targets100);
     addToggle(menu, Scope::tr("Large boxes"), boxes == Scope::LargeBoxes, scope,
               [scope](bool on) { scope->setBoxes(on ? Scope::LargeBoxes : Scope::SmallBoxes); });
     addToggle(menu, Scope::tr("Hull of the gamut"), gamutHull, scope, &Scope::setGamutHull);
     addToggle(menu, Scope::tr("I and Q"), iqLines, scope, &Scope::setIQLines);
     addToggle(menu, Scope::tr("Skin tone line"), skinToneLine, scope, &Scope::setSkinToneLine);
-    addToggle(menu, Scope::tr("Logarithmic distances"), logRadius, scope, &Scope::setLogRadius);
 }
 
 } // namespace Kestrel::UI

@@ -129,13 +129,13 @@ IntensityGrid VectorscopePrivate::logLightOf(const ScopeVectors& vectors,
     return IntensityGrid(width, height, std::move(light));
 }
 
-QImage VectorscopePrivate::tinted(const IntensityGrid& light, const ScopeGeometry& geometry) const {
-    QImage image = Kestrel::UI::lightOf(light, toneCurve(), QColor(Qt::white));
+QImage VectorscopePrivate::tinted(const PlacedLight& lit, const ScopeGeometry& geometry) const {
+    QImage image = Kestrel::UI::lightOf(lit.light, toneCurve(), QColor(Qt::white));
     for (int y = 0; y < image.height(); ++y) {
         auto* const row = reinterpret_cast<QRgb*>(image.scanLine(y));
         for (int x = 0; x < image.width(); ++x) {
             const int shown = qRed(row[x]);
-            const QPointF at = geometry.plot.topLeft() + QPointF(x + 0.5, y + 0.5) / geometry.ratio;
+            const QPointF at = lit.target.topLeft() + QPointF(x + 0.5, y + 0.5) / geometry.ratio;
             if (shown == 0) {
                 row[x] = 0;
                 continue;
@@ -148,23 +148,32 @@ QImage VectorscopePrivate::tinted(const IntensityGrid& light, const ScopeGeometr
     return image;
 }
 
-void VectorscopePrivate::paintTrace(DrawingContext& context, const ScopeGeometry& geometry) {
+// Kept while only the brightness changes.
+void VectorscopePrivate::makeTraces(const ScopeGeometry& geometry) {
     const auto counted = result();
-    if (!(m_key == TraceKey(geometry)) || m_light.isEmpty()) {
-        const auto held = shownReference();
-        m_reference = held && held != counted ? lightOf(held->vectors, geometry) : IntensityGrid();
-        m_light = lightOf(counted->vectors, geometry);
-        m_key = TraceKey(geometry);
+    const auto held = shownReference();
+    const TraceKey key(geometry, held.get());
+    if (!(m_key == key)) {
+        const auto lit = [&](const ScopeVectors& vectors) {
+            return withoutDark(geometry.plot, lightOf(vectors, geometry), geometry.ratio);
+        };
+        m_reference = held && held != counted ? lit(held->vectors) : PlacedLight();
+        m_light = lit(counted->vectors);
+        m_key = key;
     }
+}
+
+void VectorscopePrivate::paintTrace(DrawingContext& context, const ScopeGeometry& geometry) {
+    makeTraces(geometry);
     context.setClip(geometry.plot);
     paintPlane(context, geometry);
     QColor dim = colors.limit;
     dim.setAlphaF(ReferenceDim);
-    context.intensity(geometry.plot, m_reference, toneCurve(), dim);
-    if (coloring == Vectorscope::Hue && !m_light.isEmpty())
-        context.image(geometry.plot, tinted(m_light, geometry));
+    context.intensity(m_reference.target, m_reference.light, toneCurve(), dim);
+    if (coloring == Vectorscope::Hue && !m_light.light.isEmpty())
+        context.image(m_light.target, tinted(m_light, geometry));
     else
-        context.intensity(geometry.plot, m_light, toneCurve(),
+        context.intensity(m_light.target, m_light.light, toneCurve(),
                           coloring == Vectorscope::White ? QColor(225, 225, 225)
                                                          : QColor(70, 255, 120));
     context.setClip(QRectF());

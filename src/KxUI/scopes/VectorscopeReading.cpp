@@ -23,12 +23,12 @@ VectorRange VectorscopePrivate::vectorRange() const {
 
 void VectorscopePrivate::changeCounts() {
     askModel();
-    m_light = IntensityGrid();
+    m_key = TraceKey();
     changeTrace();
 }
 
 void VectorscopePrivate::resultChanged() {
-    m_light = IntensityGrid();
+    m_key = TraceKey();
     // Another picture may be in other codes.
     const VectorRange wanted = vectorRange();
     if (wanted == m_asked)
@@ -126,21 +126,24 @@ ScopeSelection VectorscopePrivate::selectionOf(const QPointF& from, const QPoint
             add(signalAt(path[i]));
         return selection;
     }
-    QRectF area(signalAt(from), signalAt(to));
-    const auto counted = result();
-    const ScopeVectors& vectors = counted->vectors;
-    if (!drag.isSelecting() && vectors.size > 0) {
-        // A place is the cells that are read there.
-        const double cell =
-            (double(vectors.range.upper) - double(vectors.range.lower)) / vectors.size;
-        const QRectF cells = cellsAt(vectors, (from + to) / 2);
-        const QPointF origin(double(vectors.range.lower), double(vectors.range.lower));
-        area = QRectF(origin + cells.topLeft() * cell, origin + cells.bottomRight() * cell);
-    }
+    QRectF area = drag.isSelecting() ? QRectF() : chromaAt((from + to) / 2);
+    if (area.isEmpty())
+        area = QRectF(signalAt(from), signalAt(to));
     for (const QPointF& corner :
          {area.topLeft(), area.topRight(), area.bottomRight(), area.bottomLeft()})
         add(corner);
     return selection;
+}
+
+QRectF VectorscopePrivate::chromaAt(const QPointF& uv) const {
+    const auto counted = result();
+    const ScopeVectors& vectors = counted->vectors;
+    if (vectors.size == 0)
+        return {};
+    const double cell = (double(vectors.range.upper) - double(vectors.range.lower)) / vectors.size;
+    const QRectF cells = cellsAt(vectors, uv);
+    const QPointF origin(double(vectors.range.lower), double(vectors.range.lower));
+    return {origin + cells.topLeft() * cell, origin + cells.bottomRight() * cell};
 }
 
 } // namespace Kestrel::UI

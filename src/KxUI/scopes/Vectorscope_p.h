@@ -1,6 +1,6 @@
 #pragma once
 
-#include <KxUI/draw/IntensityGrid.h>
+#include <KxUI/scopes/CountWindow_p.h>
 #include <KxUI/scopes/ScopeView_p.h>
 #include <KxUI/scopes/TraceKey_p.h>
 #include <KxUI/scopes/VectorPlane_p.h>
@@ -47,15 +47,20 @@ public:
     double lumaUpper = std::numeric_limits<double>::infinity();
 
 private:
+    void addMatrixActions(QMenu& menu);
+    void addLineActions(QMenu& menu);
     /** Of signals, which the gain applies to, unlike targets. */
     QPointF signalAt(const QPointF& uv) const { return plane().fromUv(uv) / gain; }
     QPointF uvOfSignal(const QPointF& chroma) const { return plane().toUv(chroma * gain); }
 
+    void makeTraces(const ScopeGeometry& geometry);
     IntensityGrid lightOf(const ScopeVectors& vectors, const ScopeGeometry& geometry) const;
     IntensityGrid logLightOf(const ScopeVectors& vectors, const ScopeGeometry& geometry) const;
     /** What even spread over the plane would give a cell. */
     double expected(const ScopeVectors& vectors) const;
-    QImage tinted(const IntensityGrid& light, const ScopeGeometry& geometry) const;
+    QImage tinted(const PlacedLight& lit, const ScopeGeometry& geometry) const;
+    /** What the cells that are read at a place cover; nothing where nothing is counted. */
+    QRectF chromaAt(const QPointF& uv) const;
     QRectF cellsAt(const ScopeVectors& vectors, const QPointF& uv) const;
     std::uint64_t countAt(const QPointF& uv) const;
 
@@ -68,9 +73,9 @@ private:
     void paintOutside(DrawingContext& context, const ScopeGeometry& geometry) const;
     void paintSettings(DrawingContext& context, const ScopeGeometry& geometry) const;
 
-    IntensityGrid m_light;
-    IntensityGrid m_reference;
-    TraceKey m_key;
+    PlacedLight m_light;
+    PlacedLight m_reference;
+    TraceKey m_key; // of none: they are of other counts
     VectorRange m_asked;
 };
 

@@ -144,21 +144,20 @@ QRectF WaveformScopePrivate::visible(const ScopeGeometry& geometry, const QRectF
 
 void WaveformScopePrivate::paintTrace(DrawingContext& context, const ScopeGeometry& geometry) {
     paintGraticules(context, geometry);
-    const bool isSame =
-        m_key.plot == geometry.plot && m_key.view == geometry.view && m_key.ratio == geometry.ratio;
-    if (!isSame || m_traces.empty())
+    if (!(m_key == TraceKey(geometry, shownReference().get())) || m_traces.empty())
         makeTraces(geometry);
     const ToneCurve curve = toneCurve();
     for (const Trace& each : m_traces)
-        context.intensity(each.target, each.light, curve, each.color);
+        context.intensity(each.lit.target, each.lit.light, curve, each.color);
     paintEnvelopes(context, geometry);
     paintNames(context, geometry);
 }
 
 void WaveformScopePrivate::makeTraces(const ScopeGeometry& geometry) {
     m_traces.clear();
-    m_key = TraceKey(geometry);
-    if (const auto held = shownReference(); held && held != result()) {
+    const auto held = shownReference();
+    m_key = TraceKey(geometry, held.get());
+    if (held && held != result()) {
         QColor dim = colors.limit;
         dim.setAlphaF(ReferenceDim);
         addTraces(*held, geometry, dim);
@@ -187,15 +186,14 @@ void WaveformScopePrivate::addTraces(const ScopeResult& counted, const ScopeGeom
             const double share = (double(range.upper) - double(range.lower)) / range.bins /
                                  (values.upper - values.lower);
             const std::uint32_t* const first = waveform.column0(channel, 0);
-            const QColor light = color.value_or(lightOf(channel));
-            m_traces.push_back(
-                {target,
-                 cells.byRows
-                     ? gridOf(first, bins, columns, target, geometry.ratio, share)
-                     : gridOf(first + range.bins - 1, columns, bins, target, geometry.ratio, share),
-                 light});
+            const IntensityGrid light =
+                cells.byRows
+                    ? gridOf(first, bins, columns, target, geometry.ratio, share)
+                    : gridOf(first + range.bins - 1, columns, bins, target, geometry.ratio, share);
+            const QColor shown = color.value_or(lightOf(channel));
+            m_traces.push_back({withoutDark(target, light, geometry.ratio), shown});
             for (const bool above : {false, true})
-                addBeyond(waveform, channel, geometry, i, above, light);
+                addBeyond(waveform, channel, geometry, i, above, shown);
         }
     }
 }
@@ -233,10 +231,10 @@ void WaveformScopePrivate::addBeyond(const ScopeWaveform& waveform, Channel chan
     whole.step = waveform.columns;
     whole.cells = 1;
     whole.end = 1;
-    IntensityGrid light =
+    const IntensityGrid light =
         cells.byRows ? gridOf(counts.data(), whole, columns, bar, geometry.ratio, 1 / FullLight)
                      : gridOf(counts.data(), columns, whole, bar, geometry.ratio, 1 / FullLight);
-    m_traces.push_back({bar, std::move(light), color});
+    m_traces.push_back({withoutDark(bar, light, geometry.ratio), color});
 }
 
 // ---- Lines, labels and marks.
@@ -398,18 +396,23 @@ void WaveformScopePrivate::paintMarks(DrawingContext& context, const ScopeGeomet
     const double s = (std::floor(place / counted->proxy) + 0.5) / counted->waveform.pictureColumns;
     if (s < 0 || s > 1)
         return;
-    const QPointF half = cells.byRows ? QPointF(0, MarkHalf) : QPointF(MarkHalf, 0);
     for (std::size_t i = 0; i < cells.cells.size(); ++i) {
-        for (const Channel channel : cells.cells[i].channels) {
-            const auto value = double(values[channel]);
-            if (!std::isfinite(value))
-                continue;
-            const double t = std::clamp(axisOf(channel).placeOf(value), 0.0, 1.0);
-            const QPointF at = geometry.toWidget(cells.fromCell(i, {s, t}));
-            context.line(at - half, at + half, LineStroke(QColor(0, 0, 0, 200), 5));
-            context.line(at - half, at + half, LineStroke(lightOf(channel).lighter(120), 2));
-        }
+        for (const Channel channel : cells.cells[i].channels)
+            paintMark(context, geometry, i, channel,
+                      {s, axisOf(channel).placeOf(double(values[channel]))});
     }
+}
+
+void WaveformScopePrivate::paintMark(DrawingContext& context, const ScopeGeometry& geometry,
+                                     std::size_t cell, Channel channel, const QPointF& st) const {
+    if (!std::isfinite(st.y()))
+        return;
+    const WaveformLayout cells = layout();
+    const QPointF half = cells.byRows ? QPointF(0, MarkHalf) : QPointF(MarkHalf, 0);
+    const QPointF at =
+        geometry.toWidget(cells.fromCell(cell, {st.x(), std::clamp(st.y(), 0.0, 1.0)}));
+    context.line(at - half, at + half, LineStroke(QColor(0, 0, 0, 200), 5));
+    context.line(at - half, at + half, LineStroke(lightOf(channel).lighter(120), 2));
 }
 
 void WaveformScopePrivate::paintSelection(DrawingContext& context, const ScopeGeometry& geometry) {

@@ -268,19 +268,23 @@ ScopeSelection WaveformScopePrivate::selectionOf(const QPointF& from, const QPoi
         there.size() > 1 ? ScopeSelection::Any : ScopeSelection::Channel(there.front());
     selection.lower = float(values.valueAt(std::min(a, b)));
     selection.upper = float(values.valueAt(std::max(a, b)));
-    // A place is the bins that are read there.
+    if (!drag.isSelecting())
+        snap(selection, there.front(), cells.toCell(index, (from + to) / 2));
+    return selection;
+}
+
+void WaveformScopePrivate::snap(ScopeSelection& selection, Channel channel,
+                                const QPointF& st) const {
     const auto counted = result();
-    if (drag.isSelecting() || !shows(*counted))
-        return selection;
     const ScopeWaveform& waveform = counted->waveform;
-    const QPointF middle = cells.toCell(index, (from + to) / 2);
-    if (const auto span = spanAt(waveform, there.front(), middle)) {
-        const ValueRange& range = waveform.range(there.front());
+    if (!shows(*counted))
+        return;
+    if (const auto span = spanAt(waveform, channel, st)) {
+        const ValueRange& range = waveform.range(channel);
         const float bin = (range.upper - range.lower) / float(range.bins);
         selection.lower = range.lower + float(span->firstBin) * bin;
         selection.upper = range.lower + float(span->endBin) * bin;
     }
-    return selection;
 }
 
 } // namespace Kestrel::UI

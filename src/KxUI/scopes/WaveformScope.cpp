@@ -2,6 +2,7 @@
 
 #include <KxUI/kit/InterfaceThread_p.h>
 #include <KxUI/scopes/ScopeMenu_p.h>
+#include <KxUI/scopes/ScopeState_p.h>
 #include <KxUI/scopes/WaveformScope_p.h>
 
 #include <algorithm>
@@ -180,41 +181,38 @@ void WaveformScopePrivate::saveTo(QVariantMap& state) const {
 }
 
 void WaveformScopePrivate::restoreFrom(const QVariantMap& state) {
-    const QPointer<WaveformScope> scope(view());
-    const auto take = [&](const QString& key, auto set) {
-        const auto found = state.find(key);
-        if (scope && found != state.end())
-            set(*found);
-    };
     using Scope = WaveformScope;
-    const auto choice = [](const QVariant& value, int last) {
-        return std::clamp(value.toInt(), 0, last);
-    };
-    take(ModeKey, [&](const QVariant& value) {
-        scope->setMode(Scope::Mode(choice(value, Scope::YCbCrStack)));
-    });
-    take(OrientationKey, [&](const QVariant& value) {
-        scope->setOrientation(Scope::Orientation(choice(value, Scope::Rows)));
-    });
-    take(ColoringKey, [&](const QVariant& value) {
-        scope->setColoring(Scope::Coloring(choice(value, Scope::Phosphor)));
-    });
-    take(EnvelopeKey, [&](const QVariant& value) {
-        scope->setEnvelope(Scope::Envelope(choice(value, Scope::BothEnvelopes)));
-    });
-    take(LimitsKey, [&](const QVariant& value) {
-        scope->setLimits(Scope::Limits(choice(value, Scope::EbuR103)));
-    });
-    take(LowerKey, [&](const QVariant& value) {
+    Scope* const scope = view();
+    ScopeState<Scope> from(state, scope);
+    from.choice(ModeKey, &Scope::setMode, Scope::YCbCrStack);
+    from.choice(OrientationKey, &Scope::setOrientation, Scope::Rows);
+    from.choice(ColoringKey, &Scope::setColoring, Scope::Phosphor);
+    from.choice(EnvelopeKey, &Scope::setEnvelope, Scope::BothEnvelopes);
+    from.choice(LimitsKey, &Scope::setLimits, Scope::EbuR103);
+    from.take(LowerKey, [&](const QVariant& value) {
         scope->setRange(value.toDouble(), state.value(UpperKey, axis.upper).toDouble());
     });
-    take(SecondUnitKey,
-         [&](const QVariant& value) { scope->setSecondUnit(ScopeUnit(value.toInt())); });
-    take(SecondUnitShownKey,
-         [&](const QVariant& value) { scope->setSecondUnitShown(value.toBool()); });
+    from.choice(SecondUnitKey, &Scope::setSecondUnit, ScopeUnitCount - 1);
+    from.flag(SecondUnitShownKey, &Scope::setSecondUnitShown);
 }
 
 void WaveformScopePrivate::addActions(QMenu& menu) {
+    using Scope = WaveformScope;
+    Scope* const scope = view();
+    addChannelActions(menu);
+    addUnitActions(menu);
+    addToggle(menu, Scope::tr("By rows"), orientation == Scope::Rows, scope,
+              [scope](bool on) { scope->setOrientation(on ? Scope::Rows : Scope::Columns); });
+    addToggle(menu, Scope::tr("Phosphor"), coloring == Scope::Phosphor, scope,
+              [scope](bool on) { scope->setColoring(on ? Scope::Phosphor : Scope::Plain); });
+    QObject::connect(menu.addAction(Scope::tr("Fit range to values")), &QAction::triggered, scope,
+                     &Scope::fitRange);
+    if (envelope == Scope::PeakEnvelope || envelope == Scope::BothEnvelopes)
+        QObject::connect(menu.addAction(Scope::tr("Forget peaks")), &QAction::triggered, scope,
+                         &Scope::resetPeak);
+}
+
+void WaveformScopePrivate::addChannelActions(QMenu& menu) {
     using Scope = WaveformScope;
     Scope* const scope = view();
     addChoices<Scope::Mode>(menu, Scope::tr("Channels"),
@@ -232,6 +230,11 @@ void WaveformScopePrivate::addActions(QMenu& menu) {
                                  {Scope::BothEnvelopes, Scope::tr("Both")}},
                                 envelope, scope,
                                 [scope](Scope::Envelope each) { scope->setEnvelope(each); });
+}
+
+void WaveformScopePrivate::addUnitActions(QMenu& menu) {
+    using Scope = WaveformScope;
+    Scope* const scope = view();
     addChoices<Scope::Limits>(menu, Scope::tr("Limits"),
                               {{Scope::NoLimits, Scope::tr("None")},
                                {Scope::Legal, Scope::tr("0 and 100 %")},
@@ -249,15 +252,6 @@ void WaveformScopePrivate::addActions(QMenu& menu) {
                           });
     addToggle(menu, Scope::tr("Second unit visible"), isSecondUnitShown, scope,
               [scope](bool on) { scope->setSecondUnitShown(on); });
-    addToggle(menu, Scope::tr("By rows"), orientation == Scope::Rows, scope,
-              [scope](bool on) { scope->setOrientation(on ? Scope::Rows : Scope::Columns); });
-    addToggle(menu, Scope::tr("Phosphor"), coloring == Scope::Phosphor, scope,
-              [scope](bool on) { scope->setColoring(on ? Scope::Phosphor : Scope::Plain); });
-    QObject::connect(menu.addAction(Scope::tr("Fit range to values")), &QAction::triggered, scope,
-                     &Scope::fitRange);
-    if (envelope == Scope::PeakEnvelope || envelope == Scope::BothEnvelopes)
-        QObject::connect(menu.addAction(Scope::tr("Forget peaks")), &QAction::triggered, scope,
-                         &Scope::resetPeak);
 }
 
 } // namespace Kestrel::UI

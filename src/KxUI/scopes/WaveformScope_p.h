@@ -1,6 +1,6 @@
 #pragma once
 
-#include <KxUI/draw/IntensityGrid.h>
+#include <KxUI/scopes/CountWindow_p.h>
 #include <KxUI/scopes/ScopeView_p.h>
 #include <KxUI/scopes/TraceKey_p.h>
 #include <KxUI/scopes/WaveformEnvelope_p.h>
@@ -59,8 +59,7 @@ public:
 private:
     /** The light of a channel, for a part of the scope between device pixels. */
     struct Trace {
-        QRectF target;
-        IntensityGrid light;
+        PlacedLight lit;
         QColor color;
     };
     /** Columns and bins around a place, without their ends. */
@@ -71,6 +70,8 @@ private:
         int endBin;
     };
 
+    void addChannelActions(QMenu& menu);
+    void addUnitActions(QMenu& menu);
     bool isYCbCr() const;
     std::vector<Channel> channels() const;
     bool shows(const ScopeResult& counted) const;
@@ -81,6 +82,8 @@ private:
                                const QPointF& st) const;
     /** How much of a cell a logical pixel covers, along the picture and along the values. */
     QSizeF pixelOfCell() const;
+    /** The values of the bins that are read at a place of a cell. */
+    void snap(ScopeSelection& selection, Channel channel, const QPointF& st) const;
     ScopeReadout readoutOf(const ScopeWaveform& waveform, Channel channel, const QPointF& st) const;
     QString placeText(const ScopeReadout& readout) const;
 
@@ -95,6 +98,8 @@ private:
     void paintSecondLabels(DrawingContext& context, const QRectF& cell,
                            const std::vector<GraticuleLine>& lines) const;
     void paintNames(DrawingContext& context, const ScopeGeometry& geometry) const;
+    void paintMark(DrawingContext& context, const ScopeGeometry& geometry, std::size_t cell,
+                   Channel channel, const QPointF& st) const;
     void paintEnvelopes(DrawingContext& context, const ScopeGeometry& geometry) const;
     void paintEnvelope(DrawingContext& context, const ScopeGeometry& geometry, std::size_t cell,
                        Channel channel, const WaveformEnvelope& values,
