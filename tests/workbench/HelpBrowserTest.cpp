@@ -51,7 +51,7 @@ private slots:
             QStringLiteral("Viewer - KxUI Workbench help: 2 of 2 pictures"),
             QStringLiteral("Timeline - KxUI Workbench help: 2 of 2 pictures"),
             QStringLiteral("Grading - KxUI Workbench help: 2 of 2 pictures"),
-            QStringLiteral("Scopes and statistics - KxUI Workbench help: 0 of 0 pictures"),
+            QStringLiteral("Scopes and statistics - KxUI Workbench help: 3 of 3 pictures"),
             QStringLiteral("Workspace - KxUI Workbench help: 2 of 2 pictures"),
             QStringLiteral("Profiler - KxUI Workbench help: 1 of 1 pictures"),
             QStringLiteral("Transport controls - KxUI Workbench help: 1 of 1 pictures"),

@@ -248,6 +248,15 @@ private slots:
         model().setSelection({});
         QCOMPARE(middle(), before);
 
+        ScopesPanel scopes(m_session.get());
+        scopes.cell(0)->setKind(QStringLiteral("histogram"));
+        scopes.show();
+        QTRY_VERIFY(isCounted());
+        scopes.grab();
+        // The middle of the axis, where green is.
+        QTest::keyClick(scopes.cell(0)->view(), Qt::Key_Right);
+        emit scopes.cell(0)->view()->pixelRequested({1, 1});
+        QCOMPARE(m_session->scopes()->mark(), std::optional<QPoint>(QPoint(1, 1)));
         emit figures.figures()->pixelRequested({3, 4});
         QCOMPARE(m_session->scopes()->mark(), std::optional<QPoint>(QPoint(3, 4)));
         m_session->pointAt({5, 6});

@@ -43,6 +43,7 @@ ScopesPanel::ScopesPanel(Session* session, QWidget* parent)
             new ScopeCell(m_feed->model(), QLatin1String(kinds[i % kinds.size()].id), this);
         m_cells[i]->setKind(QLatin1String(firstKinds[i]));
         m_cells[i]->hide();
+        connect(m_cells[i], &ScopeCell::pixelRequested, m_feed, &ScopeFeed::markPixel);
     }
     m_grid->setContentsMargins(0, 0, 0, 0);
     m_grid->setSpacing(2);

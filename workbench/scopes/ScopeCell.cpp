@@ -66,11 +66,11 @@ void ScopeCell::makeView() {
     m_view->setAccessibleName(m_choice->choiceText(m_choice->currentIndex()));
     m_view->restoreState(m_settings.value(m_kind));
     m_view->setModel(m_model);
+    connect(m_view, &UI::ScopeView::pixelRequested, this, &ScopeCell::pixelRequested);
     layout()->addWidget(m_view);
     static_cast<QVBoxLayout*>(layout())->setStretchFactor(m_view, 1);
     if (hadFocus)
         m_view->setFocus();
-    emit viewChanged();
 }
 
 void ScopeCell::keepSettings() {

@@ -2,6 +2,7 @@
 
 #include <QJsonObject>
 #include <QMap>
+#include <QPoint>
 #include <QVariantMap>
 #include <QWidget>
 
@@ -35,8 +36,8 @@ public:
     void restoreState(const QJsonObject& state);
 
 signals:
-    /** Another scope is shown. */
-    void viewChanged();
+    /** The user asks to see a pixel of the full frame. */
+    void pixelRequested(const QPoint& pixel);
 
 protected:
     void showEvent(QShowEvent* event) override;

@@ -1,6 +1,9 @@
 #include "scopes/ScopeKinds.h"
 
+#include <KxUI/scopes/ColorSpaceScope.h>
 #include <KxUI/scopes/HistogramScope.h>
+#include <KxUI/scopes/Vectorscope.h>
+#include <KxUI/scopes/WaveformScope.h>
 
 #include <QCoreApplication>
 
@@ -9,9 +12,28 @@
 namespace Kestrel::Workbench {
 
 using UI::HistogramScope;
+using UI::WaveformScope;
+
+namespace {
+
+template <WaveformScope::Mode Mode>
+UI::ScopeView* waveform() {
+    auto* scope = new WaveformScope;
+    scope->setMode(Mode);
+    return scope;
+}
+
+} // namespace
 
 const std::vector<ScopeKind>& scopeKinds() {
     static const std::vector<ScopeKind> kinds{
+        {"waveform", QT_TRANSLATE_NOOP("ScopeKind", "Waveform"), waveform<WaveformScope::Luma>},
+        {"rgb-parade", QT_TRANSLATE_NOOP("ScopeKind", "RGB Parade"),
+         waveform<WaveformScope::RgbParade>},
+        {"ycbcr-parade", QT_TRANSLATE_NOOP("ScopeKind", "YCbCr Parade"),
+         waveform<WaveformScope::YCbCrParade>},
+        {"vectorscope", QT_TRANSLATE_NOOP("ScopeKind", "Vectorscope"),
+         []() -> UI::ScopeView* { return new UI::Vectorscope; }},
         {"histogram", QT_TRANSLATE_NOOP("ScopeKind", "Histogram"),
          []() -> UI::ScopeView* { return new HistogramScope; }},
         {"histogram-channels", QT_TRANSLATE_NOOP("ScopeKind", "Histogram by Channel"),
@@ -20,6 +42,8 @@ const std::vector<ScopeKind>& scopeKinds() {
              scope->setLayout(HistogramScope::Stacked);
              return scope;
          }},
+        {"cube", QT_TRANSLATE_NOOP("ScopeKind", "Colour Space"),
+         []() -> UI::ScopeView* { return new UI::ColorSpaceScope; }},
     };
     return kinds;
 }

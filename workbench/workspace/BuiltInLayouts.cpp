@@ -54,7 +54,7 @@ constexpr char wide[] = R"(
 
 constexpr char scopes[] = R"(
 <splitter orientation="1">
-  <split size="780" stretch="1"/>
+  <split size="716" stretch="1"/>
   <splitter orientation="2">
     <split size="420" stretch="1"/>
     <dock id="main" activePageId="Viewer" focus="true">
@@ -64,14 +64,14 @@ constexpr char scopes[] = R"(
     <split size="124"/>
     <dock id="foot" activePageId="Timeline"><page id="Timeline"/></dock>
   </splitter>
-  <split size="496"/>
+  <split size="560"/>
   <splitter orientation="2">
-    <split size="500" stretch="1"/>
+    <split size="400" stretch="1"/>
     <dock id="right" activePageId="Scopes">
       <page id="Scopes"/>
       <page id="Grade"/>
     </dock>
-    <split size="180"/>
+    <split size="260"/>
     <dock id="figures" activePageId="Statistics"><page id="Statistics"/></dock>
   </splitter>
 </splitter>)";
