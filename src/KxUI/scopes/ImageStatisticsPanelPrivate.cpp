@@ -135,38 +135,41 @@ void ImageStatisticsPanelPrivate::requestPixel(const QModelIndex& cell) {
 }
 
 QString ImageStatisticsPanelPrivate::summary(const ScopeResult& result) const {
-    using Panel = ImageStatisticsPanel;
     const QLocale locale;
     if (!result.error.empty())
-        return Panel::tr("Transform failed: %1").arg(QString::fromStdString(result.error));
+        return ImageStatisticsPanel::tr("Transform failed: %1")
+            .arg(QString::fromStdString(result.error));
     const ImageStatistics& all = result.statistics;
     if (result.region.isEmpty() || !(result.parts & ScopeRequest::Values))
         return model && !model->image().isEmpty() && result.region.isEmpty() && result.parts != 0
-                   ? Panel::tr("No pixels in the region")
-                   : Panel::tr("No picture");
+                   ? ImageStatisticsPanel::tr("No pixels in the region")
+                   : ImageStatisticsPanel::tr("No picture");
     QStringList parts;
     const ScopeRegion& region = result.region;
-    parts.append(Panel::tr("%1 \u00d7 %2 at %3, %4: %5 pixels")
+    parts.append(ImageStatisticsPanel::tr("%1 \u00d7 %2 at %3, %4: %5 pixels")
                      .arg(region.width)
                      .arg(region.height)
                      .arg(region.left)
                      .arg(region.top)
                      .arg(locale.toString(quint64(all.pixels))));
     if (all.transparent > 0)
-        parts.append(Panel::tr("transparent %1").arg(locale.toString(quint64(all.transparent))));
+        parts.append(ImageStatisticsPanel::tr("transparent %1")
+                         .arg(locale.toString(quint64(all.transparent))));
     if (result.proxy > 1)
-        parts.append(Panel::tr("proxy 1/%1").arg(result.proxy));
+        parts.append(ImageStatisticsPanel::tr("proxy 1/%1").arg(result.proxy));
     if (result.rowStep > 1)
-        parts.append(Panel::tr("1/%1 of rows").arg(result.rowStep));
-    parts.append(Panel::tr("outside 0 to 1: %1 %").arg(percent(all.illegal, all.pixels)));
-    parts.append((all.meetsEbuR103() ? Panel::tr("EBU R 103: %1 % outside, met")
-                                     : Panel::tr("EBU R 103: %1 % outside, not met"))
+        parts.append(ImageStatisticsPanel::tr("1/%1 of rows").arg(result.rowStep));
+    parts.append(
+        ImageStatisticsPanel::tr("outside 0 to 1: %1 %").arg(percent(all.illegal, all.pixels)));
+    parts.append((all.meetsEbuR103() ? ImageStatisticsPanel::tr("EBU R 103: %1 % outside, met")
+                                     : ImageStatisticsPanel::tr("EBU R 103: %1 % outside, not met"))
                      .arg(percent(all.outsideEbuR103, all.pixels)));
     const auto nits = [&locale](double value) {
         return locale.toString(value, 'f', value < 10 ? 2 : 0);
     };
-    parts.append(Panel::tr("MaxCLL %1 nits, frame average %2 nits, 99.995 %: %3 nits")
-                     .arg(nits(all.maxCll), nits(all.frameAverage), nits(all.level99995)));
+    parts.append(
+        ImageStatisticsPanel::tr("MaxCLL %1 nits, frame average %2 nits, 99.995 %: %3 nits")
+            .arg(nits(all.maxCll), nits(all.frameAverage), nits(all.level99995)));
     return parts.join(QStringLiteral(" \u00b7 "));
 }
 

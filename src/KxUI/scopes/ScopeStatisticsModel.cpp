@@ -15,17 +15,17 @@ constexpr double LeastLegal = 0.99;
 QString channelName(ScopeHistogram::Channel channel) {
     switch (channel) {
     case ScopeHistogram::Red:
-        return Panel::tr("Red");
+        return ImageStatisticsPanel::tr("Red");
     case ScopeHistogram::Green:
-        return Panel::tr("Green");
+        return ImageStatisticsPanel::tr("Green");
     case ScopeHistogram::Blue:
-        return Panel::tr("Blue");
+        return ImageStatisticsPanel::tr("Blue");
     case ScopeHistogram::Alpha:
-        return Panel::tr("Alpha");
+        return ImageStatisticsPanel::tr("Alpha");
     case ScopeHistogram::Luma:
-        return Panel::tr("Luma");
+        return ImageStatisticsPanel::tr("Luma");
     default:
-        return Panel::tr("Largest");
+        return ImageStatisticsPanel::tr("Largest");
     }
 }
 
@@ -37,36 +37,47 @@ struct Title {
 Title title(Panel::Column column) {
     switch (column) {
     case Panel::Minimum:
-        return {Panel::tr("Min"), Panel::tr("Smallest finite value; a double click finds it")};
+        return {ImageStatisticsPanel::tr("Min"),
+                ImageStatisticsPanel::tr("Smallest finite value; a double click finds it")};
     case Panel::Maximum:
-        return {Panel::tr("Max"), Panel::tr("Largest finite value; a double click finds it")};
+        return {ImageStatisticsPanel::tr("Max"),
+                ImageStatisticsPanel::tr("Largest finite value; a double click finds it")};
     case Panel::Mean:
-        return {Panel::tr("Mean"), Panel::tr("Mean of the finite values")};
+        return {ImageStatisticsPanel::tr("Mean"),
+                ImageStatisticsPanel::tr("Mean of the finite values")};
     case Panel::Deviation:
-        return {Panel::tr("Deviation"), Panel::tr("Standard deviation of the finite values")};
+        return {ImageStatisticsPanel::tr("Deviation"),
+                ImageStatisticsPanel::tr("Standard deviation of the finite values")};
     case Panel::Low:
-        return {Panel::tr("1 %"), Panel::tr("The value that 1 % do not exceed")};
+        return {ImageStatisticsPanel::tr("1 %"),
+                ImageStatisticsPanel::tr("The value that 1 % do not exceed")};
     case Panel::Median:
-        return {Panel::tr("Median"), Panel::tr("The value that half do not exceed")};
+        return {ImageStatisticsPanel::tr("Median"),
+                ImageStatisticsPanel::tr("The value that half do not exceed")};
     case Panel::High:
-        return {Panel::tr("99 %"), Panel::tr("The value that 99 % do not exceed")};
+        return {ImageStatisticsPanel::tr("99 %"),
+                ImageStatisticsPanel::tr("The value that 99 % do not exceed")};
     case Panel::Below:
-        return {Panel::tr("< 0"), Panel::tr("Values below 0")};
+        return {ImageStatisticsPanel::tr("< 0"), ImageStatisticsPanel::tr("Values below 0")};
     case Panel::Above:
-        return {Panel::tr("> 1"), Panel::tr("Values above 1")};
+        return {ImageStatisticsPanel::tr("> 1"), ImageStatisticsPanel::tr("Values above 1")};
     case Panel::NotANumber:
-        return {Panel::tr("NaN"), Panel::tr("Values that are no number")};
+        return {ImageStatisticsPanel::tr("NaN"),
+                ImageStatisticsPanel::tr("Values that are no number")};
     case Panel::PositiveInfinity:
-        return {Panel::tr("+inf"), Panel::tr("Positive infinities")};
+        return {ImageStatisticsPanel::tr("+inf"), ImageStatisticsPanel::tr("Positive infinities")};
     case Panel::NegativeInfinity:
-        return {Panel::tr("-inf"), Panel::tr("Negative infinities")};
+        return {ImageStatisticsPanel::tr("-inf"), ImageStatisticsPanel::tr("Negative infinities")};
     case Panel::Distinct:
-        return {Panel::tr("Distinct"), Panel::tr("Values that differ")};
+        return {ImageStatisticsPanel::tr("Distinct"),
+                ImageStatisticsPanel::tr("Values that differ")};
     case Panel::Legal:
-        return {Panel::tr("Legal %"), Panel::tr("Share of the values within 0 to 1")};
+        return {ImageStatisticsPanel::tr("Legal %"),
+                ImageStatisticsPanel::tr("Share of the values within 0 to 1")};
     default:
-        return {Panel::tr("R 103 %"),
-                Panel::tr("Share of the values within the preferred range of EBU R 103")};
+        return {ImageStatisticsPanel::tr("R 103 %"),
+                ImageStatisticsPanel::tr(
+                    "Share of the values within the preferred range of EBU R 103")};
     }
 }
 
@@ -202,7 +213,7 @@ QVariant ScopeStatisticsModel::data(const QModelIndex& index, int role) const {
     case Qt::ForegroundRole:
         return isWarning(index.row(), index.column()) ? QVariant(m_warning) : QVariant();
     case Qt::AccessibleTextRole:
-        return Panel::tr("%1, %2: %3")
+        return ImageStatisticsPanel::tr("%1, %2: %3")
             .arg(channelName(channel(index.row())), title(column(index.column())).name,
                  text(index.row(), index.column(), false));
     default:
