@@ -64,21 +64,39 @@ void CodeCounts::ascend(Channel channel, Visit visit) const {
     if (all.empty())
         return;
     const CodeAxis& axis = axes[channel];
+    // Most codes do not occur, and whole groups of them least of all.
+    constexpr std::uint32_t Group = 16;
+    const auto isEmpty = [&all](std::uint32_t first) {
+        std::uint32_t any = 0;
+        for (std::uint32_t i = 0; i < Group; ++i)
+            any |= all[first + i];
+        return any == 0;
+    };
     const auto meet = [&](std::uint32_t code) {
         if (all[code] != 0)
             visit(axis.value(code), all[code]);
     };
+    const auto rise = [&](std::uint32_t first, std::uint32_t end) {
+        for (std::uint32_t code = first; code < end; ++code) {
+            while (code % Group == 0 && code + Group <= end && isEmpty(code))
+                code += Group;
+            if (code < end)
+                meet(code);
+        }
+    };
     if (!axis.isHalf()) {
-        for (int code = 0; code < axis.count(); ++code)
-            meet(std::uint32_t(code));
+        rise(0, std::uint32_t(axis.count()));
         return;
     }
-    for (std::uint32_t code = HalfCode::Infinity - 1; code > 0; --code)
+    for (std::uint32_t code = HalfCode::Infinity - 1; code > 0; --code) {
+        while (code % Group == Group - 1 && code > Group &&
+               isEmpty((code | HalfCode::Sign) + 1 - Group))
+            code -= Group;
         meet(code | HalfCode::Sign);
+    }
     if (const std::uint64_t zeros = std::uint64_t(all[0]) + all[HalfCode::Sign])
         visit(0.0F, zeros);
-    for (std::uint32_t code = 1; code < HalfCode::Infinity; ++code)
-        meet(code);
+    rise(1, HalfCode::Infinity);
 }
 
 } // namespace Kestrel::UI

@@ -14,7 +14,7 @@
 namespace Kestrel::UI {
 
 /** The widest vector, in floats. */
-constexpr std::size_t CountingLanes = 8;
+constexpr std::size_t CountingLanes = 16;
 
 /** Red, green and blue of some pixels. */
 struct ColorPlanes {
@@ -23,7 +23,7 @@ struct ColorPlanes {
     const float* blue;
 };
 
-/** Luma and chroma of the same pixels. */
+/** Luma and chroma of the same pixels; of the chroma both or none. */
 struct YCbCrPlanes {
     float* luma;
     float* cb;
@@ -69,10 +69,10 @@ struct CountingKernels {
     void (*halfCodes)(const float* values, std::size_t pixels, std::uint16_t* codes);
     /** The nearest code of `range` to 1; values are 0-1. */
     void (*unitCodes)(const float* values, std::size_t pixels, float range, std::uint16_t* codes);
-    /** ValueRange::binOf. */
+    /** ValueRange::binOf, behind the place where the bins of a pixel begin. */
     void (*bins)(const float* values, std::size_t pixels, const ValueRange& range,
-                 std::uint16_t* bins);
-    /** (r a + g b) + b c for each row of the matrix. */
+                 const std::uint16_t* places, std::uint16_t* bins);
+    /** (r a + g b) + b c for each row of the matrix that has a plane. */
     void (*yCbCr)(const ColorPlanes& from, std::size_t pixels, const RgbToYCbCrMatrix& matrix,
                   const YCbCrPlanes& to);
     /** The largest of three; not a number if one of them is none. */
@@ -86,6 +86,8 @@ struct CountingKernels {
     /** Adds to `counts`. */
     void (*legal)(const ColorPlanes& colors, const float* luma, std::size_t pixels,
                   LegalCounts& counts);
+    /** Adds each of `count` counters to its sum; no memory beyond them is touched. */
+    void (*addCounters)(const std::uint16_t* counters, std::size_t count, std::uint32_t* sums);
 };
 
 /** Pixel by pixel: what runs on any processor, and the reference for all others. */

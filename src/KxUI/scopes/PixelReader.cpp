@@ -61,11 +61,12 @@ int groupOf(PixelLayout layout) {
 
 } // namespace
 
-PixelReader::PixelReader(const ScopeImage& image, const ScopeEncoding& encoding)
+PixelReader::PixelReader(const ScopeImage& image, const ScopeEncoding& encoding, bool readsAlpha)
     : m_image(image)
     , m_coefficients(colorSpaceYCbCrToRgb(image.colorSpace))
     , m_transform(encoding.transform)
-    , m_group(groupOf(image.layout)) {
+    , m_group(groupOf(image.layout))
+    , m_readsAlpha(readsAlpha || image.alpha != ScopeImage::Alpha::AsStored) {
     const Kind kind = kindOf(image.layout);
     const bool unpremultiplied =
         image.alpha == ScopeImage::Alpha::Unpremultiply && image.hasAlpha();
@@ -86,34 +87,29 @@ const unsigned char* PixelReader::row(int y) const {
     return static_cast<const unsigned char*>(m_image.pixels) + m_image.stride * y;
 }
 
-void PixelReader::prefetch(int x, int y, std::size_t count) const {
+void PixelReader::prefetch(int x, int y, std::size_t width) const {
     constexpr std::size_t Line = 64;
     if (y >= m_image.height)
         return;
     const std::size_t begin = rowBytes(m_image.layout, x - x % m_group);
-    const std::size_t end = rowBytes(m_image.layout, x + int(count));
+    const std::size_t end = rowBytes(m_image.layout, x + int(width));
     for (std::size_t at = begin; at < end; at += Line)
         hwy::Prefetch(row(y) + at);
 }
 
-void PixelReader::read(int x, int y, std::size_t count, PixelPiece& piece) const {
-    const int begin = x - x % m_group;
-    int end = x + int(count);
-    end = std::min(end + (m_group - end % m_group) % m_group, m_image.usableWidth());
-    const PlanarRow to{piece.alpha.data(), piece.red.data(), piece.green.data(), piece.blue.data(),
-                       1};
-    decodeRow(m_image.layout, row(y) + rowBytes(m_image.layout, begin), to, end - begin,
-              m_coefficients);
-    piece.first = std::size_t(x - begin);
-    piece.count = count;
+bool PixelReader::readsSeveralRows(int x, std::size_t width) const {
+    return x % m_group == 0 && width % std::size_t(m_group) == 0;
+}
+
+void PixelReader::read(const PixelBlock& block, PixelPiece& piece) const {
+    piece.width = block.width;
+    piece.count = block.width * std::size_t(block.rows);
     piece.transparent = 0;
+    decode(block, piece);
     if (m_image.alpha != ScopeImage::Alpha::AsStored && m_image.hasAlpha()) {
         leaveOut(piece);
         if (m_image.alpha == ScopeImage::Alpha::Unpremultiply)
             unpremultiply(piece);
-    } else {
-        for (std::size_t i = 0; i < count; ++i)
-            piece.place[i] = std::uint16_t(i);
     }
     if (m_transform)
         transform(piece);
@@ -121,6 +117,20 @@ void PixelReader::read(int x, int y, std::size_t count, PixelPiece& piece) const
         applyTransfer(piece.red.data() + piece.first, piece);
         applyTransfer(piece.green.data() + piece.first, piece);
         applyTransfer(piece.blue.data() + piece.first, piece);
+    }
+}
+
+void PixelReader::decode(const PixelBlock& block, PixelPiece& piece) const {
+    const int begin = block.x - block.x % m_group;
+    int end = block.x + int(block.width);
+    end = std::min(end + (m_group - end % m_group) % m_group, m_image.usableWidth());
+    piece.first = std::size_t(block.x - begin);
+    std::size_t at = 0;
+    for (int i = 0; i < block.rows; ++i, at += block.width) {
+        const PlanarRow to{m_readsAlpha ? piece.alpha.data() + at : nullptr, piece.red.data() + at,
+                           piece.green.data() + at, piece.blue.data() + at, 1};
+        decodeRow(m_image.layout, row(block.y + i * block.step) + rowBytes(m_image.layout, begin),
+                  to, end - begin, m_coefficients);
     }
 }
 
@@ -136,7 +146,7 @@ void PixelReader::leaveOut(PixelPiece& piece) const {
         piece.green[kept] = piece.green[from];
         piece.blue[kept] = piece.blue[from];
         piece.alpha[kept] = alpha;
-        piece.place[kept++] = std::uint16_t(i);
+        piece.places[kept++] = std::uint16_t(i % piece.width);
     }
     piece.transparent = piece.count - kept;
     piece.count = kept;

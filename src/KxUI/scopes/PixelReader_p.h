@@ -11,20 +11,24 @@
 
 namespace Kestrel::UI {
 
-/** Signals of some neighbouring pixels of a row, without those that alpha leaves out. */
+/** Signals of the pixels of a piece of some rows, row after row, without those that alpha leaves
+    out. */
 struct PixelPiece {
     /** The most pixels of a piece. */
-    static constexpr std::size_t Most = 192;
+    static constexpr std::size_t Most = 480;
     /** Room for whole groups of pixels at both ends, and for a whole vector. */
     static constexpr std::size_t Room = Most + 16 + CountingLanes;
     using Plane = std::array<float, Room>;
 
     alignas(64) Plane red{}, green{}, blue{}, alpha{}, luma{}, cb{}, cr{}, largest{};
-    /** Where in the piece each pixel lay. */
-    std::array<std::uint16_t, Room> place{};
+    std::size_t width = 0;       ///< pixels of a row, with those that alpha left out
     std::size_t count = 0;       ///< pixels
     std::size_t transparent = 0; ///< that alpha left out
 
+    /** Where in its row each pixel lay. */
+    std::size_t place(std::size_t pixel) const {
+        return transparent > 0 ? places[pixel] : pixel % width;
+    }
     ColorPlanes colors() const {
         return {first + red.data(), first + green.data(), first + blue.data()};
     }
@@ -32,22 +36,35 @@ struct PixelPiece {
 
     /** Where the pixels begin in the planes of red, green, blue and alpha. */
     std::size_t first = 0;
+    std::array<std::uint16_t, Room> places{}; // where some were left out
     alignas(64) std::array<std::uint16_t, Room> codes{};
     std::vector<float> interleaved; // for the host's transform
+};
+
+/** Neighbouring pixels of some rows that are the same distance apart. */
+struct PixelBlock {
+    int x = 0;
+    int y = 0;
+    std::size_t width = 0; ///< pixels of a row
+    int rows = 1;
+    int step = 1; ///< from row to row
 };
 
 /** Reads pieces of rows: decodes them, and makes the signal of them that the encoding describes. Many
     threads may use one reader, each with its own piece. */
 class PixelReader {
 public:
-    PixelReader(const ScopeImage& image, const ScopeEncoding& encoding);
+    /** Without `readsAlpha` alpha is read only where it says what is left out. */
+    PixelReader(const ScopeImage& image, const ScopeEncoding& encoding, bool readsAlpha = true);
 
-    /** Reads `count` pixels, at most PixelPiece::Most, which lie in the image. Lets through what the
-        transform throws. */
-    void read(int x, int y, std::size_t count, PixelPiece& piece) const;
+    /** Reads at most PixelPiece::Most pixels, which lie in the image. Several rows only where
+        `readsSeveralRows`. Lets through what the transform throws. */
+    void read(const PixelBlock& block, PixelPiece& piece) const;
+    /** Whether pieces of several rows that begin at `x` can be read at once. */
+    bool readsSeveralRows(int x, std::size_t width) const;
 
-    /** Asks the memory for the pixels of `read`. */
-    void prefetch(int x, int y, std::size_t count) const;
+    /** Asks the memory for pixels of a row; rows below the image are not there. */
+    void prefetch(int x, int y, std::size_t width) const;
 
     /** What the channels that are read are counted by: exactly if `exact`. */
     CodeAxis colorAxis() const { return m_colorAxis; }
@@ -58,6 +75,7 @@ public:
 
 private:
     const unsigned char* row(int y) const;
+    void decode(const PixelBlock& block, PixelPiece& piece) const;
     void leaveOut(PixelPiece& piece) const;
     void unpremultiply(PixelPiece& piece) const;
     void transform(PixelPiece& piece) const;
@@ -71,6 +89,7 @@ private:
     CodeAxis m_colorAxis;
     CodeAxis m_alphaAxis;
     int m_group = 1; // pixels that share samples
+    bool m_readsAlpha = true;
     bool m_exact = false;
     bool m_fine = false;
 };

@@ -29,9 +29,10 @@ void unitCodes(const float* values, std::size_t pixels, float range, std::uint16
         codes[i] = std::uint16_t(values[i] * range + 0.5F);
 }
 
-void bins(const float* values, std::size_t pixels, const ValueRange& range, std::uint16_t* to) {
+void bins(const float* values, std::size_t pixels, const ValueRange& range,
+          const std::uint16_t* places, std::uint16_t* to) {
     for (std::size_t i = 0; i < pixels; ++i)
-        to[i] = std::uint16_t(range.binOf(values[i]));
+        to[i] = std::uint16_t(places[i] + range.binOf(values[i]));
 }
 
 void yCbCr(const ColorPlanes& from, std::size_t pixels, const RgbToYCbCrMatrix& matrix,
@@ -41,6 +42,8 @@ void yCbCr(const ColorPlanes& from, std::size_t pixels, const RgbToYCbCrMatrix& 
     };
     for (std::size_t i = 0; i < pixels; ++i) {
         to.luma[i] = dot(matrix.luma, i);
+        if (!to.cb)
+            continue;
         to.cb[i] = dot(matrix.cb, i);
         to.cr[i] = dot(matrix.cr, i);
     }
@@ -109,11 +112,16 @@ void legal(const ColorPlanes& colors, const float* luma, std::size_t pixels, Leg
     }
 }
 
+void addCounters(const std::uint16_t* counters, std::size_t count, std::uint32_t* sums) {
+    for (std::size_t i = 0; i < count; ++i)
+        sums[i] += counters[i];
+}
+
 } // namespace
 
 const CountingKernels& scalarCountingKernels() noexcept {
-    static const CountingKernels kernels{"scalar", &halfCodes,   &unitCodes,  &bins, &yCbCr,
-                                         &largest, &vectorCells, &solidCells, &legal};
+    static const CountingKernels kernels{"scalar", &halfCodes,   &unitCodes,  &bins,  &yCbCr,
+                                         &largest, &vectorCells, &solidCells, &legal, &addCounters};
     return kernels;
 }
 

@@ -5,8 +5,6 @@
 #include <KxUI/scopes/ScopeScratch_p.h>
 
 #include <algorithm>
-#include <cmath>
-#include <cstring>
 #include <utility>
 
 namespace Kestrel::UI {
@@ -18,7 +16,8 @@ constexpr int MostVectorCells = 1024;
 // for all threads.
 constexpr int StripColumns = 96;
 constexpr int BandRows = 32;
-constexpr int RowsAhead = 8;
+
+constexpr int Chroma = 1 << ScopeWaveform::Cb | 1 << ScopeWaveform::Cr;
 
 using Waveform = ScopeWaveform::Channel;
 using Values = ScopeHistogram::Channel;
@@ -40,21 +39,18 @@ ScopeRequest normalized(ScopeRequest request) {
 ScopePass::ScopePass(ScopeImage image, const ScopeRequest& request, int unitSize)
     : m_image(std::move(image))
     , m_request(normalized(request))
-    , m_reader(m_image, m_request.encoding) {
+    , m_reader(m_image, m_request.encoding,
+               wants(ScopeRequest::Values) && wants(ScopeHistogram::Alpha)) {
     cutRegion();
-    const int channels = m_request.waveform.channels;
     const bool waveform = wants(ScopeRequest::Waveform);
+    const int channels = waveform ? m_request.waveform.channels : 0;
     if (waveform)
         makeWaveform();
     m_strips = waveform && !m_request.waveform.byRows;
-    m_derives = wants(ScopeRequest::Values) || wants(ScopeRequest::Vectors) ||
-                (waveform && (channels & WaveformRange::YCbCr) != 0);
-    const int columns = waveform ? m_waveform.columns : m_y.end - m_y.begin;
-    const int pixels = m_strips ? m_x.end - m_x.begin : m_y.end - m_y.begin;
-    const int wanted = unitSize > 0 ? unitSize : m_strips ? StripColumns : BandRows;
-    m_fold = std::size_t(columns > 0 ? (pixels + columns - 1) / columns : 1);
-    m_unitSize = std::max(wanted / int(m_fold), 1);
-    m_units = m_x.begin < m_x.end ? (columns + m_unitSize - 1) / m_unitSize : 0;
+    m_derivesChroma = wants(ScopeRequest::Vectors) || (channels & Chroma) != 0;
+    m_derivesLuma =
+        m_derivesChroma || wants(ScopeRequest::Values) || (channels & WaveformRange::Luma) != 0;
+    cutUnits(unitSize);
 }
 
 ScopePass::~ScopePass() = default;
@@ -72,6 +68,18 @@ void ScopePass::cutRegion() {
     };
     m_x = cut(region.left, region.width, frame.left);
     m_y = cut(region.top, region.height, frame.top);
+}
+
+void ScopePass::cutUnits(int unitSize) {
+    const bool waveform = wants(ScopeRequest::Waveform);
+    const int columns = waveform ? m_waveform.columns : m_y.end - m_y.begin;
+    const int pixels = m_strips ? m_x.end - m_x.begin : m_y.end - m_y.begin;
+    const int wanted = unitSize > 0 ? unitSize : m_strips ? StripColumns : BandRows;
+    m_fold = std::size_t(columns > 0 ? (pixels + columns - 1) / columns : 1);
+    m_unitSize = std::max(wanted / int(m_fold), 1);
+    if (waveform)
+        m_unitSize = std::min(m_unitSize, WaveformStrip::mostColumns(m_waveform));
+    m_units = m_x.begin < m_x.end ? (columns + m_unitSize - 1) / m_unitSize : 0;
 }
 
 void ScopePass::makeWaveform() {
@@ -144,178 +152,10 @@ void ScopePass::prepare(std::unique_ptr<Scratch>& scratch) const {
     scratch->hues.assign(hues, 0);
     scratch->saturations.assign(hues, 0);
     scratch->outsideByDegree.fill(0);
+    scratch->places.known = false;
     scratch->legal = LegalCounts();
     scratch->pixels = 0;
     scratch->transparent = 0;
-}
-
-void ScopePass::count(int unit, Scratch& scratch) {
-    const int first = unit * m_unitSize;
-    const bool waveform = wants(ScopeRequest::Waveform);
-    const int columns = waveform ? m_waveform.columns : m_y.end - m_y.begin;
-    const Span part{first, std::min(first + m_unitSize, columns)};
-    Span pixels = part;
-    if (waveform) {
-        scratch.strip.begin(m_waveform, part.begin, part.end);
-        scratch.placesBegin = -1;
-        pixels = {m_waveform.firstPixel(part.begin), m_waveform.firstPixel(part.end)};
-    }
-    const Span x = m_strips ? Span{m_x.begin + pixels.begin, m_x.begin + pixels.end} : m_x;
-    const Span y = m_strips ? m_y : Span{m_y.begin + pixels.begin, m_y.begin + pixels.end};
-    // Of the rows of the whole region, not of the unit, every so many are counted.
-    const int step = m_request.rowStep;
-    const int start = y.begin + (step - (y.begin - m_y.begin) % step) % step;
-    for (int row = start; row < y.end; row += step)
-        countRow(row, y, x, scratch);
-    if (waveform)
-        scratch.strip.empty(m_waveform);
-}
-
-void ScopePass::countRow(int y, Span rows, Span pixels, Scratch& scratch) {
-    const int ahead = y + RowsAhead * m_request.rowStep;
-    for (int x = pixels.begin; x < pixels.end;) {
-        const int count = std::min(pixels.end - x, int(PixelPiece::Most));
-        if (m_strips && ahead < rows.end)
-            m_reader.prefetch(x, ahead, std::size_t(count));
-        PixelPiece& piece = scratch.piece;
-        m_reader.read(x, y, std::size_t(count), piece);
-        scratch.pixels += piece.count;
-        scratch.transparent += piece.transparent;
-        derive(scratch);
-        if (wants(ScopeRequest::Values))
-            countValues(scratch);
-        if (wants(ScopeRequest::Waveform))
-            countWaveform(y, x, scratch);
-        if (wants(ScopeRequest::Vectors))
-            countVectors(scratch);
-        if (wants(ScopeRequest::Solid))
-            countSolid(scratch);
-        if (wants(ScopeRequest::Hues))
-            countHues(scratch);
-        x += count;
-    }
-}
-
-void ScopePass::derive(Scratch& scratch) const {
-    PixelPiece& piece = scratch.piece;
-    if (m_derives)
-        countingKernels().yCbCr(piece.colors(), piece.count, m_request.encoding.matrix,
-                                {piece.luma.data(), piece.cb.data(), piece.cr.data()});
-}
-
-void ScopePass::countValues(Scratch& scratch) const {
-    const CountingKernels& kernels = countingKernels();
-    PixelPiece& piece = scratch.piece;
-    const ColorPlanes colors = piece.colors();
-    kernels.legal(colors, piece.luma.data(), piece.count, scratch.legal);
-    if (wants(ScopeHistogram::Largest))
-        kernels.largest(colors, piece.count, piece.largest.data());
-    const std::array<const float*, ScopeHistogram::Channels> planes{
-        colors.red,     colors.green,      colors.blue,
-        piece.alphas(), piece.luma.data(), piece.largest.data()};
-    for (int i = 0; i < ScopeHistogram::Channels; ++i) {
-        const auto channel = Values(i);
-        if (!wants(channel))
-            continue;
-        const CodeAxis codes = axis(channel);
-        // An alpha of two bits has no room for the colours' codes.
-        if (codes.isHalf())
-            kernels.halfCodes(planes[channel], piece.count, piece.codes.data());
-        else
-            kernels.unitCodes(planes[channel], piece.count, float(codes.unit), piece.codes.data());
-        std::uint32_t* const counts = scratch.codes[channel].data();
-        for (std::size_t k = 0; k < piece.count; ++k)
-            ++counts[piece.codes[k]];
-        if (ExactSums* const sums = scratch.sums[channel].get()) {
-            for (std::size_t k = 0; k < piece.count; ++k) {
-                if (std::isfinite(planes[channel][k]))
-                    sums->add(planes[channel][k]);
-            }
-        }
-    }
-}
-
-// Where the counters of the pixels' columns are. Pixels that are not there are taken from the number
-// of their column's pixels.
-const std::uint32_t* ScopePass::placesOf(int y, int x, Scratch& scratch) {
-    const PixelPiece& piece = scratch.piece;
-    const std::size_t all = piece.count + piece.transparent;
-    const auto column = [this, y, x](std::size_t place) {
-        const int pixel = m_strips ? x - m_x.begin + int(place) : y - m_y.begin;
-        return m_columnOf[std::size_t(pixel)];
-    };
-    // In a strip every row has the same.
-    if (!m_strips || piece.transparent > 0 || scratch.placesBegin != x ||
-        scratch.placesCount != all) {
-        for (std::size_t i = 0; i < piece.count; ++i)
-            scratch.places[i] = scratch.strip.place(int(column(piece.place[i])));
-        scratch.placesBegin = piece.transparent > 0 ? -1 : x;
-        scratch.placesCount = all;
-    }
-    if (piece.transparent > 0) {
-        for (std::size_t i = 0; i < all; ++i)
-            --m_waveform.columnPixels[column(i)];
-        for (std::size_t i = 0; i < piece.count; ++i)
-            ++m_waveform.columnPixels[column(piece.place[i])];
-    }
-    return scratch.places.data();
-}
-
-void ScopePass::countWaveform(int y, int x, Scratch& scratch) {
-    const CountingKernels& kernels = countingKernels();
-    PixelPiece& piece = scratch.piece;
-    const std::uint32_t* const places = placesOf(y, x, scratch);
-    scratch.strip.expect(m_strips ? m_fold : piece.count, m_waveform);
-    const ColorPlanes colors = piece.colors();
-    const std::array<const float*, ScopeWaveform::Channels> planes{
-        colors.red, colors.green, colors.blue, piece.luma.data(), piece.cb.data(), piece.cr.data()};
-    for (int i = 0; i < ScopeWaveform::Channels; ++i) {
-        const auto channel = Waveform(i);
-        if (!m_waveform.has(channel))
-            continue;
-        kernels.bins(planes[channel], piece.count, m_waveform.range(channel), piece.codes.data());
-        scratch.strip.add(channel, piece.codes.data(), places, piece.count);
-    }
-}
-
-void ScopePass::countVectors(Scratch& scratch) const {
-    PixelPiece& piece = scratch.piece;
-    const VectorSlots slot(m_request.vectors.chroma.bins);
-    countingKernels().vectorCells(piece.colors(),
-                                  {piece.luma.data(), piece.cb.data(), piece.cr.data()},
-                                  piece.count, m_request.vectors, scratch.cells.data());
-    std::uint32_t* const counts = scratch.vectors.data();
-    const std::uint32_t before = counts[slot.outside()];
-    for (std::size_t i = 0; i < piece.count; ++i)
-        ++counts[scratch.cells[i]];
-    if (counts[slot.outside()] == before)
-        return;
-    for (std::size_t i = 0; i < piece.count; ++i) {
-        if (scratch.cells[i] == slot.outside())
-            scratch.addDirection(piece.cb[i], piece.cr[i]);
-    }
-}
-
-void ScopePass::countSolid(Scratch& scratch) const {
-    const PixelPiece& piece = scratch.piece;
-    countingKernels().solidCells(piece.colors(), piece.count, m_request.solid,
-                                 scratch.cells.data());
-    std::uint32_t* const counts = scratch.solid.data();
-    for (std::size_t i = 0; i < piece.count; ++i)
-        ++counts[scratch.cells[i]];
-}
-
-void ScopePass::countHues(Scratch& scratch) const {
-    const PixelPiece& piece = scratch.piece;
-    std::array<std::uint16_t, PixelPiece::Room> hues;
-    std::array<std::uint16_t, PixelPiece::Room> saturations;
-    hueSlots(piece.colors(), piece.count, hues.data(), saturations.data());
-    std::uint32_t* const ofHues = scratch.hues.data();
-    std::uint32_t* const ofSaturations = scratch.saturations.data();
-    for (std::size_t i = 0; i < piece.count; ++i) {
-        ++ofHues[hues[i]];
-        ++ofSaturations[saturations[i]];
-    }
 }
 
 } // namespace Kestrel::UI

@@ -40,17 +40,22 @@ private:
 
     void cutRegion();
     void makeWaveform();
-    void countRow(int y, Span columns, Span pixels, Scratch& scratch);
-    void derive(Scratch& scratch) const;
-    void countValues(Scratch& scratch) const;
-    const std::uint32_t* placesOf(int y, int x, Scratch& scratch);
-    void countWaveform(int y, int x, Scratch& scratch);
-    void countVectors(Scratch& scratch) const;
-    void countSolid(Scratch& scratch) const;
+    void cutUnits(int unitSize);
+    int rowsAtOnce(Span pixels) const;
+    void countRows(const PixelBlock& rows, Span rowsOfUnit, Scratch& scratch);
+    void compute(const PixelBlock& block, Scratch& scratch);
+    void computeValues(Scratch& scratch) const;
+    void computePlaces(const PixelBlock& block, Scratch& scratch) const;
+    void takeFromColumns(const PixelBlock& block, const PixelPiece& piece);
+    void computeWaveform(const PixelBlock& block, Scratch& scratch);
+    void addPiece(Scratch& scratch) const;
+    void addCodes(ScopeHistogram::Channel channel, Scratch& scratch) const;
+    void addVectorCells(Scratch& scratch) const;
+    bool askAhead(Scratch& scratch) const;
+    std::uint32_t columnOf(const PixelBlock& block, std::size_t place) const;
     void addValues(const std::vector<Scratch*>& scratches, ScopeResult& result) const;
     void addVectors(const std::vector<Scratch*>& scratches, ScopeResult& result) const;
     void addSolid(const std::vector<Scratch*>& scratches, ScopeResult& result) const;
-    void countHues(Scratch& scratch) const;
     void addHues(const std::vector<Scratch*>& scratches, ScopeResult& result) const;
     bool wants(ScopeRequest::Part part) const { return (m_request.parts & part) != 0; }
     bool wants(ScopeHistogram::Channel channel) const;
@@ -68,7 +73,8 @@ private:
     std::size_t m_fold = 1; // pixels across a column of the waveform
     int m_units = 0;
     bool m_strips = false;
-    bool m_derives = false; // luma and chroma
+    bool m_derivesLuma = false;
+    bool m_derivesChroma = false;
 };
 
 /** Counts with `threads` threads, of which the caller's is one. */

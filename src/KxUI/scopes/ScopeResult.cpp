@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cmath>
 #include <exception>
+#include <functional>
 #include <mutex>
 #include <system_error>
 #include <thread>
@@ -17,15 +18,27 @@ namespace {
 
 using Scratches = std::vector<ScopePass::Scratch*>;
 
-// Adds `from` to `to`, `factor` times.
-void add(const std::uint32_t* from, std::uint32_t* to, std::size_t count, std::uint32_t factor) {
-    for (std::size_t i = 0; i < count; ++i)
-        to[i] += from[i] * factor;
-}
-
 void scale(std::vector<std::uint32_t>& counts, std::uint32_t factor) {
     for (std::uint32_t& each : counts)
         each *= factor;
+}
+
+// What all threads have counted, `factor` times. The counters of the first one become the sum.
+template <class CountersOf>
+std::vector<std::uint32_t> sumOf(const Scratches& scratches, std::size_t size, std::uint32_t factor,
+                                 CountersOf countersOf) {
+    std::vector<std::uint32_t> sum;
+    for (ScopePass::Scratch* each : scratches) {
+        std::vector<std::uint32_t>& counters = countersOf(*each);
+        if (sum.empty())
+            sum = std::move(counters);
+        else
+            std::transform(sum.begin(), sum.end(), counters.begin(), sum.begin(), std::plus<>());
+    }
+    sum.resize(size);
+    if (factor > 1)
+        scale(sum, factor);
+    return sum;
 }
 
 // Exceptions of a pass that several threads count; the first is kept.
@@ -72,10 +85,9 @@ void ScopePass::addValues(const Scratches& scratches, ScopeResult& result) const
         if (!wants(channel))
             continue;
         counts->axes[channel] = axis(channel);
-        counts->counts[channel].assign(std::size_t(axis(channel).count()), 0);
-        for (const Scratch* each : scratches)
-            add(each->codes[channel].data(), counts->counts[channel].data(),
-                each->codes[channel].size(), step);
+        counts->counts[channel] = sumOf(
+            scratches, std::size_t(axis(channel).count()),
+            step, [channel](Scratch & each) -> auto& { return each.codes[channel]; });
         const bool derived = channel == ScopeHistogram::Luma;
         counts->rounded[channel] =
             channel == ScopeHistogram::Alpha ? m_reader.isFine() : derived || !m_reader.isExact();
@@ -102,13 +114,15 @@ void ScopePass::addVectors(const Scratches& scratches, ScopeResult& result) cons
     vectors.range = m_request.vectors.chroma;
     vectors.size = vectors.range.bins;
     const VectorSlots slot(vectors.size);
-    vectors.counts.assign(slot.cells, 0);
+    vectors.counts = sumOf(
+        scratches, slot.count(), step, [](Scratch & each) -> auto& { return each.vectors; });
+    vectors.outside = vectors.counts[slot.outside()];
+    vectors.nan = vectors.counts[slot.notANumber()];
+    vectors.gated = vectors.counts[slot.gated()];
+    vectors.counts.resize(slot.cells);
     for (const Scratch* each : scratches) {
-        add(each->vectors.data(), vectors.counts.data(), slot.cells, step);
-        add(each->outsideByDegree.data(), vectors.outsideByDegree.data(), 360, step);
-        vectors.outside += std::uint64_t(each->vectors[slot.outside()]) * step;
-        vectors.nan += std::uint64_t(each->vectors[slot.notANumber()]) * step;
-        vectors.gated += std::uint64_t(each->vectors[slot.gated()]) * step;
+        for (std::size_t i = 0; i < vectors.outsideByDegree.size(); ++i)
+            vectors.outsideByDegree[i] += each->outsideByDegree[i] * step;
         vectors.pixels += each->pixels * step;
     }
 }
@@ -116,13 +130,12 @@ void ScopePass::addVectors(const Scratches& scratches, ScopeResult& result) cons
 void ScopePass::addHues(const Scratches& scratches, ScopeResult& result) const {
     const auto step = std::uint32_t(m_request.rowStep);
     ScopeHues& hues = result.hues;
-    std::vector<std::uint32_t> saturations(HueSlots::Count);
-    std::vector<std::uint32_t> all(HueSlots::Count);
-    for (const Scratch* each : scratches) {
-        add(each->saturations.data(), saturations.data(), saturations.size(), step);
-        add(each->hues.data(), all.data(), all.size(), step);
+    auto all = sumOf(
+        scratches, HueSlots::Count, step, [](Scratch & each) -> auto& { return each.hues; });
+    auto saturations = sumOf(
+        scratches, HueSlots::Count, step, [](Scratch & each) -> auto& { return each.saturations; });
+    for (const Scratch* each : scratches)
         hues.pixels += each->pixels * step;
-    }
     hues.greys = all[HueSlots::Grey];
     hues.above = saturations[HueSlots::Above];
     hues.none = all[HueSlots::None];
@@ -138,14 +151,14 @@ void ScopePass::addSolid(const Scratches& scratches, ScopeResult& result) const 
     solid.range = m_request.solid;
     solid.cells = solid.range.bins;
     const SolidSlots slot(solid.cells);
-    solid.counts.assign(slot.cells, 0);
-    solid.outsideCounts.assign(slot.cells, 0);
-    for (const Scratch* each : scratches) {
-        add(each->solid.data(), solid.counts.data(), slot.cells, step);
-        add(each->solid.data() + slot.cells, solid.outsideCounts.data(), slot.cells, step);
-        solid.nan += std::uint64_t(each->solid[slot.notANumber()]) * step;
+    solid.counts = sumOf(
+        scratches, slot.count(), step, [](Scratch & each) -> auto& { return each.solid; });
+    solid.nan = solid.counts[slot.notANumber()];
+    solid.outsideCounts.assign(solid.counts.begin() + slot.outside(),
+                               solid.counts.begin() + slot.notANumber());
+    solid.counts.resize(slot.cells);
+    for (const Scratch* each : scratches)
         solid.pixels += each->pixels * step;
-    }
     for (const std::uint32_t count : solid.outsideCounts)
         solid.outside += count;
 }

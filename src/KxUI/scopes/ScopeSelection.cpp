@@ -125,11 +125,11 @@ void visitChosen(const ScopeImage& image, const ScopeEncoding& encoding,
     for (int y = from.top; y < from.top + from.height; ++y) {
         for (int x = from.left; x < end; x += int(PixelPiece::Most)) {
             const int count = std::min(end - x, int(PixelPiece::Most));
-            reader.read(x, y, std::size_t(count), *piece);
+            reader.read({x, y, std::size_t(count)}, *piece);
             const ColorPlanes colors = piece->colors();
             for (std::size_t i = 0; i < piece->count; ++i) {
                 const std::array<float, 3> rgb{colors.red[i], colors.green[i], colors.blue[i]};
-                if (selection.contains(rgb, encoding.matrix) && !visit(x + piece->place[i], y))
+                if (selection.contains(rgb, encoding.matrix) && !visit(x + int(piece->place(i)), y))
                     return;
             }
         }
@@ -186,7 +186,7 @@ ScopeSample scopeSample(const ScopeImage& image, const ScopeEncoding& encoding, 
     const int line = (y - image.top) / proxy;
     const PixelReader reader(image, encoding);
     const auto piece = std::make_unique<PixelPiece>();
-    reader.read(column, line, 1, *piece);
+    reader.read({column, line, 1}, *piece);
     ColorPlanes colors = piece->colors();
     sample.pixels = 0;
     // What alpha leaves out has no colour.
@@ -199,7 +199,7 @@ ScopeSample scopeSample(const ScopeImage& image, const ScopeEncoding& encoding, 
     const int right = std::min(column + sample.radius, image.usableWidth() - 1);
     const int bottom = std::min(line + sample.radius, image.height - 1);
     for (int row = std::max(line - sample.radius, 0); row <= bottom; ++row) {
-        reader.read(left, row, std::size_t(right - left + 1), *piece);
+        reader.read({left, row, std::size_t(right - left + 1)}, *piece);
         colors = piece->colors();
         for (std::size_t i = 0; i < piece->count; ++i) {
             const std::array<float, 4> all{colors.red[i], colors.green[i], colors.blue[i],

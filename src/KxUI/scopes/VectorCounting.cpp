@@ -43,7 +43,30 @@ const CountingKernels& countingKernels() {
 
 namespace Counting {
 
+// Wider than those of the rows of pixels: nothing here changes the order of lanes.
+using F = hn::CappedTag<float, CountingLanes>;
+using Signed = hn::RebindToSigned<F>;
+using Word = hn::RebindToUnsigned<F>;
+using HalfLanes = hn::Rebind<std::uint16_t, F>;
+using V = hn::Vec<F>;
+using Int = hn::Vec<Signed>;
 using Mask = hn::Mask<F>;
+
+constexpr std::size_t Lanes = hn::MaxLanes(F());
+
+HWY_INLINE V constant(float value) {
+    return hn::Set(F(), value);
+}
+
+#if HWY_ARCH_X86 && HWY_TARGET <= HWY_AVX3
+HWY_INLINE hn::Vec<HalfLanes> halfBits(V values) {
+    return hn::Vec<HalfLanes>{_mm512_cvtps_ph(values.raw, _MM_FROUND_TO_NEAREST_INT)};
+}
+#else
+HWY_INLINE hn::Vec<HalfLanes> halfBits(V values) {
+    return halves(values);
+}
+#endif
 
 HWY_INLINE V load(const float* from) {
     return hn::LoadU(F(), from);
@@ -68,7 +91,7 @@ void halfCodes(const float* values, std::size_t pixels, std::uint16_t* codes) {
     const V none = constant(std::numeric_limits<float>::quiet_NaN());
     for (std::size_t i = 0; i < pixels; i += Lanes) {
         const V value = load(values + i);
-        hn::StoreU(halves(hn::IfThenElse(isNumber(value), value, none)), HalfLanes(), codes + i);
+        hn::StoreU(halfBits(hn::IfThenElse(isNumber(value), value, none)), HalfLanes(), codes + i);
     }
 }
 
@@ -103,7 +126,13 @@ struct Binning {
     Int last;
 };
 
-void bins(const float* values, std::size_t pixels, const ValueRange& range, std::uint16_t* to) {
+HWY_INLINE void storeBins(Int bins, const std::uint16_t* places, std::uint16_t* to) {
+    const HalfLanes shorts;
+    hn::StoreU(hn::Add(hn::LoadU(shorts, places), hn::DemoteTo(shorts, bins)), shorts, to);
+}
+
+void bins(const float* values, std::size_t pixels, const ValueRange& range,
+          const std::uint16_t* places, std::uint16_t* to) {
     const Binning binning(range);
     const Int below = hn::Set(Signed(), range.below());
     const Int above = hn::Set(Signed(), range.above());
@@ -111,12 +140,17 @@ void bins(const float* values, std::size_t pixels, const ValueRange& range, std:
     for (std::size_t i = 0; i < pixels; i += Lanes) {
         const V value = load(values + i);
         const Mask inside = binning.isInside(value);
-        const auto choose = [](Mask mask, Int yes, Int no) HWY_ATTR {
-            return hn::IfThenElse(hn::RebindMask(Signed(), mask), yes, no);
-        };
-        const Int outside = choose(hn::Lt(value, binning.lower), below,
-                                   choose(hn::Gt(value, binning.upper), above, none));
-        storeShorts(choose(inside, binning.bin(value, inside), outside), to + i);
+        Int bin = binning.bin(value, inside);
+        // Mostly all values lie inside.
+        if (HWY_UNLIKELY(!hn::AllTrue(F(), inside))) {
+            const auto choose = [](Mask mask, Int yes, Int no) HWY_ATTR {
+                return hn::IfThenElse(hn::RebindMask(Signed(), mask), yes, no);
+            };
+            const Int outside = choose(hn::Lt(value, binning.lower), below,
+                                       choose(hn::Gt(value, binning.upper), above, none));
+            bin = choose(inside, bin, outside);
+        }
+        storeBins(bin, places + i, to + i);
     }
 }
 
@@ -143,6 +177,8 @@ void yCbCr(const ColorPlanes& from, std::size_t pixels, const RgbToYCbCrMatrix& 
         const V green = load(from.green + i);
         const V blue = load(from.blue + i);
         hn::StoreU(luma.of(red, green, blue), F(), to.luma + i);
+        if (!to.cb)
+            continue;
         hn::StoreU(cb.of(red, green, blue), F(), to.cb + i);
         hn::StoreU(cr.of(red, green, blue), F(), to.cr + i);
     }
@@ -220,29 +256,45 @@ void solidCells(const ColorPlanes& from, std::size_t pixels, const ValueRange& r
     }
 }
 
+// Whether red, green, blue and luma lie within.
+HWY_INLINE Mask areWithin(const ColorPlanes& colors, const float* luma, std::size_t i, float lower,
+                          float upper) {
+    const V low = constant(lower);
+    const V high = constant(upper);
+    const auto within = [low, high](const float* from) HWY_ATTR {
+        const V value = load(from);
+        return hn::And(hn::Ge(value, low), hn::Le(value, high));
+    };
+    return hn::And(hn::And(within(colors.red + i), within(colors.green + i)),
+                   hn::And(within(colors.blue + i), within(luma + i)));
+}
+
 void legal(const ColorPlanes& colors, const float* luma, std::size_t pixels, LegalCounts& counts) {
     for (std::size_t i = 0; i < pixels; i += Lanes) {
-        const V red = load(colors.red + i);
-        const V green = load(colors.green + i);
-        const V blue = load(colors.blue + i);
-        const V light = load(luma + i);
-        const auto all = [&](float lower, float upper) HWY_ATTR {
-            const V low = constant(lower);
-            const V high = constant(upper);
-            const auto within = [low, high](V value) HWY_ATTR {
-                return hn::And(hn::Ge(value, low), hn::Le(value, high));
-            };
-            return hn::And(hn::And(within(red), within(green)),
-                           hn::And(within(blue), within(light)));
-        };
-        const std::size_t count = pixels - i < Lanes ? pixels - i : Lanes;
-        const Mask first = hn::FirstN(F(), count);
-        const auto outside = [&](Mask inside) HWY_ATTR {
-            return count - hn::CountTrue(F(), hn::And(inside, first));
-        };
-        counts.illegal += outside(all(0.0F, 1.0F));
-        counts.outsideEbuR103 += outside(all(EbuR103Lower, EbuR103Upper));
+        const Mask first = hn::FirstN(F(), pixels - i < Lanes ? pixels - i : Lanes);
+        const Mask illegal = hn::AndNot(areWithin(colors, luma, i, 0.0F, 1.0F), first);
+        // The wider range holds all of the narrower one.
+        if (HWY_LIKELY(hn::AllFalse(F(), illegal)))
+            continue;
+        counts.illegal += hn::CountTrue(F(), illegal);
+        const Mask outside =
+            hn::AndNot(areWithin(colors, luma, i, EbuR103Lower, EbuR103Upper), first);
+        counts.outsideEbuR103 += hn::CountTrue(F(), outside);
     }
+}
+
+// ---- Counters.
+
+void addCounters(const std::uint16_t* counters, std::size_t count, std::uint32_t* sums) {
+    const Word words;
+    const HalfLanes shorts;
+    std::size_t i = 0;
+    for (; i + Lanes <= count; i += Lanes) {
+        const auto added = hn::PromoteTo(words, hn::LoadU(shorts, counters + i));
+        hn::StoreU(hn::Add(hn::LoadU(words, sums + i), added), words, sums + i);
+    }
+    for (; i < count; ++i)
+        sums[i] += counters[i];
 }
 
 } // namespace Counting
@@ -257,7 +309,8 @@ const CountingKernels& countingKernels() {
                                          &Counting::largest,
                                          &Counting::vectorCells,
                                          &Counting::solidCells,
-                                         &Counting::legal};
+                                         &Counting::legal,
+                                         &Counting::addCounters};
     return kernels;
 }
 
