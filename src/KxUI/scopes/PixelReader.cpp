@@ -87,14 +87,24 @@ const unsigned char* PixelReader::row(int y) const {
     return static_cast<const unsigned char*>(m_image.pixels) + m_image.stride * y;
 }
 
-void PixelReader::prefetch(int x, int y, std::size_t width) const {
-    constexpr std::size_t Line = 64;
-    if (y >= m_image.height)
-        return;
-    const std::size_t begin = rowBytes(m_image.layout, x - x % m_group);
-    const std::size_t end = rowBytes(m_image.layout, x + int(width));
-    for (std::size_t at = begin; at < end; at += Line)
-        hwy::Prefetch(row(y) + at);
+void PixelMemory::ask(std::size_t lines) {
+    for (; lines > 0 && m_rows > 0; --lines) {
+        hwy::Prefetch(m_row + m_at);
+        m_at += Line;
+        if (m_at < m_bytes + Line)
+            continue;
+        m_at = 0;
+        m_row += --m_rows > 0 ? m_stride : 0;
+    }
+}
+
+PixelMemory PixelReader::memory(const PixelBlock& block) const {
+    if (block.y >= m_image.height)
+        return {};
+    const int rows = std::min(block.rows, (m_image.height - block.y - 1) / block.step + 1);
+    const std::size_t begin = rowBytes(m_image.layout, block.x - block.x % m_group);
+    const std::size_t end = rowBytes(m_image.layout, block.x + int(block.width));
+    return {row(block.y) + begin, end - begin, rows, m_image.stride * block.step};
 }
 
 bool PixelReader::readsSeveralRows(int x, std::size_t width) const {

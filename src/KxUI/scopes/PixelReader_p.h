@@ -50,6 +50,31 @@ struct PixelBlock {
     int step = 1; ///< from row to row
 };
 
+/** The memory of a block that is read next, which is asked for little by little before that. */
+class PixelMemory {
+public:
+    PixelMemory() = default;
+    PixelMemory(const unsigned char* first, std::size_t bytes, int rows, std::ptrdiff_t stride)
+        : m_row(first)
+        , m_bytes(bytes)
+        , m_rows(rows)
+        , m_stride(stride) {}
+
+    /** Cache lines that were not asked for, at most. */
+    std::size_t lines() const { return std::size_t(m_rows) * (m_bytes / Line + 2) - m_at / Line; }
+    /** Asks for some more of them. */
+    void ask(std::size_t lines);
+
+private:
+    static constexpr std::size_t Line = 64;
+
+    const unsigned char* m_row = nullptr;
+    std::size_t m_bytes = 0; // of a row
+    int m_rows = 0;
+    std::ptrdiff_t m_stride = 0;
+    std::size_t m_at = 0;
+};
+
 /** Reads pieces of rows: decodes them, and makes the signal of them that the encoding describes. Many
     threads may use one reader, each with its own piece. */
 class PixelReader {
@@ -63,8 +88,8 @@ public:
     /** Whether pieces of several rows that begin at `x` can be read at once. */
     bool readsSeveralRows(int x, std::size_t width) const;
 
-    /** Asks the memory for pixels of a row; rows below the image are not there. */
-    void prefetch(int x, int y, std::size_t width) const;
+    /** The memory of a block; rows below the image are not there. */
+    PixelMemory memory(const PixelBlock& block) const;
 
     /** What the channels that are read are counted by: exactly if `exact`. */
     CodeAxis colorAxis() const { return m_colorAxis; }

@@ -5,6 +5,7 @@
 #include <KxUI/scopes/ScopeScratch_p.h>
 
 #include <algorithm>
+#include <bitset>
 #include <utility>
 
 namespace Kestrel::UI {
@@ -34,6 +35,10 @@ ScopeRequest normalized(ScopeRequest request) {
     return request;
 }
 
+std::size_t bitCount(int bits) {
+    return std::bitset<32>(unsigned(bits)).count();
+}
+
 } // namespace
 
 ScopePass::ScopePass(ScopeImage image, const ScopeRequest& request, int unitSize)
@@ -50,6 +55,14 @@ ScopePass::ScopePass(ScopeImage image, const ScopeRequest& request, int unitSize
     m_derivesChroma = wants(ScopeRequest::Vectors) || (channels & Chroma) != 0;
     m_derivesLuma =
         m_derivesChroma || wants(ScopeRequest::Values) || (channels & WaveformRange::Luma) != 0;
+    const auto isCounted = [this](ScopeRequest::Part part, std::size_t counters) {
+        return wants(part) ? counters : 0;
+    };
+    m_countersOfPixel = std::max<std::size_t>(
+        1, isCounted(ScopeRequest::Values, bitCount(m_request.values)) +
+               isCounted(ScopeRequest::Waveform, bitCount(channels)) +
+               isCounted(ScopeRequest::Vectors, 1) + isCounted(ScopeRequest::Solid, 1) +
+               isCounted(ScopeRequest::Hues, 1));
     cutUnits(unitSize);
 }
 

@@ -16,6 +16,8 @@ namespace {
 using Waveform = ScopeWaveform::Channel;
 using Values = ScopeHistogram::Channel;
 
+constexpr std::size_t PartPixels = 96;
+
 // Flat pieces are frequent: an alpha that is not used, bars above and below a film.
 bool areAllTheSame(const std::uint16_t* codes, std::size_t count) {
     return count > 0 && codes[0] == codes[count - 1] && codes[0] == codes[count / 2] &&
@@ -75,9 +77,11 @@ void ScopePass::countRows(const PixelBlock& rows, Span rowsOfUnit, Scratch& scra
         m_reader.read(block, scratch.piece);
         scratch.pixels += scratch.piece.count;
         scratch.transparent += scratch.piece.transparent;
-        const int next = rows.y + rows.rows * rows.step;
-        scratch.ahead = {x, next, std::min(next + rows.rows * rows.step, rowsOfUnit.end),
-                         m_strips ? block.width : 0};
+        PixelBlock next = block;
+        next.x = x + int(block.width) < end ? x + int(block.width) : rows.x;
+        if (next.x <= x)
+            next.y += rows.rows * rows.step;
+        scratch.next = next.y < rowsOfUnit.end ? m_reader.memory(next) : PixelMemory();
         compute(block, scratch);
         addPiece(scratch);
         x += int(block.width);
@@ -191,35 +195,46 @@ void ScopePass::computeWaveform(const PixelBlock& block, Scratch& scratch) {
 
 // ---- Counting.
 
+// Calls `add(first, count)` for parts of the pixels. Before each some of the pixels that are read next
+// are asked for: the processor has more to do than to wait for them then, and it has few questions
+// open at a time.
+template <class Add>
+void ScopePass::inParts(Scratch& scratch, Add add) {
+    for (std::size_t at = 0; at < scratch.piece.count; at += PartPixels) {
+        scratch.next.ask(scratch.linesAtOnce);
+        add(at, std::min(PartPixels, scratch.piece.count - at));
+    }
+}
+
 void ScopePass::addPiece(Scratch& scratch) const {
-    const std::size_t count = scratch.piece.count;
+    const std::size_t parts = scratch.piece.count / PartPixels + 1;
+    scratch.linesAtOnce = scratch.next.lines() / (parts * m_countersOfPixel) + 1;
     for (int i = 0; i < ScopeHistogram::Channels; ++i) {
         const auto channel = Values(i);
-        if (!wants(ScopeRequest::Values) || !wants(channel))
-            continue;
-        askAhead(scratch);
-        addCodes(channel, scratch);
+        if (wants(ScopeRequest::Values) && wants(channel))
+            addCodes(channel, scratch);
     }
     for (int i = 0; i < ScopeWaveform::Channels; ++i) {
         const auto channel = Waveform(i);
         if (!m_waveform.has(channel))
             continue;
-        askAhead(scratch);
-        scratch.strip.add(channel, scratch.waveformCounters[channel].data(), count);
+        const std::uint16_t* const counters = scratch.waveformCounters[channel].data();
+        inParts(scratch, [&](std::size_t first, std::size_t count) {
+            scratch.strip.add(channel, counters + first, count);
+        });
     }
-    if (wants(ScopeRequest::Vectors)) {
-        askAhead(scratch);
+    if (wants(ScopeRequest::Vectors))
         addVectorCells(scratch);
-    }
     if (wants(ScopeRequest::Solid)) {
-        askAhead(scratch);
-        tally(scratch.solid.data(), scratch.solidCells.data(), count);
+        inParts(scratch, [&scratch](std::size_t first, std::size_t count) {
+            tally(scratch.solid.data(), scratch.solidCells.data() + first, count);
+        });
     }
     if (wants(ScopeRequest::Hues)) {
-        tally(scratch.hues.data(), scratch.hueCodes.data(), count);
-        tally(scratch.saturations.data(), scratch.saturationCodes.data(), count);
-    }
-    while (askAhead(scratch)) {
+        inParts(scratch, [&scratch](std::size_t first, std::size_t count) {
+            tally(scratch.hues.data(), scratch.hueCodes.data() + first, count);
+            tally(scratch.saturations.data(), scratch.saturationCodes.data() + first, count);
+        });
     }
 }
 
@@ -230,7 +245,9 @@ void ScopePass::addCodes(ScopeHistogram::Channel channel, Scratch& scratch) cons
     if (areAllTheSame(codes, count))
         counts[codes[0]] += std::uint32_t(count);
     else
-        tally(counts, codes, count);
+        inParts(scratch, [counts, codes](std::size_t first, std::size_t size) {
+            tally(counts, codes + first, size);
+        });
 }
 
 void ScopePass::addVectorCells(Scratch& scratch) const {
@@ -238,25 +255,15 @@ void ScopePass::addVectorCells(Scratch& scratch) const {
     const VectorSlots slot(m_request.vectors.chroma.bins);
     std::uint32_t* const counts = scratch.vectors.data();
     const std::uint32_t before = counts[slot.outside()];
-    tally(counts, scratch.vectorCells.data(), piece.count);
+    inParts(scratch, [counts, &scratch](std::size_t first, std::size_t count) {
+        tally(counts, scratch.vectorCells.data() + first, count);
+    });
     if (counts[slot.outside()] == before)
         return;
     for (std::size_t i = 0; i < piece.count; ++i) {
         if (scratch.vectorCells[i] == slot.outside())
             scratch.addDirection(piece.cb[i], piece.cr[i]);
     }
-}
-
-// Asks for a row of what is read next, between one counting and the other: the processor has more to
-// do than to wait then, and only so many questions are open at a time. In bands of whole rows it asks
-// by itself.
-bool ScopePass::askAhead(Scratch& scratch) const {
-    Scratch::Ahead& ahead = scratch.ahead;
-    if (ahead.width == 0 || ahead.y >= ahead.end)
-        return false;
-    m_reader.prefetch(ahead.x, ahead.y, ahead.width);
-    ahead.y += m_request.rowStep;
-    return true;
 }
 
 } // namespace Kestrel::UI

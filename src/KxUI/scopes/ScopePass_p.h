@@ -48,10 +48,11 @@ private:
     void computePlaces(const PixelBlock& block, Scratch& scratch) const;
     void takeFromColumns(const PixelBlock& block, const PixelPiece& piece);
     void computeWaveform(const PixelBlock& block, Scratch& scratch);
+    template <class Add>
+    static void inParts(Scratch& scratch, Add add);
     void addPiece(Scratch& scratch) const;
     void addCodes(ScopeHistogram::Channel channel, Scratch& scratch) const;
     void addVectorCells(Scratch& scratch) const;
-    bool askAhead(Scratch& scratch) const;
     std::uint32_t columnOf(const PixelBlock& block, std::size_t place) const;
     void addValues(const std::vector<Scratch*>& scratches, ScopeResult& result) const;
     void addVectors(const std::vector<Scratch*>& scratches, ScopeResult& result) const;
@@ -73,6 +74,7 @@ private:
     std::size_t m_fold = 1; // pixels across a column of the waveform
     int m_units = 0;
     bool m_strips = false;
+    std::size_t m_countersOfPixel = 1;
     bool m_derivesLuma = false;
     bool m_derivesChroma = false;
 };

@@ -17,6 +17,7 @@ namespace Kestrel::UI {
 namespace {
 
 using Scratches = std::vector<ScopePass::Scratch*>;
+using Counters = std::vector<std::uint32_t>;
 
 void scale(std::vector<std::uint32_t>& counts, std::uint32_t factor) {
     for (std::uint32_t& each : counts)
@@ -85,9 +86,9 @@ void ScopePass::addValues(const Scratches& scratches, ScopeResult& result) const
         if (!wants(channel))
             continue;
         counts->axes[channel] = axis(channel);
-        counts->counts[channel] = sumOf(
-            scratches, std::size_t(axis(channel).count()),
-            step, [channel](Scratch & each) -> auto& { return each.codes[channel]; });
+        counts->counts[channel] =
+            sumOf(scratches, std::size_t(axis(channel).count()), step,
+                  [channel](Scratch& each) -> Counters& { return each.codes[channel]; });
         const bool derived = channel == ScopeHistogram::Luma;
         counts->rounded[channel] =
             channel == ScopeHistogram::Alpha ? m_reader.isFine() : derived || !m_reader.isExact();
@@ -114,8 +115,8 @@ void ScopePass::addVectors(const Scratches& scratches, ScopeResult& result) cons
     vectors.range = m_request.vectors.chroma;
     vectors.size = vectors.range.bins;
     const VectorSlots slot(vectors.size);
-    vectors.counts = sumOf(
-        scratches, slot.count(), step, [](Scratch & each) -> auto& { return each.vectors; });
+    vectors.counts = sumOf(scratches, slot.count(), step,
+                           [](Scratch& each) -> Counters& { return each.vectors; });
     vectors.outside = vectors.counts[slot.outside()];
     vectors.nan = vectors.counts[slot.notANumber()];
     vectors.gated = vectors.counts[slot.gated()];
@@ -130,10 +131,10 @@ void ScopePass::addVectors(const Scratches& scratches, ScopeResult& result) cons
 void ScopePass::addHues(const Scratches& scratches, ScopeResult& result) const {
     const auto step = std::uint32_t(m_request.rowStep);
     ScopeHues& hues = result.hues;
-    auto all = sumOf(
-        scratches, HueSlots::Count, step, [](Scratch & each) -> auto& { return each.hues; });
-    auto saturations = sumOf(
-        scratches, HueSlots::Count, step, [](Scratch & each) -> auto& { return each.saturations; });
+    auto all = sumOf(scratches, HueSlots::Count, step,
+                     [](Scratch& each) -> Counters& { return each.hues; });
+    auto saturations = sumOf(scratches, HueSlots::Count, step,
+                             [](Scratch& each) -> Counters& { return each.saturations; });
     for (const Scratch* each : scratches)
         hues.pixels += each->pixels * step;
     hues.greys = all[HueSlots::Grey];
@@ -151,8 +152,8 @@ void ScopePass::addSolid(const Scratches& scratches, ScopeResult& result) const 
     solid.range = m_request.solid;
     solid.cells = solid.range.bins;
     const SolidSlots slot(solid.cells);
-    solid.counts = sumOf(
-        scratches, slot.count(), step, [](Scratch & each) -> auto& { return each.solid; });
+    solid.counts =
+        sumOf(scratches, slot.count(), step, [](Scratch& each) -> Counters& { return each.solid; });
     solid.nan = solid.counts[slot.notANumber()];
     solid.outsideCounts.assign(solid.counts.begin() + slot.outside(),
                                solid.counts.begin() + slot.notANumber());

@@ -47,13 +47,9 @@ public:
         std::size_t count = 0;
         bool known = false;
     } places;
-    // What the memory is asked for ahead of time, while pixels are counted.
-    struct Ahead {
-        int x = 0;
-        int y = 0;
-        int end = 0;
-        std::size_t width = 0;
-    } ahead;
+    // What is read next.
+    PixelMemory next;
+    std::size_t linesAtOnce = 0;
     LegalCounts legal;
     std::uint64_t pixels = 0;
     std::uint64_t transparent = 0;
