@@ -6,6 +6,7 @@
 #include <support/Bench.h>
 
 #include <QCoreApplication>
+#include <QMouseEvent>
 
 #ifdef KXUI_BENCH_QCUSTOMPLOT
 #include <qcustomplot.h>
@@ -81,6 +82,10 @@ void addRepaint() {
         const Points points = recorded(Million);
         plot.addGraph()->setData(QVector<double>(points.x.begin(), points.x.end()),
                                  QVector<double>(points.y.begin(), points.y.end()), true);
+        // What it has to be fast with: columns of pixels, lines without smooth edges, as ours.
+        plot.graph()->setAdaptiveSampling(true);
+        plot.setNotAntialiasedElements(QCP::aeAll);
+        plot.setNoAntialiasingOnDrag(true);
         plot.yAxis->setRange(-3, 3);
         showNow(plot);
         int turn = 0;
@@ -150,6 +155,53 @@ void addAppend() {
 #endif
 }
 
+// A recording of a day: ten million points through a line that keeps a million.
+void addLongRecording() {
+    const std::string work = "append ten million points, a million kept";
+    constexpr int Points = 10 * Million;
+    Bench::add(work, "ours", [](benchmark::State& state) {
+        for (auto _ : state) {
+            UI::LineSeries series;
+            series.setCapacity(Million);
+            for (int i = 0; i < Points; ++i)
+                series.append(i, i % 7);
+            benchmark::DoNotOptimize(series.size());
+        }
+    });
+#ifdef KXUI_BENCH_QCUSTOMPLOT
+    Bench::add(work, "QCustomPlot", [](benchmark::State& state) {
+        for (auto _ : state) {
+            QCPGraphDataContainer points;
+            for (int i = 0; i < Points; ++i) {
+                points.add(QCPGraphData(i, i % 7));
+                points.removeBefore(i - Million);
+            }
+            benchmark::DoNotOptimize(points.size());
+        }
+    });
+#endif
+}
+
+// The pointer moves over a chart whose points are drawn already.
+void addHover() {
+    Bench::add("hover over a million points", "ours", [](benchmark::State& state) {
+        UI::LineChart chart;
+        auto* series = new UI::LineSeries;
+        Points points = recorded(Million);
+        series->setData(std::move(points.x), std::move(points.y));
+        chart.addSeries(series);
+        showNow(chart);
+        int x = 0;
+        for (auto _ : state) {
+            x = (x + 1) % 600;
+            QMouseEvent event(QEvent::MouseMove, QPointF(300 + x, 200), chart.mapToGlobal(QPoint()),
+                              Qt::NoButton, Qt::NoButton, Qt::NoModifier);
+            QCoreApplication::sendEvent(&chart, &event);
+            QCoreApplication::processEvents();
+        }
+    });
+}
+
 // A second of ten charts that get sixty points each: thirty repaints of each, whatever comes.
 void addStreams() {
     const std::string work = "a second of ten charts at 60 points";
@@ -186,5 +238,7 @@ void addStreams() {
 void registerBenchmarks() {
     addRepaint();
     addAppend();
+    addLongRecording();
+    addHover();
     addStreams();
 }

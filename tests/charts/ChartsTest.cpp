@@ -8,16 +8,19 @@
 #include <KxUI/charts/PieChart.h>
 #include <KxUI/charts/PieSeries.h>
 
+#include <support/Columns.h>
 #include <support/TestRegistry.h>
 
 #include <QAbstractButton>
 #include <QAccessible>
 #include <QApplication>
 #include <QMouseEvent>
+#include <QPaintEvent>
 #include <QXmlStreamReader>
 
 #include <cfloat>
 #include <cmath>
+#include <memory>
 
 using namespace Kestrel::UI;
 
@@ -43,6 +46,16 @@ void show(QWidget& widget, int width = 400, int height = 240) {
 void press(QWidget& widget, int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
     QTest::keyClick(&widget, static_cast<Qt::Key>(key), modifiers);
 }
+
+class Repainted : public QObject {
+public:
+    bool eventFilter(QObject*, QEvent* event) override {
+        if (event->type() == QEvent::Paint)
+            region |= static_cast<QPaintEvent*>(event)->region();
+        return false;
+    }
+    QRegion region;
+};
 
 QList<QAbstractButton*> entries(const Chart& chart) {
     return chart.legend()->findChildren<QAbstractButton*>();
@@ -184,6 +197,75 @@ private slots:
         QCOMPARE(clicked.size(), 1);
         press(chart, Qt::Key_Escape);
         QCOMPARE(left.size(), 1);
+    }
+
+    // A pointer that moves repaints what its read-out covered and covers, and no pixel less.
+    void hoverRepaintsItsRegion_data() {
+        const Kestrel::Test::Columns<bool> add("bars");
+        add("lines", false);
+        add("bars", true);
+    }
+
+    void hoverRepaintsItsRegion() {
+        QFETCH(bool, bars);
+        std::unique_ptr<Chart> chart;
+        if (bars) {
+            auto* const one = new BarChart;
+            chart.reset(one);
+            auto* const values = new BarSeries;
+            values->setValues({1, 4, 2, 3, 5, 2, 4, 1});
+            one->addSeries(values);
+        } else {
+            auto* const one = new LineChart;
+            chart.reset(one);
+            addLine(*one, "a", {1, 2, 3, 4, 5, 1, 2, 3});
+            addLine(*one, "b", {5, 4, 3, 2, 1, 4, 3, 2});
+        }
+        show(*chart, 900, 500);
+        Repainted repainted;
+        chart->installEventFilter(&repainted);
+        QTest::mouseMove(chart.get(), QPoint(200, 200));
+        QCoreApplication::processEvents();
+        for (const int x : {260, 400, 700}) {
+            const QImage before = chart->grab().toImage();
+            repainted.region = QRegion();
+            QMouseEvent move(QEvent::MouseMove, QPointF(x, 200), chart->mapToGlobal(QPoint(x, 200)),
+                             Qt::NoButton, Qt::NoButton, Qt::NoModifier);
+            QCoreApplication::sendEvent(chart.get(), &move);
+            QCoreApplication::processEvents();
+            const QRegion region = repainted.region;
+            int area = 0;
+            for (const QRect& rect : region)
+                area += rect.width() * rect.height();
+            QVERIFY(area > 0 && area < chart->width() * chart->height() / 2);
+            const QImage after = chart->grab().toImage();
+            for (int y = 0; y < after.height(); ++y)
+                for (int column = 0; column < after.width(); ++column)
+                    QVERIFY(before.pixel(column, y) == after.pixel(column, y) ||
+                            region.contains(QPoint(column, y)) ||
+                            chart->legend()->geometry().contains(column, y));
+        }
+    }
+
+    void legendShowsValuesUnderTheCrosshair() {
+        LineChart chart;
+        addLine(chart, "a", {1, 2, 3});
+        addLine(chart, "b", {3, 2, qQNaN()});
+        show(chart);
+        const auto all = entries(chart);
+        const auto pictures = [&all] {
+            return QVector<QImage>{all[0]->grab().toImage(), all[1]->grab().toImage()};
+        };
+        const auto without = pictures();
+        const QRect place = all[1]->geometry();
+        press(chart, Qt::Key_Right);
+        const auto with = pictures();
+        QVERIFY(with[0] != without[0] && with[1] != without[1]);
+        press(chart, Qt::Key_Right); // where the second has a gap
+        QVERIFY(pictures()[0] != with[0] && pictures()[1] == without[1]);
+        press(chart, Qt::Key_Escape);
+        QCOMPARE(pictures(), without);
+        QCOMPARE(all[1]->geometry(), place);
     }
 
     void zoomAndPan() {

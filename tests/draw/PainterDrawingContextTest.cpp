@@ -9,6 +9,7 @@
 #include <QPainter>
 
 #include <functional>
+#include <iterator>
 
 using namespace Kestrel::UI;
 
@@ -47,6 +48,27 @@ private slots:
         const QImage twice = drawn(2, fill);
         QCOMPARE(litPixels(twice), 4 * 4);
         QCOMPARE(twice.pixelColor(3, 1), QColor(Qt::red));
+    }
+
+    // Where pixels are written without the painter, they are those that it would have drawn.
+    void writtenAndPaintedRectangles() {
+        const QRectF rects[]{{1.3, 0.6, 2.3, 2}, {-5, -5, 6, 7.5}, {18.5, 8.5, 9, 9},
+                             {4, 4, 0, 3},       {6, 3, 1e9, 1},   {7.5, 1.5, 0.5, 0.5}};
+        for (const qreal ratio : {1.0, 1.5, 2.0}) {
+            for (const QRectF& clip : {QRectF(), QRectF(2, 1, 17, 8.4), QRectF(30, 30, 5, 5)}) {
+                QImage images[]{QImage(QSize(20, 10) * ratio, QImage::Format_RGB32),
+                                QImage(QSize(20, 10) * ratio, QImage::Format_ARGB32_Premultiplied)};
+                for (QImage& image : images) {
+                    image.setDevicePixelRatio(ratio);
+                    image.fill(Qt::black);
+                    QPainter painter(&image);
+                    PainterDrawingContext context(painter, QSizeF(20, 10), ratio);
+                    context.setClip(clip);
+                    context.rectangles(rects, int(std::size(rects)), Qt::green);
+                }
+                QCOMPARE(images[0], images[1].convertToFormat(QImage::Format_RGB32));
+            }
+        }
     }
 
     void hairlinesAreDevicePixels() {

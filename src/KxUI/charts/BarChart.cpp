@@ -2,9 +2,9 @@
 
 #include <KxUI/charts/BarChart_p.h>
 #include <KxUI/charts/ChartAxis.h>
+#include <KxUI/charts/SeriesKeeping_p.h>
 #include <KxUI/kit/InterfaceThread_p.h>
 
-#include <algorithm>
 #include <utility>
 
 namespace Kestrel::UI {
@@ -19,27 +19,12 @@ BarChart::~BarChart() = default;
 
 void BarChart::addSeries(BarSeries* series) {
     KXUI_INTERFACE_THREAD(this);
-    if (!series || std::find(p->series.begin(), p->series.end(), series) != p->series.end())
-        return;
-    if (auto* other = qobject_cast<BarChart*>(series->parent()))
-        other->removeSeries(series);
-    p->series.push_back(series);
-    p->adopt(series);
-    connect(series, &QObject::destroyed, this, [this](QObject* gone) {
-        p->series.erase(std::remove(p->series.begin(), p->series.end(), gone), p->series.end());
-        p->itemsChanged();
-    });
-    p->itemsChanged();
+    takeIn(this, *p, p->series, series);
 }
 
 void BarChart::removeSeries(BarSeries* series) {
     KXUI_INTERFACE_THREAD(this);
-    const auto found = std::find(p->series.begin(), p->series.end(), series);
-    if (found == p->series.end())
-        return;
-    p->series.erase(found);
-    p->release(series);
-    p->itemsChanged();
+    giveBack(*p, p->series, series);
 }
 
 std::vector<BarSeries*> BarChart::series() const {

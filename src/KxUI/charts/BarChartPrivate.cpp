@@ -171,27 +171,32 @@ ChartReadout BarChartPrivate::readoutAt(const QPointF& place) {
         const BarSeries& one = *m_shown[std::size_t(bar.series)];
         found.x = bar.category;
         found.items.append({one.name(), colorOfSeries(one), bar.value, valueAxis->text(bar.value)});
+        const auto owner = std::find(series.begin(), series.end(), &one);
+        readoutSeries.push_back(int(owner - series.begin()));
     }
     found.xText = found.isEmpty() ? QString() : categoryAxis->text(found.x);
     return found;
 }
 
-void BarChartPrivate::drawReadout(DrawingContext& context) {
-    QColor light = look().text;
-    light.setAlpha(28);
+// The slot, from edge to edge of the plot.
+QRectF BarChartPrivate::readoutRect() const {
     const auto slot = std::find(m_rules.order.begin(), m_rules.order.end(), int(readout.x));
     if (slot == m_rules.order.end())
-        return;
+        return {};
     const auto place = double(slot - m_rules.order.begin());
     const QRectF& plot = m_layout.plot;
     if (areLying())
-        context.fill(QRectF(QPointF(plot.left(), m_layout.y.pixel(place - 0.5)),
-                            QPointF(plot.right(), m_layout.y.pixel(place + 0.5))),
-                     light);
-    else
-        context.fill(QRectF(QPointF(m_layout.x.pixel(place - 0.5), plot.top()),
-                            QPointF(m_layout.x.pixel(place + 0.5), plot.bottom())),
-                     light);
+        return {QPointF(plot.left(), m_layout.y.pixel(place - 0.5)),
+                QPointF(plot.right(), m_layout.y.pixel(place + 0.5))};
+    return {QPointF(m_layout.x.pixel(place - 0.5), plot.top()),
+            QPointF(m_layout.x.pixel(place + 0.5), plot.bottom())};
+}
+
+void BarChartPrivate::drawReadout(DrawingContext& context) {
+    QColor light = look().text;
+    light.setAlpha(28);
+    if (const QRectF slot = readoutRect(); !slot.isNull())
+        context.fill(slot, light);
 }
 
 // To another slot along the axis, to another bar of it across.
@@ -224,7 +229,7 @@ std::vector<ChartItem> BarChartPrivate::items() {
             words += Chart::tr("%1 at %2")
                          .arg(valueAxis->text(values[i]), categoryAxis->text(double(i)));
         all.push_back({one->name(), colorOfSeries(*one), Qt::SolidLine, one->isVisible(),
-                       words.join(QStringLiteral("; "))});
+                       words.join(QStringLiteral("; ")), widestText(*valueAxis)});
     }
     return all;
 }

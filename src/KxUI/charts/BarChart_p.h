@@ -16,6 +16,7 @@ public:
     void arrange(const QRectF& area, qreal ratio) override;
     void draw(DrawingContext& context) override;
     void drawReadout(DrawingContext& context) override;
+    QRectF readoutRect() const override;
     ChartReadout readoutAt(const QPointF& place) override;
     std::optional<QPointF> moved(const QPointF& from, int along, int across) override;
     std::vector<ChartItem> items() override;

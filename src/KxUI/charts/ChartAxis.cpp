@@ -161,4 +161,14 @@ QString ChartAxis::text(double value) const {
     return Ticks::text(value, step, d->isLogarithmic ? value : largest, d->unit);
 }
 
+QString widestText(const ChartAxis& axis) {
+    constexpr double Uneven = 0.7654; // has as many digits as the axis reads
+    const double inside = axis.lower() + (axis.upper() - axis.lower()) * Uneven;
+    QString widest;
+    for (const double value : {axis.lower(), inside, axis.upper()})
+        if (const QString text = axis.text(value); text.size() > widest.size())
+            widest = text;
+    return widest;
+}
+
 } // namespace Kestrel::UI

@@ -31,4 +31,7 @@ public:
     std::function<QString(double)> formatter;
 };
 
+/** About the widest text of the values that an axis shows. */
+QString widestText(const ChartAxis& axis);
+
 } // namespace Kestrel::UI

@@ -17,6 +17,12 @@
 
 namespace Kestrel::UI {
 
+namespace {
+
+constexpr int ValueGap = 8;
+
+} // namespace
+
 LegendEntry::LegendEntry(Chart* chart, QWidget* parent)
     : QAbstractButton(parent)
     , m_chart(chart) {
@@ -30,12 +36,25 @@ void LegendEntry::show(const ChartItem& item) {
     setAccessibleName(item.name);
     setChecked(item.isVisible);
     setToolTip(item.value);
+    m_room = std::max(m_room, roomOf(item.widest));
     update();
+}
+
+bool LegendEntry::showValue(const QString& value) {
+    if (std::exchange(m_value, value) == value)
+        return false;
+    update();
+    // The room stays: entries that move about with the pointer cannot be read.
+    return std::exchange(m_room, std::max(m_room, roomOf(value))) < m_room;
+}
+
+int LegendEntry::roomOf(const QString& value) const {
+    return value.isEmpty() ? 0 : fontMetrics().horizontalAdvance(value) + ValueGap;
 }
 
 QSize LegendEntry::sizeHint() const {
     const int width = fontMetrics().horizontalAdvance(m_item.name);
-    return {std::min(width, 220) + 32, fontMetrics().height() + 4};
+    return {std::min(width, 220) + 32 + m_room, fontMetrics().height() + 4};
 }
 
 void LegendEntry::paintEvent(QPaintEvent*) {
@@ -43,7 +62,10 @@ void LegendEntry::paintEvent(QPaintEvent*) {
     const ChartLook look(palette(), font());
     {
         PainterDrawingContext context(painter, size(), devicePixelRatioF());
-        drawLegend(context, QRectF(rect()).adjusted(2, 0, 0, 0), {m_item}, look);
+        drawLegend(context, QRectF(rect()).adjusted(2, 0, -m_room, 0), {m_item}, look);
+        context.text(QRectF(rect()).adjusted(0, 0, -ValueGap, 0),
+                     int(Qt::AlignRight | Qt::AlignVCenter) | Qt::TextSingleLine, m_value, font(),
+                     look.faint);
     }
     if (!hasFocus())
         return;
@@ -102,6 +124,15 @@ void ChartLegendPrivate::setItems(const std::vector<ChartItem>& items) {
     for (std::size_t i = 0; i < items.size(); ++i)
         entries[i]->show(items[i]);
     arrange();
+}
+
+bool ChartLegendPrivate::showValues(const std::vector<QString>& values) {
+    bool grew = false;
+    for (std::size_t i = 0; i < entries.size(); ++i)
+        grew = entries[i]->showValue(i < values.size() ? values[i] : QString()) || grew;
+    if (grew)
+        arrange();
+    return grew;
 }
 
 // The bar is there or not before entries are placed: it takes a part of their width.

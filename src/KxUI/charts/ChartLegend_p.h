@@ -20,6 +20,8 @@ public:
     LegendEntry(Chart* chart, QWidget* parent);
 
     void show(const ChartItem& item);
+    /** Shows a value behind the name; whether it takes more room than any before. */
+    bool showValue(const QString& value);
     QSize sizeHint() const override;
 
 Q_SIGNALS:
@@ -31,8 +33,12 @@ protected:
     void mouseReleaseEvent(QMouseEvent* event) override;
 
 private:
+    int roomOf(const QString& value) const;
+
     Chart* const m_chart;
     ChartItem m_item;
+    QString m_value;
+    int m_room = 0; // that values take
 };
 
 class ChartLegendPrivate {
@@ -44,6 +50,8 @@ public:
     /** Whether there is something to list. */
     bool isWanted() const;
     void setItems(const std::vector<ChartItem>& items);
+    /** Shows the values of some of the series, by their places; whether entries grew. */
+    bool showValues(const std::vector<QString>& values);
     /** Places the entries, and a scroll bar where they need one. */
     void arrange();
     /** Places the entries in a width; how high they are. */

@@ -157,8 +157,8 @@ void drawMark(DrawingContext& context, const QRectF& rect, const QColor& color,
         context.line({rect.left(), y}, {rect.right(), y}, {color, 2, style});
 }
 
-void drawReadoutBox(DrawingContext& context, const QPointF& anchor, const QRectF& bounds,
-                    const ChartReadout& readout, const ChartLook& look) {
+QRectF readoutBox(const QPointF& anchor, const QRectF& bounds, const ChartReadout& readout,
+                  const ChartLook& look, qreal ratio) {
     const QFontMetricsF metrics(look.titleFont); // the widest that a line may be written in
     const double row = metrics.height() + 2;
     const int rows = std::min(int(readout.items.size()), MostRows);
@@ -178,12 +178,20 @@ void drawReadoutBox(DrawingContext& context, const QPointF& anchor, const QRectF
     box.moveTop(std::clamp(box.top(), bounds.top(),
                            std::max(bounds.top(), bounds.bottom() - box.height())));
     box.moveLeft(std::max(box.left(), bounds.left()));
-    box = rectOnPixels(box, context.devicePixelRatio());
+    return rectOnPixels(box, ratio);
+}
+
+void drawReadoutBox(DrawingContext& context, const QPointF& anchor, const QRectF& bounds,
+                    const ChartReadout& readout, const ChartLook& look) {
+    const QFontMetricsF metrics(look.titleFont);
+    const double row = metrics.height() + 2;
+    const int rows = std::min(int(readout.items.size()), MostRows);
+    const QRectF box = readoutBox(anchor, bounds, readout, look, context.devicePixelRatio());
     context.fill(box, look.axis);
     const double hair = 1 / context.devicePixelRatio();
     context.fill(box.adjusted(hair, hair, -hair, -hair), mixed(look.ground, look.text, 0.06));
     QRectF line(box.left() + Gap, box.top() + Gap / 2, box.width() - 2 * Gap, row);
-    if (hasHead) {
+    if (!readout.xText.isEmpty()) {
         context.text(line, int(Qt::AlignLeft | Qt::AlignVCenter), readout.xText, look.font,
                      look.faint);
         line.translate(0, row);

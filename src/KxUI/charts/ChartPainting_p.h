@@ -32,7 +32,10 @@ void drawAxes(DrawingContext& context, const PlotLayout& layout, const PlotRules
 /** The mark of a series in lists: a line of its style, or a square of its colour. */
 void drawMark(DrawingContext& context, const QRectF& rect, const QColor& color, Qt::PenStyle style);
 
-/** The values of a read-out in a box beside `anchor`, within `bounds`. */
+/** Where the box of a read-out lies: beside `anchor`, within `bounds`. */
+QRectF readoutBox(const QPointF& anchor, const QRectF& bounds, const ChartReadout& readout,
+                  const ChartLook& look, qreal ratio);
+/** The values of a read-out in it. */
 void drawReadoutBox(DrawingContext& context, const QPointF& anchor, const QRectF& bounds,
                     const ChartReadout& readout, const ChartLook& look);
 

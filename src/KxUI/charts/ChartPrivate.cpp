@@ -117,8 +117,12 @@ void ChartPrivate::setHover(const std::optional<QPointF>& place) {
 
 void ChartPrivate::updateReadout() {
     const bool was = !readout.isEmpty();
+    readoutSeries.clear();
     readout = hover ? readoutAt(*hover) : ChartReadout();
-    q->update();
+    // Not the whole widget: a pointer that moves is to cost next to nothing.
+    const QRegion before = std::exchange(m_readoutRegion, readoutRegion());
+    q->update(before | m_readoutRegion);
+    showValuesInLegend();
     if (!readout.isEmpty()) {
         ChartAccessible::tell(q);
         const ChartReadout told = readout; // a slot may change it
@@ -126,6 +130,27 @@ void ChartPrivate::updateReadout() {
     } else if (was) {
         Q_EMIT q->hoverLeft();
     }
+}
+
+QRegion ChartPrivate::readoutRegion() const {
+    if (readout.isEmpty() || !hover)
+        return {};
+    const QRectF box = readoutBox(*hover, q->rect(), readout, look(), q->devicePixelRatioF());
+    const auto around = [](const QRectF& rect) {
+        return QRegion(rect.toAlignedRect().adjusted(-1, -1, 1, 1));
+    };
+    return around(readoutRect()) | around(box);
+}
+
+void ChartPrivate::showValuesInLegend() {
+    std::vector<QString> values;
+    for (std::size_t i = 0; i < readoutSeries.size(); ++i) {
+        const auto series = std::size_t(readoutSeries[i]);
+        values.resize(std::max(values.size(), series + 1));
+        values[series] = readout.items[int(i)].text;
+    }
+    if (ChartLegendPrivate::of(legend)->showValues(values))
+        lookChanged();
 }
 
 ChartLook ChartPrivate::look() const {

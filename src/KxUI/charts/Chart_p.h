@@ -8,6 +8,7 @@
 #include <QElapsedTimer>
 #include <QHash>
 #include <QPointer>
+#include <QRegion>
 #include <QTimer>
 
 #include <memory>
@@ -26,7 +27,8 @@ struct ChartItem {
     QColor color;
     Qt::PenStyle style = Qt::SolidLine;
     bool isVisible = true;
-    QString value; ///< in words: the last one, or the share
+    QString value;    ///< in words: the last one, or the share
+    QString widest{}; ///< about the widest text that its values are read as; empty: it shows none
 };
 
 /** What kinds of charts fill in, and what they have in common. */
@@ -49,7 +51,10 @@ public:
     virtual void drawMarks(DrawingContext&) {}
     /** Draws what shows the read-out, but for its box. */
     virtual void drawReadout(DrawingContext& context) = 0;
-    /** What is shown at a place of the widget. */
+    /** All that drawReadout draws into. */
+    virtual QRectF readoutRect() const { return q->rect(); }
+    /** What is shown at a place of the widget; fills `readoutSeries`, too, where series have values
+        side by side. */
     virtual ChartReadout readoutAt(const QPointF& place) = 0;
     /** Moves the read-out by keys: `along` by so many points, `across` by so many series; where it is
         then in the widget. */
@@ -98,17 +103,21 @@ public:
     std::optional<DrawingSurface> surface;
     std::optional<QPointF> hover;
     ChartReadout readout;
-    int chosen = 0; ///< the item that keys read
+    std::vector<int> readoutSeries; ///< of each item of the read-out
+    int chosen = 0;                 ///< the item that keys read
 
 private:
     void drawTitle(DrawingContext& context, const QRectF& rect) const;
     const QImage& picture();
+    QRegion readoutRegion() const;
+    void showValuesInLegend();
 
     QTimer m_timer;
     QElapsedTimer m_sinceRefresh;
-    bool m_isStale = true;  ///< data changed since ranges were found
-    QImage m_picture;       ///< of all but the read-out
-    bool m_isDrawn = false; ///< whether the picture shows the chart as it is
+    bool m_isStale = true;   ///< data changed since ranges were found
+    QImage m_picture;        ///< of all but the read-out
+    QRegion m_readoutRegion; ///< that the read-out was drawn into
+    bool m_isDrawn = false;  ///< whether the picture shows the chart as it is
     QHash<const QObject*, int> m_colorIndices;
 };
 

@@ -2,9 +2,9 @@
 
 #include <KxUI/charts/ChartAxis.h>
 #include <KxUI/charts/LineChart_p.h>
+#include <KxUI/charts/SeriesKeeping_p.h>
 #include <KxUI/kit/InterfaceThread_p.h>
 
-#include <algorithm>
 #include <cmath>
 
 namespace Kestrel::UI {
@@ -19,28 +19,12 @@ LineChart::~LineChart() = default;
 
 void LineChart::addSeries(LineSeries* series) {
     KXUI_INTERFACE_THREAD(this);
-    if (!series || std::find(p->series.begin(), p->series.end(), series) != p->series.end())
-        return;
-    if (auto* other = qobject_cast<LineChart*>(series->parent()))
-        other->removeSeries(series);
-    p->series.push_back(series);
-    p->adopt(series);
-    connect(series, &QObject::destroyed, this, [this](QObject* gone) {
-        // Only its address is used: the rest of it is no more.
-        p->series.erase(std::remove(p->series.begin(), p->series.end(), gone), p->series.end());
-        p->itemsChanged();
-    });
-    p->itemsChanged();
+    takeIn(this, *p, p->series, series);
 }
 
 void LineChart::removeSeries(LineSeries* series) {
     KXUI_INTERFACE_THREAD(this);
-    const auto found = std::find(p->series.begin(), p->series.end(), series);
-    if (found == p->series.end())
-        return;
-    p->series.erase(found);
-    p->release(series);
-    p->itemsChanged();
+    giveBack(*p, p->series, series);
 }
 
 std::vector<LineSeries*> LineChart::series() const {
@@ -82,8 +66,7 @@ void LineChart::setCursor(double x) {
     KXUI_INTERFACE_THREAD(this);
     if (p->cursor == x || (std::isnan(p->cursor) && std::isnan(x)))
         return;
-    p->cursor = x;
-    update();
+    p->setCursor(x);
     Q_EMIT cursorChanged(x);
 }
 

@@ -188,6 +188,23 @@ void LineChartPrivate::draw(DrawingContext& context) {
                      look().axis);
 }
 
+QRect LineChartPrivate::cursorRect() const {
+    constexpr double Around = 6;
+    const double x = m_layout.x.pixel(cursor);
+    if (!(x >= m_layout.plot.left() && x <= m_layout.plot.right()))
+        return {};
+    return QRectF(x, m_layout.plot.top(), 0, m_layout.plot.height())
+        .adjusted(-Around, -Around, Around, Around)
+        .toAlignedRect();
+}
+
+// A cursor that follows a film is drawn at each of its frames.
+void LineChartPrivate::setCursor(double x) {
+    const QRect before = cursorRect();
+    cursor = x;
+    q->update(QRegion(before) | cursorRect());
+}
+
 // The cursor, and the part that the mouse is taking.
 void LineChartPrivate::drawMarks(DrawingContext& context) {
     const QRectF& plot = m_layout.plot;
@@ -229,6 +246,13 @@ void LineChartPrivate::drawReadout(DrawingContext& context) {
     context.setClip({});
 }
 
+QRectF LineChartPrivate::readoutRect() const {
+    constexpr double Around = DotRadius + 2;
+    const double x = m_layout.x.pixel(readout.x);
+    return QRectF(x, m_layout.plot.top(), 0, m_layout.plot.height())
+        .adjusted(-Around, -Around, Around, Around);
+}
+
 // Of the points of all series.
 double LineChartPrivate::nearestX(double wanted) const {
     double nearest = qQNaN();
@@ -246,7 +270,8 @@ ChartReadout LineChartPrivate::readoutAt(const QPointF& place) {
         return found;
     found.x = nearestX(m_layout.x.value(place.x()));
     double nearest = std::numeric_limits<double>::infinity();
-    for (const LineSeries* one : series) {
+    for (std::size_t i = 0; i < series.size(); ++i) {
+        const LineSeries* const one = series[i];
         if (!one->isVisible() || one->size() == 0)
             continue;
         const QPointF point = one->nearest(found.x);
@@ -260,6 +285,7 @@ ChartReadout LineChartPrivate::readoutAt(const QPointF& place) {
         }
         const ChartAxis* const axis = one->isOnRightAxis() ? rightAxis : yAxis;
         found.items.append({one->name(), colorOfSeries(*one), point.y(), axis->text(point.y())});
+        readoutSeries.push_back(int(i));
     }
     found.xText = xAxis->text(found.x);
     return found;
@@ -311,8 +337,8 @@ std::vector<ChartItem> LineChartPrivate::items() {
         const QString value =
             one->size() > 0 ? Chart::tr("%1 at %2").arg(axis->text(last.y()), xAxis->text(last.x()))
                             : QString();
-        all.push_back(
-            {one->name(), colorOfSeries(*one), styleOf(colorIndex(one)), one->isVisible(), value});
+        all.push_back({one->name(), colorOfSeries(*one), styleOf(colorIndex(one)), one->isVisible(),
+                       value, widestText(*axis)});
     }
     return all;
 }

@@ -21,6 +21,7 @@ public:
     void draw(DrawingContext& context) override;
     void drawMarks(DrawingContext& context) override;
     void drawReadout(DrawingContext& context) override;
+    QRectF readoutRect() const override;
     ChartReadout readoutAt(const QPointF& place) override;
     std::optional<QPointF> moved(const QPointF& from, int along, int across) override;
     std::vector<ChartItem> items() override;
@@ -39,6 +40,7 @@ public:
     void zoom(double pixel, double factor);
     void pan(double pixels, double down);
     void setFollowing(bool follows);
+    void setCursor(double x);
 
     LineChart* chart = nullptr;
     std::vector<LineSeries*> series;
@@ -54,6 +56,7 @@ public:
 private:
     enum class Drag { None, Pressed, Panning, Taking };
 
+    QRect cursorRect() const;
     Extent extentOfX() const;
     Extent extentOfY(bool right) const;
     void drawBands(DrawingContext& context);

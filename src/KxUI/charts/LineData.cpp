@@ -1,7 +1,9 @@
 #include <KxUI/charts/LineData_p.h>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
+#include <limits>
 #include <numeric>
 
 namespace Kestrel::UI {
@@ -11,6 +13,37 @@ constexpr int BlockBits = 5;
 constexpr std::size_t Block = std::size_t(1) << BlockBits;
 // Dropping points one by one leaves some behind until it is worth to move the others.
 constexpr std::size_t LeastDropped = 4096;
+
+// Four at a time: each comparison waits for the one before of its own four only.
+struct FourExtents {
+    void add(std::size_t lane, double lowest, double highest) {
+        low[lane] = lowest < low[lane] ? lowest : low[lane];
+        high[lane] = highest > high[lane] ? highest : high[lane];
+    }
+
+    std::array<double, 4> low{HUGE_VAL, HUGE_VAL, HUGE_VAL, HUGE_VAL};
+    std::array<double, 4> high{-HUGE_VAL, -HUGE_VAL, -HUGE_VAL, -HUGE_VAL};
+};
+
+// What is no finite number does not count.
+void addValue(FourExtents& all, std::size_t lane, double value) {
+    const bool isFinite = std::abs(value) <= std::numeric_limits<double>::max();
+    all.add(lane, isFinite ? value : HUGE_VAL, isFinite ? value : -HUGE_VAL);
+}
+
+void addValues(FourExtents& all, const double* values, std::size_t count) {
+    std::size_t i = 0;
+    for (; i + 4 <= count; i += 4)
+        for (std::size_t lane = 0; lane < 4; ++lane)
+            addValue(all, lane, values[i + lane]);
+    for (; i < count; ++i)
+        addValue(all, 0, values[i]);
+}
+
+void addExtents(FourExtents& all, const Extent* extents, std::size_t count) {
+    for (std::size_t i = 0; i < count; ++i)
+        all.add(i % 4, extents[i].lowest, extents[i].highest);
+}
 
 } // namespace
 
@@ -149,23 +182,33 @@ std::size_t LineData::firstNear(double x, std::size_t from, std::size_t guess) c
         std::lower_bound(begin + std::ptrdiff_t(low), begin + std::ptrdiff_t(end), x) - begin);
 }
 
+// Level by level, from the finest: what does not fill a block at either end is looked at one by one,
+// the blocks between are what the next level is asked for.
 Extent LineData::extent(std::size_t begin, std::size_t end) const {
-    Extent found;
-    std::size_t i = m_first + begin;
-    const std::size_t last = m_first + std::min(end, size());
-    while (i < last) {
-        std::size_t level = 0;
-        std::size_t reach = 1;
-        while (level < m_levels.size() && i % (reach * Block) == 0 && i + reach * Block <= last) {
-            reach *= Block;
-            ++level;
-        }
+    FourExtents all;
+    std::size_t from = m_first + begin;
+    std::size_t to = m_first + std::min(end, size());
+    const auto add = [&](std::size_t level, std::size_t first, std::size_t last) {
         if (level == 0)
-            found.add(m_y[i]);
+            addValues(all, m_y.data() + first, last - first);
         else
-            found.add(m_levels[level - 1][i / reach]);
-        i += reach;
+            addExtents(all, m_levels[level - 1].data() + first, last - first);
+    };
+    for (std::size_t level = 0; from < to; ++level) {
+        const std::size_t firstBlock = (from + Block - 1) / Block;
+        const std::size_t lastBlock = to / Block;
+        if (level == m_levels.size() || firstBlock >= lastBlock) {
+            add(level, from, to);
+            break;
+        }
+        add(level, from, firstBlock * Block);
+        add(level, lastBlock * Block, to);
+        from = firstBlock;
+        to = lastBlock;
     }
+    Extent found;
+    for (std::size_t lane = 0; lane < all.low.size(); ++lane)
+        found.add(Extent{all.low[lane], all.high[lane]});
     return found;
 }
 

@@ -31,11 +31,19 @@ Digits decimal(double size) {
 } // namespace
 
 double powerOfTen(double digits, int exponent) {
-    // Powers of ten up to 22 are exact; beyond, the last digit may be another one.
+    // Powers of ten up to 22 are exact; beyond, the last digit may be another one. A chart asks for the
+    // small ones some thousand times a repaint.
+    static constexpr std::array<double, 23> Exact{1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                                  1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
+                                                  1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+    const auto power = [](int positive) {
+        return positive < int(Exact.size()) ? Exact[std::size_t(positive)]
+                                            : std::pow(10.0, positive);
+    };
     if (exponent >= 0)
-        return digits * std::pow(10.0, exponent);
+        return digits * power(exponent);
     if (exponent >= -300)
-        return digits / std::pow(10.0, -exponent);
+        return digits / power(-exponent);
     return digits / 1e300 / std::pow(10.0, -exponent - 300);
 }
 
