@@ -44,8 +44,10 @@ ScopeRequest requestFrom(FuzzedDataProvider& data) {
     request.vectors.chroma = rangeFrom(data, 9);
     request.solid = rangeFrom(data, 5);
     request.rowStep = data.ConsumeIntegralInRange(1, 3);
+    // Mostly one channel: the tables of each are what an execution costs.
+    const int channel = data.ConsumeIntegralInRange<int>(0, 4 * ScopeHistogram::Channels);
     request.values =
-        data.ConsumeIntegralInRange(0, 1) ? ScopeRequest::RgbValues : 1 << ScopeHistogram::Luma;
+        channel < 4 * ScopeHistogram::Channels ? 1 << channel / 4 : ScopeRequest::AllValues;
     return request;
 }
 

@@ -8,8 +8,10 @@
 #include <QImage>
 #include <QPainter>
 
+#include <cmath>
 #include <functional>
 #include <iterator>
+#include <limits>
 
 using namespace Kestrel::UI;
 
@@ -89,6 +91,33 @@ private slots:
         });
         QCOMPARE(image.pixelColor(10, 5), QColor(255, 120, 30));
         QCOMPARE(image.pixelColor(2, 2), QColor(255, 220, 30));
+    }
+
+    // Light that is added without the painter is what it would have added.
+    void writtenAndPaintedLight() {
+        std::vector<float> densities;
+        for (int i = 0; i < 16 * 8; ++i)
+            densities.push_back(i % 7 == 0 ? -1.0F : std::ldexp(1.0F + float(i % 5), i / 4 - 20));
+        densities[5] = std::numeric_limits<float>::quiet_NaN();
+        densities[6] = std::numeric_limits<float>::infinity();
+        const IntensityGrid grid(16, 8, densities);
+        for (const QPointF& at : {QPointF(2, 1), QPointF(-3, -2), QPointF(10, 7)}) {
+            for (const double least : {0.0, 0.12, 2.0}) {
+                ToneCurve tone;
+                tone.least = least;
+                QImage images[]{QImage(20, 10, QImage::Format_RGB32),
+                                QImage(20, 10, QImage::Format_ARGB32_Premultiplied)};
+                for (QImage& image : images) {
+                    image.fill(QColor(10, 100, 250));
+                    QPainter painter(&image);
+                    PainterDrawingContext context(painter, QSizeF(20, 10), 1);
+                    context.setClip({1, 1, 15, 8});
+                    context.intensity(QRectF(at, QSizeF(16, 8)), grid, tone, {255, 70, 20});
+                    context.intensity(QRectF(at, QSizeF(16, 8)), grid, tone, {0, 90, 9, 128});
+                }
+                QCOMPARE(images[0], images[1].convertToFormat(QImage::Format_RGB32));
+            }
+        }
     }
 
     void nearerPointsLieInFront() {

@@ -10,6 +10,7 @@
 #include <cmath>
 #include <cstdint>
 #include <cstring>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -125,7 +126,7 @@ private:
             const CodeAxis axis = counted->axes[std::size_t(i)];
             if (codes.empty())
                 continue;
-            Counts slow(codes.size());
+            std::map<std::size_t, std::uint32_t> slow;
             for (const SlowPixel& pixel : m_pixels) {
                 const float value = valueOf(pixel, i);
                 const float code = value * float(axis.unit) + 0.5F;
@@ -133,19 +134,29 @@ private:
                     std::uint32_t(m_request.rowStep);
             }
             // Of two zeros any may be the largest.
-            if (axis.isHalf() && i == ScopeHistogram::Largest) {
-                slow[0] += slow[HalfCode::Sign];
-                slow[HalfCode::Sign] = 0;
-                Counts both = codes;
-                both[0] += both[HalfCode::Sign];
-                both[HalfCode::Sign] = 0;
-                if (both != slow)
-                    return "values of the largest";
-            } else if (slow != codes) {
-                return "values of channel " + std::to_string(i);
+            const bool isZero = axis.isHalf() && i == ScopeHistogram::Largest;
+            if (isZero && codes[0] + codes[HalfCode::Sign] != slow[0] + slow[HalfCode::Sign])
+                return "zeros of the largest";
+            for (const auto& [code, count] : slow) {
+                if (codes[code] != count && !(isZero && (code == 0 || code == HalfCode::Sign)))
+                    return "values of channel " + std::to_string(i);
             }
+            if (countOf(*counted, ScopeHistogram::Channel(i)) !=
+                m_pixels.size() * std::size_t(m_request.rowStep))
+                return "number of values of channel " + std::to_string(i);
         }
         return {};
+    }
+
+    // All that was counted, without a look at each of so many codes.
+    static std::uint64_t countOf(const CodeCounts& counts, ScopeHistogram::Channel channel) {
+        std::uint64_t sum = 0;
+        counts.ascend(channel, [&sum](float, std::uint64_t count) { sum += count; });
+        if (!counts.axes[channel].isHalf())
+            return sum;
+        const auto& codes = counts.counts[channel];
+        return sum + codes[HalfCode::NotANumber] + codes[HalfCode::Infinity] +
+               codes[HalfCode::Infinity | HalfCode::Sign];
     }
 
     std::string waveformDiffers(const ScopeWaveform& waveform) const {

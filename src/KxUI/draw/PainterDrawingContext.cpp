@@ -73,6 +73,22 @@ public:
             picture = image;
     }
 
+    QRect visiblePixels() const { return picture->rect() & clip.value_or(picture->rect()); }
+    // Where the painter writes, too: it does not look for other holders of the memory either.
+    unsigned char* pixels() const { return const_cast<unsigned char*>(picture->constBits()); }
+
+    // Light for light where densities are those of the picture's pixels.
+    bool addLight(const QRectF& target, const IntensityGrid& grid, const ToneCurve& tone,
+                  const QColor& color) const {
+        const QRectF rect = rectOnPixels(target, ratio);
+        const QSize targetPixels = (rect.size() * ratio).toSize();
+        if (!picture || targetPixels != QSize(grid.width(), grid.height()))
+            return false;
+        addLightOf(grid, tone, color, (rect.topLeft() * ratio).toPoint(), visiblePixels(), pixels(),
+                   picture->bytesPerLine());
+        return true;
+    }
+
     bool writePixels(const QRectF* rects, int count, const QColor& color) const {
         if (!picture || color.alpha() < 255 ||
             painter.compositionMode() != QPainter::CompositionMode_SourceOver)
@@ -81,10 +97,10 @@ public:
             const double place = edge * ratio + 0.5;
             return place >= most ? most : place > 0 ? int(place) : 0;
         };
-        const QRect all = picture->rect() & clip.value_or(picture->rect());
-        // Where the painter writes, too: it does not look for other holders of the memory either.
-        auto* const bits = const_cast<unsigned char*>(picture->constBits());
+        const QRect all = visiblePixels();
+        unsigned char* const bits = pixels();
         const std::ptrdiff_t stride = picture->bytesPerLine();
+        const QRgb pixel = color.rgba();
         for (const QRectF* rect = rects; rect != rects + count; ++rect) {
             const int left = std::max(near(rect->left(), picture->width()), all.left());
             const int right = std::min(near(rect->right(), picture->width()), all.right() + 1);
@@ -92,7 +108,7 @@ public:
             const int bottom = std::min(near(rect->bottom(), picture->height()), all.bottom() + 1);
             for (int y = top; y < bottom && left < right; ++y) {
                 auto* const line = reinterpret_cast<QRgb*>(bits + stride * y);
-                std::fill(line + left, line + right, color.rgba());
+                std::fill(line + left, line + right, pixel);
             }
         }
         return true;
@@ -170,7 +186,7 @@ void PainterDrawingContext::image(const QRectF& target, const QImage& image) {
 
 void PainterDrawingContext::intensity(const QRectF& target, const IntensityGrid& grid,
                                       const ToneCurve& tone, const QColor& color) {
-    if (grid.isEmpty())
+    if (grid.isEmpty() || d->addLight(target, grid, tone, color))
         return;
     d->painter.setCompositionMode(QPainter::CompositionMode_Plus);
     image(target, lightOf(grid, tone, color));

@@ -144,42 +144,33 @@ ScopeHistogram CodeCounts::histogram(const ValueRange& wanted, ScopeHistogram::A
     result.axis = kind;
     result.pixels = pixels;
     const ValueRange& range = result.range;
-    // The bin of each code, made anew where the codes mean something else.
-    std::vector<std::uint16_t> binOfCode;
-    CodeAxis known{-1};
     for (int i = 0; i < ScopeHistogram::Channels; ++i) {
         const auto channel = Channel(i);
-        const Counts& all = counts[channel];
-        if (all.empty())
+        if (counts[channel].empty())
             continue;
-        if (!(known == axes[channel])) {
-            known = axes[channel];
-            binOfCode.resize(all.size());
-            for (std::size_t code = 0; code < all.size(); ++code) {
-                const float value = known.value(std::uint32_t(code));
-                const float place = kind == ScopeHistogram::Axis::Linear
-                                        ? value
-                                        : ScopeHistogram::position(kind, value, whiteNits);
-                binOfCode[code] = std::uint16_t(range.binOf(place));
-            }
-        }
-        Counts bins(std::size_t(range.bins) + 3);
-        std::array<std::uint64_t, 2> outside{};
-        for (std::size_t code = 0; code < all.size(); ++code) {
-            const std::uint16_t bin = binOfCode[code];
+        std::vector<std::uint32_t>& bins = result.bins[channel];
+        bins.resize(std::size_t(range.bins));
+        ascend(channel, [&](float value, std::uint64_t count) {
+            const float place = kind == ScopeHistogram::Axis::Linear
+                                    ? value
+                                    : ScopeHistogram::position(kind, value, whiteNits);
+            const int bin = range.binOf(place);
             if (bin < range.bins)
-                bins[bin] += all[code];
-            else if (bin < range.notANumber())
-                outside[bin - std::size_t(range.bins)] += all[code];
+                bins[std::size_t(bin)] += std::uint32_t(count);
+            else if (bin == range.below())
+                result.below[channel] += count;
+            else if (bin == range.above())
+                result.above[channel] += count;
+        });
+        // What only became infinite by being rounded is finite.
+        if (const ExactSums* const exact = sums[channel].get()) {
+            result.below[channel] += exact->tooLow();
+            result.above[channel] += exact->tooHigh();
         }
         const Specials none = specials(*this, channel);
-        result.below[channel] = outside[0] - none.negativeInfinity;
-        result.above[channel] = outside[1] - none.positiveInfinity;
         result.nan[channel] = none.nan;
         result.positiveInfinity[channel] = none.positiveInfinity;
         result.negativeInfinity[channel] = none.negativeInfinity;
-        bins.resize(std::size_t(range.bins));
-        result.bins[channel] = std::move(bins);
     }
     return result;
 }

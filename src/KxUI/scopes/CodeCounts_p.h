@@ -8,6 +8,7 @@
 
 #include <array>
 #include <cstdint>
+#include <cstring>
 #include <memory>
 #include <vector>
 
@@ -65,12 +66,10 @@ void CodeCounts::ascend(Channel channel, Visit visit) const {
         return;
     const CodeAxis& axis = axes[channel];
     // Most codes do not occur, and whole groups of them least of all.
-    constexpr std::uint32_t Group = 16;
+    constexpr std::uint32_t Group = 256;
     const auto isEmpty = [&all](std::uint32_t first) {
-        std::uint32_t any = 0;
-        for (std::uint32_t i = 0; i < Group; ++i)
-            any |= all[first + i];
-        return any == 0;
+        const std::uint32_t* const begin = all.data() + first;
+        return *begin == 0 && std::memcmp(begin, begin + 1, (Group - 1) * sizeof *begin) == 0;
     };
     const auto meet = [&](std::uint32_t code) {
         if (all[code] != 0)

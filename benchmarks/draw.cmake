@@ -1,0 +1,1 @@
+kxui_room_bench(draw SOURCES draw.cpp)
