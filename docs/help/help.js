@@ -10,6 +10,8 @@ const titles = [
   ["Opening a sequence", "sequence-list.html#open-sequence", "Sequence list"],
   ["Going to another folder", "sequence-list.html#folders", "Sequence list"],
   ["What the columns say", "sequence-list.html#columns", "Sequence list"],
+  ["Paths of other machines", "sequence-list.html#mappings", "Sequence list"],
+  ["Finding a line", "sequence-list.html#find", "Sequence list"],
   ["Files that have changed", "sequence-list.html#reload", "Sequence list"],
   ["Viewer", "viewer.html"],
   ["The picture", "viewer.html#picture", "Viewer"],

@@ -1,3 +1,4 @@
+#include <KxUI/browse/BrowserArea_p.h>
 #include <KxUI/browse/BrowserMemory_p.h>
 #include <KxUI/browse/FavoritesFile.h>
 #include <KxUI/browse/FavoritesModel.h>
@@ -9,8 +10,10 @@
 #include <KxUI/browse/TypeAhead_p.h>
 #include <KxUI/files/FileListModel.h>
 
+#include <support/Input.h>
 #include <support/TestRegistry.h>
 
+#include <QAccessible>
 #include <QDir>
 #include <QSettings>
 #include <QSignalSpy>
@@ -220,6 +223,47 @@ private slots:
         QVERIFY(QDir().mkdir(folder.filePath("gone")));
         browser.refresh();
         QTRY_COMPARE_WITH_TIMEOUT(reach(), int(FavoritesModel::Reachable), 20000);
+    }
+
+    void tellsAssistiveTools() {
+        static QStringList told;
+        told.clear();
+        QAccessible::setActive(true);
+        const auto before = QAccessible::installUpdateHandler([](QAccessibleEvent* event) {
+            if (event->type() == QAccessible::Alert)
+                told << event->accessibleInterface()->text(QAccessible::Name);
+        });
+        const QTemporaryDir folder;
+        for (const char* name : {"shots/a", "shots/b", "empty"})
+            QVERIFY(QDir(folder.path()).mkpath(name));
+        FileBrowser browser;
+        browser.resize(800, 400);
+        browser.show();
+        QVERIFY(Kestrel::Test::focus(browser));
+        browser.setFolderText(folder.filePath("shots"));
+        QTRY_COMPARE_WITH_TIMEOUT(told, QStringList("Folder read, 2 items"), 20000);
+        QVERIFY(QDir(folder.path()).mkpath("shots/c")); // nobody went anywhere
+        QTRY_COMPARE_WITH_TIMEOUT(browser.model()->rowCount(), 3, 20000);
+        browser.setFolderText(folder.filePath("empty"));
+        QTRY_COMPARE_WITH_TIMEOUT(told.mid(1), QStringList("This folder is empty."), 20000);
+        auto* const line = browser.findChild<BusyLine*>();
+        const auto* const bar = QAccessible::queryAccessibleInterface(line);
+        QVERIFY(bar->role() == QAccessible::ProgressBar && bar->state().invisible);
+        line->setBusy(true);
+        QVERIFY(bar->state().busy && !bar->state().invisible);
+        QAccessible::installUpdateHandler(before);
+        QAccessible::setActive(false);
+
+        // By Tab along the top, then through places to files.
+        QStringList order;
+        for (const QWidget* each = browser.nextInFocusChain(); each != &browser;
+             each = each->nextInFocusChain()) {
+            if ((each->focusPolicy() & Qt::TabFocus) != 0 && each->isVisible())
+                order << QString(each->metaObject()->className()).section(':', -1);
+        }
+        order.removeDuplicates();
+        QCOMPARE(order, QStringList({"QToolButton", "CrumbButton", "SearchField", "FavoritesView",
+                                     "QTreeView"}));
     }
 };
 

@@ -319,6 +319,22 @@
         <source>Not written: %1. %2</source>
         <translation>Nicht geschrieben: %1. %2</translation>
     </message>
+    <message>
+        <source>Captures (*.xml)</source>
+        <translation>Aufzeichnungen (*.xml)</translation>
+    </message>
+    <message>
+        <source>Traces for trace viewers (*.json)</source>
+        <translation>Traces für Trace-Betrachter (*.json)</translation>
+    </message>
+    <message>
+        <source>Exporting a capture</source>
+        <translation>Eine Aufzeichnung wird exportiert</translation>
+    </message>
+    <message>
+        <source>Export Capture</source>
+        <translation>Aufzeichnung exportieren</translation>
+    </message>
 </context>
 <context>
     <name>Kestrel::Workbench::ExportOptions</name>
@@ -472,6 +488,13 @@
     <message>
         <source>Images (%1)</source>
         <translation>Bilder (%1)</translation>
+    </message>
+</context>
+<context>
+    <name>Kestrel::Workbench::FolderTask</name>
+    <message>
+        <source>Reading %1</source>
+        <translation>%1 wird gelesen</translation>
     </message>
 </context>
 <context>
@@ -789,6 +812,10 @@
         <source>&amp;Fill Cache</source>
         <translation>&amp;Cache füllen</translation>
     </message>
+    <message>
+        <source>&amp;Export Capture...</source>
+        <translation>Aufzeichnung e&amp;xportieren...</translation>
+    </message>
 </context>
 <context>
     <name>Kestrel::Workbench::MarkHistory</name>
@@ -909,10 +936,6 @@
         <translation>Zeichnet auf</translation>
     </message>
     <message>
-        <source>Recorded; nothing is recorded now.</source>
-        <translation>Aufgezeichnet; jetzt wird nichts aufgezeichnet.</translation>
-    </message>
-    <message>
         <source>Nothing is recorded.</source>
         <translation>Nichts wird aufgezeichnet.</translation>
     </message>
@@ -927,6 +950,10 @@
     <message>
         <source>Free</source>
         <translation>Frei</translation>
+    </message>
+    <message>
+        <source>Recording has stopped.</source>
+        <translation>Die Aufzeichnung ist angehalten.</translation>
     </message>
 </context>
 <context>
@@ -1471,6 +1498,26 @@
     <message>
         <source>Histogram by Channel</source>
         <translation>Histogramm je Kanal</translation>
+    </message>
+    <message>
+        <source>Waveform</source>
+        <translation>Wellenform</translation>
+    </message>
+    <message>
+        <source>RGB Parade</source>
+        <translation>RGB nebeneinander</translation>
+    </message>
+    <message>
+        <source>YCbCr Parade</source>
+        <translation>YCbCr nebeneinander</translation>
+    </message>
+    <message>
+        <source>Vectorscope</source>
+        <translation>Vektorskop</translation>
+    </message>
+    <message>
+        <source>Colour Space</source>
+        <translation>Farbraum</translation>
     </message>
 </context>
 </TS>

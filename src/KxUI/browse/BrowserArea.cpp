@@ -143,7 +143,7 @@ void BrowserNoticeBox::say(const QString& text, std::vector<Choice> choices) {
         button->show();
     }
     m_buttons->addStretch(m_isBanner ? 0 : 1);
-    if (text.isEmpty() || !QAccessible::isActive())
+    if (text.isEmpty())
         return;
     QAccessibleEvent event(this, QAccessible::Alert);
     QAccessible::updateAccessibility(&event);

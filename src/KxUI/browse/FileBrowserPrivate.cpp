@@ -399,8 +399,6 @@ void FileBrowserPrivate::tellRead() {
         model->listing()->state() != FileListing::State::Complete || model->rowCount() == 0)
         return;
     isReadTold = true;
-    if (!QAccessible::isActive())
-        return;
     status->setAccessibleName(BrowserTexts::read(model->rowCount()));
     QAccessibleEvent event(status, QAccessible::Alert);
     QAccessible::updateAccessibility(&event);

@@ -120,7 +120,8 @@ public:
     void setFileName(const QByteArray& name);
 
     /** Kinds of files, as `Images (*.exr *.dpx)` or patterns alone; one for all files is added at the
-        end. The first suffix of the current one is given to names to be saved. */
+        end where the last one is none, as `All files (*)`. The first suffix of the current one is
+        given to names to be saved. */
     QStringList filters() const;
     void setFilters(const QStringList& filters);
     /** Index of the filter that holds; the last one is for all files. */

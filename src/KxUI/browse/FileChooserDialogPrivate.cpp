@@ -42,6 +42,10 @@ Filter filterOf(const QString& text) {
     Filter filter;
     filter.text = text;
     filter.patterns = patternsOf(text);
+    // As everywhere, "*.*" means names without a point, too.
+    if (filter.patterns.contains(QStringLiteral("*")) ||
+        filter.patterns.contains(QStringLiteral("*.*")))
+        filter.patterns.clear();
     std::vector<std::string> patterns;
     for (const QString& pattern : filter.patterns)
         patterns.push_back(pattern.toStdString());
@@ -183,9 +187,11 @@ void FileChooserDialogPrivate::fillFilters(const QStringList& texts) {
     filters.clear();
     for (const QString& text : texts)
         filters.push_back(filterOf(text));
-    Filter all;
-    all.text = ChooserForm::tr("All files");
-    filters.push_back(all);
+    if (filters.empty() || !filters.back().patterns.isEmpty()) {
+        Filter all;
+        all.text = ChooserForm::tr("All files");
+        filters.push_back(all);
+    }
     const QSignalBlocker quiet(form.filter);
     form.filter->clear();
     for (const Filter& filter : filters)

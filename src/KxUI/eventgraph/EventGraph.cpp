@@ -219,7 +219,8 @@ void EventGraphPrivate::askForFile(FileChooserDialog::Mode kind, const QString& 
     const auto chosen = [done = std::move(done)](const auto& choices) {
         done(QFile::decodeName(choices.front().path));
     };
-    auto* const chooser = FileChooserDialog::open(kind, q, QString(), {filter}, chosen);
+    auto* const chooser =
+        FileChooserDialog::open(kind, q, QString(), filter.split(QStringLiteral(";;")), chosen);
     chooser->setWindowTitle(title);
     chooser->setAcceptsSequences(false);
     chooser->setFoldsSequences(false);
@@ -234,7 +235,8 @@ void EventGraph::save() {
             QMessageBox::warning(this, tr("Save result"),
                                  tr("Failed to open file '%1' for writing.").arg(path));
     };
-    d->askForFile(FileChooserDialog::SaveFile, tr("Save events file"), tr("XML (*.xml)"), done);
+    d->askForFile(FileChooserDialog::SaveFile, tr("Save events file"),
+                  tr("XML (*.xml);;All files (*.*)"), done);
 }
 
 void EventGraph::load() {
@@ -245,7 +247,8 @@ void EventGraph::load() {
         window->show();
         window->view()->load(path);
     };
-    d->askForFile(FileChooserDialog::OpenFile, tr("Load events file"), tr("XML (*.xml)"), done);
+    d->askForFile(FileChooserDialog::OpenFile, tr("Load events file"),
+                  tr("XML (*.xml);;All files (*.*)"), done);
 }
 
 void EventGraph::exportTrace() {

@@ -4,180 +4,8 @@
 <context>
     <name></name>
     <message>
-        <source>Transform failed: %1</source>
-        <translation>Umwandlung fehlgeschlagen: %1</translation>
-    </message>
-    <message>
-        <source>No pixels in the region</source>
-        <translation>Keine Bildpunkte im Bereich</translation>
-    </message>
-    <message>
-        <source>No picture</source>
-        <translation>Kein Bild</translation>
-    </message>
-    <message>
-        <source>%1 × %2 at %3, %4: %5 pixels</source>
-        <translation>%1 × %2 bei %3, %4: %5 Bildpunkte</translation>
-    </message>
-    <message>
-        <source>transparent %1</source>
-        <translation>durchsichtig %1</translation>
-    </message>
-    <message>
-        <source>proxy 1/%1</source>
-        <translation>Proxy 1/%1</translation>
-    </message>
-    <message>
-        <source>1/%1 of rows</source>
-        <translation>1/%1 der Zeilen</translation>
-    </message>
-    <message>
-        <source>outside 0 to 1: %1 %</source>
-        <translation>außerhalb 0 bis 1: %1 %</translation>
-    </message>
-    <message>
-        <source>EBU R 103: %1 % outside, met</source>
-        <translation>EBU R 103: %1 % außerhalb, eingehalten</translation>
-    </message>
-    <message>
-        <source>EBU R 103: %1 % outside, not met</source>
-        <translation>EBU R 103: %1 % außerhalb, nicht eingehalten</translation>
-    </message>
-    <message>
-        <source>MaxCLL %1 nits, frame average %2 nits, 99.995 %: %3 nits</source>
-        <translation>MaxCLL %1 Nits, Bildmittel %2 Nits, 99,995 %: %3 Nits</translation>
-    </message>
-    <message>
-        <source>Red</source>
-        <translation>Rot</translation>
-    </message>
-    <message>
-        <source>Green</source>
-        <translation>Grün</translation>
-    </message>
-    <message>
-        <source>Blue</source>
-        <translation>Blau</translation>
-    </message>
-    <message>
-        <source>Alpha</source>
-        <translation>Alpha</translation>
-    </message>
-    <message>
         <source>Luma</source>
         <translation>Luma</translation>
-    </message>
-    <message>
-        <source>Largest</source>
-        <translation>Größter</translation>
-    </message>
-    <message>
-        <source>Min</source>
-        <translation>Min</translation>
-    </message>
-    <message>
-        <source>Smallest finite value; a double click finds it</source>
-        <translation>Kleinster endlicher Wert; ein Doppelklick findet ihn</translation>
-    </message>
-    <message>
-        <source>Max</source>
-        <translation>Max</translation>
-    </message>
-    <message>
-        <source>Largest finite value; a double click finds it</source>
-        <translation>Größter endlicher Wert; ein Doppelklick findet ihn</translation>
-    </message>
-    <message>
-        <source>Mean</source>
-        <translation>Mittel</translation>
-    </message>
-    <message>
-        <source>Mean of the finite values</source>
-        <translation>Mittel der endlichen Werte</translation>
-    </message>
-    <message>
-        <source>Deviation</source>
-        <translation>Abweichung</translation>
-    </message>
-    <message>
-        <source>Standard deviation of the finite values</source>
-        <translation>Standardabweichung der endlichen Werte</translation>
-    </message>
-    <message>
-        <source>1 %</source>
-        <translation>1 %</translation>
-    </message>
-    <message>
-        <source>The value that 1 % do not exceed</source>
-        <translation>Der Wert, den 1 % nicht überschreiten</translation>
-    </message>
-    <message>
-        <source>Median</source>
-        <translation>Median</translation>
-    </message>
-    <message>
-        <source>The value that half do not exceed</source>
-        <translation>Der Wert, den die Hälfte nicht überschreitet</translation>
-    </message>
-    <message>
-        <source>99 %</source>
-        <translation>99 %</translation>
-    </message>
-    <message>
-        <source>The value that 99 % do not exceed</source>
-        <translation>Der Wert, den 99 % nicht überschreiten</translation>
-    </message>
-    <message>
-        <source>&lt; 0</source>
-        <translation>&lt; 0</translation>
-    </message>
-    <message>
-        <source>Values below 0</source>
-        <translation>Werte unter 0</translation>
-    </message>
-    <message>
-        <source>&gt; 1</source>
-        <translation>&gt; 1</translation>
-    </message>
-    <message>
-        <source>Values above 1</source>
-        <translation>Werte über 1</translation>
-    </message>
-    <message>
-        <source>NaN</source>
-        <translation>NaN</translation>
-    </message>
-    <message>
-        <source>Values that are no number</source>
-        <translation>Werte, die keine Zahl sind</translation>
-    </message>
-    <message>
-        <source>+inf</source>
-        <translation>+∞</translation>
-    </message>
-    <message>
-        <source>Positive infinities</source>
-        <translation>Positiv unendliche</translation>
-    </message>
-    <message>
-        <source>-inf</source>
-        <translation>−∞</translation>
-    </message>
-    <message>
-        <source>Negative infinities</source>
-        <translation>Negativ unendliche</translation>
-    </message>
-    <message>
-        <source>Distinct</source>
-        <translation>Verschiedene</translation>
-    </message>
-    <message>
-        <source>Values that differ</source>
-        <translation>Werte, die sich unterscheiden</translation>
-    </message>
-    <message>
-        <source>%1, %2: %3</source>
-        <translation>%1, %2: %3</translation>
     </message>
     <message>
         <source>Without perspective</source>
@@ -200,28 +28,8 @@
         <translation>Rec 2020 in diesem Raum</translation>
     </message>
     <message>
-        <source>Cells</source>
-        <translation>Zellen</translation>
-    </message>
-    <message>
-        <source>%1 along each edge</source>
-        <translation>%1 je Kante</translation>
-    </message>
-    <message>
         <source>Channels</source>
         <translation>Kanäle</translation>
-    </message>
-    <message>
-        <source>Channels on each other</source>
-        <translation>Kanäle aufeinander</translation>
-    </message>
-    <message>
-        <source>Channels above each other</source>
-        <translation>Kanäle übereinander</translation>
-    </message>
-    <message>
-        <source>Channels side by side</source>
-        <translation>Kanäle nebeneinander</translation>
     </message>
     <message>
         <source>Logarithmic heights</source>
@@ -238,26 +46,6 @@
     <message>
         <source>Fit range to values</source>
         <translation>Bereich an Werte anpassen</translation>
-    </message>
-    <message>
-        <source>Legal %</source>
-        <translation>Zulässig %</translation>
-    </message>
-    <message>
-        <source>Share of the values within 0 to 1</source>
-        <translation>Anteil der Werte von 0 bis 1</translation>
-    </message>
-    <message>
-        <source>R 103 %</source>
-        <translation>R 103 %</translation>
-    </message>
-    <message>
-        <source>Share of the values within the preferred range of EBU R 103</source>
-        <translation>Anteil der Werte im bevorzugten Bereich von EBU R 103</translation>
-    </message>
-    <message>
-        <source>Matrix</source>
-        <translation>Matrix</translation>
     </message>
     <message>
         <source>Gain</source>
@@ -374,6 +162,50 @@
     <message>
         <source>Forget peaks</source>
         <translation>Spitzen vergessen</translation>
+    </message>
+    <message>
+        <source>Space</source>
+        <translation>Raum</translation>
+    </message>
+    <message>
+        <source>Look from</source>
+        <translation>Blick von</translation>
+    </message>
+    <message>
+        <source>Home</source>
+        <translation>Persönlicher Ordner</translation>
+    </message>
+    <message>
+        <source>Front</source>
+        <translation>Vorn</translation>
+    </message>
+    <message>
+        <source>Side</source>
+        <translation>Seite</translation>
+    </message>
+    <message>
+        <source>Top</source>
+        <translation>Oben</translation>
+    </message>
+    <message>
+        <source>Lines</source>
+        <translation>Linien</translation>
+    </message>
+    <message>
+        <source>Layout</source>
+        <translation>Anordnung</translation>
+    </message>
+    <message>
+        <source>On each other</source>
+        <translation>Aufeinander</translation>
+    </message>
+    <message>
+        <source>Above each other</source>
+        <translation>Übereinander</translation>
+    </message>
+    <message>
+        <source>Side by side</source>
+        <translation>Nebeneinander</translation>
     </message>
 </context>
 <context>
@@ -781,47 +613,47 @@ Zeile %2, Spalte %3</translation>
         </translation>
     </message>
     <message>
-        <source>&quot;%1&quot; has no place for the numbers of frames.</source>
-        <translation>„%1“ hat keine Stelle für die Nummern der Bilder.</translation>
+        <source>“%1” has no place for the numbers of frames.</source>
+        <translation>„%1“ hat keine Stelle für Bildnummern.</translation>
     </message>
     <message>
-        <source>&quot;%1&quot; does not exist.</source>
+        <source>“%1” does not exist.</source>
         <translation>„%1“ gibt es nicht.</translation>
     </message>
     <message>
-        <source>&quot;%1&quot; does not lie in a folder.</source>
+        <source>“%1” does not lie in a folder.</source>
         <translation>„%1“ liegt in keinem Ordner.</translation>
     </message>
     <message>
-        <source>You have no permission to change &quot;%1&quot;.</source>
-        <translation>Ihnen fehlt die Berechtigung, „%1“ zu ändern.</translation>
+        <source>You have no permission to change “%1”.</source>
+        <translation>Sie haben kein Recht, „%1“ zu ändern.</translation>
     </message>
     <message>
-        <source>The server of &quot;%1&quot; does not answer.</source>
+        <source>The server of “%1” does not answer.</source>
         <translation>Der Server von „%1“ antwortet nicht.</translation>
     </message>
     <message>
-        <source>The name &quot;%1&quot; is too long.</source>
+        <source>The name “%1” is too long.</source>
         <translation>Der Name „%1“ ist zu lang.</translation>
     </message>
     <message>
-        <source>&quot;%1&quot; exists already.</source>
+        <source>“%1” exists already.</source>
         <translation>„%1“ gibt es schon.</translation>
     </message>
     <message>
-        <source>There is no room left on the disk of &quot;%1&quot;.</source>
+        <source>There is no room left on the disk of “%1”.</source>
         <translation>Auf dem Datenträger von „%1“ ist kein Platz mehr.</translation>
     </message>
     <message>
-        <source>The disk of &quot;%1&quot; can only be read.</source>
+        <source>The disk of “%1” can only be read.</source>
         <translation>Der Datenträger von „%1“ lässt sich nur lesen.</translation>
     </message>
     <message>
-        <source>&quot;%1&quot; cannot be moved to another disk by renaming.</source>
-        <translation>„%1“ lässt sich nicht durch Umbenennen auf einen anderen Datenträger bringen.</translation>
+        <source>“%1” cannot be moved to another disk by renaming.</source>
+        <translation>„%1“ lässt sich nicht durch Umbenennen auf einen anderen Datenträger verschieben.</translation>
     </message>
     <message>
-        <source>&quot;%1&quot; cannot be changed: %2.</source>
+        <source>“%1” cannot be changed: %2.</source>
         <translation>„%1“ lässt sich nicht ändern: %2.</translation>
     </message>
 </context>
@@ -1218,6 +1050,14 @@ Zeile %2, Spalte %3</translation>
     <message>
         <source>%1, %2 of them beyond</source>
         <translation>%1, davon %2 jenseits</translation>
+    </message>
+    <message>
+        <source>%1 along each edge</source>
+        <translation>%1 je Kante</translation>
+    </message>
+    <message>
+        <source>Cells</source>
+        <translation>Zellen</translation>
     </message>
 </context>
 <context>
@@ -2239,8 +2079,8 @@ einer Tätigkeit, deren Anfang sie schon trägt.</translation>
         <translation>Trace exportieren</translation>
     </message>
     <message>
-        <source>Chrome trace (*.json);;All files (*.*)</source>
-        <translation>Chrome-Trace (*.json);;Alle Dateien (*.*)</translation>
+        <source>Chrome trace (*.json)</source>
+        <translation>Chrome-Trace (*.json)</translation>
     </message>
 </context>
 <context>
@@ -2650,6 +2490,29 @@ einer Tätigkeit, deren Anfang sie schon trägt.</translation>
         <source>Remove from Favourites</source>
         <translation>Aus den Favoriten entfernen</translation>
     </message>
+    <message>
+        <source>Reading the folder</source>
+        <translation>Der Ordner wird gelesen</translation>
+    </message>
+    <message>
+        <source>Folder read, 1 item</source>
+        <translation>Ordner gelesen, 1 Eintrag</translation>
+    </message>
+    <message numerus="yes">
+        <source>Folder read, %Ln items</source>
+        <translation>
+            <numerusform>Ordner gelesen, %Ln Eintrag</numerusform>
+            <numerusform>Ordner gelesen, %Ln Einträge</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Reading…</source>
+        <translation>Wird gelesen …</translation>
+    </message>
+    <message>
+        <source>Reading was stopped.</source>
+        <translation>Das Lesen wurde angehalten.</translation>
+    </message>
 </context>
 <context>
     <name>Kestrel::UI::FileListModel</name>
@@ -2754,6 +2617,198 @@ einer Tätigkeit, deren Anfang sie schon trägt.</translation>
     <message>
         <source>Image statistics</source>
         <translation>Bildstatistik</translation>
+    </message>
+    <message>
+        <source>Transform failed: %1</source>
+        <translation>Umwandlung fehlgeschlagen: %1</translation>
+    </message>
+    <message>
+        <source>No pixels in the region</source>
+        <translation>Keine Bildpunkte im Bereich</translation>
+    </message>
+    <message>
+        <source>No picture</source>
+        <translation>Kein Bild</translation>
+    </message>
+    <message>
+        <source>%1 × %2 at %3, %4: %5 pixels</source>
+        <translation>%1 × %2 bei %3, %4: %5 Bildpunkte</translation>
+    </message>
+    <message>
+        <source>transparent %1</source>
+        <translation>durchsichtig %1</translation>
+    </message>
+    <message>
+        <source>proxy 1/%1</source>
+        <translation>Proxy 1/%1</translation>
+    </message>
+    <message>
+        <source>1/%1 of rows</source>
+        <translation>1/%1 der Zeilen</translation>
+    </message>
+    <message>
+        <source>outside 0 to 1: %1 %</source>
+        <translation>außerhalb 0 bis 1: %1 %</translation>
+    </message>
+    <message>
+        <source>EBU R 103: %1 % outside, met</source>
+        <translation>EBU R 103: %1 % außerhalb, eingehalten</translation>
+    </message>
+    <message>
+        <source>EBU R 103: %1 % outside, not met</source>
+        <translation>EBU R 103: %1 % außerhalb, nicht eingehalten</translation>
+    </message>
+    <message>
+        <source>MaxCLL %1 nits, frame average %2 nits, 99.995 %: %3 nits</source>
+        <translation>MaxCLL %1 Nits, Bildmittel %2 Nits, 99,995 %: %3 Nits</translation>
+    </message>
+    <message>
+        <source>Red</source>
+        <translation>Rot</translation>
+    </message>
+    <message>
+        <source>Green</source>
+        <translation>Grün</translation>
+    </message>
+    <message>
+        <source>Blue</source>
+        <translation>Blau</translation>
+    </message>
+    <message>
+        <source>Alpha</source>
+        <translation>Alpha</translation>
+    </message>
+    <message>
+        <source>Luma</source>
+        <translation>Luma</translation>
+    </message>
+    <message>
+        <source>Largest</source>
+        <translation>Größter</translation>
+    </message>
+    <message>
+        <source>Min</source>
+        <translation>Min</translation>
+    </message>
+    <message>
+        <source>Smallest finite value; a double click finds it</source>
+        <translation>Kleinster endlicher Wert; ein Doppelklick findet ihn</translation>
+    </message>
+    <message>
+        <source>Max</source>
+        <translation>Max</translation>
+    </message>
+    <message>
+        <source>Largest finite value; a double click finds it</source>
+        <translation>Größter endlicher Wert; ein Doppelklick findet ihn</translation>
+    </message>
+    <message>
+        <source>Mean</source>
+        <translation>Mittel</translation>
+    </message>
+    <message>
+        <source>Mean of the finite values</source>
+        <translation>Mittel der endlichen Werte</translation>
+    </message>
+    <message>
+        <source>Deviation</source>
+        <translation>Abweichung</translation>
+    </message>
+    <message>
+        <source>Standard deviation of the finite values</source>
+        <translation>Standardabweichung der endlichen Werte</translation>
+    </message>
+    <message>
+        <source>1 %</source>
+        <translation>1 %</translation>
+    </message>
+    <message>
+        <source>The value that 1 % do not exceed</source>
+        <translation>Der Wert, den 1 % nicht überschreiten</translation>
+    </message>
+    <message>
+        <source>Median</source>
+        <translation>Median</translation>
+    </message>
+    <message>
+        <source>The value that half do not exceed</source>
+        <translation>Der Wert, den die Hälfte nicht überschreitet</translation>
+    </message>
+    <message>
+        <source>99 %</source>
+        <translation>99 %</translation>
+    </message>
+    <message>
+        <source>The value that 99 % do not exceed</source>
+        <translation>Der Wert, den 99 % nicht überschreiten</translation>
+    </message>
+    <message>
+        <source>&lt; 0</source>
+        <translation>&lt; 0</translation>
+    </message>
+    <message>
+        <source>Values below 0</source>
+        <translation>Werte unter 0</translation>
+    </message>
+    <message>
+        <source>&gt; 1</source>
+        <translation>&gt; 1</translation>
+    </message>
+    <message>
+        <source>Values above 1</source>
+        <translation>Werte über 1</translation>
+    </message>
+    <message>
+        <source>NaN</source>
+        <translation>NaN</translation>
+    </message>
+    <message>
+        <source>Values that are no number</source>
+        <translation>Werte, die keine Zahl sind</translation>
+    </message>
+    <message>
+        <source>+inf</source>
+        <translation>+∞</translation>
+    </message>
+    <message>
+        <source>Positive infinities</source>
+        <translation>Positiv unendliche</translation>
+    </message>
+    <message>
+        <source>-inf</source>
+        <translation>−∞</translation>
+    </message>
+    <message>
+        <source>Negative infinities</source>
+        <translation>Negativ unendliche</translation>
+    </message>
+    <message>
+        <source>Distinct</source>
+        <translation>Verschiedene</translation>
+    </message>
+    <message>
+        <source>Values that differ</source>
+        <translation>Werte, die sich unterscheiden</translation>
+    </message>
+    <message>
+        <source>Legal %</source>
+        <translation>Zulässig %</translation>
+    </message>
+    <message>
+        <source>Share of the values within 0 to 1</source>
+        <translation>Anteil der Werte von 0 bis 1</translation>
+    </message>
+    <message>
+        <source>R 103 %</source>
+        <translation>R 103 %</translation>
+    </message>
+    <message>
+        <source>Share of the values within the preferred range of EBU R 103</source>
+        <translation>Anteil der Werte im bevorzugten Bereich von EBU R 103</translation>
+    </message>
+    <message>
+        <source>%1, %2: %3</source>
+        <translation>%1, %2: %3</translation>
     </message>
 </context>
 <context>
@@ -3000,10 +3055,6 @@ einer Tätigkeit, deren Anfang sie schon trägt.</translation>
         <translation>Der zu ersetzende Pfad muss bei der Wurzel oder mit einem Laufwerk beginnen.</translation>
     </message>
     <message>
-        <source>The path to replace must not have &quot;..&quot; in it.</source>
-        <translation>Im zu ersetzenden Pfad darf kein „..“ stehen.</translation>
-    </message>
-    <message>
         <source>Nothing to replace it by is given.</source>
         <translation>Es ist nichts angegeben, wodurch er zu ersetzen wäre.</translation>
     </message>
@@ -3042,6 +3093,10 @@ einer Tätigkeit, deren Anfang sie schon trägt.</translation>
     <message>
         <source>Windows path</source>
         <translation>Windows-Pfad</translation>
+    </message>
+    <message>
+        <source>The path to replace must not have “..” in it.</source>
+        <translation>Im zu ersetzenden Pfad darf kein „..“ stehen.</translation>
     </message>
 </context>
 <context>
@@ -3121,10 +3176,6 @@ einer Tätigkeit, deren Anfang sie schon trägt.</translation>
     <message>
         <source>Path rules (*.json)</source>
         <translation>Pfadregeln (*.json)</translation>
-    </message>
-    <message>
-        <source>All files (*)</source>
-        <translation>Alle Dateien (*)</translation>
     </message>
     <message>
         <source>No rule matches.</source>
@@ -3683,6 +3734,10 @@ einer Tätigkeit, deren Anfang sie schon trägt.</translation>
     <message>
         <source>%1°, %2 %, %3</source>
         <translation>%1°, %2 %, %3</translation>
+    </message>
+    <message>
+        <source>Matrix</source>
+        <translation>Matrix</translation>
     </message>
 </context>
 <context>
