@@ -86,9 +86,10 @@ private:
     }
 
     float signal(float light) const {
-        const bool codes = m_image.layout >= PixelLayout::RGB8 &&
-                           m_image.layout <= PixelLayout::RGBA16 && !m_request.encoding.transform &&
-                           m_image.alpha != ScopeImage::Alpha::Unpremultiply;
+        const bool codes =
+            m_image.layout >= PixelLayout::RGB8 && m_image.layout <= PixelLayout::RGBA16 &&
+            !m_request.encoding.transform &&
+            (m_image.alpha != ScopeImage::Alpha::Unpremultiply || !m_image.hasAlpha());
         const float rounded = codes ? light : HalfCode::value(HalfCode::of(light));
         return std::isfinite(rounded) ? float(signalOfLight(m_request.encoding, double(rounded)))
                                       : rounded;
