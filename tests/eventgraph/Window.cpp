@@ -286,7 +286,8 @@ private Q_SLOTS:
     void saveAndLoad() {
         Captured capture;
         const QTemporaryDir folder;
-        const QString path = folder.filePath("capture.xml"), filter = "XML (*.xml)";
+        const QString path = folder.filePath("capture.xml"),
+                      filter = "XML (*.xml);;All files (*.*)";
         Answers answers;
         answers.paths << path;
         capture.action("Save")->trigger();

@@ -174,6 +174,8 @@ private slots:
         QSignalSpy hidden(&dialog, &ProgressDialog::hiddenByUser);
         QTest::keyClick(&dialog, Qt::Key_Escape);
         QVERIFY(!dialog.isVisible() && hidden.count() == 1 && !task->isCancelled());
+        dialog.show();
+        QVERIFY(dialog.close() && hidden.count() == 2 && !task->isCancelled());
         QTest::qWait(250);
         QVERIFY(!dialog.isVisible());
         task->finish();

@@ -80,6 +80,15 @@ KXUI_PLAIN_TEST(ProgressTaskTest, states) {
     task->pause();
     CHECK(task->state() == State::Queued);
     task->setDone(5);
+    CHECK(task->state() == State::Paused);
+    CHECK(task->addChild(QStringLiteral("late"))->state() == State::Queued);
+    auto part = task->addChild(QStringLiteral("part"));
+    part->start();
+    CHECK(part->state() == State::Paused);
+    task->resume();
+    CHECK(part->state() == State::Running && part->waitWhilePaused());
+    task = taskOf(ProgressTask::Cancellable | ProgressTask::Pausable);
+    task->setDone(5);
     task->setTotal(10);
     CHECK(task->state() == State::Running && task->fraction() == 0.5);
     task->setDone(20);

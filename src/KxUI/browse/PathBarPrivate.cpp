@@ -22,7 +22,6 @@ QRect PathBarPrivate::rowRect() const {
 CrumbButton* PathBarPrivate::add(CrumbButton::Part part) {
     auto* const button = new CrumbButton(part, q);
     button->hide();
-    QWidget::setTabOrder(field, button); // in the place of the bar, however late it is made
     button->installEventFilter(q);
     QObject::connect(button, &QAbstractButton::clicked, q, [this, button] { press(button); });
     return button;
@@ -113,8 +112,10 @@ void PathBarPrivate::setFocused(CrumbButton* button) {
     if (focused)
         focused->setFocusPolicy(Qt::NoFocus);
     focused = button;
-    if (focused)
+    if (focused) {
         focused->setFocusPolicy(Qt::TabFocus);
+        QWidget::setTabOrder(field, focused); // in the place of the bar, however late it was made
+    }
     if (!isEditing)
         q->setFocusProxy(focused);
 }

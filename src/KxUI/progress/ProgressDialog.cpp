@@ -130,7 +130,8 @@ void ProgressDialog::keyPressEvent(QKeyEvent* event) {
 }
 
 void ProgressDialog::closeEvent(QCloseEvent* event) {
-    event->ignore();
+    // Who quits the program asks all windows to close, and must not be refused by one that only shows.
+    event->setAccepted(!isModal() || !d->manager || d->manager->isIdle());
     reject();
 }
 

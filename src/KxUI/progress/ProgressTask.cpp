@@ -96,7 +96,7 @@ bool ProgressTask::Private::end(State next, const QString& why) {
 void ProgressTask::Private::start() {
     const std::lock_guard<std::mutex> lock(mutex);
     if (state.load(std::memory_order_relaxed) == State::Queued)
-        enter(State::Running);
+        enter(isPaused ? State::Paused : State::Running);
 }
 
 void ProgressTask::Private::abandon() {
@@ -129,6 +129,8 @@ std::shared_ptr<ProgressTask> ProgressTask::addChild(const QString& title, doubl
     }
     if (isCancelled())
         child->cancel();
+    else if (d->isPaused)
+        child->pause();
     return child;
 }
 
@@ -289,10 +291,13 @@ void ProgressTask::cancel() {
 void ProgressTask::pause() {
     {
         const std::lock_guard<std::mutex> lock(d->mutex);
-        if (!(d->abilities & Pausable) || d->state.load() != State::Running)
+        const State state = d->state.load();
+        if (!(d->abilities & Pausable) || (state != State::Running && state != State::Queued))
             return;
+        // What has not begun waits when it begins.
         d->isPaused = true;
-        d->enter(State::Paused);
+        if (state == State::Running)
+            d->enter(State::Paused);
     }
     for (const Private::Part& part : d->copyOfParts())
         part.task->pause();
@@ -301,10 +306,11 @@ void ProgressTask::pause() {
 void ProgressTask::resume() {
     {
         const std::lock_guard<std::mutex> lock(d->mutex);
-        if (d->state.load() != State::Paused)
+        if (!d->isPaused)
             return;
         d->isPaused = false;
-        d->enter(State::Running);
+        if (d->state.load() == State::Paused)
+            d->enter(State::Running);
         d->wake.notify_all();
     }
     for (const Private::Part& part : d->copyOfParts())

@@ -2,6 +2,7 @@
 
 #include <KxUI/color/ColorConversions.h>
 #include <KxUI/draw/IntensityGrid.h>
+#include <KxUI/kit/QtCompat_p.h>
 
 #include <algorithm>
 #include <cmath>
@@ -355,7 +356,8 @@ void HistogramScopePrivate::paintHues(DrawingContext& context, const QRectF& are
     QImage band(width, 1, QImage::Format_RGB32);
     for (int x = 0; x < width; ++x) {
         const double hue = viewport.left + viewport.width * (x + 0.5) / width;
-        band.setPixelColor(x, 0, QColor::fromHsvF(std::clamp(hue, 0.0, 1.0), 0.85, 0.95));
+        band.setPixelColor(x, 0,
+                           QColor::fromHsvF(ColorPart(std::clamp(hue, 0.0, 1.0)), 0.85F, 0.95F));
     }
     context.image({area.left(), area.bottom() - HueBand, area.width(), HueBand}, band);
 }

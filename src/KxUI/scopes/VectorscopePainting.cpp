@@ -2,6 +2,7 @@
 
 #include <KxUI/draw/ToneTable_p.h>
 #include <KxUI/kit/Crisp_p.h>
+#include <KxUI/kit/QtCompat_p.h>
 #include <KxUI/scopes/CountWindow_p.h>
 
 #include <algorithm>
@@ -13,7 +14,7 @@ namespace {
 
 constexpr double NameDistance = 13; // of a target's name from the target
 constexpr double TickLength = 5;
-constexpr double ReferenceDim = 0.45;
+constexpr float ReferenceDim = 0.45F;
 constexpr double MarkRadius = 5; // of the viewer's pixel
 constexpr double TintLuma = 0.6; // of the colours of hues
 
@@ -246,7 +247,7 @@ void VectorscopePrivate::paintTargets(DrawingContext& context,
         for (const VectorTarget& target : vectorTargets(matrix, isFull ? 1.0F : 0.75F)) {
             const QPointF chroma(double(target.cb), double(target.cr));
             const auto hue = hueAt(chroma, matrix);
-            const auto soft = [](double part) { return 0.35 + 0.65 * part; };
+            const auto soft = [](double part) { return ColorPart(0.35 + 0.65 * part); };
             QColor color = QColor::fromRgbF(soft(hue[0]), soft(hue[1]), soft(hue[2]));
             paintOutline(context, geometry, smallBox(target, reach), LineStroke(color));
             QColor faint = color;
@@ -289,7 +290,7 @@ void VectorscopePrivate::paintOutside(DrawingContext& context,
             middle + way * (half / std::max(std::fabs(way.x()), std::fabs(way.y())));
         QColor color = colors.warning;
         const double share = std::log1p(double(count)) / std::log1p(double(vectors.outside));
-        color.setAlphaF(0.4 + 0.6 * share);
+        color.setAlphaF(ColorPart(0.4 + 0.6 * share));
         context.line(rim, rim + way * TickLength, LineStroke(color, 2));
     }
 }

@@ -14,7 +14,7 @@ constexpr double LabelGap = 4;
 constexpr double BeyondSize = 3; // of the bars of what is beyond the axis
 constexpr double BeyondGap = 2;
 constexpr double FullLight = 16; // the density of it
-constexpr double ReferenceDim = 0.45;
+constexpr float ReferenceDim = 0.45F;
 constexpr double MarkHalf = 5; // of the mark of the viewer's pixel
 constexpr double Close = 1e-6;
 
