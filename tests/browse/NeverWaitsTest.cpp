@@ -92,8 +92,12 @@ private Q_SLOTS:
         delete browser.model()->mimeData({browser.model()->index(0, 0)});
         sendKey(browser, Qt::Key_D, Qt::ControlModifier);
         browser.newFolder();
-        QTRY_VERIFY(browser.focusWidget() && browser.focusWidget()->inherits("QLineEdit"));
+        const auto isNamed = [&] {
+            return !browser.focusWidget() || !browser.focusWidget()->inherits("QLineEdit");
+        };
+        QTRY_VERIFY(!isNamed());
         sendKey(*browser.focusWidget(), Qt::Key_Return);
+        QTRY_VERIFY(isNamed());
         browser.up();
         QTRY_VERIFY(isListed(browser, "shot"));
         browser.back();

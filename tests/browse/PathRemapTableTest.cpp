@@ -147,7 +147,8 @@ private slots:
         QCOMPARE(model.index(1, PathRemapModel::Status).data().toString(),
                  QString("Never used: rule 1 comes first."));
         QVERIFY(model.index(2, PathRemapModel::Status).data().toString().contains("root"));
-        QVERIFY(model.index(3, PathRemapModel::Status).data().toString().contains("\u201c..\u201d"));
+        QVERIFY(
+            model.index(3, PathRemapModel::Status).data().toString().contains("\u201c..\u201d"));
         QVERIFY(model.index(3, PathRemapModel::From)
                     .data(Qt::AccessibleTextRole)
                     .toString()

@@ -5,13 +5,13 @@
 
 #include "app/MainWindow.h"
 #include "media/DisplayTable.h"
+#include "panels/ScopeOverlay.h"
 #include "panels/ScopesPanel.h"
 #include "panels/StatisticsPanel.h"
 #include "panels/ViewerPanel.h"
+#include "play/ScopeFeed.h"
 #include "scopes/ScopeCell.h"
-#include "scopes/ScopeFeed.h"
 #include "scopes/ScopeKinds.h"
-#include "scopes/ScopeOverlay.h"
 
 #include <KxUI/scopes/HistogramScope.h>
 #include <KxUI/scopes/ImageStatisticsPanel.h>

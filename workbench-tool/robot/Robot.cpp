@@ -2,15 +2,15 @@
 
 #include "app/MainWindow.h"
 #include "media/ListedSequence.h"
+#include "panels/ScopeOverlay.h"
 #include "panels/ScopesPanel.h"
 #include "panels/SequenceListPanel.h"
 #include "panels/TimelinePanel.h"
 #include "panels/ViewerPanel.h"
+#include "play/ScopeFeed.h"
 #include "robot/Heap.h"
 #include "scopes/ScopeCell.h"
-#include "scopes/ScopeFeed.h"
 #include "scopes/ScopeKinds.h"
-#include "scopes/ScopeOverlay.h"
 #include "workspace/BuiltInLayouts.h"
 
 #include <KxUI/browse/FileBrowser.h>

@@ -49,8 +49,8 @@ FileMenu::FileMenu(MainWindow* window)
     addSeparator();
     QAction* exportAll = add(tr("&Export Sequence..."), QKeySequence(Qt::CTRL | Qt::Key_E),
                              [this] { askForExport(ExportOptions::What::Sequence); });
-    QAction* exportOne = add(tr("Export Fr&ame..."), {},
-                             [this] { askForExport(ExportOptions::What::Frame); });
+    QAction* exportOne =
+        add(tr("Export Fr&ame..."), {}, [this] { askForExport(ExportOptions::What::Frame); });
     const auto enable = [=] {
         for (QAction* action : {exportAll, exportOne})
             action->setEnabled(!m_window->session()->sequence().isEmpty());

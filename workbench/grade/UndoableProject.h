@@ -1,8 +1,8 @@
 #pragma once
 
 #include "grade/Grade.h"
+#include "media/Marks.h"
 #include "media/Sequence.h"
-#include "play/Marks.h"
 
 #include <KxUI/base/TimeBase.h>
 

@@ -1,9 +1,9 @@
 #include "panels/ScopesPanel.h"
 
+#include "play/ScopeFeed.h"
 #include "play/Session.h"
 #include "scopes/ScopeBar.h"
 #include "scopes/ScopeCell.h"
-#include "scopes/ScopeFeed.h"
 #include "scopes/ScopeKinds.h"
 
 #include <KxUI/kit/ChoiceBar.h>

@@ -1,8 +1,8 @@
 #include "panels/StatisticsPanel.h"
 
+#include "play/ScopeFeed.h"
 #include "play/Session.h"
 #include "scopes/ScopeBar.h"
-#include "scopes/ScopeFeed.h"
 
 #include <KxUI/scopes/ImageStatisticsPanel.h>
 #include <KxUI/scopes/ScopeView.h>

@@ -1,9 +1,9 @@
 #include "panels/ViewerPanel.h"
 
 #include "media/DroppedPaths.h"
+#include "panels/ScopeOverlay.h"
 #include "panels/ViewerCanvas.h"
 #include "play/Session.h"
-#include "scopes/ScopeOverlay.h"
 
 #include <KxUI/kit/VerticalLayout.h>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "play/Marks.h"
+#include "media/Marks.h"
 
 #include <KxUI/time/TimeSliderModel.h>
 

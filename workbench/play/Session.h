@@ -9,8 +9,8 @@
 #include "play/MarkHistory.h"
 #include "play/Navigator.h"
 #include "play/Player.h"
+#include "play/ScopeFeed.h"
 #include "profile/Profiling.h"
-#include "scopes/ScopeFeed.h"
 
 #include <KxUI/time/TimeFormatter.h>
 #include <KxUI/time/TimeSliderModel.h>

@@ -1,6 +1,6 @@
 #include "scopes/ScopeBar.h"
 
-#include "scopes/ScopeFeed.h"
+#include "play/ScopeFeed.h"
 
 #include <KxUI/kit/ChoiceBar.h>
 #include <KxUI/kit/IconFactory.h>

@@ -187,11 +187,8 @@ void FileChooserDialogPrivate::fillFilters(const QStringList& texts) {
     filters.clear();
     for (const QString& text : texts)
         filters.push_back(filterOf(text));
-    if (filters.empty() || !filters.back().patterns.isEmpty()) {
-        Filter all;
-        all.text = ChooserForm::tr("All files");
-        filters.push_back(all);
-    }
+    if (filters.empty() || !filters.back().patterns.isEmpty())
+        filters.push_back({ChooserForm::tr("All files"), {}, {}});
     const QSignalBlocker quiet(form.filter);
     form.filter->clear();
     for (const Filter& filter : filters)

@@ -272,11 +272,9 @@ ChartReadout LineChartPrivate::readoutAt(const QPointF& place) {
     double nearest = std::numeric_limits<double>::infinity();
     for (std::size_t i = 0; i < series.size(); ++i) {
         const LineSeries* const one = series[i];
-        if (!one->isVisible() || one->size() == 0)
-            continue;
         const QPointF point = one->nearest(found.x);
         const double away = std::abs(m_layout.x.pixel(point.x()) - m_layout.x.pixel(found.x));
-        if (!std::isfinite(point.y()) || away > 3)
+        if (!one->isVisible() || !std::isfinite(point.y()) || away > 3)
             continue;
         const double down = std::abs(scaleOf(*one).pixel(point.y()) - place.y());
         if (down < nearest) {

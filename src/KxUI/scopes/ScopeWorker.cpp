@@ -174,8 +174,8 @@ void ScopeWorker::findPixel(const ScopeJob& job) {
     ScopeDelivery delivery;
     delivery.serial = job.serial;
     try {
-        delivery.sample = findScopePixel(job.image, job.request.encoding, *job.find,
-                                         job.request.region);
+        delivery.sample =
+            findScopePixel(job.image, job.request.encoding, *job.find, job.request.region);
     } catch (...) {
         // A transform that refuses finds nothing.
     }

@@ -1,4 +1,4 @@
-#include "scopes/ScopeFeed.h"
+#include "play/ScopeFeed.h"
 
 #include "play/Session.h"
 

@@ -1,7 +1,7 @@
-#include "scopes/ScopeOverlay.h"
+#include "panels/ScopeOverlay.h"
 
 #include "panels/ViewerCanvas.h"
-#include "scopes/ScopeFeed.h"
+#include "play/ScopeFeed.h"
 
 #include <KxUI/style/ApplicationStyle.h>
 
