@@ -10,7 +10,7 @@ cd "$KXUI_ROOT" || exit 1
 KXUI_PACKAGES_BUILD=(
   g++ cmake ninja-build ccache pkg-config
   qtbase5-dev libboost-dev libboost-regex-dev libhwy-dev libopenimageio-dev
-  libdeflate-dev
+  libopenexr-dev libspng-dev libdeflate-dev
   qttools5-dev qttools5-dev-tools fonts-dejavu-core)
 KXUI_PACKAGES_TEST=(
   git clang-format libgsl-dev libmuparser-dev libfuse3-dev xvfb openbox xdotool
